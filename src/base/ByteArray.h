@@ -1,0 +1,51 @@
+// A byte array of fixed length that starts all zero. Its pages come from the system untouched, so a
+// large array costs memory only where something is written.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <span>
+
+namespace varnoth {
+
+class ByteArray {
+  public:
+    ByteArray() = default;
+
+    /// `size` zero bytes; OutOfMemory when they cannot be had.
+    explicit ByteArray(std::size_t size);
+
+    ByteArray(const ByteArray& other);
+    ByteArray(ByteArray&& other) noexcept;
+    ByteArray& operator=(const ByteArray& other);
+    ByteArray& operator=(ByteArray&& other) noexcept;
+    ~ByteArray() = default;
+
+    std::size_t size() const { return size_; }
+
+    std::uint8_t* data() { return bytes_.get(); }
+
+    const std::uint8_t* data() const { return bytes_.get(); }
+
+    std::uint8_t& operator[](std::size_t index) { return bytes_[index]; }
+
+    std::uint8_t operator[](std::size_t index) const { return bytes_[index]; }
+
+    std::span<std::uint8_t> bytes() { return {bytes_.get(), size_}; }
+
+    std::span<const std::uint8_t> bytes() const { return {bytes_.get(), size_}; }
+
+    friend bool operator==(const ByteArray& a, const ByteArray& b);
+
+  private:
+    struct Release {
+        void operator()(std::uint8_t* bytes) const { std::free(bytes); }
+    };
+
+    std::unique_ptr<std::uint8_t[], Release> bytes_;
+    std::size_t size_ = 0;
+};
+
+} // namespace varnoth

@@ -1,0 +1,140 @@
+#include "base/files.h"
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include "base/RunTimeFailure.h"
+
+namespace varnoth {
+
+namespace {
+
+Failure failure_of(int error) {
+    switch (error) {
+    case ENOENT:
+        return Failure::FileNotFound;
+    case ENOTDIR:
+        return Failure::PathNotFound;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+        return Failure::PermissionDenied;
+    case ENOSPC:
+        return Failure::DiskFull;
+    case ENOMEM:
+        return Failure::OutOfMemory;
+    default:
+        return Failure::DeviceIo;
+    }
+}
+
+std::FILE* open_file(const std::string& path, const char* mode) {
+    const std::filesystem::path native = native_path(path);
+    if (std::error_code ignored; std::filesystem::is_directory(native, ignored)) {
+        fail(Failure::PermissionDenied);
+    }
+#ifdef _WIN32
+    const std::wstring wide_mode(mode, mode + std::char_traits<char>::length(mode));
+    std::FILE* file = _wfopen(native.c_str(), wide_mode.c_str());
+#else
+    std::FILE* file = std::fopen(native.c_str(), mode);
+#endif
+    if (file == nullptr) {
+        fail(failure_of(errno));
+    }
+    return file;
+}
+
+} // namespace
+
+std::filesystem::path native_path(const std::string& path) {
+    return std::filesystem::path(std::u8string(path.begin(), path.end()));
+}
+
+std::string join_path(const std::string& folder, const std::string& name) {
+    constexpr char separator = static_cast<char>(std::filesystem::path::preferred_separator);
+    if (folder.empty() || folder.back() == separator || folder.back() == '/') {
+        return folder + name;
+    }
+    return folder + separator + name;
+}
+
+bool file_exists(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(native_path(path), ignored);
+}
+
+bool is_read_only(const std::string& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(native_path(path), error);
+    return !error && (status.permissions() & std::filesystem::perms::owner_write) == std::filesystem::perms::none;
+}
+
+void delete_file(const std::string& path) {
+    if (file_exists(path) && is_read_only(path)) {
+        fail(Failure::PermissionDenied);
+    }
+    std::error_code error;
+    if (!std::filesystem::remove(native_path(path), error)) {
+        fail(error ? failure_of(error.value()) : Failure::FileNotFound);
+    }
+}
+
+InputFile::InputFile(const std::string& path) : file_(open_file(path, "rb")) {
+    if (std::fseek(file_.get(), 0, SEEK_END) != 0) {
+        fail(Failure::DeviceIo);
+    }
+    length_ = std::ftell(file_.get());
+    if (length_ < 0) {
+        fail(Failure::DeviceIo);
+    }
+    std::rewind(file_.get());
+}
+
+std::int64_t InputFile::remaining() const {
+    return length_ - std::ftell(file_.get());
+}
+
+void InputFile::seek(std::int64_t position) {
+    if (std::fseek(file_.get(), static_cast<long>(position), SEEK_SET) != 0) {
+        fail(Failure::DeviceIo);
+    }
+}
+
+std::size_t InputFile::read(std::span<std::uint8_t> target) {
+    const std::size_t count = std::fread(target.data(), 1, target.size(), file_.get());
+    if (count < target.size() && std::ferror(file_.get()) != 0) {
+        fail(failure_of(errno));
+    }
+    return count;
+}
+
+OutputFile::OutputFile(const std::string& path) {
+    if (file_exists(path) && is_read_only(path)) {
+        fail(Failure::PermissionDenied);
+    }
+    file_.reset(open_file(path, "wb"));
+}
+
+void OutputFile::write(std::span<const std::uint8_t> bytes) {
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) {
+        fail(failure_of(errno));
+    }
+}
+
+void OutputFile::close() {
+    if (std::fclose(file_.release()) != 0) {
+        fail(failure_of(errno));
+    }
+}
+
+std::vector<std::uint8_t> read_head(const std::string& path, std::size_t count) {
+    InputFile file(path);
+    std::vector<std::uint8_t> bytes(count);
+    bytes.resize(file.read(bytes));
+    return bytes;
+}
+
+} // namespace varnoth

@@ -1,0 +1,54 @@
+// Colours as the program hands them about, and the four-byte entries that palettes are kept in.
+#pragma once
+
+#include <cstdint>
+
+namespace varnoth {
+
+/// 0x00BBGGRR, red in the low byte; with the top bit set, a reference to a system colour.
+using Colour = std::int32_t;
+
+/// What reading a pixel outside a surface gives. It equals no colour.
+inline constexpr Colour no_colour = -1;
+
+constexpr Colour make_colour(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
+    return red | (green << 8) | (blue << 16);
+}
+
+constexpr std::uint8_t red_of(Colour colour) {
+    return static_cast<std::uint8_t>(colour & 0xFF);
+}
+
+constexpr std::uint8_t green_of(Colour colour) {
+    return static_cast<std::uint8_t>((colour >> 8) & 0xFF);
+}
+
+constexpr std::uint8_t blue_of(Colour colour) {
+    return static_cast<std::uint8_t>((colour >> 16) & 0xFF);
+}
+
+/// One entry of a palette or colour table, and one 32-bit pixel.
+struct RGBQUAD {
+    std::uint8_t rgbBlue = 0;
+    std::uint8_t rgbGreen = 0;
+    std::uint8_t rgbRed = 0;
+    std::uint8_t rgbReserved = 0;
+
+    friend constexpr bool operator==(const RGBQUAD&, const RGBQUAD&) = default;
+};
+
+static_assert(sizeof(RGBQUAD) == 4);
+
+constexpr Colour colour_of(const RGBQUAD& entry) {
+    return make_colour(entry.rgbRed, entry.rgbGreen, entry.rgbBlue);
+}
+
+constexpr RGBQUAD quad_of(Colour colour) {
+    return {blue_of(colour), green_of(colour), red_of(colour), 0};
+}
+
+/// A plain colour as it is; a system-colour reference (top bit set, number in the low byte) as the
+/// colour that stands for it in the classic scheme. Unknown numbers are black.
+Colour translate_colour(Colour colour);
+
+} // namespace varnoth

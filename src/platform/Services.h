@@ -1,0 +1,67 @@
+// The platform services that the logic calls by itself: message boxes, the yield to the event queue and the
+// picture loader. One set is installed at a time; the program, its tests and its tools install their own.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/Picture.h"
+
+namespace varnoth {
+
+class MessageBoxes {
+  public:
+    virtual ~MessageBoxes() = default;
+
+    /// A message with an OK button under the application's title.
+    virtual void show(std::string_view text) = 0;
+
+    /// A question with Yes and No buttons; true for Yes.
+    virtual bool ask(std::string_view question) = 0;
+};
+
+class EventQueue {
+  public:
+    virtual ~EventQueue() = default;
+
+    /// Lets pending events run. Cheap enough to be called at every row of a picture.
+    virtual void yield() = 0;
+};
+
+class PictureLoader {
+  public:
+    virtual ~PictureLoader() = default;
+
+    /// Decodes a BMP or JPEG file, told by its content, to a 32-bit picture of the file's own size. Rows that a
+    /// cut file does not bring are black. FileNotFound and the like when it cannot be read, InvalidPicture
+    /// when it does not decode.
+    virtual Picture load(const std::string& path) = 0;
+};
+
+struct Services {
+    MessageBoxes* message_boxes = nullptr;
+    EventQueue* event_queue = nullptr;
+    PictureLoader* picture_loader = nullptr;
+};
+
+/// Installs a set of services for its own lifetime; a null member keeps what was installed before.
+class ServicesInstallation {
+  public:
+    explicit ServicesInstallation(const Services& services);
+    ~ServicesInstallation();
+
+    ServicesInstallation(const ServicesInstallation&) = delete;
+    ServicesInstallation& operator=(const ServicesInstallation&) = delete;
+
+  private:
+    Services before_;
+};
+
+/// The calls on the installed set. With nothing installed, messages are dropped, questions answered with Yes,
+/// the yield does nothing and every picture fails with InvalidPicture.
+void show_message(std::string_view text);
+bool ask_yes_no(std::string_view question);
+void yield_to_events();
+Picture load_picture(const std::string& path);
+
+} // namespace varnoth

@@ -1,0 +1,111 @@
+#include "platform/PictureSurface.h"
+
+#include <gtest/gtest.h>
+
+#include "support/expect_failure.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using test::colours_of;
+using test::surface_of;
+using test::TestSurface;
+
+TEST(PictureSurface, ANewSizeKeepsTheContentAtTheTopLeftAndTheRestIsBackground) {
+    const auto surface = surface_of(2, 2, {1, 2, 3, 4});
+    surface->SetWidth(3);
+    EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{1, 2, 0, 3, 4, 0}));
+    surface->SetHeight(1);
+    EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{1, 2, 0}));
+    TestSurface green(1, 1, 32, 0, 0x00FF00);
+    green.PSet(0, 0, 5);
+    green.SetWidth(2);
+    EXPECT_EQ(colours_of(green), (std::vector<Colour>{5, 0x00FF00}));
+}
+
+TEST(PictureSurface, ReadingOutsideGivesNoColourAndPlottingOutsideIsLost) {
+    TestSurface surface(2, 1);
+    surface.PSet(2, 0, 7);
+    surface.PSet(-1, 0, 7);
+    surface.PSet(0, 1, 7);
+    EXPECT_EQ(colours_of(surface), (std::vector<Colour>{0, 0}));
+    EXPECT_EQ(surface.Point(2, 0), -1);
+    EXPECT_EQ(surface.Point(0, -1), -1);
+}
+
+TEST(PictureSurface, SettingTheBackgroundColourClears) {
+    const auto surface = surface_of(2, 1, {1, 2});
+    surface->SetBackColor(0x112233);
+    EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{0x112233, 0x112233}));
+    surface->PSet(0, 0, 9);
+    surface->Cls();
+    EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{0x112233, 0x112233}));
+}
+
+TEST(PictureSurface, OuterSizesCountTheBorderAndGoByTheContainersUnit) {
+    TestSurface surface(10, 20, 32, 2);
+    EXPECT_EQ(surface.Width(), 14);
+    EXPECT_EQ(surface.ScaleWidth(), 10);
+    surface.Parent()->ScaleMode = ScaleTwips;
+    EXPECT_EQ(surface.Width(), 14 * 15);
+    EXPECT_EQ(surface.ScaleWidth(), 10);
+    surface.ScaleMode = ScaleTwips;
+    EXPECT_EQ(surface.ScaleHeight(), 20 * 15);
+    surface.SetHeight(30 * 15);
+    EXPECT_EQ(surface.ScaleHeight(), 26 * 15);
+}
+
+TEST(PictureSurface, ATopLevelFormHasNoParentAndCountsInTwips) {
+    PictureSurface form({nullptr, 4, 4, 32, 0, 0});
+    EXPECT_EQ(form.Parent(), nullptr);
+    EXPECT_EQ(form.Width(), 60);
+}
+
+TEST(PictureSurface, ANegativeSizeIsAFailure) {
+    TestSurface surface(2, 2);
+    EXPECT_FAILURE(surface.SetWidth(-1), InvalidPropertyValue);
+    EXPECT_FAILURE(surface.SetHeight(-1), InvalidPropertyValue);
+    EXPECT_FAILURE(surface.SetWidth(1e9), Overflow);
+}
+
+TEST(PictureSurface, BitsAreTopRowFirstWithRowsOf24BitsRoundedUpToTwoBytes) {
+    const auto surface = surface_of(1, 2, {0x030201, 0x060504}, 24);
+    std::vector<std::uint8_t> bytes(8, 99);
+    EXPECT_EQ(surface->GetBitmapBits(bytes), 8U);
+    EXPECT_EQ(bytes, (std::vector<std::uint8_t>{3, 2, 1, 0, 6, 5, 4, 0}));
+    EXPECT_EQ(surface->description().bmWidthBytes, 4);
+    bytes.resize(3);
+    EXPECT_EQ(surface->GetBitmapBits(bytes), 3U);
+    EXPECT_EQ(surface->SetBitmapBits(std::vector<std::uint8_t>{7, 8, 9}), 3U);
+    EXPECT_EQ(surface->Point(0, 0), 0x070809);
+}
+
+TEST(PictureSurface, ChannelsOf16BitsWidenByRepeatingTheirHighBits) {
+    const auto surface = surface_of(3, 1, {0xFFFFFF, 0x0000FF, 0x080808}, 16);
+    EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{0xFFFFFF, 0x0000FF, 0x080808}));
+    EXPECT_EQ(surface->description().bmBitsPixel, 16);
+    EXPECT_EQ(surface->description().bmWidthBytes, 6);
+}
+
+TEST(PictureSurface, APictureGivesItsSizeOnlyWithAutomaticSizing) {
+    const Picture picture = surface_of(2, 1, {1, 2})->Image();
+    const auto fixed = surface_of(3, 2, {9, 9, 9, 9, 9, 9});
+    fixed->SetPicture(picture);
+    EXPECT_EQ(colours_of(*fixed), (std::vector<Colour>{1, 2, 0, 0, 0, 0}));
+    TestSurface automatic(5, 5);
+    automatic.AutoSize = true;
+    automatic.SetPicture(picture);
+    EXPECT_EQ(colours_of(automatic), (std::vector<Colour>{1, 2}));
+}
+
+TEST(PictureSurface, ALineIsAFilledRectangleWithBothCorners) {
+    TestSurface surface(3, 2);
+    surface.Line(1, 0, 2, 0, 7);
+    EXPECT_EQ(colours_of(surface), (std::vector<Colour>{0, 7, 7, 0, 0, 0}));
+    surface.Line(-5, 1, 9, 9, 3);
+    EXPECT_EQ(colours_of(surface), (std::vector<Colour>{0, 7, 7, 3, 3, 3}));
+}
+
+} // namespace
+} // namespace varnoth

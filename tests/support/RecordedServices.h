@@ -1,0 +1,53 @@
+// Platform services for tests: messages and questions are written down, answers are set beforehand, yields are
+// counted and may run something, pictures come from a table.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/RunTimeFailure.h"
+#include "platform/Services.h"
+
+namespace varnoth::test {
+
+class RecordedServices : private MessageBoxes, private EventQueue, private PictureLoader {
+  public:
+    RecordedServices() : installation_({this, this, this}) {}
+
+    std::vector<std::string> messages;
+    std::vector<std::string> questions;
+    bool answer = true;
+    int yields = 0;
+    std::function<void()> on_yield;
+    std::map<std::string, Picture> pictures; ///< by path; any other path fails with InvalidPicture
+
+  private:
+    void show(std::string_view text) override { messages.emplace_back(text); }
+
+    bool ask(std::string_view question) override {
+        questions.emplace_back(question);
+        return answer;
+    }
+
+    void yield() override {
+        ++yields;
+        if (on_yield) {
+            on_yield();
+        }
+    }
+
+    Picture load(const std::string& path) override {
+        const auto found = pictures.find(path);
+        if (found == pictures.end()) {
+            fail(Failure::InvalidPicture);
+        }
+        return found->second;
+    }
+
+    ServicesInstallation installation_;
+};
+
+} // namespace varnoth::test

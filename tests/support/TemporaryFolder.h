@@ -1,0 +1,58 @@
+// A folder of its own for a test's files, removed with everything in it.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+namespace varnoth::test {
+
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "varnoth-XXXXXX").string();
+        path_ = mkdtemp(pattern.data());
+    }
+
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::string& path() const { return path_; }
+
+    /// The full path of a name in the folder.
+    std::string file(const std::string& name) const { return path_ + "/" + name; }
+
+    /// Writes a file of these bytes and returns its full path.
+    std::string write(const std::string& name, std::span<const std::uint8_t> bytes) const {
+        std::ofstream stream(file(name), std::ios::binary);
+        for (const std::uint8_t byte : bytes) {
+            stream.put(static_cast<char>(byte));
+        }
+        return file(name);
+    }
+
+  private:
+    std::string path_;
+};
+
+inline std::vector<std::uint8_t> read_file(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    std::vector<std::uint8_t> bytes;
+    for (auto it = std::istreambuf_iterator<char>(stream); it != std::istreambuf_iterator<char>(); ++it) {
+        bytes.push_back(static_cast<std::uint8_t>(*it));
+    }
+    return bytes;
+}
+
+} // namespace varnoth::test
