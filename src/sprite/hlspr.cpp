@@ -1,0 +1,301 @@
+#include "sprite/hlspr.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <new>
+#include <span>
+#include <vector>
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "import/mixpals.h"
+#include "platform/Services.h"
+
+namespace varnoth::hlspr {
+
+bool UnnamedSprite = false;
+bool SpriteDirty = false;
+std::string ExtractFolder;
+
+namespace {
+
+constexpr std::array<char, 4> sprite_ident{'I', 'D', 'S', 'P'};
+constexpr std::int32_t sprite_version = 2;
+constexpr std::int16_t sprite_colours = 256;
+
+// The one slot that the arrays have even without frames.
+void make_empty_store() {
+    document().FrameStore.clear();
+    document().FrameStore.emplace_back(std::size_t{1});
+    document().FrameOrder.assign(1, 0);
+}
+
+// A frame number is a signed 16-bit number, so no file can bring more slots into use than this. The tables of a
+// file that claims more are cut here: reading ends in a failure at the latest when the number overflows.
+constexpr std::int32_t most_frame_slots = 32768;
+
+template <std::size_t Size>
+std::array<std::uint8_t, Size> read_record(InputFile& file) {
+    std::array<std::uint8_t, Size> bytes{}; // what a short file does not bring stays zero
+    file.read(bytes);
+    return bytes;
+}
+
+void read_frame(InputFile& file, std::int16_t number) {
+    std::array<std::uint8_t, FrameHeaderRecord::file_size> bytes{};
+    if (file.read(bytes) != bytes.size()) {
+        fail(Failure::DeviceIo);
+    }
+    SpriteDocument& sprite = document();
+    sprite.FrameHeader = frame_header_from_bytes(bytes);
+    const std::int32_t size = checked_multiply(sprite.FrameHeader.FrameWidth, sprite.FrameHeader.FrameHeight);
+    if (size <= 0) {
+        fail(Failure::SubscriptOutOfRange);
+    }
+    const auto slot = static_cast<std::size_t>(number);
+    sprite.FrameStore[slot] = ByteArray(static_cast<std::size_t>(size));
+    file.read(sprite.FrameStore[slot].bytes());
+    sprite.FrameOrder[slot] = number;
+}
+
+// The document takes each record before it is judged: a refused file leaves its header behind.
+Truth read_sprite(const std::string& path) {
+    SpriteDocument& sprite = document();
+    InputFile file(path);
+    sprite.SpriteHeader = sprite_header_from_bytes(read_record<SpriteHeaderRecord::file_size>(file));
+    if (sprite.SpriteHeader.Ident != sprite_ident) {
+        show_message("Not A Half-Life Sprite " + path);
+        return False;
+    }
+    if (sprite.SpriteHeader.FrameCount < 1) {
+        show_message("No Sprites In File");
+        return False;
+    }
+    sprite.Palette = palette_from_bytes(read_record<PaletteRecord::file_size>(file));
+    if (sprite.Palette.ColourCount != sprite_colours) {
+        show_message("Not 8bpp sprite");
+        return False;
+    }
+    const auto slots = static_cast<std::size_t>(std::min(sprite.SpriteHeader.FrameCount, most_frame_slots));
+    sprite.FrameStore.assign(slots, ByteArray());
+    sprite.FrameOrder.assign(slots, 0);
+    for (std::int16_t i = 0; i < sprite.SpriteHeader.FrameCount; i = checked_add(i, 1)) {
+        read_frame(file, i);
+    }
+    return True;
+}
+
+Truth write_sprite(const std::string& path) {
+    const SpriteDocument& sprite = document();
+    if (file_exists(path)) {
+        delete_file(path);
+    }
+    OutputFile file(path);
+    file.write(to_bytes(sprite.SpriteHeader));
+    file.write(to_bytes(sprite.Palette));
+    const auto frame_header = to_bytes(sprite.FrameHeader);
+    for (std::int16_t i = 0; i < sprite.SpriteHeader.FrameCount; i = checked_add(i, 1)) {
+        check_subscript(i, sprite.FrameOrder.size());
+        const std::int16_t number = sprite.FrameOrder[static_cast<std::size_t>(i)];
+        check_subscript(number, sprite.FrameStore.size());
+        file.write(frame_header);
+        file.write(sprite.FrameStore[static_cast<std::size_t>(number)].bytes());
+    }
+    file.close();
+    return True;
+}
+
+// The trap around loading and saving: whatever goes wrong becomes one message and a false result.
+template <typename Action>
+Truth trapped(Action&& action, std::string_view message) {
+    try {
+        return action();
+    } catch (const RunTimeFailure&) {
+        show_message(message);
+    } catch (const std::bad_alloc&) {
+        show_message(message);
+    }
+    return False;
+}
+
+std::array<RGBQUAD, 256> palette_as_pixels(const PaletteRecord& palette) {
+    std::array<RGBQUAD, 256> pixels{};
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        pixels[i] = {palette.Colours[i].blue, palette.Colours[i].green, palette.Colours[i].red, 0};
+    }
+    return pixels;
+}
+
+// The first `count` indices of a frame as 32-bit pixels.
+void expand(std::span<const std::uint8_t> indices, const PaletteRecord& palette, std::uint8_t* pixels,
+            std::size_t count) {
+    const std::array<RGBQUAD, 256> colours = palette_as_pixels(palette);
+    for (std::size_t i = 0; i < count; ++i) {
+        std::memcpy(pixels + 4 * i, &colours[indices[i]], 4);
+    }
+}
+
+bool holds_pixels(const Bitmap& bitmap, std::int32_t width, std::int32_t height) {
+    return bitmap.bits_per_pixel() == 32 && bitmap.width() == width && bitmap.height() == height;
+}
+
+} // namespace
+
+SpriteDocument& document() {
+    static SpriteDocument the_document;
+    return the_document;
+}
+
+void new_sprite(std::int32_t width, std::int32_t height, std::int32_t sprite_type, std::int32_t render_mode) {
+    SpriteDocument& sprite = document();
+    const double half_width = width / 2.0;
+    const double half_height = height / 2.0;
+    sprite.SpriteHeader.Height = height;
+    sprite.SpriteHeader.Width = width;
+    sprite.SpriteHeader.Ident = sprite_ident;
+    sprite.SpriteHeader.SyncType = 1;
+    sprite.SpriteHeader.BeamLength = 0;
+    sprite.SpriteHeader.FrameCount = 0;
+    sprite.SpriteHeader.RenderMode = render_mode;
+    sprite.SpriteHeader.SpriteType = sprite_type;
+    sprite.SpriteHeader.Version = sprite_version;
+    sprite.FrameHeader.FrameType = 0;
+    sprite.FrameHeader.FrameHeight = height;
+    sprite.FrameHeader.FrameWidth = width;
+    sprite.FrameHeader.OriginX = round_to_even<std::int32_t>(-half_width);
+    sprite.FrameHeader.OriginY = round_to_even<std::int32_t>(half_height);
+    sprite.SpriteHeader.BoundingRadius =
+        static_cast<float>(std::sqrt(half_width * half_width + half_height * half_height));
+    sprite.Palette = {sprite_colours, {}};
+    make_empty_store();
+}
+
+void clear_frames() {
+    document().SpriteHeader.FrameCount = 0;
+    document().Palette.ColourCount = sprite_colours;
+    make_empty_store();
+}
+
+Truth load_sprite(const std::string& path) {
+    return trapped([&] { return read_sprite(path); }, "Unknown Error Loading Sprite.");
+}
+
+Truth save_sprite(const std::string& path) {
+    return trapped([&] { return write_sprite(path); }, "Unknown Error Saving Sprite.");
+}
+
+std::string_view render_mode_name(std::int32_t render_mode) {
+    switch (render_mode) {
+    case 0:
+        return "NORMAL";
+    case 1:
+        return "ADDITIVE";
+    case 2:
+        return "INDEXALPHA";
+    case 3:
+        return "ALPHATEST";
+    default:
+        return "-1";
+    }
+}
+
+std::string_view sprite_type_name(std::int32_t sprite_type) {
+    switch (sprite_type) {
+    case 0:
+        return "VP_PARALLEL_UPRIGHT";
+    case 1:
+        return "FACING_UPRIGHT";
+    case 2:
+        return "VP_PARALLEL";
+    case 3:
+        return "ORIENTED";
+    case 4:
+        return "VP_PARALLEL_ORIENTED";
+    default:
+        return "-1";
+    }
+}
+
+void draw_frame(std::int16_t& frame_number, PictureSurface& picture) {
+    const SpriteDocument& sprite = document();
+    check_subscript(frame_number, sprite.FrameOrder.size());
+    // Written back on purpose: extraction names its files after the stored number and counts on from it, and the
+    // animation follows it.
+    frame_number = sprite.FrameOrder[static_cast<std::size_t>(frame_number)];
+    check_subscript(frame_number, sprite.FrameStore.size());
+    const ByteArray& indices = sprite.FrameStore[static_cast<std::size_t>(frame_number)];
+
+    const std::int32_t width = sprite.SpriteHeader.Width;
+    const std::int32_t height = sprite.SpriteHeader.Height;
+    if (picture.Width() != width || picture.Height() != height) {
+        picture.Cls();
+        picture.SetWidth(width);
+        picture.SetHeight(height);
+    }
+    const std::int32_t byte_count = checked_multiply(checked_multiply(width, 4), height);
+    if (byte_count <= 0 || indices.size() < static_cast<std::size_t>(byte_count / 4)) {
+        picture.Cls();
+        fail(Failure::SubscriptOutOfRange);
+    }
+    // A picture of the sprite's size needs no clearing: every pixel of it is written.
+    const auto pixel_count = static_cast<std::size_t>(byte_count / 4);
+    if (holds_pixels(picture.bitmap(), width, height)) {
+        expand(indices.bytes(), sprite.Palette, picture.bitmap().bytes().data(), pixel_count);
+    } else {
+        // The 32-bit layout is handed over whatever depth the picture has.
+        std::vector<std::uint8_t> pixels(static_cast<std::size_t>(byte_count));
+        expand(indices.bytes(), sprite.Palette, pixels.data(), pixel_count);
+        picture.Cls();
+        picture.SetBitmapBits(pixels);
+    }
+    picture.Refresh();
+}
+
+void add_frame(PictureSurface& picture) {
+    SpriteDocument& sprite = document();
+    sprite.SpriteHeader.FrameCount = checked_add(sprite.SpriteHeader.FrameCount, 1);
+    const auto number = narrow<std::int16_t>(sprite.SpriteHeader.FrameCount - 1);
+    const auto slot = static_cast<std::size_t>(number);
+    sprite.FrameOrder.resize(slot + 1);
+    sprite.FrameOrder[slot] = number;
+    sprite.FrameStore.resize(slot + 1);
+
+    const auto width = round_to_even<std::int32_t>(picture.ScaleWidth());
+    const auto height = round_to_even<std::int32_t>(picture.ScaleHeight());
+    const auto size = round_to_even<std::int32_t>(picture.ScaleWidth() * picture.ScaleHeight());
+    if (size <= 0) {
+        fail(Failure::SubscriptOutOfRange);
+    }
+    sprite.FrameStore[slot] = ByteArray(static_cast<std::size_t>(size));
+
+    const BITMAP info = picture.description();
+    const std::int32_t pixel_bytes = round_to_even<std::int32_t>(divide(info.bmWidthBytes, info.bmWidth));
+    std::vector<std::uint8_t> bits(static_cast<std::size_t>(checked_multiply(info.bmHeight, info.bmWidthBytes)));
+    picture.GetBitmapBits(bits);
+    if (number == 0) {
+        take_frame_palette();
+    }
+    // One yield a row answers the abort button as well as one a pixel: a row takes microseconds.
+    std::uint8_t* index = sprite.FrameStore[slot].data();
+    for (std::int32_t y = 0; y < height; ++y) {
+        yield_to_events();
+        for (std::int32_t x = 0; x < width; ++x) {
+            const std::int64_t at = (std::int64_t{y} * info.bmWidth + x) * pixel_bytes;
+            check_subscript(at + 2, bits.size());
+            const auto first = static_cast<std::size_t>(at);
+            *index++ = static_cast<std::uint8_t>(
+                mixpals::nearest_index(bits[first + 2], bits[first + 1], bits[first]));
+        }
+    }
+}
+
+void take_frame_palette() {
+    for (std::size_t i = 0; i < mixpals::ImportPalette.size(); ++i) {
+        const RGBQUAD& entry = mixpals::ImportPalette[i];
+        document().Palette.Colours[i] = {entry.rgbRed, entry.rgbGreen, entry.rgbBlue};
+    }
+}
+
+} // namespace varnoth::hlspr

@@ -1,0 +1,42 @@
+#include "workbench/Module1.h"
+
+#include <cstddef>
+
+namespace varnoth::Module1 {
+
+namespace {
+
+constexpr const char* separators = "\\/";
+
+} // namespace
+
+std::string strip_folder(const std::string& path) {
+    if (path.find_first_of(separators) == std::string::npos) {
+        return path;
+    }
+    std::string result;
+    std::size_t at = path.find_last_of(separators);
+    while (at != std::string::npos) {
+        result = path.substr(at + 1);
+        if (!result.empty() || at == 0) {
+            break;
+        }
+        at = path.find_last_of(separators, at - 1);
+    }
+    return result;
+}
+
+std::string strip_extension(const std::string& name) {
+    std::size_t at = name.find('.');
+    if (at == std::string::npos) {
+        return name;
+    }
+    std::string result;
+    while (at != std::string::npos && result.empty()) {
+        result = name.substr(0, at);
+        at = name.find('.', at + 1);
+    }
+    return result;
+}
+
+} // namespace varnoth::Module1
