@@ -31,10 +31,10 @@ Failure failure_of(int error) {
 }
 
 std::FILE* open_file(const std::string& path, const char* mode) {
-    const std::filesystem::path native = native_path(path);
-    if (std::error_code ignored; std::filesystem::is_directory(native, ignored)) {
+    if (folder_exists(path)) {
         fail(Failure::PermissionDenied);
     }
+    const std::filesystem::path native = native_path(path);
 #ifdef _WIN32
     const std::wstring wide_mode(mode, mode + std::char_traits<char>::length(mode));
     std::FILE* file = _wfopen(native.c_str(), wide_mode.c_str());
@@ -64,6 +64,11 @@ std::string join_path(const std::string& folder, const std::string& name) {
 bool file_exists(const std::string& path) {
     std::error_code ignored;
     return std::filesystem::is_regular_file(native_path(path), ignored);
+}
+
+bool folder_exists(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(native_path(path), ignored);
 }
 
 bool is_read_only(const std::string& path) {

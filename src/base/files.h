@@ -22,6 +22,8 @@ std::string join_path(const std::string& folder, const std::string& name);
 /// Whether a look-up of plain files finds the name: a folder of that name does not count.
 bool file_exists(const std::string& path);
 
+bool folder_exists(const std::string& path);
+
 /// A read-only file is one whose owner-write permission is off, whoever runs the program.
 bool is_read_only(const std::string& path);
 

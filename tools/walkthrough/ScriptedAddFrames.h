@@ -1,0 +1,91 @@
+// The Add Frame/s dialog without a window: what a user sees and does in it, as plain state.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "import/AddFramesForm.h"
+
+namespace varnoth::walkthrough {
+
+class ScriptedAddFrames : public AddFramesForm {
+  public:
+    /// Opens on a folder with its files of the format listed. The picker is there for the render modes with a
+    /// transparent colour.
+    ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled);
+
+    /// Selects one more entry by a click, as with the control key held: the selection is judged, the entry shown
+    /// in the preview and, unless one was picked, its top left pixel taken as the transparent colour.
+    void click(std::int16_t index);
+
+    /// Takes the preview's pixel as the transparent colour. Nothing happens without the picker or outside.
+    void pick(std::int32_t x, std::int32_t y);
+
+    void choose_resize(bool resize) { resize_ = resize; }
+
+    PictureFormat format() const override { return format_; }
+
+    std::string folder() const override { return folder_; }
+
+    std::int32_t entry_count() const override { return static_cast<std::int32_t>(entries_.size()); }
+
+    std::string entry(std::int32_t index) const override { return at(index).name; }
+
+    bool is_selected(std::int32_t index) const override { return at(index).selected; }
+
+    void unselect(std::int32_t index) override { entries_.at(static_cast<std::size_t>(index)).selected = false; }
+
+    void open_size_question(const std::string& set_caption, const std::string& resize_caption) override;
+
+    void close_size_question() override { question_open_ = false; }
+
+    bool size_question_open() const override { return question_open_; }
+
+    bool set_sprite_chosen() const override { return !resize_; }
+
+    bool pick_enabled() const override { return pick_enabled_; }
+
+    Colour transparent_colour() const override { return transparent_; }
+
+    PictureSurface& Picture1() override { return picture1_; }
+
+    PictureSurface& Buffer1() override { return buffer1_; }
+
+    PictureSurface& Buffer2() override { return buffer2_; }
+
+    PictureSurface& jojoPalette() override { return sheet_; }
+
+    const std::string& set_caption() const { return set_caption_; }
+
+    const std::string& resize_caption() const { return resize_caption_; }
+
+  private:
+    struct Entry {
+        std::string name;
+        bool selected = false;
+    };
+
+    const Entry& at(std::int32_t index) const { return entries_.at(static_cast<std::size_t>(index)); }
+
+    std::string folder_;
+    PictureFormat format_;
+    std::vector<Entry> entries_;
+    bool question_open_ = false;
+    bool resize_ = false;
+    std::string set_caption_;
+    std::string resize_caption_;
+    bool pick_enabled_;
+    bool picked_ = false;
+    Colour transparent_ = 0;
+    SurfaceContainer window_;
+    PictureSurface picture1_{{&window_, 256, 256}};
+    PictureSurface buffer1_{{&window_, 1, 1}};
+    PictureSurface buffer2_{{&window_, 1, 1}};
+    PictureSurface sheet_{{&window_, 1, 1}};
+};
+
+/// ".bmp", ".jpg", ".tga" or ".pcx".
+std::string extension_of(PictureFormat format);
+
+} // namespace varnoth::walkthrough
