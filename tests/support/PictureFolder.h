@@ -1,0 +1,89 @@
+// A folder of small picture files for import tests, whose BMP pictures the recorded loader knows as well.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/bytes.h"
+#include "support/RecordedServices.h"
+#include "support/TemporaryFolder.h"
+#include "support/pictures.h"
+
+namespace varnoth::test {
+
+/// A BMP header of that size and depth without pixels: what a probe looks at.
+inline std::vector<std::uint8_t> bmp_header(std::int32_t width, std::int32_t height, std::int16_t bit_count,
+                                            std::int32_t compression = 0) {
+    std::vector<std::uint8_t> bytes(54);
+    bytes[0] = 'B';
+    bytes[1] = 'M';
+    put_i32(bytes, 2, 54 + width * height * 4);
+    put_i32(bytes, 10, 54);
+    put_i32(bytes, 14, 40);
+    put_i32(bytes, 18, width);
+    put_i32(bytes, 22, height);
+    put_i16(bytes, 26, 1);
+    put_i16(bytes, 28, bit_count);
+    put_i32(bytes, 30, compression);
+    return bytes;
+}
+
+/// A whole 24-bit TGA file without compression, top row first.
+inline std::vector<std::uint8_t> tga_file(std::int16_t width, std::int16_t height, const std::vector<Colour>& colours) {
+    std::vector<std::uint8_t> bytes(18);
+    bytes[2] = 2;
+    put_i16(bytes, 12, width);
+    put_i16(bytes, 14, height);
+    bytes[16] = 24;
+    bytes[17] = 32;
+    for (const Colour colour : colours) {
+        bytes.insert(bytes.end(), {blue_of(colour), green_of(colour), red_of(colour)});
+    }
+    return bytes;
+}
+
+/// A whole PCX file of three planes without compression.
+inline std::vector<std::uint8_t> pcx_file(std::int16_t width, std::int16_t height, const std::vector<Colour>& colours) {
+    std::vector<std::uint8_t> bytes(128);
+    const std::int16_t line = static_cast<std::int16_t>(width + width % 2);
+    bytes[0] = 10;
+    bytes[1] = 5;
+    bytes[3] = 8;
+    put_i16(bytes, 8, static_cast<std::int16_t>(width - 1));
+    put_i16(bytes, 10, static_cast<std::int16_t>(height - 1));
+    bytes[65] = 3;
+    put_i16(bytes, 66, line);
+    for (std::size_t y = 0; y < static_cast<std::size_t>(height); ++y) {
+        for (const auto channel : {red_of, green_of, blue_of}) {
+            for (std::size_t x = 0; x < static_cast<std::size_t>(line); ++x) {
+                const bool inside = x < static_cast<std::size_t>(width);
+                bytes.push_back(inside ? channel(colours.at(y * static_cast<std::size_t>(width) + x)) : 0);
+            }
+        }
+    }
+    return bytes;
+}
+
+class PictureFolder : public TemporaryFolder {
+  public:
+    explicit PictureFolder(RecordedServices& services) : services_(services) {}
+
+    /// A BMP file of that depth in its header; the loader gives these colours for it.
+    void add_bmp(const std::string& name, std::int32_t width, std::int32_t height, const std::vector<Colour>& colours,
+                 std::int16_t bit_count = 24) {
+        const std::string path = write(name, bmp_header(width, height, bit_count));
+        services_.pictures[path] = surface_of(width, height, colours)->Image();
+    }
+
+    /// The same with one colour all over.
+    void add_plain_bmp(const std::string& name, std::int32_t width, std::int32_t height, Colour colour = 0x102030,
+                       std::int16_t bit_count = 24) {
+        add_bmp(name, width, height, std::vector<Colour>(static_cast<std::size_t>(width * height), colour), bit_count);
+    }
+
+  private:
+    RecordedServices& services_;
+};
+
+} // namespace varnoth::test

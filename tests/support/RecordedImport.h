@@ -1,0 +1,76 @@
+// An import's view that writes down what it is told, in order, and can press Cancel.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "import/ImportView.h"
+
+namespace varnoth::test {
+
+class RecordedImport : public ImportView {
+  public:
+    std::vector<std::string> events; ///< "phase X", "step X", "size X", "line X" and so on
+    std::vector<std::string> lines;  ///< of the frame list
+    std::int32_t progress = 0;
+    std::int32_t maximum = -1;
+    bool abort = false;
+    bool open = false;
+    int releases = 0;
+    int ends = 0;
+    std::function<void(const std::string& event)> on_event;
+
+    void open_progress(std::string_view phase, std::int32_t most) override {
+        open = true;
+        progress = 0;
+        maximum = most;
+        note("open " + std::string(phase));
+    }
+
+    void show_phase(std::string_view phase) override { note("phase " + std::string(phase)); }
+
+    void show_step(std::string_view step) override { note("step " + std::string(step)); }
+
+    void advance() override { ++progress; }
+
+    bool aborted() const override { return abort; }
+
+    void close_progress() override {
+        open = false;
+        note("close");
+    }
+
+    void show_sprite_size(const std::string& size, const std::string& origin) override {
+        note("size " + size + " | " + origin);
+    }
+
+    std::int32_t frame_line_count() const override { return static_cast<std::int32_t>(lines.size()); }
+
+    void add_frame_line(const std::string& line) override {
+        lines.push_back(line);
+        note("line " + line);
+    }
+
+    void release_frames() override {
+        ++releases;
+        note("release");
+    }
+
+    void finish() override {
+        ++ends;
+        note("finish");
+    }
+
+  private:
+    void note(const std::string& event) {
+        events.push_back(event);
+        if (on_event) {
+            on_event(event);
+        }
+    }
+};
+
+} // namespace varnoth::test
