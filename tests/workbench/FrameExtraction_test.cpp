@@ -20,7 +20,7 @@ class RecordedExtraction : public ExtractionView {
     std::vector<std::string> items;
     std::vector<std::string> written;
     int progress = 0;
-    int tests_of_abort = 0;
+    mutable int tests_of_abort = 0;
     int abort_at_test = -1;
 
     std::int32_t line_count() const override { return static_cast<std::int32_t>(selected.size()); }
@@ -28,7 +28,7 @@ class RecordedExtraction : public ExtractionView {
     bool is_selected(std::int16_t line) const override { return selected.at(static_cast<std::size_t>(line)); }
 
     bool aborted() const override {
-        return const_cast<RecordedExtraction*>(this)->tests_of_abort++ == abort_at_test;
+        return tests_of_abort++ == abort_at_test;
     }
 
     void show_item(std::string_view name) override { items.emplace_back(name); }
