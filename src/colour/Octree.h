@@ -1,0 +1,84 @@
+// The tree behind the adaptive palette: octree colour quantisation (Gervautz and Purgathofer, "A simple method for
+// color quantization: octree quantization", 1988) in which each level splits a colour box at the midpoint of its
+// present bounds, reduced while pixels come in. The order in which positions are used and used again is part of
+// the result, because palettes list the leaves by position.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace varnoth {
+
+/// What the splits see of a channel: its value times this.
+struct ChannelWeights {
+    float red = 1.0F;
+    float green = 1.0F;
+    float blue = 1.0F;
+};
+
+class Octree {
+  public:
+    /// Sums and count of the pixels that one leaf stands for.
+    struct Leaf {
+        std::int32_t SumR = 0;
+        std::int32_t SumG = 0;
+        std::int32_t SumB = 0;
+        std::int32_t PixelCount = 0;
+    };
+
+    /// A tree of `levels` levels that is held at `maximum` leaves. The root never becomes a leaf, so up to eight
+    /// leaves stay however low the maximum is.
+    Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& weights);
+
+    /// Counts one pixel and reduces. There are lists of reducible nodes for the levels 1 to 8 only:
+    /// SubscriptOutOfRange when a pixel needs another one, that is with 0 or more than 9 levels at once, with 9 at
+    /// the first reduction. Overflow when a leaf's sums leave their 32 bits.
+    void add(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
+
+    /// The leaves in the order of their positions.
+    std::vector<Leaf> leaves() const;
+
+  private:
+    using Position = std::int32_t; // 0 stands for none, 1 is the root
+
+    struct Node {
+        std::array<Position, 8> child{}; // slot: red bit + 2 * green bit + 4 * blue bit
+        Leaf sums;
+        Position next = 0; // in the list of reducible or of free nodes
+        bool is_leaf = false;
+    };
+
+    // Three bits a level from the lowest up, the child slots from the root down. Of the bounds and bits of one
+    // channel, no other channel plays a part, so 256 values a channel tell all paths beforehand.
+    using Path = std::uint32_t;
+    using ChannelPaths = std::array<Path, 256>;
+
+    static ChannelPaths paths_of(float weight, int bit_of_slot);
+
+    Node& node(Position position) { return nodes_[static_cast<std::size_t>(position)]; }
+
+    Position leaf_at(Path path);
+    Position grow(Position parent, std::size_t slot, int level);
+    Position new_node();
+    void free_node(Position position);
+    bool would_collapse_to(int level) const;
+    void enter_reducible(Position position, int level);
+    bool reduce();
+
+    std::int32_t maximum_;
+    int levels_;
+    ChannelPaths red_paths_;
+    ChannelPaths green_paths_;
+    ChannelPaths blue_paths_;
+    std::vector<Node> nodes_;                  // position 0 is not used
+    std::array<Position, 9> reducible_head_{}; // levels 1 to 8
+    std::int32_t node_count_ = 1;              // live nodes
+    std::int32_t leaf_count_ = 0;
+    Position free_head_ = 0;
+    Path last_path_ = 0;
+    Position last_leaf_ = 0; // where last_path_ ends; 0 when not known
+};
+
+} // namespace varnoth

@@ -1,0 +1,271 @@
+#include "pictures/cDIB.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <utility>
+
+#include "base/bytes.h"
+#include "base/files.h"
+#include "base/numbers.h"
+
+namespace varnoth {
+
+namespace {
+
+constexpr std::int32_t file_header_bytes = 14;
+constexpr std::int32_t info_header_bytes = 40;
+
+bool is_section_depth(std::int32_t bits) {
+    return bits == 1 || bits == 4 || bits == 8 || bits == 16 || bits == 24 || bits == 32;
+}
+
+// Null when the platform has no such section.
+std::unique_ptr<Bitmap> create_section(std::int32_t width, std::int32_t height, std::int32_t bits) {
+    if (width < 1 || height < 1 || !is_section_depth(bits)) {
+        return nullptr;
+    }
+    try {
+        return std::make_unique<Bitmap>(width, height, bits, Bitmap::Rows::Section);
+    } catch (const RunTimeFailure& failure) {
+        if (failure.failure() != Failure::OutOfMemory) {
+            throw;
+        }
+        return nullptr;
+    }
+}
+
+void copy_colour_table(const DrawingContext& from, DrawingContext& to, std::size_t entries) {
+    std::array<RGBQUAD, 256> table{};
+    const std::span<RGBQUAD> part(table.data(), entries);
+    get_colour_table(from, 0, part);
+    set_colour_table(to, 0, part);
+}
+
+void delete_if_there(const std::string& path) {
+    try {
+        if (file_exists(path)) {
+            delete_file(path);
+        }
+    } catch (const RunTimeFailure&) {
+        // What cannot be deleted may still be opened; if not, opening tells.
+    }
+}
+
+} // namespace
+
+bool cDIB::Create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp) {
+    Destroy();
+    header_.biSize = info_header_bytes;
+    header_.biPlanes = 1;
+    header_.biBitCount = narrow<std::int16_t>(Newbpp);
+    header_.biWidth = NewWidth;
+    header_.biHeight = NewHeight;
+
+    width_ = NewWidth;
+    height_ = NewHeight;
+    bits_per_pixel_ = Newbpp;
+    bytes_per_scanline_ = checked_add(checked_multiply(NewWidth, Newbpp), 31) / 32 * 4;
+    size_ = checked_multiply(bytes_per_scanline_, NewHeight);
+
+    section_ = create_section(NewWidth, NewHeight, Newbpp);
+    if (!section_) {
+        Destroy();
+        return false;
+    }
+    context_.select(section_.get());
+    return true;
+}
+
+std::uint8_t cDIB::CreateFromStdPicture(const Picture& Image, bool Force32bpp) {
+    if (Image.kind != PictureKind::Bitmap || !Image.bitmap) {
+        return 0;
+    }
+    const BITMAP description = Image.bitmap->description();
+    if (!Create(description.bmWidth, description.bmHeight, Force32bpp ? 32 : description.bmBitsPixel)) {
+        return 0;
+    }
+    Bitmap picture = *Image.bitmap;
+    const DrawingContext source(&picture);
+    if (!Force32bpp && description.bmBitsPixel < 9) {
+        copy_colour_table(source, context_, std::size_t{1} << description.bmBitsPixel);
+    }
+    bit_blt(context_, 0, 0, width_, height_, source, 0, 0, SRCCOPY);
+    // The depth of the source, also when the surface was made one of 32 bits.
+    return narrow<std::uint8_t>(description.bmBitsPixel);
+}
+
+bool cDIB::CreateFromHdc(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight) {
+    if (!Create(NewWidth, NewHeight, 32)) {
+        return false;
+    }
+    bit_blt(context_, 0, 0, NewWidth, NewHeight, Image, 0, 0, SRCCOPY);
+    return true;
+}
+
+bool cDIB::CreateFromHdc8bpp(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight) {
+    if (!Create(NewWidth, NewHeight, 8)) {
+        return false;
+    }
+    copy_colour_table(Image, context_, 256);
+    bit_blt(context_, 0, 0, NewWidth, NewHeight, Image, 0, 0, SRCCOPY);
+    return true;
+}
+
+void cDIB::CloneTo(cDIB& oDIB) const {
+    if (!oDIB.Create(width_, height_, bits_per_pixel_)) {
+        fail(Failure::SubscriptOutOfRange);
+    }
+    if (has_colour_table()) {
+        std::vector<std::uint8_t> palette;
+        GetPalette(palette);
+        oDIB.SetPalette(palette);
+    }
+    // Onto itself there is nothing left to copy: creating has blanked it.
+    if (&oDIB != this) {
+        std::memcpy(oDIB.lpBits(), lpBits(), static_cast<std::size_t>(size_));
+    }
+}
+
+void cDIB::Save(const std::string& filename) const {
+    if (!section_) {
+        return;
+    }
+    const std::vector<std::uint8_t> head = file_head();
+    delete_if_there(filename);
+    OutputFile file(filename);
+    file.write(head);
+    file.write(section_->bytes());
+    file.close();
+}
+
+// Everything before the pixels: file header, picture header, colour table.
+std::vector<std::uint8_t> cDIB::file_head() const {
+    std::vector<std::uint8_t> palette;
+    GetPalette(palette);
+    const std::int32_t pixels_at = file_header_bytes + info_header_bytes + static_cast<std::int32_t>(palette.size());
+
+    std::vector<std::uint8_t> head(file_header_bytes + info_header_bytes);
+    head[0] = 'B';
+    head[1] = 'M';
+    put_i32(head, 2, checked_add(pixels_at, size_));
+    put_i32(head, 10, pixels_at);
+    put_i32(head, 14, header_.biSize);
+    put_i32(head, 18, header_.biWidth);
+    put_i32(head, 22, header_.biHeight);
+    put_i16(head, 26, header_.biPlanes);
+    put_i16(head, 28, header_.biBitCount);
+    // All that follows stays 0, the size of the pixels too: readers take that from the file's length.
+    head.insert(head.end(), palette.begin(), palette.end());
+    return head;
+}
+
+void cDIB::Destroy() {
+    context_.select(nullptr);
+    section_.reset();
+    width_ = 0;
+    height_ = 0;
+    bits_per_pixel_ = 0;
+    bytes_per_scanline_ = 0;
+    size_ = 0;
+}
+
+std::int32_t cDIB::LoadBlt(const DrawingContext& hSrcDC, std::int32_t x, std::int32_t y, std::int32_t nWidth,
+                           std::int32_t nHeight) {
+    if (!section_) {
+        return 0;
+    }
+    // One pair of coordinates serves both ends: the rectangle keeps its place.
+    return bit_blt(context_, x, y, nWidth < 1 ? width_ : nWidth, nHeight < 1 ? height_ : nHeight, hSrcDC, x, y,
+                   SRCCOPY);
+}
+
+std::int32_t cDIB::Stretch(DrawingContext& hDstDC, std::int32_t x, std::int32_t y, std::int32_t nWidth,
+                           std::int32_t nHeight, std::int32_t XSrc, std::int32_t YSrc, std::int32_t nSrcWidth,
+                           std::int32_t nSrcHeight, std::uint32_t lROP) const {
+    if (!section_) {
+        return 0;
+    }
+    const Rectangle from{XSrc, YSrc, nSrcWidth < 1 ? width_ : nSrcWidth, nSrcHeight < 1 ? height_ : nSrcHeight};
+    const std::int32_t mode_before = hDstDC.set_stretch_mode(COLORONCOLOR);
+    const std::int32_t result = stretch_blt(hDstDC, {x, y, nWidth, nHeight}, context_, from, lROP);
+    hDstDC.set_stretch_mode(mode_before);
+    return result;
+}
+
+void cDIB::Cls(Colour BackColor) {
+    if (section_) {
+        section_->fill(translate_colour(BackColor));
+    }
+}
+
+void cDIB::SetPalette(std::span<const std::uint8_t> Palette) {
+    if (!has_colour_table()) {
+        return;
+    }
+    std::array<RGBQUAD, 256> entries{};
+    const std::size_t count = std::min(Palette.size() / 4, entries.size());
+    if (count > 0) {
+        std::memcpy(entries.data(), Palette.data(), count * 4);
+    }
+    set_colour_table(context_, 0, std::span(entries).first(count));
+}
+
+void cDIB::GetPalette(std::vector<std::uint8_t>& Palette) const {
+    if (!has_colour_table()) {
+        return;
+    }
+    Palette.resize(colour_table_bytes());
+    std::memcpy(Palette.data(), section_->colour_table().data(), Palette.size());
+}
+
+void cDIB::Resize(std::int32_t NewWidth, std::int32_t NewHeight, bool StretchDIB) {
+    const std::int32_t bits = bits_per_pixel_;
+    std::vector<std::uint8_t> palette;
+    GetPalette(palette);
+
+    cDIB resized;
+    if (resized.Create(NewWidth, NewHeight, bits)) {
+        resized.SetPalette(palette);
+        Stretch(*resized.hDIBDC(), 0, 0, StretchDIB ? NewWidth : width_, StretchDIB ? NewHeight : height_);
+    }
+    if (Create(NewWidth, NewHeight, bits)) {
+        SetPalette(palette);
+        LoadBlt(resized.context_);
+    }
+}
+
+void cDIB::GetBestFitInfo(std::int32_t DstW, std::int32_t DstH, std::int32_t& bfx, std::int32_t& bfy,
+                          std::int32_t& bfW, std::int32_t& bfH, bool StretchFit) const {
+    if (!section_) {
+        return;
+    }
+    if (width_ <= DstW && height_ <= DstH && !StretchFit) {
+        bfW = width_;
+        bfH = height_;
+    } else {
+        const auto ratio_x = static_cast<float>(divide(DstW, width_));
+        const auto ratio_y = static_cast<float>(divide(DstH, height_));
+        if (ratio_x < ratio_y) {
+            bfW = DstW;
+            bfH = round_to_even<std::int32_t>(double{ratio_x} * height_);
+        } else {
+            bfH = DstH;
+            bfW = round_to_even<std::int32_t>(double{ratio_y} * width_);
+        }
+    }
+    bfx = checked_subtract(DstW, bfW) / 2;
+    bfy = checked_subtract(DstH, bfH) / 2;
+}
+
+Picture cDIB::Image() const {
+    if (!section_) {
+        return {};
+    }
+    Bitmap copy(width_, height_, 32, Bitmap::Rows::Surface);
+    DrawingContext target(&copy);
+    Stretch(target, 0, 0, width_, height_);
+    return make_picture(std::move(copy));
+}
+
+} // namespace varnoth
