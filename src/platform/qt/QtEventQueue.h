@@ -1,0 +1,25 @@
+// The yield on Qt: pumps the application's events, but only when some milliseconds have passed since the last
+// time, so that a call at every row of a picture costs a look at the clock.
+#pragma once
+
+#include <chrono>
+
+#include "platform/Services.h"
+
+namespace varnoth {
+
+class QtEventQueue : public EventQueue {
+  public:
+    /// Events are pumped at most once in an interval; the first yield always pumps.
+    explicit QtEventQueue(std::chrono::steady_clock::duration interval = std::chrono::milliseconds(5))
+        : interval_(interval) {}
+
+    /// Needs a QCoreApplication. May be called from within an event that a yield pumps.
+    void yield() override;
+
+  private:
+    std::chrono::steady_clock::duration interval_;
+    std::chrono::steady_clock::time_point next_pump_{};
+};
+
+} // namespace varnoth

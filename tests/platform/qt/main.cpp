@@ -1,0 +1,15 @@
+// The test program of everything that needs Qt. It runs without a display.
+#include <QCoreApplication>
+#include <QLoggingCategory>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Cut and broken pictures are the tests' daily bread; the readers' complaints about them would drown the
+    // rest.
+    QLoggingCategory::setFilterRules("qt.gui.imageio*=false");
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
