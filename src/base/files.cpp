@@ -83,7 +83,8 @@ bool file_exists(const std::string& path) {
 bool is_read_only(const std::string& path) {
     std::error_code error;
     const auto status = std::filesystem::status(native_path(path), error);
-    return !error && (status.permissions() & std::filesystem::perms::owner_write) == std::filesystem::perms::none;
+    return !error &&
+           (status.permissions() & std::filesystem::perms::owner_write) == std::filesystem::perms::none;
 }
 
 void delete_file(const std::string& path) {
