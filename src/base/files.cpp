@@ -30,11 +30,25 @@ Failure failure_of(int error) {
     }
 }
 
-std::FILE* open_file(const std::string& path, const char* mode) {
+// The system has one error for a missing file and for a missing folder on the way to it.
+[[noreturn]] void fail_at(const std::filesystem::path& native, int error) {
+    std::error_code ignored;
+    const std::filesystem::path folder = native.parent_path();
+    if (error == ENOENT && !folder.empty() && !std::filesystem::exists(folder, ignored)) {
+        fail(Failure::PathNotFound);
+    }
+    fail(failure_of(error));
+}
+
+void refuse_folder(const std::string& path) {
     if (folder_exists(path)) {
         fail(Failure::PermissionDenied);
     }
+}
+
+std::FILE* open_file(const std::string& path, const char* mode) {
     const std::filesystem::path native = native_path(path);
+    refuse_folder(path);
 #ifdef _WIN32
     const std::wstring wide_mode(mode, mode + std::char_traits<char>::length(mode));
     std::FILE* file = _wfopen(native.c_str(), wide_mode.c_str());
@@ -42,7 +56,7 @@ std::FILE* open_file(const std::string& path, const char* mode) {
     std::FILE* file = std::fopen(native.c_str(), mode);
 #endif
     if (file == nullptr) {
-        fail(failure_of(errno));
+        fail_at(native, errno);
     }
     return file;
 }
@@ -74,16 +88,19 @@ bool folder_exists(const std::string& path) {
 bool is_read_only(const std::string& path) {
     std::error_code error;
     const auto status = std::filesystem::status(native_path(path), error);
-    return !error && (status.permissions() & std::filesystem::perms::owner_write) == std::filesystem::perms::none;
+    return !error &&
+           (status.permissions() & std::filesystem::perms::owner_write) == std::filesystem::perms::none;
 }
 
 void delete_file(const std::string& path) {
+    const std::filesystem::path native = native_path(path);
+    refuse_folder(path);
     if (file_exists(path) && is_read_only(path)) {
         fail(Failure::PermissionDenied);
     }
     std::error_code error;
-    if (!std::filesystem::remove(native_path(path), error)) {
-        fail(error ? failure_of(error.value()) : Failure::FileNotFound);
+    if (!std::filesystem::remove(native, error)) {
+        fail_at(native, error ? error.value() : ENOENT);
     }
 }
 

@@ -44,7 +44,8 @@ bool is_colour(const RGBQUAD& entry, std::uint8_t red, std::uint8_t green, std::
 
 // The limit counts as met, so that the free entry behind the last colour takes part in every search.
 template <typename Entries>
-bool seek(const Entries& entries, std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit) {
+bool seek(const Entries& entries, std::uint8_t red, std::uint8_t green, std::uint8_t blue,
+          std::int32_t limit) {
     const auto count = static_cast<std::int64_t>(entries.size());
     for (std::int64_t position = 0; position <= limit && position < count; ++position) {
         if (is_colour(entries[static_cast<std::size_t>(position)], red, green, blue)) {
@@ -56,6 +57,7 @@ bool seek(const Entries& entries, std::uint8_t red, std::uint8_t green, std::uin
 
 // The same as a search up to the free position ColorCount: the colours written, or what that position holds.
 bool is_in_table(const RGBQUAD& pixel) {
+    check_subscript(ColorCount, ColorTable.size());
     return written_colours.contains(colour_of(pixel)) ||
            colour_of(ColorTable[static_cast<std::size_t>(ColorCount)]) == colour_of(pixel);
 }
@@ -120,8 +122,8 @@ bool SeekColorInTable(std::uint8_t red, std::uint8_t green, std::uint8_t blue, s
     return seek(ColorTable, red, green, blue, limit);
 }
 
-// Black is never written here: the free entry behind the last colour is black and counts as met on every search,
-// so black is always in the mix, whether a picture holds it or not.
+// Black is never written here: the free entry behind the last colour is black and counts as met on every
+// search, so black is always in the mix, whether a picture holds it or not.
 bool AddPictureColors(PictureSurface& surface) {
     if (!PrepareMixBits(surface)) {
         return false;
@@ -139,12 +141,14 @@ bool AddPictureColors(PictureSurface& surface) {
 void DrawColorTable(PictureSurface& surface) {
     surface.SetWidth(sheet_side);
     surface.SetHeight(sheet_side);
+    check_subscript(0, ColorTable.size());
     surface.SetBackColor(colour_of(ColorTable.front()));
     std::int32_t x = 0;
     std::int32_t y = 0;
     for (std::int32_t position = 0; position <= ColorCount && y < sheet_side; ++position) {
         surface.PSet(x, y, colour_of(ColorTable[static_cast<std::size_t>(position)]));
-        // A row takes 514 positions: the two beyond the right edge are lost, and so is all below the last row.
+        // A row takes 514 positions: the two beyond the right edge are lost, and so is all below the last
+        // row.
         if (x <= surface.ScaleWidth()) {
             ++x;
         } else {
@@ -164,8 +168,8 @@ bool SeekColorInPalette(std::uint8_t red, std::uint8_t green, std::uint8_t blue,
     return seek(ImportPalette, red, green, blue, limit);
 }
 
-// The limit of the search includes the free entry here too. Whatever stands there, black on a first import, the
-// colours of an earlier one later, counts as met and is then overwritten by the next new colour.
+// The limit of the search includes the free entry here too. Whatever stands there, black on a first import,
+// the colours of an earlier one later, counts as met and is then overwritten by the next new colour.
 void FinalizePalette(PictureSurface& surface) {
     InitColorTable();
     PrepareMixBits(surface);
@@ -180,9 +184,9 @@ void FinalizePalette(PictureSurface& surface) {
     MakeLookupPalette();
 }
 
-// A colour met below entry 255 is moved there and met again at entry 255, where the entry that it displaced is
-// written over it: both entries then hold the old entry 255 and the transparent colour is gone. The lookup palette
-// stays as it was made, so pixels of that colour keep their old index.
+// A colour met below entry 255 is moved there and met again at entry 255, where the entry that it displaced
+// is written over it: both entries then hold the old entry 255 and the transparent colour is gone. The lookup
+// palette stays as it was made, so pixels of that colour keep their old index.
 void SwapTransparent(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
     const RGBQUAD given{blue, green, red, 0};
     RGBQUAD displaced;

@@ -40,13 +40,15 @@ void InitColorTable();
 
 /// Adds the colours of a picture that the table does not hold yet, in the order of their first appearance from
 /// the top left. False, and nothing added, for a surface of fewer than 24 bits a pixel.
-/// SubscriptOutOfRange for such a surface when one of its size was prepared before.
+/// SubscriptOutOfRange for such a surface when one of its size was prepared before, and before the first
+/// InitColorTable.
 bool AddPictureColors(PictureSurface& surface);
 
 /// Whether the table holds the colour at one of the positions 0 to limit, the limit included.
 bool SeekColorInTable(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit);
 
 /// Paints the table on the surface, which becomes 512 pixels wide and as high as the colours need.
+/// SubscriptOutOfRange before the first InitColorTable.
 void DrawColorTable(PictureSurface& surface);
 
 /// Takes the colours of the sheet, in the order of their first appearance, as ImportPalette and makes the

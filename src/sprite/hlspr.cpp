@@ -6,7 +6,6 @@
 #include <cstring>
 #include <new>
 #include <span>
-#include <vector>
 
 #include "base/files.h"
 #include "base/numbers.h"
@@ -32,8 +31,8 @@ void make_empty_store() {
     document().FrameOrder.assign(1, 0);
 }
 
-// A frame number is a signed 16-bit number, so no file can bring more slots into use than this. The tables of a
-// file that claims more are cut here: reading ends in a failure at the latest when the number overflows.
+// A frame number is a signed 16-bit number, so no file can bring more slots into use than this. The tables of
+// a file that claims more are cut here: reading ends in a failure at the latest when the number overflows.
 constexpr std::int32_t most_frame_slots = 32768;
 
 template <std::size_t Size>
@@ -137,6 +136,14 @@ void expand(std::span<const std::uint8_t> indices, const PaletteRecord& palette,
     }
 }
 
+// The indices of a stored frame; none for a number that no frame has.
+std::span<const std::uint8_t> indices_of(std::int16_t number) {
+    const SpriteDocument& sprite = document();
+    const auto slot = static_cast<std::size_t>(number);
+    return number >= 0 && slot < sprite.FrameStore.size() ? sprite.FrameStore[slot].bytes()
+                                                          : std::span<const std::uint8_t>();
+}
+
 bool holds_pixels(const Bitmap& bitmap, std::int32_t width, std::int32_t height) {
     return bitmap.bits_per_pixel() == 32 && bitmap.width() == width && bitmap.height() == height;
 }
@@ -221,11 +228,9 @@ std::string_view sprite_type_name(std::int32_t sprite_type) {
 void draw_frame(std::int16_t& frame_number, PictureSurface& picture) {
     const SpriteDocument& sprite = document();
     check_subscript(frame_number, sprite.FrameOrder.size());
-    // Written back on purpose: extraction names its files after the stored number and counts on from it, and the
-    // animation follows it.
+    // Written back on purpose: extraction names its files after the stored number and counts on from it, and
+    // the animation follows it.
     frame_number = sprite.FrameOrder[static_cast<std::size_t>(frame_number)];
-    check_subscript(frame_number, sprite.FrameStore.size());
-    const ByteArray& indices = sprite.FrameStore[static_cast<std::size_t>(frame_number)];
 
     const std::int32_t width = sprite.SpriteHeader.Width;
     const std::int32_t height = sprite.SpriteHeader.Height;
@@ -235,20 +240,21 @@ void draw_frame(std::int16_t& frame_number, PictureSurface& picture) {
         picture.SetHeight(height);
     }
     const std::int32_t byte_count = checked_multiply(checked_multiply(width, 4), height);
-    if (byte_count <= 0 || indices.size() < static_cast<std::size_t>(byte_count / 4)) {
+    const auto pixel_count = static_cast<std::size_t>(std::max(byte_count, 0)) / 4;
+    const std::span<const std::uint8_t> indices = indices_of(frame_number);
+    if (pixel_count == 0 || indices.size() < pixel_count) {
         picture.Cls();
         fail(Failure::SubscriptOutOfRange);
     }
     // A picture of the sprite's size needs no clearing: every pixel of it is written.
-    const auto pixel_count = static_cast<std::size_t>(byte_count / 4);
     if (holds_pixels(picture.bitmap(), width, height)) {
-        expand(indices.bytes(), sprite.Palette, picture.bitmap().bytes().data(), pixel_count);
+        expand(indices, sprite.Palette, picture.bitmap().bytes().data(), pixel_count);
     } else {
         // The 32-bit layout is handed over whatever depth the picture has.
-        std::vector<std::uint8_t> pixels(static_cast<std::size_t>(byte_count));
-        expand(indices.bytes(), sprite.Palette, pixels.data(), pixel_count);
         picture.Cls();
-        picture.SetBitmapBits(pixels);
+        ByteArray pixels(4 * pixel_count);
+        expand(indices, sprite.Palette, pixels.data(), pixel_count);
+        picture.SetBitmapBits(pixels.bytes());
     }
     picture.Refresh();
 }
@@ -257,6 +263,9 @@ void add_frame(PictureSurface& picture) {
     SpriteDocument& sprite = document();
     sprite.SpriteHeader.FrameCount = checked_add(sprite.SpriteHeader.FrameCount, 1);
     const auto number = narrow<std::int16_t>(sprite.SpriteHeader.FrameCount - 1);
+    if (number < 0) {
+        fail(Failure::SubscriptOutOfRange); // a refused file may have left a negative count behind
+    }
     const auto slot = static_cast<std::size_t>(number);
     sprite.FrameOrder.resize(slot + 1);
     sprite.FrameOrder[slot] = number;
@@ -272,8 +281,8 @@ void add_frame(PictureSurface& picture) {
 
     const BITMAP info = picture.description();
     const std::int32_t pixel_bytes = round_to_even<std::int32_t>(divide(info.bmWidthBytes, info.bmWidth));
-    std::vector<std::uint8_t> bits(static_cast<std::size_t>(checked_multiply(info.bmHeight, info.bmWidthBytes)));
-    picture.GetBitmapBits(bits);
+    ByteArray bits(static_cast<std::size_t>(checked_multiply(info.bmHeight, info.bmWidthBytes)));
+    picture.GetBitmapBits(bits.bytes());
     if (number == 0) {
         take_frame_palette();
     }
