@@ -1,0 +1,80 @@
+// ImageMagick and Netpbm as second opinions: they write the files that readers are tested with, and decode what
+// writers wrote. Both must be installed; a command that fails ends the test with its text.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "platform/Colour.h"
+
+namespace varnoth::test {
+
+/// Runs a shell command that must succeed; what it prints on standard output comes back.
+inline std::string run_tool(const std::string& command) {
+    // The last failing part of a pipe counts.
+    std::FILE* pipe = popen(("exec 2>/dev/null; set -e; " + command).c_str(), "r");
+    if (pipe == nullptr) {
+        throw std::runtime_error("cannot run " + command);
+    }
+    std::string output;
+    char block[4096];
+    for (std::size_t read = 0; (read = std::fread(block, 1, sizeof block, pipe)) > 0;) {
+        output.append(block, read);
+    }
+    if (pclose(pipe) != 0) {
+        throw std::runtime_error("this failed: " + command);
+    }
+    return output;
+}
+
+/// Pixels as a foreign tool tells them, rows from the top.
+struct ForeignPicture {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::vector<Colour> colours;
+};
+
+/// The picture that a command prints as a binary PPM, or PGM, of 8 bits a channel.
+inline ForeignPicture picture_from_tool(const std::string& command) {
+    const std::string text = run_tool(command);
+    ForeignPicture picture;
+    int type = 0;
+    int depth = 0;
+    int head = 0;
+    if (std::sscanf(text.c_str(), "P%1d %d %d %d%n", &type, &picture.width, &picture.height, &depth, &head) != 4 ||
+        (type != 5 && type != 6) || depth != 255) {
+        throw std::runtime_error("no PPM of 8 bits came from: " + command);
+    }
+    const std::size_t channels = type == 6 ? 3 : 1;
+    const std::size_t count = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+    const auto byte = [&](std::size_t at) {
+        return static_cast<std::uint8_t>(text.at(static_cast<std::size_t>(head) + 1 + at));
+    };
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t at = i * channels;
+        picture.colours.push_back(make_colour(byte(at), byte(at + channels / 2), byte(at + channels - 1)));
+    }
+    return picture;
+}
+
+/// Writes colours, rows from the top, as a binary PPM for the tools to read.
+inline void write_ppm(const std::string& path, std::int32_t width, const std::vector<Colour>& colours) {
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) {
+        throw std::runtime_error("cannot write " + path);
+    }
+    std::fprintf(file, "P6\n%d %d\n255\n", width, static_cast<int>(colours.size()) / width);
+    for (const Colour colour : colours) {
+        for (const int shift : {0, 8, 16}) {
+            std::fputc((colour >> shift) & 0xFF, file);
+        }
+    }
+    std::fclose(file);
+}
+
+} // namespace varnoth::test
