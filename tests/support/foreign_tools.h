@@ -1,5 +1,5 @@
-// ImageMagick and Netpbm as second opinions: they write the files that readers are tested with, and decode
-// what writers wrote. Both must be installed; a command that fails ends the test with its text.
+// ImageMagick and Netpbm as second opinions: they write the files that readers are tested with, and decode what
+// writers wrote. Both must be installed; a command that fails ends the test with its text.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ namespace varnoth::test {
 
 /// Runs a shell command that must succeed; what it prints on standard output comes back.
 inline std::string run_tool(const std::string& command) {
-    // What the tools complain about is dropped; of a pipe, the last status counts.
+    // The last failing part of a pipe counts.
     std::FILE* pipe = popen(("exec 2>/dev/null; set -e; " + command).c_str(), "r");
     if (pipe == nullptr) {
         throw std::runtime_error("cannot run " + command);
@@ -46,14 +46,12 @@ inline ForeignPicture picture_from_tool(const std::string& command) {
     int type = 0;
     int depth = 0;
     int head = 0;
-    if (std::sscanf(text.c_str(), "P%1d %d %d %d%n", &type, &picture.width, &picture.height, &depth, &head) !=
-            4 ||
+    if (std::sscanf(text.c_str(), "P%1d %d %d %d%n", &type, &picture.width, &picture.height, &depth, &head) != 4 ||
         (type != 5 && type != 6) || depth != 255) {
         throw std::runtime_error("no PPM of 8 bits came from: " + command);
     }
     const std::size_t channels = type == 6 ? 3 : 1;
-    const std::size_t count =
-        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+    const std::size_t count = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
     const auto byte = [&](std::size_t at) {
         return static_cast<std::uint8_t>(text.at(static_cast<std::size_t>(head) + 1 + at));
     };
