@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/RunTimeFailure.h"
 #include "platform/Services.h"
 #include "sprite/hlspr.h"
 
