@@ -30,8 +30,12 @@ void add_sums(Octree::Leaf& totals, const Octree::Leaf& sums) {
 } // namespace
 
 Octree::Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& weights)
-    : maximum_(maximum), levels_(levels), red_paths_(paths_of(weights.red, 0)),
-      green_paths_(paths_of(weights.green, 1)), blue_paths_(paths_of(weights.blue, 2)), nodes_(2) {}
+    : maximum_(maximum),
+      levels_(levels),
+      red_paths_(paths_of(weights.red, 0)),
+      green_paths_(paths_of(weights.green, 1)),
+      blue_paths_(paths_of(weights.blue, 2)),
+      nodes_(2) {}
 
 Octree::ChannelPaths Octree::paths_of(float weight, int bit_of_slot) {
     ChannelPaths paths{};
@@ -94,11 +98,12 @@ Octree::Position Octree::grow(Position parent, std::size_t slot, int level) {
     return child;
 }
 
-// Whether a new node of this level may be made a leaf at once. The rule is to make a chain of nodes down to the
-// last level and to reduce, deepest level first, while there are too many leaves. When the tree is full and holds
-// no other reducible node from this level down, that reduction eats the chain, whose nodes have one child each
-// and so do not lower the number of leaves, up to its first node. The other nodes of the chain come from the free
-// list and go back to it in the order in which they stood there, so nothing tells that they were ever made.
+// Whether a new node of this level may be made a leaf at once. The rule is to make a chain of nodes down to
+// the last level and to reduce, deepest level first, while there are too many leaves. When the tree is full
+// and holds no other reducible node from this level down, that reduction eats the chain, whose nodes have one
+// child each and so do not lower the number of leaves, up to its first node. The other nodes of the chain
+// come from the free list and go back to it in the order in which they stood there, so nothing tells that
+// they were ever made.
 bool Octree::would_collapse_to(int level) const {
     if (leaf_count_ < maximum_ || levels_ > list_levels || level >= levels_) {
         return false;
@@ -122,8 +127,8 @@ void Octree::enter_reducible(Position position, int level) {
     head = position;
 }
 
-// Turns the node entered last in the deepest level that has any into a leaf for all that its children stood for.
-// Its children are leaves: an inner one would stand in a deeper list.
+// Turns the node entered last in the deepest level that has any into a leaf for all that its children stood
+// for. Its children are leaves: an inner one would stand in a deeper list.
 bool Octree::reduce() {
     if (levels_ > list_levels) {
         fail(Failure::SubscriptOutOfRange);

@@ -1,7 +1,7 @@
-// The tree behind the adaptive palette: octree colour quantisation (Gervautz and Purgathofer, "A simple method for
-// color quantization: octree quantization", 1988) in which each level splits a colour box at the midpoint of its
-// present bounds, reduced while pixels come in. The order in which positions are used and used again is part of
-// the result, because palettes list the leaves by position.
+// The tree behind the adaptive palette: octree colour quantisation (Gervautz and Purgathofer, "A simple
+// method for color quantization: octree quantization", 1988) in which each level splits a colour box at the
+// midpoint of its present bounds, reduced while pixels come in. The order in which positions are used and
+// used again is part of the result, because palettes list the leaves by position.
 #pragma once
 
 #include <array>
@@ -28,13 +28,13 @@ class Octree {
         std::int32_t PixelCount = 0;
     };
 
-    /// A tree of `levels` levels that is held at `maximum` leaves. The root never becomes a leaf, so up to eight
-    /// leaves stay however low the maximum is.
+    /// A tree of `levels` levels that is held at `maximum` leaves. The root never becomes a leaf, so up to
+    /// eight leaves stay however low the maximum is.
     Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& weights);
 
     /// Counts one pixel and reduces. There are lists of reducible nodes for the levels 1 to 8 only:
-    /// SubscriptOutOfRange when a pixel needs another one, that is with 0 or more than 9 levels at once, with 9 at
-    /// the first reduction. Overflow when a leaf's sums leave their 32 bits.
+    /// SubscriptOutOfRange when a pixel needs another one, that is with 0 or more than 9 levels at once, with
+    /// 9 at the first reduction. Overflow when a leaf's sums leave their 32 bits.
     void add(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
 
     /// The leaves in the order of their positions.
@@ -50,8 +50,8 @@ class Octree {
         bool is_leaf = false;
     };
 
-    // Three bits a level from the lowest up, the child slots from the root down. Of the bounds and bits of one
-    // channel, no other channel plays a part, so 256 values a channel tell all paths beforehand.
+    // Three bits a level from the lowest up, the child slots from the root down. Of the bounds and bits of
+    // one channel, no other channel plays a part, so 256 values a channel tell all paths beforehand.
     using Path = std::uint32_t;
     using ChannelPaths = std::array<Path, 256>;
 

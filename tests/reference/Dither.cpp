@@ -133,7 +133,8 @@ bool transform_to_8bit(std::int32_t dither_mode, PictureSurface& source, Picture
     copy.Stretch(source.hDC(), 0, 0, shown_width, shown_height, 0, 0, copy.Width(), copy.Height(), SRCCOPY);
     cDIB reduced;
     reduce(dither_mode, copy, reduced);
-    reduced.Stretch(target.hDC(), 0, 0, shown_width, shown_height, 0, 0, reduced.Width(), reduced.Height(), SRCCOPY);
+    reduced.Stretch(target.hDC(), 0, 0, shown_width, shown_height, 0, 0, reduced.Width(), reduced.Height(),
+                    SRCCOPY);
     target.Refresh();
     return true;
 }
