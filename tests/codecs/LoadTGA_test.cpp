@@ -1,0 +1,636 @@
+#include "codecs/LoadTGA.h"
+
+#include <numeric>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "codecs/CBitmap.h"
+#include "codecs/LoadPCX.h"
+#include "codecs/reader_parts.h"
+#include "reference/LoadTGA.h"
+#include "support/TemporaryFolder.h"
+#include "support/codec_files.h"
+#include "support/expect_failure.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using test::Bytes;
+using test::bytes_of;
+using test::decoded_colours;
+using test::joined;
+using test::put_old_picture;
+using test::TemporaryFolder;
+using test::TestSurface;
+
+using Colours = std::vector<Colour>;
+
+// Top row first, so that colours come out in the order of the file.
+TgaHeader header_of(int type, int depth, int width, int height) {
+    TgaHeader header;
+    header.ImageType = static_cast<std::uint8_t>(type);
+    header.PixelDepth = static_cast<std::uint8_t>(depth);
+    header.ImageWidth = static_cast<std::int16_t>(width);
+    header.ImageHeight = static_cast<std::int16_t>(height);
+    header.ImageDescriptor = 32;
+    return header;
+}
+
+TgaHeader with_map(TgaHeader header, int entries, int depth) {
+    header.ColorMapType = 1;
+    header.ColorMapLength = static_cast<std::int16_t>(entries);
+    header.ColorMapDepth = static_cast<std::uint8_t>(depth);
+    return header;
+}
+
+TgaHeader with_origin(TgaHeader header, int x, int y) {
+    header.XOrigin = static_cast<std::int16_t>(x);
+    header.YOrigin = static_cast<std::int16_t>(y);
+    return header;
+}
+
+// Entries of blue i, green 2i, red 3i, as far as a byte goes.
+Bytes map24(int entries) {
+    Bytes bytes;
+    for (int i = 0; i < entries; ++i) {
+        for (const int factor : {1, 2, 3}) {
+            bytes.push_back(static_cast<std::uint8_t>(factor * i));
+        }
+    }
+    return bytes;
+}
+
+Colour map_colour(int i) {
+    return make_colour(static_cast<std::uint8_t>(3 * i), static_cast<std::uint8_t>(2 * i),
+                       static_cast<std::uint8_t>(i));
+}
+
+Bytes counting(std::size_t count) {
+    Bytes bytes(count);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{1});
+    return bytes;
+}
+
+struct Info {
+    Truth answer = 77;
+    std::int32_t width = 77;
+    std::int32_t height = 77;
+    std::int16_t bpp = 77;
+
+    friend bool operator==(const Info&, const Info&) = default;
+};
+
+class LoadTga : public testing::Test {
+  protected:
+    std::string file(const TgaHeader& header, const Bytes& data = {}) {
+        return folder.write("a.tga", joined({bytes_of(header), data}));
+    }
+
+    void load(const TgaHeader& header, const Bytes& data = {}) { reader.Load(file(header, data)); }
+
+    Info info_of(const std::string& path) {
+        Info result;
+        result.answer = reader.GetInfoTGA(path, result.width, result.height, result.bpp);
+        return result;
+    }
+
+    Info info(const TgaHeader& header) { return info_of(file(header)); }
+
+    /// Lets the object read a 24-bit map, as an 8-bit picture of one pixel brings it.
+    void read_map24(int entries) { load(with_map(header_of(1, 8, 1, 1), entries, 24), map24(entries)); }
+
+    TemporaryFolder folder;
+    LoadTGA reader;
+};
+
+TEST(TgaHeader, FieldsStandAtTheirOffsetsWithoutGapsAndGoRoundUnchanged) {
+    Bytes bytes(18);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{120});
+    const auto header = TgaHeader::from_bytes(std::span<const std::uint8_t, 18>(bytes));
+    EXPECT_EQ(header.IDLength, 120);
+    EXPECT_EQ(header.ColorMapType, 121);
+    EXPECT_EQ(header.ImageType, 122);
+    EXPECT_EQ(header.ColorMapStart, 123 + 124 * 256);
+    EXPECT_EQ(header.ColorMapLength, 125 + 126 * 256);
+    EXPECT_EQ(header.ColorMapDepth, 127);
+    EXPECT_EQ(header.XOrigin, 128 + 129 * 256 - 65536);
+    EXPECT_EQ(header.YOrigin, 130 + 131 * 256 - 65536);
+    EXPECT_EQ(header.ImageWidth, 132 + 133 * 256 - 65536);
+    EXPECT_EQ(header.ImageHeight, 134 + 135 * 256 - 65536);
+    EXPECT_EQ(header.PixelDepth, 136);
+    EXPECT_EQ(header.ImageDescriptor, 137);
+    EXPECT_EQ(bytes_of(header), bytes);
+}
+
+TEST(ReaderParts, BitsAreCountedFromTheMostSignificantAs1) {
+    for (std::int32_t position = 1; position <= 8; ++position) {
+        for (int bit = 0; bit < 8; ++bit) {
+            EXPECT_EQ(TestBit(static_cast<std::uint8_t>(1 << bit), position), position == 8 - bit ? 1 : 0);
+        }
+    }
+    EXPECT_EQ(TestBit(255, 0), 0);
+    EXPECT_EQ(TestBit(255, 9), 0);
+    EXPECT_EQ(TestBit(255, -1), 0);
+}
+
+TEST_F(LoadTga, ANewObjectCountsInTwipsScalesItsTargetAndHasNoSize) {
+    EXPECT_EQ(reader.ScaleMode(), 1);
+    EXPECT_EQ(reader.Autoscale(), -1);
+    EXPECT_EQ(reader.TGAWidth(), 0);
+    EXPECT_EQ(reader.TGAHeight(), 0);
+    EXPECT_EQ(reader.IsTGA(), False);
+    EXPECT_EQ(reader.Compressed(), False);
+}
+
+TEST_F(LoadTga, ScaleModeSetTo5ReadsBackAs1AndMinus1StaysAndGivesNoSize) {
+    load(header_of(2, 24, 2, 1), counting(6));
+    reader.SetScaleMode(5);
+    EXPECT_EQ(reader.ScaleMode(), 1);
+    EXPECT_EQ(reader.TGAWidth(), 30);
+    EXPECT_EQ(reader.TGAHeight(), 15);
+    reader.SetScaleMode(0);
+    EXPECT_EQ(reader.TGAWidth(), 2);
+    EXPECT_EQ(reader.TGAHeight(), 1);
+    reader.SetScaleMode(-1);
+    EXPECT_EQ(reader.ScaleMode(), -1);
+    EXPECT_EQ(reader.TGAWidth(), 0);
+    EXPECT_EQ(reader.TGAHeight(), 0);
+    reader.SetAutoscale(5);
+    EXPECT_EQ(reader.Autoscale(), 5);
+}
+
+// The look at the header.
+
+TEST_F(LoadTga, TheProbeTellsTheFilesSizeWithoutSubtractingTheOriginAndLeavesTheObjectAlone) {
+    EXPECT_EQ(info(with_origin(header_of(2, 24, 100, 50), 10, 20)), (Info{True, 100, 50, 24}));
+    EXPECT_EQ(reader.Width(), 0);
+    EXPECT_EQ(reader.Header(), TgaHeader{});
+}
+
+TEST_F(LoadTga, TheProbeAcceptsEightTypesAndFourDepths) {
+    for (int type = 0; type < 256; ++type) {
+        const bool known = (type >= 1 && type <= 3) || (type >= 9 && type <= 11) || type == 32 || type == 33;
+        EXPECT_EQ(info(header_of(type, 24, 3, 2)), (Info{truth(known), 3, 2, 24})) << type;
+    }
+    for (int depth = 0; depth < 256; ++depth) {
+        const bool known = depth == 8 || depth == 16 || depth == 24 || depth == 32;
+        EXPECT_EQ(info(header_of(2, depth, 3, 2)).answer, truth(known)) << depth;
+    }
+}
+
+TEST_F(LoadTga, TheProbeTurnsAFileThatCannotBeOpenedIntoFalse) {
+    EXPECT_EQ(info_of(folder.file("none.tga")), (Info{False, 77, 77, 77}));
+    EXPECT_EQ(info_of(folder.path()), (Info{False, 77, 77, 77}));
+}
+
+TEST_F(LoadTga, TheProbeTakesWhatAShortFileLacksForZero) {
+    EXPECT_EQ(info_of(folder.write("a.tga", Bytes{})), (Info{False, 0, 0, 0}));
+    EXPECT_EQ(info_of(folder.write("a.tga", Bytes{0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 9})),
+              (Info{False, 9, 0, 0}));
+}
+
+TEST_F(LoadTga, TheLoadedHeaderIsJudgedByTheSameTests) {
+    load(header_of(99, 24, 1, 1), {1, 2, 3});
+    EXPECT_EQ(reader.IsTGA(), False);
+    EXPECT_EQ(reader.Bpp(), 24);
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203}));
+    load(header_of(33, 24, 1, 1), {1, 2, 3});
+    EXPECT_EQ(reader.IsTGA(), True);
+}
+
+TEST_F(LoadTga, CompressedIsTrueForTypes9And10Only) {
+    for (const int type : {1, 2, 3, 9, 10, 11, 32, 33}) {
+        load(header_of(type, 24, 1, 1), {0, 1, 2, 3});
+        EXPECT_EQ(reader.Compressed(), truth(type == 9 || type == 10)) << type;
+    }
+}
+
+TEST_F(LoadTga, ADepthThatIsNotKnownKeepsThePictureAndTheSizeInPixelsButNotInTwips) {
+    load(header_of(2, 24, 2, 1), counting(6));
+    const auto old = CBitmap::CurrentBitmap;
+    load(header_of(2, 15, 7, 5), counting(99));
+    EXPECT_EQ(CBitmap::CurrentBitmap, old);
+    EXPECT_EQ(reader.Width(), 2);
+    EXPECT_EQ(reader.Height(), 1);
+    EXPECT_EQ(reader.TwipWidth(), 7 * 15);
+    EXPECT_EQ(reader.TwipHeight(), 5 * 15);
+}
+
+// Sizes and direction.
+
+TEST_F(LoadTga, AnOriginOf10OnAWidthOf100GivesAWidthOf90AndTwipsOf100AndSkewsThePicture) {
+    Bytes data;
+    for (int y = 0; y < 2; ++y) {
+        for (int x = 0; x < 100; ++x) {
+            data.insert(data.end(), {static_cast<std::uint8_t>(x), static_cast<std::uint8_t>(y), 0});
+        }
+    }
+    load(with_origin(header_of(2, 24, 100, 2), 10, 0), data);
+    EXPECT_EQ(reader.Width(), 90);
+    EXPECT_EQ(reader.TwipWidth(), 1500);
+    EXPECT_EQ(reader.TGAWidth(), 1500);
+    reader.SetScaleMode(0);
+    EXPECT_EQ(reader.TGAWidth(), 90);
+    const Colours colours = decoded_colours();
+    ASSERT_EQ(colours.size(), 180U);
+    EXPECT_EQ(colours[89], make_colour(0, 0, 89));
+    // The second row starts with the ten pixels that the first had left.
+    EXPECT_EQ(colours[90], make_colour(0, 0, 90));
+    EXPECT_EQ(colours[100], make_colour(0, 1, 0));
+}
+
+TEST_F(LoadTga, AtEightBitsAnOriginCutsRowsThatStayAsLongAsTheyAre) {
+    load(with_origin(with_map(header_of(1, 8, 8, 2), 16, 24), 4, 0),
+         joined({map24(16), {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}}));
+    // Rows of 8 bytes meet a picture of rows of 4.
+    EXPECT_EQ(decoded_colours(), (Colours{map_colour(0), map_colour(1), map_colour(2), map_colour(3),
+                                          map_colour(4), map_colour(5), map_colour(6), map_colour(7)}));
+}
+
+TEST_F(LoadTga, ASizeOutside16BitsIsAnOverflow) {
+    EXPECT_FAILURE(load(with_origin(header_of(2, 24, 1, 1), -32767, 0), counting(3)), Overflow);
+    EXPECT_FAILURE(load(with_origin(header_of(2, 24, 1, 1), 0, -32767), counting(3)), Overflow);
+    read_map24(1);
+    EXPECT_FAILURE(load(with_origin(header_of(3, 8, 1, 1), -32767, 0), counting(3)), Overflow);
+}
+
+TEST_F(LoadTga, ABottomUpPictureHasItsFirstRowAtTheBottomAndBit5ShowsItUprightWithoutMovingARow) {
+    TgaHeader header = header_of(2, 24, 1, 2);
+    load(header, {1, 1, 1, 2, 2, 2});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010101, 0x020202}));
+    header.ImageDescriptor = static_cast<std::uint8_t>(~32);
+    load(header, {1, 1, 1, 2, 2, 2});
+    EXPECT_EQ(decoded_colours(), (Colours{0x020202, 0x010101}));
+}
+
+TEST_F(LoadTga, RightToLeftIsNotRead) {
+    TgaHeader header = header_of(2, 24, 2, 1);
+    header.ImageDescriptor = 32 + 16;
+    load(header, {1, 1, 1, 2, 2, 2});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010101, 0x020202}));
+}
+
+// 8 bits.
+
+TEST_F(LoadTga, AnEightBitGreyPictureOnANewObjectIsAFailure) {
+    const auto old = put_old_picture();
+    EXPECT_FAILURE(load(header_of(3, 8, 2, 2), counting(4)), SubscriptOutOfRange);
+    EXPECT_EQ(CBitmap::CurrentBitmap, old);
+    EXPECT_EQ(reader.Width(), 0);
+    EXPECT_EQ(reader.TwipWidth(), 30);
+}
+
+TEST_F(LoadTga, SoIsAnEightBitPictureWithAMapOf16Or32Bits) {
+    EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), 2, 16), counting(5)), SubscriptOutOfRange);
+    EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), 2, 32), counting(9)), SubscriptOutOfRange);
+}
+
+TEST_F(LoadTga, AnEightBitPictureWithAMapOf256EntriesOf24BitsLoadsWithItsColours) {
+    load(with_map(header_of(1, 8, 3, 2), 256, 24), joined({map24(256), {0, 1, 80, 255, 4, 2}}));
+    EXPECT_EQ(decoded_colours(), (Colours{map_colour(0), map_colour(1), map_colour(80), map_colour(255),
+                                          map_colour(4), map_colour(2)}));
+}
+
+TEST_F(LoadTga, AnIdFieldShiftsMapAndPixelsByItsLength) {
+    TgaHeader header = with_map(header_of(1, 8, 2, 1), 2, 24);
+    header.IDLength = 1;
+    load(header, {99, 1, 2, 3, 4, 5, 6, 0, 1});
+    // Entry 0 is 99, 1, 2, and the first index is the map's last byte, 6, which is black.
+    EXPECT_EQ(decoded_colours(), (Colours{0, 0x630102}));
+}
+
+TEST_F(LoadTga, TheStartOfTheMapIsNotRead) {
+    TgaHeader header = with_map(header_of(1, 8, 2, 1), 2, 24);
+    header.ColorMapStart = 1;
+    load(header, joined({map24(2), {1, 0}}));
+    EXPECT_EQ(decoded_colours(), (Colours{map_colour(1), map_colour(0)}));
+}
+
+TEST_F(LoadTga, AfterAPictureWithAMapTheSameObjectLoadsAGreyOneAllBlack) {
+    read_map24(2);
+    load(header_of(3, 8, 4, 2), counting(8));
+    EXPECT_EQ(reader.Width(), 4);
+    EXPECT_EQ(decoded_colours(), Colours(8, 0));
+}
+
+TEST_F(LoadTga, ThePixelArrayIsThenShorterByTheOldMapsSize) {
+    // The length is file - 18 - 3 * (entries - 1) + 1, so the last row's start must lie below that.
+    read_map24(1);
+    EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 3), counting(8)); }), std::nullopt);
+    EXPECT_FAILURE(load(header_of(3, 8, 4, 4), counting(8)), SubscriptOutOfRange);
+    read_map24(2);
+    EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 2), counting(8)); }), std::nullopt);
+    EXPECT_FAILURE(load(header_of(3, 8, 4, 3), counting(8)), SubscriptOutOfRange);
+    EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 1), counting(3)); }), std::nullopt);
+    // An array of no bytes cannot be had.
+    EXPECT_FAILURE(load(header_of(3, 8, 4, 1), counting(2)), SubscriptOutOfRange);
+    EXPECT_FAILURE(load(header_of(3, 8, 4, 1)), SubscriptOutOfRange);
+}
+
+TEST_F(LoadTga, WithA24BitMapReadBeforeMapsOf16And32BitsLoadTooWithAnArrayThatGoesByTheOldMap) {
+    read_map24(1);
+    load(with_map(header_of(1, 8, 2, 1), 2, 32), {1, 2, 3, 200, 4, 5, 6, 200, 1, 0});
+    EXPECT_EQ(decoded_colours(), (Colours{0x040506, 0x010203}));
+    load(with_map(header_of(1, 8, 2, 1), 2, 16), {0, 0, 0, 2, 1, 0});
+    EXPECT_EQ(decoded_colours(), (Colours{4, 0}));
+}
+
+TEST_F(LoadTga, WordsOfAMapHaveBlueInTheHighBitsOfTheFirstByteAndChannelsUpTo124) {
+    read_map24(1);
+    // Blue 31; green 31; red 31; red 1 with the ignored bit.
+    load(with_map(header_of(1, 8, 4, 1), 4, 16), {0xF8, 0, 0x07, 0xC0, 0, 0x3E, 0, 0x03, 0, 1, 2, 3});
+    EXPECT_EQ(decoded_colours(), (Colours{124 << 16, 124 << 8, 124, 4}));
+}
+
+TEST_F(LoadTga, AMapDepthOf15ReadsNoMap) {
+    read_map24(1);
+    load(with_map(header_of(1, 8, 2, 1), 1, 15), {0, 1});
+    EXPECT_EQ(decoded_colours(), (Colours{0, 0}));
+    // Not even its length is looked at.
+    EXPECT_EQ(test::failure_in([&] { load(with_map(header_of(1, 8, 2, 1), -5, 15), {0, 1}); }), std::nullopt);
+    LoadTGA fresh;
+    EXPECT_FAILURE(fresh.Load(file(with_map(header_of(1, 8, 2, 1), 1, 15), {0, 1})), SubscriptOutOfRange);
+}
+
+TEST_F(LoadTga, AMapOfMoreThan256OrFewerThan1EntriesIsASubscriptFailure) {
+    for (const int depth : {16, 24, 32}) {
+        for (const int entries : {257, 32767, 0, -1, -32768}) {
+            EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), entries, depth), Bytes(2000)),
+                           SubscriptOutOfRange);
+        }
+    }
+}
+
+TEST_F(LoadTga, AMapThatWasTooLongIsKeptAllTheSame) {
+    EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), 300, 24), Bytes(1000)), SubscriptOutOfRange);
+    // A grey picture now finds a map, of highest index 299.
+    EXPECT_FAILURE(load(header_of(3, 8, 1, 1), Bytes(896)), SubscriptOutOfRange);
+    EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 1, 1), Bytes(897)); }), std::nullopt);
+}
+
+TEST_F(LoadTga, MapEntriesThatTheFileLacksAreBlackAndSoAreThePixels) {
+    load(with_map(header_of(1, 8, 2, 1), 3, 24), {9, 9, 9, 8, 8, 8});
+    EXPECT_EQ(decoded_colours(), (Colours{0x090909, 0x090909}));
+    CBitmap::CreateBitmap8(Bytes{1, 2, 0, 0}, 2, 1, 0);
+    EXPECT_EQ(decoded_colours(), (Colours{0x080808, 0}));
+    // By the length formula the file must reach at least to the map's last entry.
+    EXPECT_FAILURE(load(with_map(header_of(1, 8, 2, 1), 3, 24), {9, 9, 9, 8, 8}), SubscriptOutOfRange);
+}
+
+TEST_F(LoadTga, RowsOfEightBitsArePaddedFromTheWholeWidth) {
+    load(with_map(header_of(1, 8, 5, 2), 11, 24), joined({map24(11), {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}}));
+    Colours expected;
+    for (int i = 1; i <= 10; ++i) {
+        expected.push_back(map_colour(i));
+    }
+    EXPECT_EQ(decoded_colours(), expected);
+}
+
+TEST_F(LoadTga, ARowThatEndsOutsideGetsZerosAndOneThatStartsOutsideFails) {
+    EXPECT_EQ(bytes_of(LoadTGA::PadRows(counting(6), 2, 3)), (Bytes{1, 2, 3, 0, 4, 5, 6, 0}));
+    EXPECT_EQ(bytes_of(LoadTGA::PadRows(counting(4), 2, 3)), (Bytes{1, 2, 3, 0, 4, 0, 0, 0}));
+    EXPECT_EQ(bytes_of(LoadTGA::PadRows(counting(9), 1, 4)), (Bytes{1, 2, 3, 4}));
+    EXPECT_FAILURE(LoadTGA::PadRows(counting(3), 2, 3), SubscriptOutOfRange);
+    EXPECT_FAILURE(LoadTGA::PadRows(counting(3), 32767, 32767), SubscriptOutOfRange);
+    EXPECT_FAILURE(LoadTGA::PadRows(counting(3), 0, 3), SubscriptOutOfRange);
+    EXPECT_FAILURE(LoadTGA::PadRows(counting(3), 1, 0), SubscriptOutOfRange);
+}
+
+TEST_F(LoadTga, EightBitPicturesOfAnyWidthHaveNoLimitOnTheirRowsBits) {
+    load(with_map(header_of(1, 8, 5000, 1), 2, 24), joined({map24(2), Bytes(5000, 1)}));
+    EXPECT_EQ(decoded_colours(), Colours(5000, map_colour(1)));
+}
+
+TEST_F(LoadTga, EightBitRunsAndRawPacketsExpandAcrossRows) {
+    load(with_map(header_of(9, 8, 3, 2), 4, 24), joined({map24(4), {0x83, 3, 1, 1, 2}}));
+    EXPECT_EQ(decoded_colours(), (Colours{map_colour(3), map_colour(3), map_colour(3), map_colour(3),
+                                          map_colour(1), map_colour(2)}));
+}
+
+TEST_F(LoadTga, Type11PassesTheTestsAndIsNeverExpanded) {
+    read_map24(4);
+    load(with_map(header_of(11, 8, 2, 1), 4, 24), joined({map24(4), {0x81, 3}}));
+    EXPECT_EQ(reader.IsTGA(), True);
+    // The packet's code is taken for an index beyond the map, which is black.
+    EXPECT_EQ(decoded_colours(), (Colours{0, map_colour(3)}));
+}
+
+// 16 bits.
+
+TEST_F(LoadTga, SixteenBitPixelsAreTakenAsTheyStand) {
+    load(header_of(2, 16, 2, 2), {0x1F, 0, 0xE0, 0x03, 0x00, 0x7C, 0xFF, 0xFF});
+    EXPECT_EQ(decoded_colours(), (Colours{0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF}));
+}
+
+TEST_F(LoadTga, SixteenBitPicturesOfAnOddWidthAreSkewed) {
+    // Rows of 2 bytes meet a picture of rows of 4: every other pixel shows, and the last row is missing half.
+    load(header_of(2, 16, 1, 2), {0x1F, 0, 0xE0, 0x03});
+    EXPECT_EQ(decoded_colours(), (Colours{0xFF0000, 0}));
+    load(header_of(2, 16, 3, 2), {1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 6, 0});
+    const auto blue = [](unsigned value) { return make_colour(0, 0, widen_5_bits(value)); };
+    EXPECT_EQ(decoded_colours(), (Colours{blue(1), blue(2), blue(3), blue(5), blue(6), 0}));
+}
+
+TEST_F(LoadTga, CompressedSixteenBitPicturesAreExpandedBy3BytesAPixel) {
+    // A run of 2 of the pixel's two bytes and the byte behind them: the words 0x001F and 0x1F00.
+    load(header_of(10, 16, 2, 1), {0x81, 0x1F, 0x00, 0x00, 0x77, 0x77});
+    EXPECT_EQ(decoded_colours(), (Colours{0xFF0000, make_colour(widen_5_bits(7), widen_5_bits(24), 0)}));
+}
+
+TEST_F(LoadTga, ASixteenBitFileWithoutPixelsIsBlack) {
+    load(header_of(2, 16, 2, 2));
+    EXPECT_EQ(decoded_colours(), Colours(4, 0));
+    load(header_of(2, 16, 0, 2));
+    EXPECT_EQ(CBitmap::CurrentBitmap, nullptr);
+}
+
+TEST_F(LoadTga, ASixteenBitPictureOfNegativeHeightIsTurnedRound) {
+    load(header_of(2, 16, 2, -2), {0x1F, 0, 0x1F, 0, 0, 0, 0, 0});
+    EXPECT_EQ(reader.Height(), -2);
+    EXPECT_EQ(decoded_colours(), (Colours{0, 0, 0xFF0000, 0xFF0000}));
+    // Compressed, its byte count is negative and the array cannot be had.
+    EXPECT_FAILURE(load(header_of(10, 16, 2, -2), {0x81, 1, 2, 3}), SubscriptOutOfRange);
+}
+
+// 24 and 32 bits.
+
+TEST_F(LoadTga, TwentyFourBitPixelsAreBlueGreenRed) {
+    load(header_of(2, 24, 3, 1), counting(9));
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x040506, 0x070809}));
+    EXPECT_EQ(reader.Bpp(), 24);
+}
+
+TEST_F(LoadTga, ThirtyTwoBitPixelsLoseTheirAlpha) {
+    load(header_of(2, 32, 2, 1), counting(8));
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x050607}));
+    EXPECT_EQ(CBitmap::CurrentBitmap->bytes()[3], 0);
+}
+
+TEST_F(LoadTga, ATwentyFourBitPictureWithAMapOrAnIdShowsTheirBytesAsItsFirstPixels) {
+    TgaHeader header = with_map(header_of(2, 24, 3, 1), 1, 24);
+    header.IDLength = 3;
+    load(header, {1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5, 5, 5});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010101, 0x020202, 0x030303}));
+}
+
+TEST_F(LoadTga, TheWidestPicturesThatLoadAre2047And1365And1023PixelsWide) {
+    struct {
+        int depth, widest;
+    } const limits[] = {{16, 2047}, {24, 1365}, {32, 1023}};
+
+    for (const auto& limit : limits) {
+        load(header_of(2, limit.depth, limit.widest, 1), Bytes(5000, 0xFF));
+        EXPECT_EQ(decoded_colours(), Colours(static_cast<std::size_t>(limit.widest), 0xFFFFFF))
+            << limit.depth;
+        EXPECT_FAILURE(load(header_of(2, limit.depth, limit.widest + 1, 1), Bytes(5000)), Overflow);
+        EXPECT_EQ(reader.Width(), limit.widest + 1);
+    }
+}
+
+TEST_F(LoadTga, PixelsThatTheFileLacksAreBlackAndTheSpareByteCompletesOne) {
+    load(header_of(2, 24, 2, 2), {1, 2, 3, 4, 5});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x040500, 0, 0}));
+    // One byte of a pixel is too little to count.
+    load(header_of(2, 24, 2, 2), {1, 2, 3, 4});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0, 0, 0}));
+}
+
+TEST_F(LoadTga, TheBoundIsRoundedTiesToEvenSoHalfAPixelOf32BitsCountsAtEvenPlaces) {
+    load(header_of(2, 32, 3, 1), counting(2));
+    EXPECT_EQ(decoded_colours(), (Colours{0x010200, 0, 0}));
+    load(header_of(2, 32, 3, 1), counting(6));
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0, 0}));
+    load(header_of(2, 32, 3, 1), counting(10));
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x050607, 0x090A00}));
+    load(header_of(2, 32, 3, 1), counting(7));
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x050607, 0}));
+}
+
+TEST_F(LoadTga, AFileWithNoPixelIsASubscriptFailure) {
+    const auto old = put_old_picture();
+    EXPECT_FAILURE(load(header_of(2, 24, 2, 2)), SubscriptOutOfRange);
+    EXPECT_FAILURE(load(header_of(2, 24, 2, 2), {1}), SubscriptOutOfRange);
+    EXPECT_FAILURE(load(header_of(2, 32, 2, 2)), SubscriptOutOfRange);
+    EXPECT_FAILURE(load(header_of(2, 32, 2, 2), {1}), SubscriptOutOfRange);
+    EXPECT_EQ(CBitmap::CurrentBitmap, old);
+}
+
+TEST_F(LoadTga, APictureWithoutPixelsIsASubscriptFailure) {
+    for (const int depth : {24, 32}) {
+        EXPECT_FAILURE(load(header_of(2, depth, 0, 2), counting(9)), SubscriptOutOfRange);
+        EXPECT_FAILURE(load(header_of(2, depth, 2, 0), counting(9)), SubscriptOutOfRange);
+        EXPECT_FAILURE(load(header_of(2, depth, 2, -2), counting(9)), SubscriptOutOfRange);
+        EXPECT_FAILURE(load(header_of(10, depth, 2, -2), counting(9)), SubscriptOutOfRange);
+    }
+    read_map24(1);
+    EXPECT_FAILURE(load(header_of(3, 8, 2, 0), counting(9)), SubscriptOutOfRange);
+    EXPECT_FAILURE(load(header_of(3, 8, 0, 2), counting(9)), SubscriptOutOfRange);
+}
+
+TEST_F(LoadTga, ABufferOf2GibibytesCannotBeHad) {
+    EXPECT_FAILURE(load(with_origin(header_of(2, 24, 10, 30000), -30000, 0), counting(9)), OutOfMemory);
+}
+
+TEST_F(LoadTga, BytesBehindThePictureAreDropped) {
+    load(header_of(2, 24, 1, 1), counting(300));
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203}));
+}
+
+TEST_F(LoadTga, RunsAndRawPacketsOf24And32BitsExpand) {
+    load(header_of(10, 24, 5, 1), {0x81, 1, 2, 3, 1, 4, 5, 6, 7, 8, 9, 0x80, 10, 11, 12});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x010203, 0x040506, 0x070809, 0x0A0B0C}));
+    load(header_of(10, 32, 3, 1), {0x81, 1, 2, 3, 99, 0, 4, 5, 6, 99});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x010203, 0x040506}));
+    // Type 9 is expanded as well.
+    load(header_of(9, 24, 2, 1), {0x81, 1, 2, 3});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x010203}));
+}
+
+TEST_F(LoadTga, PacketsThatEndTooSoonLeaveBlackAndTooManyAreDropped) {
+    load(header_of(10, 24, 3, 1), {0x80, 1, 2, 3});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0, 0}));
+    load(header_of(10, 24, 2, 1), {0xFF, 1, 2, 3, 0xFF, 4, 5, 6});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x010203}));
+    load(header_of(10, 24, 2, 1), {0x81, 1});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010000, 0x010000}));
+    load(header_of(10, 24, 2, 1), {5, 1, 2, 3, 4});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x040000}));
+    // Without any packet the picture is black, not a failure.
+    load(header_of(10, 24, 2, 1));
+    EXPECT_EQ(decoded_colours(), (Colours{0, 0}));
+}
+
+TEST_F(LoadTga, ExpandedArraysHaveASpareByteAndNothingIsWrittenBehindIt) {
+    EXPECT_EQ(bytes_of(LoadTGA::DecodeRle(Bytes{0x81, 7}, 8, 1, 2)), (Bytes{7, 7, 0}));
+    EXPECT_EQ(bytes_of(LoadTGA::DecodeRle(Bytes{0xFF, 7}, 8, 1, 2)), (Bytes{7, 7, 7}));
+    EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 8, 0, 2).size(), 1U);
+}
+
+TEST_F(LoadTga, AByteCountBeyond32BitsIsPassedOverAsZeroAndANegativeOneGivesNoArray) {
+    EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 24, 32767, 32767).size(), 1U);
+    EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 24, -1, 2).size(), 0U);
+}
+
+TEST_F(LoadTga, RunLengthDecodingEqualsThePlainSteps) {
+    for (std::uint32_t seed = 0; seed < 3000; ++seed) {
+        std::mt19937 random(seed);
+        Bytes bytes(1 + random() % (seed < 200 ? 5 : 200));
+        for (auto& byte : bytes) {
+            byte = static_cast<std::uint8_t>(random() % 3 ? random() % 6 + random() % 2 * 128 : random());
+        }
+        const std::int32_t pixel_bytes = std::array{1, 3, 4}[random() % 3];
+        const auto height = static_cast<std::int32_t>(random() % 8);
+        const auto width = static_cast<std::int32_t>(random() % 30);
+        ASSERT_EQ(bytes_of(LoadTGA::DecodeRle(bytes, 8 * pixel_bytes, height, width)),
+                  reference::decode_tga_rle(bytes, pixel_bytes, height * width * pixel_bytes))
+            << seed;
+    }
+}
+
+// Objects and files.
+
+TEST_F(LoadTga, TwoReadersShareThePictureOfTheLaterLoadEachWithItsOwnSize) {
+    load(header_of(2, 24, 2, 1), {1, 1, 1, 2, 2, 2});
+    LoadTGA later;
+    later.Load(file(header_of(2, 24, 1, 2), {8, 8, 8, 9, 9, 9}));
+    TestSurface target(1, 1);
+    reader.DrawTGA(target);
+    EXPECT_EQ(test::colours_of(target), (Colours{0x080808, 0}));
+    later.DrawTGA(target);
+    EXPECT_EQ(test::colours_of(target), (Colours{0x080808, 0x090909}));
+}
+
+TEST_F(LoadTga, BothReadersShareTheColourTableOf256) {
+    read_map24(2);
+    load(with_map(header_of(1, 8, 1, 1), 2, 24), joined({map24(2), {1}}));
+    // The picture keeps its colours when the other reader fills the table anew.
+    PcxHeader header;
+    header.BitsPerPixel = 8;
+    header.NPlanes = 1;
+    header.BytesPerLine = 1;
+    LoadPCX other;
+    const auto current = CBitmap::CurrentBitmap;
+    other.Load(folder.write("a.pcx", joined({bytes_of(header), Bytes(769, 1)})));
+    EXPECT_EQ(current->pixel(0, 0), map_colour(1));
+    CBitmap::CreateBitmap8(Bytes{1}, 1, 1, 0);
+    EXPECT_EQ(decoded_colours(), (Colours{0x010101}));
+}
+
+TEST_F(LoadTga, AFileThatIsNotThereIsAFailure) {
+    EXPECT_FAILURE(reader.Load(folder.file("none.tga")), FileNotFound);
+}
+
+TEST_F(LoadTga, AHeaderThatTheFileCutsShortIsZeroInTheMissingBytes) {
+    load(header_of(2, 24, 1, 1), {1, 2, 3});
+    const auto old = CBitmap::CurrentBitmap;
+    reader.Load(folder.write("b.tga", Bytes{1, 1, 2, 1, 1, 1, 1, 1, 0, 0, 0, 0, 9, 0, 8}));
+    EXPECT_EQ(reader.TwipWidth(), 9 * 15);
+    EXPECT_EQ(reader.TwipHeight(), 8 * 15);
+    EXPECT_EQ(reader.Bpp(), 0);
+    EXPECT_EQ(CBitmap::CurrentBitmap, old);
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,54 @@
+// For tests of the picture readers: what they decoded, as colours, and bytes put together from pieces.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+#include <vector>
+
+#include "codecs/CBitmap.h"
+#include "platform/Bitmap.h"
+
+namespace varnoth::test {
+
+using Bytes = std::vector<std::uint8_t>;
+
+inline Bytes joined(std::initializer_list<Bytes> pieces) {
+    Bytes all;
+    for (const Bytes& piece : pieces) {
+        all.insert(all.end(), piece.begin(), piece.end());
+    }
+    return all;
+}
+
+template <typename Header>
+Bytes bytes_of(const Header& header) {
+    const auto bytes = header.to_bytes();
+    return {bytes.begin(), bytes.end()};
+}
+
+inline Bytes bytes_of(const ByteArray& array) {
+    return {array.bytes().begin(), array.bytes().end()};
+}
+
+/// The colours of the picture last decoded, rows from the top; empty when there is none.
+inline std::vector<Colour> decoded_colours() {
+    std::vector<Colour> colours;
+    if (const auto picture = CBitmap::CurrentBitmap) {
+        for (std::int32_t y = 0; y < picture->height(); ++y) {
+            for (std::int32_t x = 0; x < picture->width(); ++x) {
+                colours.push_back(picture->pixel(x, y));
+            }
+        }
+    }
+    return colours;
+}
+
+/// Makes a picture of one pixel current, to see later whether it was replaced.
+inline std::shared_ptr<const Bitmap> put_old_picture() {
+    const Bytes pixel{9, 8, 7, 0};
+    CBitmap::CreateBitmap32(pixel, 1, 1, 0);
+    return CBitmap::CurrentBitmap;
+}
+
+} // namespace varnoth::test
