@@ -1,35 +1,33 @@
 #include "codecs/SavePCX.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 
-#include "base/bytes.h"
 #include "base/files.h"
 #include "base/numbers.h"
 #include "codecs/PackedBytes.h"
+#include "codecs/PcxHeader.h"
 #include "codecs/grab_rows.h"
 
 namespace varnoth {
 
 namespace {
 
-using Header = std::array<std::uint8_t, 128>;
-
-Header header_of(std::int32_t width, std::int32_t height, std::int32_t bytes_per_line, Truth compress) {
-    Header header{};
-    header[0] = 10;                                                   // Manufacturer
-    header[1] = 5;                                                    // Version
-    header[2] = compress == True ? std::uint8_t{1} : std::uint8_t{0}; // Encoding
-    header[3] = 8;                                                    // BitsPerPixel
-    put_i16(header, 4, 1);                                            // XMin
-    put_i16(header, 6, 1);                                            // YMin
-    put_i16(header, 8, narrow<std::int16_t>(width));                  // XMax: the origin is (1, 1)
-    put_i16(header, 10, narrow<std::int16_t>(height));                // YMax
-    put_i16(header, 12, 96);                                          // HDpi
-    put_i16(header, 14, 96);                                          // VDpi
-    header[65] = 3;                                                   // NPlanes
-    put_i16(header, 66, narrow<std::int16_t>(bytes_per_line));        // BytesPerLine
+PcxHeader header_of(std::int32_t width, std::int32_t height, std::int32_t bytes_per_line, Truth compress) {
+    PcxHeader header;
+    header.Manufacturer = 10;
+    header.Version = 5;
+    header.Encoding = compress == True ? 1 : 0;
+    header.BitsPerPixel = 8;
+    // The origin is (1, 1), so that the last column and row are the width and height themselves.
+    header.XMin = 1;
+    header.YMin = 1;
+    header.XMax = narrow<std::int16_t>(width);
+    header.YMax = narrow<std::int16_t>(height);
+    header.HDpi = 96;
+    header.VDpi = 96;
+    header.NPlanes = 3;
+    header.BytesPerLine = narrow<std::int16_t>(bytes_per_line);
     return header;
 }
 
@@ -56,12 +54,12 @@ void SavePCX::SavePCXinFile(const std::string& filename, PictureSurface& ThePict
     width_ = size.width;
     height_ = size.height;
     even_width_ = width_ + width_ % 2;
-    const ByteArray grabbed = grab_rows(ThePicture, size, RowOrder::TopFirst);
+    const ByteArray grabbed = grab_rows(ThePicture, size, FirstRow::Top);
     WritePcxFile(filename, even_rows(grabbed, stride_of_24_bits(width_), even_width_, height_).bytes());
 }
 
 void SavePCX::WritePcxFile(const std::string& filename, std::span<const std::uint8_t> rows) const {
-    const Header header = header_of(width_, height_, even_width_, compress_);
+    const PcxHeader header = header_of(width_, height_, even_width_, compress_);
     ByteArray data = SplitPlanes(rows, even_width_, height_, even_width_);
     if (file_exists(filename)) {
         delete_file(filename);
@@ -70,7 +68,7 @@ void SavePCX::WritePcxFile(const std::string& filename, std::span<const std::uin
         data = EncodeRle(data.bytes(), even_width_);
     }
     OutputFile file(filename);
-    file.write(header);
+    file.write(header.to_bytes());
     file.write(data.bytes());
     file.close();
 }

@@ -1,31 +1,29 @@
 #include "codecs/SaveTGA.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstring>
 
-#include "base/bytes.h"
 #include "base/files.h"
 #include "base/numbers.h"
 #include "codecs/PackedBytes.h"
+#include "codecs/TgaHeader.h"
 #include "codecs/grab_rows.h"
 
 namespace varnoth {
 
 namespace {
 
-using Header = std::array<std::uint8_t, 18>;
+constexpr std::uint8_t plain_true_colour = 2;
+constexpr std::uint8_t run_length_true_colour = 10;
 
-Header header_of(std::int32_t width, std::int32_t height, Truth compress) {
-    Header header{};
-    header[2] = compress == True    ? std::uint8_t{10} // ImageType
-                : compress == False ? std::uint8_t{2}
-                                    : std::uint8_t{0};
-    put_i16(header, 12, narrow<std::int16_t>(width));  // ImageWidth
-    put_i16(header, 14, narrow<std::int16_t>(height)); // ImageHeight
-    header[16] = 24;                                   // PixelDepth
-    return header;                                     // ImageDescriptor 0: the bottom row comes first
+TgaHeader header_of(std::int32_t width, std::int32_t height, Truth compress) {
+    TgaHeader header;
+    header.ImageType = compress == True ? run_length_true_colour : compress == False ? plain_true_colour : 0;
+    header.ImageWidth = narrow<std::int16_t>(width);
+    header.ImageHeight = narrow<std::int16_t>(height);
+    header.PixelDepth = 24;
+    return header;
 }
 
 ByteArray rows_without_padding(const ByteArray& grabbed, std::int32_t stride, std::int32_t width,
@@ -143,12 +141,12 @@ void SaveTGA::SaveTGAinFile(const std::string& filename, PictureSurface& ThePict
     const PixelSize size = size_in_pixels(ThePicture);
     height_ = size.height;
     width_ = size.width;
-    const ByteArray grabbed = grab_rows(ThePicture, size, RowOrder::BottomFirst);
+    const ByteArray grabbed = grab_rows(ThePicture, size, FirstRow::Bottom);
     WriteTgaFile(filename, rows_without_padding(grabbed, stride_of_24_bits(width_), width_, height_).bytes());
 }
 
 void SaveTGA::WriteTgaFile(const std::string& filename, std::span<const std::uint8_t> rows) const {
-    const Header header = header_of(width_, height_, compress_);
+    const TgaHeader header = header_of(width_, height_, compress_);
     if (file_exists(filename)) {
         delete_file(filename);
     }
@@ -157,7 +155,7 @@ void SaveTGA::WriteTgaFile(const std::string& filename, std::span<const std::uin
         packed = EncodeRle(rows, width_);
     }
     OutputFile file(filename);
-    file.write(header);
+    file.write(header.to_bytes());
     file.write(compress_ == True ? packed.bytes() : rows);
     file.close();
 }

@@ -28,7 +28,7 @@ std::int32_t stride_of_24_bits(std::int32_t width) {
     return bytes % 4 == 0 ? bytes : checked_multiply(bytes / 4 + 1, 4);
 }
 
-ByteArray grab_rows(PictureSurface& picture, const PixelSize& size, RowOrder order) {
+ByteArray grab_rows(PictureSurface& picture, const PixelSize& size, FirstRow first) {
     const std::int32_t stride = stride_of_24_bits(size.width);
     const std::int32_t count = checked_multiply(stride, size.height);
     if (count <= 0) {
@@ -41,7 +41,7 @@ ByteArray grab_rows(PictureSurface& picture, const PixelSize& size, RowOrder ord
     const auto row_bytes = static_cast<std::size_t>(stride);
     ByteArray rows(static_cast<std::size_t>(count));
     for (std::int32_t y = 0; y < size.height; ++y) {
-        const std::int32_t from = order == RowOrder::TopFirst ? y : size.height - 1 - y;
+        const std::int32_t from = first == FirstRow::Top ? y : size.height - 1 - y;
         std::memcpy(rows.data() + static_cast<std::size_t>(y) * row_bytes, copy.row(from), row_bytes);
     }
     return rows;

@@ -21,10 +21,10 @@ PixelSize size_in_pixels(PictureSurface& picture);
 /// Bytes of a 24-bit row rounded up to 4. Overflow beyond 32 bits.
 std::int32_t stride_of_24_bits(std::int32_t width);
 
-enum class RowOrder { TopFirst, BottomFirst };
+enum class FirstRow { Top, Bottom };
 
 /// The top left `size` of the picture as rows of stride_of_24_bits() bytes: blue, green, red and zeros up to
 /// the stride. SubscriptOutOfRange when there is not one pixel, Overflow from 2 GiB on.
-ByteArray grab_rows(PictureSurface& picture, const PixelSize& size, RowOrder order);
+ByteArray grab_rows(PictureSurface& picture, const PixelSize& size, FirstRow first);
 
 } // namespace varnoth

@@ -11,8 +11,7 @@ namespace {
 
 constexpr std::size_t list_size = 256;
 
-// The listed part of the colour list as a hash set, so that a scan asks once per pixel and not once per
-// entry.
+// The listed part of the colour list as a hash set: a scan asks it once per pixel, not once per entry.
 class ListedColours {
   public:
     bool contains(Colour colour) const { return slots_[slot_of(colour)] == mark_of(colour); }
@@ -46,8 +45,8 @@ class ColourListing {
     explicit ColourListing(std::array<Colour, list_size>& list) : list_(list) {}
 
     bool is_listed(Colour colour) const {
-        // The bound is inclusive: black takes no slot in a new list, and later scans skip what earlier ones
-        // left.
+        // The bound is inclusive: black takes no entry of a new list, and a later scan skips what an earlier
+        // one left there.
         return (!is_full() && list_[count_] == colour) || listed_.contains(colour);
     }
 

@@ -1,8 +1,6 @@
 // The whole-picture filters of the toolbox. Each computes every pixel of the result from one pixel of the
 // source; none of them yields.
 #include <algorithm>
-#include <array>
-#include <cstddef>
 #include <cstdint>
 
 #include "base/numbers.h"

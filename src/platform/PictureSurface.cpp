@@ -105,9 +105,8 @@ void PictureSurface::SetPicture(const Picture& picture) {
     }
     Cls();
     if (kept.bitmap) {
-        Bitmap source = *kept.bitmap;
-        const DrawingContext from(&source);
-        bit_blt(context_, 0, 0, source.width(), source.height(), from, 0, 0, SRCCOPY);
+        const Rectangle whole{0, 0, kept.bitmap->width(), kept.bitmap->height()};
+        stretch_pixels(bitmap_, whole, *kept.bitmap, whole);
     }
     picture_ = kept;
     Refresh();
