@@ -148,6 +148,17 @@ TEST(PictureSurface, RowsOfEveryDepthKeepTheirPixelsWhenTheSizeChanges) {
     }
 }
 
+TEST(PictureSurface, ASurfaceOfHeightButNoWidthTakesOtherSizes) {
+    TestSurface surface(0, 3);
+    surface.SetHeight(2);
+    EXPECT_EQ(surface.bitmap().height(), 2);
+    surface.SetWidth(1);
+    EXPECT_EQ(colours_of(surface), (std::vector<Colour>{0, 0}));
+    surface.SetWidth(0);
+    EXPECT_EQ(surface.ScaleWidth(), 0);
+    EXPECT_EQ(surface.ScaleHeight(), 2);
+}
+
 TEST(PictureSurface, ABackgroundMayBeASystemColour) {
     TestSurface surface(1, 1, 32, 0, std::numeric_limits<std::int32_t>::min() + 5);
     EXPECT_EQ(surface.Point(0, 0), 0xFFFFFF);
