@@ -1,0 +1,194 @@
+// The whole import and those of its stages that belong to it alone. Each stage runs over 64 photographs, so that the
+// times add up to that of the whole.
+#include <benchmark/benchmark.h>
+
+#include "import/mixpals.h"
+#include "photographs.h"
+#include "platform.h"
+#include "platform/Services.h"
+#include "reference/Dither.h"
+#include "reference/Import.h"
+#include "whole_folder.h"
+
+namespace varnoth::bench {
+namespace {
+
+constexpr std::size_t set_size = 64;
+constexpr std::size_t largest_set = 256;
+
+const test::TemporaryFolder& folder() {
+    static const test::TemporaryFolder the_folder;
+    return the_folder;
+}
+
+std::string photograph_path(std::size_t number) {
+    return folder().file("photograph" + std::to_string(number) + ".bmp");
+}
+
+void import_shipped(benchmark::State& state) {
+    for (auto _ : state) {
+        import_folder(folder().path(), static_cast<std::int32_t>(state.range(0)));
+    }
+}
+
+void import_plain(benchmark::State& state) {
+    for (auto _ : state) {
+        hlspr::new_sprite(256, 256, 2, 1);
+        WholeFolder form(folder().path(), static_cast<std::int32_t>(state.range(0)));
+        SilentView view;
+        reference::PaletteMixing mixing;
+        reference::import_frames(form, view, mixing);
+    }
+}
+
+void decode(benchmark::State& state) {
+    test::TestSurface surface(1, 1);
+    surface.AutoSize = true;
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < set_size; ++i) {
+            surface.SetPicture(load_picture(photograph_path(i)));
+        }
+    }
+}
+
+void stretch_shipped(benchmark::State& state) {
+    test::TestSurface frame(photograph_side, photograph_side);
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < set_size; ++i) {
+            const DrawingContext from(&photographs(set_size)[i]->bitmap());
+            stretch_blt(frame.hDC(), {0, 0, photograph_side, photograph_side}, from,
+                        {0, 0, photograph_side, photograph_side}, SRCCOPY);
+        }
+    }
+}
+
+void stretch_plain(benchmark::State& state) {
+    test::TestSurface frame(photograph_side, photograph_side);
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < set_size; ++i) {
+            reference::stretch(*photographs(set_size)[i], frame);
+        }
+    }
+}
+
+void collect_shipped(benchmark::State& state) {
+    for (auto _ : state) {
+        mixpals::InitColorTable();
+        for (std::size_t i = 0; i < set_size; ++i) {
+            mixpals::AddPictureColors(*reduced_photographs(set_size)[i]);
+        }
+    }
+    state.counters["colours"] = mixpals::ColorCount;
+}
+
+void collect_plain(benchmark::State& state) {
+    reference::PaletteMixing mixing;
+    for (auto _ : state) {
+        mixing.InitColorTable();
+        for (std::size_t i = 0; i < set_size; ++i) {
+            mixing.AddPictureColors(*reduced_photographs(set_size)[i]);
+        }
+    }
+    state.counters["colours"] = mixing.ColorCount;
+}
+
+// The colours of the whole set, in the shipped module and in a plain one, without the time that it takes.
+reference::PaletteMixing collected_colours() {
+    mixpals::InitColorTable();
+    for (std::size_t i = 0; i < set_size; ++i) {
+        mixpals::AddPictureColors(*reduced_photographs(set_size)[i]);
+    }
+    reference::PaletteMixing mixing;
+    mixing.ColorTable = mixpals::ColorTable;
+    mixing.ColorCount = mixpals::ColorCount;
+    return mixing;
+}
+
+void sheet_shipped(benchmark::State& state) {
+    collected_colours();
+    test::TestSurface sheet(1, 1);
+    for (auto _ : state) {
+        mixpals::DrawColorTable(sheet);
+    }
+}
+
+void sheet_plain(benchmark::State& state) {
+    const reference::PaletteMixing mixing = collected_colours();
+    test::TestSurface sheet(1, 1);
+    for (auto _ : state) {
+        mixing.DrawColorTable(sheet);
+    }
+}
+
+std::unique_ptr<test::TestSurface> reduced_sheet() {
+    collected_colours();
+    auto sheet = std::make_unique<test::TestSurface>(1, 1);
+    mixpals::DrawColorTable(*sheet);
+    mDither8bpp().transform_to_8bit(*sheet, *sheet);
+    return sheet;
+}
+
+void finalize_shipped(benchmark::State& state) {
+    const auto sheet = reduced_sheet();
+    for (auto _ : state) {
+        mixpals::ImportPalette.fill({});
+        mixpals::FinalizePalette(*sheet);
+    }
+}
+
+void finalize_plain(benchmark::State& state) {
+    const auto sheet = reduced_sheet();
+    reference::PaletteMixing mixing;
+    for (auto _ : state) {
+        mixing.ImportPalette.fill({});
+        mixing.FinalizePalette(*sheet);
+    }
+}
+
+void frames_shipped(benchmark::State& state) {
+    mixpals::ImportPalette.fill({});
+    mixpals::FinalizePalette(*reduced_sheet());
+    for (auto _ : state) {
+        hlspr::new_sprite(photograph_side, photograph_side, 2, 1);
+        for (std::size_t i = 0; i < set_size; ++i) {
+            hlspr::add_frame(*reduced_photographs(set_size)[i]);
+        }
+    }
+}
+
+void frames_plain(benchmark::State& state) {
+    reference::PaletteMixing mixing;
+    mixing.FinalizePalette(*reduced_sheet());
+    for (auto _ : state) {
+        hlspr::new_sprite(photograph_side, photograph_side, 2, 1);
+        for (std::size_t i = 0; i < set_size; ++i) {
+            reference::add_frame(hlspr::document(), *reduced_photographs(set_size)[i], mixing);
+        }
+    }
+}
+
+BENCHMARK(import_shipped)->Name("import of 64/shipped")->Arg(set_size);
+BENCHMARK(import_plain)->Name("import of 64/plain")->Arg(set_size)->Iterations(1);
+BENCHMARK(decode)->Name("64 times decode/shipped");
+BENCHMARK(stretch_shipped)->Name("64 times stretch/shipped");
+BENCHMARK(stretch_plain)->Name("64 times stretch/plain");
+BENCHMARK(collect_shipped)->Name("64 times AddPictureColors/shipped");
+BENCHMARK(collect_plain)->Name("64 times AddPictureColors/plain")->Iterations(1);
+BENCHMARK(sheet_shipped)->Name("DrawColorTable/shipped");
+BENCHMARK(sheet_plain)->Name("DrawColorTable/plain");
+BENCHMARK(finalize_shipped)->Name("FinalizePalette/shipped");
+BENCHMARK(finalize_plain)->Name("FinalizePalette/plain");
+BENCHMARK(frames_shipped)->Name("64 times add_frame/shipped");
+BENCHMARK(frames_plain)->Name("64 times add_frame/plain")->Iterations(1);
+BENCHMARK(import_shipped)->Name("growth")->Arg(1)->Arg(4)->Arg(16)->Arg(64)->Arg(256);
+
+} // namespace
+} // namespace varnoth::bench
+
+int main(int argc, char** argv) {
+    const varnoth::bench::Platform platform(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::AddCustomContext("pictures decoded by", varnoth::bench::Platform::name());
+    varnoth::bench::write_photographs(varnoth::bench::folder(), varnoth::bench::largest_set);
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,37 @@
+// Pictures with the character of photographs for the benchmarks: clouds of fractal noise over gradients, with tens of
+// thousands of colours each and no two pictures alike. The same for the same seed on every run.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/TemporaryFolder.h"
+#include "support/pictures.h"
+
+namespace varnoth::bench {
+
+inline constexpr std::int32_t photograph_side = 256;
+
+/// Blue, green, red, rows from the top, without padding.
+std::vector<std::uint8_t> photograph_bytes(std::uint32_t seed);
+
+/// The same on a 32-bit surface.
+std::unique_ptr<test::TestSurface> photograph(std::uint32_t seed);
+
+using Surfaces = std::vector<std::unique_ptr<test::TestSurface>>;
+
+/// Photographs of the seeds 0 to `count` - 1. Made once a run.
+const Surfaces& photographs(std::size_t count);
+
+/// The same after their reduction to 256 colours each.
+const Surfaces& reduced_photographs(std::size_t count);
+
+/// A copy of a surface's pixels on another of the same size and depth.
+void copy_pixels(const PictureSurface& from, PictureSurface& to);
+
+/// Writes `count` photographs as 24-bit BMP files, in list order.
+void write_photographs(const test::TemporaryFolder& folder, std::size_t count);
+
+} // namespace varnoth::bench

@@ -1,0 +1,74 @@
+// An import of the first pictures of a folder, all selected, as the benchmarks run it.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "import/ImportPipeline.h"
+#include "import/PictureSelection.h"
+#include "sprite/hlspr.h"
+#include "walkthrough/ScriptedAddFrames.h"
+
+namespace varnoth::bench {
+
+class WholeFolder : public walkthrough::ScriptedAddFrames {
+  public:
+    WholeFolder(const std::string& folder, std::int32_t count)
+        : ScriptedAddFrames(folder, PictureFormat::Bmp, false),
+          count_(std::min(count, ScriptedAddFrames::entry_count())) {
+        LoadSelectedPicture(*this, 0, Picture1());
+    }
+
+    std::int32_t entry_count() const override { return count_; }
+
+    bool is_selected(std::int32_t /*index*/) const override { return true; }
+
+  private:
+    std::int32_t count_;
+};
+
+/// Keeps what it is told and shows nothing.
+class SilentView : public ImportView {
+  public:
+    void open_progress(std::string_view phase, std::int32_t /*maximum*/) override { text_ = phase; }
+
+    void show_phase(std::string_view phase) override { text_ = phase; }
+
+    void show_step(std::string_view step) override { text_ = step; }
+
+    void advance() override { ++progress_; }
+
+    bool aborted() const override { return false; }
+
+    void close_progress() override {}
+
+    void show_sprite_size(const std::string& size, const std::string& /*origin*/) override { text_ = size; }
+
+    std::int32_t frame_line_count() const override { return lines_; }
+
+    void add_frame_line(const std::string& line) override {
+        text_ = line;
+        ++lines_;
+    }
+
+    void release_frames() override {}
+
+    void finish() override {}
+
+  private:
+    std::string text_;
+    std::int32_t progress_ = 0;
+    std::int32_t lines_ = 0;
+};
+
+/// The shipped import of a folder's first `count` pictures into a new sprite.
+inline void import_folder(const std::string& folder, std::int32_t count) {
+    hlspr::new_sprite(256, 256, 2, 1);
+    WholeFolder form(folder, count);
+    SilentView view;
+    import_frames(form, view);
+}
+
+} // namespace varnoth::bench
