@@ -123,7 +123,7 @@ void PictureSurface::resize(std::int32_t width, std::int32_t height) {
     }
     const std::size_t shared_row = static_cast<std::size_t>(std::min(width, bitmap_.width())) *
                                    static_cast<std::size_t>(bitmap_.bits_per_pixel()) / 8;
-    for (std::int32_t y = 0; y < std::min(height, bitmap_.height()); ++y) {
+    for (std::int32_t y = 0; shared_row != 0 && y < std::min(height, bitmap_.height()); ++y) {
         std::memcpy(resized.row(y), bitmap_.row(y), shared_row);
     }
     bitmap_ = std::move(resized);
