@@ -119,6 +119,13 @@ TEST(PictureSurface, AFailedChangeOfSizeLeavesTheSurfaceAsItWas) {
     EXPECT_EQ(surface->ScaleHeight(), 1);
 }
 
+TEST(PictureSurface, ASurfaceWithoutPixelsGrowsIntoBackground) {
+    TestSurface surface(0, 2, 32, 0, 5);
+    surface.SetHeight(3);
+    surface.SetWidth(1);
+    EXPECT_EQ(colours_of(surface), (std::vector<Colour>{5, 5, 5}));
+}
+
 TEST(PictureSurface, AnOuterSizeBelowTheBorderLeavesNoInnerSize) {
     TestSurface surface(5, 5, 32, 3);
     surface.SetWidth(4);
