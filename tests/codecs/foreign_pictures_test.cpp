@@ -408,17 +408,22 @@ TEST_F(ForeignPictures, PcxOf1BitInOtherColoursComesOutBlackAndWhiteAllTheSame) 
     expect_white_for_the_second_colour();
 }
 
-TEST_F(ForeignPictures, PcxOf1BitWithWhiteBeforeBlackComesOutInverted) {
-    // ImageMagick writes 1 bit only for pictures that come with a palette of both colours, and puts white
-    // first.
+TEST_F(ForeignPictures, PcxOf1BitWhoseSetBitsStandForBlackComesOutInverted) {
+    // ImageMagick writes 1 bit for pictures that come with a palette, and sets the bits of the black pixels,
+    // against the map that it writes. Netpbm reads such a file as it is read here.
     sources_of({{3, 2}, {4, 3}, {5, 5}, {33, 9}, {256, 256}}, Palette::BlackAndWhite);
     netpbm("ppmtogif -mapfile=map.ppm", "gif");
-    for (const auto& [compression, encoding] : {std::pair{"none", 0}, {"RLE", 1}}) {
-        convert(std::string("-compress ") + compression, "pcx", "gif");
-        expect_layout(1, 1, encoding);
-        EXPECT_EQ(pcx_header(0).ColorMap[0], 255);
-        expect_white_for_the_second_colour();
+    for (Colours& colours : sources) {
+        for (Colour& colour : colours) {
+            colour ^= 0xFFFFFF;
+        }
     }
+    convert("-compress none", "pcx", "gif");
+    expect_layout(1, 1, 0);
+    expect_equal<LoadPCX>("pcx", {});
+    convert("-compress RLE", "pcx", "gif");
+    expect_layout(1, 1, 1);
+    expect_equal<LoadPCX>("pcx", {decoded_by("pcxtoppm", "pcx")});
 }
 
 TEST_F(ForeignPictures, PcxOf2Or3PlanesDecodesNothing) {
