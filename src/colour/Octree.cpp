@@ -59,13 +59,18 @@ Octree::ChannelPaths Octree::paths_of(float weight, int bit_of_slot) {
 
 void Octree::add(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
     const Path path = red_paths_[red] | green_paths_[green] | blue_paths_[blue];
-    if (path != last_path_ || last_leaf_ == 0) {
-        last_leaf_ = leaf_at(path);
-        last_path_ = path;
+    KnownLeaf& known = known_leaf(path);
+    if (known.path != path || known.reductions != reductions_) {
+        known = {path, leaf_at(path), reductions_};
     }
-    count_pixel(node(last_leaf_).sums, red, green, blue);
+    count_pixel(node(known.leaf).sums, red, green, blue);
     while (leaf_count_ > maximum_ && reduce()) {
     }
+}
+
+Octree::KnownLeaf& Octree::known_leaf(Path path) {
+    constexpr Path spread = 0x9E3779B1; // multiplicative hashing: 2^32 by the golden ratio
+    return known_leaves_[(path * spread) >> 22];
 }
 
 // Walks down from the root and makes what is missing.
@@ -156,7 +161,7 @@ bool Octree::reduce() {
     ++leaf_count_;
     reduced.sums = totals;
     reduced.is_leaf = true;
-    last_leaf_ = 0;
+    ++reductions_;
     return true;
 }
 

@@ -77,8 +77,19 @@ class Octree {
     std::int32_t node_count_ = 1;              // live nodes
     std::int32_t leaf_count_ = 0;
     Position free_head_ = 0;
-    Path last_path_ = 0;
-    Position last_leaf_ = 0; // where last_path_ ends; 0 when not known
+
+    // Where paths ended that were walked lately. No leaf moves or goes except by a reduction, so what was
+    // learnt since the last one still holds.
+    struct KnownLeaf {
+        Path path = 0;
+        Position leaf = 0;
+        std::int64_t reductions = -1;
+    };
+
+    KnownLeaf& known_leaf(Path path);
+
+    std::array<KnownLeaf, 1024> known_leaves_{};
+    std::int64_t reductions_ = 0;
 };
 
 } // namespace varnoth

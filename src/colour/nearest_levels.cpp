@@ -112,8 +112,8 @@ void store_indices(std::array<std::uint8_t, 4096>& lookup, const BlockKeys& best
     }
 }
 
-// Calls enter(i) for every entry that may be nearest to a colour of the block, in rising order. Left out is what
-// is farther than the entry in the middle all over the block.
+// Calls enter(i) for every entry that may be nearest to a colour of the block, in rising order. Left out is
+// what is farther than the entry in the middle all over the block.
 template <typename Enter>
 void each_candidate(std::size_t count, const BlockEnds& red, const BlockEnds& green, const BlockEnds& blue,
                     Enter enter) {
@@ -147,8 +147,9 @@ std::array<std::uint8_t, 4096> nearest_to_levels(std::span<const RGBQUAD> entrie
     for (std::size_t number = 0; number < blocks * blocks * blocks; ++number) {
         const Block block{number % blocks, number / blocks % blocks, number / blocks / blocks};
         BlockKeys best = no_keys();
-        each_candidate(entries.size(), {red, block.red}, {green, block.green}, {blue, block.blue},
-                       [&](std::size_t i) { enter_keys(best, entries[i], static_cast<std::int32_t>(i), block); });
+        each_candidate(
+            entries.size(), {red, block.red}, {green, block.green}, {blue, block.blue},
+            [&](std::size_t i) { enter_keys(best, entries[i], static_cast<std::int32_t>(i), block); });
         store_indices(lookup, best, block);
     }
     return lookup;

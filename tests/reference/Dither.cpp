@@ -52,7 +52,10 @@ std::vector<RGBQUAD> own_palette(const cDIB& picture) {
 
 void reduce(std::int32_t dither_mode, const cDIB& source, cDIB& target) {
     const std::vector<RGBQUAD> palette = dither_mode == 1 ? own_palette(source) : cube();
-    const std::array<std::uint8_t, 4096> lookup = color_lookup(palette);
+    std::array<std::uint8_t, 4096> lookup{};
+    if (dither_mode == 1) {
+        lookup = color_lookup(palette);
+    }
     std::vector<std::uint8_t> bytes;
     for (const RGBQUAD& entry : palette) {
         bytes.insert(bytes.end(), {entry.rgbBlue, entry.rgbGreen, entry.rgbRed, entry.rgbReserved});
