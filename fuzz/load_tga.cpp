@@ -15,6 +15,7 @@ using namespace varnoth;
 constexpr std::array<std::uint8_t, 4> separator{'N', 'E', 'X', 'T'};
 constexpr std::size_t most_files = 4;
 constexpr std::int64_t most_decoded_pixels = 1 << 22;
+constexpr std::int64_t most_pixels_at_all = 1 << 29;
 constexpr std::int64_t most_drawn_pixels = 1 << 16;
 
 // What the header claims, computed wide, so that nothing overflows.
@@ -24,15 +25,18 @@ std::int64_t claimed_pixels(const TgaHeader& header) {
     return std::abs(width * height);
 }
 
-// A small file may announce a picture of 2 GiB that it does not fill, and get it; that takes seconds and
-// shows nothing. Plain pixels of several bytes cost no more than the file has, whatever is announced.
+// A small file may announce a picture of up to 2 GiB that it does not fill, and get it; that takes long and
+// shows nothing. What is larger is refused before memory is taken, where no packets have to be expanded
+// first.
 bool is_worth_decoding(std::span<const std::uint8_t> bytes) {
     if (bytes.size() < TgaHeader::size) {
         return true;
     }
     const TgaHeader header = TgaHeader::from_bytes(bytes.first<TgaHeader::size>());
     const bool is_plain = header.ImageType != 9 && header.ImageType != 10;
-    return (is_plain && header.PixelDepth > 8) || claimed_pixels(header) <= most_decoded_pixels;
+    const bool is_refused_at_once =
+        is_plain && header.PixelDepth > 8 && claimed_pixels(header) > most_pixels_at_all;
+    return is_refused_at_once || claimed_pixels(header) <= most_decoded_pixels;
 }
 
 void draw(LoadTGA& reader) {
