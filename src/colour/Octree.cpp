@@ -30,8 +30,12 @@ void add_sums(Octree::Leaf& totals, const Octree::Leaf& sums) {
 } // namespace
 
 Octree::Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& weights)
-    : maximum_(maximum), levels_(levels), red_paths_(paths_of(weights.red, 0)),
-      green_paths_(paths_of(weights.green, 1)), blue_paths_(paths_of(weights.blue, 2)), nodes_(2) {}
+    : maximum_(maximum),
+      levels_(levels),
+      red_paths_(paths_of(weights.red, 0)),
+      green_paths_(paths_of(weights.green, 1)),
+      blue_paths_(paths_of(weights.blue, 2)),
+      nodes_(2) {}
 
 Octree::ChannelPaths Octree::paths_of(float weight, int bit_of_slot) {
     ChannelPaths paths{};
@@ -55,13 +59,18 @@ Octree::ChannelPaths Octree::paths_of(float weight, int bit_of_slot) {
 
 void Octree::add(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
     const Path path = red_paths_[red] | green_paths_[green] | blue_paths_[blue];
-    if (path != last_path_ || last_leaf_ == 0) {
-        last_leaf_ = leaf_at(path);
-        last_path_ = path;
+    KnownLeaf& known = known_leaf(path);
+    if (known.path != path || known.reductions != reductions_) {
+        known = {path, leaf_at(path), reductions_};
     }
-    count_pixel(node(last_leaf_).sums, red, green, blue);
+    count_pixel(node(known.leaf).sums, red, green, blue);
     while (leaf_count_ > maximum_ && reduce()) {
     }
+}
+
+Octree::KnownLeaf& Octree::known_leaf(Path path) {
+    constexpr Path spread = 0x9E3779B1; // multiplicative hashing: 2^32 by the golden ratio
+    return known_leaves_[(path * spread) >> 22];
 }
 
 // Walks down from the root and makes what is missing.
@@ -94,11 +103,12 @@ Octree::Position Octree::grow(Position parent, std::size_t slot, int level) {
     return child;
 }
 
-// Whether a new node of this level may be made a leaf at once. The rule is to make a chain of nodes down to the
-// last level and to reduce, deepest level first, while there are too many leaves. When the tree is full and holds
-// no other reducible node from this level down, that reduction eats the chain, whose nodes have one child each
-// and so do not lower the number of leaves, up to its first node. The other nodes of the chain come from the free
-// list and go back to it in the order in which they stood there, so nothing tells that they were ever made.
+// Whether a new node of this level may be made a leaf at once. The rule is to make a chain of nodes down to
+// the last level and to reduce, deepest level first, while there are too many leaves. When the tree is full
+// and holds no other reducible node from this level down, that reduction eats the chain, whose nodes have one
+// child each and so do not lower the number of leaves, up to its first node. The other nodes of the chain
+// come from the free list and go back to it in the order in which they stood there, so nothing tells that
+// they were ever made.
 bool Octree::would_collapse_to(int level) const {
     if (leaf_count_ < maximum_ || levels_ > list_levels || level >= levels_) {
         return false;
@@ -122,8 +132,8 @@ void Octree::enter_reducible(Position position, int level) {
     head = position;
 }
 
-// Turns the node entered last in the deepest level that has any into a leaf for all that its children stood for.
-// Its children are leaves: an inner one would stand in a deeper list.
+// Turns the node entered last in the deepest level that has any into a leaf for all that its children stood
+// for. Its children are leaves: an inner one would stand in a deeper list.
 bool Octree::reduce() {
     if (levels_ > list_levels) {
         fail(Failure::SubscriptOutOfRange);
@@ -151,7 +161,7 @@ bool Octree::reduce() {
     ++leaf_count_;
     reduced.sums = totals;
     reduced.is_leaf = true;
-    last_leaf_ = 0;
+    ++reductions_;
     return true;
 }
 

@@ -1,7 +1,7 @@
-// The tree behind the adaptive palette: octree colour quantisation (Gervautz and Purgathofer, "A simple method for
-// color quantization: octree quantization", 1988) in which each level splits a colour box at the midpoint of its
-// present bounds, reduced while pixels come in. The order in which positions are used and used again is part of
-// the result, because palettes list the leaves by position.
+// The tree behind the adaptive palette: octree colour quantisation (Gervautz and Purgathofer, "A simple
+// method for color quantization: octree quantization", 1988) in which each level splits a colour box at the
+// midpoint of its present bounds, reduced while pixels come in. The order in which positions are used and
+// used again is part of the result, because palettes list the leaves by position.
 #pragma once
 
 #include <array>
@@ -28,13 +28,13 @@ class Octree {
         std::int32_t PixelCount = 0;
     };
 
-    /// A tree of `levels` levels that is held at `maximum` leaves. The root never becomes a leaf, so up to eight
-    /// leaves stay however low the maximum is.
+    /// A tree of `levels` levels that is held at `maximum` leaves. The root never becomes a leaf, so up to
+    /// eight leaves stay however low the maximum is.
     Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& weights);
 
     /// Counts one pixel and reduces. There are lists of reducible nodes for the levels 1 to 8 only:
-    /// SubscriptOutOfRange when a pixel needs another one, that is with 0 or more than 9 levels at once, with 9 at
-    /// the first reduction. Overflow when a leaf's sums leave their 32 bits.
+    /// SubscriptOutOfRange when a pixel needs another one, that is with 0 or more than 9 levels at once, with
+    /// 9 at the first reduction. Overflow when a leaf's sums leave their 32 bits.
     void add(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
 
     /// The leaves in the order of their positions.
@@ -50,8 +50,8 @@ class Octree {
         bool is_leaf = false;
     };
 
-    // Three bits a level from the lowest up, the child slots from the root down. Of the bounds and bits of one
-    // channel, no other channel plays a part, so 256 values a channel tell all paths beforehand.
+    // Three bits a level from the lowest up, the child slots from the root down. Of the bounds and bits of
+    // one channel, no other channel plays a part, so 256 values a channel tell all paths beforehand.
     using Path = std::uint32_t;
     using ChannelPaths = std::array<Path, 256>;
 
@@ -77,8 +77,19 @@ class Octree {
     std::int32_t node_count_ = 1;              // live nodes
     std::int32_t leaf_count_ = 0;
     Position free_head_ = 0;
-    Path last_path_ = 0;
-    Position last_leaf_ = 0; // where last_path_ ends; 0 when not known
+
+    // Where paths ended that were walked lately. No leaf moves or goes except by a reduction, so what was
+    // learnt since the last one still holds.
+    struct KnownLeaf {
+        Path path = 0;
+        Position leaf = 0;
+        std::int64_t reductions = -1;
+    };
+
+    KnownLeaf& known_leaf(Path path);
+
+    std::array<KnownLeaf, 1024> known_leaves_{};
+    std::int64_t reductions_ = 0;
 };
 
 } // namespace varnoth

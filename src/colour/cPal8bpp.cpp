@@ -55,7 +55,9 @@ bool is_corner_of_cube(int red, int green, int blue) {
 }
 
 RGBQUAD mean_of(const Octree::Leaf& leaf) {
-    const auto mean = [&](std::int32_t sum) { return round_to_even<std::uint8_t>(divide(sum, leaf.PixelCount)); };
+    const auto mean = [&](std::int32_t sum) {
+        return round_to_even<std::uint8_t>(divide(sum, leaf.PixelCount));
+    };
     return {mean(leaf.SumB), mean(leaf.SumG), mean(leaf.SumR), 0};
 }
 
@@ -85,15 +87,18 @@ void cPal8bpp::MakePaletteHandle() {
     }
     LOGPALETTE record;
     record.palNumEntries = narrow<std::uint16_t>(entries_);
-    // The bytes go over as they stand, blue first into an entry that is red first; the queries cross them again.
+    // The bytes go over as they stand, blue first into an entry that is red first; the queries cross them
+    // again.
     for (std::size_t i = 0; i < colors.size(); ++i) {
-        record.palPalEntry[i] = {colors[i].rgbBlue, colors[i].rgbGreen, colors[i].rgbRed, colors[i].rgbReserved};
+        record.palPalEntry[i] = {colors[i].rgbBlue, colors[i].rgbGreen, colors[i].rgbRed,
+                                 colors[i].rgbReserved};
     }
     logical_palette_.emplace(record);
 }
 
-void cPal8bpp::ClosestColor(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::uint8_t& closest_red,
-                            std::uint8_t& closest_green, std::uint8_t& closest_blue) const {
+void cPal8bpp::ClosestColor(std::uint8_t red, std::uint8_t green, std::uint8_t blue,
+                            std::uint8_t& closest_red, std::uint8_t& closest_green,
+                            std::uint8_t& closest_blue) const {
     std::uint8_t index = 0;
     ClosestIndex(red, green, blue, index);
     closest_red = rgbR(index);
@@ -101,7 +106,8 @@ void cPal8bpp::ClosestColor(std::uint8_t red, std::uint8_t green, std::uint8_t b
     closest_blue = rgbB(index);
 }
 
-void cPal8bpp::ClosestIndex(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::uint8_t& index) const {
+void cPal8bpp::ClosestIndex(std::uint8_t red, std::uint8_t green, std::uint8_t blue,
+                            std::uint8_t& index) const {
     if (!logical_palette_) {
         fail(Failure::Overflow);
     }

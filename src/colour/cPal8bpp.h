@@ -1,5 +1,6 @@
-// One palette of up to 256 colours with a platform palette for nearest-colour search. It makes the standard palettes
-// (greys, the 16 system colours, colour cubes, a web-safe table) and the palette that suits a picture best.
+// One palette of up to 256 colours with a platform palette for nearest-colour search. It makes the standard
+// palettes (greys, the 16 system colours, colour cubes, a web-safe table) and the palette that suits a
+// picture best.
 #pragma once
 
 #include <array>
@@ -13,8 +14,8 @@
 
 namespace varnoth {
 
-/// A new object has neither colours nor a platform palette. Until the first Initialize or Create..., whatever reads or
-/// writes colours fails with SubscriptOutOfRange. Changed entries reach the platform palette only by
+/// A new object has neither colours nor a platform palette. Until the first Initialize or Create..., whatever
+/// reads or writes colours fails with SubscriptOutOfRange. Changed entries reach the platform palette only by
 /// BuildLogicalPalette.
 class cPal8bpp {
   public:
@@ -25,7 +26,8 @@ class cPal8bpp {
     /// 256 black colours of which `entries` count as valid; the number is taken as it comes.
     void Initialize(std::int16_t entries);
 
-    /// Makes the platform palette of the valid entries. With fewer than 1 or more than 256 of them there is none.
+    /// Makes the platform palette of the valid entries. With fewer than 1 or more than 256 of them there is
+    /// none.
     void BuildLogicalPalette();
 
     /// Back to the state of a new object.
@@ -35,8 +37,8 @@ class cPal8bpp {
     void ClosestColor(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::uint8_t& closest_red,
                       std::uint8_t& closest_green, std::uint8_t& closest_blue) const;
 
-    /// Index of the entry of the platform palette nearest to the colour, the lowest among equals. Overflow without a
-    /// platform palette: the index that means "none" does not fit a byte.
+    /// Index of the entry of the platform palette nearest to the colour, the lowest among equals. Overflow
+    /// without a platform palette: the index that means "none" does not fit a byte.
     void ClosestIndex(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::uint8_t& index) const;
 
     /// Whether all valid entries are grey; false without any.
@@ -49,19 +51,20 @@ class cPal8bpp {
     /// The 16 system colours, dark ones first.
     void CreateEGA();
 
-    /// A colour cube of 2, 3, 4, 5 or 6 levels a channel for kind 0 to 4, red varying fastest, blue slowest. Another
-    /// kind is the caller's error: SubscriptOutOfRange, and nothing changes.
+    /// A colour cube of 2, 3, 4, 5 or 6 levels a channel for kind 0 to 4, red varying fastest, blue slowest.
+    /// Another kind is the caller's error: SubscriptOutOfRange, and nothing changes.
     void CreateHalftone(std::int32_t kind);
 
     /// Dark system colours, the rest of the 6 by 6 by 6 cube, one black, 31 greys, bright system colours.
     void CreateWebsafe();
 
-    /// The colours that suit a 32-bit picture best, at most `maximum` (eight may stay however low it is), by an octree
-    /// of `levels` levels whose splits see each channel multiplied by its weight. A picture of another depth changes
-    /// nothing. Overflow when levels is no byte or a leaf's sums leave 32 bits; SubscriptOutOfRange when the levels
-    /// are too few or too many for the picture (see Octree) or more than 256 colours are left.
-    void CreateOptimal(const cDIB& Image, std::int32_t maximum, std::int32_t levels, float RWeight, float GWeight,
-                       float BWeight);
+    /// The colours that suit a 32-bit picture best, at most `maximum` (eight may stay however low it is), by
+    /// an octree of `levels` levels whose splits see each channel multiplied by its weight. A picture of
+    /// another depth changes nothing. Overflow when levels is no byte or a leaf's sums leave 32 bits;
+    /// SubscriptOutOfRange when the levels are too few or too many for the picture (see Octree) or more than
+    /// 256 colours are left.
+    void CreateOptimal(const cDIB& Image, std::int32_t maximum, std::int32_t levels, float RWeight,
+                       float GWeight, float BWeight);
 
     /// All 256 entries, valid or not.
     std::span<RGBQUAD, 256> lpPalette();

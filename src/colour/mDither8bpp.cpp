@@ -68,13 +68,14 @@ void dither(const cDIB& source, cDIB& target, const Tables& tables, IndexOfLevel
         const std::size_t row_phase = static_cast<std::size_t>(y) % 4;
         for (std::size_t x = 0; x < indices.size(); ++x) {
             const auto& levels = tables[x % 4 + 4 * row_phase];
-            indices[x] = index_of_levels(levels[pixels[4 * x]], levels[pixels[4 * x + 1]], levels[pixels[4 * x + 2]]);
+            indices[x] =
+                index_of_levels(levels[pixels[4 * x]], levels[pixels[4 * x + 1]], levels[pixels[4 * x + 2]]);
         }
     }
 }
 
-// The small copy whose colours make the palette: no side above 150. A side that would round to nothing counts as 1.
-// A picture that fits already is its own sample.
+// The small copy whose colours make the palette: no side above 150. A side that would round to nothing counts
+// as 1. A picture that fits already is its own sample.
 const cDIB& sample_of(const cDIB& picture, cDIB& copy) {
     std::int32_t left = 0;
     std::int32_t top = 0;
@@ -118,7 +119,8 @@ bool mDither8bpp::transform_to_8bit(PictureSurface& source, PictureSurface& targ
     }
     const std::int32_t shown_width = whole_pixels(source.ScaleWidth());
     const std::int32_t shown_height = whole_pixels(source.ScaleHeight());
-    // Drawing the copy back would change nothing where it has the surface's size; elsewhere it scales the picture.
+    // Drawing the copy back would change nothing where it has the surface's size; elsewhere it scales the
+    // picture.
     if (shown_width != copy.Width() || shown_height != copy.Height()) {
         copy.Stretch(source.hDC(), 0, 0, shown_width, shown_height);
     }

@@ -1,5 +1,6 @@
-// Turns a true-colour surface into one of at most 256 colours: the picture's own optimal palette, and an ordered
-// 4 by 4 dither into it (Bayer's matrix). The surface stays a true-colour surface. It also saves surfaces as BMP files.
+// Turns a true-colour surface into one of at most 256 colours: the picture's own optimal palette, and an
+// ordered 4 by 4 dither into it (Bayer's matrix). The surface stays a true-colour surface. It also saves
+// surfaces as BMP files.
 #pragma once
 
 #include <array>
@@ -26,19 +27,21 @@ class mDither8bpp {
 
     mDither8bpp();
 
-    /// Reduces the source to at most 256 colours and draws the result at the top left of the target, which may be the
-    /// same surface. The size is the source's outer size; it is drawn at the source's inner size. False when a copy
-    /// of the source cannot be made, as of a surface without pixels. Overflow for a size beyond 32 bits.
+    /// Reduces the source to at most 256 colours and draws the result at the top left of the target, which
+    /// may be the same surface. The size is the source's outer size; it is drawn at the source's inner size.
+    /// False when a copy of the source cannot be made, as of a surface without pixels. Overflow for a size
+    /// beyond 32 bits.
     bool transform_to_8bit(PictureSurface& source, PictureSurface& target);
 
-    /// Writes a surface as a 32-bit BMP file. False when a copy cannot be made; failures of files as in cDIB::Save.
+    /// Writes a surface as a 32-bit BMP file. False when a copy cannot be made; failures of files as in
+    /// cDIB::Save.
     bool save_bmp(const std::string& file_name, PictureSurface& surface);
 
     /// Optimal unless set otherwise: the picture's own palette. Halftone takes the 6 by 6 by 6 colour cube.
     std::int32_t DitherMode = OptimalMode;
 
-    /// Index in the palette for a colour of 16 levels a channel: entry (blue * 16 + green) * 16 + red. Overflow when
-    /// the palette has no platform palette.
+    /// Index in the palette for a colour of 16 levels a channel: entry (blue * 16 + green) * 16 + red.
+    /// Overflow when the palette has no platform palette.
     void BuildColorLookup(const cPal8bpp& palette);
 
     const std::array<std::uint8_t, 4096>& ColorLookup() const { return color_lookup_; }

@@ -143,9 +143,10 @@ void cDIB::Save(const std::string& filename) const {
 std::vector<std::uint8_t> cDIB::file_head() const {
     std::vector<std::uint8_t> palette;
     GetPalette(palette);
-    const std::int32_t pixels_at = file_header_bytes + info_header_bytes + static_cast<std::int32_t>(palette.size());
+    const std::int32_t pixels_at =
+        file_header_bytes + info_header_bytes + static_cast<std::int32_t>(palette.size());
 
-    std::vector<std::uint8_t> head(file_header_bytes + info_header_bytes);
+    std::vector<std::uint8_t> head(static_cast<std::size_t>(pixels_at));
     head[0] = 'B';
     head[1] = 'M';
     put_i32(head, 2, checked_add(pixels_at, size_));
@@ -156,7 +157,7 @@ std::vector<std::uint8_t> cDIB::file_head() const {
     put_i16(head, 26, header_.biPlanes);
     put_i16(head, 28, header_.biBitCount);
     // All that follows stays 0, the size of the pixels too: readers take that from the file's length.
-    head.insert(head.end(), palette.begin(), palette.end());
+    std::ranges::copy(palette, head.end() - static_cast<std::ptrdiff_t>(palette.size()));
     return head;
 }
 
@@ -176,8 +177,8 @@ std::int32_t cDIB::LoadBlt(const DrawingContext& hSrcDC, std::int32_t x, std::in
         return 0;
     }
     // One pair of coordinates serves both ends: the rectangle keeps its place.
-    return bit_blt(context_, x, y, nWidth < 1 ? width_ : nWidth, nHeight < 1 ? height_ : nHeight, hSrcDC, x, y,
-                   SRCCOPY);
+    return bit_blt(context_, x, y, nWidth < 1 ? width_ : nWidth, nHeight < 1 ? height_ : nHeight, hSrcDC, x,
+                   y, SRCCOPY);
 }
 
 std::int32_t cDIB::Stretch(DrawingContext& hDstDC, std::int32_t x, std::int32_t y, std::int32_t nWidth,
@@ -186,7 +187,8 @@ std::int32_t cDIB::Stretch(DrawingContext& hDstDC, std::int32_t x, std::int32_t 
     if (!section_) {
         return 0;
     }
-    const Rectangle from{XSrc, YSrc, nSrcWidth < 1 ? width_ : nSrcWidth, nSrcHeight < 1 ? height_ : nSrcHeight};
+    const Rectangle from{XSrc, YSrc, nSrcWidth < 1 ? width_ : nSrcWidth,
+                         nSrcHeight < 1 ? height_ : nSrcHeight};
     const std::int32_t mode_before = hDstDC.set_stretch_mode(COLORONCOLOR);
     const std::int32_t result = stretch_blt(hDstDC, {x, y, nWidth, nHeight}, context_, from, lROP);
     hDstDC.set_stretch_mode(mode_before);

@@ -1,5 +1,5 @@
-// A device-independent bitmap together with a memory drawing context: the off-screen buffer whose bytes colour
-// reduction reads and writes directly, and the writer of BMP files. It knows nothing of windows.
+// A device-independent bitmap together with a memory drawing context: the off-screen buffer whose bytes
+// colour reduction reads and writes directly, and the writer of BMP files. It knows nothing of windows.
 #pragma once
 
 #include <cstddef>
@@ -32,9 +32,9 @@ struct BITMAPINFOHEADER {
 
 static_assert(sizeof(BITMAPINFOHEADER) == 40);
 
-/// Either empty or holding a picture. Rows are stored lowest row first, each padded to 4 bytes; pixels of 32 bits
-/// are blue, green, red and a byte that is not used; pixels of 8 bits or fewer are indices into a colour table of
-/// blue, green, red, 0. Coordinates of the copies count from the top left as seen.
+/// Either empty or holding a picture. Rows are stored lowest row first, each padded to 4 bytes; pixels of 32
+/// bits are blue, green, red and a byte that is not used; pixels of 8 bits or fewer are indices into a colour
+/// table of blue, green, red, 0. Coordinates of the copies count from the top left as seen.
 class cDIB {
   public:
     cDIB() = default;
@@ -47,8 +47,9 @@ class cDIB {
     /// size fields computed before stand.
     bool Create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp);
 
-    /// Takes over a picture, at 32 bits or at the picture's own depth with its colour table. Returns the depth of
-    /// the picture, 0 when it is empty, not a bitmap (the object then stays as it was) or cannot be had.
+    /// Takes over a picture, at 32 bits or at the picture's own depth with its colour table. Returns the
+    /// depth of the picture, 0 when it is empty, not a bitmap (the object then stays as it was) or cannot be
+    /// had.
     std::uint8_t CreateFromStdPicture(const Picture& Image, bool Force32bpp);
 
     /// Takes over the top left NewWidth by NewHeight pixels of a context at 32 bits; black where it has none.
@@ -57,12 +58,12 @@ class cDIB {
     /// The same at 8 bits with the context's colour table.
     bool CreateFromHdc8bpp(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight);
 
-    /// Makes the other object a copy of this one. SubscriptOutOfRange when the other cannot be created, as from an
-    /// empty object; it is empty then.
+    /// Makes the other object a copy of this one. SubscriptOutOfRange when the other cannot be created, as
+    /// from an empty object; it is empty then.
     void CloneTo(cDIB& oDIB) const;
 
-    /// Writes a BMP file in place of any file of that name; nothing when empty. Overflow when the file would not
-    /// fit its 32-bit length field, otherwise the failures of files: a read-only file stays.
+    /// Writes a BMP file in place of any file of that name; nothing when empty. Overflow when the file would
+    /// not fit its 32-bit length field, otherwise the failures of files: a read-only file stays.
     void Save(const std::string& filename) const;
 
     /// Empties the object. The header keeps its last values.
@@ -73,8 +74,8 @@ class cDIB {
     std::int32_t LoadBlt(const DrawingContext& hSrcDC, std::int32_t x = 0, std::int32_t y = 0,
                          std::int32_t nWidth = 0, std::int32_t nHeight = 0);
 
-    /// Copies a rectangle of this picture into a rectangle of a context by nearest neighbour. A source width or
-    /// height below 1 means the whole; destination sizes are taken as they come, negative ones mirror.
+    /// Copies a rectangle of this picture into a rectangle of a context by nearest neighbour. A source width
+    /// or height below 1 means the whole; destination sizes are taken as they come, negative ones mirror.
     /// Returns 1, or 0 when nothing could be copied.
     std::int32_t Stretch(DrawingContext& hDstDC, std::int32_t x, std::int32_t y, std::int32_t nWidth,
                          std::int32_t nHeight, std::int32_t XSrc = 0, std::int32_t YSrc = 0,
@@ -91,8 +92,8 @@ class cDIB {
     /// The whole colour table, four bytes an entry. Above 8 bits or empty, the array is left as it came.
     void GetPalette(std::vector<std::uint8_t>& Palette) const;
 
-    /// Gives the picture a new size, stretched into it or at its old size in the top left corner as seen. With a
-    /// size that cannot be the object ends empty.
+    /// Gives the picture a new size, stretched into it or at its old size in the top left corner as seen.
+    /// With a size that cannot be the object ends empty.
     void Resize(std::int32_t NewWidth, std::int32_t NewHeight, bool StretchDIB);
 
     /// Where the picture goes in a box of DstW by DstH: with its proportions, centred, not enlarged unless

@@ -11,13 +11,15 @@ namespace varnoth {
 
 /// The pixels of one row of a 32-bit picture: Width times blue, green, red and a byte that is not used.
 inline std::span<const std::uint8_t> MapPixels(const cDIB& picture, std::int32_t row) {
-    const std::size_t start = static_cast<std::size_t>(row) * static_cast<std::size_t>(picture.BytesPerScanline());
+    const std::size_t start =
+        static_cast<std::size_t>(row) * static_cast<std::size_t>(picture.BytesPerScanline());
     return {picture.lpBits() + start, static_cast<std::size_t>(picture.Width()) * 4};
 }
 
 /// The indices of one row of an 8-bit picture.
 inline std::span<std::uint8_t> MapBytes(cDIB& picture, std::int32_t row) {
-    const std::size_t start = static_cast<std::size_t>(row) * static_cast<std::size_t>(picture.BytesPerScanline());
+    const std::size_t start =
+        static_cast<std::size_t>(row) * static_cast<std::size_t>(picture.BytesPerScanline());
     return {picture.lpBits() + start, static_cast<std::size_t>(picture.Width())};
 }
 

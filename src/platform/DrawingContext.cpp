@@ -145,17 +145,20 @@ std::int32_t stretch_blt(DrawingContext& destination, const Rectangle& to, const
     if (destination.bitmap() == nullptr || source.bitmap() == nullptr || operation != SRCCOPY) {
         return 0;
     }
-    Bitmap& target = *destination.bitmap();
-    const Bitmap& picture = *source.bitmap();
+    stretch_pixels(*destination.bitmap(), to, *source.bitmap(), from);
+    return 1;
+}
+
+void stretch_pixels(Bitmap& target, const Rectangle& to, const Bitmap& picture, const Rectangle& from) {
     if (&target == &picture) {
-        Bitmap copy = picture;
-        const DrawingContext copy_context(&copy);
-        return stretch_blt(destination, to, copy_context, from, operation);
+        const Bitmap copy = picture;
+        stretch_pixels(target, to, copy, from);
+        return;
     }
     const AxisMap columns = map_axis(to.x, to.width, target.width(), from.x, from.width, picture.width());
     const AxisMap rows = map_axis(to.y, to.height, target.height(), from.y, from.height, picture.height());
     if (columns.sources.empty() || rows.sources.empty()) {
-        return 1;
+        return;
     }
     if (!same_pixel_format(picture, target)) {
         copy_colours(picture, target, columns, rows);
@@ -164,7 +167,6 @@ std::int32_t stretch_blt(DrawingContext& destination, const Rectangle& to, const
     } else {
         copy_raw(picture, target, columns, rows);
     }
-    return 1;
 }
 
 std::int32_t get_colour_table(const DrawingContext& context, std::int32_t first, std::span<RGBQUAD> entries) {

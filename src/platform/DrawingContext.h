@@ -62,6 +62,9 @@ std::int32_t bit_blt(DrawingContext& destination, std::int32_t x, std::int32_t y
 std::int32_t stretch_blt(DrawingContext& destination, const Rectangle& to, const DrawingContext& source,
                          const Rectangle& from, std::uint32_t operation);
 
+/// The copy of stretch_blt between two bitmaps without contexts. They may be the same one.
+void stretch_pixels(Bitmap& target, const Rectangle& to, const Bitmap& picture, const Rectangle& from);
+
 /// Copies colour-table entries from `first` on into `entries` and returns how many there were. A bitmap of
 /// more than 8 bits has none.
 std::int32_t get_colour_table(const DrawingContext& context, std::int32_t first, std::span<RGBQUAD> entries);

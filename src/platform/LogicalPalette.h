@@ -29,8 +29,8 @@ class LogicalPalette {
     /// InvalidPropertyValue when the version is not 768 or the count not 1 to 256.
     explicit LogicalPalette(const LOGPALETTE& record);
 
-    /// Index of the entry nearest to the colour: squared Euclidean distance over red, green and blue, the lowest
-    /// index among equals.
+    /// Index of the entry nearest to the colour: squared Euclidean distance over red, green and blue, the
+    /// lowest index among equals.
     std::int32_t GetNearestPaletteIndex(Colour colour) const;
 
     std::int32_t size() const { return count_; }

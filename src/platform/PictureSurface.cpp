@@ -1,7 +1,6 @@
 #include "platform/PictureSurface.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "base/numbers.h"
@@ -105,9 +104,8 @@ void PictureSurface::SetPicture(const Picture& picture) {
     }
     Cls();
     if (kept.bitmap) {
-        Bitmap source = *kept.bitmap;
-        const DrawingContext from(&source);
-        bit_blt(context_, 0, 0, source.width(), source.height(), from, 0, 0, SRCCOPY);
+        const Rectangle whole{0, 0, kept.bitmap->width(), kept.bitmap->height()};
+        stretch_pixels(bitmap_, whole, *kept.bitmap, whole);
     }
     picture_ = kept;
     Refresh();
@@ -124,7 +122,7 @@ void PictureSurface::resize(std::int32_t width, std::int32_t height) {
     const std::size_t shared_row = static_cast<std::size_t>(std::min(width, bitmap_.width())) *
                                    static_cast<std::size_t>(bitmap_.bits_per_pixel()) / 8;
     for (std::int32_t y = 0; y < std::min(height, bitmap_.height()); ++y) {
-        std::memcpy(resized.row(y), bitmap_.row(y), shared_row);
+        std::copy_n(bitmap_.row(y), shared_row, resized.row(y)); // a row of no bytes may have no address
     }
     bitmap_ = std::move(resized);
     Refresh();

@@ -1,6 +1,7 @@
 // What the writers write, as ImageMagick and Netpbm read it; and where TGA compression loses pixels, which
 // ones are left.
 #include <algorithm>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,11 @@ struct Size {
     std::int32_t width;
     std::int32_t height;
 };
+
+// How a failing test tells its size.
+void PrintTo(const Size& size, std::ostream* stream) {
+    *stream << size.width << " by " << size.height;
+}
 
 // Widths 1 to 5, where padding differs, some odd ones, and a whole frame.
 constexpr Size sizes[] = {{1, 1}, {1, 5},  {2, 3},   {3, 4},   {4, 1},

@@ -52,7 +52,10 @@ std::vector<RGBQUAD> own_palette(const cDIB& picture) {
 
 void reduce(std::int32_t dither_mode, const cDIB& source, cDIB& target) {
     const std::vector<RGBQUAD> palette = dither_mode == 1 ? own_palette(source) : cube();
-    const std::array<std::uint8_t, 4096> lookup = color_lookup(palette);
+    std::array<std::uint8_t, 4096> lookup{};
+    if (dither_mode == 1) {
+        lookup = color_lookup(palette);
+    }
     std::vector<std::uint8_t> bytes;
     for (const RGBQUAD& entry : palette) {
         bytes.insert(bytes.end(), {entry.rgbBlue, entry.rgbGreen, entry.rgbRed, entry.rgbReserved});
@@ -133,7 +136,8 @@ bool transform_to_8bit(std::int32_t dither_mode, PictureSurface& source, Picture
     copy.Stretch(source.hDC(), 0, 0, shown_width, shown_height, 0, 0, copy.Width(), copy.Height(), SRCCOPY);
     cDIB reduced;
     reduce(dither_mode, copy, reduced);
-    reduced.Stretch(target.hDC(), 0, 0, shown_width, shown_height, 0, 0, reduced.Width(), reduced.Height(), SRCCOPY);
+    reduced.Stretch(target.hDC(), 0, 0, shown_width, shown_height, 0, 0, reduced.Width(), reduced.Height(),
+                    SRCCOPY);
     target.Refresh();
     return true;
 }

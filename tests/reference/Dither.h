@@ -1,5 +1,5 @@
-// The reduction to 8 bits with every copy made and every pixel worked out from the matrices, for the shipped dither to
-// be held equal to.
+// The reduction to 8 bits with every copy made and every pixel worked out from the matrices, for the shipped
+// dither to be held equal to.
 #pragma once
 
 #include <array>

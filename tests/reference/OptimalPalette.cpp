@@ -51,7 +51,8 @@ struct Tree {
         if (FreeHead == 0) {
             result = NodeCount;
             if (result > static_cast<std::int32_t>(OctreeNodes.size()) - 1) {
-                OctreeNodes.resize(static_cast<std::size_t>(round_to_even<std::int32_t>(NodeCount * 1.1)) + 1);
+                OctreeNodes.resize(static_cast<std::size_t>(round_to_even<std::int32_t>(NodeCount * 1.1)) +
+                                   1);
             }
         } else {
             result = FreeHead;

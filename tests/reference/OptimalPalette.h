@@ -1,5 +1,5 @@
-// The adaptive palette by plain recursion over plain node records, one step after the other, for the shipped octree to
-// be held equal to.
+// The adaptive palette by plain recursion over plain node records, one step after the other, for the shipped
+// octree to be held equal to.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@
 namespace varnoth::reference {
 
 struct OptimalPalette {
-    std::vector<RGBQUAD> colors;  ///< in the order of the node positions
-    std::int32_t reductions = 0;  ///< nodes reduced on the way
+    std::vector<RGBQUAD> colors; ///< in the order of the node positions
+    std::int32_t reductions = 0; ///< nodes reduced on the way
 };
 
 /// Nothing for a picture that is not of 32 bits. Fails as the shipped one does.

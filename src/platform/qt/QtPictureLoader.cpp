@@ -46,7 +46,7 @@ Content content_of(const Magic& magic) {
 }
 
 std::span<const std::uint8_t> bytes_of(const QByteArray& array) {
-    // The one place where Qt's signed characters become bytes.
+    // Qt keeps bytes as signed characters.
     return {reinterpret_cast<const std::uint8_t*>(array.constData()), static_cast<std::size_t>(array.size())};
 }
 

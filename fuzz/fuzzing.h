@@ -1,0 +1,137 @@
+// What every fuzz target shares: the one kind of exception that may come out, claims that must hold, files
+// made of input bytes, and small pictures made of them.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <span>
+#include <string>
+#include <utility>
+
+#include "base/RunTimeFailure.h"
+#include "base/files.h"
+#include "support/TemporaryFolder.h"
+#include "support/pictures.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace varnoth::fuzzing {
+
+/// True when the action went through, false when it ended in a run-time failure. Anything else that it throws
+/// is a finding.
+template <typename Action>
+bool goes_through(Action&& action) {
+    try {
+        action();
+        return true;
+    } catch (const RunTimeFailure&) {
+        return false;
+    }
+}
+
+/// A claim that holds for every input; a finding when it does not.
+inline void require(bool holds, const char* claim) {
+    if (!holds) {
+        std::fprintf(stderr, "does not hold: %s\n", claim);
+        std::abort();
+    }
+}
+
+/// The path of that name in a folder of this process, which is removed at its end. TMPDIR says where.
+inline std::string scratch_path(const std::string& name) {
+    static const test::TemporaryFolder folder;
+    return folder.file(name);
+}
+
+/// A file of these bytes under that name; returns its path.
+inline std::string scratch_file(const std::string& name, std::span<const std::uint8_t> bytes) {
+    std::string path = scratch_path(name);
+    OutputFile file(path);
+    file.write(bytes);
+    file.close();
+    return path;
+}
+
+/// Takes input bytes apart into small numbers. When they are used up, everything is 0.
+class Recipe {
+  public:
+    Recipe(const std::uint8_t* data, std::size_t size) : bytes_(data, size) {}
+
+    bool empty() const { return bytes_.empty(); }
+
+    std::uint8_t byte() {
+        if (bytes_.empty()) {
+            return 0;
+        }
+        const std::uint8_t first = bytes_.front();
+        bytes_ = bytes_.subspan(1);
+        return first;
+    }
+
+    std::int32_t number() {
+        const std::uint32_t low = byte();
+        const std::uint32_t middle = byte();
+        const std::uint32_t high = byte();
+        return static_cast<std::int32_t>(low | middle << 8 | high << 16 | std::uint32_t{byte()} << 24);
+    }
+
+    /// One of the numbers from lowest to highest, which lie less than 256 apart.
+    std::int32_t between(std::int32_t lowest, std::int32_t highest) {
+        return lowest + byte() % (highest - lowest + 1);
+    }
+
+    Colour colour() {
+        const std::uint8_t red = byte();
+        const std::uint8_t green = byte();
+        return make_colour(red, green, byte());
+    }
+
+    /// The next bytes, at most `count`.
+    std::span<const std::uint8_t> take(std::size_t count) {
+        const auto taken = bytes_.first(std::min(count, bytes_.size()));
+        bytes_ = bytes_.subspan(taken.size());
+        return taken;
+    }
+
+  private:
+    std::span<const std::uint8_t> bytes_;
+};
+
+/// Colours spelled out in the recipe, or chosen out of a palette that it spells out.
+inline std::vector<Colour> spelled_colours(Recipe& recipe, std::size_t count) {
+    std::vector<Colour> palette(static_cast<std::size_t>(recipe.between(0, 16)));
+    for (Colour& entry : palette) {
+        entry = recipe.colour();
+    }
+    std::vector<Colour> colours(count);
+    for (Colour& colour : colours) {
+        colour = palette.empty() ? recipe.colour() : palette[recipe.byte() % palette.size()];
+    }
+    return colours;
+}
+
+/// A borderless surface of 1 by 1 to `most` by `most` pixels and of one of these depths. Its pixels are
+/// spelled out in the recipe, or random ones of a seed in the recipe, for few bytes do not spell out 256
+/// colours.
+inline std::unique_ptr<test::TestSurface> surface_of(Recipe& recipe, std::int32_t most,
+                                                     std::span<const std::int32_t> depths) {
+    const std::int32_t width = recipe.between(1, most);
+    const std::int32_t height = recipe.between(1, most);
+    const std::int32_t depth = depths[recipe.byte() % depths.size()];
+    const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    const std::size_t manner = recipe.byte() % (std::size(test::all_characters) + 2);
+    if (manner < std::size(test::all_characters)) {
+        return test::random_surface(width, height, test::all_characters[manner], recipe.byte(), depth);
+    }
+    return test::surface_of(width, height, spelled_colours(recipe, count), depth);
+}
+
+inline constexpr std::array<std::int32_t, 3> all_depths{32, 24, 16};
+inline constexpr std::array<std::int32_t, 2> true_colour_depths{32, 24};
+
+} // namespace varnoth::fuzzing

@@ -1,0 +1,64 @@
+// The bytes are a PCX file: probed, decoded and drawn.
+#include <cstdlib>
+
+#include "codecs/CBitmap.h"
+#include "codecs/LoadPCX.h"
+#include "fuzzing.h"
+
+namespace {
+
+using namespace varnoth;
+
+constexpr std::int64_t most_decoded_pixels = 1 << 22;
+constexpr std::int64_t most_drawn_pixels = 1 << 16;
+
+struct Probe {
+    Truth answer = False;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::int16_t bpp = 0;
+
+    std::int64_t pixels() const { return std::abs(std::int64_t{width} * height); }
+};
+
+// A small file may announce a picture of 2 GiB that it does not fill, and get it; that takes seconds and
+// shows nothing. Three planes must all be there, so that what such a file announces is looked at whatever its
+// size.
+bool is_worth_decoding(const Probe& probe, std::span<const std::uint8_t> bytes) {
+    const bool has_three_planes = bytes.size() > 65 && bytes[65] == 3;
+    return has_three_planes || probe.pixels() <= most_decoded_pixels;
+}
+
+void draw(LoadPCX& reader, std::int64_t pixels) {
+    if (pixels > most_drawn_pixels) {
+        return;
+    }
+    test::TestSurface whole(1, 1);
+    if (fuzzing::goes_through([&] { reader.DrawPCX(whole); })) {
+        fuzzing::require(whole.bitmap().width() == reader.Width() &&
+                             whole.bitmap().height() == reader.Height(),
+                         "a surface that scales itself has the picture's size");
+    }
+    test::TestSurface framed(20, 10, 24, 2);
+    reader.SetAutoscale(False);
+    fuzzing::goes_through([&] { reader.DrawPCX(framed); });
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string path = fuzzing::scratch_file("input.pcx", {data, size});
+    CBitmap::CurrentBitmap = nullptr;
+    LoadPCX reader;
+    Probe probe;
+    probe.answer = reader.GetInfoPCX(path, probe.width, probe.height, probe.bpp);
+    if (!is_worth_decoding(probe, {data, size}) || !fuzzing::goes_through([&] { reader.Load(path); })) {
+        return 0;
+    }
+    fuzzing::require(reader.IsPCX() == probe.answer, "the probe judges like the reader");
+    fuzzing::require(reader.Width() == probe.width && reader.Height() == probe.height &&
+                         reader.Bpp() == probe.bpp,
+                     "the probe tells what the reader tells");
+    draw(reader, probe.pixels());
+    return 0;
+}

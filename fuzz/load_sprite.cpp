@@ -1,0 +1,102 @@
+// The bytes are a sprite file. One that loads is drawn frame by frame, saved and loaded again, and must then
+// hold the same frames.
+#include <algorithm>
+#include <limits>
+
+#include "fuzzing.h"
+#include "platform/PictureSurface.h"
+#include "sprite/hlspr.h"
+
+namespace {
+
+using namespace varnoth;
+
+constexpr std::int32_t largest_drawn_side = 256;
+constexpr std::int64_t largest_frame = 1 << 22;
+constexpr std::size_t most_saved_bytes = 1 << 20;
+
+// A small file may announce a frame of up to 2 GiB that it does not fill, and get it, of zeros. They cost
+// nothing but the sanitizer's own bookkeeping, which is half a second for each such frame and shows nothing.
+bool is_worth_loading(std::span<const std::uint8_t> bytes) {
+    std::size_t at = SpriteHeaderRecord::file_size + PaletteRecord::file_size;
+    while (at + FrameHeaderRecord::file_size <= bytes.size()) {
+        const auto record = bytes.subspan(at).first<FrameHeaderRecord::file_size>();
+        const FrameHeaderRecord header = frame_header_from_bytes(record);
+        const std::int64_t size = std::int64_t{header.FrameWidth} * header.FrameHeight;
+        if (size <= 0 || size > std::numeric_limits<std::int32_t>::max()) {
+            return true; // refused before memory is taken
+        }
+        if (size > largest_frame) {
+            return false;
+        }
+        at += FrameHeaderRecord::file_size + static_cast<std::size_t>(size);
+    }
+    return true;
+}
+
+std::size_t stored_bytes() {
+    std::size_t total = 0;
+    for (const ByteArray& frame : hlspr::document().FrameStore) {
+        total += frame.size();
+    }
+    return total;
+}
+
+bool is_small(const SpriteHeaderRecord& header) {
+    return header.Width <= largest_drawn_side && header.Height <= largest_drawn_side;
+}
+
+void draw_all() {
+    test::TestSurface picture(1, 1);
+    for (std::size_t i = 0; i < hlspr::document().FrameOrder.size(); ++i) {
+        auto number = static_cast<std::int16_t>(i);
+        fuzzing::goes_through([&] { hlspr::draw_frame(number, picture); });
+    }
+}
+
+// The file holds the last frame's header before every frame, so that frames of several sizes do not come
+// back.
+bool has_frames_of_one_size() {
+    const SpriteDocument& sprite = hlspr::document();
+    const auto size = static_cast<std::size_t>(sprite.FrameHeader.FrameWidth) *
+                      static_cast<std::size_t>(sprite.FrameHeader.FrameHeight);
+    return std::ranges::all_of(sprite.FrameStore,
+                               [&](const ByteArray& frame) { return frame.size() == size; });
+}
+
+void save_and_load() {
+    const SpriteDocument before = hlspr::document();
+    const bool comes_back = has_frames_of_one_size();
+    const std::string path = fuzzing::scratch_path("saved.spr");
+    fuzzing::require(hlspr::save_sprite(path) == True, "what was loaded can be saved");
+    const Truth loaded = hlspr::load_sprite(path);
+    if (!comes_back) {
+        return;
+    }
+    const SpriteDocument& after = hlspr::document();
+    fuzzing::require(loaded == True, "what was saved loads");
+    fuzzing::require(to_bytes(after.SpriteHeader) == to_bytes(before.SpriteHeader), "the header is the same");
+    fuzzing::require(to_bytes(after.Palette) == to_bytes(before.Palette), "the palette is the same");
+    fuzzing::require(to_bytes(after.FrameHeader) == to_bytes(before.FrameHeader),
+                     "the frame header is the same");
+    fuzzing::require(after.FrameStore == before.FrameStore, "the frames are the same");
+    fuzzing::require(after.FrameOrder == before.FrameOrder, "the order is the same");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    hlspr::document() = SpriteDocument();
+    const std::string path = fuzzing::scratch_file("input.spr", {data, size});
+    // Nothing comes out of loading, not even a run-time failure.
+    if (!is_worth_loading({data, size}) || hlspr::load_sprite(path) != True) {
+        return 0;
+    }
+    if (is_small(hlspr::document().SpriteHeader)) {
+        draw_all();
+    }
+    if (stored_bytes() <= most_saved_bytes) {
+        save_and_load();
+    }
+    return 0;
+}

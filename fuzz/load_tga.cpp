@@ -1,0 +1,91 @@
+// The bytes are a TGA file, or several with a separator between them, which go one after the other through
+// the same reader, as it keeps colour maps from file to file: probed, decoded and drawn.
+#include <algorithm>
+#include <cstdlib>
+
+#include "base/bytes.h"
+#include "codecs/CBitmap.h"
+#include "codecs/LoadTGA.h"
+#include "fuzzing.h"
+
+namespace {
+
+using namespace varnoth;
+
+constexpr std::array<std::uint8_t, 4> separator{'N', 'E', 'X', 'T'};
+constexpr std::size_t most_files = 4;
+constexpr std::int64_t most_decoded_pixels = 1 << 22;
+constexpr std::int64_t most_pixels_at_all = 1 << 29;
+constexpr std::int64_t most_drawn_pixels = 1 << 16;
+
+// What the header claims, computed wide, so that nothing overflows.
+std::int64_t claimed_pixels(const TgaHeader& header) {
+    const std::int64_t width = std::int64_t{header.ImageWidth} - header.XOrigin;
+    const std::int64_t height = std::int64_t{header.ImageHeight} - header.YOrigin;
+    return std::abs(width * height);
+}
+
+// A small file may announce a picture of up to 2 GiB that it does not fill, and get it; that takes long and
+// shows nothing. What is larger is refused before memory is taken, where no packets have to be expanded
+// first.
+bool is_worth_decoding(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < TgaHeader::size) {
+        return true;
+    }
+    const TgaHeader header = TgaHeader::from_bytes(bytes.first<TgaHeader::size>());
+    const bool is_plain = header.ImageType != 9 && header.ImageType != 10;
+    const bool is_refused_at_once =
+        is_plain && header.PixelDepth > 8 && claimed_pixels(header) > most_pixels_at_all;
+    return is_refused_at_once || claimed_pixels(header) <= most_decoded_pixels;
+}
+
+void draw(LoadTGA& reader) {
+    if (claimed_pixels(reader.Header()) > most_drawn_pixels ||
+        std::abs(std::int64_t{reader.Width()} * reader.Height()) > most_drawn_pixels) {
+        return;
+    }
+    reader.SetAutoscale(True);
+    test::TestSurface whole(1, 1);
+    if (fuzzing::goes_through([&] { reader.DrawTGA(whole); })) {
+        fuzzing::require(whole.bitmap().width() == reader.Width() &&
+                             whole.bitmap().height() == reader.Height(),
+                         "a surface that scales itself has the picture's size");
+    }
+    test::TestSurface framed(20, 10, 24, 2);
+    reader.SetAutoscale(False);
+    fuzzing::goes_through([&] { reader.DrawTGA(framed); });
+}
+
+void read(LoadTGA& reader, std::span<const std::uint8_t> bytes) {
+    const std::string path = fuzzing::scratch_file("input.tga", bytes);
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::int16_t bpp = 0;
+    const Truth answer = reader.GetInfoTGA(path, width, height, bpp);
+    if (!is_worth_decoding(bytes) || !fuzzing::goes_through([&] { reader.Load(path); })) {
+        return;
+    }
+    fuzzing::require(reader.IsTGA() == answer, "the probe judges like the reader");
+    fuzzing::require(reader.Header().ImageWidth == width && reader.Header().ImageHeight == height &&
+                         reader.Bpp() == bpp,
+                     "the probe tells what the reader tells");
+    draw(reader);
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    CBitmap::CurrentBitmap = nullptr;
+    LoadTGA reader;
+    std::span<const std::uint8_t> rest(data, size);
+    for (std::size_t files = 1;; ++files) {
+        const auto end = std::search(rest.begin(), rest.end(), separator.begin(), separator.end());
+        if (end == rest.end() || files == most_files) {
+            read(reader, rest);
+            return 0;
+        }
+        const auto length = static_cast<std::size_t>(end - rest.begin());
+        read(reader, rest.first(length));
+        rest = rest.subspan(length + separator.size());
+    }
+}

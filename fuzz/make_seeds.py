@@ -1,0 +1,296 @@
+#!/usr/bin/env python3
+"""Makes the seeds of the fuzz targets in fuzz/corpus/<target>: files as other programs write them, in all depths
+and encodings (ImageMagick and Netpbm must be installed), hand-made headers that lie, and recipes for the targets
+that make their own pictures. The seeds are committed; run this only to add to them. Old findings, whose names begin
+with "found-", are left alone."""
+
+import pathlib
+import random
+import struct
+import subprocess
+
+corpus = pathlib.Path(__file__).resolve().parent / "corpus"
+
+
+def put(target, name, data):
+    folder = corpus / target
+    folder.mkdir(parents=True, exist_ok=True)
+    (folder / name).write_bytes(data)
+
+
+def run(command, picture=b""):
+    return subprocess.run(command, input=picture, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                          shell=True, check=True).stdout
+
+
+def ppm(width, height, colours):
+    """A small picture of about that many colours."""
+    source = random.Random(width * 1000 + height * 10 + colours)
+    palette = [bytes(source.randrange(256) for _ in range(3)) for _ in range(colours)]
+    pixels, colour = [], palette[0]
+    for _ in range(width * height):
+        if source.randrange(3) == 0:
+            colour = source.choice(palette)
+        pixels.append(colour)
+    return b"P6\n%d %d\n255\n" % (width, height) + b"".join(pixels)
+
+
+def noise(count, seed=1):
+    return bytes(random.Random(seed).randrange(256) for _ in range(count))
+
+
+# PCX ----------------------------------------------------------------------------------------------------------------
+
+def pcx_header(bits=8, planes=1, width=8, height=4, line=None, encoding=1, version=5, manufacturer=10, x=0, y=0):
+    line = (width * bits + 15) // 16 * 2 if line is None else line
+    head = struct.pack("<BBBBhhhhhh", manufacturer, version, encoding, bits, x, y, x + width - 1, y + height - 1,
+                       72, 72)
+    return head + noise(48, 3) + struct.pack("<BBh", 0, planes, line) + bytes(60)
+
+
+def make_pcx():
+    for side, colours in (((1, 1), 2), ((5, 3), 2), ((7, 5), 14), ((9, 4), 200), ((16, 16), 2)):
+        picture = ppm(*side, colours)
+        label = "%dx%d" % side
+        put("load_pcx", "netpbm-24-bit-" + label, run("ppmtopcx -24bit", picture))
+        put("load_pcx", "netpbm-palette-" + label, run("ppmtopcx", picture))
+        put("load_pcx", "magick-true-colour-" + label, run("convert ppm:- -type TrueColor pcx:-", picture))
+        put("load_pcx", "magick-plain-" + label, run("convert ppm:- -type TrueColor -compress None pcx:-", picture))
+        put("load_pcx", "magick-palette-" + label, run("convert ppm:- -type Palette pcx:-", picture))
+        put("load_pcx", "magick-mono-" + label, run("convert ppm:- -type Bilevel pcx:-", picture))
+    for bits, planes in ((1, 1), (1, 4), (4, 1), (8, 1), (8, 3), (2, 1), (8, 4)):
+        layout = "%d-bit-%d-planes" % (bits, planes)
+        data = noise(4 * 8 * planes, bits + planes)
+        tail = b"\x0c" + noise(768, 5) if bits == 8 and planes == 1 else b""
+        plain = pcx_header(bits, planes, encoding=0)
+        put("load_pcx", "plain-" + layout, plain + data + tail)
+        put("load_pcx", "packed-" + layout, pcx_header(bits, planes) + bytes([0xC8, 1] * 12 * planes) + tail)
+        put("load_pcx", "short-" + layout, plain + data[:5])
+        put("load_pcx", "without-data-" + layout, plain)
+        put("load_pcx", "huge-" + layout, pcx_header(bits, planes, 32767, 32767, 32767 // planes) + data)
+        put("load_pcx", "line-of-0-" + layout, pcx_header(bits, planes, line=0) + data)
+        put("load_pcx", "negative-line-" + layout, pcx_header(bits, planes, line=-2) + data)
+        put("load_pcx", "line-of-1-" + layout, pcx_header(bits, planes, 40, 3, line=1, encoding=0) + data)
+        put("load_pcx", "width-0-" + layout, pcx_header(bits, planes, width=0, line=2) + data)
+        put("load_pcx", "negative-size-" + layout, pcx_header(bits, planes, -5, -5, 2) + data)
+    put("load_pcx", "grey-ramp-of-900-bytes", pcx_header(encoding=0) + noise(900))
+    put("load_pcx", "size-overflows", pcx_header(x=-32768, width=32768 + 9, line=2))
+    put("load_pcx", "line-overflows", pcx_header(planes=255, line=32767))
+    put("load_pcx", "runs-of-nothing", pcx_header(1, 1) + b"\xc0" * 40)
+    put("load_pcx", "ends-in-a-run-byte", pcx_header(1, 1) + b"\x01\xff")
+    put("load_pcx", "other-manufacturer", pcx_header(manufacturer=11) + noise(800))
+    put("load_pcx", "cut-header", pcx_header()[:70])
+    put("load_pcx", "empty", b"")
+
+
+# TGA ----------------------------------------------------------------------------------------------------------------
+
+def tga_header(depth=24, width=5, height=3, kind=2, map_kind=0, map_length=0, map_depth=0, x=0, y=0, descriptor=0,
+               ident=0, map_start=0):
+    return struct.pack("<BBBhhBhhhhBB", ident, map_kind, kind, map_start, map_length, map_depth, x, y, width, height,
+                       depth, descriptor)
+
+
+def make_tga():
+    for side, colours in (((1, 1), 2), ((5, 3), 4), ((8, 6), 40), ((3, 16), 200)):
+        picture = ppm(*side, colours)
+        label = "%dx%d" % side
+        for name, options in (("true-colour", "-type TrueColor"), ("alpha", "-alpha set -type TrueColorAlpha"),
+                              ("palette", "-type Palette"), ("grey", "-colorspace Gray -type Grayscale")):
+            for packing in ("None", "RLE"):
+                put("load_tga", "magick-%s-%s-%s" % (name, packing.lower(), label),
+                    run("convert ppm:- %s -compress %s tga:-" % (options, packing), picture))
+        put("load_tga", "netpbm-rgb-" + label, run("ppmtotga -rgb -norle", picture))
+        put("load_tga", "netpbm-rgb-packed-" + label, run("ppmtotga -rgb", picture))
+        put("load_tga", "netpbm-palette-" + label, run("ppmtotga -cmap -norle", picture))
+        put("load_tga", "netpbm-mono-" + label, run("ppmtopgm | ppmtotga -mono", picture))
+    for depth in (8, 16, 24, 32, 15, 1):
+        label = "%d-bit" % depth
+        data = noise(15 * 4, depth)
+        put("load_tga", "plain-" + label, tga_header(depth) + data)
+        put("load_tga", "top-down-" + label, tga_header(depth, descriptor=32) + data)
+        put("load_tga", "packed-" + label, tga_header(depth, kind=10) + b"\x8e" + data[:4] + b"\x03" + data[:16])
+        put("load_tga", "packet-beyond-the-end-" + label, tga_header(depth, kind=10) + b"\xff" + data[:4] + b"\x7f")
+        put("load_tga", "short-" + label, tga_header(depth) + data[:2])
+        put("load_tga", "huge-" + label, tga_header(depth, 32767, 32767) + data)
+        put("load_tga", "huge-packed-" + label, tga_header(depth, 1000, 32767, kind=10) + b"\xff" + data[:4])
+        put("load_tga", "origin-" + label, tga_header(depth, x=2, y=1) + data)
+        put("load_tga", "origin-beyond-" + label, tga_header(depth, x=7, y=9) + data)
+        put("load_tga", "width-0-" + label, tga_header(depth, width=0) + data)
+    maps = {}
+    for map_depth in (16, 24, 32, 15):
+        table = noise(map_depth // 8 * 16, map_depth)
+        maps[map_depth] = tga_header(8, kind=1, map_kind=1, map_length=16, map_depth=map_depth) + table
+        put("load_tga", "map-of-%d-bits" % map_depth, maps[map_depth] + noise(15))
+        put("load_tga", "map-of-%d-bits-cut" % map_depth, maps[map_depth][:40])
+        for length in (0, -1, 256, 257, 32767):
+            put("load_tga", "map-of-%d-entries-%d-bits" % (length, map_depth),
+                tga_header(8, kind=1, map_kind=1, map_length=length, map_depth=map_depth) + table + noise(15))
+    grey = tga_header(8, kind=3) + noise(15)
+    packed_grey = tga_header(8, kind=9) + b"\x87\x05\x06" + noise(7)
+    put("load_tga", "grey-after-a-map", b"NEXT".join((maps[24] + noise(15), grey)))
+    put("load_tga", "grey-after-a-long-map", b"NEXT".join(
+        (tga_header(8, kind=1, map_length=256, map_depth=24) + noise(768 + 15), grey + noise(755))))
+    put("load_tga", "several-after-a-map", b"NEXT".join((maps[24] + noise(15), maps[16] + noise(60), packed_grey,
+                                                         tga_header(32) + noise(60))))
+    put("load_tga", "unknown-after-a-picture", b"NEXT".join((tga_header() + noise(45), tga_header(15) + noise(9))))
+    put("load_tga", "size-overflows", tga_header(x=-32768, width=1))
+    put("load_tga", "row-overflows", tga_header(32, width=1024, height=1) + noise(60))
+    put("load_tga", "cut-header", tga_header()[:11])
+    put("load_tga", "empty", b"")
+
+
+# BMP and JPEG -------------------------------------------------------------------------------------------------------
+
+def bmp_header(file_size=70, offset=54, size=40, width=2, height=2, planes=1, depth=24, compression=0, image=16):
+    return b"BM" + struct.pack("<IHHIIiiHHIIiiII", file_size, 0, 0, offset, size, width, height, planes, depth,
+                               compression, image, 0, 0, 0, 0)
+
+
+def make_bmp():
+    picture = ppm(5, 3, 2)
+    for name, options in (("true-colour", "-type TrueColor bmp3:-"), ("palette", "-type Palette bmp3:-"),
+                          ("mono", "-type Bilevel bmp3:-"), ("packed", "-type Palette -compress RLE bmp3:-"),
+                          ("version-4", "bmp:-"), ("version-2", "bmp2:-")):
+        put("probe_bmp", "magick-" + name, run("convert ppm:- " + options, picture)[:200])
+    put("probe_bmp", "netpbm", run("ppmtobmp", picture)[:200])
+    for name, fields in (("top-down", {"height": -2}), ("width-0", {"width": 0}), ("file-size-0", {"file_size": 0}),
+                         ("offset-53", {"offset": 53}), ("core-header", {"size": 12}), ("planes-2", {"planes": 2}),
+                         ("compression-overflows", {"compression": 40000}), ("compression-32767", {"compression": 32767}),
+                         ("compression-negative", {"compression": 0xFFFFFFFF}), ("image-size-0", {"image": 0}),
+                         ("image-size-too-large", {"image": 71}), ("image-size-negative", {"image": 0x80000000}),
+                         ("depth-65535", {"depth": 65535})):
+        put("probe_bmp", name, bmp_header(**fields) + bytes(16))
+    put("probe_bmp", "cut", bmp_header()[:53])
+    put("probe_bmp", "empty", b"")
+
+
+def segment(marker, payload):
+    return struct.pack(">BBH", 255, marker, len(payload) + 2) + payload
+
+
+def make_jpeg():
+    picture = ppm(5, 3, 9)
+    for name, command in (("baseline", "cjpeg"), ("progressive", "cjpeg -progressive"), ("grey", "cjpeg -grayscale")):
+        put("probe_jpeg", "netpbm-" + name, run(f"command -v cjpeg >&- && {command} || convert ppm:- jpg:-", picture))
+    put("probe_jpeg", "magick", run("convert ppm:- -quality 10 jpg:-", picture))
+    put("probe_jpeg", "magick-progressive", run("convert ppm:- -interlace JPEG -quality 10 jpg:-", picture))
+    start = b"\xff\xd8"
+    jfif = segment(0xE0, b"JFIF\0\1\1\0\0\1\0\1\0\0")
+    size = struct.pack(">BHHB", 8, 3, 5, 1) + b"\1\x11\0"
+    put("probe_jpeg", "size-only", start + jfif + segment(0xC0, size))
+    put("probe_jpeg", "without-jfif", start + segment(0xE1, b"Exif\0\0" + bytes(8)) + segment(0xC0, size))
+    put("probe_jpeg", "other-app0", start + segment(0xE0, b"JFXX\0" + bytes(8)) + segment(0xC0, size))
+    put("probe_jpeg", "scan-first", start + jfif + segment(0xDA, bytes(10)) + segment(0xC0, size))
+    put("probe_jpeg", "stray-bytes", start + b"\0\1\2" + jfif + b"\0" * 5 + segment(0xC0, size))
+    put("probe_jpeg", "fill-bytes", start + b"\xff" * 9 + segment(0xC0, size))
+    put("probe_jpeg", "height-overflows", start + segment(0xC0, b"\x08\x80\0\0\5\1"))
+    put("probe_jpeg", "width-overflows", start + segment(0xC0, b"\x08\0\5\x80\0\1"))
+    put("probe_jpeg", "length-overflows", start + b"\xff\xe1\x80\0" + bytes(20))
+    put("probe_jpeg", "length-beyond-the-end", start + b"\xff\xe1\x7f\xff" + bytes(20))
+    put("probe_jpeg", "length-0", start + b"\xff\xe1\0\0" * 5)
+    put("probe_jpeg", "cut-in-the-size", start + jfif + segment(0xC0, size)[:6])
+    put("probe_jpeg", "start-only", start)
+    put("probe_jpeg", "empty", b"")
+
+
+# Sprites ------------------------------------------------------------------------------------------------------------
+
+def sprite(width=4, height=3, frames=2, ident=b"IDSP", version=2, claimed=None, colours=256, sizes=None):
+    sizes = sizes or [(width, height)] * frames
+    data = ident + struct.pack("<iiifiiifi", version, 2, 1, 2.5, width, height,
+                               len(sizes) if claimed is None else claimed, 0.0, 1)
+    data += struct.pack("<h", colours) + noise(768, 7)
+    for number, size in enumerate(sizes):
+        data += struct.pack("<iiiii", 0, -(size[0] // 2), size[1] // 2, *size)
+        data += noise(max(size[0] * size[1], 0) if abs(size[0] * size[1]) < 5000 else 12, number)
+    return data
+
+
+def make_sprites():
+    put("load_sprite", "one-pixel", sprite(1, 1, 1))
+    put("load_sprite", "two-frames", sprite())
+    put("load_sprite", "nine-frames", sprite(5, 7, 9))
+    put("load_sprite", "frames-of-several-sizes", sprite(sizes=[(4, 3), (2, 2), (8, 8)]))
+    put("load_sprite", "frames-smaller-than-the-sprite", sprite(9, 9, sizes=[(4, 3), (4, 3)]))
+    put("load_sprite", "frames-larger-than-the-sprite", sprite(2, 2, sizes=[(4, 3), (4, 3)]))
+    put("load_sprite", "negative-sprite-size", sprite(-4, -3, sizes=[(4, 3)]))
+    put("load_sprite", "negative-frame-size", sprite(sizes=[(-4, -3)]))
+    put("load_sprite", "frame-of-width-0", sprite(sizes=[(0, 3)]))
+    put("load_sprite", "huge-frame-size", sprite(sizes=[(65536, 65536)]))
+    put("load_sprite", "huge-legal-frame-size", sprite(sizes=[(32767, 65535)]))
+    put("load_sprite", "huge-frame-then-another", sprite(sizes=[(32767, 65535), (4, 3)]))
+    put("load_sprite", "more-frames-than-it-holds", sprite(claimed=3))
+    put("load_sprite", "fewer-frames-than-it-holds", sprite(claimed=1))
+    put("load_sprite", "without-frames", sprite(frames=0, sizes=[], claimed=0))
+    put("load_sprite", "negative-frame-count", sprite(claimed=-1))
+    put("load_sprite", "claims-32768-frames", sprite(claimed=32768))
+    put("load_sprite", "claims-2147483647-frames", sprite(claimed=2147483647))
+    put("load_sprite", "other-ident", sprite(ident=b"IDST"))
+    put("load_sprite", "other-version", sprite(version=1))
+    put("load_sprite", "colour-count-16", sprite(colours=16))
+    put("load_sprite", "cut-in-the-header", sprite()[:30])
+    put("load_sprite", "cut-in-the-palette", sprite()[:500])
+    put("load_sprite", "cut-in-a-frame-header", sprite()[:815])
+    put("load_sprite", "cut-in-a-frame", sprite()[:835])
+    put("load_sprite", "empty", b"")
+
+
+# Recipes: the first bytes choose size, depth and manner; see Recipe and surface_of in fuzzing.h ---------------------
+
+RANDOM_MANNERS = 6
+SPELLED_OUT = 6
+
+
+def surface(width, height, depth=0, manner=SPELLED_OUT, rest=b""):
+    """The recipe of a surface of at most 255 by 255, where the sizes count from 1."""
+    return bytes([width - 1, height - 1, depth, manner]) + rest
+
+
+def make_recipes():
+    spelled = bytes([3]) + noise(9, 11)
+    for target in ("write_read_pcx", "write_read_tga"):
+        for width, height in ((1, 1), (2, 3), (5, 2), (1, 9), (130, 2), (200, 200)):
+            for depth in range(3):
+                label = "%dx%d-depth-%d" % (width, height, depth)
+                put(target, "spelled-" + label,
+                    surface(width, height, depth, rest=spelled + noise(min(width * height, 300), width)))
+            for manner in range(RANDOM_MANNERS):
+                put(target, "manner-%d-%dx%d" % (manner, width, height),
+                    surface(width, height, manner=manner, rest=bytes([width])))
+        put(target, "black", surface(4, 4))
+    for mode in (0, 1):
+        for manner in range(RANDOM_MANNERS):
+            for side in ((1, 1), (3, 90), (96, 96)):
+                put("reduce", "mode-%d-manner-%d-%dx%d" % (mode, manner, *side),
+                    bytes([mode, 0]) + surface(*side, manner=manner, rest=b"\7"))
+        put("reduce", "mode-%d-two-of-one-size" % mode,
+            bytes([mode, 1]) + surface(40, 40, manner=0, rest=b"\1") + surface(40, 40, manner=5, rest=b"\2"))
+        put("reduce", "mode-%d-depths-24-and-16" % mode,
+            bytes([mode, 1]) + surface(33, 20, 1, 0, b"\1") + surface(33, 20, 2, 0, b"\2"))
+        put("reduce", "mode-%d-spelled" % mode,
+            bytes([mode, 0]) + surface(7, 5, rest=b"\0" + noise(3 * 35, 4)))
+    for picked in (0, 1):
+        head = bytes([picked, 10, 20, 30])
+        label = "-picked" if picked else ""
+        for manner in range(RANDOM_MANNERS):
+            pictures = [surface(20, 20, manner=manner, rest=bytes([seed])) for seed in range(3)]
+            put("import_mix", "manner-%d%s" % (manner, label), head + bytes([1, 1, 2]) + b"".join(pictures))
+        put("import_mix", "several-sizes" + label,
+            head + bytes([0, 1, 1]) + surface(4, 4, rest=spelled + noise(16)) + surface(9, 2, manner=1, rest=b"\5"))
+        put("import_mix", "depth-24" + label, head + bytes([1, 0, 0]) + surface(5, 4, rest=spelled + noise(20)))
+        put("import_mix", "one-pixel" + label, head + bytes([1, 1, 0]) + surface(1, 1, rest=b"\0\1\2\3"))
+    for width, height, frames in ((1, 1, 0), (1, 1, 1), (3, 4, 2), (7, 2, 24), (40, 40, 3)):
+        head = bytes([width - 1, height - 1]) + struct.pack("<iii", 2, 1, 0) + bytes([frames]) + noise(768, 9)
+        order = b"".join(bytes([frames - 1 - i]) + noise(min(width * height, 100), i) for i in range(frames))
+        put("write_read_sprite", "%d-frames-%dx%d" % (frames, width, height), head + order)
+    put("write_read_sprite", "all-zero", b"")
+
+
+if __name__ == "__main__":
+    make_pcx()
+    make_tga()
+    make_bmp()
+    make_jpeg()
+    make_sprites()
+    make_recipes()

@@ -1,0 +1,41 @@
+// Runs a fuzz target once over every file named, and over every file in the folders named, without libFuzzer:
+// so that the seeds and old findings are a test under every compiler.
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <vector>
+
+#include "fuzzing.h"
+
+namespace {
+
+std::vector<std::filesystem::path> files_of(const std::filesystem::path& place) {
+    if (!std::filesystem::is_directory(place)) {
+        return {place};
+    }
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(place)) {
+        if (entry.is_regular_file()) {
+            files.push_back(entry.path());
+        }
+    }
+    std::ranges::sort(files);
+    return files;
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    std::size_t inputs = 0;
+    for (int i = 1; i < count; ++i) {
+        for (const std::filesystem::path& file : files_of(arguments[i])) {
+            const std::vector<std::uint8_t> bytes = varnoth::test::read_file(file.string());
+            std::fprintf(stderr, "%s\n", file.c_str()); // the last one named is the one that ended it
+            LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+            ++inputs;
+        }
+    }
+    std::printf("%zu inputs\n", inputs);
+    return inputs == 0 ? 1 : 0; // no inputs is a wrong path, not a success
+}

@@ -1,0 +1,33 @@
+// A picture made of the bytes is written as a PCX file, plain and compressed, and must be read back the same.
+#include "codecs/LoadPCX.h"
+#include "codecs/SavePCX.h"
+#include "fuzzing.h"
+
+namespace {
+
+using namespace varnoth;
+
+constexpr std::int32_t largest_side = 200;
+
+void write_and_read(PictureSurface& picture, Truth compress) {
+    const std::string path = fuzzing::scratch_path("written.pcx");
+    SavePCX().SavePCXinFile(path, picture, compress);
+    LoadPCX reader;
+    reader.Load(path);
+    test::TestSurface drawn(1, 1);
+    reader.DrawPCX(drawn);
+    fuzzing::require(reader.IsPCX() == True, "what is written is a PCX file");
+    fuzzing::require(reader.Compressed() == compress, "the file says whether it is compressed");
+    fuzzing::require(test::colours_of(drawn) == test::colours_of(picture), "the picture comes back");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    fuzzing::Recipe recipe(data, size);
+    const auto picture = fuzzing::surface_of(recipe, largest_side, fuzzing::all_depths);
+    // Nothing fails here: the picture is small and the folder is our own.
+    write_and_read(*picture, False);
+    write_and_read(*picture, True);
+    return 0;
+}

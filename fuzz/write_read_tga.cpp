@@ -1,0 +1,53 @@
+// A picture made of the bytes is written as a TGA file. Plain, it must be read back the same. Compressed,
+// pixels may be missing: what the encoder writes need only be readable, of the right size, and the same for
+// the same picture.
+#include "codecs/LoadTGA.h"
+#include "codecs/SaveTGA.h"
+#include "fuzzing.h"
+
+namespace {
+
+using namespace varnoth;
+
+constexpr std::int32_t largest_side = 200;
+
+void read(const std::string& path, Truth compressed, PictureSurface& drawn) {
+    LoadTGA reader;
+    reader.Load(path);
+    reader.DrawTGA(drawn);
+    fuzzing::require(reader.IsTGA() == True, "what is written is a TGA file");
+    fuzzing::require(reader.Compressed() == compressed, "the file says whether it is compressed");
+}
+
+void write_and_read_plain(PictureSurface& picture) {
+    const std::string path = fuzzing::scratch_path("plain.tga");
+    SaveTGA().SaveTGAinFile(path, picture, False);
+    test::TestSurface drawn(1, 1);
+    read(path, False, drawn);
+    fuzzing::require(test::colours_of(drawn) == test::colours_of(picture), "the picture comes back");
+}
+
+void write_and_read_compressed(PictureSurface& picture) {
+    const std::string path = fuzzing::scratch_path("compressed.tga");
+    if (!fuzzing::goes_through([&] { SaveTGA().SaveTGAinFile(path, picture, True); })) {
+        return;
+    }
+    test::TestSurface drawn(1, 1);
+    read(path, True, drawn);
+    fuzzing::require(drawn.bitmap().width() == picture.bitmap().width() &&
+                         drawn.bitmap().height() == picture.bitmap().height(),
+                     "the size comes back");
+    const auto bytes = test::read_file(path);
+    SaveTGA().SaveTGAinFile(path, picture, True);
+    fuzzing::require(test::read_file(path) == bytes, "the same picture gives the same file");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    fuzzing::Recipe recipe(data, size);
+    const auto picture = fuzzing::surface_of(recipe, largest_side, fuzzing::all_depths);
+    write_and_read_plain(*picture);
+    write_and_read_compressed(*picture);
+    return 0;
+}

@@ -1,0 +1,87 @@
+#!/usr/bin/env python3
+"""Makes the samples once more and holds them equal to those in the tree: byte for byte, but JPEG files, whose bytes
+are the library's matter, by their size in pixels. Usage: samples_test.py MAKE_SAMPLES SAMPLES"""
+import os
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+MAKE_SAMPLES, SAMPLES = sys.argv[1:3]
+FRAMES = 16
+SIDE = 64
+
+
+def read(folder, name):
+    with open(os.path.join(folder, name), "rb") as file:
+        return file.read()
+
+
+def bmp_pixels(data):
+    """Size, depth, and the pixels of a bottom-up BMP file of 24 bits whose rows need no padding."""
+    start, = struct.unpack_from("<I", data, 10)
+    width, height, _, bits = struct.unpack_from("<iiHH", data, 18)
+    body = data[start:start + width * height * 3]
+    return (width, height, bits), [body[i:i + 3] for i in range(0, len(body), 3)]
+
+
+def jpeg_size(data):
+    """Width and height of a baseline JPEG file; a file of another kind has none."""
+    at = 2
+    while data[at] == 0xFF:
+        marker, length = data[at + 1], struct.unpack_from(">H", data, at + 2)[0]
+        if marker == 0xC0:
+            height, width = struct.unpack_from(">HH", data, at + 5)
+            return width, height
+        at += 2 + length
+    return None
+
+
+class Samples(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        subprocess.run([MAKE_SAMPLES, cls.folder.name], check=True)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.folder.cleanup()
+
+    def test_the_same_files_come_out(self):
+        self.assertEqual(sorted(os.listdir(self.folder.name)), sorted(os.listdir(SAMPLES)))
+        self.assertEqual(len(os.listdir(SAMPLES)), FRAMES * 4 + 1)
+
+    def test_the_same_bytes_come_out(self):
+        for name in sorted(os.listdir(SAMPLES)):
+            if not name.endswith(".jpg"):
+                self.assertEqual(read(self.folder.name, name), read(SAMPLES, name), name)
+
+    def test_jpeg_files_are_baseline_and_of_the_same_size(self):
+        for frame in range(FRAMES):
+            for folder in (SAMPLES, self.folder.name):
+                self.assertEqual(jpeg_size(read(folder, f"explosion_{frame}.jpg")), (SIDE, SIDE))
+
+    def test_every_frame_has_more_than_256_colours(self):
+        for frame in range(FRAMES):
+            form, pixels = bmp_pixels(read(SAMPLES, f"explosion_{frame}.bmp"))
+            self.assertEqual(form, (SIDE, SIDE, 24))
+            self.assertGreater(len(set(pixels)), 256, f"frame {frame}")
+
+    def test_the_chart_has_8_bits_a_pixel(self):
+        form, _ = bmp_pixels(read(SAMPLES, "palette.bmp"))
+        self.assertEqual(form, (SIDE, SIDE, 8))
+
+    def test_pcx_and_tga_files_hold_the_pixels_of_the_bmp_files(self):
+        for frame in range(FRAMES):
+            _, pixels = bmp_pixels(read(SAMPLES, f"explosion_{frame}.bmp"))
+            # Both store rows from the bottom, blue first, after a header of 18 bytes.
+            self.assertEqual(read(SAMPLES, f"explosion_{frame}.tga")[18:], b"".join(pixels))
+            # Rows from the top, each a line of red, of green and of blue, after a header of 128 bytes.
+            rows = [pixels[at:at + SIDE] for at in range(0, len(pixels), SIDE)][::-1]
+            lines = [bytes(pixel[channel] for pixel in row) for row in rows for channel in (2, 1, 0)]
+            self.assertEqual(read(SAMPLES, f"explosion_{frame}.pcx")[128:], b"".join(lines))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])

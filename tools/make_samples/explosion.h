@@ -1,0 +1,22 @@
+// The sample explosion, computed: a fireball of seeded noise that grows, throws embers and cools to smoke.
+// The same on every machine: nothing but additions, multiplications, divisions and square roots goes into it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "platform/Colour.h"
+
+namespace varnoth::samples {
+
+inline constexpr std::int32_t explosion_frames = 16;
+inline constexpr std::int32_t explosion_side = 64; ///< width and height in pixels
+
+/// The pixels of a frame, 0 to 15, rows from the top, on black.
+std::vector<Colour> explosion_frame(std::int32_t frame);
+
+/// The 256 colours of the chart: fire from cold to white-hot, smoke, and fire seen through smoke.
+std::array<Colour, 256> chart_colours();
+
+} // namespace varnoth::samples
