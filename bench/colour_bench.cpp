@@ -112,7 +112,7 @@ BENCHMARK(count_plain)->Name("64 times is_more_than_256/plain");
 BENCHMARK(count_to_end_shipped)->Name("64 times is_more_than_256 to the end/shipped");
 BENCHMARK(count_to_end_plain)->Name("64 times is_more_than_256 to the end/plain");
 BENCHMARK(reduce_shipped)->Name("64 times transform_to_8bit/shipped");
-BENCHMARK(reduce_plain)->Name("64 times transform_to_8bit/plain")->Iterations(1);
+BENCHMARK(reduce_plain)->Name("64 times transform_to_8bit/plain")->Iterations(1)->Repetitions(3);
 BENCHMARK(palette_shipped)->Name("CreateOptimal/shipped");
 BENCHMARK(palette_plain)->Name("CreateOptimal/plain");
 BENCHMARK(lookup_shipped)->Name("BuildColorLookup/shipped");
