@@ -1,5 +1,5 @@
-// Peak resident memory of imports of several sizes, one JSON object a line. Each import runs in a process of its own,
-// which makes its pictures first and forgets the peak of that time.
+// Peak resident memory of imports of several sizes, one JSON object a line. Each import runs in a process of
+// its own, which makes its pictures first and forgets the peak of that time.
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -47,8 +47,8 @@ void measure(const std::string& folder, std::int32_t count) {
     const long before = memory_field("VmRSS:");
     forget_peak();
     import_folder(folder, count);
-    std::printf("{\"pictures\": %d, \"before_kb\": %ld, \"peak_kb\": %ld, \"sprite_kb\": %zu}\n", count, before,
-                memory_field("VmHWM:"), sprite_bytes() / 1024);
+    std::printf("{\"pictures\": %d, \"before_kb\": %ld, \"peak_kb\": %ld, \"sprite_kb\": %zu}\n", count,
+                before, memory_field("VmHWM:"), sprite_bytes() / 1024);
     std::fflush(stdout);
 }
 

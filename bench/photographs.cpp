@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include "colour/mDither8bpp.h"
 #include "support/PictureFolder.h"
@@ -23,18 +22,19 @@ float smooth(float part) {
     return part * part * (3.0F - 2.0F * part);
 }
 
-// Value noise: the lattice, interpolated smoothly.
+float mix(float a, float b, float part) {
+    return a + part * (b - a);
+}
+
+// Value noise: the lattice, interpolated smoothly. Neither coordinate is negative.
 float noise(std::uint32_t seed, float x, float y) {
-    const float left = std::floor(x);
-    const float top = std::floor(y);
-    const auto column = static_cast<std::uint32_t>(left);
-    const auto row = static_cast<std::uint32_t>(top);
-    const float right_part = smooth(x - left);
-    const float upper =
-        std::lerp(lattice(seed, column, row), lattice(seed, column + 1, row), right_part);
-    const float lower =
-        std::lerp(lattice(seed, column, row + 1), lattice(seed, column + 1, row + 1), right_part);
-    return std::lerp(upper, lower, smooth(y - top));
+    const auto column = static_cast<std::uint32_t>(x);
+    const auto row = static_cast<std::uint32_t>(y);
+    const float right_part = smooth(x - static_cast<float>(column));
+    const float lower_part = smooth(y - static_cast<float>(row));
+    const float upper = mix(lattice(seed, column, row), lattice(seed, column + 1, row), right_part);
+    const float lower = mix(lattice(seed, column, row + 1), lattice(seed, column + 1, row + 1), right_part);
+    return mix(upper, lower, lower_part);
 }
 
 // Six octaves, each twice as fine and half as strong as the one before; from 0 to 1.
@@ -67,7 +67,7 @@ std::vector<std::uint8_t> photograph_bytes(std::uint32_t seed) {
             const float light = fractal(seed * 64, x, y);
             for (std::uint32_t i = 0; i < 3; ++i) {
                 const float cloud = fractal(seed * 64 + 16 * (i + 1), x, y);
-                const float gradient = std::lerp(tint[i], 1.0F - tint[(i + 1) % 3], (x + y) / 8.0F);
+                const float gradient = mix(tint[i], 1.0F - tint[(i + 1) % 3], (x + y) / 8.0F);
                 bytes.push_back(channel(0.5F * light + 0.4F * cloud + 0.5F * gradient - 0.2F));
             }
         }

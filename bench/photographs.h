@@ -1,5 +1,5 @@
-// Pictures with the character of photographs for the benchmarks: clouds of fractal noise over gradients, with tens of
-// thousands of colours each and no two pictures alike. The same for the same seed on every run.
+// Pictures with the character of photographs for the benchmarks: clouds of fractal noise over gradients, with
+// tens of thousands of colours each and no two pictures alike. The same for the same seed on every run.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// The platform services that the benchmarks of the import run on: the program's own where it is built with Qt,
-// otherwise a loader that copies 24-bit BMP files and a yield that only looks at the clock.
+// The platform services that the benchmarks of the import run on: the program's own where it is built with
+// Qt, otherwise a loader that copies 24-bit BMP files and a yield that only looks at the clock.
 #pragma once
 
 #include <memory>

@@ -174,10 +174,18 @@ void FinalizePalette(PictureSurface& surface) {
     InitColorTable();
     PrepareMixBits(surface);
     ReadMixBits(surface);
+    ColourSet written;
+    const auto is_in_palette = [&](const RGBQUAD& pixel) {
+        const auto free_entry = static_cast<std::size_t>(ColorCount);
+        return written.contains(colour_of(pixel)) ||
+               (free_entry < ImportPalette.size() &&
+                colour_of(ImportPalette[free_entry]) == colour_of(pixel));
+    };
     visit_pixels(surface, [&](const RGBQUAD& pixel) {
-        if (!SeekColorInPalette(pixel.rgbRed, pixel.rgbGreen, pixel.rgbBlue, ColorCount)) {
+        if (!is_in_palette(pixel)) {
             check_subscript(ColorCount, ImportPalette.size());
             ImportPalette[static_cast<std::size_t>(ColorCount)] = pixel;
+            written.insert(colour_of(pixel));
             ++ColorCount;
         }
     });

@@ -52,11 +52,11 @@ class ForeignBmp : public testing::TestWithParam<std::int32_t> {
 };
 
 TEST_P(ForeignBmp, ImageMagickReadsTheSamePixels) {
-    EXPECT_EQ(test::output_of("convert '" + path + "' -alpha off -depth 8 ppm:-"), pixmap_of(dib));
+    EXPECT_EQ(test::run_tool("convert '" + path + "' -alpha off -depth 8 ppm:-"), pixmap_of(dib));
 }
 
 TEST_P(ForeignBmp, NetpbmReadsTheSamePixels) {
-    EXPECT_EQ(test::output_of("bmptopnm -quiet '" + path + "'"), pixmap_of(dib));
+    EXPECT_EQ(test::run_tool("bmptopnm -quiet '" + path + "'"), pixmap_of(dib));
 }
 
 INSTANTIATE_TEST_SUITE_P(Depths, ForeignBmp, testing::Values(32, 8, 4),

@@ -18,153 +18,7 @@ namespace {
 
 constexpr std::int32_t optimal_mode = 1;
 
-bool same_channels(const RGBQUAD& a, const RGBQUAD& b) {
-    return a.rgbRed == b.rgbRed && a.rgbGreen == b.rgbGreen && a.rgbBlue == b.rgbBlue;
-}
-
 } // namespace
-
-void PaletteMixing::InitColorTable() {
-    ColorCount = 0;
-    ColorTable.assign(1001, RGBQUAD{});
-}
-
-bool PaletteMixing::PrepareMixBits(const PictureSurface& surface) {
-    if (surface.ScaleWidth() == MixInfo.bmWidth && surface.ScaleHeight() == MixInfo.bmHeight) {
-        return true;
-    }
-    MixInfo = surface.description();
-    if (MixInfo.bmBitsPixel < 24) {
-        MixBits.shrink();
-        return false;
-    }
-    MixBits.size_for(MixInfo);
-    return true;
-}
-
-RGBQUAD PaletteMixing::pixel_at(std::int32_t x, std::int32_t y) const {
-    return {MixBits.at(0, x, y), MixBits.at(1, x, y), MixBits.at(2, x, y), 0};
-}
-
-bool PaletteMixing::SeekColorInTable(const RGBQUAD& colour, std::int32_t limit) const {
-    const std::int32_t upper = static_cast<std::int32_t>(ColorTable.size()) - 1;
-    for (std::int32_t position = 0; position <= limit && position <= upper; ++position) {
-        if (same_channels(ColorTable[static_cast<std::size_t>(position)], colour)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool PaletteMixing::AddPictureColors(const PictureSurface& surface) {
-    if (!PrepareMixBits(surface)) {
-        return false;
-    }
-    MixBits.read(surface);
-    for (std::int32_t y = 0; y < surface.ScaleHeight(); ++y) {
-        yield_to_events();
-        for (std::int32_t x = 0; x < surface.ScaleWidth(); ++x) {
-            const RGBQUAD colour = pixel_at(x, y);
-            if (!SeekColorInTable(colour, ColorCount)) {
-                ColorTable[static_cast<std::size_t>(ColorCount)] = colour;
-                ++ColorCount;
-                if (ColorCount > static_cast<std::int32_t>(ColorTable.size()) - 1) {
-                    ColorTable.resize(ColorTable.size() + 1000);
-                }
-            }
-        }
-    }
-    return true;
-}
-
-void PaletteMixing::DrawColorTable(PictureSurface& surface) const {
-    surface.SetWidth(512);
-    surface.SetHeight(512);
-    surface.SetBackColor(colour_of(ColorTable[0]));
-    std::int32_t x = 0;
-    std::int32_t y = 0;
-    for (std::int32_t position = 0; position <= ColorCount; ++position) {
-        surface.PSet(x, y, colour_of(ColorTable[static_cast<std::size_t>(position)]));
-        if (x <= surface.ScaleWidth()) {
-            x = x + 1;
-        } else {
-            x = 0;
-            y = y + 1;
-        }
-    }
-    for (y = 0; y < surface.ScaleHeight(); ++y) {
-        if (surface.Point(0, y) == surface.BackColor() && surface.Point(0, y + 1) == surface.BackColor()) {
-            surface.SetHeight(y + 1);
-            break;
-        }
-    }
-}
-
-bool PaletteMixing::SeekColorInPalette(const RGBQUAD& colour, std::int32_t limit) const {
-    for (std::int32_t position = 0; position <= limit && position <= 255; ++position) {
-        if (same_channels(ImportPalette[static_cast<std::size_t>(position)], colour)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-void PaletteMixing::FinalizePalette(const PictureSurface& surface) {
-    InitColorTable();
-    PrepareMixBits(surface);
-    MixBits.read(surface);
-    for (std::int32_t y = 0; y < surface.ScaleHeight(); ++y) {
-        yield_to_events();
-        for (std::int32_t x = 0; x < surface.ScaleWidth(); ++x) {
-            const RGBQUAD colour = pixel_at(x, y);
-            if (!SeekColorInPalette(colour, ColorCount)) {
-                check_subscript(ColorCount, 256);
-                ImportPalette[static_cast<std::size_t>(ColorCount)] = colour;
-                ++ColorCount;
-            }
-        }
-    }
-    LookupPalette = ImportPalette;
-    has_lookup = true;
-}
-
-void PaletteMixing::SwapTransparent(const RGBQUAD& colour) {
-    bool moved = false;
-    RGBQUAD remembered;
-    for (std::size_t i = 0; i < 256; ++i) {
-        if (same_channels(ImportPalette[i], colour)) {
-            if (!moved) {
-                remembered = ImportPalette[255];
-                ImportPalette[255] = colour;
-                ImportPalette[i] = remembered;
-                moved = true;
-            } else {
-                ImportPalette[255] = colour;
-                ImportPalette[i] = remembered;
-            }
-        }
-    }
-}
-
-std::int16_t PaletteMixing::nearest_index(const RGBQUAD& colour) const {
-    if (!has_lookup) {
-        fail(Failure::Overflow);
-    }
-    std::int16_t nearest = 0;
-    std::int32_t nearest_distance = 1 << 30;
-    for (std::int16_t i = 0; i < 256; ++i) {
-        const RGBQUAD& entry = LookupPalette[static_cast<std::size_t>(i)];
-        const std::int32_t to_red = entry.rgbRed - colour.rgbRed;
-        const std::int32_t to_green = entry.rgbGreen - colour.rgbGreen;
-        const std::int32_t to_blue = entry.rgbBlue - colour.rgbBlue;
-        const std::int32_t distance = to_red * to_red + to_green * to_green + to_blue * to_blue;
-        if (distance < nearest_distance) {
-            nearest_distance = distance;
-            nearest = i;
-        }
-    }
-    return nearest;
-}
 
 void stretch(const PictureSurface& from, PictureSurface& to) {
     const std::int32_t width = to.bitmap().width();
@@ -180,7 +34,7 @@ void stretch(const PictureSurface& from, PictureSurface& to) {
     }
 }
 
-void add_frame(SpriteDocument& sprite, const PictureSurface& picture, const PaletteMixing& mixing) {
+void add_frame(SpriteDocument& sprite, const PictureSurface& picture, const Mixpals& mixing) {
     sprite.SpriteHeader.FrameCount = checked_add(sprite.SpriteHeader.FrameCount, 1);
     const auto number = narrow<std::int16_t>(sprite.SpriteHeader.FrameCount - 1);
     const auto slot = static_cast<std::size_t>(number);
@@ -202,8 +56,9 @@ void add_frame(SpriteDocument& sprite, const PictureSurface& picture, const Pale
         yield_to_events();
         for (std::int32_t x = 0; x < width; ++x) {
             yield_to_events();
+            const Colour colour = picture.Point(x, y);
             sprite.FrameStore[slot][at] =
-                narrow<std::uint8_t>(mixing.nearest_index(quad_of(picture.Point(x, y))));
+                narrow<std::uint8_t>(mixing.nearest_index(red_of(colour), green_of(colour), blue_of(colour)));
             ++at;
         }
     }
@@ -234,16 +89,17 @@ void prepare(AddFramesForm& form, std::int16_t index, ProcessPicture1& toolbox, 
     }
 }
 
-RGBQUAD channels_of(Colour c) {
+void swap_transparent(Mixpals& mixing, Colour c) {
     const std::int32_t red = c % 256;
     const auto blue = static_cast<std::int32_t>(std::floor(c / 65536.0));
     const auto green = static_cast<std::int32_t>(std::floor((c - blue * 65536.0 - red) / 256.0));
-    return {narrow<std::uint8_t>(blue), narrow<std::uint8_t>(green), narrow<std::uint8_t>(red), 0};
+    mixing.SwapTransparent(narrow<std::uint8_t>(red), narrow<std::uint8_t>(green),
+                           narrow<std::uint8_t>(blue));
 }
 
 } // namespace
 
-void import_frames(AddFramesForm& form, ImportView& view, PaletteMixing& mixing) {
+void import_frames(AddFramesForm& form, ImportView& view, Mixpals& mixing) {
     std::int16_t selected = 0;
     for (std::int32_t i = 0; i < form.entry_count(); ++i) {
         if (form.is_selected(i)) {
@@ -299,7 +155,7 @@ void import_frames(AddFramesForm& form, ImportView& view, PaletteMixing& mixing)
         view.show_step("Finalizing Palette...");
         mixing.FinalizePalette(form.jojoPalette());
         if (form.pick_enabled()) {
-            mixing.SwapTransparent(channels_of(form.transparent_colour()));
+            swap_transparent(mixing, form.transparent_colour());
         }
         view.show_phase("Adding Frames...");
     }

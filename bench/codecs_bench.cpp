@@ -1,0 +1,170 @@
+// The PCX and TGA readers and writers on a drawing of flat areas, whole files first, then the run-length
+// coders beside their plain steps; the photograph has hardly a run.
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "codecs/LoadPCX.h"
+#include "codecs/LoadTGA.h"
+#include "codecs/SavePCX.h"
+#include "codecs/SaveTGA.h"
+#include "photographs.h"
+#include "reference/LoadPCX.h"
+#include "reference/LoadTGA.h"
+#include "reference/PcxRle.h"
+#include "reference/TgaRle.h"
+
+namespace varnoth::bench {
+namespace {
+
+constexpr std::int32_t side = photograph_side;
+constexpr std::size_t pixel_count = std::size_t{side} * side;
+
+const test::TemporaryFolder& folder() {
+    static const test::TemporaryFolder the_folder;
+    return the_folder;
+}
+
+// A drawing of flat areas: no run-length coder loses anything of it.
+PictureSurface& drawing() {
+    static const auto surface = test::random_surface(side, side, test::Character::Runs, 5);
+    return *surface;
+}
+
+std::string pcx_path(bool compressed) {
+    const std::string path = folder().file(compressed ? "packed.pcx" : "plain.pcx");
+    SavePCX().SavePCXinFile(path, drawing(), compressed ? True : False);
+    return path;
+}
+
+std::string tga_path(bool compressed) {
+    const std::string path = folder().file(compressed ? "packed.tga" : "plain.tga");
+    SaveTGA().SaveTGAinFile(path, drawing(), compressed ? True : False);
+    return path;
+}
+
+void load_pcx(benchmark::State& state, bool compressed) {
+    const std::string path = pcx_path(compressed);
+    test::TestSurface target(1, 1);
+    for (auto _ : state) {
+        LoadPCX reader;
+        reader.Load(path);
+        reader.DrawPCX(target);
+    }
+}
+
+void load_tga(benchmark::State& state, bool compressed) {
+    const std::string path = tga_path(compressed);
+    test::TestSurface target(1, 1);
+    for (auto _ : state) {
+        LoadTGA reader;
+        reader.Load(path);
+        reader.DrawTGA(target);
+    }
+}
+
+void save_pcx(benchmark::State& state, bool compressed) {
+    for (auto _ : state) {
+        pcx_path(compressed);
+    }
+}
+
+void save_tga(benchmark::State& state, bool compressed) {
+    for (auto _ : state) {
+        tga_path(compressed);
+    }
+}
+
+using Bytes = std::vector<std::uint8_t>;
+
+// The three channel bytes of every pixel of the drawing, followed by a spare byte for the decoders.
+const Bytes& drawing_bytes() {
+    static const Bytes bytes = [] {
+        Bytes made;
+        for (const Colour colour : test::colours_of(drawing())) {
+            made.insert(made.end(), {blue_of(colour), green_of(colour), red_of(colour)});
+        }
+        return made;
+    }();
+    return bytes;
+}
+
+Bytes with_spare_byte(const ByteArray& bytes) {
+    Bytes result(bytes.bytes().begin(), bytes.bytes().end());
+    result.push_back(0);
+    return result;
+}
+
+const Bytes& pcx_runs() {
+    static const Bytes bytes = with_spare_byte(SavePCX::EncodeRle(drawing_bytes(), 3 * side));
+    return bytes;
+}
+
+const Bytes& tga_runs() {
+    static const Bytes bytes = with_spare_byte(SaveTGA::EncodeRle(drawing_bytes(), side));
+    return bytes;
+}
+
+// One call of a coder again and again.
+template <typename Code>
+void repeat(benchmark::State& state, Code code) {
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(code());
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t{3 * pixel_count});
+}
+
+void add(const std::string& name, void (*run)(benchmark::State&, bool)) {
+    benchmark::RegisterBenchmark((name + ", plain file/shipped").c_str(), run, false);
+    benchmark::RegisterBenchmark((name + ", compressed/shipped").c_str(), run, true);
+}
+
+template <typename Shipped, typename Plain>
+void add_coder(const std::string& name, Shipped shipped, Plain plain) {
+    benchmark::RegisterBenchmark((name + "/shipped").c_str(),
+                                 [=](benchmark::State& state) { repeat(state, shipped); });
+    benchmark::RegisterBenchmark((name + "/plain").c_str(),
+                                 [=](benchmark::State& state) { repeat(state, plain); });
+}
+
+void add_all() {
+    add("read PCX", load_pcx);
+    add("read TGA", load_tga);
+    add("write PCX", save_pcx);
+    add("write TGA", save_tga);
+    add_coder(
+        "PCX run-length encoder, drawing", [] { return SavePCX::EncodeRle(drawing_bytes(), 3 * side); },
+        [] { return reference::encode_pcx_rle(drawing_bytes()); });
+    static const Bytes photograph_pixels = photograph_bytes(0);
+    add_coder(
+        "PCX run-length encoder, photograph", [] { return SavePCX::EncodeRle(photograph_pixels, 3 * side); },
+        [] { return reference::encode_pcx_rle(photograph_pixels); });
+    add_coder(
+        "TGA run-length encoder, drawing", [] { return SaveTGA::EncodeRle(drawing_bytes(), side); },
+        [] { return reference::encode_tga_rle(drawing_bytes(), side); });
+    add_coder(
+        "PCX run-length decoder, drawing", [] { return LoadPCX::DecodeRle(pcx_runs()); },
+        [] { return reference::decode_pcx_rle(pcx_runs()); });
+    add_coder(
+        "TGA run-length decoder, drawing", [] { return LoadTGA::DecodeRle(tga_runs(), 24, side, side); },
+        [] { return reference::decode_tga_rle(tga_runs(), 3, 3 * side * side); });
+    static const Bytes planes = [] {
+        Bytes made = photograph_pixels;
+        made.resize(std::size_t{side} / 2 * side);
+        return made;
+    }();
+    add_coder(
+        "PCX plane merger", [] { return LoadPCX::MergePlanes(planes, side / 8, side, side); },
+        [] { return reference::merge_pcx_planes(planes, side / 8, side, side); });
+}
+
+} // namespace
+} // namespace varnoth::bench
+
+int main(int argc, char** argv) {
+    varnoth::bench::add_all();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,146 @@
+// The sprite file beside plain reading and writing of the same bytes, and drawing beside a copy of what is
+// drawn.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <random>
+
+#include "photographs.h"
+#include "sprite/hlspr.h"
+#include "support/TemporaryFolder.h"
+
+namespace varnoth::bench {
+namespace {
+
+constexpr std::int16_t frames = 256;
+constexpr std::size_t frame_pixels = std::size_t{photograph_side} * photograph_side;
+
+const test::TemporaryFolder& folder() {
+    static const test::TemporaryFolder the_folder;
+    return the_folder;
+}
+
+// A sprite of many frames of noise in a random palette.
+void make_sprite() {
+    hlspr::new_sprite(photograph_side, photograph_side, 2, 1);
+    SpriteDocument& sprite = hlspr::document();
+    std::mt19937 random(1);
+    const auto byte = [&] { return static_cast<std::uint8_t>(random() >> 24); };
+    for (PaletteColour& colour : sprite.Palette.Colours) {
+        colour = {byte(), byte(), byte()};
+    }
+    sprite.SpriteHeader.FrameCount = frames;
+    sprite.FrameStore.clear();
+    sprite.FrameOrder.clear();
+    for (std::int16_t number = 0; number < frames; ++number) {
+        ByteArray indices(frame_pixels);
+        for (std::uint8_t& index : indices.bytes()) {
+            index = byte();
+        }
+        sprite.FrameStore.push_back(std::move(indices));
+        sprite.FrameOrder.push_back(number);
+    }
+}
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+std::string saved_sprite() {
+    static const std::string path = [] {
+        make_sprite();
+        hlspr::save_sprite(folder().file("sprite.spr"));
+        return folder().file("sprite.spr");
+    }();
+    return path;
+}
+
+void count_bytes(benchmark::State& state) {
+    const auto size = static_cast<std::int64_t>(std::filesystem::file_size(saved_sprite()));
+    state.SetBytesProcessed(state.iterations() * size);
+}
+
+void load_shipped(benchmark::State& state) {
+    const std::string path = saved_sprite();
+    for (auto _ : state) {
+        if (hlspr::load_sprite(path) == False) {
+            state.SkipWithError("the sprite does not load");
+            break;
+        }
+    }
+    count_bytes(state);
+}
+
+// The buffer is there before: nothing but the reading is counted.
+void load_plain(benchmark::State& state) {
+    const std::string path = saved_sprite();
+    std::vector<std::uint8_t> bytes(std::filesystem::file_size(path));
+    for (auto _ : state) {
+        const File file(std::fopen(path.c_str(), "rb"));
+        benchmark::DoNotOptimize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
+        benchmark::ClobberMemory();
+    }
+    count_bytes(state);
+}
+
+void save_shipped(benchmark::State& state) {
+    hlspr::load_sprite(saved_sprite());
+    for (auto _ : state) {
+        if (hlspr::save_sprite(folder().file("out.spr")) == False) {
+            state.SkipWithError("the sprite is not saved");
+            break;
+        }
+    }
+    count_bytes(state);
+}
+
+// In place of the old file, as a save does it.
+void save_plain(benchmark::State& state) {
+    const std::vector<std::uint8_t> bytes = test::read_file(saved_sprite());
+    const std::string path = folder().file("out.bytes");
+    for (auto _ : state) {
+        std::filesystem::remove(path);
+        const File file(std::fopen(path.c_str(), "wb"));
+        benchmark::DoNotOptimize(std::fwrite(bytes.data(), 1, bytes.size(), file.get()));
+    }
+    count_bytes(state);
+}
+
+// All frames one after the other, so that their indices come from memory.
+void draw_shipped(benchmark::State& state) {
+    make_sprite();
+    test::TestSurface picture(photograph_side, photograph_side);
+    std::int16_t position = 0;
+    for (auto _ : state) {
+        std::int16_t number = position;
+        hlspr::draw_frame(number, picture);
+        benchmark::ClobberMemory();
+        position = static_cast<std::int16_t>((position + 1) % frames);
+    }
+}
+
+void draw_copy(benchmark::State& state) {
+    test::TestSurface picture(photograph_side, photograph_side);
+    const std::vector<std::uint8_t> output(4 * frame_pixels, 7);
+    for (auto _ : state) {
+        std::memcpy(picture.bitmap().bytes().data(), output.data(), output.size());
+        benchmark::ClobberMemory();
+    }
+}
+
+BENCHMARK(load_shipped)->Name("load_sprite of 256 frames/shipped");
+BENCHMARK(load_plain)->Name("load_sprite of 256 frames/same bytes");
+BENCHMARK(save_shipped)->Name("save_sprite of 256 frames/shipped");
+BENCHMARK(save_plain)->Name("save_sprite of 256 frames/same bytes");
+BENCHMARK(draw_shipped)->Name("draw_frame/shipped");
+BENCHMARK(draw_copy)->Name("draw_frame/memcpy");
+
+} // namespace
+} // namespace varnoth::bench
+
+BENCHMARK_MAIN();
