@@ -115,13 +115,14 @@ inline std::vector<Colour> spelled_colours(Recipe& recipe, std::size_t count) {
     return colours;
 }
 
-/// A borderless surface of 1 by 1 to `most` by `most` pixels and of one of these depths. Its pixels are
-/// spelled out in the recipe, or random ones of a seed in the recipe, for few bytes do not spell out 256
+/// A borderless surface of 1 by 1 to `most_wide` by `most_high` pixels and of one of these depths. Its pixels
+/// are spelled out in the recipe, or random ones of a seed in the recipe, for few bytes do not spell out 256
 /// colours.
-inline std::unique_ptr<test::TestSurface> surface_of(Recipe& recipe, std::int32_t most,
+inline std::unique_ptr<test::TestSurface> surface_of(Recipe& recipe, std::int32_t most_wide,
+                                                     std::int32_t most_high,
                                                      std::span<const std::int32_t> depths) {
-    const std::int32_t width = recipe.between(1, most);
-    const std::int32_t height = recipe.between(1, most);
+    const std::int32_t width = recipe.between(1, most_wide);
+    const std::int32_t height = recipe.between(1, most_high);
     const std::int32_t depth = depths[recipe.byte() % depths.size()];
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     const std::size_t manner = recipe.byte() % (std::size(test::all_characters) + 2);

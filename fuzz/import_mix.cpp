@@ -13,8 +13,8 @@ namespace {
 
 using namespace varnoth;
 
-constexpr std::int32_t largest_side = 40;
-constexpr std::int32_t most_pictures = 6;
+constexpr std::int32_t largest_side = 24;
+constexpr std::int32_t most_pictures = 4;
 constexpr std::size_t colours_beside_black = 255;
 
 using Pictures = std::vector<std::unique_ptr<test::TestSurface>>;
@@ -93,7 +93,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::array<std::int32_t, 1> depths{depth};
     Pictures pictures;
     for (std::int32_t count = recipe.between(1, most_pictures); count > 0; --count) {
-        pictures.push_back(fuzzing::surface_of(recipe, largest_side, depths));
+        pictures.push_back(fuzzing::surface_of(recipe, largest_side, largest_side, depths));
         if (of_one_size) {
             pictures.back()->SetWidth(pictures.front()->Width());
             pictures.back()->SetHeight(pictures.front()->Height());

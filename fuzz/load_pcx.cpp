@@ -9,8 +9,8 @@ namespace {
 
 using namespace varnoth;
 
-constexpr std::int64_t most_decoded_pixels = 1 << 22;
-constexpr std::int64_t most_drawn_pixels = 1 << 16;
+constexpr std::int64_t most_decoded_pixels = 1 << 19;
+constexpr std::int64_t most_drawn_pixels = 1 << 14;
 
 struct Probe {
     Truth answer = False;

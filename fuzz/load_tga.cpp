@@ -14,9 +14,9 @@ using namespace varnoth;
 
 constexpr std::array<std::uint8_t, 4> separator{'N', 'E', 'X', 'T'};
 constexpr std::size_t most_files = 4;
-constexpr std::int64_t most_decoded_pixels = 1 << 22;
+constexpr std::int64_t most_decoded_pixels = 1 << 19;
 constexpr std::int64_t most_pixels_at_all = 1 << 29;
-constexpr std::int64_t most_drawn_pixels = 1 << 16;
+constexpr std::int64_t most_drawn_pixels = 1 << 14;
 
 // What the header claims, computed wide, so that nothing overflows.
 std::int64_t claimed_pixels(const TgaHeader& header) {

@@ -173,9 +173,7 @@ void DrawBitmap(std::int32_t width, std::int32_t height, PictureSurface& target,
     const bool bordered = target.Height() != target.ScaleHeight();
     const Extent to = bordered ? grow_by_border(target) : inner_pixels(target);
     if (CurrentBitmap != nullptr) {
-        Bitmap source = *CurrentBitmap; // a context wants one that could be drawn on
-        const DrawingContext from(&source);
-        stretch_blt(target.hDC(), {0, 0, to.width, to.height}, from, {0, 0, width, height}, SRCCOPY);
+        stretch_pixels(target.bitmap(), {0, 0, to.width, to.height}, *CurrentBitmap, {0, 0, width, height});
     }
     if (parent != nullptr) {
         parent->ScaleMode = parent_mode;

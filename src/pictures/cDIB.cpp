@@ -85,12 +85,11 @@ std::uint8_t cDIB::CreateFromStdPicture(const Picture& Image, bool Force32bpp) {
     if (!Create(description.bmWidth, description.bmHeight, Force32bpp ? 32 : description.bmBitsPixel)) {
         return 0;
     }
-    Bitmap picture = *Image.bitmap;
-    const DrawingContext source(&picture);
     if (!Force32bpp && description.bmBitsPixel < 9) {
-        copy_colour_table(source, context_, std::size_t{1} << description.bmBitsPixel);
+        set_colour_table(context_, 0, Image.bitmap->colour_table());
     }
-    bit_blt(context_, 0, 0, width_, height_, source, 0, 0, SRCCOPY);
+    const Rectangle whole{0, 0, width_, height_};
+    stretch_pixels(*section_, whole, *Image.bitmap, whole);
     // The depth of the source, also when the surface was made one of 32 bits.
     return narrow<std::uint8_t>(description.bmBitsPixel);
 }

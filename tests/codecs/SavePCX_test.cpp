@@ -189,7 +189,7 @@ TEST(SavePcx, AFolderInTheFilesPlaceOrAMissingFolderIsAFailure) {
     const TemporaryFolder folder;
     TestSurface picture(2, 2);
     EXPECT_FAILURE(SavePCX().SavePCXinFile(folder.path(), picture, False), PermissionDenied);
-    EXPECT_FAILURE(SavePCX().SavePCXinFile(folder.file("none/a.pcx"), picture, False), FileNotFound);
+    EXPECT_FAILURE(SavePCX().SavePCXinFile(folder.file("none/a.pcx"), picture, False), PathNotFound);
 }
 
 TEST(SavePcx, APictureWithoutPixelsIsAFailureAndTheOldFileStays) {

@@ -293,7 +293,7 @@ TEST(SaveTga, AFolderInTheFilesPlaceOrAMissingFolderIsAFailure) {
     const TemporaryFolder folder;
     TestSurface picture(2, 2);
     EXPECT_FAILURE(SaveTGA().SaveTGAinFile(folder.path(), picture, False), PermissionDenied);
-    EXPECT_FAILURE(SaveTGA().SaveTGAinFile(folder.file("none/a.tga"), picture, False), FileNotFound);
+    EXPECT_FAILURE(SaveTGA().SaveTGAinFile(folder.file("none/a.tga"), picture, False), PathNotFound);
 }
 
 TEST(SaveTga, APictureWithoutPixelsIsAFailureAndTheOldFileStays) {

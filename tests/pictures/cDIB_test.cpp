@@ -628,7 +628,7 @@ TEST(CDib, SaveOntoAFolderOrIntoAMissingOneFails) {
     fill_dib(dib, 1, 1, {0});
     EXPECT_FAILURE(dib.Save(folder.file("sub")), PermissionDenied);
     EXPECT_TRUE(std::filesystem::is_directory(folder.file("sub")));
-    EXPECT_FAILURE(dib.Save(folder.file("missing/a.bmp")), FileNotFound);
+    EXPECT_FAILURE(dib.Save(folder.file("missing/a.bmp")), PathNotFound);
 }
 
 TEST(CDib, AFileWhoseLengthLeavesItsFieldIsAnOverflowAndNothingIsWritten) {

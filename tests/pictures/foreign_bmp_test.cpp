@@ -12,17 +12,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// A portable pixmap of 8 bits a channel.
-Bytes pixmap_of(const cDIB& dib) {
-    const std::string head =
-        "P6\n" + std::to_string(dib.Width()) + " " + std::to_string(dib.Height()) + "\n255\n";
-    Bytes bytes(head.begin(), head.end());
-    for (const Colour colour : test::colours_of(dib)) {
-        bytes.insert(bytes.end(), {red_of(colour), green_of(colour), blue_of(colour)});
-    }
-    return bytes;
-}
-
 class ForeignBmp : public testing::TestWithParam<std::int32_t> {
   protected:
     // A picture of that depth with an odd width, saved.
@@ -52,11 +41,11 @@ class ForeignBmp : public testing::TestWithParam<std::int32_t> {
 };
 
 TEST_P(ForeignBmp, ImageMagickReadsTheSamePixels) {
-    EXPECT_EQ(test::output_of("convert '" + path + "' -alpha off -depth 8 ppm:-"), pixmap_of(dib));
+    EXPECT_EQ(test::picture_from_tool("convert '" + path + "' -alpha off -depth 8 ppm:-").colours, test::colours_of(dib));
 }
 
 TEST_P(ForeignBmp, NetpbmReadsTheSamePixels) {
-    EXPECT_EQ(test::output_of("bmptopnm -quiet '" + path + "'"), pixmap_of(dib));
+    EXPECT_EQ(test::picture_from_tool("bmptopnm -quiet '" + path + "'").colours, test::colours_of(dib));
 }
 
 INSTANTIATE_TEST_SUITE_P(Depths, ForeignBmp, testing::Values(32, 8, 4),

@@ -16,7 +16,7 @@ namespace varnoth::test {
 
 /// Runs a shell command that must succeed; what it prints on standard output comes back.
 inline std::string run_tool(const std::string& command) {
-    // The last failing part of a pipe counts.
+    // What the tools complain about is dropped; of a pipe, the status of the last command counts.
     std::FILE* pipe = popen(("exec 2>/dev/null; set -e; " + command).c_str(), "r");
     if (pipe == nullptr) {
         throw std::runtime_error("cannot run " + command);

@@ -101,7 +101,7 @@ QJsonObject inspect_sprite(const std::string& path) {
     const FrameHeaderRecord& frame = sprite.FrameHeader;
     return {{"result", result},
             {"message", message.text()},
-            {"Ident", QString::fromLatin1(header.Ident.data(), header.Ident.size())},
+            {"Ident", QString::fromLatin1(header.Ident.data(), static_cast<qsizetype>(header.Ident.size()))},
             {"Version", header.Version},
             {"SpriteType", header.SpriteType},
             {"RenderMode", header.RenderMode},
