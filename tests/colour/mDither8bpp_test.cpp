@@ -12,6 +12,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
+#include "support/thoroughness.h"
 
 namespace varnoth {
 namespace {
@@ -341,7 +342,7 @@ TEST(Dither, TheLookupGoesByThePlatformPaletteAndHasRedFastest) {
 
 TEST(Dither, TheLookupIsThatOf4096PlainSearches) {
     mDither8bpp dither;
-    for (std::uint32_t seed = 0; seed < 120; ++seed) {
+    for (std::uint32_t seed = 0; seed < test::cases(120U); ++seed) {
         std::mt19937 random(seed);
         const auto any = [&](std::uint32_t limit) { return static_cast<std::uint8_t>(random() % limit); };
         const std::size_t count = seed < 40 ? 1 + seed % 8 : 1 + random() % 256;
@@ -397,7 +398,7 @@ TEST(Dither, TinyPicturesComeOutAsByThePlainSteps) {
 
 TEST(Dither, SmallPicturesOfEveryDepthComeOutAsByThePlainSteps) {
     constexpr std::int32_t depths[] = {32, 24, 16};
-    for (std::uint32_t seed = 0; seed < 360; ++seed) {
+    for (std::uint32_t seed = 0; seed < test::cases(360U); ++seed) {
         expect_as_plain(static_cast<std::int32_t>(1 + seed * 7 % 40),
                         static_cast<std::int32_t>(1 + seed * 11 % 40), all_characters[seed % 6], seed,
                         depths[seed / 6 % 3], seed % 10 == 9 ? 0 : 1);
@@ -417,7 +418,7 @@ TEST(Dither, PicturesLargerThanTheSampleComeOutAsByThePlainSteps) {
 }
 
 TEST(Dither, BorderedSurfacesAndTwipsComeOutAsByThePlainSteps) {
-    for (std::uint32_t seed = 0; seed < 30; ++seed) {
+    for (std::uint32_t seed = 0; seed < test::cases(30U); ++seed) {
         const auto make = [&](bool twips) {
             auto surface = std::make_unique<TestSurface>(12, 10, 32, static_cast<std::int32_t>(seed % 4));
             const auto picture = test::random_surface(12, 10, all_characters[seed % 6], seed);

@@ -10,6 +10,7 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 #include "support/sprites.h"
+#include "support/thoroughness.h"
 
 namespace varnoth {
 namespace {
@@ -177,7 +178,7 @@ TEST_F(MixpalsProperty, SurfacesWithoutPixelsFailOrPassAsThePlainSteps) {
 }
 
 TEST_F(MixpalsProperty, SequencesOfSmallImportsMixAsThePlainSteps) {
-    for (std::uint32_t seed = 0; seed < 900; ++seed) {
+    for (std::uint32_t seed = 0; seed < test::cases(900U); ++seed) {
         start_over(seed);
         const std::uint32_t imports = 1 + any(4);
         for (std::uint32_t i = 0; i < imports; ++i) {
@@ -188,7 +189,7 @@ TEST_F(MixpalsProperty, SequencesOfSmallImportsMixAsThePlainSteps) {
 }
 
 TEST_F(MixpalsProperty, ImportsThatGrowTheTableMixAsThePlainSteps) {
-    for (std::uint32_t seed = 0; seed < 20; ++seed) {
+    for (std::uint32_t seed = 0; seed < test::cases(20U); ++seed) {
         start_over(seed);
         for (int i = 0; i < 2; ++i) {
             mixpals::InitColorTable();

@@ -13,6 +13,7 @@
 #include "support/expect_failure.h"
 #include "support/foreign_tools.h"
 #include "support/pictures.h"
+#include "support/thoroughness.h"
 
 namespace varnoth {
 namespace {
@@ -200,7 +201,7 @@ TEST_F(QtPictureLoaderJpeg, ACutBaselineFileGivesItsTopRowsAndBlack) {
         const std::size_t data = scan_data(whole);
         std::size_t rows_before = 0;
         const auto step_at = [&](std::size_t length) -> std::size_t {
-            return length + 40 > whole.size() ? 1 : 29;
+            return length + 40 > whole.size() ? 1 : 29 * test::share;
         };
         for (std::size_t length = data; length < whole.size(); length += step_at(length)) {
             const std::string path = write_cut(whole, length);

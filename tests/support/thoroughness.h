@@ -1,0 +1,26 @@
+// How many cases a long test tries. The plain build tries them all and holds the results; the sanitizers look at
+// memory and arithmetic on the same paths, some ten times slower, and do with a share.
+#pragma once
+
+namespace varnoth::test {
+
+#if defined(__SANITIZE_ADDRESS__)
+inline constexpr unsigned share = 8;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+inline constexpr unsigned share = 8;
+#else
+inline constexpr unsigned share = 1;
+#endif
+#else
+inline constexpr unsigned share = 1;
+#endif
+
+/// That many cases, or the share of them.
+template <typename Count>
+constexpr Count cases(Count count) {
+    constexpr auto part = static_cast<Count>(share);
+    return count < part ? Count{1} : static_cast<Count>(count / part);
+}
+
+} // namespace varnoth::test
