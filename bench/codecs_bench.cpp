@@ -2,7 +2,6 @@
 // coders beside their plain steps; the photograph has hardly a run.
 #include <benchmark/benchmark.h>
 
-#include <array>
 #include <string>
 #include <vector>
 
@@ -20,7 +19,6 @@ namespace varnoth::bench {
 namespace {
 
 constexpr std::int32_t side = photograph_side;
-constexpr std::size_t pixel_count = std::size_t{side} * side;
 
 const test::TemporaryFolder& folder() {
     static const test::TemporaryFolder the_folder;
@@ -113,7 +111,6 @@ void repeat(benchmark::State& state, Code code) {
     for (auto _ : state) {
         benchmark::DoNotOptimize(code());
     }
-    state.SetBytesProcessed(state.iterations() * std::int64_t{3 * pixel_count});
 }
 
 void add(const std::string& name, void (*run)(benchmark::State&, bool)) {

@@ -1,8 +1,6 @@
 #include "platform.h"
 
-#include <cstdlib>
-
-#include <QGuiApplication>
+#include <QCoreApplication>
 
 #include "platform/Services.h"
 #include "platform/qt/QtEventQueue.h"
@@ -10,20 +8,10 @@
 
 namespace varnoth::bench {
 
-namespace {
-
-// Runs before the application object is made.
-bool use_no_display() {
-    return setenv("QT_QPA_PLATFORM", "offscreen", 0) == 0;
-}
-
-} // namespace
-
 struct Platform::Parts {
     Parts(int& argc, char** argv) : application(argc, argv) {}
 
-    bool without_display = use_no_display();
-    QGuiApplication application;
+    QCoreApplication application;
     QtEventQueue queue;
     QtPictureLoader loader;
     ServicesInstallation installation{{nullptr, &queue, &loader}};

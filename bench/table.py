@@ -21,15 +21,17 @@ NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 def read_times(path):
-    """Median time in nanoseconds by (what, variant), in the order of the file.
+    """Median time in nanoseconds by (what, variant), in the order of the program. Nothing of an empty file, as a
+    program leaves it when a filter took all of its benchmarks away.
 
     Processor time, the system's part included: everything runs on one thread and on files in the system's cache, and
     what else the machine does disturbs it least.
     """
     with open(path, encoding="utf-8") as file:
-        report = json.load(file)
+        text = file.read()
+    runs = json.loads(text)["benchmarks"] if text.strip() else []
     samples = {}
-    for run in report["benchmarks"]:
+    for run in sorted(runs, key=lambda run: (run["family_index"], run["per_family_instance_index"])):
         if run.get("run_type") == "aggregate":
             continue
         if run.get("error_occurred"):

@@ -41,6 +41,21 @@ std::array<std::uint8_t, palette_bytes> read_palette(InputFile& file) {
     return palette;
 }
 
+// For each plane byte its 8 bits, the most significant first, as the lowest bits of 8 nibbles, the high
+// nibble first.
+using NibbleBits = std::array<std::array<std::uint8_t, 4>, 256>;
+
+constexpr NibbleBits lowest_bits = [] {
+    NibbleBits table{};
+    for (unsigned value = 0; value < table.size(); ++value) {
+        for (unsigned k = 0; k < 4; ++k) {
+            const unsigned pair = value >> (6 - 2 * k);
+            table[value][k] = static_cast<std::uint8_t>((pair & 2) << 3 | (pair & 1));
+        }
+    }
+    return table;
+}();
+
 // The pixels of three planes, bottom row first, in four bytes each.
 ByteArray join_planes(std::span<const std::uint8_t> bytes, std::int32_t width, std::int32_t height,
                       std::int32_t plane_bytes) {
@@ -245,14 +260,10 @@ ByteArray LoadPCX::MergePlanes(std::span<const std::uint8_t> bytes, std::int32_t
 
 std::array<std::uint8_t, 4> LoadPCX::MergeBytes(std::uint8_t plane0, std::uint8_t plane1, std::uint8_t plane2,
                                                 std::uint8_t plane3) {
-    const auto nibble = [&](std::int32_t position) {
-        return TestBit(plane0, position) + 2 * TestBit(plane1, position) + 4 * TestBit(plane2, position) +
-               8 * TestBit(plane3, position);
-    };
     std::array<std::uint8_t, 4> bytes{};
     for (std::size_t k = 0; k < bytes.size(); ++k) {
-        const auto first = static_cast<std::int32_t>(2 * k + 1);
-        bytes[k] = static_cast<std::uint8_t>(16 * nibble(first) + nibble(first + 1));
+        bytes[k] = static_cast<std::uint8_t>(lowest_bits[plane0][k] | lowest_bits[plane1][k] << 1 |
+                                             lowest_bits[plane2][k] << 2 | lowest_bits[plane3][k] << 3);
     }
     return bytes;
 }
