@@ -111,7 +111,7 @@ def parse_ppm(data):
 
 def decode(*paths):
     """What ImageMagick sees in the files."""
-    return parse_ppm(subprocess.run(["convert", *paths, "-alpha", "off", "-depth", "8", "ppm:-"],
+    return parse_ppm(subprocess.run(["convert", *paths, "-auto-orient", "-alpha", "off", "-depth", "8", "ppm:-"],
                                     check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout)
 
 
@@ -210,11 +210,9 @@ class Import(ToolTest):
             frame = sprite.colours_of(number)[::37]
             distances = [sum((a - b) ** 2 for a, b in zip(frame, source)) for source in sources]
             self.assertEqual(distances.index(min(distances)), number)
-        return sprite
 
     def test_bmp_samples_become_a_sprite_and_come_back(self):
-        sprite = self.check_explosion("bmp", EXPLOSION + 1)
-        self.assertGreater(len(set(sprite.palette)), 200)
+        self.check_explosion("bmp", EXPLOSION + 1)
 
     def test_jpg_samples_become_a_sprite_and_come_back(self):
         self.check_explosion("jpg", EXPLOSION)
@@ -528,14 +526,22 @@ class Ends(ToolTest):
         grey = self.make_folder("grey", {"grey.tga": tga(3, 4, 4, 8, bytes(16))})
         broken = self.make_folder("broken", {"a.bmp": struct.pack("<2sIHHIIiiHHIIiiII", b"BM", 1000, 0, 0, 54, 40, 4,
                                                                   4, 1, 24, 0, 3, 0, 0, 0, 0)[:30] + b"\x03" * 24})
+        refused = self.make_folder("refused", {"a.bmp": b"BM"})
+        self.three_pictures("three")
+        self.make_folder("one", {"a.bmp": solid(RED)})
         shallow = write(self.path("shallow.spr"), sprite_file(4, 4, [bytes(4)], frame_size=(2, 2)))
         for name, arguments in (
                 # No map of 24 bits was ever read, and its highest index is asked for.
                 ("SubscriptOutOfRange", ("--pictures", grey, "--filter", "tga")),
                 ("InvalidPicture", ("--pictures", broken)),
+                # The preview loads even what the probe has just refused.
+                ("InvalidPicture", ("--pictures", refused)),
+                # A line of the list that no frame stands behind any more.
+                ("SubscriptOutOfRange", ("--pictures", self.path("three"), "--again", self.path("one"), "--move",
+                                         "2:up")),
                 # Drawn at the header's size, which the frame does not fill.
                 ("SubscriptOutOfRange", ("--open", shallow)),
-                ("SubscriptOutOfRange", ("--pictures", self.three_pictures(), "--draw", "3:out.ppm"))):
+                ("SubscriptOutOfRange", ("--pictures", self.path("three"), "--draw", "3:out.ppm"))):
             self.run_walkthrough(*arguments, status=70)
             self.assertEqual(self.errors, f"run-time error: {name}\n")
 
@@ -617,7 +623,7 @@ class Inspect(ToolTest):
 
     def test_a_picture_without_pixels_is_nothing_also_behind_another(self):
         good = write(self.path("good.tga"), tga(2, 1, 1, 24, bytes(RED)))
-        empty = write(self.path("empty.tga"), tga(2, 0, 1, 24, bytes(RED)))
+        empty = write(self.path("empty.tga"), tga(2, 0, 1, 16, bytes(4)))
         self.assertIs(self.inspect_one(empty)["load"]["nothing"], True)
         self.assertIs(self.inspect(good, empty)[1]["load"]["nothing"], True)
 

@@ -178,7 +178,7 @@ QJsonObject load(typename Format::Reader& reader, const std::string& path) {
     loaded["TwipHeight"] = reader.TwipHeight();
     loaded["Bpp"] = reader.Bpp();
     loaded["Compressed"] = reader.Compressed();
-    if (CBitmap::CurrentBitmap == before) {
+    if (CBitmap::CurrentBitmap == nullptr || CBitmap::CurrentBitmap == before) {
         loaded["nothing"] = true;
     }
     return loaded;
