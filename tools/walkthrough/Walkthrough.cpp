@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "walkthrough/ScriptedAddFrames.h"
-#include "walkthrough/ScriptedMainWindow.h"
 #include "base/files.h"
 #include "base/numbers.h"
 #include "import/ImportPipeline.h"
 #include "platform/FileList.h"
 #include "shared/ppm.h"
 #include "sprite/hlspr.h"
+#include "walkthrough/ScriptedAddFrames.h"
+#include "walkthrough/ScriptedMainWindow.h"
 
 namespace varnoth::walkthrough {
 
@@ -73,8 +73,11 @@ class WatchedMainWindow : public ScriptedMainWindow {
 class Walk {
   public:
     Walk(const Options& options, const Report& report, PictureLoader& loader)
-        : options_(options), report_(report), window_(report, options.abort_export_after),
-          boxes_(report_, options.answer), events_(window_, options.abort_after),
+        : options_(options),
+          report_(report),
+          window_(report, options.abort_export_after),
+          boxes_(report_, options.answer),
+          events_(window_, options.abort_after),
           installation_({&boxes_, &events_, &loader}) {}
 
     void run();
@@ -122,8 +125,8 @@ void Walk::run() {
     }
 }
 
-// Before anything is done, so that a wrong option leaves no half of a job behind. The names to select must be in the
-// first folder only.
+// Before anything is done, so that a wrong option leaves no half of a job behind. The names to select must be
+// in the first folder only.
 void Walk::check_places() const {
     for (const std::optional<std::string>* folder : {&options_.pictures, &options_.again}) {
         if (*folder && !folder_exists(**folder)) {
