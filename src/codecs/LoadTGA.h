@@ -1,7 +1,7 @@
 // Reads TGA files: a cheap look at the header, and a full decode into the program's one current bitmap, from
 // where it is drawn. Decoded are 8, 16, 24 and 32 bits, plain or run-length encoded. The pixels are expected
-// directly behind the header or the colour map; alpha is dropped. The format: "Truevision TGA File Format
-// Specification", 2.0.
+// directly behind the header or the colour map; alpha is dropped. The format: "Truevision TGA File Format",
+// version 2.0.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Prints what the readers make of files: one JSON object a line and file, for sprites and, told by the extension,
-// for pictures. For tests and bug reports; it is not part of the editor.
+// Prints what the readers make of files: one JSON object a line and file, for sprites and, told by the
+// extension, for pictures. For tests and bug reports; it is not part of the editor.
 
 #include <functional>
 #include <iostream>
@@ -73,7 +73,8 @@ class LastMessage : public MessageBoxes {
 QJsonArray frames_of(const SpriteDocument& sprite) {
     QJsonArray frames;
     for (const ByteArray& frame : sprite.FrameStore) {
-        frames.append(QJsonObject{{"length", static_cast<qint64>(frame.size())}, {"sha256", sha256(frame.bytes())}});
+        frames.append(
+            QJsonObject{{"length", static_cast<qint64>(frame.size())}, {"sha256", sha256(frame.bytes())}});
     }
     return frames;
 }
@@ -128,7 +129,10 @@ QJsonObject probe_bmp(const std::string& path) {
     std::int16_t bit_count = 0;
     std::int16_t compression = 0;
     const Truth result = BmpMod::ProbeBmp(path, width, height, bit_count, compression);
-    return {{"result", result}, {"width", width}, {"height", height}, {"bitCount", bit_count},
+    return {{"result", result},
+            {"width", width},
+            {"height", height},
+            {"bitCount", bit_count},
             {"compression", compression}};
 }
 
@@ -178,7 +182,7 @@ QJsonObject load(typename Format::Reader& reader, const std::string& path) {
     loaded["TwipHeight"] = reader.TwipHeight();
     loaded["Bpp"] = reader.Bpp();
     loaded["Compressed"] = reader.Compressed();
-    if (CBitmap::CurrentBitmap == before) {
+    if (CBitmap::CurrentBitmap == nullptr || CBitmap::CurrentBitmap == before) {
         loaded["nothing"] = true;
     }
     return loaded;

@@ -12,6 +12,7 @@ namespace varnoth {
 /// The red, green, blue bytes of all pixels, rows from the top.
 std::vector<std::uint8_t> rgb_bytes(const Bitmap& bitmap);
 
+/// The failures of OutputFile.
 void write_ppm(const std::string& path, const Bitmap& bitmap);
 
 } // namespace varnoth

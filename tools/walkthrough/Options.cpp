@@ -118,21 +118,26 @@ const std::map<std::string, Handler>& handlers_with_value() {
         {"--select", [](Options& o, const std::string& v) { o.select.push_back(v); }},
         {"--size", set_size},
         {"--type", [](Options& o, const std::string& v) { o.type = parse_number<std::int32_t>(v, 0, 4); }},
-        {"--render", [](Options& o, const std::string& v) { o.render = parse_number<std::int32_t>(v, 0, 3); }},
+        {"--render",
+         [](Options& o, const std::string& v) { o.render = parse_number<std::int32_t>(v, 0, 3); }},
         {"--open", [](Options& o, const std::string& v) { o.open = v; }},
         {"--choice",
-         [](Options& o, const std::string& v) { o.resize = choose<bool>(v, {{"set", false}, {"resize", true}}); }},
+         [](Options& o, const std::string& v) {
+             o.resize = choose<bool>(v, {{"set", false}, {"resize", true}});
+         }},
         {"--pick", set_pick},
         {"--abort-after", [](Options& o, const std::string& v) { o.abort_after = parse_count(v); }},
-        {"--abort-export-after", [](Options& o, const std::string& v) { o.abort_export_after = parse_count(v); }},
+        {"--abort-export-after",
+         [](Options& o, const std::string& v) { o.abort_export_after = parse_count(v); }},
         {"--move", add_move},
         {"--draw", add_drawing},
         {"--save", [](Options& o, const std::string& v) { o.save = v; }},
         {"--export", [](Options& o, const std::string& v) { o.export_folder = v; }},
         {"--format",
          [](Options& o, const std::string& v) {
-             o.format = choose<ExtractionFormat>(
-                 v, {{"bmp", ExtractionFormat::Bmp}, {"tga", ExtractionFormat::Tga}, {"pcx", ExtractionFormat::Pcx}});
+             o.format = choose<ExtractionFormat>(v, {{"bmp", ExtractionFormat::Bmp},
+                                                     {"tga", ExtractionFormat::Tga},
+                                                     {"pcx", ExtractionFormat::Pcx}});
          }},
         {"--frames", [](Options& o, const std::string& v) { o.frames = parse_positions(v); }},
         {"--if-exists",
@@ -142,7 +147,9 @@ const std::map<std::string, Handler>& handlers_with_value() {
                                                     {"overwrite", IfFileExists::Overwrite}});
          }},
         {"--answer",
-         [](Options& o, const std::string& v) { o.answer = choose<bool>(v, {{"yes", true}, {"no", false}}); }},
+         [](Options& o, const std::string& v) {
+             o.answer = choose<bool>(v, {{"yes", true}, {"no", false}});
+         }},
     };
     return handlers;
 }

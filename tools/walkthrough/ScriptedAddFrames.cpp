@@ -29,7 +29,8 @@ void ScriptedAddFrames::pick(std::int32_t x, std::int32_t y) {
     }
 }
 
-void ScriptedAddFrames::open_size_question(const std::string& set_caption, const std::string& resize_caption) {
+void ScriptedAddFrames::open_size_question(const std::string& set_caption,
+                                           const std::string& resize_caption) {
     question_open_ = true;
     set_caption_ = set_caption;
     resize_caption_ = resize_caption;

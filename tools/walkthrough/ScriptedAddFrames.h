@@ -15,8 +15,8 @@ class ScriptedAddFrames : public AddFramesForm {
     /// transparent colour.
     ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled);
 
-    /// Selects one more entry by a click, as with the control key held: the selection is judged, the entry shown
-    /// in the preview and, unless one was picked, its top left pixel taken as the transparent colour.
+    /// Selects one more entry by a click, as with the control key held: the selection is judged, the entry
+    /// shown in the preview and, unless one was picked, its top left pixel taken as the transparent colour.
     void click(std::int16_t index);
 
     /// Takes the preview's pixel as the transparent colour. Nothing happens without the picker or outside.
@@ -34,7 +34,9 @@ class ScriptedAddFrames : public AddFramesForm {
 
     bool is_selected(std::int32_t index) const override { return at(index).selected; }
 
-    void unselect(std::int32_t index) override { entries_.at(static_cast<std::size_t>(index)).selected = false; }
+    void unselect(std::int32_t index) override {
+        entries_.at(static_cast<std::size_t>(index)).selected = false;
+    }
 
     void open_size_question(const std::string& set_caption, const std::string& resize_caption) override;
 

@@ -87,7 +87,8 @@ void ScriptedMainWindow::move(std::int16_t position, bool up) {
 
 void ScriptedMainWindow::select_lines(const std::vector<std::int16_t>* positions) {
     for (std::size_t i = 0; i < lines_.size(); ++i) {
-        lines_[i].selected = positions == nullptr || std::ranges::count(*positions, static_cast<std::int16_t>(i)) > 0;
+        lines_[i].selected =
+            positions == nullptr || std::ranges::count(*positions, static_cast<std::int16_t>(i)) > 0;
     }
 }
 

@@ -1,13 +1,14 @@
-// The main window and its progress dialog without a window: the frame list, the commands and what they enable.
+// The main window and its progress dialog without a window: the frame list, the commands and what they
+// enable.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "walkthrough/Report.h"
 #include "import/ImportView.h"
 #include "platform/PictureSurface.h"
+#include "walkthrough/Report.h"
 #include "workbench/FrameExtraction.h"
 
 namespace varnoth::walkthrough {
@@ -57,19 +58,30 @@ class ScriptedMainWindow : public ImportView, public ExtractionView {
     void open_progress(std::string_view phase, std::int32_t maximum) override;
     void show_phase(std::string_view phase) override;
     void show_step(std::string_view step) override;
+
     void advance() override {}
+
     bool aborted() const override { return aborted_; }
+
     void close_progress() override { aborted_ = false; }
+
     void show_sprite_size(const std::string& /*size*/, const std::string& /*origin*/) override {}
+
     std::int32_t frame_line_count() const override { return line_count(); }
+
     void add_frame_line(const std::string& line) override;
     void release_frames() override;
+
     void finish() override {}
 
     // ExtractionView.
 
     std::int32_t line_count() const override { return static_cast<std::int32_t>(lines_.size()); }
-    bool is_selected(std::int16_t line) const override { return lines_.at(static_cast<std::size_t>(line)).selected; }
+
+    bool is_selected(std::int16_t line) const override {
+        return lines_.at(static_cast<std::size_t>(line)).selected;
+    }
+
     void show_item(std::string_view name) override;
     void frame_written(const std::string& path) override;
 

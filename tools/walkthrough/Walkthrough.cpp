@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
-#include "walkthrough/ScriptedAddFrames.h"
-#include "walkthrough/ScriptedMainWindow.h"
 #include "base/files.h"
+#include "base/numbers.h"
 #include "import/ImportPipeline.h"
+#include "platform/FileList.h"
 #include "shared/ppm.h"
 #include "sprite/hlspr.h"
+#include "walkthrough/ScriptedAddFrames.h"
+#include "walkthrough/ScriptedMainWindow.h"
 
 namespace varnoth::walkthrough {
 
@@ -71,15 +73,19 @@ class WatchedMainWindow : public ScriptedMainWindow {
 class Walk {
   public:
     Walk(const Options& options, const Report& report, PictureLoader& loader)
-        : options_(options), report_(report), window_(report, options.abort_export_after),
-          boxes_(report_, options.answer), events_(window_, options.abort_after),
+        : options_(options),
+          report_(report),
+          window_(report, options.abort_export_after),
+          boxes_(report_, options.answer),
+          events_(window_, options.abort_after),
           installation_({&boxes_, &events_, &loader}) {}
 
     void run();
 
   private:
+    void check_places() const;
     bool start();
-    void import(const std::string& folder, bool every_name_must_be_there);
+    void import(const std::string& folder);
     void draw(const Drawing& drawing);
     void extract();
 
@@ -92,14 +98,15 @@ class Walk {
 };
 
 void Walk::run() {
+    check_places();
     if (!start()) {
         return;
     }
     if (options_.pictures) {
-        import(*options_.pictures, true);
+        import(*options_.pictures);
     }
     if (options_.again) {
-        import(*options_.again, false);
+        import(*options_.again);
     }
     for (const Move& move : options_.moves) {
         if (!window_.has_line(move.position)) {
@@ -118,6 +125,25 @@ void Walk::run() {
     }
 }
 
+// Before anything is done, so that a wrong option leaves no half of a job behind. The names to select must be
+// in the first folder only.
+void Walk::check_places() const {
+    for (const std::optional<std::string>* folder : {&options_.pictures, &options_.again}) {
+        if (*folder && !folder_exists(**folder)) {
+            throw WrongOption("no folder " + **folder);
+        }
+    }
+    if (!options_.pictures) {
+        return;
+    }
+    const std::vector<std::string> names = list_files(*options_.pictures, extension_of(options_.filter));
+    for (const std::string& name : options_.select) {
+        if (std::ranges::count(names, name) == 0) {
+            throw WrongOption("no picture " + name + " in " + *options_.pictures);
+        }
+    }
+}
+
 bool Walk::start() {
     if (options_.open) {
         return window_.open(*options_.open);
@@ -126,22 +152,14 @@ bool Walk::start() {
     return true;
 }
 
-void Walk::import(const std::string& folder, bool every_name_must_be_there) {
-    if (!folder_exists(folder)) {
-        throw WrongOption("no folder " + folder);
-    }
+void Walk::import(const std::string& folder) {
     const std::string_view render = hlspr::render_mode_name(hlspr::document().SpriteHeader.RenderMode);
     ScriptedAddFrames dialog(folder, options_.filter, render == "ALPHATEST" || render == "INDEXALPHA");
-    std::size_t found = 0;
     for (std::int32_t i = 0; i < dialog.entry_count(); ++i) {
         const bool named = std::ranges::count(options_.select, dialog.entry(i)) > 0;
         if (options_.select.empty() || named) {
-            dialog.click(static_cast<std::int16_t>(i));
-            ++found;
+            dialog.click(narrow<std::int16_t>(i));
         }
-    }
-    if (every_name_must_be_there && found < options_.select.size()) {
-        throw WrongOption("a picture to select is not in " + folder);
     }
     if (options_.pick) {
         dialog.pick(options_.pick->x, options_.pick->y);

@@ -1,5 +1,5 @@
-// Runs the walkthrough from the command line: one line an event on standard output; exit status 0 when it went
-// through, 64 for a wrong option, 70 when a failure of the program is fatal.
+// Runs the walkthrough from the command line: one line an event on standard output; exit status 0 when it
+// went through, 64 for a wrong option, 70 when a failure of the program is fatal.
 
 #include <cstdio>
 #include <iostream>
@@ -9,9 +9,9 @@
 
 #include <QCoreApplication>
 
-#include "walkthrough/Walkthrough.h"
 #include "base/RunTimeFailure.h"
 #include "platform/qt/QtPictureLoader.h"
+#include "walkthrough/Walkthrough.h"
 
 namespace {
 
@@ -32,7 +32,9 @@ int main(int argument_count, char** arguments) {
         varnoth::QtPictureLoader loader;
         varnoth::walkthrough::walk(
             varnoth::walkthrough::parse(words),
-            [](std::string_view kind, std::string_view text) { std::cout << kind << ": " << text << std::endl; },
+            [](std::string_view kind, std::string_view text) {
+                std::cout << kind << ": " << text << std::endl;
+            },
             loader);
         return 0;
     } catch (const varnoth::walkthrough::WrongOption& wrong) {

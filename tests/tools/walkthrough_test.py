@@ -1,0 +1,655 @@
+#!/usr/bin/env python3
+"""Runs the scripted user and the inspector as programs, from pictures to a sprite and back, and looks at every file
+with parsers of its own or with ImageMagick. Usage: walkthrough_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
+import hashlib
+import json
+import math
+import os
+import stat
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+WALKTHROUGH, INSPECT, SAMPLES = sys.argv[1:4]
+EXPLOSION = 16
+SIDE = 64
+
+BLACK, WHITE = (0, 0, 0), (255, 255, 255)
+RED, GREEN, BLUE = (250, 10, 20), (30, 240, 40), (50, 60, 230)
+
+
+def read(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
+def write(path, data):
+    with open(path, "wb") as file:
+        file.write(data)
+    return path
+
+
+def sha256(data):
+    return hashlib.sha256(data).hexdigest()
+
+
+def bmp(width, height, pixels):
+    """A BMP file of 24 bits; pixels are triples of red, green, blue, rows from the top."""
+    padding = bytes(-3 * width % 4)
+    rows = [b"".join(bytes(pixel[::-1]) for pixel in pixels[y * width:(y + 1) * width]) + padding
+            for y in reversed(range(height))]
+    body = b"".join(rows)
+    return (struct.pack("<2sIHHI", b"BM", 54 + len(body), 0, 0, 54)
+            + struct.pack("<IiiHHIIiiII", 40, width, height, 1, 24, 0, len(body), 0, 0, 0, 0) + body)
+
+
+def solid(colour, side=4):
+    return bmp(side, side, [colour] * (side * side))
+
+
+def tga(kind, width, height, depth, body, colour_map=b""):
+    """A TGA file, bottom row first; a colour map has entries of 24 bits."""
+    return struct.pack("<BBBHHBHHHHBB", 0, 1 if colour_map else 0, kind, 0, len(colour_map) // 3,
+                       24 if colour_map else 0, 0, 0, width, height, depth, 0) + colour_map + body
+
+
+def sprite_file(width, height, frames, ident=b"IDSP", frame_count=None, colour_count=256, palette=None,
+                frame_size=None, origins=None):
+    data = struct.pack("<4siiifiiifi", ident, 2, 1, 0, 7.5, width, height,
+                       len(frames) if frame_count is None else frame_count, 2.5, 0)
+    data += struct.pack("<h", colour_count) + (palette or bytes(range(256)) * 3)
+    for number, frame in enumerate(frames):
+        origin = origins[number] if origins else (-width // 2, height // 2)
+        data += struct.pack("<iiiii", 0, *origin, *(frame_size or (width, height))) + frame
+    return data
+
+
+class Sprite:
+    """A sprite file taken apart."""
+
+    def __init__(self, data):
+        (self.ident, self.version, self.type, self.render, self.radius, self.width, self.height, self.count,
+         self.beam, self.sync) = struct.unpack_from("<4siiifiiifi", data)
+        self.colours, = struct.unpack_from("<h", data, 40)
+        self.palette_bytes = data[42:810]
+        self.palette = [tuple(self.palette_bytes[i:i + 3]) for i in range(0, 768, 3)]
+        self.frame_headers, self.frames = [], []
+        at = 810
+        for _ in range(self.count):
+            header = struct.unpack_from("<iiiii", data, at)
+            size = header[3] * header[4]
+            self.frame_headers.append(header)
+            self.frames.append(data[at + 20:at + 20 + size])
+            at += 20 + size
+        self.length = at
+
+    def colours_of(self, frame):
+        """The red, green, blue bytes of a frame's pixels."""
+        return b"".join(bytes(self.palette[index]) for index in self.frames[frame])
+
+
+def parse_ppm(data):
+    """All pictures of a run of binary PPM files, as (width, height, bytes)."""
+    pictures, at = [], 0
+    while at < len(data):
+        fields = []
+        while len(fields) < 4:
+            end = at
+            while not data[end:end + 1].isspace():
+                end += 1
+            fields.append(data[at:end])
+            at = end + 1
+        if fields[0] != b"P6" or fields[3] != b"255":
+            raise ValueError(f"no PPM of 8 bits: {fields}")
+        width, height = int(fields[1]), int(fields[2])
+        pictures.append((width, height, data[at:at + 3 * width * height]))
+        at += 3 * width * height
+    return pictures
+
+
+def decode(*paths):
+    """What ImageMagick sees in the files."""
+    return parse_ppm(subprocess.run(["convert", *paths, "-auto-orient", "-alpha", "off", "-depth", "8", "ppm:-"],
+                                    check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout)
+
+
+class ToolTest(unittest.TestCase):
+    def setUp(self):
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.folder = holder.name
+
+    def path(self, *parts):
+        return os.path.join(self.folder, *parts)
+
+    def make_folder(self, name, files=()):
+        folder = self.path(name)
+        os.mkdir(folder)
+        for file, data in dict(files).items():
+            write(os.path.join(folder, file), data)
+        return folder
+
+    def three_pictures(self, name="pictures"):
+        return self.make_folder(name, {"a.bmp": solid(RED), "b.bmp": solid(GREEN), "c.bmp": solid(BLUE)})
+
+    def run_walkthrough(self, *arguments, status=0):
+        done = subprocess.run([WALKTHROUGH, *arguments], cwd=self.folder, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=60, check=False)
+        self.assertEqual(done.returncode, status, done.stderr.decode())
+        self.errors = done.stderr.decode()
+        if status == 0:
+            self.assertEqual(self.errors, "")
+        return done.stdout.decode().splitlines()
+
+    def make_sprite(self, *arguments, name="out.spr"):
+        """The events and the sprite that a walk saves."""
+        events = self.run_walkthrough(*arguments, "--save", self.path(name))
+        return events, Sprite(read(self.path(name)))
+
+
+def of_kind(events, kind):
+    return [event[len(kind) + 2:] for event in events if event.startswith(kind + ": ")]
+
+
+class Import(ToolTest):
+    def test_what_happens_is_told_line_by_line(self):
+        events = self.run_walkthrough("--pictures", SAMPLES, "--filter", "bmp", "--select", "explosion_2.bmp",
+                                      "--select", "explosion_0.bmp", "--save", self.path("two.spr"), "--export",
+                                      self.folder, "--format", "tga")
+        picture = ["step: Loading Picture...", "step: Dithering...", "step: Picture Color Lookup..."]
+        self.assertEqual(events, [
+            "step: Building Palette...", "step: Initializing...", *picture, *picture,
+            "step: Dithering Palette...", "step: Finalizing Palette...", "step: Adding Frames...",
+            "step: Frame 0", "list: Frame 0", "step: Frame 2", "list: Frame 1",
+            "message: Frames Generated Successfully !",
+            "wrote: " + self.path("two.spr"), "message: Sprite Saved Successfully !",
+            "list: Frame 0", "list: Frame 1",
+            "step: Extracting Frames...",
+            "step: two_0.tga", "wrote: " + self.path("two_0.tga"),
+            "step: two_1.tga", "wrote: " + self.path("two_1.tga")])
+        self.assertEqual(sorted(os.listdir(self.folder)), ["two.spr", "two_0.tga", "two_1.tga"])
+
+    def test_without_options_there_is_a_new_sprite_and_nothing_to_see(self):
+        self.assertEqual(self.run_walkthrough(), [])
+        self.assertEqual(self.run_walkthrough("--save", "out.spr", "--export", self.folder), [])
+        self.assertEqual(os.listdir(self.folder), [])
+
+    def test_a_new_sprite_is_of_type_2_and_mode_1_unless_told(self):
+        pictures = self.three_pictures()
+        _, sprite = self.make_sprite("--pictures", pictures)
+        self.assertEqual((sprite.type, sprite.render, sprite.count), (2, 1, 3))
+        _, sprite = self.make_sprite("--pictures", pictures, "--type", "4", "--render", "0", name="other.spr")
+        self.assertEqual((sprite.type, sprite.render), (4, 0))
+
+    def check_explosion(self, format_name, frames):
+        out = self.make_folder("out")
+        events = self.run_walkthrough("--pictures", SAMPLES, "--filter", format_name, "--save", self.path("boom.spr"),
+                                      "--export", out, "--format", "bmp", "--draw", "3:" + self.path("3.ppm"))
+        data = read(self.path("boom.spr"))
+        sprite = Sprite(data)
+        self.assertEqual((sprite.ident, sprite.version, sprite.type, sprite.render), (b"IDSP", 2, 2, 1))
+        self.assertEqual((sprite.width, sprite.height, sprite.count), (SIDE, SIDE, frames))
+        self.assertEqual(sprite.radius, struct.unpack("<f", struct.pack("<f", math.hypot(SIDE / 2, SIDE / 2)))[0])
+        self.assertEqual((sprite.beam, sprite.sync, sprite.colours), (0.0, 1, 256))
+        self.assertEqual(len(data), 810 + frames * (20 + SIDE * SIDE))
+        self.assertEqual(sprite.length, len(data))
+        self.assertEqual(set(sprite.frame_headers), {(0, -SIDE // 2, SIDE // 2, SIDE, SIDE)})
+        self.assertEqual(of_kind(events, "list"), [f"Frame {i}" for i in range(frames)] * 2)
+
+        exported = [os.path.join(out, f"boom_{i}.bmp") for i in range(frames)]
+        self.assertEqual(of_kind(events, "wrote"), [self.path("3.ppm"), self.path("boom.spr"), *exported])
+        expected = [(SIDE, SIDE, sprite.colours_of(i)) for i in range(frames)]
+        self.assertEqual(decode(*exported), expected)
+        self.assertEqual(parse_ppm(read(self.path("3.ppm"))), [expected[3]])
+
+        # Every frame resembles its own picture more than any other; a few hundred of its bytes tell.
+        sources = [decode(os.path.join(SAMPLES, f"explosion_{i}.{format_name}"))[0][2][::37] for i in range(EXPLOSION)]
+        for number in range(EXPLOSION):
+            frame = sprite.colours_of(number)[::37]
+            distances = [sum((a - b) ** 2 for a, b in zip(frame, source)) for source in sources]
+            self.assertEqual(distances.index(min(distances)), number)
+
+    def test_bmp_samples_become_a_sprite_and_come_back(self):
+        self.check_explosion("bmp", EXPLOSION + 1)
+
+    def test_jpg_samples_become_a_sprite_and_come_back(self):
+        self.check_explosion("jpg", EXPLOSION)
+
+    def test_tga_samples_become_a_sprite_and_come_back(self):
+        self.check_explosion("tga", EXPLOSION)
+
+    def test_pcx_samples_become_the_same_sprite_as_tga_samples(self):
+        self.check_explosion("pcx", EXPLOSION)
+        self.make_sprite("--pictures", SAMPLES, "--filter", "tga")
+        self.assertEqual(read(self.path("boom.spr")), read(self.path("out.spr")))
+
+    def test_the_colours_of_an_8_bit_picture_come_through_exactly(self):
+        _, sprite = self.make_sprite("--pictures", SAMPLES, "--filter", "bmp", "--select", "palette.bmp")
+        self.assertEqual(sprite.count, 1)
+        self.assertEqual((SIDE, SIDE, sprite.colours_of(0)), decode(os.path.join(SAMPLES, "palette.bmp"))[0])
+
+    def test_selected_pictures_come_in_the_order_of_the_list(self):
+        pictures = self.make_folder("pictures", {"f10.bmp": solid(RED), "f9.bmp": solid(GREEN), "F2.BMP": solid(BLUE),
+                                                 "f1.pcx": b"", "f3.bmp": solid(WHITE)})
+        _, sprite = self.make_sprite("--pictures", pictures, "--select", "f10.bmp", "--select", "F2.BMP",
+                                     "--select", "f9.bmp")
+        self.assertEqual([sprite.colours_of(i)[:3] for i in range(3)], [bytes(BLUE), bytes(GREEN), bytes(RED)])
+
+    def test_two_runs_give_the_same_bytes(self):
+        arguments = ("--pictures", SAMPLES, "--filter", "jpg", "--select", "explosion_4.jpg", "--select",
+                     "explosion_9.jpg")
+        first, _ = self.make_sprite(*arguments)
+        data = read(self.path("out.spr"))
+        second, _ = self.make_sprite(*arguments)
+        self.assertEqual(first, second)
+        self.assertEqual(data, read(self.path("out.spr")))
+
+    def test_the_sprite_takes_the_size_of_the_pictures_unless_told_to_resize_them(self):
+        pictures = self.make_folder("pictures", {"a.bmp": bmp(2, 1, [RED, BLUE])})
+        _, sprite = self.make_sprite("--pictures", pictures, "--size", "6x3")
+        self.assertEqual((sprite.width, sprite.height, sprite.frame_headers[0]), (2, 1, (0, -1, 0, 2, 1)))
+        _, sprite = self.make_sprite("--pictures", pictures, "--size", "6x3", "--choice", "set", name="set.spr")
+        self.assertEqual(sprite.width, 2)
+        _, sprite = self.make_sprite("--pictures", pictures, "--size", "6x3", "--choice", "resize", name="resized.spr")
+        # Half of 3 is 1.5, of which ties to even make 2.
+        self.assertEqual((sprite.width, sprite.height, sprite.frame_headers[0]), (6, 3, (0, -3, 2, 6, 3)))
+        self.assertEqual(sprite.colours_of(0), bytes((RED * 3 + BLUE * 3) * 3))
+        _, sprite = self.make_sprite("--pictures", pictures, "--choice", "resize", name="default.spr")
+        self.assertEqual((sprite.width, sprite.height), (32, 32))
+
+    def test_pictures_of_other_sizes_and_bad_files_are_left_out_with_their_message(self):
+        top_down = bytearray(solid(GREEN))
+        top_down[22:26] = struct.pack("<i", -4)
+        pictures = self.make_folder("pictures", {"a.bmp": solid(RED), "b.bmp": solid(GREEN, 5), "c.bmp": top_down,
+                                                 "d.bmp": bmp(257, 1, [BLUE] * 257), "e.bmp": solid(BLUE)})
+        events, sprite = self.make_sprite("--pictures", pictures)
+        self.assertEqual(of_kind(events, "message")[:3], [
+            "All Selected Pictures Must Have Same Size.",
+            "File: c.bmp Bad Format/Corrupt.",
+            "File: d.bmp With Size Greater Than 256 x 256."])
+        self.assertEqual([sprite.colours_of(i)[:3] for i in range(sprite.count)], [bytes(RED), bytes(BLUE)])
+
+    def test_without_a_picture_of_the_filter_there_is_only_the_message(self):
+        pictures = self.three_pictures()
+        events = self.run_walkthrough("--pictures", pictures, "--filter", "tga", "--save", self.path("out.spr"))
+        self.assertEqual(events, ["message: Select Picture/s To Add."])
+        self.assertFalse(os.path.exists(self.path("out.spr")))
+
+    def test_the_palette_is_in_the_order_of_first_appearance_and_black_is_met_at_the_free_entry(self):
+        pictures = self.make_folder("pictures", {"a.bmp": bmp(4, 1, [GREEN, BLACK, RED, GREEN]),
+                                                 "b.bmp": bmp(4, 1, [BLUE, RED, BLUE, WHITE])})
+        _, sprite = self.make_sprite("--pictures", pictures)
+        self.assertEqual(sprite.palette, [GREEN, RED, BLUE, WHITE] + [BLACK] * 252)
+        self.assertEqual(sprite.frames, [bytes([0, 4, 1, 0]), bytes([2, 1, 2, 3])])
+
+    def test_the_transparent_colour_vanishes_from_the_palette_and_its_pixels_keep_their_index(self):
+        pictures = self.make_folder("pictures", {"a.bmp": bmp(3, 1, [GREEN, RED, BLUE])})
+        for render in ("2", "3"):
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, name=render)
+            self.assertEqual(sprite.palette[:3], [BLACK, RED, BLUE], "the top left pixel is the default")
+            self.assertEqual(sprite.frames, [bytes([0, 1, 2])])
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render)
+            self.assertEqual(sprite.palette[:3], [GREEN, RED, BLACK])
+            self.assertEqual(sprite.palette[255], BLACK)
+        for render in ("0", "1"):
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render)
+            self.assertEqual(sprite.palette[:3], [GREEN, RED, BLUE], "there is no picker for the other modes")
+
+    def test_the_preview_shows_the_picture_clicked_last(self):
+        _, sprite = self.make_sprite("--pictures", self.three_pictures(), "--render", "3")
+        self.assertEqual(sprite.palette[:3], [RED, GREEN, BLACK])
+        _, sprite = self.make_sprite("--pictures", self.path("pictures"), "--render", "3", "--select", "b.bmp",
+                                     name="b.spr")
+        self.assertEqual(sprite.palette[0], BLACK)
+
+
+class Abort(ToolTest):
+    ABORTED = "Process Aborted By User. Some Pictures Where Not Imported."
+    SUCCESS = "Frames Generated Successfully !"
+
+    def abort_after(self, number):
+        pictures = self.path("pictures") if os.path.exists(self.path("pictures")) else self.three_pictures()
+        if os.path.exists(self.path("out.spr")):
+            os.remove(self.path("out.spr"))
+        return self.run_walkthrough("--pictures", pictures, "--abort-after", str(number), "--save",
+                                    self.path("out.spr"))
+
+    def test_in_the_first_pass_nothing_is_imported_or_saved(self):
+        for number in range(4):
+            events = self.abort_after(number)
+            # The mark is tested before events run, so a press ahead of the first picture still lets it through.
+            self.assertEqual(events.count("step: Loading Picture..."), max(number, 1))
+            self.assertEqual(events.count("step: Aborting Process..."), 1)
+            self.assertEqual(of_kind(events, "message"), [self.ABORTED])
+            self.assertEqual(of_kind(events, "list") + of_kind(events, "wrote"), [])
+            self.assertFalse(os.path.exists(self.path("out.spr")))
+
+    def test_in_the_second_pass_the_frames_made_so_far_stay_under_the_message_of_success(self):
+        for number in (4, 5, 6):
+            events = self.abort_after(number)
+            self.assertEqual(events.count("step: Aborting Process..."), 1)
+            self.assertEqual(of_kind(events, "message")[0], self.SUCCESS)
+            self.assertEqual(Sprite(read(self.path("out.spr"))).count, number - 3)
+
+    def test_beyond_both_passes_nobody_presses_cancel(self):
+        events = self.abort_after(7)
+        self.assertNotIn("step: Aborting Process...", events)
+        self.assertEqual(Sprite(read(self.path("out.spr"))).count, 3)
+
+    def test_an_abort_of_the_first_import_leaves_the_second_alone(self):
+        pictures = self.three_pictures()
+        events, sprite = self.make_sprite("--pictures", pictures, "--again", pictures, "--abort-after", "1")
+        self.assertEqual(of_kind(events, "message")[:2], [self.ABORTED, self.SUCCESS])
+        self.assertEqual(sprite.count, 3)
+
+    def test_an_extraction_ends_before_the_next_line(self):
+        pictures = self.three_pictures()
+        for number in range(4):
+            out = self.make_folder(f"out{number}")
+            events = self.run_walkthrough("--pictures", pictures, "--export", out, "--abort-export-after", str(number))
+            self.assertEqual(sorted(os.listdir(out)), [f"Untitled_{i}.bmp" for i in range(number)])
+            self.assertEqual(events.count("step: Aborting Process..."), 1)
+
+
+class FrameList(ToolTest):
+    def test_a_second_import_replaces_the_frames_and_lengthens_the_list(self):
+        second = self.make_folder("second", {"d.bmp": solid(WHITE)})
+        events, sprite = self.make_sprite("--pictures", self.three_pictures(), "--again", second)
+        self.assertEqual(of_kind(events, "list"), ["Frame 0", "Frame 1", "Frame 2", "Frame 3", "Frame 0"])
+        self.assertEqual(of_kind(events, "message")[:2], [Abort.SUCCESS] * 2)
+        self.assertEqual(sprite.count, 1)
+        self.assertEqual(sprite.frames[0], bytes(16))
+        # Black stands behind every import's colours; entry 2 is left over from the first import.
+        self.assertEqual(sprite.palette[:4], [WHITE, BLACK, BLUE, BLACK])
+
+    def test_the_selection_goes_by_name_in_the_second_import_too(self):
+        second = self.make_folder("second", {"b.bmp": solid(WHITE), "d.bmp": solid(RED)})
+        _, sprite = self.make_sprite("--pictures", self.three_pictures(), "--select", "a.bmp", "--select", "b.bmp",
+                                     "--again", second)
+        self.assertEqual([sprite.colours_of(i)[:3] for i in range(sprite.count)], [bytes(WHITE)])
+
+    def test_arrows_move_frames_and_saving_writes_them_in_display_order(self):
+        _, sprite = self.make_sprite("--pictures", self.three_pictures(), "--move", "2:up", "--move", "0:down",
+                                     "--move", "0:up", "--move", "2:down", "--draw", "0:" + self.path("0.ppm"),
+                                     "--draw", "2:" + self.path("2.ppm"))
+        # red green blue - red blue green - blue red green; the last two arrows have nowhere to go.
+        self.assertEqual(sprite.frames, [bytes([2] * 16), bytes([0] * 16), bytes([1] * 16)])
+        self.assertEqual(parse_ppm(read(self.path("0.ppm"))), [(4, 4, bytes(BLUE) * 16)])
+        self.assertEqual(parse_ppm(read(self.path("2.ppm"))), [(4, 4, bytes(GREEN) * 16)])
+
+    def test_an_export_without_saving_jumps_with_the_order(self):
+        out = self.make_folder("out")
+        events = self.run_walkthrough("--pictures", self.three_pictures(), "--move", "0:down", "--export", out)
+        self.assertEqual(of_kind(events, "step")[-3:], ["Extracting Frames...", "Untitled_0.bmp", "Untitled_2.bmp"])
+        self.assertEqual(sorted(os.listdir(out)), ["Untitled_1.bmp", "Untitled_2.bmp"])
+        self.assertEqual(decode(self.path("out", "Untitled_1.bmp"), self.path("out", "Untitled_2.bmp")),
+                         [(4, 4, bytes(GREEN) * 16), (4, 4, bytes(BLUE) * 16)])
+
+
+class Export(ToolTest):
+    def setUp(self):
+        super().setUp()
+        self.pixels = [bytes((7 * i + 31 * n) % 256 for i in range(7 * 5)) for n in range(3)]
+        self.palette = bytes((i * 89 + i // 3 * 7) % 256 for i in range(768))
+        self.sprite = write(self.path("odd.two.dots.spr"), sprite_file(7, 5, self.pixels, palette=self.palette))
+        self.out = self.make_folder("out")
+
+    def export(self, *arguments):
+        return self.run_walkthrough("--open", self.sprite, "--export", self.out, *arguments)
+
+    def expected(self, *numbers):
+        colours = [self.palette[i:i + 3] for i in range(0, 768, 3)]
+        return [(7, 5, b"".join(colours[index] for index in self.pixels[n])) for n in numbers]
+
+    def exported(self, extension, *numbers):
+        return [os.path.join(self.out, f"odd_{n}.{extension}") for n in numbers]
+
+    def test_every_format_reads_back_equal(self):
+        for extension, options in (("bmp", ()), ("tga", ()), ("pcx", ()), ("pcx", ("--compressed",))):
+            self.export("--format", extension, "--if-exists", "overwrite", *options)
+            self.assertEqual(decode(*self.exported(extension, 0, 1, 2)), self.expected(0, 1, 2), extension)
+
+    def test_the_compressed_choice_reaches_tga_and_pcx_files(self):
+        self.export("--format", "tga", "--compressed")
+        self.assertEqual(read(self.exported("tga", 0)[0])[2], 10)
+        self.export("--format", "tga", "--if-exists", "overwrite")
+        self.assertEqual(read(self.exported("tga", 0)[0])[2], 2)
+        self.export("--format", "pcx", "--compressed")
+        self.assertEqual(read(self.exported("pcx", 0)[0])[2], 1)
+        self.export("--format", "pcx", "--if-exists", "overwrite")
+        self.assertEqual(read(self.exported("pcx", 0)[0])[2], 0)
+
+    def test_bmp_is_the_default_format_and_the_base_name_ends_at_the_first_dot(self):
+        self.export()
+        self.assertEqual(sorted(os.listdir(self.out)), ["odd_0.bmp", "odd_1.bmp", "odd_2.bmp"])
+
+    def test_only_the_frames_told_are_written(self):
+        events = self.export("--frames", "2,0")
+        self.assertEqual(of_kind(events, "wrote"), self.exported("bmp", 0, 2))
+        self.assertEqual(decode(*self.exported("bmp", 0, 2)), self.expected(0, 2))
+
+    def test_existing_files_are_skipped_asked_for_or_overwritten(self):
+        old, = self.exported("bmp", 1)
+        question = "File odd_1.bmp Already Exists. Overwrite?"
+        for options, questions, overwritten in ((("--if-exists", "skip"), [], False),
+                                                (("--answer", "no"), [question], False),
+                                                (("--if-exists", "ask", "--answer", "no"), [question], False),
+                                                (("--if-exists", "ask", "--answer", "yes"), [question], True),
+                                                ((), [question], True),
+                                                (("--if-exists", "overwrite", "--answer", "no"), [], True)):
+            write(old, b"old")
+            for path in self.exported("bmp", 0, 2):
+                if os.path.exists(path):
+                    os.remove(path)
+            events = self.export(*options)
+            self.assertEqual(of_kind(events, "question"), questions, options)
+            self.assertEqual(read(old) != b"old", overwritten, options)
+            self.assertEqual(of_kind(events, "wrote"), self.exported("bmp", *((0, 1, 2) if overwritten else (0, 2))))
+
+    def test_a_folder_that_is_not_there_or_not_told_gives_its_message(self):
+        self.assertEqual(of_kind(self.run_walkthrough("--open", self.sprite, "--export", self.path("none")), "message"),
+                         ["Output Folder Doesnt Exist."])
+        self.assertEqual(of_kind(self.run_walkthrough("--open", self.sprite, "--export", ""), "message"),
+                         ["Select Output Folder First."])
+
+
+class OpenAndSave(ToolTest):
+    def open(self, data, *arguments, **options):
+        path = write(self.path("in.spr"), data)
+        return self.run_walkthrough("--open", path, *arguments, **options)
+
+    def test_a_sprite_opened_and_saved_keeps_its_header_and_gets_its_last_origin_everywhere(self):
+        frames = [bytes([i] * 6) for i in range(3)]
+        events = self.open(sprite_file(2, 3, frames, origins=[(1, 2), (3, 4), (5, 6)]), "--save", self.path("out.spr"))
+        self.assertEqual(events, [f"list: Frame {i}" for i in range(3)] + ["wrote: " + self.path("out.spr")]
+                         + [f"list: Frame {i}" for i in range(3)])
+        self.assertEqual(read(self.path("out.spr")), sprite_file(2, 3, frames, origins=[(5, 6)] * 3))
+
+    def test_an_import_into_an_opened_sprite_replaces_its_frames(self):
+        pictures = self.three_pictures()
+        path = write(self.path("in.spr"), sprite_file(2, 3, [bytes(6)]))
+        events, sprite = self.make_sprite("--open", path, "--pictures", pictures, "--choice", "resize")
+        self.assertEqual((sprite.width, sprite.height, sprite.count, sprite.type, sprite.render), (2, 3, 3, 1, 0))
+        self.assertEqual(of_kind(events, "list")[:4], ["Frame 0", "Frame 1", "Frame 2", "Frame 3"])
+
+    def test_refused_files_give_their_message_and_end_the_walk(self):
+        good = sprite_file(2, 2, [bytes(4)] * 2)
+        refused = {
+            "Not A Half-Life Sprite " + self.path("in.spr"): sprite_file(2, 2, [bytes(4)], ident=b"idsp"),
+            "No Sprites In File": sprite_file(2, 2, [], frame_count=0),
+            "Not 8bpp sprite": sprite_file(2, 2, [bytes(4)], colour_count=255),
+            "Unknown Error Loading Sprite.": good[:810 + 20 + 4 + 19]}
+        for message, data in refused.items():
+            events = self.open(data, "--pictures", SAMPLES, "--save", self.path("out.spr"), "--export", self.folder)
+            self.assertEqual(events, ["message: " + message])
+        self.assertEqual(self.run_walkthrough("--open", self.path("missing.spr")),
+                         ["message: Unknown Error Loading Sprite."])
+        self.assertEqual(os.listdir(self.folder), ["in.spr"])
+
+    def test_a_frame_cut_short_is_filled_with_zeros(self):
+        frames = [bytes([1] * 4), bytes([2] * 4)]
+        self.open(sprite_file(2, 2, frames)[:-3], "--save", self.path("out.spr"))
+        self.assertEqual(Sprite(read(self.path("out.spr"))).frames, [frames[0], bytes([2, 0, 0, 0])])
+
+    def test_a_read_only_target_stays_with_the_message(self):
+        target = write(self.path("out.spr"), b"old")
+        os.chmod(target, stat.S_IRUSR)
+        events = self.run_walkthrough("--pictures", self.three_pictures(), "--save", target)
+        self.assertEqual(events[-1], "message: Unknown Error Saving Sprite.")
+        self.assertEqual(of_kind(events, "wrote"), [])
+        self.assertEqual(read(target), b"old")
+
+
+class Ends(ToolTest):
+    def test_a_wrong_option_ends_with_64_before_anything_is_done(self):
+        pictures = self.three_pictures()
+        job = ("--pictures", pictures, "--save", self.path("out.spr"))
+        for wrong in (("--unknown",), ("out.spr",), ("--filter", "gif"), ("--filter", "BMP"), ("--size", "32"),
+                      ("--size", "32x"), ("--size", "axb"), ("--type", "5"), ("--type", "-1"), ("--render", "4"),
+                      ("--choice", "both"), ("--pick", "1"), ("--pick", "1,b"), ("--abort-after", "-1"),
+                      ("--abort-after", "x"), ("--abort-export-after", "1.5"), ("--move", "1"), ("--move", "1:left"),
+                      ("--move", "-1:up"), ("--move", "1:"), ("--draw", "1"), ("--format", "jpg"), ("--frames", ""),
+                      ("--frames", "1,"), ("--frames", "1;2"), ("--if-exists", "never"), ("--answer", "maybe"),
+                      ("--answer",), ("--select", "missing.bmp"), ("--again", self.path("missing")),
+                      ("--pictures", self.path("missing"))):
+            events = self.run_walkthrough(*job, *wrong, status=64)
+            self.assertEqual(events, [], wrong)
+            self.assertNotEqual(self.errors, "", wrong)
+            self.assertEqual(os.listdir(self.folder), ["pictures"], wrong)
+
+    def test_an_arrow_on_a_line_that_is_not_there_is_a_wrong_option(self):
+        self.run_walkthrough("--pictures", self.three_pictures(), "--move", "3:up", status=64)
+
+    def test_a_fatal_failure_ends_with_70_and_its_name(self):
+        grey = self.make_folder("grey", {"grey.tga": tga(3, 4, 4, 8, bytes(16))})
+        broken = self.make_folder("broken", {"a.bmp": struct.pack("<2sIHHIIiiHHIIiiII", b"BM", 1000, 0, 0, 54, 40, 4,
+                                                                  4, 1, 24, 0, 3, 0, 0, 0, 0)[:30] + b"\x03" * 24})
+        refused = self.make_folder("refused", {"a.bmp": b"BM"})
+        self.three_pictures("three")
+        self.make_folder("one", {"a.bmp": solid(RED)})
+        shallow = write(self.path("shallow.spr"), sprite_file(4, 4, [bytes(4)], frame_size=(2, 2)))
+        for name, arguments in (
+                # No map of 24 bits was ever read, and its highest index is asked for.
+                ("SubscriptOutOfRange", ("--pictures", grey, "--filter", "tga")),
+                ("InvalidPicture", ("--pictures", broken)),
+                # The preview loads even what the probe has just refused.
+                ("InvalidPicture", ("--pictures", refused)),
+                # A line of the list that no frame stands behind any more.
+                ("SubscriptOutOfRange", ("--pictures", self.path("three"), "--again", self.path("one"), "--move",
+                                         "2:up")),
+                # Drawn at the header's size, which the frame does not fill.
+                ("SubscriptOutOfRange", ("--open", shallow)),
+                ("SubscriptOutOfRange", ("--pictures", self.path("three"), "--draw", "3:out.ppm"))):
+            self.run_walkthrough(*arguments, status=70)
+            self.assertEqual(self.errors, f"run-time error: {name}\n")
+
+
+class Inspect(ToolTest):
+    def inspect(self, *arguments, status=0):
+        done = subprocess.run([INSPECT, *arguments], cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              timeout=60, check=False)
+        self.assertEqual(done.returncode, status, done.stderr.decode())
+        return [json.loads(line) for line in done.stdout.decode().splitlines()]
+
+    def inspect_one(self, *arguments):
+        lines = self.inspect(*arguments)
+        self.assertEqual(len(lines), 1)
+        self.assertEqual(lines[0].pop("file"), arguments[-1])
+        return lines[0]
+
+    def test_a_sprite_is_told_in_full(self):
+        frames = [bytes([7] * 6), bytes(range(6))]
+        data = sprite_file(2, 3, frames, origins=[(1, 2), (3, 4)])
+        told = self.inspect_one(write(self.path("a.spr"), data))
+        self.assertEqual(told, {
+            "result": -1, "message": None, "Ident": "IDSP", "Version": 2, "SpriteType": 1, "RenderMode": 0,
+            "BoundingRadius": 7.5, "Width": 2, "Height": 3, "FrameCount": 2, "BeamLength": 2.5, "SyncType": 0,
+            "ColourCount": 256,
+            "FrameHeader": {"FrameType": 0, "OriginX": 3, "OriginY": 4, "FrameWidth": 2, "FrameHeight": 3},
+            "PaletteSha256": sha256(bytes(range(256)) * 3),
+            "Frames": [{"length": 6, "sha256": sha256(frame)} for frame in frames], "FrameOrder": [0, 1]})
+
+    def test_a_refused_sprite_has_its_message_and_what_was_read_until_then(self):
+        told = self.inspect_one(write(self.path("a.spr"), sprite_file(5, 3, [bytes(15)], colour_count=255)))
+        self.assertEqual((told["result"], told["message"]), (0, "Not 8bpp sprite"))
+        self.assertEqual((told["Width"], told["ColourCount"], told["Frames"]), (5, 255, []))
+        told = self.inspect_one(self.path("missing.spr"))
+        self.assertEqual((told["result"], told["message"]), (0, "Unknown Error Loading Sprite."))
+
+    def test_every_file_has_its_line_and_its_own_document(self):
+        write(self.path("a.spr"), sprite_file(1, 1, [b"\1"]))
+        write(self.path("b.spr"), b"")
+        first, second = self.inspect("a.spr", "b.spr")
+        self.assertEqual((first["file"], first["FrameCount"], first["result"]), ("a.spr", 1, -1))
+        self.assertEqual((second["file"], second["FrameCount"], second["result"]), ("b.spr", 0, 0))
+        self.assertEqual(second["PaletteSha256"], sha256(bytes(768)))
+
+    def test_bmp_and_jpeg_files_are_probed(self):
+        self.assertEqual(self.inspect_one(os.path.join(SAMPLES, "palette.bmp")),
+                         {"probe": {"result": -1, "width": 64, "height": 64, "bitCount": 8, "compression": 0}})
+        self.assertEqual(self.inspect_one(os.path.join(SAMPLES, "explosion_1.jpg")),
+                         {"probe": {"result": -1, "width": 64, "height": 64}})
+        told = self.inspect_one(write(self.path("bad.BMP"), b"MB"))
+        self.assertEqual(told["probe"]["result"], 0)
+        self.assertEqual(self.inspect_one(self.path("missing.bmp")), {"probe": {"failure": "FileNotFound"}})
+
+    def check_reader(self, extension, recognised, bpp):
+        path = os.path.join(SAMPLES, f"explosion_5.{extension}")
+        told = self.inspect_one("--decode", self.path("out.ppm"), path)
+        width, height, pixels = decode(path)[0]
+        self.assertEqual(told, {
+            "probe": {"result": -1, "width": SIDE, "height": SIDE, "bpp": bpp},
+            "load": {"Width": SIDE, "Height": SIDE, "TwipWidth": SIDE * 15, "TwipHeight": SIDE * 15, "Bpp": bpp,
+                     "Compressed": 0, recognised: -1},
+            "drawn": {"width": width, "height": height, "sha256": sha256(pixels)}})
+        self.assertEqual(parse_ppm(read(self.path("out.ppm"))), [(width, height, pixels)])
+
+    def test_tga_files_are_probed_loaded_and_drawn(self):
+        self.check_reader("tga", "IsTGA", 24)
+
+    def test_pcx_files_are_probed_loaded_and_drawn(self):
+        self.check_reader("pcx", "IsPCX", 8)
+
+    def test_nothing_is_told_where_nothing_was_decoded(self):
+        good = write(self.path("good.tga"), tga(2, 1, 1, 24, bytes(RED)))
+        for name, data in (("bad.tga", tga(2, 2, 2, 5, bytes(16))), ("bad.pcx", bytes(200))):
+            path = write(self.path(name), data)
+            self.assertIs(self.inspect_one(path)["load"]["nothing"], True)
+            told = self.inspect(good, path)
+            self.assertNotIn("nothing", told[0]["load"])
+            self.assertIs(told[1]["load"]["nothing"], True)
+
+    def test_a_picture_without_pixels_is_nothing_also_behind_another(self):
+        good = write(self.path("good.tga"), tga(2, 1, 1, 24, bytes(RED)))
+        empty = write(self.path("empty.tga"), tga(2, 0, 1, 16, bytes(4)))
+        self.assertIs(self.inspect_one(empty)["load"]["nothing"], True)
+        self.assertIs(self.inspect(good, empty)[1]["load"]["nothing"], True)
+
+    def test_failures_stand_where_they_arise(self):
+        grey = write(self.path("grey.tga"), tga(3, 4, 4, 8, bytes(16)))
+        told = self.inspect_one(grey)
+        self.assertEqual(told["load"], {"failure": "SubscriptOutOfRange"})
+        self.assertEqual(told["probe"], {"result": -1, "width": 4, "height": 4, "bpp": 8})
+        self.assertNotIn("drawn", told)
+
+    def test_one_reader_object_keeps_its_map_for_the_next_file(self):
+        mapped = write(self.path("mapped.tga"), tga(1, 4, 1, 8, bytes([1, 0, 1, 1]), bytes(RED[::-1] + BLUE[::-1])))
+        # Longer by the old map's size, which the length formula takes away.
+        grey = write(self.path("grey.tga"), tga(3, 4, 1, 8, bytes(4 + 3 * 256)))
+        apart = self.inspect(mapped, grey)
+        self.assertEqual(apart[0]["drawn"]["sha256"], sha256(bytes(BLUE + RED + BLUE + BLUE)))
+        self.assertEqual(apart[1]["load"], {"failure": "SubscriptOutOfRange"})
+        together = self.inspect("--same-object", mapped, grey)
+        self.assertEqual(together[0], apart[0])
+        self.assertEqual(together[1]["drawn"], {"width": 4, "height": 1, "sha256": sha256(bytes(12))})
+
+    def test_without_a_file_or_with_an_unknown_option_it_ends_with_64(self):
+        self.inspect(status=64)
+        self.inspect("--decode", status=64)
+        self.inspect("--unknown", "a.spr", status=64)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])
