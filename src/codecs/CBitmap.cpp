@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdlib>
+#include <limits>
 #include <new>
 #include <utility>
 #include <vector>
@@ -62,12 +63,13 @@ bool covers(std::span<const std::uint8_t> pixels, const Bitmap& picture, std::in
 }
 
 std::shared_ptr<const Bitmap> make_bitmap(std::span<const std::uint8_t> pixels, const Layout& layout,
-                                          std::int32_t width, std::int64_t bi_height) {
-    if (width <= 0 || bi_height == 0) {
+                                          std::int32_t width, std::int32_t bi_height) {
+    const std::int64_t height = std::abs(std::int64_t{bi_height});
+    if (!is_possible_size(width, height)) {
         return nullptr;
     }
     try {
-        Bitmap picture(width, narrow<std::int32_t>(std::abs(bi_height)), 32, Bitmap::Rows::Surface);
+        Bitmap picture(width, narrow<std::int32_t>(height), 32, Bitmap::Rows::Surface);
         // What the array lacks is index 0, in whatever colour that is.
         if (!layout.colours.empty() && layout.colours[0] != RGBQUAD{} &&
             !covers(pixels, picture, layout.bits_per_pixel)) {
@@ -76,7 +78,7 @@ std::shared_ptr<const Bitmap> make_bitmap(std::span<const std::uint8_t> pixels, 
         convert_rows(pixels, layout, bi_height < 0, picture);
         return std::make_shared<const Bitmap>(std::move(picture));
     } catch (const RunTimeFailure&) {
-        return nullptr; // too large
+        return nullptr; // no memory
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
@@ -121,6 +123,11 @@ void SetColors16(std::span<const std::uint8_t> colours) {
 
 void SetColors256(std::span<const std::uint8_t> colours) {
     set_colours(colours_256, colours);
+}
+
+bool is_possible_size(std::int32_t width, std::int64_t height) {
+    constexpr std::int64_t most_pixels = std::numeric_limits<std::int32_t>::max() / 4;
+    return width > 0 && height > 0 && height <= most_pixels / width;
 }
 
 void CreateBitmap1(std::span<const std::uint8_t> pixels, std::int32_t width, std::int32_t height,

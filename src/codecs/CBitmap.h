@@ -26,6 +26,9 @@ void SetMonoColors();
 void SetColors16(std::span<const std::uint8_t> colours);
 void SetColors256(std::span<const std::uint8_t> colours);
 
+/// Whether the makers can hold a picture of that size: at least one pixel, fewer than 2 GiB at 32 bits.
+bool is_possible_size(std::int32_t width, std::int64_t height);
+
 /// The makers. `pixels` holds |height| rows, each a multiple of 4 bytes long, counted from `width` and the
 /// depth: 1 bit, most significant bit leftmost; 4 bits, high nibble leftmost; 8 bits, an index; 16 bits, a
 /// little-endian word of 5 bits red, green, blue; 32 bits, blue, green, red and a byte that is not used. The

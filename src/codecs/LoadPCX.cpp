@@ -172,6 +172,11 @@ void LoadPCX::LoadPcx4(const std::string& fileName) {
     std::int32_t width = width_;
     if (header_.NPlanes == 4) {
         width = RoundWidth(width_);
+        if (width > 0 && height_ > 0 && !CBitmap::is_possible_size(width, height_)) {
+            // The planes may be ever so short, and no row can start outside what they are merged to.
+            CBitmap::CurrentBitmap = nullptr;
+            return;
+        }
         pixels_ = MergePlanes(pixels_.bytes(), header_.BytesPerLine, width, height_);
     }
     pixels_ = FlipRows(pixels_.bytes(), height_, line);
@@ -243,10 +248,15 @@ ByteArray LoadPCX::MergePlanes(std::span<const std::uint8_t> bytes, std::int32_t
     ByteArray merged(static_cast<std::size_t>(total));
     for (std::int32_t row = 0; row < height; ++row) {
         const std::int64_t plane0 = std::int64_t{4} * bytesPerLine * row;
-        if (plane0 >= static_cast<std::int64_t>(bytes.size())) {
-            break; // only zeros from here on
+        const std::int64_t farthest = plane0 + (line - 1) / 4;
+        if (plane0 >= static_cast<std::int64_t>(bytes.size()) || farthest < 0) {
+            break; // only zeros from here on, behind the bytes or, with lines that go backwards, before them
         }
         std::uint8_t* target = merged.data() + std::int64_t{line} * row;
+        if (bytesPerLine == 0 && row > 0) {
+            std::copy_n(merged.data(), line, target); // lines of no bytes all stand at the first
+            continue;
+        }
         for (std::int32_t at = 0; at < line; at += 4) {
             const std::int64_t source = plane0 + at / 4;
             const auto group = MergeBytes(byte_at(source), byte_at(source + bytesPerLine),

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 #include "base/RunTimeFailure.h"
 #include "base/numbers.h"
@@ -66,14 +67,21 @@ void put_clipped(std::span<std::uint8_t> target, std::int64_t at, std::span<cons
     }
 }
 
-ByteArray array_for_picture(std::int32_t height, std::int32_t width, std::int32_t pixel_bytes) {
+// Bytes of the picture and one spare; none for a negative number.
+std::int64_t expanded_length(std::int32_t height, std::int32_t width, std::int32_t pixel_bytes) {
     std::int32_t total = 0;
     try {
         total = checked_multiply(checked_multiply(height, width), pixel_bytes);
     } catch (const RunTimeFailure&) {
         // A product that fails is passed over: the total stays 0.
     }
-    return total < 0 ? ByteArray() : ByteArray(static_cast<std::size_t>(total) + 1);
+    return total < 0 ? 0 : std::int64_t{total} + 1;
+}
+
+// No packets of so many bytes make more: a run makes 128 pixels of a code and one, and the last may be cut.
+std::int64_t most_expanded(std::size_t packed_bytes, std::int32_t pixel_bytes) {
+    const std::int64_t most_packets = static_cast<std::int64_t>(packed_bytes) / (1 + pixel_bytes) + 1;
+    return most_packets * 128 * pixel_bytes;
 }
 
 } // namespace
@@ -156,19 +164,28 @@ void LoadTGA::LoadTga8(const std::string& fileName) {
     take_direction();
     take_size();
     CBitmap::SetColors256(colors_.bytes());
-    if (is_run_length()) {
-        pixels_ = DecodeRle(pixels_.bytes(), 8, height_, width_);
-    }
     // Rows in the file are as long as the whole width, the origin included.
-    pixels_ = PadRows(pixels_.bytes(), height_, header_.ImageWidth);
+    const std::int32_t line = header_.ImageWidth;
+    std::int32_t rows = height_;
+    if (is_run_length()) {
+        Expansion expansion = DecodeRle(pixels_.bytes(), 8, height_, width_);
+        check_rows(expansion.length, height_, line);
+        pixels_ = std::move(expansion.held);
+        if (rows > 0) {
+            // Rows that the packets do not reach stay out: the maker takes what an array lacks for zero.
+            const std::int64_t reached = (static_cast<std::int64_t>(pixels_.size()) + line - 1) / line;
+            rows = static_cast<std::int32_t>(std::min<std::int64_t>(rows, reached));
+        }
+    }
+    pixels_ = PadRows(pixels_.bytes(), rows, line);
     CBitmap::CreateBitmap8(pixels_.bytes(), width_, height_, top_down_);
 }
 
 void LoadTGA::LoadTga16(const std::string& fileName) {
     // Packets are taken as 3 bytes a pixel, so that compressed files come out wrong.
-    const ByteArray bytes = read_colour_bytes(fileName, 24);
+    const Expansion bytes = read_colour_bytes(fileName, 24);
     // Rows of an odd width are not padded: their picture is skewed.
-    CBitmap::CreateBitmap16(bytes.bytes(), width_, height_, top_down_);
+    CBitmap::CreateBitmap16(bytes.held.bytes(), width_, height_, top_down_);
 }
 
 void LoadTGA::LoadTga24(const std::string& fileName) {
@@ -216,7 +233,7 @@ bool LoadTGA::is_run_length() const {
 
 // Everything behind the header, expanded where packets are announced: a colour map or an ID field counts as
 // pixels.
-ByteArray LoadTGA::read_colour_bytes(const std::string& fileName, std::int32_t packet_bits) {
+LoadTGA::Expansion LoadTGA::read_colour_bytes(const std::string& fileName, std::int32_t packet_bits) {
     InputFile file(fileName);
     header_ = read_header<TgaHeader>(file);
     take_size();
@@ -227,11 +244,12 @@ ByteArray LoadTGA::read_colour_bytes(const std::string& fileName, std::int32_t p
     if (is_run_length()) {
         return DecodeRle(bytes.bytes(), packet_bits, height_, width_);
     }
-    return bytes;
+    const auto length = static_cast<std::int64_t>(bytes.size());
+    return {std::move(bytes), length};
 }
 
-void LoadTGA::make_from_whole_bytes(const ByteArray& bytes, std::int32_t pixel_bytes) {
-    const double highest_index = static_cast<double>(bytes.size()) - 1;
+void LoadTGA::make_from_whole_bytes(const Expansion& bytes, std::int32_t pixel_bytes) {
+    const double highest_index = static_cast<double>(bytes.length) - 1;
     const auto last_pixel = round_to_even<std::int64_t>(highest_index / pixel_bytes - 1);
     const std::int64_t picture_pixels = std::int64_t{width_} * height_;
     if (last_pixel < 0 || picture_pixels <= 0) {
@@ -241,21 +259,27 @@ void LoadTGA::make_from_whole_bytes(const ByteArray& bytes, std::int32_t pixel_b
         fail(Failure::OutOfMemory);
     }
     // Pixels that the bytes do not reach are black, and the maker takes what an array lacks for black.
-    const auto reached = static_cast<std::size_t>(std::min(last_pixel + 1, picture_pixels));
+    const std::size_t held = bytes.held.size();
     const auto step = static_cast<std::size_t>(pixel_bytes);
+    const auto reached = std::min(static_cast<std::size_t>(std::min(last_pixel + 1, picture_pixels)),
+                                  (held + step - 1) / step);
     pixels_ = ByteArray(reached * 4);
     for (std::size_t i = 0; i < reached; ++i) {
-        std::copy_n(bytes.data() + i * step, 3, pixels_.data() + i * 4);
+        const std::size_t count = std::min<std::size_t>(3, held - i * step);
+        std::copy_n(bytes.held.data() + i * step, count, pixels_.data() + i * 4);
     }
     CBitmap::CreateBitmap32(pixels_.bytes(), width_, height_, top_down_);
 }
 
-ByteArray LoadTGA::DecodeRle(std::span<const std::uint8_t> bytes, std::int32_t bits, std::int32_t height,
-                             std::int32_t width) {
+LoadTGA::Expansion LoadTGA::DecodeRle(std::span<const std::uint8_t> bytes, std::int32_t bits,
+                                      std::int32_t height, std::int32_t width) {
     const auto pixel_bytes = round_to_even<std::int32_t>(bits / 8.0);
-    ByteArray expanded = array_for_picture(height, width, pixel_bytes);
-    const std::span<std::uint8_t> target = expanded.bytes();
-    const std::int64_t total = static_cast<std::int64_t>(expanded.size()) - 1;
+    Expansion expanded;
+    expanded.length = expanded_length(height, width, pixel_bytes);
+    const std::int64_t held = std::min(expanded.length, most_expanded(bytes.size(), pixel_bytes));
+    expanded.held = ByteArray(static_cast<std::size_t>(held));
+    const std::span<std::uint8_t> target = expanded.held.bytes();
+    const std::int64_t total = expanded.length - 1;
     std::int64_t written = 0;
     std::size_t at = 0;
     while (written < total && at < bytes.size()) {

@@ -72,10 +72,18 @@ class LoadTGA {
 
     // The stages of a decode.
 
+    /// An array of `length` bytes of which the first are held; the others, which nothing was written to, are
+    /// zero. At least one is held unless the length is 0.
+    struct Expansion {
+        ByteArray held;
+        std::int64_t length = 0;
+    };
+
     /// The expansion of packets of `bits` / 8 bytes a pixel (8, 24 or 32 bits): as many bytes as the picture
     /// needs and one spare. What the packets do not reach is zero, what they hold beyond the end is dropped.
-    /// No bytes at all when the picture's byte count is negative; one when it is beyond 32 bits.
-    static ByteArray DecodeRle(std::span<const std::uint8_t> bytes, std::int32_t bits, std::int32_t height,
+    /// No bytes at all when the picture's byte count is negative; one when it is beyond 32 bits. It takes
+    /// memory for what the packets can fill, however large the picture is.
+    static Expansion DecodeRle(std::span<const std::uint8_t> bytes, std::int32_t bits, std::int32_t height,
                                std::int32_t width);
 
     /// Lines in the order of the file, each padded to a multiple of 4 bytes. SubscriptOutOfRange when a line
@@ -93,15 +101,15 @@ class LoadTGA {
     void take_size();
     void take_direction();
     bool is_run_length() const;
-    ByteArray read_colour_bytes(const std::string& fileName, std::int32_t packet_bits);
-    void make_from_whole_bytes(const ByteArray& bytes, std::int32_t pixel_bytes);
+    Expansion read_colour_bytes(const std::string& fileName, std::int32_t packet_bits);
+    void make_from_whole_bytes(const Expansion& bytes, std::int32_t pixel_bytes);
 
     std::int16_t top_down_ = 0;
     ByteArray colors_; // 256 triples of red, green, blue
     ByteArray pixels_;
     TgaHeader header_;
-    ByteArray
-        map24_; // the maps are never cleared: the length of later 8-bit pictures goes by the last 24-bit one
+    // The maps are never cleared: the length of later 8-bit pictures goes by the last map of 24 bits.
+    ByteArray map24_;
     ByteArray map32_;
     ByteArray map16_;
     std::int32_t width_ = 0;

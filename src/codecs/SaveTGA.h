@@ -24,11 +24,9 @@ class SaveTGA {
     /// Run-length packets of pixels of 3 bytes, `width` pixels a row. Only where every row ends in a run does
     /// a decoder get the picture back, because:
     /// - a raw packet ends before the last pixel of its row, and that pixel is left out of the stream when
-    /// the
-    ///   next row, or the zeros behind the picture, begin with its equal;
+    ///   the next row, or the zeros behind the picture, begin with its equal;
     /// - otherwise it begins a raw packet that goes on into the next row; when that packet holds more than
-    /// this
-    ///   pixel, no row end is seen from there on;
+    ///   this pixel, no row end is seen from there on;
     /// - raw packets know no limit: 129 to 256 pixels get the length byte of a run, more are an Overflow;
     /// - a run may take in the one zero pixel behind the picture.
     /// The result is empty when everything is left out, as in a black picture one pixel wide. DivisionByZero

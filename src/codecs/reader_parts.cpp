@@ -22,18 +22,22 @@ std::int32_t padded_length(std::int32_t line_bytes) {
     return checked_add(line_bytes, 3) & ~3;
 }
 
-ByteArray pad_rows(std::span<const std::uint8_t> bytes, std::int32_t height, std::int32_t line_bytes,
-                   RowOrder order) {
-    const std::int32_t padded = padded_length(line_bytes);
-    const std::int64_t total = std::int64_t{height} * padded;
-    if (total <= 0) {
+void check_rows(std::int64_t length, std::int32_t height, std::int32_t line_bytes) {
+    if (std::int64_t{height} * padded_length(line_bytes) <= 0) {
         fail(Failure::SubscriptOutOfRange);
     }
-    // The last line starts farthest out. It is looked at before memory is taken for what a header claims.
+    // The last line starts farthest out.
     if (height > 0) {
-        check_subscript((std::int64_t{height} - 1) * line_bytes, bytes.size());
+        check_subscript((std::int64_t{height} - 1) * line_bytes, length);
     }
-    ByteArray rows(static_cast<std::size_t>(total));
+}
+
+ByteArray pad_rows(std::span<const std::uint8_t> bytes, std::int32_t height, std::int32_t line_bytes,
+                   RowOrder order) {
+    // Before memory is taken for what a header claims.
+    check_rows(static_cast<std::int64_t>(bytes.size()), height, line_bytes);
+    const std::int32_t padded = padded_length(line_bytes);
+    ByteArray rows(static_cast<std::size_t>(std::int64_t{height} * padded));
     for (std::int32_t line = 0; line < height; ++line) {
         const std::int32_t from = order == RowOrder::Kept ? line : height - 1 - line;
         const auto source =

@@ -31,9 +31,12 @@ std::int32_t padded_length(std::int32_t line_bytes);
 
 enum class RowOrder { Kept, Reversed };
 
+/// SubscriptOutOfRange unless `height` lines that stand close together all start within `length` bytes and
+/// have bytes when padded.
+void check_rows(std::int64_t length, std::int32_t height, std::int32_t line_bytes);
+
 /// `height` lines that stand close together, each padded with zeros to the padded length. A line that ends
-/// outside `bytes` gets zeros there. SubscriptOutOfRange when a line starts outside, or when the result would
-/// have no bytes.
+/// outside `bytes` gets zeros there. The failures of check_rows.
 ByteArray pad_rows(std::span<const std::uint8_t> bytes, std::int32_t height, std::int32_t line_bytes,
                    RowOrder order);
 

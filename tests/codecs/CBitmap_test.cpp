@@ -38,6 +38,18 @@ struct TwipsPerPixel {
     ~TwipsPerPixel() { screen() = Screen{}; }
 };
 
+TEST(CBitmap, SizesOfAtLeastOnePixelAndLessThan2GibibytesArePossible) {
+    EXPECT_TRUE(CBitmap::is_possible_size(1, 1));
+    EXPECT_TRUE(CBitmap::is_possible_size(1, 536870911));
+    EXPECT_FALSE(CBitmap::is_possible_size(1, 536870912));
+    EXPECT_TRUE(CBitmap::is_possible_size(536870911, 1));
+    EXPECT_FALSE(CBitmap::is_possible_size(2, 268435456));
+    EXPECT_FALSE(CBitmap::is_possible_size(0, 5));
+    EXPECT_FALSE(CBitmap::is_possible_size(-1, 5));
+    EXPECT_FALSE(CBitmap::is_possible_size(5, 0));
+    EXPECT_FALSE(CBitmap::is_possible_size(5, -1));
+}
+
 TEST(CBitmap, OneBitPixelsRunFromTheMostSignificantBitAndAreBlackAndWhite) {
     CBitmap::SetMonoColors();
     CBitmap::CreateBitmap1(Bytes{0b10100000, 0b01000000, 0, 0}, 10, 1, 0);

@@ -1,5 +1,6 @@
 #include "codecs/LoadPCX.h"
 
+#include <chrono>
 #include <numeric>
 #include <random>
 
@@ -538,6 +539,33 @@ TEST_F(LoadPcx, MergingPlanesEqualsThePlainSteps) {
         ASSERT_EQ(bytes_of(LoadPCX::MergePlanes(planes, bytes_per_line, width, height)),
                   reference::merge_pcx_planes(planes, bytes_per_line, width, height))
             << seed;
+    }
+}
+
+TEST_F(LoadPcx, LinesThatGoBackwardsOrNowhereMergeAsThePlainStepsSayInWidePicturesToo) {
+    // Wide enough for the groups of later lines to reach what stands before them.
+    for (const std::int32_t bytes_per_line : {-3, -2, -1, 0, 1}) {
+        for (const std::int32_t width : {8, 30, 32, 34, 250}) {
+            const Bytes planes = counting(40);
+            EXPECT_EQ(bytes_of(LoadPCX::MergePlanes(planes, bytes_per_line, width, 12)),
+                      reference::merge_pcx_planes(planes, bytes_per_line, width, 12))
+                << bytes_per_line << " " << width;
+        }
+    }
+}
+
+TEST_F(LoadPcx, AFileOf129BytesIsNoReasonToWaitHoweverLargeItSaysThePictureIs) {
+    // Tens of millions of groups of pixels, of which hardly one has bytes of its own: doing them all takes
+    // several times this.
+    constexpr auto patience = std::chrono::seconds(2);
+    for (const int bytes_per_line : {0, -1, -8191}) {
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(LoadPCX::MergePlanes(Bytes{0x80, 0}, bytes_per_line, 32000, 16000)[0] & 0x10, 0x10);
+        put_old_picture();
+        load(header_of(1, 4, bytes_per_line, 32767, 32767), {0x80});
+        EXPECT_LT(std::chrono::steady_clock::now() - start, patience) << bytes_per_line;
+        EXPECT_EQ(CBitmap::CurrentBitmap, nullptr);
+        EXPECT_EQ(reader.Width(), 32767);
     }
 }
 

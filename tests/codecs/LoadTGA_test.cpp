@@ -67,6 +67,14 @@ Colour map_colour(int i) {
                        static_cast<std::uint8_t>(i));
 }
 
+// All of it, the zeros that are not held included.
+Bytes whole(const LoadTGA::Expansion& expansion) {
+    Bytes bytes = bytes_of(expansion.held);
+    EXPECT_LE(static_cast<std::int64_t>(bytes.size()), expansion.length);
+    bytes.resize(static_cast<std::size_t>(expansion.length));
+    return bytes;
+}
+
 Bytes counting(std::size_t count) {
     Bytes bytes(count);
     std::iota(bytes.begin(), bytes.end(), std::uint8_t{1});
@@ -563,14 +571,58 @@ TEST_F(LoadTga, PacketsThatEndTooSoonLeaveBlackAndTooManyAreDropped) {
 }
 
 TEST_F(LoadTga, ExpandedArraysHaveASpareByteAndNothingIsWrittenBehindIt) {
-    EXPECT_EQ(bytes_of(LoadTGA::DecodeRle(Bytes{0x81, 7}, 8, 1, 2)), (Bytes{7, 7, 0}));
-    EXPECT_EQ(bytes_of(LoadTGA::DecodeRle(Bytes{0xFF, 7}, 8, 1, 2)), (Bytes{7, 7, 7}));
-    EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 8, 0, 2).size(), 1U);
+    EXPECT_EQ(whole(LoadTGA::DecodeRle(Bytes{0x81, 7}, 8, 1, 2)), (Bytes{7, 7, 0}));
+    EXPECT_EQ(whole(LoadTGA::DecodeRle(Bytes{0xFF, 7}, 8, 1, 2)), (Bytes{7, 7, 7}));
+    EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 8, 0, 2).length, 1);
 }
 
 TEST_F(LoadTga, AByteCountBeyond32BitsIsPassedOverAsZeroAndANegativeOneGivesNoArray) {
-    EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 24, 32767, 32767).size(), 1U);
-    EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 24, -1, 2).size(), 0U);
+    EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 24, 32767, 32767).length, 1);
+    EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 24, -1, 2).length, 0);
+}
+
+TEST_F(LoadTga, AHugePictureOfFewPacketsTakesNoMoreMemoryThanThePacketsFill) {
+    for (const std::int32_t bits : {8, 24, 32}) {
+        const LoadTGA::Expansion expansion = LoadTGA::DecodeRle(Bytes{0xFF, 1, 2, 3, 4}, bits, 20000, 20000);
+        EXPECT_EQ(expansion.length, std::int64_t{20000} * 20000 * (bits / 8) + 1);
+        EXPECT_LE(expansion.held.size(), 5U * 128 * 4);
+        EXPECT_EQ(expansion.held[127], bits == 8 ? 1 : 1 + 127 % (bits / 8));
+    }
+}
+
+TEST_F(LoadTga, RowsAndPixelsThatNoPacketReachesAreZeroAlsoInAHugePicture) {
+    for (const int depth : {24, 32}) {
+        // Row 0 is the lowest as seen, so the packet's pixels stand at its left.
+        TgaHeader header = header_of(10, depth, 1000, 30000);
+        header.ImageDescriptor = 0;
+        load(header, {0x81, 1, 2, 3, 4});
+        const auto picture = CBitmap::CurrentBitmap;
+        ASSERT_EQ(picture->height(), 30000);
+        EXPECT_EQ(picture->pixel(1, 29999), 0x010203);
+        EXPECT_EQ(picture->pixel(2, 29999), 0);
+        EXPECT_EQ(picture->pixel(999, 0), 0);
+    }
+    load(with_map(header_of(9, 8, 300, 30000), 4, 24), joined({map24(4), {0xFF, 3, 0xFF, 2, 0xFF, 1}}));
+    const auto picture = CBitmap::CurrentBitmap;
+    ASSERT_EQ(picture->height(), 30000);
+    EXPECT_EQ(picture->pixel(299, 0), map_colour(1));
+    EXPECT_EQ(picture->pixel(83, 1), map_colour(1));
+    EXPECT_EQ(picture->pixel(84, 1), map_colour(0));
+    EXPECT_EQ(picture->pixel(299, 29999), map_colour(0));
+}
+
+TEST_F(LoadTga, EightBitRowsThatNoPacketReachesShowTheFirstColourOfTheMap) {
+    load(with_map(header_of(9, 8, 4, 70), 2, 24), joined({{9, 8, 7, 1, 1, 1}, {0x80, 1}}));
+    Colours expected(280, 0x090807);
+    expected[0] = 0x010101;
+    EXPECT_EQ(decoded_colours(), expected);
+}
+
+TEST_F(LoadTga, APictureTooLargeToBeHeldLeavesNone) {
+    put_old_picture();
+    load(with_map(header_of(9, 8, 32767, 32767), 1, 24), {1, 2, 3, 0xFF, 0});
+    EXPECT_EQ(CBitmap::CurrentBitmap, nullptr);
+    EXPECT_EQ(reader.Width(), 32767);
 }
 
 TEST_F(LoadTga, RunLengthDecodingEqualsThePlainSteps) {
@@ -583,7 +635,7 @@ TEST_F(LoadTga, RunLengthDecodingEqualsThePlainSteps) {
         const std::int32_t pixel_bytes = std::array{1, 3, 4}[random() % 3];
         const auto height = static_cast<std::int32_t>(random() % 8);
         const auto width = static_cast<std::int32_t>(random() % 30);
-        ASSERT_EQ(bytes_of(LoadTGA::DecodeRle(bytes, 8 * pixel_bytes, height, width)),
+        ASSERT_EQ(whole(LoadTGA::DecodeRle(bytes, 8 * pixel_bytes, height, width)),
                   reference::decode_tga_rle(bytes, pixel_bytes, height * width * pixel_bytes))
             << seed;
     }
