@@ -69,7 +69,7 @@ class MixpalsProperty : public testing::Test {
         ASSERT_EQ(sheet.bitmap().width(), plain_sheet.bitmap().width());
         ASSERT_EQ(sheet.bitmap().height(), plain_sheet.bitmap().height());
         ASSERT_TRUE(std::ranges::equal(sheet.bitmap().bytes(), plain_sheet.bitmap().bytes()));
-        if (mixpals::ColorCount > 255 && any(10) != 0) {
+        if (mixpals::ColorCount > 255 && any(3) != 0) {
             reduce(sheet, 0xC0E0E0);
             reduce(plain_sheet, 0xC0E0E0);
         }
@@ -182,7 +182,9 @@ TEST_F(MixpalsProperty, SequencesOfSmallImportsMixAsThePlainSteps) {
         start_over(seed);
         const std::uint32_t imports = 1 + any(4);
         for (std::uint32_t i = 0; i < imports; ++i) {
-            ASSERT_NO_FATAL_FAILURE(import(1 + any(4), 1 + any(18))) << "seed " << seed;
+            // Every eighth import is large enough for a 257th colour.
+            const std::uint32_t largest_side = any(8) == 0 ? 24 : 1 + any(18);
+            ASSERT_NO_FATAL_FAILURE(import(1 + any(4), largest_side)) << "seed " << seed;
         }
     }
     EXPECT_GT(failed_imports, 0) << "some sheets must bring the 257th colour";

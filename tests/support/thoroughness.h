@@ -5,10 +5,10 @@
 namespace varnoth::test {
 
 #if defined(__SANITIZE_ADDRESS__)
-inline constexpr unsigned share = 8;
+inline constexpr unsigned share = 4;
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer)
-inline constexpr unsigned share = 8;
+inline constexpr unsigned share = 4;
 #else
 inline constexpr unsigned share = 1;
 #endif

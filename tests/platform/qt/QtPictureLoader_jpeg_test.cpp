@@ -201,7 +201,8 @@ TEST_F(QtPictureLoaderJpeg, ACutBaselineFileGivesItsTopRowsAndBlack) {
         const std::size_t data = scan_data(whole);
         std::size_t rows_before = 0;
         const auto step_at = [&](std::size_t length) -> std::size_t {
-            return length + 40 > whole.size() ? 1 : 29 * test::share;
+            const std::size_t tail = whole.size() - 40; // every cut from here on
+            return length >= tail ? 1 : std::min<std::size_t>(29 * test::share, tail - length);
         };
         for (std::size_t length = data; length < whole.size(); length += step_at(length)) {
             const std::string path = write_cut(whole, length);
