@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 
 #include "base/RunTimeFailure.h"
 #include "platform/qt/QtPictureLoader.h"
@@ -27,6 +28,8 @@ int end_fatally(std::string_view name) {
 
 int main(int argument_count, char** arguments) {
     const QCoreApplication application(argument_count, arguments);
+    // A picture that does not decode is told once, as the failure that it is.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
     const std::vector<std::string> words(arguments + 1, arguments + argument_count);
     try {
         varnoth::QtPictureLoader loader;
