@@ -92,8 +92,8 @@ TEST(ProcessPicture1, MissesCountPerPixelOnceTheListIsFull) {
     std::vector<Colour> colours = counted(1, 256);
     colours.resize(300, 5000);
     test::RecordedServices services;
-    EXPECT_TRUE(ProcessPicture1().is_more_than_256(*surface_of(2, 150, colours)));
-    EXPECT_EQ(services.yields, 128 + 2);
+    EXPECT_TRUE(ProcessPicture1().is_more_than_256(*surface_of(1, 300, colours)));
+    EXPECT_EQ(services.yields, 256 + 4);
 }
 
 TEST(ProcessPicture1, TheScanStopsAt260MissesAndYieldsOnceForEachRowItBegins) {
