@@ -163,7 +163,7 @@ void Octree::free_node(Position position) {
     free_head_ = position;
 }
 
-// The node freed last, or else the next new position.
+// The node freed last, or else the next new position. Freed nodes have been leaves, so they have no children.
 Octree::Position Octree::new_node() {
     if (free_head_ == 0) {
         nodes_.emplace_back();
@@ -171,7 +171,6 @@ Octree::Position Octree::new_node() {
     }
     const Position reused = free_head_;
     free_head_ = node(reused).next;
-    node(reused).child = {};
     return reused;
 }
 
