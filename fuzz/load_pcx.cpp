@@ -10,6 +10,7 @@ namespace {
 using namespace varnoth;
 
 constexpr std::int64_t most_decoded_pixels = 1 << 19;
+constexpr std::int64_t most_pixels_at_all = 1 << 29;
 constexpr std::int64_t most_drawn_pixels = 1 << 14;
 
 struct Probe {
@@ -21,12 +22,12 @@ struct Probe {
     std::int64_t pixels() const { return std::abs(std::int64_t{width} * height); }
 };
 
-// A small file may announce a picture of 2 GiB that it does not fill, and get it; that takes seconds and
-// shows nothing. Three planes must all be there, so that what such a file announces is looked at whatever its
-// size.
+// A small file may announce a picture of up to 2 GiB that it does not fill, and get it; that takes seconds
+// and shows nothing. What is larger comes to nothing before memory is taken for it. Three planes must all be
+// there, so that what such a file announces is looked at whatever its size.
 bool is_worth_decoding(const Probe& probe, std::span<const std::uint8_t> bytes) {
     const bool has_three_planes = bytes.size() > 65 && bytes[65] == 3;
-    return has_three_planes || probe.pixels() <= most_decoded_pixels;
+    return has_three_planes || probe.pixels() <= most_decoded_pixels || probe.pixels() > most_pixels_at_all;
 }
 
 void draw(LoadPCX& reader, std::int64_t pixels) {

@@ -26,17 +26,13 @@ std::int64_t claimed_pixels(const TgaHeader& header) {
 }
 
 // A small file may announce a picture of up to 2 GiB that it does not fill, and get it; that takes long and
-// shows nothing. What is larger is refused before memory is taken, where no packets have to be expanded
-// first.
+// shows nothing. What is larger comes to nothing before memory is taken for it.
 bool is_worth_decoding(std::span<const std::uint8_t> bytes) {
     if (bytes.size() < TgaHeader::size) {
         return true;
     }
-    const TgaHeader header = TgaHeader::from_bytes(bytes.first<TgaHeader::size>());
-    const bool is_plain = header.ImageType != 9 && header.ImageType != 10;
-    const bool is_refused_at_once =
-        is_plain && header.PixelDepth > 8 && claimed_pixels(header) > most_pixels_at_all;
-    return is_refused_at_once || claimed_pixels(header) <= most_decoded_pixels;
+    const std::int64_t pixels = claimed_pixels(TgaHeader::from_bytes(bytes.first<TgaHeader::size>()));
+    return pixels <= most_decoded_pixels || pixels > most_pixels_at_all;
 }
 
 void draw(LoadTGA& reader) {

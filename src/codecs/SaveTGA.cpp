@@ -68,7 +68,7 @@ class RleEncoder {
         if (const std::size_t run = scan_run(); run > 0) {
             packed_.append(static_cast<std::uint8_t>(128 + run));
             append_pixels(at_, 1);
-            // Counts rows by bytes, three times too many: never the end in practice.
+            // Counts rows by bytes, three times too many: never the end of a picture.
             return pass_row_end(rows_by_bytes_);
         }
         if (const std::size_t raw = scan_raw(); raw > 0) {

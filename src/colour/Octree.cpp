@@ -105,22 +105,13 @@ Octree::Position Octree::grow(Position parent, std::size_t slot, int level) {
 
 // Whether a new node of this level may be made a leaf at once. The rule is to make a chain of nodes down to
 // the last level and to reduce, deepest level first, while there are too many leaves. When the tree is full
-// and holds no other reducible node from this level down, that reduction eats the chain, whose nodes have one
-// child each and so do not lower the number of leaves, up to its first node. The other nodes of the chain
-// come from the free list and go back to it in the order in which they stood there, so nothing tells that
-// they were ever made.
+// and this level's list is empty, and with it every deeper one, that reduction eats the chain, whose nodes
+// have one child each and so do not lower the number of leaves, up to its first node. The other nodes of the
+// chain go to the free list in the order in which they would be taken next, from that list or as new
+// positions, so nothing tells that they were ever made.
 bool Octree::would_collapse_to(int level) const {
-    if (leaf_count_ < maximum_ || levels_ > list_levels || level >= levels_) {
-        return false;
-    }
-    for (int deeper = level; deeper < levels_; ++deeper) {
-        if (reducible_head_[static_cast<std::size_t>(deeper)] != 0) {
-            return false;
-        }
-    }
-    const auto positions = static_cast<std::int32_t>(nodes_.size()) - 1;
-    const std::int32_t free_positions = positions - node_count_;
-    return free_positions > levels_ - level;
+    return leaf_count_ >= maximum_ && levels_ <= list_levels && level < levels_ &&
+           reducible_head_[static_cast<std::size_t>(level)] == 0;
 }
 
 void Octree::enter_reducible(Position position, int level) {
@@ -170,19 +161,16 @@ void Octree::free_node(Position position) {
     freed.next = free_head_;
     freed.is_leaf = false;
     free_head_ = position;
-    --node_count_;
 }
 
-// The node freed last, or else the next new position.
+// The node freed last, or else the next new position. Freed nodes have been leaves, so they have no children.
 Octree::Position Octree::new_node() {
-    ++node_count_;
     if (free_head_ == 0) {
         nodes_.emplace_back();
         return static_cast<Position>(nodes_.size()) - 1;
     }
     const Position reused = free_head_;
     free_head_ = node(reused).next;
-    node(reused).child = {};
     return reused;
 }
 

@@ -74,7 +74,6 @@ class Octree {
     ChannelPaths blue_paths_;
     std::vector<Node> nodes_;                  // position 0 is not used
     std::array<Position, 9> reducible_head_{}; // levels 1 to 8
-    std::int32_t node_count_ = 1;              // live nodes
     std::int32_t leaf_count_ = 0;
     Position free_head_ = 0;
 

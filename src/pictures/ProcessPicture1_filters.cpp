@@ -16,7 +16,7 @@ Pixel same(const Pixel& pixel) {
 }
 
 // Red and green are added first, in either order, and blue last: exact halves are decided by the last bit of
-// the sum. The products have names of their own so that no compiler fuses one of them into a sum.
+// the sum. No product may be fused into a sum, so this file is compiled without such contractions.
 Pixel grey_of(const Pixel& pixel) {
     const double red = pixel.red * 0.222;
     const double green = pixel.green * 0.707;

@@ -590,6 +590,31 @@ TEST_F(LoadTga, AHugePictureOfFewPacketsTakesNoMoreMemoryThanThePacketsFill) {
     }
 }
 
+TEST_F(LoadTga, ManyFullRunsAreExpandedToTheirLastPixel) {
+    for (const std::int32_t pixel_bytes : {1, 3, 4}) {
+        Bytes packets;
+        for (int i = 0; i < 300; ++i) {
+            packets.push_back(0xFF);
+            packets.insert(packets.end(), static_cast<std::size_t>(pixel_bytes), 7);
+        }
+        const LoadTGA::Expansion expansion = LoadTGA::DecodeRle(packets, 8 * pixel_bytes, 300, 200);
+        Bytes expected(static_cast<std::size_t>(300 * 128 * pixel_bytes), 7);
+        expected.resize(static_cast<std::size_t>(300 * 200 * pixel_bytes + 1));
+        EXPECT_EQ(whole(expansion), expected);
+    }
+}
+
+TEST_F(LoadTga, ExpandedRowsThatStartOutsideTheArrayFailThoughNoPacketReachesThem) {
+    // The array is made for rows of 4 pixels, but rows of 8 are taken from it: 2 * 8 is outside its 13 bytes.
+    const Bytes data = joined({map24(1), {0x80, 0}});
+    EXPECT_FAILURE(load(with_origin(with_map(header_of(9, 8, 8, 3), 1, 24), 4, 0), data),
+                   SubscriptOutOfRange);
+    EXPECT_EQ(
+        test::failure_in([&] { load(with_origin(with_map(header_of(9, 8, 8, 2), 1, 24), 4, 0), data); }),
+        std::nullopt);
+    EXPECT_EQ(reader.Height(), 2);
+}
+
 TEST_F(LoadTga, RowsAndPixelsThatNoPacketReachesAreZeroAlsoInAHugePicture) {
     for (const int depth : {24, 32}) {
         // Row 0 is the lowest as seen, so the packet's pixels stand at its left.

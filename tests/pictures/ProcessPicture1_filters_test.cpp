@@ -132,6 +132,24 @@ TEST(PictureFilters, GreyAddsBlueLastAndRoundsExactHalvesToEven) {
     EXPECT_EQ(greyed({rgb(250, 0, 0), rgb(25, 50, 50)}), (Colours{grey(56), grey(44)}));
 }
 
+TEST(PictureFilters, GreyIsTheWeightedSumToTheNearestWhereverThatIsNoHalf) {
+    // In thousandths the sums are whole numbers, so the nearest level can be told without a real number.
+    Colours colours;
+    Colours expected;
+    for (int red = 0; red < 256; red += 5) {
+        for (int green = 0; green < 256; green += 5) {
+            for (int blue = 0; blue < 256; blue += 3) {
+                const int thousandths = 222 * red + 707 * green + 71 * blue;
+                if (thousandths % 1000 != 500) {
+                    colours.push_back(rgb(red, green, blue));
+                    expected.push_back(grey((thousandths + 500) / 1000));
+                }
+            }
+        }
+    }
+    EXPECT_EQ(greyed(colours), expected);
+}
+
 TEST(PictureFilters, GreyStaysWithinItsRangeForGreys) {
     Colours greys(256);
     for (int i = 0; i < 256; ++i) {
@@ -192,6 +210,12 @@ TEST(PictureFilters, ABypassFromAColourToItselfLeavesItAloneWhileOthersShift) {
 TEST(PictureFilters, ABypassedColourBecomesExactlyTheOther) {
     EXPECT_EQ(bypassed({rgb(1, 2, 3), rgb(250, 250, 10)}, rgb(1, 2, 3), rgb(9, 255, 0)),
               (Colours{rgb(9, 255, 0), rgb(255, 255, 0)}));
+}
+
+TEST(PictureFilters, ABypassReachesEveryPlainColour) {
+    for (const Colour to : {0, 0xFF, 0x100, 0xFF00, 0xFFFF, 0x10000, 0xFF0000, 0xFFFF00, 0xFFFFFF}) {
+        EXPECT_EQ(bypassed({7}, 7, to), Colours{to});
+    }
 }
 
 TEST(PictureFilters, ABypassToWhatIsNoPlainColourIsAnOverflowWhenTheColourIsMet) {

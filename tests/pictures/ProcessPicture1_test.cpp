@@ -86,14 +86,26 @@ TEST(ProcessPicture1, AStaleEntryLetsAPictureOf257ColoursPassForSmall) {
     EXPECT_FALSE(toolbox.is_more_than_256(*picture));
 }
 
+TEST(ProcessPicture1, APictureOfTooFewBitsLeavesOneElementInBothBuffers) {
+    ProcessPicture1 toolbox;
+    EXPECT_FALSE(toolbox.is_greyscale(*surface_of(2, 1, {1, 2})));
+    EXPECT_EQ(toolbox.SrcBits().bytes().size(), 8U);
+    EXPECT_EQ(toolbox.DstBits().bytes().size(), 8U);
+    const test::TestSurface few(3, 1, 16);
+    EXPECT_FALSE(toolbox.is_greyscale(few));
+    EXPECT_EQ(toolbox.SrcBits().bytes().size(), 1U);
+    EXPECT_EQ(toolbox.DstBits().bytes().size(), 1U);
+    EXPECT_EQ(toolbox.SrcInfo().bmWidth, 3);
+}
+
 TEST(ProcessPicture1, MissesCountPerPixelOnceTheListIsFull) {
     // One pixel a row: 256 colours, then nothing but one further colour, at whose fourth pixel the scan
     // stops.
     std::vector<Colour> colours = counted(1, 256);
     colours.resize(300, 5000);
     test::RecordedServices services;
-    EXPECT_TRUE(ProcessPicture1().is_more_than_256(*surface_of(2, 150, colours)));
-    EXPECT_EQ(services.yields, 128 + 2);
+    EXPECT_TRUE(ProcessPicture1().is_more_than_256(*surface_of(1, 300, colours)));
+    EXPECT_EQ(services.yields, 256 + 4);
 }
 
 TEST(ProcessPicture1, TheScanStopsAt260MissesAndYieldsOnceForEachRowItBegins) {

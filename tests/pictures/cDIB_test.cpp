@@ -504,6 +504,12 @@ TEST(CDib, ASquarePictureScaledIntoASquareBoxIsTheBoxItself) {
     EXPECT_EQ(best_fit(7, 7, 150, 150, true), (Fit{0, 0, 150, 150}));
 }
 
+TEST(CDib, OfTwoEqualRatiosTheVerticalOneIsTaken) {
+    // In a huge box the stored ratio, 333333344 for 333333333.3, is too coarse to give the box itself.
+    EXPECT_EQ(best_fit(3, 3, 1'000'000'000, 1'000'000'000, true),
+              (Fit{-16, 0, 1'000'000'032, 1'000'000'000}));
+}
+
 TEST(CDib, ALargePictureIsScaledByTheSmallerRatio) {
     EXPECT_EQ(best_fit(256, 128, 150, 150, false), (Fit{0, 37, 150, 75}));
     EXPECT_EQ(best_fit(128, 256, 150, 150, false), (Fit{37, 0, 75, 150}));
@@ -609,6 +615,18 @@ TEST(CDib, SaveReplacesALongerFile) {
     fill_dib(dib, 1, 1, {0});
     dib.Save(path);
     EXPECT_EQ(test::read_file(path).size(), 58U);
+}
+
+TEST(CDib, SaveDeletesTheOldFileSoThatItsOtherNamesKeepIt) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.bmp", Bytes{1, 2, 3});
+    const std::string other = folder.file("other.bmp");
+    std::filesystem::create_hard_link(path, other);
+    cDIB dib;
+    fill_dib(dib, 1, 1, {0});
+    dib.Save(path);
+    EXPECT_EQ(test::read_file(path).size(), 58U);
+    EXPECT_EQ(test::read_file(other), (Bytes{1, 2, 3}));
 }
 
 TEST(CDib, SaveOntoAReadOnlyFileFailsAndTheFileStays) {
