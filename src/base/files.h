@@ -27,8 +27,8 @@ bool folder_exists(const std::string& path);
 /// A read-only file is one whose owner-write permission is off, whoever runs the program.
 bool is_read_only(const std::string& path);
 
-/// Deletes an existing file. PermissionDenied for a read-only file and for a folder, FileNotFound when there is
-/// none, PathNotFound when there is no such folder either.
+/// Deletes an existing file. PermissionDenied for a read-only file and for a folder, FileNotFound when there
+/// is none, PathNotFound when there is no such folder either.
 void delete_file(const std::string& path);
 
 /// A file open for reading.

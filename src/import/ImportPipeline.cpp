@@ -71,7 +71,8 @@ class Import {
 
     AddFramesForm& form_;
     ImportView& view_;
-    // Made on first use. One toolbox serves the whole import: its colour list carries over from picture to picture.
+    // Made on first use. One toolbox serves the whole import: its colour list carries over from picture to
+    // picture.
     std::optional<ProcessPicture1> toolbox_;
     std::optional<mDither8bpp> dither_;
 };
@@ -127,7 +128,8 @@ void Import::size_buffer(double width, double height) {
 }
 
 void Import::collect_colours() {
-    for (std::int16_t index = 0; index < form_.entry_count() && !view_.aborted(); index = checked_add(index, 1)) {
+    for (std::int16_t index = 0; index < form_.entry_count() && !view_.aborted();
+         index = checked_add(index, 1)) {
         yield_to_events();
         if (!form_.is_selected(index)) {
             continue;
@@ -159,7 +161,8 @@ void Import::make_palette() {
 
 void Import::add_frames() {
     // Counts every entry, selected or not, so the step text tells the place in the list.
-    for (std::int16_t index = 0; index < form_.entry_count() && !view_.aborted(); index = checked_add(index, 1)) {
+    for (std::int16_t index = 0; index < form_.entry_count() && !view_.aborted();
+         index = checked_add(index, 1)) {
         if (!form_.is_selected(index)) {
             continue;
         }

@@ -14,7 +14,8 @@ class ImportView {
 
     // The progress dialog.
 
-    /// Shows it with a phase text, the bar at 0 of `maximum`, and disables the dialog that asked for the import.
+    /// Shows it with a phase text, the bar at 0 of `maximum`, and disables the dialog that asked for the
+    /// import.
     virtual void open_progress(std::string_view phase, std::int32_t maximum) = 0;
     virtual void show_phase(std::string_view phase) = 0;
     virtual void show_step(std::string_view step) = 0;

@@ -61,7 +61,8 @@ std::optional<Size> probe(PictureFormat format, const std::string& path) {
 void ask_for_size(AddFramesForm& form, const Size& picture) {
     form.SizeChoiceWidth = picture.width;
     form.SizeChoiceHeight = picture.height;
-    form.open_size_question("Set Sprite To " + size_text(picture), "Resize Pictures To " + size_text(sprite_size()));
+    form.open_size_question("Set Sprite To " + size_text(picture),
+                            "Resize Pictures To " + size_text(sprite_size()));
 }
 
 // Judges one entry against the size of the first one; `first` is taken from the entry while its height is 0.

@@ -17,7 +17,8 @@ namespace varnoth::mixpals {
 
 // Module state. It lives as long as the program; nothing but the routines below changes it.
 
-/// The result, blue first. Never cleared: an entry that an import does not write keeps what an earlier one left.
+/// The result, blue first. Never cleared: an entry that an import does not write keeps what an earlier one
+/// left.
 extern std::array<RGBQUAD, 256> ImportPalette;
 
 /// The different colours met so far, with a black entry behind the last.
@@ -38,8 +39,8 @@ extern PixelBlock MixBits;
 /// Empties the table for a new import: 1001 positions, all black.
 void InitColorTable();
 
-/// Adds the colours of a picture that the table does not hold yet, in the order of their first appearance from
-/// the top left. False, and nothing added, for a surface of fewer than 24 bits a pixel.
+/// Adds the colours of a picture that the table does not hold yet, in the order of their first appearance
+/// from the top left. False, and nothing added, for a surface of fewer than 24 bits a pixel.
 /// SubscriptOutOfRange for such a surface when one of its size was prepared before, and before the first
 /// InitColorTable.
 bool AddPictureColors(PictureSurface& surface);
@@ -61,7 +62,8 @@ bool SeekColorInPalette(std::uint8_t red, std::uint8_t green, std::uint8_t blue,
 /// Meant to bring the transparent colour to entry 255; see the definition for what it does.
 void SwapTransparent(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
 
-/// Sizes MixBits for the surface unless it has the size of the one before. False for fewer than 24 bits a pixel.
+/// Sizes MixBits for the surface unless it has the size of the one before. False for fewer than 24 bits a
+/// pixel.
 bool PrepareMixBits(const PictureSurface& surface);
 
 /// Copies the surface's pixels into MixBits.

@@ -10,27 +10,11 @@
 #include <vector>
 
 #include "platform/Bitmap.h"
+#include "platform/BmpHeaders.h"
 #include "platform/DrawingContext.h"
 #include "platform/Picture.h"
 
 namespace varnoth {
-
-/// The header of a bitmap file's picture, as the file holds it (the public BMP format's 40-byte header).
-struct BITMAPINFOHEADER {
-    std::int32_t biSize = 0;
-    std::int32_t biWidth = 0;
-    std::int32_t biHeight = 0;
-    std::int16_t biPlanes = 0;
-    std::int16_t biBitCount = 0;
-    std::int32_t biCompression = 0;
-    std::int32_t biSizeImage = 0;
-    std::int32_t biXPelsPerMeter = 0;
-    std::int32_t biYPelsPerMeter = 0;
-    std::int32_t biClrUsed = 0;
-    std::int32_t biClrImportant = 0;
-};
-
-static_assert(sizeof(BITMAPINFOHEADER) == 40);
 
 /// Either empty or holding a picture. Rows are stored lowest row first, each padded to 4 bytes; pixels of 32
 /// bits are blue, green, red and a byte that is not used; pixels of 8 bits or fewer are indices into a colour

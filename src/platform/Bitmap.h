@@ -31,14 +31,15 @@ class Bitmap {
   public:
     /// The two ways in which rows are laid out.
     enum class Rows {
-        Surface, ///< top row first; rows of 24 bits rounded up to 2 bytes, of 16 and 32 bits to their own size
+        Surface, ///< top row first; rows of 24 bits rounded up to 2 bytes, of 16 and 32 bits to their own
+                 ///< size
         Section, ///< bottom row first, every row rounded up to 4 bytes
     };
 
     Bitmap() = default;
 
-    /// All bytes and the colour table zero. Overflow when the pixels need 2 GiB or more, OutOfMemory when they
-    /// cannot be had, InvalidPropertyValue for a negative size or an unknown depth.
+    /// All bytes and the colour table zero. Overflow when the pixels need 2 GiB or more, OutOfMemory when
+    /// they cannot be had, InvalidPropertyValue for a negative size or an unknown depth.
     Bitmap(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel, Rows rows);
 
     std::int32_t width() const { return width_; }
@@ -77,7 +78,9 @@ class Bitmap {
     /// Every pixel to one colour.
     void fill(Colour colour);
 
-    bool contains(std::int32_t x, std::int32_t y) const { return x >= 0 && y >= 0 && x < width_ && y < height_; }
+    bool contains(std::int32_t x, std::int32_t y) const {
+        return x >= 0 && y >= 0 && x < width_ && y < height_;
+    }
 
   private:
     std::size_t row_offset(std::int32_t y) const {

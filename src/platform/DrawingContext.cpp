@@ -137,7 +137,8 @@ std::int32_t DrawingContext::set_stretch_mode(std::int32_t mode) {
 std::int32_t bit_blt(DrawingContext& destination, std::int32_t x, std::int32_t y, std::int32_t width,
                      std::int32_t height, const DrawingContext& source, std::int32_t source_x,
                      std::int32_t source_y, std::uint32_t operation) {
-    return stretch_blt(destination, {x, y, width, height}, source, {source_x, source_y, width, height}, operation);
+    return stretch_blt(destination, {x, y, width, height}, source, {source_x, source_y, width, height},
+                       operation);
 }
 
 std::int32_t stretch_blt(DrawingContext& destination, const Rectangle& to, const DrawingContext& source,

@@ -48,9 +48,9 @@ struct Rectangle {
 };
 
 /// Copies a rectangle of the source's pixels to (x, y) of the destination. What lies outside either bitmap is
-/// left as it is. Bitmaps of equal depth and colour table exchange their indices, others their colours, to the
-/// nearest entry where the destination has a colour table. Returns 1, or 0 when a context has no bitmap or
-/// the operation is not SRCCOPY.
+/// left as it is. Bitmaps of equal depth and colour table exchange their indices, others their colours, to
+/// the nearest entry where the destination has a colour table. Returns 1, or 0 when a context has no bitmap
+/// or the operation is not SRCCOPY.
 std::int32_t bit_blt(DrawingContext& destination, std::int32_t x, std::int32_t y, std::int32_t width,
                      std::int32_t height, const DrawingContext& source, std::int32_t source_x,
                      std::int32_t source_y, std::uint32_t operation);

@@ -24,8 +24,11 @@ std::int32_t in_pixels(double size, std::int16_t mode, double twips_per_pixel) {
 } // namespace
 
 PictureSurface::PictureSurface(const Design& design)
-    : parent_(design.parent), border_(design.border), back_colour_(design.back_colour),
-      bitmap_(design.width, design.height, design.bits_per_pixel, Bitmap::Rows::Surface), context_(&bitmap_) {
+    : parent_(design.parent),
+      border_(design.border),
+      back_colour_(design.back_colour),
+      bitmap_(design.width, design.height, design.bits_per_pixel, Bitmap::Rows::Surface),
+      context_(&bitmap_) {
     if (back_colour_ != 0) {
         Cls();
     }

@@ -1,6 +1,6 @@
 // The one sprite of the program and what is done to it: making, loading, saving, drawing and adding frames.
-// The file is the Half-Life sprite file, version 2 (magic "IDSP"): a 40-byte header, a 770-byte palette record,
-// then every frame as a 20-byte header and its palette indices. All numbers are little-endian.
+// The file is the Half-Life sprite file, version 2 (magic "IDSP"): a 40-byte header, a 770-byte palette
+// record, then every frame as a 20-byte header and its palette indices. All numbers are little-endian.
 #pragma once
 
 #include <cstdint>
@@ -35,8 +35,8 @@ void clear_frames();
 /// that tells why; the document then keeps whatever had been read by that time.
 Truth load_sprite(const std::string& path);
 
-/// Writes the document, frames in display order. An old file of that name is deleted first, so a failure after
-/// that leaves none or a short one. False after the message "Unknown Error Saving Sprite.".
+/// Writes the document, frames in display order. An old file of that name is deleted first, so a failure
+/// after that leaves none or a short one. False after the message "Unknown Error Saving Sprite.".
 Truth save_sprite(const std::string& path);
 
 /// "NORMAL" and so on for 0 to 3, "-1" for any other number.
@@ -47,7 +47,8 @@ std::string_view sprite_type_name(std::int32_t sprite_type);
 
 /// Draws the frame at a display position in its plain palette colours; the picture takes the sprite's size.
 /// The position comes back as the number of the stored frame: callers go on from there.
-/// SubscriptOutOfRange for a position without a frame, a frame shorter than the sprite's size, or a size of 0.
+/// SubscriptOutOfRange for a position without a frame, a frame shorter than the sprite's size, or a size of
+/// 0.
 void draw_frame(std::int16_t& frame_number, PictureSurface& picture);
 
 /// Appends a frame: for each pixel of the picture the nearest index in the last import's lookup palette. The

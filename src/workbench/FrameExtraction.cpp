@@ -19,7 +19,9 @@ namespace {
 class Extraction {
   public:
     Extraction(const ExtractionOptions& options, ExtractionView& view, PictureSurface& scratch)
-        : options_(options), view_(view), scratch_(scratch),
+        : options_(options),
+          view_(view),
+          scratch_(scratch),
           base_name_(Module1::strip_extension(Module1::strip_folder(options.sprite_path))) {}
 
     void run();

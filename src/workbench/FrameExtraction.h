@@ -47,10 +47,10 @@ class ExtractionView {
 /// ".bmp", ".tga" or ".pcx".
 std::string_view extension_of(ExtractionFormat format);
 
-/// Walks the lines from 0 on. A line's name is tested and shown under its position; drawing turns the position
-/// into the number of the stored frame, the file takes that number, and the walk goes on from there. With a changed
-/// order it therefore jumps, may leave frames out, and may turn in a circle until it is aborted.
-/// `scratch` takes each frame on its way to the writer.
+/// Walks the lines from 0 on. A line's name is tested and shown under its position; drawing turns the
+/// position into the number of the stored frame, the file takes that number, and the walk goes on from there.
+/// With a changed order it therefore jumps, may leave frames out, and may turn in a circle until it is
+/// aborted. `scratch` takes each frame on its way to the writer.
 void extract_frames(const ExtractionOptions& options, ExtractionView& view, PictureSurface& scratch);
 
 } // namespace varnoth

@@ -5,8 +5,8 @@
 
 namespace varnoth::Module1 {
 
-/// What stands behind the last separator, or the whole text when there is none. A separator at the very end is
-/// passed over and stays in the result.
+/// What stands behind the last separator, or the whole text when there is none. A separator at the very end
+/// is passed over and stays in the result.
 std::string strip_folder(const std::string& path);
 
 /// What stands before the first dot that has something before it, or the whole text when there is no dot.

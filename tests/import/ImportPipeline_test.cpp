@@ -30,11 +30,13 @@ class ImportPipeline : public testing::Test {
         hlspr::SpriteDirty = false;
     }
 
-    std::unique_ptr<ScriptedAddFrames> open(PictureFormat format = PictureFormat::Bmp, bool pick_enabled = false) {
+    std::unique_ptr<ScriptedAddFrames> open(PictureFormat format = PictureFormat::Bmp,
+                                            bool pick_enabled = false) {
         return std::make_unique<ScriptedAddFrames>(folder_.path(), format, pick_enabled);
     }
 
-    std::unique_ptr<ScriptedAddFrames> open_all(PictureFormat format = PictureFormat::Bmp, bool pick_enabled = false) {
+    std::unique_ptr<ScriptedAddFrames> open_all(PictureFormat format = PictureFormat::Bmp,
+                                                bool pick_enabled = false) {
         auto form = open(format, pick_enabled);
         for (std::int16_t i = 0; i < form->entry_count(); ++i) {
             form->click(i);
@@ -90,15 +92,26 @@ TEST_F(ImportPipeline, EverythingHappensInTheToldOrder) {
     folder_.add_bmp("c.bmp", 16, 16, random_colours(256, 16, Character::Noise, 3));
     const auto form = open_all();
     import_frames(*form, view_);
-    EXPECT_EQ(view_.events,
-              (std::vector<std::string>{
-                  "open Building Palette...", "step Initializing...",
-                  "step Loading Picture...", "step Picture Color Lookup...",
-                  "step Loading Picture...", "step Picture Color Lookup...",
-                  "step Loading Picture...", "step Picture Color Lookup...",
-                  "step Dithering Palette...", "step Finalizing Palette...", "phase Adding Frames...",
-                  "step Frame 0", "line Frame 0", "step Frame 1", "line Frame 1", "step Frame 2", "line Frame 2",
-                  "close", "release", "finish"}));
+    EXPECT_EQ(view_.events, (std::vector<std::string>{"open Building Palette...",
+                                                      "step Initializing...",
+                                                      "step Loading Picture...",
+                                                      "step Picture Color Lookup...",
+                                                      "step Loading Picture...",
+                                                      "step Picture Color Lookup...",
+                                                      "step Loading Picture...",
+                                                      "step Picture Color Lookup...",
+                                                      "step Dithering Palette...",
+                                                      "step Finalizing Palette...",
+                                                      "phase Adding Frames...",
+                                                      "step Frame 0",
+                                                      "line Frame 0",
+                                                      "step Frame 1",
+                                                      "line Frame 1",
+                                                      "step Frame 2",
+                                                      "line Frame 2",
+                                                      "close",
+                                                      "release",
+                                                      "finish"}));
     EXPECT_EQ(services_.messages, std::vector<std::string>{success});
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
@@ -247,7 +260,9 @@ TEST_F(ImportPipeline, AnAbortWhileTheLastPictureOfTheSecondPassIsProcessedShows
 TEST_F(ImportPipeline, AnAbortDuringThePaletteStageEndsInTheSuccessMessageWithoutFrames) {
     add_noise("a.bmp", 1);
     const auto form = open_all();
-    view_.on_event = [&](const std::string& event) { view_.abort = view_.abort || event == "step Finalizing Palette..."; };
+    view_.on_event = [&](const std::string& event) {
+        view_.abort = view_.abort || event == "step Finalizing Palette...";
+    };
     import_frames(*form, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(services_.messages, std::vector<std::string>{success});
@@ -274,8 +289,7 @@ TEST_F(ImportPipeline, AFaultedFileIsSkippedByBothPassesAndTheCountIsNotTakenAga
     const auto form = open_all();
     folder_.write("b.bmp", std::vector<std::uint8_t>(60, 1));
     import_frames(*form, view_);
-    EXPECT_EQ(services_.messages,
-              (std::vector<std::string>{"File: b.bmp Bad Format/Corrupt.", success}));
+    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: b.bmp Bad Format/Corrupt.", success}));
     EXPECT_EQ(view_.maximum, 5);
     EXPECT_EQ(view_.progress, 2);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
@@ -327,8 +341,9 @@ TEST_F(ImportPipeline, WithoutThePickerNothingIsSwapped) {
     EXPECT_EQ(hlspr::document().Palette.Colours[0], (PaletteColour{0, 255, 0}));
 }
 
-// A scan compares with the entry of the toolbox's list that it has not filled yet. The first picture leaves its first
-// colour there, so the second picture, which starts with that colour and has 256 others, counts as one of 256.
+// A scan compares with the entry of the toolbox's list that it has not filled yet. The first picture leaves
+// its first colour there, so the second picture, which starts with that colour and has 256 others, counts as
+// one of 256.
 TEST_F(ImportPipeline, OneColourListServesAllPicturesOfAnImport) {
     hlspr::new_sprite(16, 17, 2, 0);
     std::vector<Colour> first;

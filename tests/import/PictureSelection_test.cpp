@@ -51,20 +51,24 @@ TEST_F(PictureSelection, ASecondPictureThatIs300WideIsNamedAndUnselectedAndTheTh
 TEST_F(PictureSelection, FilesBehindAFaultAreNotLookedAtInThatJudgement) {
     folder_.add_plain_bmp("a.bmp", 300, 32);
     folder_.write("b.bmp", {});
+
     class BothSelected : public ScriptedAddFrames {
       public:
         using ScriptedAddFrames::ScriptedAddFrames;
+
         bool is_selected(std::int32_t index) const override { return !(index == 0 && unselected_); }
+
         void unselect(std::int32_t index) override { unselected_ = unselected_ || index == 0; }
 
       private:
         bool unselected_ = false;
     } form(folder_.path(), PictureFormat::Bmp, false);
+
     EXPECT_TRUE(ValidateSelection(form));
     EXPECT_EQ(services_.messages.size(), 1U);
     EXPECT_TRUE(ValidateSelection(form));
-    EXPECT_EQ(services_.messages,
-              (std::vector<std::string>{"File: a.bmp With Size Greater Than 256 x 256.", "File: b.bmp Bad Format/Corrupt."}));
+    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: a.bmp With Size Greater Than 256 x 256.",
+                                                            "File: b.bmp Bad Format/Corrupt."}));
 }
 
 TEST_F(PictureSelection, PicturesOf32By32InASpriteOf64By64OpenTheSizeQuestionWithBothCaptions) {
@@ -89,8 +93,9 @@ TEST_F(PictureSelection, APictureOfExactly256By256Passes) {
     EXPECT_TRUE(services_.messages.empty());
     form->click(1);
     form->click(2);
-    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: b.bmp With Size Greater Than 256 x 256.",
-                                                            "File: c.bmp With Size Greater Than 256 x 256."}));
+    EXPECT_EQ(services_.messages,
+              (std::vector<std::string>{"File: b.bmp With Size Greater Than 256 x 256.",
+                                        "File: c.bmp With Size Greater Than 256 x 256."}));
     EXPECT_FALSE(form->is_selected(1));
     EXPECT_FALSE(form->is_selected(2));
 }
@@ -205,19 +210,24 @@ TEST_F(PictureSelection, ATgaOrPcxFileThatTheReaderRefusesLeavesThePreviewAsItWa
 TEST_F(PictureSelection, ATgaPictureOfHeight0LeavesTheFirstSizeOpenForTheNext) {
     folder_.write("a.tga", test::tga_file(8, 0, {}));
     folder_.write("b.tga", test::tga_file(64, 64, std::vector<Colour>(64 * 64, 5)));
+
     class BothSelected : public ScriptedAddFrames {
       public:
         using ScriptedAddFrames::ScriptedAddFrames;
+
         bool is_selected(std::int32_t) const override { return true; }
     } form(folder_.path(), PictureFormat::Tga, false);
+
     EXPECT_TRUE(ValidateSelection(form));
     EXPECT_TRUE(services_.messages.empty());
     EXPECT_EQ(form.SizeChoiceWidth, 8);
 }
 
 TEST_F(PictureSelection, AJpegIsJudgedByItsSizeMarker) {
-    folder_.write("a.jpg", std::vector<std::uint8_t>{0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, 20, 0, 30, 1, 1, 0x11, 0});
-    services_.pictures[folder_.file("a.jpg")] = test::surface_of(30, 20, std::vector<Colour>(600, 9))->Image();
+    folder_.write("a.jpg",
+                  std::vector<std::uint8_t>{0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, 20, 0, 30, 1, 1, 0x11, 0});
+    services_.pictures[folder_.file("a.jpg")] =
+        test::surface_of(30, 20, std::vector<Colour>(600, 9))->Image();
     const auto form = open(PictureFormat::Jpg);
     form->click(0);
     EXPECT_TRUE(services_.messages.empty());

@@ -41,7 +41,8 @@ class ForeignBmp : public testing::TestWithParam<std::int32_t> {
 };
 
 TEST_P(ForeignBmp, ImageMagickReadsTheSamePixels) {
-    EXPECT_EQ(test::picture_from_tool("convert '" + path + "' -alpha off -depth 8 ppm:-").colours, test::colours_of(dib));
+    EXPECT_EQ(test::picture_from_tool("convert '" + path + "' -alpha off -depth 8 ppm:-").colours,
+              test::colours_of(dib));
 }
 
 TEST_P(ForeignBmp, NetpbmReadsTheSamePixels) {

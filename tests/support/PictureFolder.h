@@ -30,7 +30,8 @@ inline std::vector<std::uint8_t> bmp_header(std::int32_t width, std::int32_t hei
 }
 
 /// A whole 24-bit TGA file without compression, top row first.
-inline std::vector<std::uint8_t> tga_file(std::int16_t width, std::int16_t height, const std::vector<Colour>& colours) {
+inline std::vector<std::uint8_t> tga_file(std::int16_t width, std::int16_t height,
+                                          const std::vector<Colour>& colours) {
     std::vector<std::uint8_t> bytes(18);
     bytes[2] = 2;
     put_i16(bytes, 12, width);
@@ -44,7 +45,8 @@ inline std::vector<std::uint8_t> tga_file(std::int16_t width, std::int16_t heigh
 }
 
 /// A whole PCX file of three planes without compression.
-inline std::vector<std::uint8_t> pcx_file(std::int16_t width, std::int16_t height, const std::vector<Colour>& colours) {
+inline std::vector<std::uint8_t> pcx_file(std::int16_t width, std::int16_t height,
+                                          const std::vector<Colour>& colours) {
     std::vector<std::uint8_t> bytes(128);
     const std::int16_t line = static_cast<std::int16_t>(width + width % 2);
     bytes[0] = 10;
@@ -70,16 +72,17 @@ class PictureFolder : public TemporaryFolder {
     explicit PictureFolder(RecordedServices& services) : services_(services) {}
 
     /// A BMP file of that depth in its header; the loader gives these colours for it.
-    void add_bmp(const std::string& name, std::int32_t width, std::int32_t height, const std::vector<Colour>& colours,
-                 std::int16_t bit_count = 24) {
+    void add_bmp(const std::string& name, std::int32_t width, std::int32_t height,
+                 const std::vector<Colour>& colours, std::int16_t bit_count = 24) {
         const std::string path = write(name, bmp_header(width, height, bit_count));
         services_.pictures[path] = surface_of(width, height, colours)->Image();
     }
 
     /// The same with one colour all over.
-    void add_plain_bmp(const std::string& name, std::int32_t width, std::int32_t height, Colour colour = 0x102030,
-                       std::int16_t bit_count = 24) {
-        add_bmp(name, width, height, std::vector<Colour>(static_cast<std::size_t>(width * height), colour), bit_count);
+    void add_plain_bmp(const std::string& name, std::int32_t width, std::int32_t height,
+                       Colour colour = 0x102030, std::int16_t bit_count = 24) {
+        add_bmp(name, width, height, std::vector<Colour>(static_cast<std::size_t>(width * height), colour),
+                bit_count);
     }
 
   private:

@@ -1,5 +1,5 @@
-// Platform services for tests: messages and questions are written down, answers are set beforehand, yields are
-// counted and may run something, pictures come from a table.
+// Platform services for tests: messages and questions are written down, answers are set beforehand, yields
+// are counted and may run something, pictures come from a table.
 #pragma once
 
 #include <functional>

@@ -23,6 +23,6 @@ std::optional<Failure> failure_in(Action&& action) {
 } // namespace varnoth::test
 
 // A macro, because a failed expectation should name the statement and its line.
-#define EXPECT_FAILURE(statement, name)                                                                          \
-    EXPECT_EQ(::varnoth::test::failure_in([&] { static_cast<void>(statement); }), ::varnoth::Failure::name)      \
+#define EXPECT_FAILURE(statement, name)                                                                      \
+    EXPECT_EQ(::varnoth::test::failure_in([&] { static_cast<void>(statement); }), ::varnoth::Failure::name)  \
         << #statement

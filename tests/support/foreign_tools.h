@@ -1,5 +1,5 @@
-// ImageMagick and Netpbm as second opinions: they write the files that readers are tested with, and decode what
-// writers wrote. Both must be installed; a command that fails ends the test with its text.
+// ImageMagick and Netpbm as second opinions: they write the files that readers are tested with, and decode
+// what writers wrote. Both must be installed; a command that fails ends the test with its text.
 #pragma once
 
 #include <cstddef>
@@ -46,12 +46,14 @@ inline ForeignPicture picture_from_tool(const std::string& command) {
     int type = 0;
     int depth = 0;
     int head = 0;
-    if (std::sscanf(text.c_str(), "P%1d %d %d %d%n", &type, &picture.width, &picture.height, &depth, &head) != 4 ||
+    if (std::sscanf(text.c_str(), "P%1d %d %d %d%n", &type, &picture.width, &picture.height, &depth, &head) !=
+            4 ||
         (type != 5 && type != 6) || depth != 255) {
         throw std::runtime_error("no PPM of 8 bits came from: " + command);
     }
     const std::size_t channels = type == 6 ? 3 : 1;
-    const std::size_t count = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+    const std::size_t count =
+        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
     const auto byte = [&](std::size_t at) {
         return static_cast<std::uint8_t>(text.at(static_cast<std::size_t>(head) + 1 + at));
     };

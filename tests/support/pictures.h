@@ -16,14 +16,15 @@ struct HeldContainer {
 
 /// A surface, borderless unless told otherwise, in a container of its own that counts in pixels.
 struct TestSurface : private HeldContainer, public PictureSurface {
-    TestSurface(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel = 32, std::int32_t border = 0,
-                Colour back_colour = 0)
+    TestSurface(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel = 32,
+                std::int32_t border = 0, Colour back_colour = 0)
         : PictureSurface({&container, width, height, bits_per_pixel, border, back_colour}) {}
 };
 
 /// A surface with these pixels, rows from the top.
 inline std::unique_ptr<TestSurface> surface_of(std::int32_t width, std::int32_t height,
-                                               const std::vector<Colour>& colours, std::int32_t bits_per_pixel = 32) {
+                                               const std::vector<Colour>& colours,
+                                               std::int32_t bits_per_pixel = 32) {
     auto surface = std::make_unique<TestSurface>(width, height, bits_per_pixel);
     for (std::int32_t y = 0; y < height; ++y) {
         for (std::int32_t x = 0; x < width; ++x) {
@@ -54,8 +55,9 @@ enum class Character {
     AroundLimit ///< some 250 to 262 different colours
 };
 
-inline constexpr Character all_characters[] = {Character::Noise, Character::FewColours, Character::Smooth,
-                                               Character::Grey,  Character::Runs,       Character::AroundLimit};
+inline constexpr Character all_characters[] = {Character::Noise,  Character::FewColours,
+                                               Character::Smooth, Character::Grey,
+                                               Character::Runs,   Character::AroundLimit};
 
 /// `count` colours of that character, the same for the same seed.
 inline std::vector<Colour> random_colours(std::size_t count, std::size_t width, Character character,
@@ -74,7 +76,9 @@ inline std::vector<Colour> random_colours(std::size_t count, std::size_t width, 
     for (std::size_t i = 0; i < count; ++i) {
         const auto x = static_cast<std::uint32_t>(i % width);
         const auto y = static_cast<std::uint32_t>(i / width);
-        const auto byte = [](std::uint32_t value) { return static_cast<std::uint8_t>(value > 255 ? 255 : value); };
+        const auto byte = [](std::uint32_t value) {
+            return static_cast<std::uint8_t>(value > 255 ? 255 : value);
+        };
         switch (character) {
         case Character::Noise:
             colours[i] = colour();
@@ -84,7 +88,8 @@ inline std::vector<Colour> random_colours(std::size_t count, std::size_t width, 
             colours[i] = palette[any(static_cast<std::uint32_t>(palette.size()))];
             break;
         case Character::Smooth:
-            colours[i] = make_colour(byte(base + x / 2 + any(6)), byte(x + y / 3 + any(4)), byte(255 - y % 256));
+            colours[i] =
+                make_colour(byte(base + x / 2 + any(6)), byte(x + y / 3 + any(4)), byte(255 - y % 256));
             break;
         case Character::Grey: {
             const std::uint8_t grey = byte(any(256));
@@ -102,8 +107,9 @@ inline std::vector<Colour> random_colours(std::size_t count, std::size_t width, 
     return colours;
 }
 
-inline std::unique_ptr<TestSurface> random_surface(std::int32_t width, std::int32_t height, Character character,
-                                                   std::uint32_t seed, std::int32_t bits_per_pixel = 32) {
+inline std::unique_ptr<TestSurface> random_surface(std::int32_t width, std::int32_t height,
+                                                   Character character, std::uint32_t seed,
+                                                   std::int32_t bits_per_pixel = 32) {
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     return surface_of(width, height, random_colours(count, static_cast<std::size_t>(width), character, seed),
                       bits_per_pixel);

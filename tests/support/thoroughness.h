@@ -1,5 +1,5 @@
-// How many cases a long test tries. The plain build tries them all and holds the results; the sanitizers look at
-// memory and arithmetic on the same paths, some ten times slower, and do with a share.
+// How many cases a long test tries. The plain build tries them all and holds the results; the sanitizers look
+// at memory and arithmetic on the same paths, some ten times slower, and do with a share.
 #pragma once
 
 namespace varnoth::test {

@@ -27,9 +27,7 @@ class RecordedExtraction : public ExtractionView {
 
     bool is_selected(std::int16_t line) const override { return selected.at(static_cast<std::size_t>(line)); }
 
-    bool aborted() const override {
-        return tests_of_abort++ == abort_at_test;
-    }
+    bool aborted() const override { return tests_of_abort++ == abort_at_test; }
 
     void show_item(std::string_view name) override { items.emplace_back(name); }
 
@@ -72,7 +70,9 @@ class FrameExtraction : public testing::Test {
     }
 
     // The red byte of the first pixel of an extracted BMP file.
-    std::uint8_t red_of_bmp(const std::string& name) const { return test::read_file(folder_.file(name)).at(54 + 2); }
+    std::uint8_t red_of_bmp(const std::string& name) const {
+        return test::read_file(folder_.file(name)).at(54 + 2);
+    }
 
     test::RecordedServices services_;
     test::TemporaryFolder folder_;

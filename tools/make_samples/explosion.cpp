@@ -157,7 +157,9 @@ Light light_at(double x, double y, double time) {
                         distance * distance * (0.42 + 0.25 * time);
     const double shade = std::clamp(0.55 - down * 0.45 + (detail - 0.5) * 1.3, 0.0, 1.0);
     const double smoke_share = smooth_step(0.42, 0.05, heat) * smooth_step(0.05, 0.4, time);
-    const Light body = fire(heat) + smoke(shade, std::clamp(billows * 1.5 - 0.35, 0.0, 1.0) * (1 - 0.3 * time)) * smoke_share;
+    const Light body =
+        fire(heat) +
+        smoke(shade, std::clamp(billows * 1.5 - 0.35, 0.0, 1.0) * (1 - 0.3 * time)) * smoke_share;
 
     const double plain_distance = std::sqrt(x * x + y * y) / (radius * 1.75);
     const double halo = std::max(0.0, 1 - plain_distance) * std::max(0.0, 1 - time * 1.5);
