@@ -51,7 +51,7 @@ TEST(ByteArray, AMoveLeavesAnEmptyArrayBehind) {
     EXPECT_TRUE(array.bytes().empty());
     array = std::move(moved);
     EXPECT_EQ(array[2], 9);
-    EXPECT_EQ(moved.size(), 0U); // NOLINT
+    EXPECT_EQ(moved.size(), 0U); // NOLINT: the same
 }
 
 TEST(ByteArray, MoreMemoryThanThereIsIsAFailure) {
