@@ -80,6 +80,9 @@ void Bitmap::fill(Colour colour) {
 }
 
 void read_pixels(const Bitmap& bitmap, std::int32_t x, std::int32_t y, std::span<RGBQUAD> pixels) {
+    if (pixels.empty()) {
+        return; // a bitmap without pixels has no bytes to point at
+    }
     const std::uint8_t* row = bitmap.row(y);
     const auto first = static_cast<std::size_t>(x);
     const std::size_t count = pixels.size();
@@ -112,6 +115,9 @@ void read_pixels(const Bitmap& bitmap, std::int32_t x, std::int32_t y, std::span
 }
 
 void write_pixels(Bitmap& bitmap, std::int32_t x, std::int32_t y, std::span<const RGBQUAD> pixels) {
+    if (pixels.empty()) {
+        return; // a bitmap without pixels has no bytes to point at
+    }
     std::uint8_t* row = bitmap.row(y);
     const auto first = static_cast<std::size_t>(x);
     const std::size_t count = pixels.size();

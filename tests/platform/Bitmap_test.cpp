@@ -219,5 +219,14 @@ TEST(PackedIndices, EachTakesItsOwnBitsOfTheRow) {
     EXPECT_EQ(get_packed_index(row.data(), 1, 8), 0xFEU);
 }
 
+TEST(Bitmap, RowsWithoutPixelsCanBeReadAndWritten) {
+    Bitmap bitmap(0, 2, 32, Bitmap::Rows::Surface);
+    std::vector<RGBQUAD> pixels;
+    read_pixels(bitmap, 0, 1, pixels);
+    write_pixels(bitmap, 0, 1, pixels);
+    EXPECT_TRUE(pixels.empty());
+    EXPECT_TRUE(bitmap.bytes().empty());
+}
+
 } // namespace
 } // namespace varnoth
