@@ -23,6 +23,9 @@ ServicesInstallation::ServicesInstallation(const Services& services) : before_(i
     if (services.picture_loader != nullptr) {
         installed().picture_loader = services.picture_loader;
     }
+    if (services.file_chooser != nullptr) {
+        installed().file_chooser = services.file_chooser;
+    }
 }
 
 ServicesInstallation::~ServicesInstallation() {
@@ -52,6 +55,16 @@ Picture load_picture(const std::string& path) {
         fail(Failure::InvalidPicture);
     }
     return loader->load(path);
+}
+
+std::string choose_file_to_open(std::string_view filter) {
+    FileChooser* chooser = installed().file_chooser;
+    return chooser == nullptr ? std::string() : chooser->choose_to_open(filter);
+}
+
+std::string choose_file_to_save(std::string_view filter) {
+    FileChooser* chooser = installed().file_chooser;
+    return chooser == nullptr ? std::string() : chooser->choose_to_save(filter);
 }
 
 } // namespace varnoth

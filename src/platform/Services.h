@@ -1,5 +1,6 @@
-// The platform services that the logic calls by itself: message boxes, the yield to the event queue and the
-// picture loader. One set is installed at a time; the program, its tests and its tools install their own.
+// The platform services that the program calls by itself: message boxes, the yield to the event queue, the
+// picture loader and the file chooser. One set is installed at a time; the program, its tests and its tools
+// install their own.
 #pragma once
 
 #include <string>
@@ -38,10 +39,21 @@ class PictureLoader {
     virtual Picture load(const std::string& path) = 0;
 };
 
+class FileChooser {
+  public:
+    virtual ~FileChooser() = default;
+
+    /// The path of a sprite file that the user chooses, "" when the choice is cancelled. A filter is a name
+    /// and a pattern with a bar between them: "Texts(*.txt)|*.txt".
+    virtual std::string choose_to_open(std::string_view filter) = 0;
+    virtual std::string choose_to_save(std::string_view filter) = 0;
+};
+
 struct Services {
     MessageBoxes* message_boxes = nullptr;
     EventQueue* event_queue = nullptr;
     PictureLoader* picture_loader = nullptr;
+    FileChooser* file_chooser = nullptr;
 };
 
 /// Installs a set of services for its own lifetime; a null member keeps what was installed before.
@@ -58,10 +70,12 @@ class ServicesInstallation {
 };
 
 /// The calls on the installed set. With nothing installed, messages are dropped, questions answered with Yes,
-/// the yield does nothing and every picture fails with InvalidPicture.
+/// the yield does nothing, every picture fails with InvalidPicture and every choice of a file is cancelled.
 void show_message(std::string_view text);
 bool ask_yes_no(std::string_view question);
 void yield_to_events();
 Picture load_picture(const std::string& path);
+std::string choose_file_to_open(std::string_view filter);
+std::string choose_file_to_save(std::string_view filter);
 
 } // namespace varnoth

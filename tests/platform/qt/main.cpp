@@ -1,8 +1,10 @@
 // The test program of everything that needs Qt. It runs without a display.
-#include <QCoreApplication>
+#include <QApplication>
 #include <QLoggingCategory>
 
 #include <gtest/gtest.h>
+
+#include "platform/qt/look.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -10,6 +12,7 @@ int main(int argc, char** argv) {
     // rest.
     QLoggingCategory::setFilterRules("qt.gui.imageio*=false");
     testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
+    QApplication application(argc, argv);
+    varnoth::look::apply(application);
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,67 @@
+// The button: a caption on a raised surface of fixed height that looks sunken while the left button is held
+// on it.
+#pragma once
+
+#include "controls/parts/EdgeLines.h"
+#include "controls/parts/SkinnedControl.h"
+
+namespace varnoth {
+
+/// Parts: `label`, `shadow1`, `lineA(0)` top, `lineA(1)` left, `lineB(0)` right, `lineB(1)` bottom. The
+/// button is always 360 twips high and at least 500 wide. It has no keyboard handling and no hover look.
+class elboton final : public SkinnedControl {
+    Q_OBJECT
+    Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
+    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
+    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
+    Q_PROPERTY(int Color3DLight READ Color3DLight WRITE SetColor3DLight)
+    Q_PROPERTY(int Color3DDark READ Color3DDark WRITE SetColor3DDark)
+    Q_PROPERTY(QFont Font READ Font WRITE SetFont)
+    Q_PROPERTY(QString FontName READ FontName WRITE SetFontName)
+    Q_PROPERTY(double FontSize READ FontSize WRITE SetFontSize)
+    Q_PROPERTY(bool FontItalic READ FontItalic WRITE SetFontItalic)
+    Q_PROPERTY(bool FontUnderline READ FontUnderline WRITE SetFontUnderline)
+    Q_PROPERTY(bool DropShadow READ DropShadow WRITE SetDropShadow)
+    Q_PROPERTY(bool CenterCaption READ CenterCaption WRITE SetCenterCaption)
+
+  public:
+    elboton(const QString& name, QWidget* parent);
+
+    const QString& Caption() const { return label_.Caption(); }
+
+    void SetCaption(const QString& caption);
+
+    /// Whether the caption stands in the middle instead of at the left.
+    bool CenterCaption() const { return center_caption_; }
+
+    void SetCenterCaption(bool center);
+
+  signals:
+    void Click();
+    void MouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
+
+    /// From the caption alone.
+    void MouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
+    void MouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
+
+  private:
+    void resized() override;
+    void layout_step() override;
+    void show_fore_colour() override;
+    void show_light() override;
+    void show_dark() override;
+    void show_font() override;
+    void show_shadow() override;
+    void part_pressed(Part* part, const MouseArguments& mouse) override;
+    void part_moved(Part* part, const MouseArguments& mouse) override;
+    void part_released(Part* part, const MouseArguments& mouse) override;
+    void part_clicked(Part* part) override;
+
+    TextPart label_;
+    TextPart shadow1_;
+    EdgeLines edges_{24};
+    bool center_caption_ = false;
+};
+
+} // namespace varnoth

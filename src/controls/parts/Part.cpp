@@ -1,0 +1,149 @@
+#include "controls/parts/Part.h"
+
+#include <cmath>
+
+#include <QFontMetricsF>
+#include <QImage>
+#include <QPainter>
+
+#include "base/numbers.h"
+#include "platform/qt/look.h"
+#include "platform/qt/symbols.h"
+
+namespace varnoth {
+
+namespace {
+
+// A place that is no whole number is drawn at the nearest pixel of the device, so that text stays crisp.
+double on_device(const QPainter& painter, double place) {
+    const double scale = painter.device()->devicePixelRatioF();
+    return std::nearbyint(place * scale) / scale;
+}
+
+} // namespace
+
+Part* Part::at(const QPointF& point, QPointF& within) {
+    if (!Visible || !Enabled || passes_mouse || !place().contains(point)) {
+        return nullptr;
+    }
+    within = point - place().topLeft();
+    return this;
+}
+
+void TextPart::SetCaption(const QString& caption) {
+    caption_ = caption;
+    take_size();
+}
+
+void TextPart::SetFont(const QFont& font) {
+    font_ = font;
+    take_size();
+}
+
+void TextPart::set_auto_size() {
+    auto_size_ = true;
+    take_size();
+}
+
+void TextPart::take_size() {
+    if (auto_size_) {
+        Width = text_width(font_, caption_);
+        Height = text_height(font_);
+    }
+}
+
+void TextPart::paint(QPainter& painter) const {
+    if (!Visible) {
+        return;
+    }
+    const QRectF box(on_device(painter, Left), on_device(painter, Top), Width, Height);
+    if (symbol_) {
+        draw_symbol(painter, caption_.isEmpty() ? QChar() : caption_.front(), box,
+                    look::to_qcolor(ForeColor));
+        return;
+    }
+    painter.setFont(look::display_font(font_));
+    painter.setPen(look::to_qcolor(ForeColor));
+    painter.drawText(box, Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, caption_);
+}
+
+void LinePart::set_ends(double x1, double y1, double x2, double y2) {
+    X1 = x1;
+    Y1 = y1;
+    X2 = x2;
+    Y2 = y2;
+}
+
+void LinePart::paint(QPainter& painter) const {
+    if (!Visible) {
+        return;
+    }
+    const double left = std::nearbyint(X1);
+    const double top = std::nearbyint(Y1);
+    painter.fillRect(QRectF(left, top, std::nearbyint(X2) - left + 1, std::nearbyint(Y2) - top + 1),
+                     look::to_qcolor(BorderColor));
+}
+
+PictureSurface& BoxPart::surface() {
+    if (!surface_) {
+        surface_ = std::make_unique<PictureSurface>(
+            PictureSurface::Design{.parent = &container_,
+                                   .width = round_to_even<std::int32_t>(Width),
+                                   .height = round_to_even<std::int32_t>(Height),
+                                   .bits_per_pixel = 32,
+                                   .border = 0,
+                                   .back_colour = BackColor});
+    }
+    return *surface_;
+}
+
+void BoxPart::paint(QPainter& painter) const {
+    if (!Visible) {
+        return;
+    }
+    painter.save();
+    painter.translate(on_device(painter, Left), on_device(painter, Top));
+    painter.setClipRect(QRectF(0, 0, Width, Height), Qt::IntersectClip);
+    painter.fillRect(QRectF(0, 0, Width, Height), look::to_qcolor(BackColor));
+    if (surface_) {
+        draw_surface(painter, *surface_);
+    }
+    for (const Part* part : contents) {
+        part->paint(painter);
+    }
+    painter.restore();
+}
+
+Part* BoxPart::at(const QPointF& point, QPointF& within) {
+    if (Part::at(point, within) == nullptr) {
+        return nullptr;
+    }
+    const QPointF inside = within;
+    for (auto part = contents.rbegin(); part != contents.rend(); ++part) {
+        if (Part* found = (*part)->at(inside, within)) {
+            return found;
+        }
+    }
+    within = inside;
+    return this;
+}
+
+void draw_surface(QPainter& painter, const PictureSurface& surface) {
+    const Bitmap& bitmap = surface.bitmap();
+    if (bitmap.width() == 0 || bitmap.height() == 0) {
+        return;
+    }
+    const QImage image(bitmap.row(0), bitmap.width(), bitmap.height(), bitmap.row_bytes(),
+                       QImage::Format_RGB32);
+    painter.drawImage(QPointF(0, 0), image);
+}
+
+double text_height(const QFont& font) {
+    return std::ceil(QFontMetricsF(look::display_font(font)).height());
+}
+
+double text_width(const QFont& font, const QString& text) {
+    return std::ceil(QFontMetricsF(look::display_font(font)).horizontalAdvance(text));
+}
+
+} // namespace varnoth

@@ -1,0 +1,116 @@
+// The parts that a skinned control is composed of: texts, one-pixel lines and small surfaces. They are no
+// widgets: the control paints them in its own order and hands them the mouse.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <QFont>
+#include <QRectF>
+#include <QString>
+
+#include "platform/Colour.h"
+#include "platform/PictureSurface.h"
+
+class QPainter;
+
+namespace varnoth {
+
+/// Places and sizes are in pixels from the top left of what holds the part, and need not be whole numbers.
+class Part {
+  public:
+    virtual ~Part() = default;
+
+    double Left = 0;
+    double Top = 0;
+    double Width = 0;
+    double Height = 0;
+    bool Visible = true;
+    bool Enabled = true;       ///< a part that is not lets the mouse pass to what lies behind
+    bool passes_mouse = false; ///< lets it pass in any case: the shadow of a caption
+
+    QRectF place() const { return {Left, Top, Width, Height}; }
+
+    /// Draws the part in the coordinates of what holds it.
+    virtual void paint(QPainter& painter) const = 0;
+
+    /// The part that takes the mouse at a point: this one, one within it, or none. `within` is the point's
+    /// place in that part.
+    virtual Part* at(const QPointF& point, QPointF& within);
+};
+
+/// One line of text, or one character of the symbol font. The text is cut at the part's edge unless the part
+/// takes the size of its text.
+class TextPart : public Part {
+  public:
+    /// The background is transparent.
+    Colour ForeColor = 0;
+
+    const QString& Caption() const { return caption_; }
+
+    void SetCaption(const QString& caption);
+
+    const QFont& Font() const { return font_; }
+
+    void SetFont(const QFont& font);
+
+    /// Makes the part take the size of its text from now on.
+    void set_auto_size();
+
+    /// The caption is a character of the symbol font and stands in the middle of the part.
+    void set_symbol() { symbol_ = true; }
+
+    void paint(QPainter& painter) const override;
+
+  private:
+    void take_size();
+
+    QString caption_;
+    QFont font_;
+    bool auto_size_ = false;
+    bool symbol_ = false;
+};
+
+/// A horizontal or vertical line of one pixel, both ends included. The mouse does not see it.
+class LinePart : public Part {
+  public:
+    double X1 = 0;
+    double Y1 = 0;
+    double X2 = 0;
+    double Y2 = 0;
+    Colour BorderColor = 0;
+
+    void set_ends(double x1, double y1, double x2, double y2);
+
+    void paint(QPainter& painter) const override;
+
+    Part* at(const QPointF& /*point*/, QPointF& /*within*/) override { return nullptr; }
+};
+
+/// A small surface with a background of its own, parts upon it and, where it has been drawn on, pixels.
+class BoxPart : public Part {
+  public:
+    Colour BackColor = 0;
+
+    /// Back to front. The parts belong to the control.
+    std::vector<Part*> contents;
+
+    /// The pixels; made in the part's size and background when they are first asked for.
+    PictureSurface& surface();
+
+    void paint(QPainter& painter) const override;
+    Part* at(const QPointF& point, QPointF& within) override;
+
+  private:
+    SurfaceContainer container_;
+    std::unique_ptr<PictureSurface> surface_;
+};
+
+/// Draws a surface's pixels with its top left at the origin, one pixel of the surface for each unit.
+void draw_surface(QPainter& painter, const PictureSurface& surface);
+
+/// The height of a line of text in that font, and the width of the text, in whole pixels.
+double text_height(const QFont& font);
+double text_width(const QFont& font, const QString& text);
+
+} // namespace varnoth

@@ -1,0 +1,229 @@
+// What the ten controls of the program share. A control is a small composition of parts, kept in place by a
+// layout step, with properties that a designer stores with it. A setter changes the part that shows the
+// property and tells the host.
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <QVariant>
+#include <QWidget>
+
+#include "controls/parts/Part.h"
+#include "controls/parts/PropertyBag.h"
+#include "platform/DrawingContext.h"
+#include "platform/qt/mouse.h"
+
+namespace varnoth {
+
+/// A persisted property: its name and what it is when nothing is stored. The font properties have no fallback
+/// of their own: it is the font of the host.
+struct PersistedProperty {
+    const char* name;
+    QVariant fallback = {};
+};
+
+class SkinnedControl : public QWidget {
+    Q_OBJECT
+
+  public:
+    // The family's properties. Each control tells by Q_PROPERTY which of them it has.
+
+    /// Whether the control is enabled of its own account, whatever its window is. No grey look goes with it.
+    bool Enabled() const;
+    void SetEnabled(bool enabled);
+
+    Colour BackColor() const { return back_colour_; }
+
+    void SetBackColor(Colour colour);
+
+    Colour ForeColor() const { return fore_colour_; }
+
+    void SetForeColor(Colour colour);
+
+    Colour Color3DLight() const { return light_; }
+
+    void SetColor3DLight(Colour colour);
+
+    Colour Color3DDark() const { return dark_; }
+
+    void SetColor3DDark(Colour colour);
+
+    const QFont& Font() const { return font_; }
+
+    void SetFont(const QFont& font);
+
+    QString FontName() const { return font_.family(); }
+
+    void SetFontName(const QString& name);
+
+    /// In points, kept to four decimal places. InvalidPropertyValue for a size of 0 or less.
+    double FontSize() const;
+    void SetFontSize(double size);
+
+    bool FontItalic() const { return font_.italic(); }
+
+    void SetFontItalic(bool italic);
+
+    bool FontUnderline() const { return font_.underline(); }
+
+    void SetFontUnderline(bool underline);
+
+    bool DropShadow() const { return drop_shadow_; }
+
+    void SetDropShadow(bool shadow);
+
+    // Storing.
+
+    /// Writes the properties in the control's order of saving.
+    void WriteProperties(PropertyBag& bag) const;
+
+    /// Takes the properties from a bag; what is missing there takes its fallback. The host is not told.
+    void ReadProperties(const PropertyBag& bag);
+
+    // Sizes in twips, 1/1440 inch.
+
+    double Width() const;
+    double Height() const;
+    void SetWidth(double twips);
+    void SetHeight(double twips);
+
+    /// The width in pixels as a real number: a minimum in twips need not be a whole one.
+    double width_in_pixels() const;
+
+    /// The inner size in pixels.
+    double ScaleWidth() const { return width(); }
+
+    double ScaleHeight() const { return height(); }
+
+    /// The control's drawing context. What is drawn there lies above the background and below the parts.
+    DrawingContext& get_the_hdc();
+
+    /// Seems transparent: clears the control and blends into it what `origen` shows from (x, y) on, with the
+    /// constant alpha `cantidad`, 0 to 255; Overflow for any other.
+    void obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
+                              std::int16_t cantidad);
+
+    /// A part by its given name, "label" or "lineA(0)".
+    template <typename Kind>
+    const Kind& part(const QString& name) const {
+        return dynamic_cast<const Kind&>(named_part(name));
+    }
+
+  signals:
+    /// A setter of a persisted property tells its host.
+    void property_changed(const QString& name);
+
+  protected:
+    /// `properties` in the order of saving; the object name and the parent's child name are the same.
+    SkinnedControl(const QString& name, QWidget* parent, const std::vector<PersistedProperty>& properties);
+
+    // For the constructor of a control.
+
+    /// Adds a part in front of those added before. Parts within a box are added by the box's contents and
+    /// named with name_part.
+    void add_part(const QString& name, Part& part);
+    void name_part(const QString& name, Part& part);
+
+    /// The control is always that high and at least that wide, both in twips. A width in pixels that stands
+    /// for the minimum, rounded, counts as the minimum.
+    void fix_height(double twips);
+    void set_minimum_width(double twips);
+
+    /// The obtained background leaves out an edge of that many pixels.
+    void set_background_edge(std::int32_t pixels) { background_edge_ = pixels; }
+
+    // What a control answers to.
+
+    /// Moves the parts after a change of size.
+    virtual void resized() {}
+
+    /// Moves the caption after a change of caption, font or alignment.
+    virtual void layout_step() {}
+
+    // Sets the parts that show the property; the control is painted anew afterwards.
+
+    virtual void show_back_colour() {}
+
+    virtual void show_fore_colour() {}
+
+    virtual void show_light() {}
+
+    virtual void show_dark() {}
+
+    virtual void show_font() {}
+
+    virtual void show_shadow() {}
+
+    virtual void show_enabled() {}
+
+    /// The mouse, with places in the part; a null part is the control's own surface. A press holds the mouse:
+    /// the moves and the release that follow go to the same part wherever they happen. A click is a release
+    /// of the left button over the part that was pressed.
+    virtual void part_pressed(Part* /*part*/, const MouseArguments& /*mouse*/) {}
+
+    virtual void part_moved(Part* /*part*/, const MouseArguments& /*mouse*/) {}
+
+    virtual void part_released(Part* /*part*/, const MouseArguments& /*mouse*/) {}
+
+    virtual void part_clicked(Part* /*part*/) {}
+
+    /// The second press of a fast pair. True when the part has a double click, which then takes the place of
+    /// the second click.
+    virtual bool part_double_clicked(Part* /*part*/) { return false; }
+
+    /// Draws what lies between the surface and the parts.
+    virtual void paint_surface(QPainter& /*painter*/) {}
+
+    /// The control's pixels; made in its size and background when they are first asked for.
+    PictureSurface& surface();
+
+    bool has_surface() const { return surface_ != nullptr; }
+
+    /// Ends every setter: paints anew and, except while properties are read, tells the host.
+    void changed(const char* property);
+
+    bool reading() const { return reading_; }
+
+    void read_property(const PropertyBag& bag, const PersistedProperty& property);
+
+    const std::vector<PersistedProperty>& properties() const { return properties_; }
+
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+  private:
+    const Part& named_part(const QString& name) const;
+    Part* part_at(const QPointF& point, QPointF& within);
+    QPointF place_in_held_part(const QPointF& point) const;
+    void press(QMouseEvent* event);
+    QVariant ambient(const char* property) const;
+
+    const std::vector<PersistedProperty>& properties_;
+    Colour back_colour_ = 0;
+    Colour fore_colour_ = 0;
+    Colour light_ = 0;
+    Colour dark_ = 0;
+    QFont font_;
+    bool drop_shadow_ = false;
+
+    std::vector<Part*> parts_; ///< back to front
+    std::vector<std::pair<QString, Part*>> names_;
+    SurfaceContainer container_;
+    std::unique_ptr<PictureSurface> surface_;
+    std::int32_t background_edge_ = 0;
+    double minimum_width_ = 0;
+
+    Part* held_part_ = nullptr;
+    QPointF held_origin_; ///< of the held part, in the control
+    bool held_ = false;
+    bool click_due_ = false;
+    bool reading_ = false;
+};
+
+} // namespace varnoth

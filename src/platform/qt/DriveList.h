@@ -1,0 +1,29 @@
+// A drop-down list of the mounted volumes.
+#pragma once
+
+#include <string>
+
+#include "platform/qt/DropDownList.h"
+
+namespace varnoth {
+
+class DriveList : public DropDownList {
+    Q_OBJECT
+
+  public:
+    /// Shows the volumes mounted now, with the one of the current folder chosen. What the system mounts for
+    /// itself (processes, devices and the like) is left out; the root is always there.
+    DriveList(const QString& name, QWidget* parent);
+
+    /// The root folder of the chosen volume.
+    std::string Drive() const;
+
+    /// Chooses the volume that holds a folder, without raising Change.
+    void show_drive_of(const std::string& folder);
+
+  signals:
+    /// The user chose a volume.
+    void Change();
+};
+
+} // namespace varnoth

@@ -1,0 +1,45 @@
+// A plain text label, or a symbol that is clicked: the platform's label, without a skin.
+#pragma once
+
+#include <QWidget>
+
+#include "platform/Colour.h"
+
+namespace varnoth {
+
+class Label : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
+    Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
+
+  public:
+    enum class Kind { Text, Symbol };
+
+    /// A symbol's caption is one character of the symbol font; spoken is what a screen reader says instead.
+    Label(const QString& name, QWidget* parent, Kind kind, const QString& caption,
+          const QString& spoken = {});
+
+    const QString& Caption() const { return caption_; }
+
+    void SetCaption(const QString& caption);
+
+    Colour ForeColor() const { return fore_colour_; }
+
+    void SetForeColor(Colour colour);
+
+  signals:
+    /// Pressed and released on the label with the left button; each press of a fast pair counts.
+    void Click();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+  private:
+    Kind kind_;
+    QString caption_;
+    Colour fore_colour_;
+};
+
+} // namespace varnoth

@@ -1,0 +1,49 @@
+// A picture area on the screen: shows a PictureSurface pixel by pixel and takes its size.
+#pragma once
+
+#include <QWidget>
+
+#include "platform/PictureSurface.h"
+#include "platform/qt/mouse.h"
+
+namespace varnoth {
+
+class PictureBox : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// The design's sizes are in pixels; its parent is set to a container of pixels.
+    PictureBox(const QString& name, QWidget* parent, PictureSurface::Design design);
+
+    PictureSurface& surface() { return surface_; }
+
+    const PictureSurface& surface() const { return surface_; }
+
+    /// The background colour; clears the picture and shows it at once.
+    void SetBackColor(Colour colour);
+
+    /// Erases and shows it.
+    void Cls();
+
+  signals:
+    void Click();
+    void DblClick();
+    void MouseDown(varnoth::MouseArguments mouse);
+    void MouseMove(varnoth::MouseArguments mouse);
+    void MouseUp(varnoth::MouseArguments mouse);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+  private:
+    void follow_surface();
+
+    SurfaceContainer container_;
+    PictureSurface surface_;
+};
+
+} // namespace varnoth

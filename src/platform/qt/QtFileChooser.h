@@ -1,0 +1,16 @@
+// The platform's own file chooser.
+#pragma once
+
+#include "platform/Services.h"
+
+namespace varnoth {
+
+class QtFileChooser : public FileChooser {
+  public:
+    std::string choose_to_open(std::string_view filter) override;
+
+    /// Asks before an existing file is taken. Where no ending is typed, the filter's is added.
+    std::string choose_to_save(std::string_view filter) override;
+};
+
+} // namespace varnoth

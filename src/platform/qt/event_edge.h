@@ -1,0 +1,69 @@
+// The edge between Qt and the program's own code: what an event makes the program do runs inside it, so that
+// no failure ever passes through Qt's frames. A failure that reaches the edge is fatal: it is told in one
+// message box and ends the program, however deep in nested events it arose.
+#pragma once
+
+#include <functional>
+#include <string_view>
+#include <utility>
+
+#include <QObject>
+
+namespace varnoth {
+
+/// Exit status of a program that a failure has ended.
+inline constexpr int exit_run_time_failure = 70;
+
+/// What is done about a fatal failure: its name as an identifier and its words.
+using FatalEnd = std::function<void(std::string_view name, std::string_view words)>;
+
+/// Replaces, for its own lifetime, what is done about a fatal failure. Without one, the box "Run-time error:
+/// " and the words is shown and the process ends with exit_run_time_failure.
+class FatalEndInstallation {
+  public:
+    explicit FatalEndInstallation(FatalEnd end);
+    ~FatalEndInstallation();
+
+    FatalEndInstallation(const FatalEndInstallation&) = delete;
+    FatalEndInstallation& operator=(const FatalEndInstallation&) = delete;
+
+  private:
+    FatalEnd before_;
+};
+
+/// Whether a failure is being told right now. The program does nothing more then.
+bool is_ending();
+
+/// Ends on the exception in flight; to be called in a catch block alone.
+void end_on_failure() noexcept;
+
+/// Runs the work of one event.
+template <typename Work>
+void at_event_edge(Work&& work) noexcept {
+    if (is_ending()) {
+        return;
+    }
+    try {
+        std::forward<Work>(work)();
+    } catch (...) {
+        end_on_failure();
+    }
+}
+
+/// Connects a signal to a handler that runs at the edge. The handler takes as many of the signal's arguments
+/// as it likes, from the first on.
+template <typename Sender, typename Signal, typename Handler>
+QMetaObject::Connection on_event(const Sender* sender, Signal signal, const QObject* context,
+                                 Handler handler) {
+    if constexpr (std::is_invocable_v<Handler>) {
+        return QObject::connect(sender, signal, context,
+                                [handler = std::move(handler)]() mutable { at_event_edge(handler); });
+    } else {
+        return QObject::connect(sender, signal, context,
+                                [handler = std::move(handler)](auto&&... arguments) mutable {
+                                    at_event_edge([&] { handler(arguments...); });
+                                });
+    }
+}
+
+} // namespace varnoth

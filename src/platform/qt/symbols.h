@@ -1,0 +1,19 @@
+// The glyphs that captions in a symbol font stand for, drawn as vector paths so that no such font is needed.
+#pragma once
+
+#include <QChar>
+#include <QColor>
+#include <QPainterPath>
+#include <QRectF>
+
+class QPainter;
+
+namespace varnoth {
+
+/// The outline of a symbol, centred in the box: "r" a cross, "b" a check mark, "5" and "6" triangles up and
+/// down, "3" and "4" triangles left and right, "g" a square. Empty for every other character.
+QPainterPath symbol_path(QChar symbol, const QRectF& box);
+
+void draw_symbol(QPainter& painter, QChar symbol, const QRectF& box, const QColor& colour);
+
+} // namespace varnoth
