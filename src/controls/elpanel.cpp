@@ -69,8 +69,7 @@ elpanel::elpanel(const QString& name, QWidget* parent) : SkinnedControl(name, pa
     shadow1_.Left = 31;
     shadow1_.Top = 10;
     shadow1_.Height = title_height;
-    shadow1_.ForeColor = look::black;
-    shadow1_.passes_mouse = true; // the window is dragged by its title
+    shadow1_.set_shadow_of(label1_);
     add_part("Picture1", picture1_);
     add_part("Picture2", picture2_);
     name_part("Line1B(1)", close_edges_.right);
@@ -180,6 +179,7 @@ void elpanel::show_font() {
 
 void elpanel::show_shadow() {
     shadow1_.Visible = DropShadow();
+    shadow1_.Enabled = DropShadow();
 }
 
 void elpanel::sink_close_button() {
