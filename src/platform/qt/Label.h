@@ -19,6 +19,8 @@ class Label : public QWidget {
     Label(const QString& name, QWidget* parent, Kind kind, const QString& caption,
           const QString& spoken = {});
 
+    Kind kind() const { return kind_; }
+
     const QString& Caption() const { return caption_; }
 
     void SetCaption(const QString& caption);
@@ -39,7 +41,9 @@ class Label : public QWidget {
   private:
     Kind kind_;
     QString caption_;
+    QString spoken_;
     Colour fore_colour_;
+    bool click_due_ = false; ///< a release completes a click
 };
 
 } // namespace varnoth

@@ -42,19 +42,35 @@ class ListBox : public QListWidget {
     void SetEnabled(bool enabled);
 
   signals:
-    /// The user clicked a line, moved the current line by the keyboard, or SetListIndex was called.
+    /// The user clicked a line, moved the current line or changed marks by the keyboard, or SetListIndex was
+    /// called. The marks are set before.
     void Click();
     void DblClick();
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
 
   private:
-    void current_row_moved();
+    /// Runs what Qt makes of an event of the user, then raises Click once if it is due.
+    template <typename Work>
+    void handle(Work&& work);
 
-    bool quiet_ = false;        ///< the current line is set or lost without the user
-    bool click_raised_ = false; ///< by the press that is being handled
+    void current_row_moved();
+    void raise_due_click();
+
+    int pressed_line_ = -1;      ///< under the last press of the left button
+    bool quiet_ = false;         ///< the current line is set or lost without the user
+    bool in_event_ = false;      ///< of the user
+    bool click_due_ = false;     ///< Click is raised at the end of the event
+    bool marks_changed_ = false; ///< by the event that is being handled
 };
 
 } // namespace varnoth

@@ -41,9 +41,13 @@ class PictureBox : public QWidget {
 
   private:
     void follow_surface();
+    void press(const QMouseEvent& event);
+    QPointF inside(const QMouseEvent& event) const;
 
+    std::int32_t border_;
     SurfaceContainer container_;
     PictureSurface surface_;
+    bool click_due_ = false; ///< a release completes a click
 };
 
 } // namespace varnoth

@@ -1,7 +1,11 @@
 // The platform's own file chooser.
 #pragma once
 
+#include <QString>
+
 #include "platform/Services.h"
+
+class QFileDialog;
 
 namespace varnoth {
 
@@ -11,6 +15,11 @@ class QtFileChooser : public FileChooser {
 
     /// Asks before an existing file is taken. Where no ending is typed, the filter's is added.
     std::string choose_to_save(std::string_view filter) override;
+
+  private:
+    std::string choose(QFileDialog& dialog, std::string_view filter);
+
+    QString folder_; ///< of the last choice
 };
 
 } // namespace varnoth

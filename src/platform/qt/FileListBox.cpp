@@ -1,0 +1,30 @@
+#include "platform/qt/FileListBox.h"
+
+#include "platform/FileList.h"
+#include "platform/folders.h"
+
+namespace varnoth {
+
+FileListBox::FileListBox(const QString& name, QWidget* parent) : ListBox(name, parent) {
+    SetPath(current_folder());
+}
+
+void FileListBox::SetPath(const std::string& path) {
+    path_ = path;
+    list_again();
+}
+
+void FileListBox::SetPattern(const QString& pattern) {
+    pattern_ = pattern;
+    list_again();
+}
+
+void FileListBox::list_again() {
+    Clear();
+    const QString ending = pattern_.startsWith(u'*') ? pattern_.mid(1) : pattern_;
+    for (const std::string& file : list_files(path_, ending.toStdString())) {
+        AddItem(QString::fromStdString(file));
+    }
+}
+
+} // namespace varnoth

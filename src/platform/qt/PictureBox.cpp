@@ -1,0 +1,127 @@
+#include "platform/qt/PictureBox.h"
+
+#include <utility>
+#include <vector>
+
+#include <QImage>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include "base/numbers.h"
+#include "platform/qt/event_edge.h"
+#include "platform/qt/look.h"
+
+namespace varnoth {
+
+namespace {
+
+PictureSurface::Design with_parent(PictureSurface::Design design, SurfaceContainer& container) {
+    design.parent = &container;
+    return design;
+}
+
+/// The part of a bitmap that is seen, with the bitmap's own pixels in it. Qt takes no picture of more than
+/// 32767 pixels a side, but what is seen of one is never that large.
+QImage shared_part(const Bitmap& bitmap, const QRect& part) {
+    const std::uint8_t* first = bitmap.row(part.top()) + std::ptrdiff_t{4} * part.left();
+    return {first, part.width(), part.height(), bitmap.row_bytes(), QImage::Format_RGB32};
+}
+
+QImage converted_part(const Bitmap& bitmap, const QRect& part) {
+    QImage image(part.size(), QImage::Format_RGB32);
+    for (int y = 0; y < part.height(); ++y) {
+        auto* row = reinterpret_cast<RGBQUAD*>(image.scanLine(y));
+        read_pixels(bitmap, part.left(), part.top() + y, {row, static_cast<std::size_t>(part.width())});
+    }
+    return image;
+}
+
+} // namespace
+
+PictureBox::PictureBox(const QString& name, QWidget* parent, PictureSurface::Design design)
+    : QWidget(parent), border_(design.border), surface_(with_parent(design, container_)) {
+    setObjectName(name);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_NoMousePropagation);
+    setMouseTracking(true);
+    surface_.on_change = [this] { follow_surface(); };
+    follow_surface();
+}
+
+void PictureBox::SetBackColor(Colour colour) {
+    surface_.SetBackColor(colour);
+    update();
+}
+
+void PictureBox::Cls() {
+    surface_.Cls();
+    update();
+}
+
+void PictureBox::follow_surface() {
+    resize(round_to_even<int>(surface_.Width()), round_to_even<int>(surface_.Height()));
+    update();
+}
+
+void PictureBox::paintEvent(QPaintEvent* event) {
+    at_event_edge([&] {
+        const Bitmap& bitmap = surface_.bitmap();
+        const QRect inner(border_, border_, bitmap.width(), bitmap.height());
+        QPainter painter(this);
+        if (!inner.contains(event->rect())) {
+            painter.fillRect(event->rect(), look::to_qcolor(look::edge_dark));
+        }
+        const QRect seen = inner & event->rect();
+        if (seen.isEmpty()) {
+            return;
+        }
+        const QRect part = seen.translated(-inner.topLeft());
+        painter.drawImage(seen.topLeft(), bitmap.bits_per_pixel() == 32 ? shared_part(bitmap, part)
+                                                                        : converted_part(bitmap, part));
+        // The fourth byte of a pixel may be anything, and Qt hands it on. Black laid under the picture makes
+        // it opaque and changes no colour.
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        painter.fillRect(seen, Qt::black);
+    });
+}
+
+void PictureBox::press(const QMouseEvent& event) {
+    click_due_ = event.button() == Qt::LeftButton;
+    emit MouseDown(mouse_arguments(event.button(), event.modifiers(), inside(event)));
+}
+
+QPointF PictureBox::inside(const QMouseEvent& event) const {
+    return event.position() - QPointF(border_, border_);
+}
+
+void PictureBox::mousePressEvent(QMouseEvent* event) {
+    at_event_edge([&] { press(*event); });
+}
+
+void PictureBox::mouseMoveEvent(QMouseEvent* event) {
+    at_event_edge(
+        [&] { emit MouseMove(mouse_arguments(event->buttons(), event->modifiers(), inside(*event))); });
+}
+
+void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
+    at_event_edge([&] {
+        const bool clicked = event->button() == Qt::LeftButton && std::exchange(click_due_, false);
+        const bool on_box = rect().contains(event->position().toPoint());
+        emit MouseUp(mouse_arguments(event->button(), event->modifiers(), inside(*event)));
+        if (clicked && on_box) {
+            emit Click();
+        }
+    });
+}
+
+void PictureBox::mouseDoubleClickEvent(QMouseEvent* event) {
+    at_event_edge([&] {
+        press(*event);
+        if (std::exchange(click_due_, false)) {
+            emit DblClick();
+        }
+    });
+}
+
+} // namespace varnoth

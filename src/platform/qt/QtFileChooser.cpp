@@ -1,0 +1,58 @@
+#include "platform/qt/QtFileChooser.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+#include "platform/qt/dialog_parent.h"
+
+namespace varnoth {
+
+namespace {
+
+struct Filter {
+    QString name;
+    QString pattern;
+};
+
+Filter parse(std::string_view filter) {
+    const QString whole = QString::fromUtf8(filter.data(), static_cast<qsizetype>(filter.size()));
+    return {whole.section(u'|', 0, 0).trimmed(), whole.section(u'|', 1).trimmed()};
+}
+
+/// The filter in Qt's form, the pattern in brackets at the end.
+QString name_filter(const Filter& filter) {
+    const QString bracketed = QStringLiteral("(%1)").arg(filter.pattern);
+    return filter.name.endsWith(bracketed) ? filter.name : filter.name + u' ' + bracketed;
+}
+
+} // namespace
+
+std::string QtFileChooser::choose(QFileDialog& dialog, std::string_view filter) {
+    dialog.setNameFilter(name_filter(parse(filter)));
+    if (!folder_.isEmpty()) {
+        dialog.setDirectory(folder_);
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return {};
+    }
+    const QString file = dialog.selectedFiles().constFirst();
+    folder_ = QFileInfo(file).absolutePath();
+    return QDir::toNativeSeparators(file).toStdString();
+}
+
+std::string QtFileChooser::choose_to_open(std::string_view filter) {
+    QFileDialog dialog(dialog_parent());
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return choose(dialog, filter);
+}
+
+std::string QtFileChooser::choose_to_save(std::string_view filter) {
+    QFileDialog dialog(dialog_parent());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(parse(filter).pattern.section(u'.', -1));
+    return choose(dialog, filter);
+}
+
+} // namespace varnoth

@@ -1,0 +1,36 @@
+#include "platform/qt/QtMessageBoxes.h"
+
+#include <QMessageBox>
+
+#include "platform/qt/dialog_parent.h"
+#include "platform/qt/look.h"
+
+namespace varnoth {
+
+namespace {
+
+/// The button that the user chose.
+int run_box(QMessageBox::Icon icon, std::string_view text, QMessageBox::StandardButtons buttons) {
+    QMessageBox box(dialog_parent());
+    box.setIcon(icon);
+    box.setWindowTitle(QString::fromLatin1(application_title));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    box.setStandardButtons(buttons);
+    if (buttons.testFlag(QMessageBox::No)) {
+        box.setEscapeButton(QMessageBox::No);
+    }
+    return box.exec();
+}
+
+} // namespace
+
+void QtMessageBoxes::show(std::string_view text) {
+    run_box(QMessageBox::NoIcon, text, QMessageBox::Ok);
+}
+
+bool QtMessageBoxes::ask(std::string_view question) {
+    return run_box(QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+}
+
+} // namespace varnoth

@@ -1,0 +1,277 @@
+#include "platform/qt/look.h"
+
+#include <array>
+#include <cmath>
+#include <memory>
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QHash>
+#include <QPainter>
+#include <QProxyStyle>
+#include <QStyleFactory>
+#include <QStyleOption>
+#include <QToolTip>
+#include <QWidget>
+
+#include "platform/Screen.h"
+#include "platform/qt/symbols.h"
+
+namespace varnoth::look {
+
+namespace {
+
+constexpr const char* design_family = "Tahoma";
+constexpr double twips_per_point = 20;
+
+// Fonts.
+
+// Captions of the program, and how wide Tahoma draws them, in sizes of the font.
+constexpr const char* reference_text =
+    "Set Sprite To 256x256 Resize Pictures Transparent Color: Select Extracting Folder Name Overwrite";
+constexpr double reference_width = 43.16;
+
+constexpr int plain_stretch = 100;
+constexpr int narrowest_stretch = 60;
+
+// Narrow sans families, the nearest first.
+constexpr std::array<const char*, 6> stand_ins{
+    "DejaVu Sans Condensed", "Liberation Sans", "Noto Sans", "Arial", "Nimbus Sans", "DejaVu Sans"};
+
+QString stand_in_family() {
+    for (const char* family : stand_ins) {
+        if (QFontDatabase::hasFamily(QString::fromLatin1(family))) {
+            return QString::fromLatin1(family);
+        }
+    }
+    return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
+}
+
+bool is_wider_than_design(const QFont& font) {
+    return QFontMetricsF(font).horizontalAdvance(QLatin1String(reference_text)) >
+           reference_width * font.pixelSize();
+}
+
+void narrow(QFont& font) {
+    // What a stretch comes to depends on the faces that the family has, so it is tried out.
+    for (int stretch = plain_stretch; is_wider_than_design(font) && stretch >= narrowest_stretch; --stretch) {
+        font.setStretch(stretch);
+    }
+}
+
+QFont find_display_font(const QFont& font) {
+    QFont found = font;
+    if (font.pointSizeF() > 0) {
+        const double pixels = font.pointSizeF() * twips_per_point / varnoth::screen().TwipsPerPixelY;
+        found.setPixelSize(std::max(1, static_cast<int>(std::nearbyint(pixels))));
+    }
+    if (!QFontDatabase::hasFamily(font.family())) {
+        found.setFamily(stand_in_family());
+        found.setStyleHint(QFont::SansSerif);
+        narrow(found);
+    }
+    return found;
+}
+
+/// The fonts that were asked for so far. They hold as long as no font comes or goes.
+struct FontCache {
+    QHash<QFont, QFont> fonts;
+    double twips_per_pixel = 0;
+};
+
+FontCache& font_cache() {
+    static FontCache cache;
+    return cache;
+}
+
+// Palette.
+
+// Sets a role in all groups: neither a window behind another one nor a disabled one looks different.
+void set_role(QPalette& palette, QPalette::ColorRole role, Colour colour) {
+    palette.setColor(QPalette::All, role, to_qcolor(colour));
+}
+
+// Style.
+
+/// Whether a widget, or one that it is a part of, is disabled for itself and not with its whole window.
+bool is_itself_disabled(const QWidget* widget) {
+    for (; widget != nullptr && !widget->isWindow(); widget = widget->parentWidget()) {
+        if (widget->testAttribute(Qt::WA_ForceDisabled)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Makes an option look enabled for its own lifetime if only the widget's window is disabled.
+class EnabledLook {
+  public:
+    EnabledLook(const QStyleOption* option, const QWidget* widget)
+        : option_(const_cast<QStyleOption*>(option)) {
+        if (option_ == nullptr) {
+            return;
+        }
+        state_ = option_->state;
+        // Lines that cannot be chosen in an enabled widget keep their look.
+        if (widget != nullptr && !widget->isEnabled() && !is_itself_disabled(widget)) {
+            option_->state |= QStyle::State_Enabled;
+        }
+    }
+
+    ~EnabledLook() {
+        if (option_ != nullptr) {
+            option_->state = state_;
+        }
+    }
+
+    EnabledLook(const EnabledLook&) = delete;
+    EnabledLook& operator=(const EnabledLook&) = delete;
+
+  private:
+    QStyleOption* option_;
+    QStyle::State state_;
+};
+
+void draw_raised(QPainter& painter, const QRect& box, bool sunken) {
+    const QColor light = to_qcolor(sunken ? edge_dark : edge_light);
+    const QColor dark = to_qcolor(sunken ? edge_light : edge_dark);
+    painter.fillRect(box, to_qcolor(window_background));
+    painter.fillRect(box.left(), box.top(), box.width(), 1, light);
+    painter.fillRect(box.left(), box.top(), 1, box.height(), light);
+    painter.fillRect(box.left(), box.bottom(), box.width(), 1, dark);
+    painter.fillRect(box.right(), box.top(), 1, box.height(), dark);
+}
+
+class LookStyle : public QProxyStyle {
+  public:
+    LookStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+    using QProxyStyle::polish;
+
+    void polish(QPalette& palette) override { palette = look::palette(); }
+
+    QPalette standardPalette() const override { return look::palette(); }
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override {
+        if (hint == SH_ComboBox_Popup) {
+            return 0; // the lines open below the field, as a list
+        }
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        const EnabledLook look(option, widget);
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        const EnabledLook look(option, widget);
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override {
+        const EnabledLook look(option, widget);
+        const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        if (control == CC_ScrollBar && slider != nullptr) {
+            draw_scroll_bar(*slider, *painter, widget);
+        } else {
+            QProxyStyle::drawComplexControl(control, option, painter, widget);
+        }
+    }
+
+  private:
+    void draw_scroll_bar(const QStyleOptionSlider& bar, QPainter& painter, const QWidget* widget) const {
+        const bool upright = bar.orientation == Qt::Vertical;
+        painter.fillRect(bar.rect, to_qcolor(edge_dark));
+        draw_scroll_arrow(bar, painter, widget, SC_ScrollBarSubLine, upright ? u'5' : u'3');
+        draw_scroll_arrow(bar, painter, widget, SC_ScrollBarAddLine, upright ? u'6' : u'4');
+        if (bar.minimum < bar.maximum) {
+            draw_raised(painter, proxy()->subControlRect(CC_ScrollBar, &bar, SC_ScrollBarSlider, widget),
+                        false);
+        }
+    }
+
+    void draw_scroll_arrow(const QStyleOptionSlider& bar, QPainter& painter, const QWidget* widget,
+                           SubControl arrow, QChar symbol) const {
+        const QRect box = proxy()->subControlRect(CC_ScrollBar, &bar, arrow, widget);
+        const bool pressed = bar.state.testFlag(State_Sunken) && bar.activeSubControls.testFlag(arrow);
+        draw_raised(painter, box, pressed);
+        const bool grey = !bar.state.testFlag(State_Enabled) || bar.minimum == bar.maximum;
+        draw_symbol(painter, symbol, box, to_qcolor(grey ? disabled_text : light_text));
+    }
+};
+
+} // namespace
+
+QColor to_qcolor(Colour colour) {
+    const Colour plain = translate_colour(colour);
+    return {red_of(plain), green_of(plain), blue_of(plain)};
+}
+
+QFont design_font() {
+    constexpr double points = 9.75;
+    QFont font(QString::fromLatin1(design_family));
+    font.setPointSizeF(points);
+    font.setWeight(QFont::Normal);
+    return font;
+}
+
+QFont display_font(const QFont& font) {
+    FontCache& cache = font_cache();
+    if (cache.twips_per_pixel != varnoth::screen().TwipsPerPixelY) {
+        cache = {{}, varnoth::screen().TwipsPerPixelY};
+    }
+    auto found = cache.fonts.find(font);
+    if (found == cache.fonts.end()) {
+        found = cache.fonts.insert(font, find_display_font(font));
+    }
+    return *found;
+}
+
+QPalette palette(bool enabled) {
+    const Colour text = enabled ? light_text : disabled_text;
+    QPalette palette;
+    set_role(palette, QPalette::Window, window_background);
+    set_role(palette, QPalette::WindowText, text);
+    set_role(palette, QPalette::Base, field_background);
+    set_role(palette, QPalette::AlternateBase, field_background);
+    set_role(palette, QPalette::Text, text);
+    set_role(palette, QPalette::PlaceholderText, disabled_text);
+    set_role(palette, QPalette::Button, window_background);
+    set_role(palette, QPalette::ButtonText, enabled ? white : disabled_text);
+    set_role(palette, QPalette::BrightText, white);
+    set_role(palette, QPalette::Light, edge_light);
+    set_role(palette, QPalette::Midlight, close_glyph);
+    set_role(palette, QPalette::Mid, field_background);
+    set_role(palette, QPalette::Dark, edge_dark);
+    set_role(palette, QPalette::Shadow, edge_dark);
+    set_role(palette, QPalette::Highlight, enabled ? highlight : edge_dark);
+    set_role(palette, QPalette::HighlightedText, enabled ? black : disabled_text);
+    set_role(palette, QPalette::Link, highlight);
+    set_role(palette, QPalette::LinkVisited, highlight);
+    set_role(palette, QPalette::ToolTipBase, field_background);
+    set_role(palette, QPalette::ToolTipText, light_text);
+    return palette;
+}
+
+void apply_palette(QWidget& widget, bool enabled) {
+    widget.setPalette(palette(enabled));
+}
+
+void apply(QApplication& application) {
+    QObject::connect(&application, &QGuiApplication::fontDatabaseChanged, &application,
+                     [] { font_cache().fonts.clear(); });
+    QApplication::setStyle(std::make_unique<LookStyle>().release()); // the application owns it
+    QApplication::setPalette(palette());
+    QApplication::setFont(display_font(design_font()));
+    QToolTip::setPalette(palette());
+    QToolTip::setFont(display_font(design_font()));
+    QApplication::setApplicationDisplayName(QString::fromLatin1(application_title));
+}
+
+} // namespace varnoth::look
