@@ -255,14 +255,14 @@ TEST(Elradio, TheCircleIsDarkFromHalfARadianToFourAndLightFromThereOn) {
     radio->SetBackColor2(0);
     for (const int scale : {1, 2, 3}) {
         const QImage picture = picture_of(radio.control, scale);
-        // The line is softened against the black beside it; a third of its strength tells its colour.
+        // Softened against the black beside it, the line covers a tenth of the pixel at the least.
         for (double angle = 0.8; angle < 3.8; angle += 0.1) {
             const Colour drawn = on_circle(picture, scale, angle);
-            EXPECT_GT(red_of(drawn), 85 + green_of(drawn)) << scale << ' ' << angle;
+            EXPECT_GT(red_of(drawn), 24 + green_of(drawn)) << scale << ' ' << angle;
         }
         for (double angle = 4.3; angle < 0.2 + 2 * std::numbers::pi; angle += 0.1) {
             const Colour drawn = on_circle(picture, scale, angle);
-            EXPECT_GT(green_of(drawn), 85 + red_of(drawn)) << scale << ' ' << angle;
+            EXPECT_GT(green_of(drawn), 24 + red_of(drawn)) << scale << ' ' << angle;
         }
     }
 }
