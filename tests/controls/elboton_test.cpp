@@ -148,10 +148,10 @@ TEST(Elboton, AClickComesFromTheCaptionAndFromTheSurface) {
 
 TEST(Elboton, MovesAreToldFromTheCaptionAloneInItsOwnPixels) {
     Button button;
-    QTest::mouseMove(&button.control, button.on_surface());
+    test::move(button.control, button.on_surface());
     EXPECT_TRUE(button.log.isEmpty());
     const QPoint corner = button.text("label").place().topLeft().toPoint();
-    QTest::mouseMove(&button.control, corner + QPoint(2, 1));
+    test::move(button.control, corner + QPoint(2, 1));
     EXPECT_EQ(button.log, QStringList{"MouseMove 0 0 2,1"});
 }
 

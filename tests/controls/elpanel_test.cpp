@@ -40,7 +40,7 @@ struct Panel : Shown<elpanel> {
 
     QPoint on_close_glyph() { return {control.width() - 26 + 9, 17}; }
 
-    QPoint on_close_edge() { return {control.width() - 26 + 1, 9}; }
+    QPoint on_close_edge() { return {control.width() - 26 + 1, 25}; }
 
     bool close_raised() {
         return line("Line1A(0)") == light && line("Line1A(1)") == light && line("Line1B(0)") == dark &&
@@ -200,10 +200,10 @@ TEST(Elpanel, ATitleWithoutRoomIsNotSeen) {
 
 TEST(Elpanel, EachPartRaisesItsOwnMouseEvents) {
     Panel panel;
-    QTest::mouseMove(&panel.control, panel.on_title());
-    QTest::mouseMove(&panel.control, panel.on_icon());
-    QTest::mouseMove(&panel.control, panel.on_close_glyph());
-    QTest::mouseMove(&panel.control, panel.on_surface());
+    test::move(panel.control, panel.on_title());
+    test::move(panel.control, panel.on_icon());
+    test::move(panel.control, panel.on_close_glyph());
+    test::move(panel.control, panel.on_surface());
     EXPECT_EQ(panel.log,
               (QStringList{"TitleMouseMove 0 0 10,6", "IconMouseMove 0 0 3,4", "MouseMove 0 0 50,100"}));
     panel.log.clear();
@@ -231,10 +231,9 @@ TEST(Elpanel, ADoubleClickComesFromTheTitleAndTheSurface) {
 TEST(Elpanel, ADragOfTheTitleIsToldInTheTitlesPixelsWhereverItGoes) {
     Panel panel;
     QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_title());
-    QTest::mouseMove(&panel.control, panel.on_surface());
+    test::move(panel.control, panel.on_surface(), Qt::LeftButton);
     QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, panel.on_surface());
-    EXPECT_EQ(panel.log.value(1).section(' ', 0, 0), "TitleMouseMove");
-    EXPECT_EQ(panel.log.value(1).section(' ', 3), "20,91");
+    EXPECT_EQ(panel.log.value(1), "TitleMouseMove 1 0 20,91");
     EXPECT_EQ(panel.log.value(2), "TitleMouseUp 1 0 20,91");
 }
 
@@ -245,9 +244,18 @@ TEST(Elpanel, TheTitleIsDraggedThroughItsShadow) {
     EXPECT_EQ(panel.log, QStringList{"TitleMouseDown 1 0 10,6"});
 }
 
+TEST(Elpanel, TheTitleCoversTheFirstColumnOfTheCloseButton) {
+    Panel panel; // from 30 on, 300 - 55 pixels reach one beyond 300 - 26
+    QTest::mouseClick(&panel.control, Qt::LeftButton, {}, QPoint(274, 15));
+    QTest::mouseClick(&panel.control, Qt::LeftButton, {}, QPoint(275, 15));
+    EXPECT_EQ(panel.log.value(0), "TitleMouseDown 1 0 244,6");
+    EXPECT_EQ(panel.log.count("CloseClick"), 1);
+}
+
 TEST(Elpanel, TheShadowLiesInFrontOfTheTitle) {
     Panel panel;
     panel->SetTitle("Sprite");
+    panel->SetFontSize(24); // strokes of more than a pixel
     const int white = count_of(picture_of(panel.control), look::white);
     panel->SetDropShadow(true);
     EXPECT_TRUE(panel.text("shadow1").Visible);

@@ -109,6 +109,12 @@ QStringList& record(Control& control, QStringList& log) {
     return log;
 }
 
+/// The pointer moves over a widget, with these buttons held.
+inline void move(QWidget& widget, const QPoint& point, Qt::MouseButtons buttons = Qt::NoButton) {
+    QMouseEvent event(QEvent::MouseMove, point, widget.mapToGlobal(point), Qt::NoButton, buttons, {});
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
 /// The two halves of a fast pair of clicks with the left button.
 inline void double_click(QWidget& widget, const QPoint& point) {
     QTest::mouseClick(&widget, Qt::LeftButton, {}, point);

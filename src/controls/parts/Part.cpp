@@ -23,7 +23,10 @@ double on_device(const QPainter& painter, double place) {
 } // namespace
 
 Part* Part::at(const QPointF& point, QPointF& within) {
-    if (!Visible || !Enabled || passes_mouse || !place().contains(point)) {
+    // The pixel behind the right or bottom edge is outside.
+    const bool inside =
+        point.x() >= Left && point.x() < Left + Width && point.y() >= Top && point.y() < Top + Height;
+    if (!Visible || !Enabled || passes_mouse || !inside) {
         return nullptr;
     }
     within = point - place().topLeft();
