@@ -81,8 +81,8 @@ elpanel::elpanel(const QString& name, QWidget* parent) : SkinnedControl(name, pa
     add_part("LineA(1)", edges_.left);
     add_part("LineB(0)", edges_.right);
     add_part("LineB(1)", edges_.bottom);
+    add_part("shadow1", shadow1_);
     add_part("Label1", label1_);
-    add_part("shadow1", shadow1_); // here the shadow lies in front of its text
     set_background_edge(1);
     ReadProperties({});
 }
