@@ -545,7 +545,7 @@ class Ends(ToolTest):
                       ("--move", "-1:up"), ("--move", "1:"), ("--draw", "1"), ("--format", "jpg"), ("--frames", ""),
                       ("--frames", "1,"), ("--frames", "1;2"), ("--if-exists", "never"), ("--answer", "maybe"),
                       ("--answer",), ("--select", "missing.bmp"), ("--again", self.path("missing")),
-                      ("--pictures", self.path("missing"))):
+                      ("--pictures", self.path("missing")), ("--screenshots", self.path("missing"))):
             events = self.run_walkthrough(*job, *wrong, status=64)
             self.assertEqual(events, [], wrong)
             self.assertNotEqual(self.errors, "", wrong)
