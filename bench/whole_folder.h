@@ -9,11 +9,11 @@
 #include "import/ImportPipeline.h"
 #include "import/PictureSelection.h"
 #include "sprite/hlspr.h"
-#include "walkthrough/ScriptedAddFrames.h"
+#include "support/ScriptedAddFrames.h"
 
 namespace varnoth::bench {
 
-class WholeFolder : public walkthrough::ScriptedAddFrames {
+class WholeFolder : public test::ScriptedAddFrames {
   public:
     WholeFolder(const std::string& folder, std::int32_t count)
         : ScriptedAddFrames(folder, PictureFormat::Bmp, false),

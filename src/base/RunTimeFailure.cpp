@@ -13,7 +13,7 @@ struct Naming {
 };
 
 // In the order of the enumeration.
-constexpr std::array<Naming, 11> namings{{
+constexpr std::array<Naming, 12> namings{{
     {"Overflow", "Overflow"},
     {"DivisionByZero", "Division by zero"},
     {"SubscriptOutOfRange", "Subscript out of range"},
@@ -25,9 +25,10 @@ constexpr std::array<Naming, 11> namings{{
     {"DeviceIo", "Device input/output error"},
     {"InvalidPicture", "Invalid picture"},
     {"InvalidPropertyValue", "Invalid property value"},
+    {"InvalidProcedureCall", "Invalid procedure call"},
 }};
 
-static_assert(namings.size() == static_cast<std::size_t>(Failure::InvalidPropertyValue) + 1);
+static_assert(namings.size() == static_cast<std::size_t>(Failure::InvalidProcedureCall) + 1);
 
 const Naming& naming(Failure failure) {
     return namings[static_cast<std::size_t>(failure)];

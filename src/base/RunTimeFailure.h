@@ -19,6 +19,7 @@ enum class Failure {
     DeviceIo,             ///< any other failure of the file system
     InvalidPicture,       ///< a picture file that does not decode
     InvalidPropertyValue, ///< a size or setting that a surface or control cannot take
+    InvalidProcedureCall, ///< an argument that a routine cannot take
 };
 
 /// The failure's name as an identifier, "SubscriptOutOfRange".

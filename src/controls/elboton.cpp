@@ -56,7 +56,6 @@ elboton::elboton(const QString& name, QWidget* parent) : SkinnedControl(name, pa
 void elboton::SetCaption(const QString& caption) {
     label_.SetCaption(caption);
     shadow1_.SetCaption(caption);
-    setAccessibleName(caption);
     layout_step();
     changed("Caption");
 }

@@ -16,6 +16,7 @@ TEST(RunTimeFailure, HasAnIdentifierAndWordsForTheUser) {
     EXPECT_EQ(words_of(Failure::SubscriptOutOfRange), "Subscript out of range");
     EXPECT_EQ(name_of(Failure::SubscriptOutOfRange), "SubscriptOutOfRange");
     EXPECT_EQ(name_of(Failure::InvalidPropertyValue), "InvalidPropertyValue");
+    EXPECT_EQ(name_of(Failure::InvalidProcedureCall), "InvalidProcedureCall");
     EXPECT_EQ(words_of(Failure::DivisionByZero), "Division by zero");
     EXPECT_EQ(name_of(Failure::DeviceIo), "DeviceIo");
     EXPECT_EQ(name_of(Failure::InvalidPicture), "InvalidPicture");
@@ -24,7 +25,7 @@ TEST(RunTimeFailure, HasAnIdentifierAndWordsForTheUser) {
 TEST(RunTimeFailure, NoTwoFailuresShareANameOrTheirWords) {
     std::set<std::string> names;
     std::set<std::string> words;
-    constexpr int count = static_cast<int>(Failure::InvalidPropertyValue) + 1;
+    constexpr int count = static_cast<int>(Failure::InvalidProcedureCall) + 1;
     for (int i = 0; i < count; ++i) {
         names.emplace(name_of(static_cast<Failure>(i)));
         words.emplace(words_of(static_cast<Failure>(i)));

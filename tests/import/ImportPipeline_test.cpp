@@ -9,15 +9,15 @@
 #include "sprite/hlspr.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
+#include "support/ScriptedAddFrames.h"
 #include "support/expect_failure.h"
-#include "walkthrough/ScriptedAddFrames.h"
 
 namespace varnoth {
 namespace {
 
 using test::Character;
 using test::random_colours;
-using walkthrough::ScriptedAddFrames;
+using test::ScriptedAddFrames;
 
 constexpr const char* success = "Frames Generated Successfully !";
 constexpr const char* abort_message = "Process Aborted By User. Some Pictures Where Not Imported.";

@@ -4,14 +4,14 @@
 
 #include "sprite/hlspr.h"
 #include "support/PictureFolder.h"
+#include "support/ScriptedAddFrames.h"
 #include "support/expect_failure.h"
-#include "walkthrough/ScriptedAddFrames.h"
 
 namespace varnoth {
 namespace {
 
 using test::colours_of;
-using walkthrough::ScriptedAddFrames;
+using test::ScriptedAddFrames;
 
 class PictureSelection : public testing::Test {
   protected:

@@ -15,15 +15,15 @@
 #include "sprite/hlspr.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
+#include "support/ScriptedAddFrames.h"
 #include "support/expect_failure.h"
 #include "support/thoroughness.h"
-#include "walkthrough/ScriptedAddFrames.h"
 
 namespace varnoth {
 namespace {
 
 using test::Character;
-using walkthrough::ScriptedAddFrames;
+using test::ScriptedAddFrames;
 
 // What the user does in the dialog for one import.
 struct Clicks {

@@ -24,7 +24,8 @@ const char* const usage =
     "  --save OUT.spr           saves, and opens the file again\n"
     "  --export DIR --format bmp|tga|pcx [--compressed] [--frames 0,2,5]\n"
     "           [--if-exists skip|ask|overwrite] [--abort-export-after N]\n"
-    "  --answer yes|no          to every question; yes by default\n";
+    "  --answer yes|no          to every question; yes by default\n"
+    "  --screenshots DIR        writes a picture of every window in its interesting states\n";
 
 namespace {
 
@@ -150,6 +151,7 @@ const std::map<std::string, Handler>& handlers_with_value() {
          [](Options& o, const std::string& v) {
              o.answer = choose<bool>(v, {{"yes", true}, {"no", false}});
          }},
+        {"--screenshots", [](Options& o, const std::string& v) { o.screenshots = v; }},
     };
     return handlers;
 }

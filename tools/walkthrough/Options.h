@@ -64,6 +64,8 @@ struct Options {
     std::optional<std::int32_t> abort_export_after;
 
     bool answer = true;
+
+    std::optional<std::string> screenshots;
 };
 
 /// Throws WrongOption.

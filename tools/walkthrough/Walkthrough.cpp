@@ -1,134 +1,119 @@
 #include "walkthrough/Walkthrough.h"
 
 #include <algorithm>
+#include <optional>
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QTest>
 
 #include "base/files.h"
 #include "base/numbers.h"
-#include "import/ImportPipeline.h"
 #include "platform/FileList.h"
+#include "shared/Hand.h"
 #include "shared/ppm.h"
 #include "sprite/hlspr.h"
-#include "walkthrough/ScriptedAddFrames.h"
-#include "walkthrough/ScriptedMainWindow.h"
+#include "walkthrough/Camera.h"
+#include "walkthrough/Watch.h"
+#include "workbench/Desk.h"
+#include "workbench/Form9.h"
 
 namespace varnoth::walkthrough {
 
+using namespace hand;
+
 namespace {
-
-class ReportingMessageBoxes : public MessageBoxes {
-  public:
-    ReportingMessageBoxes(const Report& report, bool answer) : report_(report), answer_(answer) {}
-
-    void show(std::string_view text) override { report_("message", text); }
-
-    bool ask(std::string_view question) override {
-        report_("question", question);
-        return answer_;
-    }
-
-  private:
-    const Report& report_;
-    bool answer_;
-};
-
-// Presses Cancel at the first yield behind the loading of so many pictures.
-class ImpatientEventQueue : public EventQueue {
-  public:
-    ImpatientEventQueue(ScriptedMainWindow& window, std::optional<std::int32_t> abort_after)
-        : window_(window), abort_after_(abort_after) {}
-
-    void yield() override {
-        if (abort_after_ && window_.pictures_begun() >= *abort_after_) {
-            window_.cancel();
-            abort_after_.reset();
-        }
-    }
-
-  private:
-    ScriptedMainWindow& window_;
-    std::optional<std::int32_t> abort_after_;
-};
-
-// The main window with a user who presses Cancel once so many frames have been written.
-class WatchedMainWindow : public ScriptedMainWindow {
-  public:
-    WatchedMainWindow(const Report& report, std::optional<std::int32_t> abort_export_after)
-        : ScriptedMainWindow(report), abort_export_after_(abort_export_after) {}
-
-    void frame_written(const std::string& path) override {
-        ScriptedMainWindow::frame_written(path);
-        cancel_when_due();
-    }
-
-    void cancel_when_due() {
-        if (abort_export_after_ && frames_written() >= *abort_export_after_) {
-            cancel();
-        }
-    }
-
-  private:
-    std::optional<std::int32_t> abort_export_after_;
-};
 
 class Walk {
   public:
     Walk(const Options& options, const Report& report, PictureLoader& loader)
         : options_(options),
+          boxes_(report, options.answer),
+          services_({&boxes_, &events_, &loader, &chooser_}),
+          watch_(desk_, report),
           report_(report),
-          window_(report, options.abort_export_after),
-          boxes_(report_, options.answer),
-          events_(window_, options.abort_after),
-          installation_({&boxes_, &events_, &loader}) {}
+          camera_(options.screenshots, report) {
+        events_.on_yield = [this] { press_cancel_when_due(); };
+        boxes_.on_open = [this] { camera_.take(*QApplication::activeModalWidget(), "message"); };
+        boxes_.before = [this](std::string_view text) {
+            // The box comes when the file is there.
+            if (text == "Sprite Saved Successfully !") {
+                report_("wrote", chooser_.next);
+            }
+        };
+    }
 
     void run();
 
   private:
     void check_places() const;
     bool start();
+    void make_new();
+    bool open(const std::string& path);
     void import(const std::string& folder);
+    void select_pictures();
+    void pick();
+    void move(const Move& move);
     void draw(const Drawing& drawing);
-    void extract();
+    bool save(const std::string& path);
+    void preview();
+    void extract(const std::string& folder);
+    void select_lines();
+    void set_extraction(const std::string& folder);
+    void show_exit_picture();
+    void press_cancel_when_due();
+    bool cancel_is_due();
+
+    Form1& main() { return desk_.form1(); }
+
+    bool has_line(std::int16_t position) { return position < main().List1.ListCount(); }
 
     const Options& options_;
+    AnsweredMessageBoxes boxes_;
+    WatchedEventQueue events_;
+    AnsweredFileChooser chooser_;
+    ServicesInstallation services_;
+    Desk desk_;
+    Watch watch_;
     const Report& report_;
-    WatchedMainWindow window_;
-    ReportingMessageBoxes boxes_;
-    ImpatientEventQueue events_;
-    ServicesInstallation installation_;
+    Camera camera_;
+    bool cancelled_import_ = false;
 };
 
 void Walk::run() {
     check_places();
+    desk_.start();
+    settle();
+    camera_.take(main(), "start");
     if (!start()) {
         return;
     }
-    if (options_.pictures) {
-        import(*options_.pictures);
-    }
-    if (options_.again) {
-        import(*options_.again);
-    }
-    for (const Move& move : options_.moves) {
-        if (!window_.has_line(move.position)) {
-            throw WrongOption("no line " + std::to_string(move.position) + " to move");
+    for (const std::optional<std::string>* folder : {&options_.pictures, &options_.again}) {
+        if (*folder) {
+            import(**folder);
         }
-        window_.move(move.position, move.up);
+    }
+    for (const Move& one : options_.moves) {
+        move(one);
     }
     for (const Drawing& drawing : options_.drawings) {
         draw(drawing);
     }
-    if (options_.save && window_.save(*options_.save)) {
-        window_.open(*options_.save);
+    preview();
+    if (options_.save && save(*options_.save)) {
+        open(*options_.save);
     }
-    if (options_.export_folder && window_.can_export()) {
-        extract();
+    if (options_.export_folder) {
+        extract(*options_.export_folder);
     }
+    show_exit_picture();
 }
 
 // Before anything is done, so that a wrong option leaves no half of a job behind. The names to select must be
 // in the first folder only.
 void Walk::check_places() const {
-    for (const std::optional<std::string>* folder : {&options_.pictures, &options_.again}) {
+    for (const std::optional<std::string>* folder :
+         {&options_.pictures, &options_.again, &options_.screenshots}) {
         if (*folder && !folder_exists(**folder)) {
             throw WrongOption("no folder " + **folder);
         }
@@ -146,55 +131,229 @@ void Walk::check_places() const {
 
 bool Walk::start() {
     if (options_.open) {
-        return window_.open(*options_.open);
+        return open(*options_.open);
     }
-    window_.make_new("Untitled", options_.width, options_.height, options_.type, options_.render);
+    make_new();
     return true;
 }
 
+void Walk::make_new() {
+    click(main().elboton2);
+    Form2& dialog = *desk_.form2();
+    type_into(dialog.eltexto2, QString::number(options_.width));
+    type_into(dialog.eltexto3, QString::number(options_.height));
+    choose(*dialog.elcombo1.findChild<DropDownList*>("Combo1"), options_.type);
+    choose(*dialog.elcombo2.findChild<DropDownList*>("Combo1"), options_.render);
+    camera_.take(dialog, "new");
+    camera_.take(main(), "behind_a_dialog");
+    click(dialog.elboton2);
+    settle();
+    camera_.take(main(), "new_sprite");
+}
+
+// Whether the file was opened.
+bool Walk::open(const std::string& path) {
+    const int boxes_before = boxes_.count();
+    chooser_.next = path;
+    click(main().elboton1);
+    settle();
+    camera_.take(main(), "opened");
+    return boxes_.count() == boxes_before;
+}
+
 void Walk::import(const std::string& folder) {
-    const std::string_view render = hlspr::render_mode_name(hlspr::document().SpriteHeader.RenderMode);
-    ScriptedAddFrames dialog(folder, options_.filter, render == "ALPHATEST" || render == "INDEXALPHA");
-    for (std::int32_t i = 0; i < dialog.entry_count(); ++i) {
-        const bool named = std::ranges::count(options_.select, dialog.entry(i)) > 0;
-        if (options_.select.empty() || named) {
-            dialog.click(narrow<std::int16_t>(i));
+    click(main().elboton4);
+    if (desk_.form4() == nullptr) {
+        return;
+    }
+    Form4& dialog = *desk_.form4();
+    const QString absolute = QFileInfo(QString::fromStdString(folder)).absoluteFilePath();
+    if (!walk_to(dialog.Dir1, absolute)) {
+        throw WrongOption("no way to the folder " + folder);
+    }
+    choose(dialog.Combo1, static_cast<int>(options_.filter));
+    camera_.take(dialog, "add_frames");
+    select_pictures();
+    camera_.take(dialog, "add_frames_selected");
+    pick();
+    if (options_.resize && dialog.elradio1[1].isVisible()) {
+        click(dialog.elradio1[1]);
+    }
+    click(dialog.elboton2);
+    if (desk_.form4() != nullptr) {
+        click(dialog.elboton3);
+    }
+    settle();
+    camera_.take(main(), "imported");
+}
+
+void Walk::select_pictures() {
+    FileListBox& files = desk_.form4()->File1;
+    for (int i = 0; i < files.ListCount(); ++i) {
+        const std::string name = files.List(i).toStdString();
+        if (options_.select.empty() || std::ranges::count(options_.select, name) > 0) {
+            click_line(files, i, Qt::ControlModifier);
         }
     }
-    if (options_.pick) {
-        dialog.pick(options_.pick->x, options_.pick->y);
+}
+
+// A point outside the preview cannot be clicked.
+void Walk::pick() {
+    Form4& dialog = *desk_.form4();
+    const std::optional<Point>& point = options_.pick;
+    if (!point || !dialog.elboton1.Enabled() ||
+        !dialog.Picture1.surface().bitmap().contains(point->x, point->y)) {
+        return;
     }
-    dialog.choose_resize(options_.resize);
-    import_frames(dialog, window_);
+    click(dialog.elboton1);
+    point_at(dialog.Picture1, {point->x, point->y});
+    camera_.take(dialog, "pick");
+    click_at(dialog.Picture1, {point->x, point->y});
+}
+
+// The line alone, and then an arrow.
+void Walk::move(const Move& move) {
+    if (!has_line(move.position)) {
+        throw WrongOption("no line " + std::to_string(move.position) + " to move");
+    }
+    click_line(main().List1, move.position);
+    click(move.up ? main().Label1 : main().Label2);
+    settle();
+    camera_.take(main(), "moved");
 }
 
 void Walk::draw(const Drawing& drawing) {
-    SurfaceContainer container;
-    PictureSurface surface({&container, 1, 1});
-    std::int16_t frame_number = drawing.position;
-    hlspr::draw_frame(frame_number, surface);
-    write_ppm(drawing.path, surface.bitmap());
+    check_subscript(drawing.position, main().List1.ListCount());
+    click_line(main().List1, drawing.position);
+    write_ppm(drawing.path, main().Picture1.surface().bitmap());
     report_("wrote", drawing.path);
 }
 
-void Walk::extract() {
-    if (options_.export_folder->empty()) {
-        show_message("Select Output Folder First.");
+// Whether a file was written. Save of a sprite that has not changed is turned on by Clear; a sprite that has
+// its file already is saved under what the path box says.
+bool Walk::save(const std::string& path) {
+    if (!main().elboton3.Enabled()) {
+        click(main().elboton7);
+    }
+    const int boxes_before = boxes_.count();
+    if (hlspr::UnnamedSprite) {
+        chooser_.next = path;
+        click(main().elboton3);
+        return main().List1.ListCount() > 0 && !hlspr::UnnamedSprite;
+    }
+    type_into(main().eltexto1, QString::fromStdString(path));
+    if (!main().elboton3.Enabled()) {
+        return false;
+    }
+    click(main().elboton3);
+    if (boxes_.count() != boxes_before) {
+        return false;
+    }
+    report_("wrote", path);
+    return true;
+}
+
+// Only to be seen: it changes nothing.
+void Walk::preview() {
+    if (!camera_.is_loaded() || main().List1.ListCount() == 0) {
         return;
     }
-    if (!folder_exists(*options_.export_folder)) {
-        show_message("Output Folder Doesnt Exist.");
+    double_click(main().Picture1);
+    Form7& dialog = *desk_.form7();
+    settle();
+    camera_.take(dialog, "preview");
+    click(dialog.Label2);
+    click(dialog.Label3);
+    settle();
+    camera_.take(dialog, "preview_playing");
+    click_at(dialog.elpanel1, {dialog.width() - 17, 17});
+    settle();
+}
+
+void Walk::extract(const std::string& folder) {
+    if (!main().elboton6.Enabled()) {
         return;
     }
-    window_.select_lines(options_.frames ? &*options_.frames : nullptr);
-    window_.open_progress("Extracting Frames...", 0);
-    window_.cancel_when_due();
-    SurfaceContainer container;
-    PictureSurface scratch({&container, 1, 1});
-    extract_frames({*options_.export_folder, window_.path_text(), options_.format, false, options_.compressed,
-                    options_.if_exists},
-                   window_, scratch);
-    window_.close_progress();
+    select_lines();
+    click(main().elboton6);
+    Form3& dialog = *desk_.form3();
+    camera_.take(dialog, "extract");
+    set_extraction(folder);
+    camera_.take(dialog, "extract_set");
+    click(dialog.elboton2);
+    if (desk_.form5() != nullptr) {
+        camera_.take(*desk_.form5(), "folder");
+        click(desk_.form5()->elboton2);
+    }
+    if (desk_.form3() != nullptr) {
+        click(dialog.elboton3);
+    }
+    settle();
+}
+
+void Walk::set_extraction(const std::string& folder) {
+    Form3& dialog = *desk_.form3();
+    if (camera_.is_loaded()) {
+        click(dialog.elboton1);
+        camera_.take(*desk_.form5(), "folder");
+        click(desk_.form5()->elboton2);
+        settle();
+    }
+    type_into(dialog.eltexto1, QString::fromStdString(folder));
+    click(dialog.elradio1[static_cast<std::size_t>(options_.format)]);
+    if (options_.compressed && dialog.elcheck1.isVisible()) {
+        click(dialog.elcheck1);
+    }
+    click(dialog.elradio3[static_cast<std::size_t>(options_.if_exists)]);
+}
+
+// The first line alone, the others with the control key.
+void Walk::select_lines() {
+    ListBox& lines = main().List1;
+    if (!options_.frames) {
+        click_line(lines, 0);
+        QTest::keyClick(&lines, Qt::Key_A, Qt::ControlModifier);
+        return;
+    }
+    Qt::KeyboardModifiers keys = Qt::NoModifier;
+    for (std::int16_t line = 0; has_line(line); line = checked_add(line, 1)) {
+        if (std::ranges::count(*options_.frames, line) > 0) {
+            click_line(lines, line, keys);
+            keys = Qt::ControlModifier;
+        }
+    }
+    if (keys == Qt::NoModifier) {
+        click_line(lines, 0);
+        click_line(lines, 0, Qt::ControlModifier);
+    }
+}
+
+void Walk::show_exit_picture() {
+    if (camera_.is_loaded()) {
+        Form9 form;
+        form.show_over(main());
+        settle();
+        camera_.take(form, "exit_picture");
+    }
+}
+
+// Cancel is a click like any other, made when events run.
+void Walk::press_cancel_when_due() {
+    Form6* dialog = desk_.form6();
+    if (dialog == nullptr || !dialog->elboton1.Enabled() || !cancel_is_due()) {
+        return;
+    }
+    cancelled_import_ = cancelled_import_ || desk_.form4() != nullptr;
+    camera_.take(*dialog, "progress");
+    click(dialog->elboton1);
+    camera_.take(*dialog, "aborting");
+}
+
+bool Walk::cancel_is_due() {
+    if (desk_.form4() != nullptr) {
+        return options_.abort_after && !cancelled_import_ && watch_.pictures_begun() >= *options_.abort_after;
+    }
+    return options_.abort_export_after && watch_.frames_written() >= *options_.abort_export_after;
 }
 
 } // namespace

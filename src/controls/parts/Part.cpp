@@ -90,11 +90,18 @@ PictureSurface& BoxPart::surface() {
             PictureSurface::Design{.parent = &container_,
                                    .width = round_to_even<std::int32_t>(Width),
                                    .height = round_to_even<std::int32_t>(Height),
-                                   .bits_per_pixel = 32,
+                                   .bits_per_pixel = bits_per_pixel,
                                    .border = 0,
                                    .back_colour = BackColor});
     }
     return *surface_;
+}
+
+void BoxPart::set_back_colour(Colour colour) {
+    BackColor = colour;
+    if (surface_) {
+        surface_->SetBackColor(colour);
+    }
 }
 
 void BoxPart::paint(QPainter& painter) const {
@@ -134,7 +141,7 @@ void draw_surface(QPainter& painter, const PictureSurface& surface) {
         return;
     }
     const QImage image(bitmap.row(0), bitmap.width(), bitmap.height(), bitmap.row_bytes(),
-                       QImage::Format_RGB32);
+                       bitmap.bits_per_pixel() == 24 ? QImage::Format_BGR888 : QImage::Format_RGB32);
     painter.drawImage(QPointF(0, 0), image);
 }
 

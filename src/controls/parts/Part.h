@@ -91,12 +91,16 @@ class LinePart : public Part {
 class BoxPart : public Part {
   public:
     Colour BackColor = 0;
+    std::int32_t bits_per_pixel = 32; ///< of the surface: 32 or 24
 
     /// Back to front. The parts belong to the control.
     std::vector<Part*> contents;
 
     /// The pixels; made in the part's size and background when they are first asked for.
     PictureSurface& surface();
+
+    /// Another background; what was drawn is erased.
+    void set_back_colour(Colour colour);
 
     void paint(QPainter& painter) const override;
     Part* at(const QPointF& point, QPointF& within) override;

@@ -97,13 +97,16 @@ class SkinnedControl : public QWidget {
 
     double ScaleHeight() const { return height(); }
 
+    /// What a click on the control does, for those who have no mouse.
+    virtual void act_as_clicked() { part_clicked(nullptr); }
+
     /// The control's drawing context. What is drawn there lies above the background and below the parts.
     DrawingContext& get_the_hdc();
 
     /// Seems transparent: clears the control and blends into it what `origen` shows from (x, y) on, with the
     /// constant alpha `cantidad`, 0 to 255; Overflow for any other.
-    void obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
-                              std::int16_t cantidad);
+    virtual void obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
+                                      std::int16_t cantidad);
 
     /// A part by its given name, "label" or "lineA(0)".
     template <typename Kind>

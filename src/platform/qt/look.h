@@ -28,6 +28,7 @@ inline constexpr Colour disabled_text = 0x808080;
 inline constexpr Colour edge_light = 0x95AAA0;
 inline constexpr Colour edge_dark = 0x222E28;
 inline constexpr Colour highlight = 0x50B5C4; ///< checked, armed, playing
+inline constexpr Colour over = 0xFF0000;
 inline constexpr Colour close_glyph = 0x809188;
 inline constexpr Colour window_text = static_cast<Colour>(0x80000008U); ///< a system-colour reference
 

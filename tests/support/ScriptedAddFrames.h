@@ -7,7 +7,7 @@
 
 #include "import/AddFramesForm.h"
 
-namespace varnoth::walkthrough {
+namespace varnoth::test {
 
 class ScriptedAddFrames : public AddFramesForm {
   public:
@@ -87,7 +87,35 @@ class ScriptedAddFrames : public AddFramesForm {
     PictureSurface sheet_{{&window_, 1, 1}};
 };
 
-/// ".bmp", ".jpg", ".tga" or ".pcx".
-std::string extension_of(PictureFormat format);
+inline ScriptedAddFrames::ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled)
+    : folder_(folder), format_(format), pick_enabled_(pick_enabled) {
+    for (std::string& name : list_files(folder, extension_of(format))) {
+        entries_.push_back({std::move(name), false});
+    }
+}
 
-} // namespace varnoth::walkthrough
+inline void ScriptedAddFrames::click(std::int16_t index) {
+    entries_.at(static_cast<std::size_t>(index)).selected = true;
+    if (ValidateSelection(*this)) {
+        LoadSelectedPicture(*this, index, picture1_);
+    }
+    if (!picked_ && pick_enabled_) {
+        transparent_ = picture1_.Point(0, 0);
+    }
+}
+
+inline void ScriptedAddFrames::pick(std::int32_t x, std::int32_t y) {
+    if (pick_enabled_ && picture1_.bitmap().contains(x, y)) {
+        transparent_ = picture1_.Point(x, y);
+        picked_ = true;
+    }
+}
+
+inline void ScriptedAddFrames::open_size_question(const std::string& set_caption,
+                                           const std::string& resize_caption) {
+    question_open_ = true;
+    set_caption_ = set_caption;
+    resize_caption_ = resize_caption;
+}
+
+} // namespace varnoth::test

@@ -1,0 +1,63 @@
+// Shows one window and ends as soon as it has been painted: "editor" the main window, made as the program
+// makes it, "empty" a plain window of Qt of the same size. For timing from outside.
+#include <cstring>
+
+#include <QApplication>
+#include <QTimer>
+#include <QWidget>
+
+#include "controls/parts/accessible.h"
+#include "platform/Services.h"
+#include "platform/qt/QtEventQueue.h"
+#include "platform/qt/QtFileChooser.h"
+#include "platform/qt/QtMessageBoxes.h"
+#include "platform/qt/QtPictureLoader.h"
+#include "platform/qt/look.h"
+#include "workbench/Desk.h"
+
+namespace {
+
+/// Ends the program behind the first paint of what it watches.
+class FirstPaint : public QObject {
+  public:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            watched->removeEventFilter(this);
+            QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
+        }
+        return false;
+    }
+};
+
+int show_empty(int& argc, char** argv, FirstPaint& first_paint) {
+    const QApplication application(argc, argv);
+    QWidget window;
+    window.setFixedSize(575, 477);
+    window.installEventFilter(&first_paint);
+    window.show();
+    return QApplication::exec();
+}
+
+int show_editor(int& argc, char** argv, FirstPaint& first_paint) {
+    QApplication application(argc, argv);
+    varnoth::look::apply(application);
+    varnoth::install_accessible_controls();
+    varnoth::QtMessageBoxes message_boxes;
+    varnoth::QtEventQueue event_queue;
+    varnoth::QtPictureLoader picture_loader;
+    varnoth::QtFileChooser file_chooser;
+    const varnoth::ServicesInstallation services(
+        {&message_boxes, &event_queue, &picture_loader, &file_chooser});
+    varnoth::Desk desk;
+    desk.form1().installEventFilter(&first_paint);
+    desk.start();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    FirstPaint first_paint;
+    const bool editor = argc > 1 && std::strcmp(argv[1], "editor") == 0;
+    return editor ? show_editor(argc, argv, first_paint) : show_empty(argc, argv, first_paint);
+}

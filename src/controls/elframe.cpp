@@ -1,0 +1,44 @@
+#include "controls/elframe.h"
+
+#include "platform/Screen.h"
+#include "platform/qt/look.h"
+
+namespace varnoth {
+
+namespace {
+
+const std::vector<PersistedProperty>& persisted() {
+    static const std::vector<PersistedProperty> properties{
+        {"BackColor", look::field_background},
+        {"Enabled", true},
+        {"Color3DLight", look::edge_light},
+        {"Color3DDark", look::window_text},
+    };
+    return properties;
+}
+
+} // namespace
+
+elframe::elframe(const QString& name, QWidget* parent) : ForwardingControl(name, parent, persisted()) {
+    add_part("LineA(0)", edges_.top);
+    add_part("LineA(1)", edges_.left);
+    add_part("LineB(0)", edges_.right);
+    add_part("LineB(1)", edges_.bottom);
+    set_background_edge(1);
+    ReadProperties({});
+}
+
+void elframe::resized() {
+    edges_.set_width(width_in_pixels());
+    edges_.set_height(Height() / varnoth::screen().TwipsPerPixelY);
+}
+
+void elframe::show_light() {
+    edges_.colour_bottom_right(Color3DLight());
+}
+
+void elframe::show_dark() {
+    edges_.colour_top_left(Color3DDark());
+}
+
+} // namespace varnoth

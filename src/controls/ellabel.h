@@ -1,0 +1,42 @@
+// The label: a caption on a plain background.
+#pragma once
+
+#include "controls/parts/ForwardingControl.h"
+
+namespace varnoth {
+
+/// Parts: `Label2`, the caption, from which all events come, and `shadow1`. Always 300 twips high.
+class ellabel final : public ForwardingControl {
+    Q_OBJECT
+    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
+    Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
+    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
+    Q_PROPERTY(QFont Font READ Font WRITE SetFont)
+    Q_PROPERTY(QString FontName READ FontName WRITE SetFontName)
+    Q_PROPERTY(double FontSize READ FontSize WRITE SetFontSize)
+    Q_PROPERTY(bool FontItalic READ FontItalic WRITE SetFontItalic)
+    Q_PROPERTY(bool FontUnderline READ FontUnderline WRITE SetFontUnderline)
+    Q_PROPERTY(bool DropShadow READ DropShadow WRITE SetDropShadow)
+
+  public:
+    ellabel(const QString& name, QWidget* parent);
+
+    const QString& Caption() const { return label2_.Caption(); }
+
+    void SetCaption(const QString& caption);
+
+  private:
+    bool forwards(const Part* part) const override { return part == &label2_; }
+
+    void resized() override;
+    void layout_step() override;
+    void show_fore_colour() override;
+    void show_font() override;
+    void show_shadow() override;
+
+    TextPart label2_;
+    TextPart shadow1_;
+};
+
+} // namespace varnoth

@@ -1,0 +1,150 @@
+#include "controls/parts/accessible.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+#include "controls/parts/SkinnedControl.h"
+#include "platform/qt/event_edge.h"
+
+namespace varnoth {
+
+namespace {
+
+// What a screen reader can do with a control; all of it acts like a click.
+enum class Action { None, Press, Toggle, Close };
+
+struct Description {
+    const char* class_name;
+    QAccessible::Role role;
+    const char* name_property; ///< what the control is called unless it was given a name for it
+    Action action;
+};
+
+constexpr std::array descriptions{
+    Description{"varnoth::elboton", QAccessible::Button, "Caption", Action::Press},
+    Description{"varnoth::elcheck", QAccessible::CheckBox, "Caption", Action::Toggle},
+    Description{"varnoth::elradio", QAccessible::RadioButton, "Caption", Action::Press},
+    Description{"varnoth::ellabel", QAccessible::StaticText, "Caption", Action::None},
+    Description{"varnoth::elprogress", QAccessible::ProgressBar, nullptr, Action::None},
+    Description{"varnoth::elframe", QAccessible::Grouping, nullptr, Action::None},
+    Description{"varnoth::elline3d", QAccessible::Separator, nullptr, Action::None},
+    Description{"varnoth::elpanel", QAccessible::Pane, "Title", Action::Close},
+};
+
+class AccessibleControl : public QAccessibleWidget {
+  public:
+    AccessibleControl(SkinnedControl& control, const Description& description)
+        : QAccessibleWidget(&control, description.role), control_(control), description_(description) {}
+
+    QString text(QAccessible::Text kind) const override {
+        const QString given = QAccessibleWidget::text(kind);
+        if (kind != QAccessible::Name || !given.isEmpty() || description_.name_property == nullptr) {
+            return given;
+        }
+        return control_.property(description_.name_property).toString();
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        if (role() == QAccessible::CheckBox || role() == QAccessible::RadioButton) {
+            state.checkable = true;
+            state.checked = control_.property("Value").toBool();
+        }
+        return state;
+    }
+
+    QStringList actionNames() const override {
+        const QString action = action_name();
+        return control_.isEnabled() && !action.isEmpty() ? QStringList{action} : QStringList{};
+    }
+
+    void doAction(const QString& name) override {
+        if (actionNames().contains(name)) {
+            at_event_edge([this] { control_.act_as_clicked(); });
+        }
+    }
+
+  private:
+    QString action_name() const {
+        switch (description_.action) {
+        case Action::Press:
+            return pressAction();
+        case Action::Toggle:
+            return toggleAction();
+        case Action::Close:
+            return control_.property("Cerrar").toBool() ? QStringLiteral("Close") : QString();
+        case Action::None:
+            break;
+        }
+        return {};
+    }
+
+    SkinnedControl& control_;
+    const Description& description_;
+};
+
+/// The progress bar also tells its number, which cannot be set from outside.
+class AccessibleProgress final : public AccessibleControl, public QAccessibleValueInterface {
+  public:
+    using AccessibleControl::AccessibleControl;
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ValueInterface) {
+            return static_cast<QAccessibleValueInterface*>(this);
+        }
+        return AccessibleControl::interface_cast(type);
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = AccessibleControl::state();
+        state.readOnly = true;
+        return state;
+    }
+
+    QVariant currentValue() const override { return object()->property("Value"); }
+
+    void setCurrentValue(const QVariant& /*value*/) override {}
+
+    QVariant maximumValue() const override { return object()->property("Max"); }
+
+    QVariant minimumValue() const override { return object()->property("Min"); }
+
+    QVariant minimumStepSize() const override { return 1; }
+};
+
+// Qt owns the interfaces that it is given.
+QAccessibleInterface* make_interface(const QString& class_name, QObject* object) {
+    auto* const control = qobject_cast<SkinnedControl*>(object);
+    const auto description = std::ranges::find_if(
+        descriptions, [&](const Description& each) { return class_name == QLatin1String(each.class_name); });
+    if (control == nullptr || description == descriptions.end()) {
+        return nullptr;
+    }
+    if (description->role == QAccessible::ProgressBar) {
+        return new AccessibleProgress(*control, *description);
+    }
+    return new AccessibleControl(*control, *description);
+}
+
+} // namespace
+
+void install_accessible_controls() {
+    QAccessible::installFactory(make_interface);
+}
+
+void tell_checked_changed(QWidget& control) {
+    QAccessible::State changed;
+    changed.checked = true;
+    QAccessibleStateChangeEvent event(&control, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+void tell_number_changed(QWidget& control, int number) {
+    QAccessibleValueChangeEvent event(&control, number);
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace varnoth

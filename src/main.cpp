@@ -1,0 +1,29 @@
+// The editor: starts in its main window and runs until the window's close box is clicked.
+
+#include <QApplication>
+
+#include "controls/parts/accessible.h"
+#include "platform/qt/QtEventQueue.h"
+#include "platform/qt/QtFileChooser.h"
+#include "platform/qt/QtMessageBoxes.h"
+#include "platform/qt/QtPictureLoader.h"
+#include "platform/qt/look.h"
+#include "workbench/Desk.h"
+
+int main(int argument_count, char** arguments) {
+    QApplication application(argument_count, arguments);
+    varnoth::look::apply(application);
+    varnoth::install_accessible_controls();
+
+    varnoth::QtMessageBoxes message_boxes;
+    varnoth::QtEventQueue event_queue;
+    varnoth::QtPictureLoader picture_loader;
+    varnoth::QtFileChooser file_chooser;
+    const varnoth::ServicesInstallation services(
+        {&message_boxes, &event_queue, &picture_loader, &file_chooser});
+
+    varnoth::Desk desk;
+    QObject::connect(&desk, &varnoth::Desk::ended, [] { QCoreApplication::exit(0); });
+    desk.start();
+    return QApplication::exec();
+}

@@ -1,0 +1,133 @@
+#include "workbench/Form.h"
+
+#include <algorithm>
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QPalette>
+#include <QPixmap>
+#include <QScreen>
+#include <QWindow>
+
+#include "base/numbers.h"
+#include "controls/elboton.h"
+#include "controls/elpanel.h"
+#include "controls/parts/panel_icon.h"
+#include "platform/qt/event_edge.h"
+#include "platform/qt/look.h"
+
+namespace varnoth {
+
+namespace {
+
+constexpr double units_per_pixel = 15;
+
+Qt::WindowFlags flags_of(Form::Kind kind) {
+    return (kind == Form::Kind::Main ? Qt::Window : Qt::Dialog) | Qt::FramelessWindowHint;
+}
+
+bool clients_place_windows() {
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+QIcon application_icon() {
+    QIcon icon;
+    for (const int scale : {1, 2, 3, 4, 8}) {
+        icon.addPixmap(QPixmap::fromImage(panel_icon(scale)));
+    }
+    return icon;
+}
+
+} // namespace
+
+Form::Form(const QString& name, const QString& title, Kind kind, int width, int height)
+    : QWidget(nullptr, flags_of(kind)) {
+    setObjectName(name);
+    setWindowTitle(title);
+    setWindowIcon(application_icon());
+    setAccessibleName(title);
+    setFixedSize(width, height);
+    QPalette colours = look::palette();
+    colours.setColor(QPalette::Window, look::to_qcolor(look::window_background));
+    setPalette(colours);
+}
+
+void Form::show_over(QWidget& owner) {
+    create(); // the window must be there before it can have an owner
+    windowHandle()->setTransientParent(owner.windowHandle());
+    const QRect around = owner.frameGeometry();
+    move(place_on_screen(around.center() - rect().center(), size(), owner.screen()->availableGeometry()));
+    show();
+    activateWindow();
+}
+
+void Form::show_first() {
+    const QRect available = screen()->availableGeometry();
+    move(place_on_screen(available.center() - rect().center(), size(), available));
+    show();
+}
+
+void Form::wear(elpanel& panel, const QString& title) {
+    panel.setGeometry(rect());
+    panel.SetColor3DDark(look::edge_dark);
+    panel.SetTitle(title);
+    panel.SetDropShadow(true);
+    on_event(&panel, &elpanel::TitleMouseDown, this,
+             [this](std::int16_t, std::int16_t, float x, float y) { begin_drag(x, y); });
+    on_event(&panel, &elpanel::TitleMouseMove, this, [this] { drag(); });
+    on_event(&panel, &elpanel::TitleMouseUp, this, [this] { dragging_ = 0; });
+}
+
+void Form::begin_drag(float x, float y) {
+    dragging_ = 1;
+    grab_x_ = x;
+    grab_y_ = y;
+}
+
+void Form::drag() {
+    if (dragging_ != 1) {
+        return;
+    }
+    if (clients_place_windows()) {
+        move(dragged_place(QCursor::pos(), grab_x_, grab_y_));
+        return;
+    }
+    // The compositor alone moves windows there, and keeps the rest of the drag, its end included, to itself.
+    dragging_ = 0;
+    windowHandle()->startSystemMove();
+}
+
+void Form::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    at_event_edge([this] {
+        if (isEnabled()) {
+            emit close_wanted();
+        }
+    });
+}
+
+QPoint place_on_screen(const QPoint& wanted, const QSize& size, const QRect& screen) {
+    const int right = std::max(screen.left(), screen.left() + screen.width() - size.width());
+    const int bottom = std::max(screen.top(), screen.top() + screen.height() - size.height());
+    return {std::clamp(wanted.x(), screen.left(), right), std::clamp(wanted.y(), screen.top(), bottom)};
+}
+
+QPoint dragged_place(const QPoint& pointer, float grab_x, float grab_y) {
+    const double left = pointer.x() * units_per_pixel - double{grab_x};
+    const double top = pointer.y() * units_per_pixel - double{grab_y};
+    return {round_to_even<int>(left / units_per_pixel), round_to_even<int>(top / units_per_pixel)};
+}
+
+void enable_button(elboton& button) {
+    button.SetEnabled(true);
+    button.SetForeColor(look::white);
+}
+
+void disable_button(elboton& button) {
+    button.SetEnabled(false);
+    button.SetForeColor(look::disabled_text);
+}
+
+} // namespace varnoth

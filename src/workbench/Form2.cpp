@@ -1,0 +1,105 @@
+#include "workbench/Form2.h"
+
+#include "base/leading_number.h"
+#include "base/number_text.h"
+#include "base/numbers.h"
+#include "platform/qt/event_edge.h"
+#include "sprite/hlspr.h"
+#include "workbench/Form1.h"
+#include "workbench/FormParts.h"
+
+namespace varnoth {
+
+namespace {
+
+double number_in(const eltexto& field) {
+    return leading_number(field.Text().toStdString());
+}
+
+QString half_of(const eltexto& field) {
+    return QString::fromStdString(number_text(number_in(field) / 2));
+}
+
+} // namespace
+
+Form2::Form2(Form1& main_window)
+    : Form("Form2", "New Sprite", Kind::Dialog, 235, 186), main_window_(main_window) {
+    design();
+    load();
+    on_event(&elboton2, &elboton::Click, this, [this] { Ok(); });
+    on_event(&elboton1, &elboton::Click, this, [this] { Cancel(); });
+}
+
+void Form2::design() {
+    wear(elpanel1, "New Sprite");
+    elpanel1.SetCerrar(false);
+    constexpr int field_left = 57;
+    constexpr int field_width = 171;
+    constexpr int size_width = 78;
+    constexpr std::array tops{37, 65, 93, 121};
+    constexpr std::array captions{"Name:", "Size:", "Type:", "Render:"};
+    for (std::size_t i = 0; i < tops.size(); ++i) {
+        design::place_label(ellabel1[i], {design::margin, tops[i], 48, design::text_height}, captions[i],
+                            look::window_background);
+    }
+    design::place_field(eltexto1, {field_left, tops[0], field_width, design::text_height}, "Untitled",
+                        tr("Name"));
+    design::place_field(eltexto2, {field_left, tops[1], size_width, design::text_height}, "32", tr("Width"));
+    design::place_label(ellabel1[4], {field_left + size_width + 4, tops[1], 8, design::text_height}, "x",
+                        look::window_background);
+    design::place_field(eltexto3,
+                        {field_left + field_width - size_width, tops[1], size_width, design::text_height},
+                        "32", tr("Height"));
+    design::place_edged(elcombo1, {field_left, tops[2], field_width, design::text_height});
+    elcombo1.setAccessibleName(tr("Type"));
+    design::place_edged(elcombo2, {field_left, tops[3], field_width, design::text_height});
+    elcombo2.setAccessibleName(tr("Render"));
+    constexpr int buttons_top = 186 - design::margin - design::button_height;
+    constexpr int cancel_left = 235 - design::margin - design::button_width;
+    design::place_button(elboton2, cancel_left - design::gap - design::button_width, buttons_top, "Ok");
+    design::place_button(elboton1, cancel_left, buttons_top, "Cancel");
+}
+
+void Form2::load() {
+    for (const char* type :
+         {"VP_PARALLEL_UPRIGHT", "FACING_UPRIGHT", "VP_PARALLEL", "ORIENTED", "VP_PARALLEL_ORIENTED"}) {
+        elcombo1.AddItem(type);
+    }
+    for (const char* mode : {"NORMAL", "ADDITIVE", "INDEXALPHA", "ALPHATEST"}) {
+        elcombo2.AddItem(mode);
+    }
+    elcombo1.SetListIndex(2);
+    elcombo2.SetListIndex(1);
+}
+
+void Form2::Ok() {
+    hlspr::UnnamedSprite = true;
+    main_window_.Picture1.Cls();
+    disable_button(main_window_.elboton3);
+    enable_button(main_window_.elboton4);
+    for (elboton* button : {&main_window_.elboton5, &main_window_.elboton6, &main_window_.elboton7}) {
+        disable_button(*button);
+    }
+    main_window_.enable_captions();
+    main_window_.ellabel8.SetCaption(eltexto1.Text());
+    main_window_.ellabel7.SetCaption(eltexto2.Text() + " x " + eltexto3.Text());
+    // The halves as they are; what the sprite stores is rounded.
+    main_window_.ellabel6.SetCaption("-" + half_of(eltexto2) + ", " + half_of(eltexto3));
+    main_window_.ellabel9.SetCaption(elcombo1.GetList(elcombo1.GetListIndex()));
+    main_window_.ellabel10.SetCaption(elcombo2.GetList(elcombo2.GetListIndex()));
+    main_window_.List1.Clear();
+    main_window_.SetEnabled(true);
+    main_window_.eltexto1.SetText(eltexto1.Text());
+    hlspr::new_sprite(round_to_even<std::int32_t>(number_in(eltexto2)),
+                      round_to_even<std::int32_t>(number_in(eltexto3)), elcombo1.GetListIndex(),
+                      elcombo2.GetListIndex());
+    hlspr::SpriteDirty = false;
+    emit unload_wanted();
+}
+
+void Form2::Cancel() {
+    main_window_.SetEnabled(true);
+    emit unload_wanted();
+}
+
+} // namespace varnoth

@@ -1,0 +1,27 @@
+// The folder dialog of the extraction. It knows nobody: it tells which way it ended.
+#pragma once
+
+#include "controls/elboton.h"
+#include "controls/ellabel.h"
+#include "platform/qt/FolderListBox.h"
+#include "workbench/Form.h"
+
+namespace varnoth {
+
+class Form5 : public Form {
+    Q_OBJECT
+
+  public:
+    Form5();
+
+    ellabel ellabel1{"ellabel1", this}; ///< the title line
+    FolderListBox Dir1{"Dir1", this};
+    elboton elboton1{"elboton1", this}; ///< Ok
+    elboton elboton2{"elboton2", this}; ///< Cancel
+
+  signals:
+    void chosen(const std::string& folder);
+    void cancelled();
+};
+
+} // namespace varnoth

@@ -1,0 +1,36 @@
+#include "workbench/Form6.h"
+
+#include "platform/Services.h"
+#include "platform/qt/event_edge.h"
+#include "workbench/FormParts.h"
+
+namespace varnoth {
+
+Form6::Form6() : Form("Form6", application_title, Kind::Dialog, 351, 110) {
+    constexpr int width = 351 - 2 * design::margin;
+    design::place_label(Label1, {design::margin, design::margin, width, design::text_height}, QString(),
+                        look::window_background);
+    design::place_label(Label2, {design::margin, design::margin + design::row, width, design::text_height},
+                        QString(), look::window_background);
+    design::place_edged(Progressbar1, {design::margin, 52, width, design::button_height});
+    Progressbar1.setAccessibleName(tr("Progress"));
+    design::place_button(elboton1, 351 - design::margin - design::button_width, 79, "Cancel");
+    Label3.hide();
+    setCursor(Qt::BusyCursor);
+    elboton1.setCursor(Qt::ArrowCursor);
+    on_event(&elboton1, &elboton::Click, this, [this] { Cancel(); });
+}
+
+void Form6::refresh() {
+    repaint();
+    yield_to_events();
+}
+
+void Form6::Cancel() {
+    Label1.SetCaption("Aborting Process...");
+    Label2.SetCaption(QString());
+    Label3.SetCaption("1");
+    disable_button(elboton1);
+}
+
+} // namespace varnoth

@@ -1,0 +1,81 @@
+#include "workbench/Form7.h"
+
+#include "platform/qt/event_edge.h"
+#include "workbench/Form1.h"
+#include "workbench/FormParts.h"
+
+namespace varnoth {
+
+Form7::Form7(Form1& main_window)
+    : Form("Form7", "Animation Preview", Kind::Dialog, 281, 327),
+      Picture1("Picture1", &picture_clip,
+               {.parent = nullptr, .width = 256, .height = 256, .back_colour = look::field_background}),
+      main_window_(main_window) {
+    design();
+    Timer1.setObjectName("Timer1");
+    Timer1.setTimerType(Qt::PreciseTimer);
+    Timer1.setInterval(walk_.interval());
+    on_event(&Label1, &Label::Click, this, [this] { Stop(); });
+    on_event(&Label2, &Label::Click, this, [this] { Play(); });
+    on_event(&Label3, &Label::Click, this, [this] {
+        if (walk_.faster()) {
+            show_speed();
+        }
+    });
+    on_event(&Label4, &Label::Click, this, [this] {
+        if (walk_.slower()) {
+            show_speed();
+        }
+    });
+    on_event(&Timer1, &QTimer::timeout, this, [this] { Tick(); });
+    on_event(&elpanel1, &elpanel::CloseClick, this, [this] { Close(); });
+    on_event(this, &Form::close_wanted, this, [this] { Close(); });
+}
+
+void Form7::design() {
+    wear(elpanel1, "Animation Preview");
+    picture_clip.setGeometry(13, 37, 256, 256);
+    Picture1.move(0, 0);
+    Picture1.setAccessibleName(tr("Animation"));
+    constexpr int top = 300;
+    constexpr int side = 20;
+    Label1.setGeometry(13, top, side, side);
+    Label2.setGeometry(37, top, side, side);
+    Label4.setGeometry(161, top, side, side);
+    Label3.setGeometry(185, top, side, side);
+    Label5.setGeometry(213, top, 56, side);
+    Label1.SetForeColor(look::highlight);
+    Label2.SetForeColor(look::black);
+    Label3.SetForeColor(look::black);
+    Label4.SetForeColor(look::black);
+}
+
+void Form7::Stop() {
+    Label2.SetForeColor(look::black);
+    Label1.SetForeColor(look::highlight);
+    Timer1.stop();
+}
+
+void Form7::Play() {
+    Label1.SetForeColor(look::black);
+    Label2.SetForeColor(look::highlight);
+    Timer1.start();
+}
+
+// Nothing guards the speed of 0: the interval's division is what ends the program there.
+void Form7::show_speed() {
+    Timer1.setInterval(walk_.interval());
+    Label5.SetCaption(QString("%1 fps").arg(walk_.FramesPerSecond));
+}
+
+void Form7::Tick() {
+    walk_.tick(Picture1.surface(), main_window_.List1.ListCount());
+}
+
+void Form7::Close() {
+    Timer1.stop();
+    main_window_.SetEnabled(true);
+    emit unload_wanted();
+}
+
+} // namespace varnoth

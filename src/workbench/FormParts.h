@@ -1,0 +1,57 @@
+// How the forms lay out and dress their controls: one margin, one rhythm, one pair of edge colours.
+#pragma once
+
+#include <QRect>
+#include <QString>
+
+#include "platform/Colour.h"
+#include "platform/qt/look.h"
+
+namespace varnoth::design {
+
+// In pixels.
+inline constexpr int margin = 7; ///< between a window's edge and what stands in it
+inline constexpr int below_title = 35;
+inline constexpr int gap = 4;  ///< between neighbours
+inline constexpr int row = 21; ///< from a line of text to the next
+inline constexpr int text_height = 20;
+inline constexpr int button_width = 56;
+inline constexpr int button_height = 24;
+
+/// Places a control that has edges, and gives it the dark edge that all forms have.
+template <typename Control>
+void place_edged(Control& control, const QRect& place) {
+    control.SetColor3DDark(look::edge_dark);
+    control.setGeometry(place);
+}
+
+template <typename Button>
+void place_button(Button& button, int left, int top, const QString& caption) {
+    place_edged(button, {left, top, button_width, button_height});
+    button.SetCenterCaption(true);
+    button.SetCaption(caption);
+}
+
+template <typename Label>
+void place_label(Label& label, const QRect& place, const QString& caption, Colour background) {
+    label.SetBackColor(background);
+    label.setGeometry(place);
+    label.SetCaption(caption);
+}
+
+/// A radio button or check box.
+template <typename Mark>
+void place_mark(Mark& mark, const QRect& place, const QString& caption, Colour background) {
+    mark.SetBackColor(background);
+    place_edged(mark, place);
+    mark.SetCaption(caption);
+}
+
+template <typename Field>
+void place_field(Field& field, const QRect& place, const QString& text, const QString& spoken) {
+    place_edged(field, place);
+    field.SetText(text);
+    field.setAccessibleName(spoken);
+}
+
+} // namespace varnoth::design

@@ -1,0 +1,102 @@
+// The editor with its real windows, and a user who answers message boxes and file choosers beforehand.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <QMetaObject>
+
+#include "base/files.h"
+#include "platform/qt/QtEventQueue.h"
+#include "platform/qt/QtPictureLoader.h"
+#include "platform/qt/event_edge.h"
+#include "shared/Hand.h"
+#include "sprite/hlspr.h"
+#include "support/RecordedServices.h"
+#include "support/TemporaryFolder.h"
+#include "support/sprites.h"
+#include "workbench/Desk.h"
+
+namespace varnoth::test {
+
+class EditorTest : public testing::Test {
+  protected:
+    EditorTest() {
+        reset_sprite();
+        reset_mixpals();
+        // The variables must be set by the main window, not by this test.
+        hlspr::UnnamedSprite = true;
+        hlspr::SpriteDirty = true;
+        hlspr::ExtractFolder = "left over";
+        desk_ = std::make_unique<Desk>();
+        QObject::connect(desk_.get(), &Desk::ended, [this] { ended_ = true; });
+        desk_->start();
+        hand::settle();
+    }
+
+    ~EditorTest() override {
+        desk_.reset();
+        hand::settle();
+    }
+
+    Form1& main() { return desk_->form1(); }
+
+    /// A sprite file of frames of one pixel index each: frame n is all index n.
+    std::string write_sprite(const std::string& name, int frames, std::int32_t width = 4,
+                             std::int32_t height = 4) {
+        SpriteFile file;
+        file.width = width;
+        file.height = height;
+        // Entry i of the palette is red i, green 2 i, blue 3 i.
+        for (std::size_t i = 0; i < 256; ++i) {
+            for (std::size_t channel = 0; channel < 3; ++channel) {
+                file.palette[3 * i + channel] = static_cast<std::uint8_t>(i * (channel + 1));
+            }
+        }
+        for (int i = 0; i < frames; ++i) {
+            file.add({width, height,
+                      std::vector<std::uint8_t>(static_cast<std::size_t>(width * height),
+                                                static_cast<std::uint8_t>(i)),
+                      0, -width / 2, height / 2});
+        }
+        return folder_.write(name, file.bytes());
+    }
+
+    /// The colour of frame n of such a sprite.
+    static Colour colour_of_frame(int frame) {
+        return make_colour(static_cast<std::uint8_t>(frame), static_cast<std::uint8_t>(2 * frame),
+                           static_cast<std::uint8_t>(3 * frame));
+    }
+
+    void open(const std::string& path) {
+        services_.next_open = path;
+        hand::click(main().elboton1);
+    }
+
+    void open_sprite(int frames) { open(write_sprite("sprite.spr", frames)); }
+
+    std::vector<std::string> lines() {
+        std::vector<std::string> texts;
+        for (std::int32_t i = 0; i < main().List1.ListCount(); ++i) {
+            texts.push_back(main().List1.List(i).toStdString());
+        }
+        return texts;
+    }
+
+    /// The colour of the frame that the main window shows.
+    Colour shown() { return main().Picture1.surface().Point(0, 0); }
+
+    static std::string text(const QString& words) { return words.toStdString(); }
+
+    TemporaryFolder folder_;
+    RecordedServices services_;
+    std::vector<std::string> failures_;
+    FatalEndInstallation fatal_end_{
+        [this](std::string_view name, std::string_view /*words*/) { failures_.emplace_back(name); }};
+    bool ended_ = false;
+    std::unique_ptr<Desk> desk_;
+};
+
+} // namespace varnoth::test

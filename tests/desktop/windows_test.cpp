@@ -1,0 +1,176 @@
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
+
+#include "desktop/EditorTest.h"
+#include "platform/qt/look.h"
+#include "workbench/Form9.h"
+
+namespace varnoth {
+namespace {
+
+using hand::click;
+using test::EditorTest;
+
+class WindowsTest : public EditorTest {};
+
+TEST_F(WindowsTest, HaveNoSystemTitleBarButATitleAndAnIcon) {
+    EXPECT_TRUE(main().windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_FALSE(main().windowIcon().isNull());
+    EXPECT_EQ(main().windowIcon().pixmap(16).toImage().pixelColor(0, 0).isValid(), true);
+    click(main().elboton2);
+    EXPECT_TRUE(desk_->form2()->windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_EQ(text(desk_->form2()->windowTitle()), "New Sprite");
+}
+
+TEST_F(WindowsTest, ADialogStandsAboveItsOwnerAndCentredOnIt) {
+    main().move(40, 60);
+    click(main().elboton2);
+    Form2& dialog = *desk_->form2();
+    EXPECT_EQ(dialog.windowHandle()->transientParent(), main().windowHandle());
+    EXPECT_EQ(dialog.geometry().center(), main().geometry().center());
+}
+
+TEST_F(WindowsTest, AWindowThatWouldOpenOffTheScreenOpensOnIt) {
+    const QRect screen(0, 0, 800, 600);
+    EXPECT_EQ(place_on_screen({-30, 700}, {200, 100}, screen), QPoint(0, 500));
+    EXPECT_EQ(place_on_screen({750, -5}, {200, 100}, screen), QPoint(600, 0));
+    EXPECT_EQ(place_on_screen({10, 20}, {200, 100}, screen), QPoint(10, 20));
+    EXPECT_EQ(place_on_screen({50, 50}, {1000, 700}, screen), QPoint(0, 0)); // its title stays in reach
+    main().move(-560, -470);
+    click(main().elboton2);
+    EXPECT_TRUE(main().screen()->availableGeometry().contains(desk_->form2()->geometry()));
+}
+
+TEST_F(WindowsTest, ADisabledWindowLooksAsBefore) {
+    open_sprite(40);
+    const QImage before = main().grab().toImage();
+    main().SetEnabled(false);
+    hand::settle();
+    EXPECT_EQ(main().grab().toImage(), before);
+}
+
+TEST_F(WindowsTest, AListThatIsItselfDisabledIsGrey) {
+    open_sprite(2);
+    main().List1.SetSelected(0, false);
+    main().List1.SetEnabled(false);
+    EXPECT_EQ(main().List1.palette().color(QPalette::Text), QColor(128, 128, 128));
+    main().List1.SetEnabled(true);
+    EXPECT_EQ(main().List1.palette().color(QPalette::Text), look::to_qcolor(look::light_text));
+}
+
+TEST_F(WindowsTest, EveryControlIsFoundByItsGivenName) {
+    click(main().elboton2);
+    for (const char* name : {"elpanel1", "eltexto1", "List1", "Label1", "Label2", "Picture1", "elboton7",
+                             "ellabel10", "elframe1", "elframe2", "elframe3", "elframe4", "elframe5"}) {
+        EXPECT_NE(main().findChild<QWidget*>(name), nullptr) << name;
+    }
+    for (const char* name : {"ellabel1(4)", "elcombo1", "eltexto3", "elboton2"}) {
+        EXPECT_NE(desk_->form2()->findChild<QWidget*>(name), nullptr) << name;
+    }
+}
+
+TEST_F(WindowsTest, StandWhereTheyWereDesigned) {
+    const auto place = [&](QWidget& widget) { return widget.geometry(); };
+    EXPECT_EQ(place(main().elpanel1), QRect(0, 0, 575, 477));
+    EXPECT_EQ(place(main().elframe1), QRect(7, 35, 561, 36));
+    EXPECT_EQ(place(main().eltexto1), QRect(8, 8, 363, 20));
+    EXPECT_EQ(place(main().elboton1), QRect(378, 6, 56, 24));
+    EXPECT_EQ(place(main().elboton2), QRect(438, 6, 56, 24));
+    EXPECT_EQ(place(main().elboton3), QRect(498, 6, 56, 24));
+    EXPECT_EQ(place(main().elframe2), QRect(7, 75, 282, 396));
+    EXPECT_EQ(place(main().List1), QRect(6, 6, 247, 355));
+    EXPECT_EQ(main().Label1.pos(), QPoint(258, 163));
+    EXPECT_EQ(main().Label2.pos(), QPoint(258, 187));
+    EXPECT_EQ(place(main().elboton7), QRect(6, 366, 56, 24));
+    EXPECT_EQ(place(main().elboton6), QRect(76, 366, 56, 24));
+    EXPECT_EQ(place(main().elboton5), QRect(137, 366, 56, 24));
+    EXPECT_EQ(place(main().elboton4), QRect(198, 366, 56, 24));
+    EXPECT_EQ(place(main().elframe3), QRect(294, 75, 273, 269));
+    EXPECT_EQ(main().elframe5.size(), QSize(258, 258));
+    EXPECT_EQ(place(main().elframe4), QRect(294, 349, 273, 122));
+    int top = 10;
+    for (ellabel* caption :
+         {&main().ellabel1, &main().ellabel2, &main().ellabel3, &main().ellabel4, &main().ellabel5}) {
+        EXPECT_EQ(caption->pos(), QPoint(10, top));
+        top += 21;
+    }
+    top = 10;
+    for (ellabel* value :
+         {&main().ellabel8, &main().ellabel7, &main().ellabel6, &main().ellabel9, &main().ellabel10}) {
+        EXPECT_EQ(value->pos(), QPoint(55, top));
+        top += 21;
+    }
+}
+
+TEST_F(WindowsTest, WearTheStatedColours) {
+    const QImage image = main().grab().toImage();
+    EXPECT_EQ(image.pixelColor(3, 30), QColor(76, 88, 68));                  // window
+    EXPECT_EQ(image.pixelColor(0, 200), look::to_qcolor(look::edge_light));  // its left edge
+    EXPECT_EQ(image.pixelColor(574, 200), look::to_qcolor(look::edge_dark)); // its right edge
+    EXPECT_EQ(image.pixelColor(7, 50), look::to_qcolor(look::edge_dark));    // a frame is sunken
+    EXPECT_EQ(image.pixelColor(567, 50), look::to_qcolor(look::edge_light));
+    EXPECT_EQ(image.pixelColor(7 + 378, 35 + 12), look::to_qcolor(look::edge_light)); // a button is raised
+    EXPECT_EQ(image.pixelColor(7 + 378 + 55, 35 + 12), look::to_qcolor(look::edge_dark));
+    EXPECT_EQ(image.pixelColor(7 + 378 + 2, 35 + 8), QColor(76, 88, 68));
+}
+
+// The drag by the title.
+
+TEST_F(WindowsTest, TheCornerFollowsThePointerLessAFifteenthOfTheGrab) {
+    EXPECT_EQ(dragged_place({100, 200}, 0, 0), QPoint(100, 200));
+    EXPECT_EQ(dragged_place({100, 200}, 30, 7), QPoint(98, 200));   // 1470 and 2993 units
+    EXPECT_EQ(dragged_place({100, 200}, 8, 300), QPoint(99, 180));  // 99.47
+    EXPECT_EQ(dragged_place({0, 0}, 22.5F, 37.5F), QPoint(-2, -2)); // halves go to the even neighbour
+}
+
+TEST_F(WindowsTest, ATitleMoveWithoutAPressMovesNothing) {
+    main().move(50, 50);
+    emit main().elpanel1.TitleMouseMove(0, 0, 5, 5);
+    EXPECT_EQ(main().pos(), QPoint(50, 50));
+}
+
+TEST_F(WindowsTest, APressOnTheTitleMovesTheWindowToThePointerUntilTheRelease) {
+    main().move(50, 50);
+    elpanel& panel = main().elpanel1;
+    const QPoint in_title(30 + 45, 9 + 3);
+    QTest::mousePress(&panel, Qt::LeftButton, Qt::NoModifier, in_title);
+    QCursor::setPos(300, 200);
+    QTest::mouseMove(&panel, in_title + QPoint(1, 0));
+    const QPoint dragged = dragged_place(QCursor::pos(), 45, 3);
+    EXPECT_EQ(main().pos(), dragged);
+    QTest::mouseRelease(&panel, Qt::LeftButton, Qt::NoModifier, in_title);
+    QCursor::setPos(10, 10);
+    QTest::mouseMove(&panel, in_title);
+    EXPECT_EQ(main().pos(), dragged);
+}
+
+// Ends.
+
+TEST_F(WindowsTest, AFailureInAMessageBoxWithinAnImportReachesTheEnd) {
+    open_sprite(1);
+    main().List1.AddItem("Frame 1");
+    // A failing click while a question is open.
+    services_.on_question = [&] { hand::click_line(main().List1, 1); };
+    click(main().elboton7);
+    open("");
+    EXPECT_EQ(failures_, std::vector<std::string>{"SubscriptOutOfRange"});
+}
+
+TEST_F(WindowsTest, TheExitPictureEndsTheProgramByAClickOrItsTimer) {
+    Form9 form;
+    int ends = 0;
+    QObject::connect(&form, &Form9::end_wanted, [&] { ++ends; });
+    form.show_over(main());
+    EXPECT_EQ(form.size(), QSize(597, 255));
+    EXPECT_EQ(form.Picture1.surface().bitmap().bits_per_pixel(), 24);
+    EXPECT_EQ(form.Timer1.interval(), 5000);
+    EXPECT_FALSE(form.Timer1.isActive());
+    click(form.Picture1);
+    EXPECT_EQ(ends, 1);
+    form.Timer1.start(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ends == 2; }));
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,94 @@
+// What the scripted user sees and answers: steps, lines and messages are reported, boxes are answered with a
+// click on their own buttons, the file chooser with the next path, and Cancel is pressed when it is due.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <QObject>
+
+#include "platform/Services.h"
+#include "platform/qt/QtEventQueue.h"
+#include "platform/qt/QtMessageBoxes.h"
+#include "walkthrough/Report.h"
+
+namespace varnoth {
+class Desk;
+class Form6;
+} // namespace varnoth
+
+namespace varnoth::walkthrough {
+
+/// Message boxes on the screen, reported and answered at once.
+class AnsweredMessageBoxes : public MessageBoxes {
+  public:
+    AnsweredMessageBoxes(Report report, bool answer) : report_(std::move(report)), answer_(answer) {}
+
+    void show(std::string_view text) override;
+    bool ask(std::string_view question) override;
+
+    /// How many messages and questions there have been.
+    int count() const { return count_; }
+
+    /// Called while a box is open.
+    std::function<void()> on_open;
+
+    /// Called before a message is reported.
+    std::function<void(std::string_view text)> before;
+
+  private:
+    void answer_when_open();
+
+    Report report_;
+    bool answer_;
+    int count_ = 0;
+    QtMessageBoxes boxes_;
+};
+
+class AnsweredFileChooser : public FileChooser {
+  public:
+    /// What is chosen next, to open or to save.
+    std::string next;
+
+    std::string choose_to_open(std::string_view /*filter*/) override { return next; }
+
+    std::string choose_to_save(std::string_view /*filter*/) override { return next; }
+};
+
+/// Lets events run, and Cancel be pressed when it is due.
+class WatchedEventQueue : public EventQueue {
+  public:
+    std::function<void()> on_yield;
+
+    void yield() override {
+        if (on_yield) {
+            on_yield();
+        }
+        queue_.yield();
+    }
+
+  private:
+    QtEventQueue queue_;
+};
+
+/// Reports the lines that come into the frame list, the texts of the progress dialog and the files written,
+/// from its making on, and counts the pictures and files.
+class Watch : public QObject {
+  public:
+    Watch(Desk& desk, Report report);
+
+    /// Pictures that the import has asked for so far, counting the one in hand.
+    int pictures_begun() const { return pictures_begun_; }
+
+    int frames_written() const { return frames_written_; }
+
+  private:
+    void watch_progress(Form6& progress);
+    void see_step(const QString& text);
+
+    Report report_;
+    int pictures_begun_ = 0;
+    int frames_written_ = 0;
+};
+
+} // namespace varnoth::walkthrough
