@@ -1,5 +1,6 @@
 // Platform services for tests: messages and questions are written down, answers are set beforehand, yields
-// are counted and may run something, pictures come from a table.
+// are counted and may run something, pictures come from a table, the files that are chosen are set
+// beforehand.
 #pragma once
 
 #include <functional>
@@ -13,15 +14,22 @@
 
 namespace varnoth::test {
 
-class RecordedServices : private MessageBoxes, private EventQueue, private PictureLoader {
+class RecordedServices : private MessageBoxes,
+                         private EventQueue,
+                         private PictureLoader,
+                         private FileChooser {
   public:
-    RecordedServices() : installation_({this, this, this}) {}
+    RecordedServices() : installation_({this, this, this, this}) {}
 
     std::vector<std::string> messages;
     std::vector<std::string> questions;
     bool answer = true;
+    std::function<void()> on_question; ///< happens while the question is shown
     int yields = 0;
     std::function<void()> on_yield;
+    std::string next_open;                   ///< what the user chooses; "" cancels
+    std::string next_save;                   ///< the same for saving
+    std::vector<std::string> filters;        ///< of the choosers shown
     std::map<std::string, Picture> pictures; ///< by path; any other path fails with InvalidPicture
 
   private:
@@ -29,6 +37,9 @@ class RecordedServices : private MessageBoxes, private EventQueue, private Pictu
 
     bool ask(std::string_view question) override {
         questions.emplace_back(question);
+        if (on_question) {
+            on_question();
+        }
         return answer;
     }
 
@@ -45,6 +56,16 @@ class RecordedServices : private MessageBoxes, private EventQueue, private Pictu
             fail(Failure::InvalidPicture);
         }
         return found->second;
+    }
+
+    std::string choose_to_open(std::string_view filter) override {
+        filters.emplace_back(filter);
+        return next_open;
+    }
+
+    std::string choose_to_save(std::string_view filter) override {
+        filters.emplace_back(filter);
+        return next_save;
     }
 
     ServicesInstallation installation_;
