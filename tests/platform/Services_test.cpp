@@ -16,11 +16,13 @@ namespace {
 
 using test::RecordedServices;
 
-TEST(Services, WithNothingInstalledQuestionsAreYesAndPicturesFail) {
+TEST(Services, WithNothingInstalledQuestionsAreYesPicturesFailAndChoicesAreCancelled) {
     show_message("nobody sees this");
     yield_to_events();
     EXPECT_TRUE(ask_yes_no("Sure?"));
     EXPECT_FAILURE(load_picture("a.bmp"), InvalidPicture);
+    EXPECT_EQ(choose_file_to_open("Texts(*.txt)|*.txt"), "");
+    EXPECT_EQ(choose_file_to_save("Texts(*.txt)|*.txt"), "");
 }
 
 TEST(Services, CallsReachTheInstalledSet) {
@@ -34,6 +36,15 @@ TEST(Services, CallsReachTheInstalledSet) {
     EXPECT_EQ(services.questions, (std::vector<std::string>{"Sure?"}));
     EXPECT_EQ(services.yields, 1);
     EXPECT_EQ(load_picture("a.bmp").bitmap->pixel(0, 0), 7);
+}
+
+TEST(Services, AFileIsChosenByTheInstalledChooserAndTheFilterHandedOn) {
+    RecordedServices services;
+    services.next_open = "/tmp/open.txt";
+    services.next_save = "/tmp/save.txt";
+    EXPECT_EQ(choose_file_to_open("Texts(*.txt)|*.txt"), "/tmp/open.txt");
+    EXPECT_EQ(choose_file_to_save("All|*"), "/tmp/save.txt");
+    EXPECT_EQ(services.filters, (std::vector<std::string>{"Texts(*.txt)|*.txt", "All|*"}));
 }
 
 TEST(Services, AnInstallationLastsForItsLifetimeAndTheOneBeforeComesBack) {
@@ -57,12 +68,14 @@ class CountingQueue : public EventQueue {
 TEST(Services, ANullMemberKeepsWhatWasInstalledBefore) {
     RecordedServices services;
     CountingQueue queue;
-    const ServicesInstallation installation({nullptr, &queue, nullptr});
+    const ServicesInstallation installation({nullptr, &queue, nullptr, nullptr});
     yield_to_events();
     show_message("still there");
     EXPECT_EQ(queue.yields, 1);
     EXPECT_EQ(services.yields, 0);
     EXPECT_EQ(services.messages.size(), 1U);
+    services.next_open = "kept.txt";
+    EXPECT_EQ(choose_file_to_open("All|*"), "kept.txt");
 }
 
 TEST(Screen, HasFifteenTwipsAPixel) {

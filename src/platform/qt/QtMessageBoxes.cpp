@@ -10,9 +10,8 @@ namespace varnoth {
 namespace {
 
 /// The button that the user chose.
-int run_box(QMessageBox::Icon icon, std::string_view text, QMessageBox::StandardButtons buttons) {
+int run_box(std::string_view text, QMessageBox::StandardButtons buttons) {
     QMessageBox box(dialog_parent());
-    box.setIcon(icon);
     box.setWindowTitle(QString::fromLatin1(application_title));
     box.setTextFormat(Qt::PlainText);
     box.setText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
@@ -26,11 +25,11 @@ int run_box(QMessageBox::Icon icon, std::string_view text, QMessageBox::Standard
 } // namespace
 
 void QtMessageBoxes::show(std::string_view text) {
-    run_box(QMessageBox::NoIcon, text, QMessageBox::Ok);
+    run_box(text, QMessageBox::Ok);
 }
 
 bool QtMessageBoxes::ask(std::string_view question) {
-    return run_box(QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return run_box(question, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }
 
 } // namespace varnoth
