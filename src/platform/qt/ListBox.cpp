@@ -11,6 +11,13 @@
 
 namespace varnoth {
 
+namespace {
+
+/// The lines from the one that was pressed last without shift.
+constexpr auto clear_and_select_range = QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Current;
+
+} // namespace
+
 ListBox::ListBox(const QString& name, QWidget* parent) : QListWidget(parent) {
     setObjectName(name);
     setFont(look::display_font(look::design_font()));
@@ -172,8 +179,9 @@ QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex&
     }
     if (type == QEvent::MouseButtonPress && index.isValid()) {
         const auto modifiers = static_cast<const QMouseEvent*>(event)->modifiers();
-        if ((modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) == 0) {
-            return QItemSelectionModel::ClearAndSelect;
+        if (!modifiers.testFlag(Qt::ControlModifier)) {
+            return modifiers.testFlag(Qt::ShiftModifier) ? clear_and_select_range
+                                                         : QItemSelectionModel::ClearAndSelect;
         }
     }
     return QListWidget::selectionCommand(index, event);

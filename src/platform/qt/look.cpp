@@ -39,6 +39,11 @@ constexpr int narrowest_stretch = 60;
 constexpr std::array<const char*, 6> stand_ins{
     "DejaVu Sans Condensed", "Liberation Sans", "Noto Sans", "Arial", "Nimbus Sans", "DejaVu Sans"};
 
+bool is_there(const QString& family) {
+    // Families like "Serif" that stand for others are listed only.
+    return QFontDatabase::hasFamily(family) || QFontDatabase::families().contains(family);
+}
+
 QString stand_in_family() {
     for (const char* family : stand_ins) {
         if (QFontDatabase::hasFamily(QString::fromLatin1(family))) {
@@ -66,7 +71,7 @@ QFont find_display_font(const QFont& font) {
         const double pixels = font.pointSizeF() * twips_per_point / varnoth::screen().TwipsPerPixelY;
         found.setPixelSize(std::max(1, static_cast<int>(std::nearbyint(pixels))));
     }
-    if (!QFontDatabase::hasFamily(font.family())) {
+    if (!is_there(font.family())) {
         found.setFamily(stand_in_family());
         found.setStyleHint(QFont::SansSerif);
         narrow(found);

@@ -54,13 +54,13 @@ QPainterPath cross(const QRectF& box) {
 QPainterPath check_mark(const QRectF& box) {
     const double size = std::round(std::min(box.width(), box.height()) * check_share);
     const double unit = size / 7;
-    const double bar = 2.7 * unit;
-    const double corner = 2.4 * unit;
+    const double bar = 2.6 * unit; // as thick, upright, as the corner lies from the left
+    const double corner = bar;
     return centred(box, size, size,
                    {{0, size - bar - corner},
                     {corner, size - bar},
-                    {size, size - bar - (size - corner)},
-                    {size, size - (size - corner)},
+                    {size, 0},
+                    {size, bar},
                     {corner, size},
                     {0, size - corner}});
 }

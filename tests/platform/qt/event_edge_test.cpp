@@ -141,7 +141,7 @@ TEST(EventEdgeDeathTest, WithoutAnInstallationTheFailureIsToldInABoxAndTheProgra
     BoxesOnErrorStream boxes;
     const ServicesInstallation services({&boxes, nullptr, nullptr, nullptr});
     EXPECT_EXIT(at_event_edge([] { fail(Failure::DivisionByZero); }), testing::ExitedWithCode(70),
-                "^\\[Run-time error: Division by zero\\]\n$");
+                "\\[Run-time error: Division by zero\\]\n$");
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 #include "platform/qt/FileListBox.h"
 #include "platform/qt/FolderListBox.h"
 #include "platform/qt/event_edge.h"
+#include "platform/qt/fast_pair.h"
 #include "platform/qt/look.h"
 #include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
@@ -102,7 +103,7 @@ class FolderListBoxTest : public testing::Test {
 
     void double_click(int line) {
         list_.scrollToItem(list_.item(line));
-        QTest::mouseDClick(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, line));
+        test::fast_pair(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, line));
     }
 
     TemporaryFolder tree_;

@@ -12,6 +12,7 @@
 #include "platform/qt/DropDownList.h"
 #include "platform/qt/ListBox.h"
 #include "platform/qt/event_edge.h"
+#include "platform/qt/fast_pair.h"
 #include "platform/qt/look.h"
 #include "support/expect_failure.h"
 
@@ -175,7 +176,7 @@ TEST_F(ListBoxTest, APressBesideTheLinesChangesNothing) {
     QTest::mousePress(list_.viewport(), Qt::LeftButton, {}, empty);
     QTest::mouseMove(list_.viewport(), middle_of(list_, 3));
     QTest::mouseRelease(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 3));
-    QTest::mouseDClick(list_.viewport(), Qt::LeftButton, {}, empty);
+    test::fast_pair(list_.viewport(), Qt::LeftButton, {}, empty);
     EXPECT_TRUE(clicks_.empty());
     EXPECT_EQ(double_clicks_, 0);
     EXPECT_EQ(list_.ListIndex(), 1);
@@ -192,13 +193,13 @@ TEST_F(ListBoxTest, OtherButtonsChangeNothing) {
 }
 
 TEST_F(ListBoxTest, ADoubleClickIsOneClickAndADoubleClick) {
-    QTest::mouseDClick(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 2));
+    test::fast_pair(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 2));
     EXPECT_EQ(clicks_, (std::vector<Lines>{{2}}));
     EXPECT_EQ(double_clicks_, 1);
 }
 
 TEST_F(ListBoxTest, AFastPairWithControlMarksAndUnmarks) {
-    QTest::mouseDClick(list_.viewport(), Qt::LeftButton, Qt::ControlModifier, middle_of(list_, 2));
+    test::fast_pair(list_.viewport(), Qt::LeftButton, Qt::ControlModifier, middle_of(list_, 2));
     EXPECT_EQ(clicks_, (std::vector<Lines>{{2}, {}}));
 }
 
