@@ -1,5 +1,6 @@
 #include "platform/qt/look.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
@@ -39,29 +40,40 @@ constexpr int narrowest_stretch = 60;
 constexpr std::array<const char*, 6> stand_ins{
     "DejaVu Sans Condensed", "Liberation Sans", "Noto Sans", "Arial", "Nimbus Sans", "DejaVu Sans"};
 
+// The list is asked and not each family: a family that is not there is looked for among aliases, which takes
+// long.
 bool is_there(const QString& family) {
-    // Families like "Serif" that stand for others are listed only.
-    return QFontDatabase::hasFamily(family) || QFontDatabase::families().contains(family);
+    const QStringList families = QFontDatabase::families();
+    return families.contains(family, Qt::CaseInsensitive) ||
+           std::ranges::any_of(families, [&](const QString& listed) {
+               return listed.startsWith(family + " [", Qt::CaseInsensitive); // one of several foundries
+           });
 }
 
 QString stand_in_family() {
     for (const char* family : stand_ins) {
-        if (QFontDatabase::hasFamily(QString::fromLatin1(family))) {
+        if (is_there(QString::fromLatin1(family))) {
             return QString::fromLatin1(family);
         }
     }
     return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
 }
 
-bool is_wider_than_design(const QFont& font) {
-    return QFontMetricsF(font).horizontalAdvance(QLatin1String(reference_text)) >
-           reference_width * font.pixelSize();
+/// How wide the reference text is, as a multiple of its width in Tahoma.
+double relative_width(const QFont& font) {
+    return QFontMetricsF(font).horizontalAdvance(QLatin1String(reference_text)) /
+           (reference_width * font.pixelSize());
 }
 
 void narrow(QFont& font) {
-    // What a stretch comes to depends on the faces that the family has, so it is tried out.
-    for (int stretch = plain_stretch; is_wider_than_design(font) && stretch >= narrowest_stretch; --stretch) {
-        font.setStretch(stretch);
+    const double plain_width = relative_width(font);
+    if (plain_width <= 1) {
+        return;
+    }
+    // What a stretch comes to depends on the faces that the family has, so it is tried out from just above.
+    int stretch = static_cast<int>(plain_stretch / plain_width) + 1;
+    for (font.setStretch(stretch); relative_width(font) > 1 && stretch > narrowest_stretch;) {
+        font.setStretch(--stretch);
     }
 }
 
