@@ -144,12 +144,6 @@ void ListBox::mouseMoveEvent(QMouseEvent* event) {
     }
 }
 
-void ListBox::mouseReleaseEvent(QMouseEvent* event) {
-    if (pressed_line_ >= 0) {
-        handle([&] { QListWidget::mouseReleaseEvent(event); });
-    }
-}
-
 void ListBox::keyPressEvent(QKeyEvent* event) {
     handle([&] {
         QListWidget::keyPressEvent(event);
@@ -174,7 +168,7 @@ QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex&
                                                               const QEvent* event) const {
     const QEvent::Type type = event == nullptr ? QEvent::None : event->type();
     if (type == QEvent::MouseButtonRelease) {
-        // Qt would leave a press on a marked line to the release, and set marks again that Click took off.
+        // Qt would take all marks off where the button is released beside the lines.
         return QItemSelectionModel::NoUpdate;
     }
     if (type == QEvent::MouseButtonPress && index.isValid()) {
