@@ -38,8 +38,7 @@ elboton::elboton(const QString& name, QWidget* parent) : SkinnedControl(name, pa
     label_.set_auto_size();
     shadow1_.Left = 7;
     shadow1_.Top = 4;
-    shadow1_.ForeColor = look::black;
-    shadow1_.passes_mouse = true; // a press wherever it lands is the button's
+    shadow1_.set_shadow_of(label_);
     shadow1_.set_auto_size();
     add_part("shadow1", shadow1_);
     add_part("label", label_);

@@ -55,8 +55,7 @@ elcheck::elcheck(const QString& name, QWidget* parent)
     label2_.set_auto_size();
     shadow1_.Left = 20;
     shadow1_.Top = 1;
-    shadow1_.ForeColor = look::black;
-    shadow1_.passes_mouse = true; // the caption's own mouse events are not disturbed by its shadow
+    shadow1_.set_shadow_of(label2_);
     shadow1_.set_auto_size();
     add_part("Picture2", picture2_);
     name_part("Label1", label1_);
@@ -103,6 +102,9 @@ void elcheck::SetCaption(const QString& caption) {
 void elcheck::SetValue(bool value) {
     label1_.Visible = value;
     update_look();
+    if (!reading()) {
+        tell_checked_changed(*this);
+    }
     changed("Value");
 }
 
@@ -124,7 +126,6 @@ void elcheck::update_look() {
     } else {
         label2_.ForeColor = unchecked_colour_;
     }
-    tell_checked_changed(*this);
     update();
 }
 
@@ -171,6 +172,7 @@ void elcheck::part_clicked(Part* part) {
     }
     label1_.Visible = !label1_.Visible;
     update_look();
+    tell_checked_changed(*this);
     emit Click();
 }
 

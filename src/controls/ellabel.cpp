@@ -32,8 +32,7 @@ ellabel::ellabel(const QString& name, QWidget* parent) : ForwardingControl(name,
     label2_.set_auto_size();
     shadow1_.Left = 1;
     shadow1_.Top = 1;
-    shadow1_.ForeColor = look::black;
-    shadow1_.passes_mouse = true;
+    shadow1_.set_shadow_of(label2_);
     shadow1_.set_auto_size();
     add_part("shadow1", shadow1_);
     add_part("Label2", label2_);

@@ -69,8 +69,7 @@ elpanel::elpanel(const QString& name, QWidget* parent) : SkinnedControl(name, pa
     shadow1_.Left = 31;
     shadow1_.Top = 10;
     shadow1_.Height = title_height;
-    shadow1_.ForeColor = look::black;
-    shadow1_.passes_mouse = true; // the window is dragged by its title
+    shadow1_.set_shadow_of(label1_);
     add_part("Picture1", picture1_);
     add_part("Picture2", picture2_);
     name_part("Line1B(1)", close_edges_.right);
@@ -82,8 +81,8 @@ elpanel::elpanel(const QString& name, QWidget* parent) : SkinnedControl(name, pa
     add_part("LineA(1)", edges_.left);
     add_part("LineB(0)", edges_.right);
     add_part("LineB(1)", edges_.bottom);
+    add_part("shadow1", shadow1_);
     add_part("Label1", label1_);
-    add_part("shadow1", shadow1_); // here the shadow lies in front of its text
     set_background_edge(1);
     ReadProperties({});
 }
@@ -180,6 +179,7 @@ void elpanel::show_font() {
 
 void elpanel::show_shadow() {
     shadow1_.Visible = DropShadow();
+    shadow1_.Enabled = DropShadow();
 }
 
 void elpanel::sink_close_button() {

@@ -67,7 +67,9 @@ void elprogress::SetMax(std::int32_t most) {
 void elprogress::SetValue(std::int32_t value) {
     value_ = std::min(std::max(value, min_), max_);
     redraw();
-    tell_number_changed(*this, value_);
+    if (!reading()) {
+        tell_number_changed(*this, value_);
+    }
     changed("Value");
 }
 

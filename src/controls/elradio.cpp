@@ -78,8 +78,7 @@ elradio::elradio(const QString& name, QWidget* parent) : SkinnedControl(name, pa
     label1_.set_auto_size();
     shadow1_.Left = 29;
     shadow1_.Top = 2;
-    shadow1_.ForeColor = look::black;
-    shadow1_.passes_mouse = true;
+    shadow1_.set_shadow_of(label1_);
     shadow1_.set_auto_size();
     add_part("Picture1", picture1_);
     add_part("shadow1", shadow1_);
@@ -121,6 +120,9 @@ void elradio::SetCaption(const QString& caption) {
 void elradio::SetValue(bool value) {
     value_ = value;
     redraw();
+    if (!reading()) {
+        tell_checked_changed(*this);
+    }
     changed("Value");
 }
 
@@ -137,7 +139,6 @@ void elradio::set_normal_state() {
 
 void elradio::redraw() {
     label1_.ForeColor = value_ ? checked_colour_ : unchecked_colour_;
-    tell_checked_changed(*this);
     update();
 }
 

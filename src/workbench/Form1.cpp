@@ -79,6 +79,8 @@ void Form1::design_frames() {
     List1.SetEnabled(false);
     Label1.setGeometry(258, 163, 18, 18);
     Label2.setGeometry(258, 187, 18, 18);
+    Label1.SetForeColor(look::light_text);
+    Label2.SetForeColor(look::light_text);
     design::place_button(elboton7, 6, 366, "Clear");
     design::place_button(elboton6, 76, 366, "Export");
     design::place_button(elboton5, 137, 366, "Remove");

@@ -46,8 +46,8 @@ void Form7::design() {
     Label5.setGeometry(213, top, 56, side);
     Label1.SetForeColor(look::highlight);
     Label2.SetForeColor(look::black);
-    Label3.SetForeColor(look::black);
-    Label4.SetForeColor(look::black);
+    Label3.SetForeColor(look::light_text);
+    Label4.SetForeColor(look::light_text);
 }
 
 void Form7::Stop() {

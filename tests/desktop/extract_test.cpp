@@ -396,7 +396,7 @@ TEST_F(PreviewTest, TheTimerDrawsFrameAfterFrameAndWraps) {
         click(dialog().Label3);
     }
     click(dialog().Label2);
-    QTest::qWaitFor([&] { return drawn.size() >= 7; }, 10'000);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return drawn.size() >= 7; }, 10'000));
     drawn.resize(7);
     EXPECT_EQ(drawn, (std::vector<Colour>{colour_of_frame(0), colour_of_frame(1), colour_of_frame(2),
                                           colour_of_frame(0), colour_of_frame(1), colour_of_frame(2),

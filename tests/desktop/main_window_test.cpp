@@ -124,6 +124,13 @@ TEST_F(MainWindowTest, ARefusedFileLeavesTheWindowAsItWas) {
     EXPECT_EQ(text(main().eltexto1.Text()), path);
 }
 
+TEST_F(MainWindowTest, OpenAndSaveAskTheChooserForSpriteFiles) {
+    open("");
+    make_unnamed_sprite_with_a_frame();
+    click(main().elboton3);
+    EXPECT_EQ(services_.filters, std::vector<std::string>(3, "HL Spr File(*.spr)|*.spr"));
+}
+
 TEST_F(MainWindowTest, CancelInTheChooserLeavesAllAsItWasAlsoTheFlags) {
     open_sprite(2);
     click(main().elboton7);

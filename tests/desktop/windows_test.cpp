@@ -1,5 +1,6 @@
-#include <QGuiApplication>
+#include <QApplication>
 #include <QScreen>
+#include <QTest>
 #include <QWindow>
 
 #include "desktop/EditorTest.h"
@@ -44,6 +45,7 @@ TEST_F(WindowsTest, AWindowThatWouldOpenOffTheScreenOpensOnIt) {
 
 TEST_F(WindowsTest, ADisabledWindowLooksAsBefore) {
     open_sprite(40);
+    QApplication::focusWidget()->clearFocus(); // whose cursor blinks
     const QImage before = main().grab().toImage();
     main().SetEnabled(false);
     hand::settle();

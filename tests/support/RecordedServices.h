@@ -1,6 +1,5 @@
 // Platform services for tests: messages and questions are written down, answers are set beforehand, yields
-// are counted and may run something, pictures come from a table, the files that are chosen are set
-// beforehand.
+// are counted and may run something, pictures come from a table, files are chosen as told.
 #pragma once
 
 #include <functional>
@@ -14,22 +13,19 @@
 
 namespace varnoth::test {
 
-class RecordedServices : private MessageBoxes,
-                         private EventQueue,
-                         private PictureLoader,
-                         private FileChooser {
+class RecordedServices : private MessageBoxes, private EventQueue, private PictureLoader, private FileChooser {
   public:
     RecordedServices() : installation_({this, this, this, this}) {}
 
     std::vector<std::string> messages;
     std::vector<std::string> questions;
     bool answer = true;
-    std::function<void()> on_question; ///< happens while the question is shown
+    std::function<void()> on_question; ///< runs while a question is open
     int yields = 0;
     std::function<void()> on_yield;
-    std::string next_open;                   ///< what the user chooses; "" cancels
-    std::string next_save;                   ///< the same for saving
-    std::vector<std::string> filters;        ///< of the choosers shown
+    std::string next_open; ///< the file chosen next, "" for a choice that is cancelled
+    std::string next_save;
+    std::vector<std::string> filters; ///< of the choices so far
     std::map<std::string, Picture> pictures; ///< by path; any other path fails with InvalidPicture
 
   private:

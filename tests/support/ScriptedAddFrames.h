@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "import/AddFramesForm.h"
+#include "import/PictureSelection.h"
+#include "platform/FileList.h"
 
 namespace varnoth::test {
 
@@ -87,7 +89,8 @@ class ScriptedAddFrames : public AddFramesForm {
     PictureSurface sheet_{{&window_, 1, 1}};
 };
 
-inline ScriptedAddFrames::ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled)
+inline ScriptedAddFrames::ScriptedAddFrames(const std::string& folder, PictureFormat format,
+                                            bool pick_enabled)
     : folder_(folder), format_(format), pick_enabled_(pick_enabled) {
     for (std::string& name : list_files(folder, extension_of(format))) {
         entries_.push_back({std::move(name), false});
@@ -112,7 +115,7 @@ inline void ScriptedAddFrames::pick(std::int32_t x, std::int32_t y) {
 }
 
 inline void ScriptedAddFrames::open_size_question(const std::string& set_caption,
-                                           const std::string& resize_caption) {
+                                                  const std::string& resize_caption) {
     question_open_ = true;
     set_caption_ = set_caption;
     resize_caption_ = resize_caption;

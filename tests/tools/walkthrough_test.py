@@ -287,14 +287,14 @@ class Import(ToolTest):
     def test_the_transparent_colour_vanishes_from_the_palette_and_its_pixels_keep_their_index(self):
         pictures = self.make_folder("pictures", {"a.bmp": bmp(3, 1, [GREEN, RED, BLUE])})
         for render in ("2", "3"):
-            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, name=render)
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [BLACK, RED, BLUE], "the top left pixel is the default")
             self.assertEqual(sprite.frames, [bytes([0, 1, 2])])
-            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render)
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [GREEN, RED, BLACK])
             self.assertEqual(sprite.palette[255], BLACK)
         for render in ("0", "1"):
-            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render)
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [GREEN, RED, BLUE], "there is no picker for the other modes")
 
     def test_the_preview_shows_the_picture_clicked_last(self):
@@ -455,6 +455,38 @@ class Export(ToolTest):
                          ["Select Output Folder First."])
 
 
+class Screenshots(ToolTest):
+    def test_every_window_is_pictured(self):
+        shots = self.make_folder("shots")
+        out = self.make_folder("out")
+        events = self.run_walkthrough("--pictures", SAMPLES, "--select", "explosion_3.bmp", "--select",
+                                      "explosion_4.bmp", "--render", "3", "--pick", "1,2", "--move", "0:down",
+                                      "--save", self.path("out.spr"), "--export", out, "--screenshots", shots)
+        names = sorted(os.listdir(shots))
+        self.assertEqual([path for path in of_kind(events, "wrote") if path.endswith(".png")],
+                         [os.path.join(shots, name) for name in names])
+        windows = {name[3:-4] for name in names}
+        self.assertEqual(windows, {
+            "start", "new", "behind_a_dialog", "new_sprite", "add_frames", "add_frames_selected", "pick", "progress",
+            "message", "imported", "moved", "preview", "preview_playing", "opened", "extract", "folder",
+            "extract_set", "exit_picture"})
+        sizes = {"start": (575, 477), "new": (235, 186), "add_frames": (752, 503), "extract": (287, 260),
+                 "folder": (224, 325), "progress": (351, 110), "preview": (281, 327), "exit_picture": (597, 255)}
+        for name in names:
+            width, height, pixels = decode(os.path.join(shots, name))[0]
+            self.assertEqual(sizes.get(name[3:-4], (width, height)), (width, height))
+            self.assertGreater(len({pixels[i:i + 3] for i in range(0, len(pixels), 3)}), 8, name)
+
+    def test_pictures_change_nothing_that_is_told_or_made(self):
+        shots = self.make_folder("shots")
+        arguments = ("--pictures", self.three_pictures(), "--move", "1:up", "--save", self.path("out.spr"))
+        plain = self.run_walkthrough(*arguments)
+        sprite = read(self.path("out.spr"))
+        pictured = self.run_walkthrough(*arguments, "--screenshots", shots)
+        self.assertEqual([event for event in pictured if not event.endswith(".png")], plain)
+        self.assertEqual(read(self.path("out.spr")), sprite)
+
+
 class OpenAndSave(ToolTest):
     def open(self, data, *arguments, **options):
         path = write(self.path("in.spr"), data)
@@ -513,7 +545,7 @@ class Ends(ToolTest):
                       ("--move", "-1:up"), ("--move", "1:"), ("--draw", "1"), ("--format", "jpg"), ("--frames", ""),
                       ("--frames", "1,"), ("--frames", "1;2"), ("--if-exists", "never"), ("--answer", "maybe"),
                       ("--answer",), ("--select", "missing.bmp"), ("--again", self.path("missing")),
-                      ("--pictures", self.path("missing"))):
+                      ("--pictures", self.path("missing")), ("--screenshots", self.path("missing"))):
             events = self.run_walkthrough(*job, *wrong, status=64)
             self.assertEqual(events, [], wrong)
             self.assertNotEqual(self.errors, "", wrong)

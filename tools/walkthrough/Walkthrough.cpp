@@ -33,7 +33,10 @@ class Walk {
           watch_(desk_, report),
           report_(report),
           camera_(options.screenshots, report) {
-        events_.on_yield = [this] { press_cancel_when_due(); };
+        events_.on_yield = [this] {
+            picture_progress();
+            press_cancel_when_due();
+        };
         boxes_.on_open = [this] { camera_.take(*QApplication::activeModalWidget(), "message"); };
         boxes_.before = [this](std::string_view text) {
             // The box comes when the file is there.
@@ -61,6 +64,7 @@ class Walk {
     void select_lines();
     void set_extraction(const std::string& folder);
     void show_exit_picture();
+    void picture_progress();
     void press_cancel_when_due();
     bool cancel_is_due();
 
@@ -77,6 +81,7 @@ class Walk {
     Watch watch_;
     const Report& report_;
     Camera camera_;
+    bool pictured_progress_ = false;
     bool cancelled_import_ = false;
 };
 
@@ -337,6 +342,16 @@ void Walk::show_exit_picture() {
     }
 }
 
+// Once, in the middle of the first import.
+void Walk::picture_progress() {
+    Form6* dialog = desk_.form6();
+    if (dialog != nullptr && !pictured_progress_ &&
+        dialog->Progressbar1.Value() >= dialog->Progressbar1.Max() / 2) {
+        pictured_progress_ = true;
+        camera_.take(*dialog, "progress");
+    }
+}
+
 // Cancel is a click like any other, made when events run.
 void Walk::press_cancel_when_due() {
     Form6* dialog = desk_.form6();
@@ -344,7 +359,6 @@ void Walk::press_cancel_when_due() {
         return;
     }
     cancelled_import_ = cancelled_import_ || desk_.form4() != nullptr;
-    camera_.take(*dialog, "progress");
     click(dialog->elboton1);
     camera_.take(*dialog, "aborting");
 }

@@ -52,9 +52,10 @@ int main(int argument_count, char** arguments) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
+    // A picture that does not decode is told once, as the failure that it is; and what a platform without a
+    // display cannot do is nobody's concern.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false\ndefault.warning=false"));
     QApplication application(argument_count, arguments);
-    // A picture that does not decode is told once, as the failure that it is.
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
     varnoth::look::apply(application);
     varnoth::install_accessible_controls();
     const varnoth::FatalEndInstallation fatal_end(

@@ -23,7 +23,10 @@ double on_device(const QPainter& painter, double place) {
 } // namespace
 
 Part* Part::at(const QPointF& point, QPointF& within) {
-    if (!Visible || !Enabled || passes_mouse || !place().contains(point)) {
+    // The pixel behind the right or bottom edge is outside.
+    const bool inside =
+        point.x() >= Left && point.x() < Left + Width && point.y() >= Top && point.y() < Top + Height;
+    if (!Visible || !Enabled || passes_mouse || !inside) {
         return nullptr;
     }
     within = point - place().topLeft();
@@ -45,6 +48,12 @@ void TextPart::set_auto_size() {
     take_size();
 }
 
+void TextPart::set_shadow_of(const TextPart& text) {
+    ForeColor = look::black;
+    passes_mouse = true;
+    shadowed_ = &text;
+}
+
 void TextPart::take_size() {
     if (auto_size_) {
         Width = text_width(font_, caption_);
@@ -53,7 +62,9 @@ void TextPart::take_size() {
 }
 
 void TextPart::paint(QPainter& painter) const {
-    if (!Visible) {
+    const bool blends_in =
+        shadowed_ != nullptr && translate_colour(shadowed_->ForeColor) == translate_colour(ForeColor);
+    if (!Visible || blends_in) {
         return;
     }
     const QRectF box(on_device(painter, Left), on_device(painter, Top), Width, Height);

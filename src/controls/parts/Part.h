@@ -60,6 +60,10 @@ class TextPart : public Part {
     /// The caption is a character of the symbol font and stands in the middle of the part.
     void set_symbol() { symbol_ = true; }
 
+    /// The part is the black shadow of that text, which takes the mouse for both. A shadow that has the
+    /// text's own colour is not to be seen.
+    void set_shadow_of(const TextPart& text);
+
     void paint(QPainter& painter) const override;
 
   private:
@@ -69,6 +73,7 @@ class TextPart : public Part {
     QFont font_;
     bool auto_size_ = false;
     bool symbol_ = false;
+    const TextPart* shadowed_ = nullptr;
 };
 
 /// A horizontal or vertical line of one pixel, both ends included. The mouse does not see it.

@@ -260,7 +260,7 @@ Part* SkinnedControl::part_at(const QPointF& point, QPointF& within) {
 // Events.
 
 void SkinnedControl::paintEvent(QPaintEvent* /*event*/) {
-    at_event_edge([this] {
+    at_paint_edge([this] {
         QPainter painter(this);
         painter.fillRect(rect(), look::to_qcolor(back_colour_));
         if (surface_) {

@@ -79,7 +79,7 @@ void DropDownList::set_bare(bool bare) {
 }
 
 void DropDownList::paintEvent(QPaintEvent* /*event*/) {
-    at_event_edge([&] {
+    at_paint_edge([&] {
         QPainter painter(this);
         painter.fillRect(rect(), look::to_qcolor(background_));
         const bool grey = testAttribute(Qt::WA_ForceDisabled);

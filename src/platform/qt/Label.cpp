@@ -79,7 +79,7 @@ void Label::SetForeColor(Colour colour) {
 }
 
 void Label::paintEvent(QPaintEvent* /*event*/) {
-    at_event_edge([&] {
+    at_paint_edge([&] {
         QPainter painter(this);
         const QColor colour = look::to_qcolor(fore_colour_);
         if (kind_ == Kind::Symbol) {

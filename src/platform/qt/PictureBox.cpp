@@ -65,7 +65,7 @@ void PictureBox::follow_surface() {
 }
 
 void PictureBox::paintEvent(QPaintEvent* event) {
-    at_event_edge([&] {
+    at_paint_edge([&] {
         const Bitmap& bitmap = surface_.bitmap();
         const QRect inner(border_, border_, bitmap.width(), bitmap.height());
         QPainter painter(this);

@@ -6,6 +6,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "base/RunTimeFailure.h"
 #include "platform/Services.h"
@@ -29,7 +30,9 @@ FatalEnd& installed_end() {
 bool ending = false;
 
 void end_with(std::string_view name, std::string_view words) {
-    ending = true;
+    if (std::exchange(ending, true)) {
+        return;
+    }
     installed_end()(name, words);
     ending = false;
 }

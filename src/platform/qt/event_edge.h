@@ -34,7 +34,8 @@ class FatalEndInstallation {
 /// Whether a failure is being told right now. The program does nothing more then.
 bool is_ending();
 
-/// Ends on the exception in flight; to be called in a catch block alone.
+/// Ends on the exception in flight, or does nothing while another one is told; to be called in a catch block
+/// alone.
 void end_on_failure() noexcept;
 
 /// Runs the work of one event.
@@ -43,6 +44,16 @@ void at_event_edge(Work&& work) noexcept {
     if (is_ending()) {
         return;
     }
+    try {
+        std::forward<Work>(work)();
+    } catch (...) {
+        end_on_failure();
+    }
+}
+
+/// Runs the painting of one event, also while a failure is told: what lies behind its box stays to be seen.
+template <typename Work>
+void at_paint_edge(Work&& work) noexcept {
     try {
         std::forward<Work>(work)();
     } catch (...) {

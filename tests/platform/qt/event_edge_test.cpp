@@ -113,6 +113,27 @@ TEST(EventEdgeEnding, NothingMoreRunsWhileAFailureIsTold) {
     EXPECT_FALSE(is_ending());
 }
 
+TEST(EventEdgeEnding, WhileAFailureIsToldWindowsArePaintedAndAFurtherFailureIsPassedOver) {
+    int told = 0;
+    int painted = 0;
+    const FatalEndInstallation installation([&](std::string_view, std::string_view) {
+        ++told;
+        at_paint_edge([&] { ++painted; });
+        at_paint_edge([] { fail(Failure::DivisionByZero); });
+    });
+    at_event_edge([] { fail(Failure::Overflow); });
+    EXPECT_EQ(painted, 1);
+    EXPECT_EQ(told, 1);
+}
+
+TEST(EventEdgeEnding, AFailureWhilePaintingIsFatalToo) {
+    std::string name;
+    const FatalEndInstallation installation(
+        [&](std::string_view failure, std::string_view) { name = failure; });
+    at_paint_edge([] { fail(Failure::DivisionByZero); });
+    EXPECT_EQ(name, "DivisionByZero");
+}
+
 TEST(EventEdgeEnding, TheEndBeforeComesBackAfterAnInstallation) {
     int outer = 0;
     int inner = 0;
