@@ -150,6 +150,8 @@ class EnabledLook {
     QStyle::State state_;
 };
 
+constexpr int least_line_height = 16;
+
 void draw_raised(QPainter& painter, const QRect& box, bool sunken) {
     const QColor light = to_qcolor(sunken ? edge_dark : edge_light);
     const QColor dark = to_qcolor(sunken ? edge_light : edge_dark);
@@ -187,7 +189,18 @@ class LookStyle : public QProxyStyle {
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
         const EnabledLook look(option, widget);
-        QProxyStyle::drawControl(element, option, painter, widget);
+        if (element == CE_PushButtonBevel) {
+            draw_raised(*painter, option->rect, option->state.testFlag(State_Sunken));
+        } else {
+            QProxyStyle::drawControl(element, option, painter, widget);
+        }
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                           const QWidget* widget) const override {
+        const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        // A font whose lines stand close leaves no room between the lines of a list.
+        return type == CT_ItemViewItem ? size.expandedTo({0, least_line_height}) : size;
     }
 
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
