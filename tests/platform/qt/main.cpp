@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "controls/parts/accessible.h"
 #include "platform/qt/look.h"
 
 int main(int argc, char** argv) {
@@ -18,5 +19,6 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
     varnoth::look::apply(application);
+    varnoth::install_accessible_controls();
     return RUN_ALL_TESTS();
 }
