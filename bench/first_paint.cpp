@@ -49,7 +49,7 @@ int show_editor(int& argc, char** argv, FirstPaint& first_paint) {
     const varnoth::ServicesInstallation services(
         {&message_boxes, &event_queue, &picture_loader, &file_chooser});
     varnoth::Desk desk;
-    desk.form1().installEventFilter(&first_paint);
+    desk.form1().elpanel1.installEventFilter(&first_paint); // it covers the whole form
     desk.start();
     return QApplication::exec();
 }

@@ -34,7 +34,7 @@ bool clients_place_windows() {
 
 QIcon application_icon() {
     QIcon icon;
-    for (const int scale : {1, 2, 3, 4, 8}) {
+    for (const int scale : {1, 2, 3, 4}) {
         icon.addPixmap(QPixmap::fromImage(panel_icon(scale)));
     }
     return icon;

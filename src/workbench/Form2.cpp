@@ -33,14 +33,15 @@ Form2::Form2(Form1& main_window)
 void Form2::design() {
     wear(elpanel1, "New Sprite");
     elpanel1.SetCerrar(false);
-    constexpr int field_left = 57;
-    constexpr int field_width = 171;
-    constexpr int size_width = 78;
+    constexpr int field_left = 53;
+    constexpr int field_width = 175;
+    constexpr int size_width = 80;
     constexpr std::array tops{37, 65, 93, 121};
     constexpr std::array captions{"Name:", "Size:", "Type:", "Render:"};
     for (std::size_t i = 0; i < tops.size(); ++i) {
-        design::place_label(ellabel1[i], {design::margin, tops[i], 48, design::text_height}, captions[i],
-                            look::window_background);
+        design::place_label(ellabel1[i],
+                            {design::margin, tops[i], field_left - design::margin, design::text_height},
+                            captions[i], look::window_background);
     }
     design::place_field(eltexto1, {field_left, tops[0], field_width, design::text_height}, "Untitled",
                         tr("Name"));

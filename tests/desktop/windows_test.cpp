@@ -1,4 +1,9 @@
+#include <cmath>
+#include <utility>
+
+#include <QAccessible>
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QScreen>
 #include <QTest>
 #include <QWindow>
@@ -115,6 +120,122 @@ TEST_F(WindowsTest, WearTheStatedColours) {
     EXPECT_EQ(image.pixelColor(7 + 378, 35 + 12), look::to_qcolor(look::edge_light)); // a button is raised
     EXPECT_EQ(image.pixelColor(7 + 378 + 55, 35 + 12), look::to_qcolor(look::edge_dark));
     EXPECT_EQ(image.pixelColor(7 + 378 + 2, 35 + 8), QColor(76, 88, 68));
+}
+
+/// Every dialog, made as the desk makes it, with the texts that it shows at its fullest.
+class AllWindows {
+  public:
+    explicit AllWindows(Form1& main) : form2(main), form3(main), form4(main), form7(main) {
+        form4.elradio1[0].SetCaption("Set Sprite To 256x256");
+        form4.elradio1[1].SetCaption("Resize Pictures To 256x256");
+        form6.Label1.SetCaption("Extracting Frames...");
+        form7.Label5.SetCaption("60 fps");
+    }
+
+    std::vector<QWidget*> all() { return {&form2, &form3, &form4, &form5, &form6, &form7}; }
+
+    Form2 form2;
+    Form3 form3;
+    Form4 form4;
+    Form5 form5;
+    Form6 form6;
+    Form7 form7;
+};
+
+/// Where the ink of a text ends: the empty space behind its last letter may be cut.
+double ink_end(const QFont& font, const QString& words) {
+    return std::ceil(QFontMetricsF(look::display_font(font)).tightBoundingRect(words).right());
+}
+
+/// Where a control's caption ends, and where it may end at most; the first is 0 for a control without one.
+std::pair<double, double> extent_of_caption(const QWidget& widget) {
+    const auto end = [](const SkinnedControl& control, const char* part) {
+        const TextPart& text = control.part<TextPart>(part);
+        return text.Caption().isEmpty() ? 0 : text.Left + ink_end(text.Font(), text.Caption());
+    };
+    if (const auto* button = qobject_cast<const elboton*>(&widget)) {
+        return {end(*button, "label"), button->width() - 1};
+    }
+    if (const auto* radio = qobject_cast<const elradio*>(&widget)) {
+        return {end(*radio, "Label1"), radio->width()};
+    }
+    if (const auto* check = qobject_cast<const elcheck*>(&widget)) {
+        return {end(*check, "Label2"), check->width()};
+    }
+    if (const auto* label = qobject_cast<const ellabel*>(&widget)) {
+        return {end(*label, "Label2"), label->width()};
+    }
+    return {0, 0};
+}
+
+TEST_F(WindowsTest, EveryCaptionFitsItsControl) {
+    AllWindows windows(main());
+    std::vector<QWidget*> all = windows.all();
+    all.push_back(&main());
+    int captions = 0;
+    for (const QWidget* window : all) {
+        for (const QWidget* widget : window->findChildren<QWidget*>()) {
+            const auto [end, most] = extent_of_caption(*widget);
+            EXPECT_LE(end, most) << text(window->objectName() + " " + widget->objectName());
+            captions += end > 0 ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(captions, 48);
+    for (const elcombo* combo : {&windows.form2.elcombo1, &windows.form2.elcombo2}) {
+        for (std::int16_t i = 0; i < combo->ListCount(); ++i) {
+            const int arrow_left = combo->width() - 1 - 20;
+            EXPECT_LE(5 + ink_end(combo->Font(), combo->GetList(i)), arrow_left) << i;
+        }
+    }
+}
+
+TEST_F(WindowsTest, ControlsStandWithinTheirWindowsAndApart) {
+    AllWindows windows(main());
+    std::vector<QWidget*> all = windows.all();
+    all.push_back(&main());
+    for (const QWidget* window : all) {
+        const QList<SkinnedControl*> controls = window->findChildren<SkinnedControl*>();
+        for (const SkinnedControl* control : controls) {
+            const QString name = window->objectName() + " " + control->objectName();
+            EXPECT_TRUE(control->parentWidget()->rect().contains(control->geometry())) << text(name);
+            for (const SkinnedControl* other : controls) {
+                // The panel lies under all, and two frames stand at one place on purpose: one of them is
+                // hidden.
+                const bool apart = control != other && control->parentWidget() == other->parentWidget() &&
+                                   control->objectName() != "elpanel1" && other->objectName() != "elpanel1" &&
+                                   control->geometry() != other->geometry();
+                if (apart) {
+                    EXPECT_FALSE(control->geometry().intersects(other->geometry()))
+                        << text(name + " and " + other->objectName());
+                }
+            }
+        }
+    }
+}
+
+TEST_F(WindowsTest, EveryControlHasANameForScreenReaders) {
+    AllWindows windows(main());
+    std::vector<QWidget*> all = windows.all();
+    all.push_back(&main());
+    int named = 0;
+    for (const QWidget* window : all) {
+        for (QWidget* widget : window->findChildren<QWidget*>()) {
+            const bool is_used =
+                qobject_cast<elboton*>(widget) != nullptr || qobject_cast<elradio*>(widget) != nullptr ||
+                qobject_cast<elcheck*>(widget) != nullptr || qobject_cast<elprogress*>(widget) != nullptr ||
+                qobject_cast<elpanel*>(widget) != nullptr || qobject_cast<PictureBox*>(widget) != nullptr ||
+                qobject_cast<Label*>(widget) != nullptr || qobject_cast<QListWidget*>(widget) != nullptr ||
+                qobject_cast<DropDownList*>(widget) != nullptr || widget->objectName() == "Text1";
+            if (is_used) {
+                QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget);
+                ASSERT_NE(interface, nullptr);
+                EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty())
+                    << text(window->objectName() + " " + widget->objectName());
+                ++named;
+            }
+        }
+    }
+    EXPECT_GT(named, 50);
 }
 
 // The drag by the title.

@@ -15,23 +15,12 @@ namespace varnoth {
 namespace {
 
 /// What is no volume that a user keeps files on.
-constexpr std::array<const char*, 29> system_types{
+constexpr std::array<std::string_view, 29> system_types{
     "autofs",    "binfmt_misc", "bpf",      "cgroup",    "cgroup2", "configfs",        "debugfs",
     "devpts",    "devtmpfs",    "efivarfs", "efivars",   "fusectl", "hugetlbfs",       "mqueue",
     "nsfs",      "proc",        "pstore",   "ramfs",     "rootfs",  "rpc_pipefs",      "securityfs",
     "selinuxfs", "squashfs",    "sysfs",    "systemd-1", "tracefs", "fuse.gvfsd-fuse", "fuse.portal",
     "fuse.lxcfs"};
-
-bool is_system_volume(const QString& root, const QByteArray& type) {
-    if (std::ranges::any_of(system_types, [&](const char* system_type) { return type == system_type; })) {
-        return true;
-    }
-    const std::string folder = root.toStdString();
-    const bool below_system = is_within(folder, "/proc") || is_within(folder, "/sys") ||
-                              is_within(folder, "/dev") || is_within(folder, "/run");
-    // Sticks and discs may be mounted below /run, but not in memory.
-    return (below_system && (type == "tmpfs" || !is_within(folder, "/run"))) || type == "overlay";
-}
 
 QString described(const QStorageInfo& volume) {
     const QString root = volume.rootPath();
@@ -40,6 +29,16 @@ QString described(const QStorageInfo& volume) {
 
 } // namespace
 
+bool is_system_volume(const std::string& root, std::string_view type) {
+    if (type == "overlay" || std::ranges::find(system_types, type) != system_types.end()) {
+        return true;
+    }
+    if (is_within(root, "/run")) {
+        return type == "tmpfs"; // sticks and discs may be mounted there
+    }
+    return is_within(root, "/proc") || is_within(root, "/sys") || is_within(root, "/dev");
+}
+
 DriveList::DriveList(const QString& name, QWidget* parent) : DropDownList(name, parent) {
     const QStorageInfo root = QStorageInfo::root();
     std::vector<QStorageInfo> volumes{root};
@@ -47,7 +46,7 @@ DriveList::DriveList(const QString& name, QWidget* parent) : DropDownList(name, 
         // A single file may be mounted too.
         if (volume.isReady() && volume.rootPath() != root.rootPath() &&
             QFileInfo(volume.rootPath()).isDir() &&
-            !is_system_volume(volume.rootPath(), volume.fileSystemType())) {
+            !is_system_volume(volume.rootPath().toStdString(), volume.fileSystemType().toStdString())) {
             volumes.push_back(volume);
         }
     }

@@ -2,10 +2,14 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/qt/DropDownList.h"
 
 namespace varnoth {
+
+/// Whether the system mounts a volume of that type there for itself, and no user keeps files on it.
+bool is_system_volume(const std::string& root, std::string_view type);
 
 class DriveList : public DropDownList {
     Q_OBJECT

@@ -144,12 +144,6 @@ void ListBox::mouseMoveEvent(QMouseEvent* event) {
     }
 }
 
-void ListBox::mouseReleaseEvent(QMouseEvent* event) {
-    if (pressed_line_ >= 0) {
-        handle([&] { QListWidget::mouseReleaseEvent(event); });
-    }
-}
-
 void ListBox::keyPressEvent(QKeyEvent* event) {
     handle([&] {
         QListWidget::keyPressEvent(event);
@@ -172,12 +166,9 @@ void ListBox::focusInEvent(QFocusEvent* event) {
 
 QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex& index,
                                                               const QEvent* event) const {
-    const QEvent::Type type = event == nullptr ? QEvent::None : event->type();
-    if (type == QEvent::MouseButtonRelease) {
-        // Qt would leave a press on a marked line to the release, and set marks again that Click took off.
-        return QItemSelectionModel::NoUpdate;
-    }
-    if (type == QEvent::MouseButtonPress && index.isValid()) {
+    if (event != nullptr && event->type() == QEvent::MouseButtonPress && index.isValid()) {
+        // Qt would wait for the release where the line is marked already, and shift would keep marks
+        // elsewhere.
         const auto modifiers = static_cast<const QMouseEvent*>(event)->modifiers();
         if (!modifiers.testFlag(Qt::ControlModifier)) {
             return modifiers.testFlag(Qt::ShiftModifier) ? clear_and_select_range

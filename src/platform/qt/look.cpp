@@ -1,5 +1,6 @@
 #include "platform/qt/look.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
@@ -39,29 +40,40 @@ constexpr int narrowest_stretch = 60;
 constexpr std::array<const char*, 6> stand_ins{
     "DejaVu Sans Condensed", "Liberation Sans", "Noto Sans", "Arial", "Nimbus Sans", "DejaVu Sans"};
 
+// The list is asked and not each family: a family that is not there is looked for among aliases, which takes
+// long.
 bool is_there(const QString& family) {
-    // Families like "Serif" that stand for others are listed only.
-    return QFontDatabase::hasFamily(family) || QFontDatabase::families().contains(family);
+    const QStringList families = QFontDatabase::families();
+    return families.contains(family, Qt::CaseInsensitive) ||
+           std::ranges::any_of(families, [&](const QString& listed) {
+               return listed.startsWith(family + " [", Qt::CaseInsensitive); // one of several foundries
+           });
 }
 
 QString stand_in_family() {
     for (const char* family : stand_ins) {
-        if (QFontDatabase::hasFamily(QString::fromLatin1(family))) {
+        if (is_there(QString::fromLatin1(family))) {
             return QString::fromLatin1(family);
         }
     }
     return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
 }
 
-bool is_wider_than_design(const QFont& font) {
-    return QFontMetricsF(font).horizontalAdvance(QLatin1String(reference_text)) >
-           reference_width * font.pixelSize();
+/// How wide the reference text is, as a multiple of its width in Tahoma.
+double relative_width(const QFont& font) {
+    return QFontMetricsF(font).horizontalAdvance(QLatin1String(reference_text)) /
+           (reference_width * font.pixelSize());
 }
 
 void narrow(QFont& font) {
-    // What a stretch comes to depends on the faces that the family has, so it is tried out.
-    for (int stretch = plain_stretch; is_wider_than_design(font) && stretch >= narrowest_stretch; --stretch) {
-        font.setStretch(stretch);
+    const double plain_width = relative_width(font);
+    if (plain_width <= 1) {
+        return;
+    }
+    // What a stretch comes to depends on the faces that the family has, so it is tried out from just above.
+    int stretch = static_cast<int>(plain_stretch / plain_width) + 1;
+    for (font.setStretch(stretch); relative_width(font) > 1 && stretch > narrowest_stretch;) {
+        font.setStretch(--stretch);
     }
 }
 
@@ -138,6 +150,8 @@ class EnabledLook {
     QStyle::State state_;
 };
 
+constexpr int least_line_height = 16;
+
 void draw_raised(QPainter& painter, const QRect& box, bool sunken) {
     const QColor light = to_qcolor(sunken ? edge_dark : edge_light);
     const QColor dark = to_qcolor(sunken ? edge_light : edge_dark);
@@ -175,7 +189,18 @@ class LookStyle : public QProxyStyle {
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
         const EnabledLook look(option, widget);
-        QProxyStyle::drawControl(element, option, painter, widget);
+        if (element == CE_PushButtonBevel) {
+            draw_raised(*painter, option->rect, option->state.testFlag(State_Sunken));
+        } else {
+            QProxyStyle::drawControl(element, option, painter, widget);
+        }
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                           const QWidget* widget) const override {
+        const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        // A font whose lines stand close leaves no room between the lines of a list.
+        return type == CT_ItemViewItem ? size.expandedTo({0, least_line_height}) : size;
     }
 
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,

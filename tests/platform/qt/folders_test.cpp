@@ -203,6 +203,18 @@ TEST_F(FolderListBoxTest, StartsInTheCurrentFolder) {
 
 // Drives.
 
+TEST(DriveList, KnowsWhatTheSystemMountsForItself) {
+    EXPECT_FALSE(is_system_volume("/home", "ext4"));
+    EXPECT_FALSE(is_system_volume("/run/media/me/STICK", "vfat"));
+    EXPECT_FALSE(is_system_volume("/tmp", "tmpfs"));
+    EXPECT_FALSE(is_system_volume("/development", "ext4"));
+    EXPECT_TRUE(is_system_volume("/run/user/1000", "tmpfs"));
+    EXPECT_TRUE(is_system_volume("/dev/shm", "tmpfs"));
+    EXPECT_TRUE(is_system_volume("/proc/sys/fs/binfmt_misc", "other"));
+    EXPECT_TRUE(is_system_volume("/snap/core/1", "squashfs"));
+    EXPECT_TRUE(is_system_volume("/var/lib/docker/overlay2/x/merged", "overlay"));
+}
+
 TEST(DriveList, TheRootIsThereOnceAndWhatTheSystemMountsForItselfIsNot) {
     const DriveList drives("Drive1", nullptr);
     int roots = 0;

@@ -168,6 +168,12 @@ TEST_F(ListBoxTest, AMarkThatClickTakesOffStaysOffWhenTheButtonIsReleased) {
     EXPECT_EQ(list_.ListIndex(), 2);
 }
 
+TEST_F(ListBoxTest, MarksThatClickSetsStayWhenTheButtonIsReleased) {
+    on_event(&list_, &ListBox::Click, &list_, [this] { list_.SetSelected(4, true); });
+    click(list_, 2);
+    EXPECT_EQ(marks(list_), (Lines{2, 4}));
+}
+
 TEST_F(ListBoxTest, APressBesideTheLinesChangesNothing) {
     click(list_, 1);
     clicks_.clear();
@@ -181,6 +187,12 @@ TEST_F(ListBoxTest, APressBesideTheLinesChangesNothing) {
     EXPECT_EQ(double_clicks_, 0);
     EXPECT_EQ(list_.ListIndex(), 1);
     EXPECT_EQ(marks(list_), Lines{1});
+}
+
+TEST_F(ListBoxTest, AReleaseBesideTheLinesLeavesTheMarks) {
+    QTest::mousePress(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 2));
+    QTest::mouseRelease(list_.viewport(), Qt::LeftButton, {}, {20, middle_of(list_, 4).y() + 40});
+    EXPECT_EQ(marks(list_), Lines{2});
 }
 
 TEST_F(ListBoxTest, OtherButtonsChangeNothing) {
