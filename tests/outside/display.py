@@ -5,6 +5,7 @@ import os
 import shutil
 import struct
 import subprocess
+import sys
 import tempfile
 import time
 
@@ -65,11 +66,12 @@ class Picture:
                 begin = None
         return found
 
-    def turned(self):
-        """Rows become columns."""
-        return Picture(self.height, self.width,
-                       b"".join(self.data[4 * (y * self.width + x):][:4] for x in range(self.width)
-                                for y in range(self.height)))
+    def count(self, pixel):
+        """How many of the pixels are like the given one: for each column, and for each row."""
+        pixels = memoryview(self.data).cast("I")
+        value = int.from_bytes(pixel, sys.byteorder)
+        return ([pixels[x::self.width].tolist().count(value) for x in range(self.width)],
+                [pixels[y * self.width:(y + 1) * self.width].tolist().count(value) for y in range(self.height)])
 
 
 class Display:
