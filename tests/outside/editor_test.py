@@ -27,7 +27,6 @@ EXTRACT_OVERWRITE, EXTRACT_OK = (230, 207), (189, 241)
 PLAY, FASTER, SLOWER = (47, 310), (195, 310), (171, 310)
 
 # Places that are looked at: left, top, width, height in the pixels of their window.
-PATH_FIELD = (17, 45, 359, 16)
 FRAME_LIST = (16, 84, 241, 349)
 FRAME = (302, 81, 32, 32)
 FOLDERS, FILES = (16, 68, 216, 391), (242, 68, 223, 391)
@@ -103,10 +102,11 @@ class EditorTest(unittest.TestCase):
         self.display.wait_until_gone(chooser)
 
     def open(self, path):
-        before = self.look(self.main, PATH_FIELD)
+        before = self.look(self.main, FRAME_LIST)
         self.click(self.main, OPEN_BUTTON)
         self.choose_file(OPEN_CHOOSER, path)
-        self.wait_for_change(self.main, PATH_FIELD, before)
+        # The chooser goes before the file is read.
+        self.wait_for_change(self.main, FRAME_LIST, before)
 
     # What a user sees.
 
