@@ -33,6 +33,7 @@ FOLDERS, FILES = (16, 68, 216, 391), (242, 68, 223, 391)
 PICTURE = (483, 41, 64, 64)
 SIZE_QUESTION = (488, 358, 247, 61)
 TRANSPARENT_COLOUR = (624, 434, 34, 18)
+LEAST_LINE_HEIGHT = 12
 PLAYED, SPEED = (13, 37, 32, 32), (213, 300, 56, 20)
 
 # The title starts there in its window.
@@ -101,12 +102,12 @@ class EditorTest(unittest.TestCase):
         self.display.press("Return")
         self.display.wait_until_gone(chooser)
 
-    def open(self, path):
-        before = self.look(self.main, FRAME_LIST)
+    def open(self, path, frames):
         self.click(self.main, OPEN_BUTTON)
         self.choose_file(OPEN_CHOOSER, path)
-        # The chooser goes before the file is read.
-        self.wait_for_change(self.main, FRAME_LIST, before)
+        # The chooser goes before the file is read, and leaves a hole until the window is painted again.
+        wait_for("the frames of the opened sprite", lambda: self.shows_first_of(frames))
+        self.display.wait_until_still()
 
     # What a user sees.
 
@@ -116,6 +117,11 @@ class EditorTest(unittest.TestCase):
 
     def wait_for_change(self, window, place, before):
         wait_for(f"another look of {place}", lambda: self.look(window, place) != before)
+
+    def shows_first_of(self, frames):
+        """Whether the list of frames has so many lines, the first one selected: its text is dark."""
+        bands = self.look(self.main, FRAME_LIST).bands(is_text)
+        return len(bands) == frames - 1 and bands[0][0] > LEAST_LINE_HEIGHT
 
     def wait_for_lines(self, window, place, count, kind=is_text):
         """The middles of the lines of a list, from the top of its window."""
@@ -147,7 +153,7 @@ class Session(EditorTest):
                   "--pick", "20,30", "--choice", "resize", "--save", walked_sprite)
         self.assertEqual(read(sprite), read(walked_sprite))
 
-        self.open(sprite)
+        self.open(sprite, frames=4)
         self.move_third_line_up()
         first = read(sprite)
         self.click(self.main, SAVE_BUTTON)
@@ -182,6 +188,7 @@ class Session(EditorTest):
         self.click(self.main, IMPORT_BUTTON)
         dialog = self.display.wait_for_window(ADD)
         middle, = self.wait_for_lines(dialog, FOLDERS, 1, is_closed_folder)
+        self.display.wait_until_still()
         self.click(dialog, (FOLDERS[0] + 100, middle), times=2)
         lines = self.wait_for_lines(dialog, FILES, 8)
         unasked = self.look(dialog, SIZE_QUESTION)
@@ -200,7 +207,6 @@ class Session(EditorTest):
         self.display.wait_until_gone(dialog)
 
     def move_third_line_up(self):
-        # The first line is the chosen one; its text is dark.
         lines = self.wait_for_lines(self.main, FRAME_LIST, 3)
         before = self.look(self.main, FRAME)
         self.click(self.main, (FRAME_LIST[0] + 100, lines[1]))
@@ -243,7 +249,7 @@ class FatalEnd(EditorTest):
         sprite = os.path.join(self.display.folder, "two.spr")
         self.walk("--pictures", SAMPLES, "--select", "explosion_1.bmp", "--select", "explosion_2.bmp", "--save", sprite)
         self.start()
-        self.open(sprite)
+        self.open(sprite, frames=2)
         self.click(self.main, (310, 90), times=2)
         dialog = self.display.wait_for_window(PREVIEW)
         self.click(dialog, PLAY)
