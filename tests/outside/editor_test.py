@@ -1,0 +1,312 @@
+#!/usr/bin/env python3
+"""Uses the built editor as its user does, on a virtual display with a small window manager, by a real pointer and real
+keys. Usage: editor_test.py VARNOTH WALKTHROUGH SAMPLES [TEST...]"""
+import os
+import shutil
+import subprocess
+import sys
+import unittest
+
+from display import Display, corner_while_dragged, wait_for
+
+VARNOTH, WALKTHROUGH, SAMPLES = sys.argv[1:4]
+
+MAIN, NEW, ADD, EXTRACT, PREVIEW = "Varnoth 1.0", "New Sprite", "Add Frame/s", "Extract Frame/s", "Animation Preview"
+OPEN_CHOOSER, SAVE_CHOOSER = "Open", "Save As"
+FATAL_END = 70
+
+# Middles of what is clicked, in the pixels of its window.
+CLOSE_MAIN, CLOSE_PREVIEW = (558, 17), (264, 17)
+OPEN_BUTTON, NEW_BUTTON, SAVE_BUTTON = (413, 53), (473, 53), (533, 53)
+EXPORT_BUTTON, IMPORT_BUTTON = (111, 453), (233, 453)
+UP_ARROW = (274, 247)
+NEW_NAME, NEW_WIDTH, NEW_HEIGHT, NEW_RENDER, NEW_OK = (142, 47), (96, 75), (189, 75), (142, 131), (140, 167)
+ADD_RESIZE, ADD_PICK, ADD_OK = (540, 409), (707, 442), (657, 484)
+EXTRACT_FOLDER, EXTRACT_TGA, EXTRACT_COMPRESSED = (110, 68), (40, 137), (200, 137)
+EXTRACT_OVERWRITE, EXTRACT_OK = (230, 207), (189, 241)
+PLAY, FASTER, SLOWER = (47, 310), (195, 310), (171, 310)
+
+# Places that are looked at: left, top, width, height in the pixels of their window.
+FRAME_LIST = (16, 84, 241, 349)
+FRAME = (302, 81, 32, 32)
+FOLDERS, FILES = (16, 68, 216, 391), (242, 68, 223, 391)
+PICTURE = (483, 41, 64, 64)
+SIZE_QUESTION = (488, 358, 247, 61)
+TRANSPARENT_COLOUR = (624, 434, 34, 18)
+LEAST_LINE_HEIGHT = 12
+PLAYED, SPEED = (13, 37, 32, 32), (213, 300, 56, 20)
+
+# The title starts there in its window.
+TITLE = (30, 9)
+
+
+def is_text(colour):
+    return min(colour) > 100
+
+
+def is_closed_folder(colour):
+    return colour == (136, 145, 128)
+
+
+def read(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
+def contents(folder):
+    return {name: read(os.path.join(folder, name)) for name in os.listdir(folder)}
+
+
+class EditorTest(unittest.TestCase):
+    def setUp(self):
+        self.display = Display()
+        self.addCleanup(self.display.close)
+        self.desktop = self.display.look()
+
+    def start(self):
+        self.errors = os.path.join(self.display.folder, "errors")
+        with open(self.errors, "wb") as errors:
+            self.editor = self.display.start([VARNOTH], more={"QT_QPA_PLATFORM": "xcb"}, cwd=self.display.home,
+                                             stdout=errors, stderr=errors)
+        self.main = self.display.wait_for_window(MAIN)
+
+    def end_with(self, status):
+        wait_for("the end of the editor", lambda: self.editor.poll() is not None)
+        self.assertEqual(read(self.errors).decode(), "")
+        self.assertEqual(self.editor.returncode, status)
+
+    def walk(self, *arguments):
+        """What the scripted user makes."""
+        subprocess.run([WALKTHROUGH, *arguments], check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                       env=self.display.environment, timeout=60)
+
+    # What a user does.
+
+    def click(self, window, point, **options):
+        left, top, _, _ = self.display.place_of(window)
+        self.display.click(left + point[0], top + point[1], **options)
+
+    def fill_in(self, window, field, text):
+        self.click(window, field)
+        self.display.press("ctrl+a")
+        self.display.type(text)
+
+    def answer_box(self):
+        box = self.display.wait_for_window(MAIN, but=[self.main])
+        self.display.press("Return")
+        self.display.wait_until_gone(box)
+
+    def choose_file(self, title, path):
+        chooser = self.display.wait_for_window(title)
+        self.display.type(path)
+        self.display.press("Return")
+        self.display.wait_until_gone(chooser)
+
+    def open(self, path, frames):
+        self.click(self.main, OPEN_BUTTON)
+        self.choose_file(OPEN_CHOOSER, path)
+        # The chooser goes before the file is read, and leaves a hole until the window is painted again.
+        wait_for("the frames of the opened sprite", lambda: self.shows_first_of(frames))
+        self.display.wait_until_still()
+
+    # What a user sees.
+
+    def look(self, window, place):
+        left, top, _, _ = self.display.place_of(window)
+        return self.display.look(left + place[0], top + place[1], *place[2:])
+
+    def wait_for_change(self, window, place, before):
+        wait_for(f"another look of {place}", lambda: self.look(window, place) != before)
+
+    def shows_first_of(self, frames):
+        """Whether the list of frames has so many lines, the first one selected: its text is dark."""
+        bands = self.look(self.main, FRAME_LIST).bands(is_text)
+        return len(bands) == frames - 1 and bands[0][0] > LEAST_LINE_HEIGHT
+
+    def wait_for_lines(self, window, place, count, kind=is_text):
+        """The middles of the lines of a list, from the top of its window."""
+        bands = wait_for(f"{count} lines in a list", lambda: self.bands_if(window, place, count, kind))
+        return [place[1] + (begin + end) // 2 for begin, end in bands]
+
+    def bands_if(self, window, place, count, kind):
+        bands = self.look(window, place).bands(kind)
+        return bands if len(bands) == count else None
+
+
+class Session(EditorTest):
+    def test_a_sprite_is_made_saved_opened_reordered_played_and_taken_apart(self):
+        pictures = self.display.make_folder("home", "Pictures", "fire")
+        for number in range(8):
+            shutil.copy(os.path.join(SAMPLES, f"explosion_{number + 4}.bmp"), pictures)
+        made, walked = self.display.make_folder("made"), self.display.make_folder("walked")
+        sprite, walked_sprite = os.path.join(made, "fire.spr"), os.path.join(walked, "fire.spr")
+        exported, walked_export = self.display.make_folder("exported"), self.display.make_folder("walked_export")
+
+        self.start()
+        self.make_new()
+        self.add_frames()
+        self.click(self.main, SAVE_BUTTON)
+        self.choose_file(SAVE_CHOOSER, sprite)
+        self.answer_box()
+        self.walk("--size", "32x24", "--render", "2", "--pictures", pictures,
+                  *(word for number in (4, 5, 6, 8) for word in ("--select", f"explosion_{number}.bmp")),
+                  "--pick", "20,30", "--choice", "resize", "--save", walked_sprite)
+        self.assertEqual(read(sprite), read(walked_sprite))
+
+        self.open(sprite, frames=4)
+        self.move_third_line_up()
+        first = read(sprite)
+        self.click(self.main, SAVE_BUTTON)
+        wait_for("the sprite to be saved", lambda: read(sprite) != first and len(read(sprite)) == len(first))
+        self.walk("--open", walked_sprite, "--move", "2:up", "--export", walked_export, "--format", "tga",
+                  "--compressed", "--if-exists", "overwrite")
+        self.walk("--open", walked_sprite, "--move", "2:up", "--save", walked_sprite)
+        self.assertEqual(read(sprite), read(walked_sprite))
+
+        self.export(exported)
+        self.assertGreater(len(contents(walked_export)), 1)
+        self.assertEqual(contents(exported), contents(walked_export))
+
+        self.play()
+        self.click(self.main, CLOSE_MAIN)
+        self.end_with(0)
+
+    def make_new(self):
+        self.click(self.main, NEW_BUTTON)
+        dialog = self.display.wait_for_window(NEW)
+        self.fill_in(dialog, NEW_NAME, "fire")
+        self.fill_in(dialog, NEW_WIDTH, "32")
+        self.fill_in(dialog, NEW_HEIGHT, "24")
+        before = self.display.wait_until_still()
+        self.click(dialog, NEW_RENDER)
+        wait_for("the list of the render modes", lambda: self.display.look() != before)
+        self.display.press("Home", "Down", "Down", "Return")
+        self.click(dialog, NEW_OK)
+        self.display.wait_until_gone(dialog)
+
+    def add_frames(self):
+        self.click(self.main, IMPORT_BUTTON)
+        dialog = self.display.wait_for_window(ADD)
+        middle, = self.wait_for_lines(dialog, FOLDERS, 1, is_closed_folder)
+        self.display.wait_until_still()
+        self.click(dialog, (FOLDERS[0] + 100, middle), times=2)
+        lines = self.wait_for_lines(dialog, FILES, 8)
+        unasked = self.look(dialog, SIZE_QUESTION)
+        for line, key in ((0, None), (2, "shift"), (4, "ctrl")):
+            before = self.look(dialog, PICTURE)
+            self.click(dialog, (FILES[0] + 100, lines[line]), key=key)
+            self.wait_for_change(dialog, PICTURE, before)
+        self.assertNotEqual(self.look(dialog, SIZE_QUESTION), unasked)
+        self.click(dialog, ADD_RESIZE)
+        before = self.look(dialog, TRANSPARENT_COLOUR)
+        self.click(dialog, ADD_PICK)
+        self.click(dialog, (PICTURE[0] + 20, PICTURE[1] + 30))
+        self.wait_for_change(dialog, TRANSPARENT_COLOUR, before)
+        self.click(dialog, ADD_OK)
+        self.answer_box()
+        self.display.wait_until_gone(dialog)
+
+    def move_third_line_up(self):
+        lines = self.wait_for_lines(self.main, FRAME_LIST, 3)
+        before = self.look(self.main, FRAME)
+        self.click(self.main, (FRAME_LIST[0] + 100, lines[1]))
+        self.wait_for_change(self.main, FRAME, before)
+        frame, unmoved = self.look(self.main, FRAME), self.look(self.main, FRAME_LIST)
+        self.click(self.main, UP_ARROW)
+        self.wait_for_change(self.main, FRAME_LIST, unmoved)
+        self.assertEqual(self.look(self.main, FRAME), frame)
+
+    def export(self, folder):
+        self.click(self.main, (FRAME_LIST[0] + 100, FRAME_LIST[1] + 8))
+        self.display.press("ctrl+a")
+        # Selected lines are dark.
+        wait_for("all lines to be selected", lambda: not self.look(self.main, FRAME_LIST).bands(is_text))
+        self.click(self.main, EXPORT_BUTTON)
+        dialog = self.display.wait_for_window(EXTRACT)
+        self.fill_in(dialog, EXTRACT_FOLDER, folder)
+        for point in (EXTRACT_TGA, EXTRACT_COMPRESSED, EXTRACT_OVERWRITE, EXTRACT_OK):
+            self.click(dialog, point)
+        self.display.wait_until_gone(dialog)
+
+    def play(self):
+        left, top, width, height = FRAME
+        self.click(self.main, (left + width // 2, top + height // 2), times=2)
+        dialog = self.display.wait_for_window(PREVIEW)
+        stopped = self.display.wait_until_still()
+        self.click(dialog, PLAY)
+        for _ in range(3):
+            self.wait_for_change(dialog, PLAYED, self.look(dialog, PLAYED))
+        place = self.display.place_of(dialog)
+        before = stopped.cut(place[0] + SPEED[0], place[1] + SPEED[1], *SPEED[2:])
+        self.click(dialog, FASTER)
+        self.wait_for_change(dialog, SPEED, before)
+        self.click(dialog, CLOSE_PREVIEW)
+        self.display.wait_until_gone(dialog)
+
+
+class FatalEnd(EditorTest):
+    def test_a_speed_of_0_is_told_in_one_box_and_ends_with_70(self):
+        sprite = os.path.join(self.display.folder, "two.spr")
+        self.walk("--pictures", SAMPLES, "--select", "explosion_1.bmp", "--select", "explosion_2.bmp", "--save", sprite)
+        self.start()
+        self.open(sprite, frames=2)
+        self.click(self.main, (310, 90), times=2)
+        dialog = self.display.wait_for_window(PREVIEW)
+        self.click(dialog, PLAY)
+        self.click(dialog, SLOWER, times=14)
+        self.assertEqual(len(self.display.windows()), 2)
+        self.click(dialog, SLOWER)
+        box = self.display.wait_for_window(MAIN, but=[self.main])
+        # Neither a click nor a tick of the timer makes another one.
+        self.click(dialog, SLOWER, times=3)
+        self.display.wait_until_still()
+        self.assertEqual(self.display.windows(), {self.main, dialog, box})
+        self.assertIsNone(self.editor.poll())
+        self.display.xdotool("windowactivate", "--sync", box)
+        self.display.press("Return")
+        self.end_with(FATAL_END)
+
+
+class Drag(EditorTest):
+    def test_the_title_moves_the_window_by_the_pointer_less_a_fifteenth_of_the_grab(self):
+        self.start()
+        left, top, width, height = self.display.place_of(self.main)
+        self.display.point(0, 0)
+        self.display.wait_until_still()
+        painted = self.display.look(left, top, width, height)
+        for grab, way in (((100, 3), ((700, 500), (640, 41))), ((8, 7), ((301, 204),)), ((7, 8), ((4, 2), (512, 300)))):
+            left, top, _, _ = self.display.place_of(self.main)
+            self.display.point(left + TITLE[0] + grab[0], top + TITLE[1] + grab[1])
+            self.display.xdotool("mousedown", 1)
+            for pointer in way:
+                self.display.point(*pointer)
+                self.wait_for_corner(corner_while_dragged(pointer, grab), grab, pointer)
+            self.display.xdotool("mouseup", 1)
+            corner = corner_while_dragged(way[-1], grab)
+            self.check_painted(corner, painted)
+        self.check_still_after_release(corner)
+
+    def wait_for_corner(self, corner, grab, pointer):
+        wait_for(f"the window at {corner}, grabbed at {grab}, the pointer at {pointer}",
+                 lambda: self.display.place_of(self.main)[:2] == corner)
+
+    def check_painted(self, corner, painted):
+        """The window's pixels and nothing else but the desktop."""
+        self.display.point(0, 0)
+        expected = bytearray(self.desktop.data)
+        for y in range(painted.height):
+            start = 4 * (self.desktop.width * (corner[1] + y) + corner[0])
+            expected[start:start + 4 * painted.width] = painted.row(y)
+        wait_for("the painted window at its new place alone", lambda: self.display.look().data == bytes(expected))
+
+    def check_still_after_release(self, corner):
+        for pointer in ((600, 350), (900, 700), (corner[0] + 200, corner[1] + 15)):
+            self.display.point(*pointer)
+        # What comes of a later click has seen these moves.
+        self.click(self.main, NEW_BUTTON)
+        self.display.wait_for_window(NEW)
+        self.assertEqual(self.display.place_of(self.main)[:2], corner)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])

@@ -1,0 +1,136 @@
+#!/usr/bin/env python3
+"""Drags the built editor's window by its title on a Wayland compositor, with a real pointer: the compositor has a
+window on a virtual display. Usage: wayland_test.py VARNOTH [TEST...]"""
+import os
+import re
+import subprocess
+import sys
+import unittest
+
+from display import Display, wait_for
+
+VARNOTH = sys.argv[1]
+
+WIDTH, HEIGHT = 575, 477
+TITLE_GRAB = (200, 18)
+CLOSE_BOX = (558, 17)
+
+# The compositor draws nothing of its own but a ground of one colour, and the pointer.
+GROUND = (32, 64, 128)
+SETTINGS = """[core]
+idle-time=0
+[shell]
+panel-position=none
+background-color=0xff204080
+animation=none
+startup-animation=none
+close-animation=none
+focus-animation=none
+locking=false
+"""
+
+# More than the pointer covers.
+LEAST_PIXELS = 100
+
+MOVE_REQUEST = r"-> xdg_toplevel@\d+\.move\("
+
+
+class Wayland(unittest.TestCase):
+    def setUp(self):
+        self.display = Display(1024, 768, window_manager=False)
+        self.addCleanup(self.display.close)
+        settings = os.path.join(self.display.folder, "weston.ini")
+        with open(settings, "w", encoding="ascii") as file:
+            file.write(SETTINGS)
+        self.display.start(["weston", "--backend=x11-backend.so", "--use-pixman", "--width=1024", "--height=768",
+                            "--socket=wayland-varnoth", "--config=" + settings],
+                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.ground = wait_for("the compositor's ground", self.find_ground)
+        self.start()
+
+    def start(self):
+        self.protocol = os.path.join(self.display.folder, "protocol")
+        with open(self.protocol, "wb") as protocol:
+            self.editor = self.display.start(
+                [VARNOTH], stdout=protocol, stderr=protocol,
+                more={"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": "wayland-varnoth", "WAYLAND_DEBUG": "1"})
+        self.corner = wait_for("the window", self.find_window)
+
+    def find_ground(self):
+        """A pixel of the ground, as soon as the ground is there."""
+        pixel = self.display.look().data[-4:]
+        return pixel if (pixel[2], pixel[1], pixel[0]) == GROUND else None
+
+    def find_window(self):
+        """Left and top of the one window, when all of it is there."""
+        screen = self.display.look()
+        corner = []
+        for counts, across, length in zip(screen.count(self.ground), (screen.height, screen.width), (WIDTH, HEIGHT)):
+            covered = [at for at, count in enumerate(counts) if across - count >= LEAST_PIXELS]
+            if not covered or covered != list(range(covered[0], covered[0] + length)):
+                return None
+            corner.append(covered[0])
+        return tuple(corner)
+
+    def told(self, pattern):
+        """How many lines of the protocol between the editor and the compositor match."""
+        with open(self.protocol, encoding="utf-8", errors="replace") as file:
+            return sum(bool(re.search(pattern, line)) for line in file)
+
+    def point(self, x, y):
+        self.display.point(self.corner[0] + x, self.corner[1] + y)
+
+    def move_pointer_away(self):
+        """Beside the window, where there is more room."""
+        self.display.point(2 if self.is_at_right() else self.display.width - 24, 2)
+
+    def is_at_right(self):
+        return 2 * self.corner[0] + WIDTH > self.display.width
+
+    def painted(self):
+        return self.display.look(*self.corner, WIDTH, HEIGHT)
+
+    def wait_for_corner(self, corner):
+        wait_for(f"the window at {corner}", lambda: self.find_window() == corner)
+        self.corner = corner
+
+    def test_the_title_drag_asks_the_compositor_which_moves_the_window_until_the_release(self):
+        self.move_pointer_away()
+        before = self.display.wait_until_still()
+        painted = self.painted()
+        start = self.corner
+        # The compositor has put the window anywhere; it goes where there is room.
+        inward = (-1 if self.is_at_right() else 1, -1 if 2 * start[1] + HEIGHT > self.display.height else 1)
+
+        self.point(*TITLE_GRAB)
+        self.display.xdotool("mousedown", 1)
+        wait_for("the press", lambda: self.told(r"wl_pointer@\d+\.button\(") == 1)
+        self.assertEqual(self.told(MOVE_REQUEST), 0)
+        self.point(TITLE_GRAB[0] + 9 * inward[0], TITLE_GRAB[1] + 4 * inward[1])
+        wait_for("the request", lambda: self.told(MOVE_REQUEST) == 1)
+        # From the next move on, the compositor takes the window along all the way from the press.
+        for way in ((60, 30), (41, 75)):
+            way = (way[0] * inward[0], way[1] * inward[1])
+            self.display.point(start[0] + TITLE_GRAB[0] + way[0], start[1] + TITLE_GRAB[1] + way[1])
+            self.wait_for_corner((start[0] + way[0], start[1] + way[1]))
+        self.display.xdotool("mouseup", 1)
+        self.assertEqual(self.told(MOVE_REQUEST), 1)
+
+        # The pointer is the window's again.
+        motions = self.told(r"wl_pointer@\d+\.motion\(")
+        self.point(300, 200)
+        self.point(330, 240)
+        wait_for("the window to hear of the pointer", lambda: self.told(r"wl_pointer@\d+\.motion\(") > motions)
+        self.move_pointer_away()
+        wait_for("the same window at its new place", lambda: self.painted() == painted)
+        self.assertEqual(self.find_window(), self.corner)
+        self.assertNotEqual(self.display.look(), before)
+
+        self.point(*CLOSE_BOX)
+        self.display.xdotool("click", 1)
+        wait_for("the end of the editor", lambda: self.editor.poll() is not None)
+        self.assertEqual(self.editor.returncode, 0)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[2:]])
