@@ -1,8 +1,10 @@
 """A display of its own for a test that uses a program as its user does: screenshots, windows, a real pointer and real
 keys. Nothing waits for a fixed time; what is awaited and does not come fails with what was awaited."""
+import ctypes
 import mmap
 import os
 import shutil
+import signal
 import struct
 import subprocess
 import sys
@@ -10,6 +12,9 @@ import tempfile
 import time
 
 PATIENCE = 60
+
+# Of <sys/prctl.h>.
+PR_SET_PDEATHSIG = 1
 
 # What libraries of the desktop do not give back at the end is not the program's.
 LEAKS = "leak:libdbus-1.so\nleak:libwayland-client.so\n"
@@ -26,6 +31,11 @@ def wait_for(what, condition, patience=PATIENCE):
         if time.monotonic() > end:
             raise AssertionError("in vain: " + what)
         time.sleep(GLANCE)
+
+
+def end_with_the_test():
+    """In a process that is about to start: it does not outlive the test, even one that is killed."""
+    ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
 
 
 class Picture:
@@ -99,9 +109,12 @@ class Display:
 
     def close(self):
         for process in reversed(self.processes):
-            if process.poll() is None:
+            process.terminate()
+            try:
+                process.wait(timeout=10)
+            except subprocess.TimeoutExpired:
                 process.kill()
-            process.wait()
+                process.wait()
         shutil.rmtree(self.folder)
 
     def make_folders(self):
@@ -109,13 +122,14 @@ class Display:
         leaks = os.path.join(self.folder, "leaks")
         with open(leaks, "w", encoding="ascii") as file:
             file.write(LEAKS)
-        # Nothing of the user who runs the test, neither desktop nor settings.
+        # Nothing of the user who runs the test, neither desktop nor settings nor language.
         self.environment = {name: value for name, value in os.environ.items()
-                            if not name.startswith(("XDG_", "QT_", "DISPLAY", "WAYLAND_", "DBUS_", "DESKTOP", "KDE_"))}
+                            if not name.startswith(("XDG_", "QT_", "DISPLAY", "WAYLAND_", "DBUS_", "DESKTOP", "KDE_", "LC_", "LANG"))}
         self.environment.update(HOME=self.home, XDG_CONFIG_HOME=self.make_folder("home", "config"),
                                 XDG_CACHE_HOME=self.make_folder("home", "cache"),
                                 XDG_DATA_HOME=self.make_folder("home", "data"),
-                                XDG_RUNTIME_DIR=self.make_folder("runtime"), NO_AT_BRIDGE="1",
+                                XDG_RUNTIME_DIR=self.make_folder("runtime"), LC_ALL="C.UTF-8",
+                                DBUS_SESSION_BUS_ADDRESS="disabled:",
                                 LSAN_OPTIONS="print_suppressions=0:suppressions=" + leaks)
 
     def make_folder(self, *parts):
@@ -125,7 +139,8 @@ class Display:
 
     def start(self, command, **options):
         options.setdefault("stdin", subprocess.DEVNULL)
-        process = subprocess.Popen(command, env={**self.environment, **options.pop("more", {})}, **options)
+        process = subprocess.Popen(command, env={**self.environment, **options.pop("more", {})},
+                                   preexec_fn=end_with_the_test, **options)
         self.processes.append(process)
         return process
 
@@ -208,7 +223,7 @@ class Display:
         words = ["mousemove", x, y]
         if key:
             words += ["keydown", key]
-        words += ["click", "--repeat", times, "--delay", 30, 1]
+        words += ["click", "--repeat", times, "--delay", 10, 1]
         if key:
             words += ["keyup", key]
         self.xdotool(*words)

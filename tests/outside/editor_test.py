@@ -28,16 +28,19 @@ PLAY, FASTER, SLOWER = (47, 310), (195, 310), (171, 310)
 
 # Places that are looked at: left, top, width, height in the pixels of their window.
 FRAME_LIST = (16, 84, 241, 349)
+RENDER_LIST = (62, 144, 50, 30)
 FRAME = (302, 81, 32, 32)
 FOLDERS, FILES = (16, 68, 216, 391), (242, 68, 223, 391)
 PICTURE = (483, 41, 64, 64)
 SIZE_QUESTION = (488, 358, 247, 61)
 TRANSPARENT_COLOUR = (624, 434, 34, 18)
-LEAST_LINE_HEIGHT = 12
 PLAYED, SPEED = (13, 37, 32, 32), (213, 300, 56, 20)
 
 # The title starts there in its window.
 TITLE = (30, 9)
+
+# Of a line in a list.
+LEAST_LINE_HEIGHT = 12
 
 
 def is_text(colour):
@@ -174,12 +177,13 @@ class Session(EditorTest):
     def make_new(self):
         self.click(self.main, NEW_BUTTON)
         dialog = self.display.wait_for_window(NEW)
+        self.display.wait_until_still()
         self.fill_in(dialog, NEW_NAME, "fire")
         self.fill_in(dialog, NEW_WIDTH, "32")
         self.fill_in(dialog, NEW_HEIGHT, "24")
-        before = self.display.wait_until_still()
+        before = self.look(dialog, RENDER_LIST)
         self.click(dialog, NEW_RENDER)
-        wait_for("the list of the render modes", lambda: self.display.look() != before)
+        self.wait_for_change(dialog, RENDER_LIST, before)
         self.display.press("Home", "Down", "Down", "Return")
         self.click(dialog, NEW_OK)
         self.display.wait_until_gone(dialog)
