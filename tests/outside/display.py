@@ -66,7 +66,8 @@ class Picture:
                 known[pixel] = bool(wanted((pixel[2], pixel[1], pixel[0])))
             return known[pixel]
 
-        return [sum(is_wanted(row[i:i + 4]) for i in range(0, len(row), 4)) for row in map(self.row, range(self.height))]
+        return [sum(is_wanted(row[i:i + 4]) for i in range(0, len(row), 4))
+                for row in map(self.row, range(self.height))]
 
     def bands(self, wanted):
         """The runs of rows that hold such pixels, each as its first row and the one behind its last."""
@@ -124,7 +125,8 @@ class Display:
             file.write(LEAKS)
         # Nothing of the user who runs the test, neither desktop nor settings nor language.
         self.environment = {name: value for name, value in os.environ.items()
-                            if not name.startswith(("XDG_", "QT_", "DISPLAY", "WAYLAND_", "DBUS_", "DESKTOP", "KDE_", "LC_", "LANG"))}
+                            if not name.startswith(("XDG_", "QT_", "DISPLAY", "WAYLAND_", "DBUS_", "DESKTOP", "KDE_",
+                                                    "LC_", "LANG"))}
         self.environment.update(HOME=self.home, XDG_CONFIG_HOME=self.make_folder("home", "config"),
                                 XDG_CACHE_HOME=self.make_folder("home", "cache"),
                                 XDG_DATA_HOME=self.make_folder("home", "data"),
