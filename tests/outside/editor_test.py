@@ -9,7 +9,7 @@ import unittest
 
 from display import Display, corner_while_dragged, wait_for
 
-VARNOTH, WALKTHROUGH, SAMPLES = sys.argv[1:4]
+VARNOTH, WALKTHROUGH, SAMPLES = map(os.path.abspath, sys.argv[1:4])
 
 MAIN, NEW, ADD, EXTRACT, PREVIEW = "Varnoth 1.0", "New Sprite", "Add Frame/s", "Extract Frame/s", "Animation Preview"
 OPEN_CHOOSER, SAVE_CHOOSER = "Open", "Save As"

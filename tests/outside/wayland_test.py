@@ -9,7 +9,7 @@ import unittest
 
 from display import Display, wait_for
 
-VARNOTH = sys.argv[1]
+VARNOTH = os.path.abspath(sys.argv[1])
 
 WIDTH, HEIGHT = 575, 477
 TITLE_GRAB = (200, 18)
