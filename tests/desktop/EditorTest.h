@@ -21,6 +21,12 @@
 
 namespace varnoth::test {
 
+// Which buttons are enabled: Open, New, Save, Import, Remove, Export, Clear.
+inline const std::vector<bool> at_start{true, true, false, false, false, false, false};
+inline const std::vector<bool> new_without_frames{true, true, false, true, false, false, false};
+inline const std::vector<bool> opened{true, true, false, true, true, true, true};
+inline const std::vector<bool> changed{true, true, true, true, true, true, true};
+
 class EditorTest : public testing::Test {
   protected:
     EditorTest() {
@@ -83,6 +89,18 @@ class EditorTest : public testing::Test {
             texts.push_back(main().List1.List(i).toStdString());
         }
         return texts;
+    }
+
+    /// Open, New, Save, Import, Remove, Export, Clear; their texts must have the colours of their states.
+    std::vector<bool> enabled_buttons() {
+        std::vector<bool> enabled;
+        for (elboton* button : {&main().elboton1, &main().elboton2, &main().elboton3, &main().elboton4,
+                                &main().elboton5, &main().elboton6, &main().elboton7}) {
+            EXPECT_EQ(button->ForeColor(), button->Enabled() ? 0xFFFFFF : 0x808080)
+                << text(button->objectName());
+            enabled.push_back(button->Enabled());
+        }
+        return enabled;
     }
 
     /// The colour of the frame that the main window shows.

@@ -2,8 +2,6 @@
 #include <array>
 #include <filesystem>
 
-#include <QTest>
-
 #include "desktop/EditorTest.h"
 #include "platform/qt/look.h"
 
@@ -195,6 +193,17 @@ TEST_F(ExtractTest, SkipAskAndOverwriteDoWhatTheySay) {
     EXPECT_EQ(services_.questions.size(), 1U);
 }
 
+TEST_F(ExtractTest, AskWithTheAnswerNoLeavesTheOldFileAndGoesOnToTheNextLine) {
+    open_sprite(2);
+    select_all();
+    folder_.write("out/sprite_0.bmp", std::vector<std::uint8_t>{1, 2, 3});
+    services_.answer = false;
+    extract();
+    EXPECT_EQ(services_.questions.size(), 1U);
+    EXPECT_EQ(test::read_file(out_ + "/sprite_0.bmp"), (std::vector<std::uint8_t>{1, 2, 3}));
+    EXPECT_EQ(written(), (std::vector<std::string>{"sprite_0.bmp", "sprite_1.bmp"}));
+}
+
 TEST_F(ExtractTest, SkipWithAllFilesPresentWritesNothingAndTheBarStillFills) {
     open_sprite(3);
     select_all();
@@ -340,115 +349,6 @@ TEST_F(ExtractTest, ARememberedFolderThatIsGoneFails) {
     hand::type_into(dialog().eltexto1, QString::fromStdString(out_));
     click(dialog().elboton1);
     EXPECT_EQ(failures_, std::vector<std::string>{"PathNotFound"});
-}
-
-// Preview.
-
-class PreviewTest : public EditorTest {
-  protected:
-    Form7& dialog() { return *desk_->form7(); }
-
-    void open_preview(int frames) {
-        open_sprite(frames);
-        hand::double_click(main().Picture1);
-    }
-
-    Colour playing() { return dialog().Picture1.surface().Point(0, 0); }
-};
-
-TEST_F(PreviewTest, OpensStoppedAt15FramesASecondWithTheFirstFrame) {
-    open_preview(3);
-    EXPECT_FALSE(main().isEnabled());
-    EXPECT_EQ(dialog().size(), QSize(281, 327));
-    EXPECT_EQ(dialog().Picture1.mapTo(&dialog(), QPoint(0, 0)), QPoint(13, 37));
-    EXPECT_EQ(text(dialog().elpanel1.Title()), "Animation Preview");
-    EXPECT_EQ(playing(), colour_of_frame(0));
-    EXPECT_FALSE(dialog().Timer1.isActive());
-    EXPECT_EQ(dialog().Timer1.interval(), 66);
-    EXPECT_EQ(text(dialog().Label5.Caption()), "15 fps");
-    EXPECT_EQ(dialog().Label1.ForeColor(), 0x50B5C4);
-    EXPECT_EQ(dialog().Label2.ForeColor(), 0);
-}
-
-TEST_F(PreviewTest, WithoutFramesNothingOpens) {
-    hand::double_click(main().Picture1);
-    EXPECT_EQ(desk_->form7(), nullptr);
-    EXPECT_TRUE(main().isEnabled());
-}
-
-TEST_F(PreviewTest, PlayAndStopColourTheOneInForce) {
-    open_preview(2);
-    click(dialog().Label2);
-    EXPECT_TRUE(dialog().Timer1.isActive());
-    EXPECT_EQ(dialog().Label1.ForeColor(), 0);
-    EXPECT_EQ(dialog().Label2.ForeColor(), 0x50B5C4);
-    click(dialog().Label1);
-    EXPECT_FALSE(dialog().Timer1.isActive());
-    EXPECT_EQ(dialog().Label1.ForeColor(), 0x50B5C4);
-    EXPECT_EQ(dialog().Label2.ForeColor(), 0);
-}
-
-TEST_F(PreviewTest, TheTimerDrawsFrameAfterFrameAndWraps) {
-    open_preview(3);
-    std::vector<Colour> drawn;
-    QObject::connect(&dialog().Timer1, &QTimer::timeout, [&] { drawn.push_back(playing()); });
-    for (int i = 0; i < 45; ++i) {
-        click(dialog().Label3);
-    }
-    click(dialog().Label2);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return drawn.size() >= 7; }, 10'000));
-    drawn.resize(7);
-    EXPECT_EQ(drawn, (std::vector<Colour>{colour_of_frame(0), colour_of_frame(1), colour_of_frame(2),
-                                          colour_of_frame(0), colour_of_frame(1), colour_of_frame(2),
-                                          colour_of_frame(0)}));
-}
-
-TEST_F(PreviewTest, At60AFurtherFasterDoesNothingAndTheLabelStays) {
-    open_preview(1);
-    for (int i = 0; i < 45; ++i) {
-        click(dialog().Label3);
-    }
-    EXPECT_EQ(text(dialog().Label5.Caption()), "60 fps");
-    EXPECT_EQ(dialog().Timer1.interval(), 16);
-    click(dialog().Label3);
-    EXPECT_EQ(text(dialog().Label5.Caption()), "60 fps");
-    EXPECT_EQ(dialog().Timer1.interval(), 16);
-}
-
-TEST_F(PreviewTest, TheIntervalIsTakenDownToAWholeNumber) {
-    open_preview(1);
-    for (int i = 0; i < 8; ++i) {
-        click(dialog().Label4);
-    }
-    EXPECT_EQ(text(dialog().Label5.Caption()), "7 fps");
-    EXPECT_EQ(dialog().Timer1.interval(), 142);
-    for (int i = 0; i < 6; ++i) {
-        click(dialog().Label4);
-    }
-    EXPECT_EQ(text(dialog().Label5.Caption()), "1 fps");
-    EXPECT_EQ(dialog().Timer1.interval(), 1000);
-}
-
-TEST_F(PreviewTest, SlowerGoesFrom1To0WhichIsADivisionByZero) {
-    open_preview(1);
-    for (int i = 0; i < 14; ++i) {
-        click(dialog().Label4);
-    }
-    EXPECT_EQ(failures_, std::vector<std::string>());
-    click(dialog().Label4);
-    EXPECT_EQ(failures_, std::vector<std::string>{"DivisionByZero"});
-}
-
-TEST_F(PreviewTest, TheCloseBoxGivesTheMainWindowBackAndTheNextOpeningStartsAnew) {
-    open_preview(2);
-    click(dialog().Label3);
-    click(dialog().Label2);
-    hand::click_at(dialog().elpanel1, {281 - 26 + 9, 17});
-    EXPECT_EQ(desk_->form7(), nullptr);
-    EXPECT_TRUE(main().isEnabled());
-    hand::double_click(main().Picture1);
-    EXPECT_EQ(text(dialog().Label5.Caption()), "15 fps");
-    EXPECT_FALSE(dialog().Timer1.isActive());
 }
 
 } // namespace

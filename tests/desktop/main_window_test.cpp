@@ -10,7 +10,7 @@ namespace {
 
 using hand::click;
 using hand::click_line;
-using test::EditorTest;
+using namespace test;
 
 constexpr const char* empty_message = "Sprite Cant Be Empty. Put Some Pictures In It.";
 
@@ -29,24 +29,7 @@ class MainWindowTest : public EditorTest {
         main().eltexto1.SetText("Untitled");
         click(main().elboton7);
     }
-
-    std::vector<bool> enabled_buttons() {
-        std::vector<bool> enabled;
-        for (elboton* button : {&main().elboton1, &main().elboton2, &main().elboton3, &main().elboton4,
-                                &main().elboton5, &main().elboton6, &main().elboton7}) {
-            EXPECT_EQ(button->ForeColor(), button->Enabled() ? 0xFFFFFF : 0x808080)
-                << text(button->objectName());
-            enabled.push_back(button->Enabled());
-        }
-        return enabled;
-    }
 };
-
-// Open, New, Save, Import, Remove, Export, Clear.
-const std::vector<bool> at_start{true, true, false, false, false, false, false};
-const std::vector<bool> new_without_frames{true, true, false, true, false, false, false};
-const std::vector<bool> opened{true, true, false, true, true, true, true};
-const std::vector<bool> changed{true, true, true, true, true, true, true};
 
 TEST_F(MainWindowTest, StartsEmptyWithOpenAndNewAlone) {
     EXPECT_EQ(enabled_buttons(), at_start);
@@ -376,129 +359,6 @@ TEST_F(MainWindowTest, ALargeSpriteLeavesTheEdgeAroundThePictureFree) {
     EXPECT_EQ(image.pixelColor(257, 100), look::to_qcolor(look::edge_light));
     EXPECT_EQ(image.pixelColor(100, 257), look::to_qcolor(look::edge_light));
     EXPECT_EQ(image.pixelColor(256, 256), look::to_qcolor(colour_of_frame(0)));
-}
-
-// New Sprite.
-
-class NewSpriteTest : public MainWindowTest {
-  protected:
-    NewSpriteTest() { click(main().elboton2); }
-
-    Form2& dialog() { return *desk_->form2(); }
-
-    void type_size(const QString& width, const QString& height) {
-        hand::type_into(dialog().eltexto2, width);
-        hand::type_into(dialog().eltexto3, height);
-    }
-
-    void ok() { click(dialog().elboton2); }
-
-    const SpriteHeaderRecord& header() { return hlspr::document().SpriteHeader; }
-};
-
-TEST_F(NewSpriteTest, StandsOverTheDisabledMainWindowWithItsDefaults) {
-    EXPECT_FALSE(main().isEnabled());
-    EXPECT_TRUE(dialog().isVisible());
-    EXPECT_EQ(dialog().size(), QSize(235, 186));
-    EXPECT_EQ(text(dialog().elpanel1.Title()), "New Sprite");
-    EXPECT_FALSE(dialog().elpanel1.Cerrar());
-    EXPECT_EQ(text(dialog().eltexto1.Text()), "Untitled");
-    EXPECT_EQ(text(dialog().eltexto2.Text() + " " + dialog().eltexto3.Text()), "32 32");
-    EXPECT_EQ(dialog().elcombo1.GetListIndex(), 2);
-    EXPECT_EQ(text(dialog().elcombo1.GetList(2)), "VP_PARALLEL");
-    EXPECT_EQ(dialog().elcombo2.GetListIndex(), 1);
-    EXPECT_EQ(text(dialog().elcombo2.GetList(1)), "ADDITIVE");
-    const std::vector<std::string> captions{"Name:", "Size:", "Type:", "Render:", "x"};
-    for (std::size_t i = 0; i < captions.size(); ++i) {
-        EXPECT_EQ(text(dialog().ellabel1[i].Caption()), captions[i]);
-        EXPECT_EQ(text(dialog().ellabel1[i].objectName()), "ellabel1(" + std::to_string(i) + ")");
-    }
-}
-
-TEST_F(NewSpriteTest, APositionInAListIsTheNumberInTheFile) {
-    for (std::int16_t i = 0; i < 5; ++i) {
-        EXPECT_EQ(text(dialog().elcombo1.GetList(i)), hlspr::sprite_type_name(i));
-    }
-    for (std::int16_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(text(dialog().elcombo2.GetList(i)), hlspr::render_mode_name(i));
-    }
-    EXPECT_EQ(dialog().elcombo1.ListCount(), 5);
-    EXPECT_EQ(dialog().elcombo2.ListCount(), 4);
-    hand::choose(*dialog().elcombo1.findChild<DropDownList*>("Combo1"), 4);
-    hand::choose(*dialog().elcombo2.findChild<DropDownList*>("Combo1"), 3);
-    ok();
-    EXPECT_EQ(header().SpriteType, 4);
-    EXPECT_EQ(header().RenderMode, 3);
-    EXPECT_EQ(text(main().ellabel9.Caption()), "VP_PARALLEL_ORIENTED");
-    EXPECT_EQ(text(main().ellabel10.Caption()), "ALPHATEST");
-}
-
-TEST_F(NewSpriteTest, OkMakesAnEmptySpriteAndResetsTheMainWindow) {
-    hand::type_into(dialog().eltexto1, "spark");
-    type_size("48", "33");
-    ok();
-    EXPECT_EQ(desk_->form2(), nullptr);
-    EXPECT_TRUE(main().isEnabled());
-    EXPECT_EQ(enabled_buttons(), new_without_frames);
-    EXPECT_EQ(text(main().ellabel8.Caption()), "spark");
-    EXPECT_EQ(text(main().eltexto1.Text()), "spark");
-    EXPECT_EQ(text(main().ellabel7.Caption()), "48 x 33");
-    EXPECT_EQ(text(main().ellabel6.Caption()), "-24, 16.5");
-    EXPECT_EQ(main().ellabel1.ForeColor(), 0xD3DED8);
-    EXPECT_TRUE(hlspr::UnnamedSprite);
-    EXPECT_FALSE(hlspr::SpriteDirty);
-    EXPECT_EQ(header().Width, 48);
-    EXPECT_EQ(header().Height, 33);
-    EXPECT_EQ(header().FrameCount, 0);
-    EXPECT_EQ(hlspr::document().FrameHeader.OriginY, 16); // what is shown is not rounded
-}
-
-TEST_F(NewSpriteTest, CancelTouchesNothing) {
-    const std::int32_t width = header().Width;
-    type_size("99", "99");
-    click(dialog().elboton1);
-    EXPECT_EQ(desk_->form2(), nullptr);
-    EXPECT_TRUE(main().isEnabled());
-    EXPECT_EQ(enabled_buttons(), at_start);
-    EXPECT_EQ(header().Width, width);
-    click(main().elboton2);
-    EXPECT_EQ(text(dialog().eltexto2.Text()), "32"); // the defaults are back
-}
-
-TEST_F(NewSpriteTest, LettersInTheWidthGiveAWidthOf0) {
-    type_size("wide", "32");
-    ok();
-    EXPECT_EQ(header().Width, 0);
-    EXPECT_EQ(text(main().ellabel7.Caption()), "wide x 32");
-    EXPECT_EQ(text(main().ellabel6.Caption()), "-0, 16");
-}
-
-TEST_F(NewSpriteTest, HalvesOfAPixelGoToTheEvenNeighbour) {
-    type_size("32.5", "33.5");
-    ok();
-    EXPECT_EQ(header().Width, 32);
-    EXPECT_EQ(header().Height, 34);
-    EXPECT_EQ(text(main().ellabel7.Caption()), "32.5 x 33.5");
-    EXPECT_EQ(text(main().ellabel6.Caption()), "-16.25, 16.75");
-}
-
-TEST_F(NewSpriteTest, ASizeBeyond32BitsIsAnOverflow) {
-    type_size("3000000000", "1");
-    ok();
-    EXPECT_EQ(failures_, std::vector<std::string>{"Overflow"});
-}
-
-TEST_F(NewSpriteTest, UnsavedChangesAreLostWithoutAQuestion) {
-    click(dialog().elboton1);
-    open_sprite(3);
-    click(main().elboton7);
-    click(main().elboton2);
-    ok();
-    EXPECT_EQ(services_.questions, std::vector<std::string>());
-    EXPECT_EQ(lines().size(), 0U);
-    EXPECT_FALSE(hlspr::SpriteDirty);
-    EXPECT_FALSE(main().elboton3.Enabled());
-    EXPECT_EQ(shown(), static_cast<Colour>(look::field_background)); // the picture is cleared
 }
 
 } // namespace
