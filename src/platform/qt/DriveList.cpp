@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <vector>
 
 #include <QFileInfo>
 #include <QStorageInfo>
@@ -22,11 +21,6 @@ constexpr std::array<std::string_view, 29> system_types{
     "selinuxfs", "squashfs",    "sysfs",    "systemd-1", "tracefs", "fuse.gvfsd-fuse", "fuse.portal",
     "fuse.lxcfs"};
 
-QString described(const QStorageInfo& volume) {
-    const QString root = volume.rootPath();
-    return volume.name().isEmpty() ? root : root + QStringLiteral(" [") + volume.name() + u']';
-}
-
 } // namespace
 
 bool is_system_volume(const std::string& root, std::string_view type) {
@@ -40,24 +34,23 @@ bool is_system_volume(const std::string& root, std::string_view type) {
 }
 
 DriveList::DriveList(const QString& name, QWidget* parent) : DropDownList(name, parent) {
-    const QStorageInfo root = QStorageInfo::root();
-    std::vector<QStorageInfo> volumes{root};
+    // The root is no mount of its own in some surroundings, but always a place to look.
+    add_volume("/", QStorageInfo::root().name());
     for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-        // A single file may be mounted too.
-        if (volume.isReady() && volume.rootPath() != root.rootPath() &&
-            QFileInfo(volume.rootPath()).isDir() &&
-            !is_system_volume(volume.rootPath().toStdString(), volume.fileSystemType().toStdString())) {
-            volumes.push_back(volume);
-        }
-    }
-    for (const QStorageInfo& volume : volumes) {
-        if (findData(volume.rootPath()) < 0) { // several may be mounted in one place
-            AddItem(described(volume));
-            setItemData(count() - 1, volume.rootPath());
+        // A single file may be mounted too, and several volumes in one place.
+        const QString root = volume.rootPath();
+        if (volume.isReady() && findData(root) < 0 && QFileInfo(root).isDir() &&
+            !is_system_volume(root.toStdString(), volume.fileSystemType().toStdString())) {
+            add_volume(root, volume.name());
         }
     }
     show_drive_of(current_folder());
     connect(this, &QComboBox::activated, this, &DriveList::Change);
+}
+
+void DriveList::add_volume(const QString& root, const QString& name) {
+    AddItem(name.isEmpty() ? root : root + " [" + name + "]");
+    setItemData(count() - 1, root);
 }
 
 std::string DriveList::Drive() const {
@@ -65,15 +58,12 @@ std::string DriveList::Drive() const {
 }
 
 void DriveList::show_drive_of(const std::string& folder) {
-    int best = 0;
+    int best = 0; // the root holds every folder
     for (int line = 1; line < count(); ++line) {
         const QString root = itemData(line).toString();
         if (is_within(folder, root.toStdString()) && root.size() > itemData(best).toString().size()) {
             best = line;
         }
-    }
-    if (count() > 0 && !is_within(folder, itemData(best).toString().toStdString())) {
-        return;
     }
     setCurrentIndex(best);
 }

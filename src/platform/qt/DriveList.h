@@ -28,6 +28,9 @@ class DriveList : public DropDownList {
   signals:
     /// The user chose a volume.
     void Change();
+
+  private:
+    void add_volume(const QString& root, const QString& name);
 };
 
 } // namespace varnoth

@@ -28,10 +28,18 @@ constexpr double twips_per_point = 20;
 
 // Fonts.
 
-// Captions of the program, and how wide Tahoma draws them, in sizes of the font.
-constexpr const char* reference_text =
-    "Set Sprite To 256x256 Resize Pictures Transparent Color: Select Extracting Folder Name Overwrite";
-constexpr double reference_width = 43.16;
+/// A text and how wide Tahoma draws it, in sizes of the font.
+struct Reference {
+    const char* text;
+    double width;
+};
+
+// The program's captions, in small letters and in capitals: families differ in what they spend on which.
+constexpr std::array references{
+    Reference{
+        "Set Sprite To 256x256 Resize Pictures Transparent Color: Select Extracting Folder Name Overwrite",
+        43.16},
+    Reference{"VP_PARALLEL_UPRIGHT FACING_UPRIGHT VP_PARALLEL ORIENTED VP_PARALLEL_ORIENTED", 42.32}};
 
 constexpr int plain_stretch = 100;
 constexpr int narrowest_stretch = 60;
@@ -59,10 +67,15 @@ QString stand_in_family() {
     return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
 }
 
-/// How wide the reference text is, as a multiple of its width in Tahoma.
+/// How wide the reference texts are, as a multiple of their width in Tahoma; the greater one.
 double relative_width(const QFont& font) {
-    return QFontMetricsF(font).horizontalAdvance(QLatin1String(reference_text)) /
-           (reference_width * font.pixelSize());
+    const QFontMetricsF metrics(font);
+    double greatest = 0;
+    for (const Reference& reference : references) {
+        const double width = metrics.horizontalAdvance(QLatin1String(reference.text));
+        greatest = std::max(greatest, width / (reference.width * font.pixelSize()));
+    }
+    return greatest;
 }
 
 void narrow(QFont& font) {
