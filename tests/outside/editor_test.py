@@ -27,6 +27,7 @@ EXTRACT_OVERWRITE, EXTRACT_OK = (230, 207), (189, 241)
 PLAY, FASTER, SLOWER = (47, 310), (195, 310), (171, 310)
 
 # Places that are looked at: left, top, width, height in the pixels of their window.
+BELOW_RENDER = (62, 144, 50, 30)
 FRAME_LIST = (16, 84, 241, 349)
 FRAME = (302, 81, 32, 32)
 FOLDERS, FILES = (16, 68, 216, 391), (242, 68, 223, 391)
@@ -180,8 +181,9 @@ class Session(EditorTest):
         self.fill_in(dialog, NEW_NAME, "fire")
         self.fill_in(dialog, NEW_WIDTH, "32")
         self.fill_in(dialog, NEW_HEIGHT, "24")
-        # The list drops down with the press, before the keys that follow it.
+        closed = self.look(dialog, BELOW_RENDER)
         self.click(dialog, NEW_RENDER)
+        self.wait_for_change(dialog, BELOW_RENDER, closed)
         self.display.press("Home", "Down", "Down", "Return")
         self.click(dialog, NEW_OK)
         self.display.wait_until_gone(dialog)

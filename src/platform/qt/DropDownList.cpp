@@ -1,9 +1,11 @@
 #include "platform/qt/DropDownList.h"
 
 #include <QAbstractItemView>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <QWheelEvent>
+#include <QWindow>
 
 #include "base/RunTimeFailure.h"
 #include "platform/qt/event_edge.h"
@@ -93,6 +95,21 @@ void DropDownList::paintEvent(QPaintEvent* /*event*/) {
             draw_symbol(painter, u'6', arrow, look::to_qcolor(grey ? look::disabled_text : look::edge_light));
             draw_sunken_edge(painter, rect());
         }
+    });
+}
+
+// Qt may miss where a busy window manager put the window and believe it at the screen's corner; the list
+// would open there. The pointer knows better: its places on the screen and in the field come in one message.
+// A pixel or two of difference are rounding.
+void DropDownList::mousePressEvent(QMouseEvent* event) {
+    at_event_edge([&] {
+        const QPoint in_window = mapTo(window(), event->position().toPoint());
+        const QPoint place = event->globalPosition().toPoint() - in_window;
+        QWindow* handle = window()->windowHandle();
+        if (handle != nullptr && (handle->position() - place).manhattanLength() > 4) {
+            handle->setPosition(place);
+        }
+        QComboBox::mousePressEvent(event);
     });
 }
 
