@@ -395,6 +395,7 @@ TEST(Ellabel, TheFiveMouseEventsComeFromTheCaptionAlone) {
 TEST(Ellabel, TheCaptionGoesToItsShadowToo) {
     CaptionLabel label;
     label->SetCaption("Name");
+    label->SetFontSize(24); // strokes of more than a pixel, in any font
     label->SetDropShadow(true);
     EXPECT_EQ(label.text("shadow1").Caption(), "Name");
     EXPECT_TRUE(label.text("shadow1").Visible);
