@@ -2,6 +2,7 @@
 // while 300 pictures import, and a preview at 60 frames a second. Prints one line a figure with its goal;
 // ends with 1 when one is missed. Runs on whatever display Qt finds.
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -112,15 +113,17 @@ void measure_import(Editor& editor) {
     write_photographs(folder, 64);
     std::vector<double> engine;
     std::vector<double> windows;
-    for (int round = 0; round < 7; ++round) {
+    std::vector<double> ratios; // of neighbours in time, which the machine disturbs alike
+    for (int round = 0; round < 15; ++round) {
         const double before = processor_milliseconds();
         import_folder(folder.path(), 64);
         engine.push_back(processor_milliseconds() - before);
         editor.select_all(folder.path());
         windows.push_back(editor.import());
+        ratios.push_back(windows.back() / engine.back());
         hand::settle();
     }
-    const double ratio = median(windows) / median(engine);
+    const double ratio = median(ratios);
     char figure[80];
     std::snprintf(figure, sizeof figure, "%.0f ms beside %.0f ms, %.3f", median(windows), median(engine),
                   ratio);
@@ -139,12 +142,18 @@ void measure_cancel(Editor& editor) {
             editor.select_all(folder.path());
             Form6* progress = nullptr;
             Clock::time_point clicked;
+            std::atomic<bool> adding = false;
             std::thread user;
             const auto opened = QObject::connect(&editor.desk, &Desk::dialog_made, [&](Form& dialog) {
                 progress = qobject_cast<Form6*>(&dialog);
-                const int delay = (second_pass ? 1500 : 100) + 77 * round;
-                user = std::thread([&, delay] {
-                    std::this_thread::sleep_for(std::chrono::milliseconds(delay));
+                adding = false;
+                QObject::connect(&progress->Label1, &ellabel::property_changed,
+                                 [&] { adding = progress->Label1.Caption() == "Adding Frames..."; });
+                user = std::thread([&, round] {
+                    while (second_pass && !adding) {
+                        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                    }
+                    std::this_thread::sleep_for(std::chrono::milliseconds(100 + 77 * round));
                     clicked = Clock::now();
                     QMetaObject::invokeMethod(
                         progress, [&] { hand::click(progress->elboton1); }, Qt::QueuedConnection);
@@ -199,11 +208,17 @@ void measure_preview(Editor& editor) {
     print("its ticks of 16 ms", figure, "at least 98%", ticks >= 0.98 * wanted);
 }
 
-int measure() {
+int measure(const std::string& what) {
     Editor editor;
-    measure_import(editor);
-    measure_cancel(editor);
-    measure_preview(editor);
+    if (what == "import" || what == "all") {
+        measure_import(editor);
+    }
+    if (what == "cancel" || what == "all") {
+        measure_cancel(editor);
+    }
+    if (what == "preview" || what == "all") {
+        measure_preview(editor);
+    }
     return all_reached ? 0 : 1;
 }
 
@@ -213,5 +228,5 @@ int measure() {
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     varnoth::look::apply(application);
-    return varnoth::bench::measure();
+    return varnoth::bench::measure(argc > 1 ? argv[1] : "all");
 }

@@ -10,8 +10,11 @@ namespace varnoth {
 
 class QtEventQueue : public EventQueue {
   public:
-    /// Events are pumped at most once in an interval; the first yield always pumps.
-    explicit QtEventQueue(std::chrono::steady_clock::duration interval = std::chrono::milliseconds(5))
+    static constexpr std::chrono::milliseconds default_interval{15};
+
+    /// Events are pumped at most once in an interval; the first yield always pumps. By default that is as
+    /// often as a screen shows what they paint.
+    explicit QtEventQueue(std::chrono::steady_clock::duration interval = default_interval)
         : interval_(interval) {}
 
     /// Needs a QCoreApplication. May be called from within an event that a yield pumps.
