@@ -44,9 +44,19 @@ constexpr std::array references{
 constexpr int plain_stretch = 100;
 constexpr int narrowest_stretch = 60;
 
-// Narrow sans families, the nearest first.
-constexpr std::array<const char*, 6> stand_ins{
-    "DejaVu Sans Condensed", "Liberation Sans", "Noto Sans", "Arial", "Nimbus Sans", "DejaVu Sans"};
+/// A sans family that may stand in, and the stretch that it is known to need; 0 where that must be found out.
+struct StandIn {
+    const char* family;
+    int stretch;
+};
+
+// The nearest first.
+constexpr std::array stand_ins{StandIn{"DejaVu Sans Condensed", 85},
+                               StandIn{"Liberation Sans", 0},
+                               StandIn{"Noto Sans", 0},
+                               StandIn{"Arial", 0},
+                               StandIn{"Nimbus Sans", 90},
+                               StandIn{"DejaVu Sans", 88}};
 
 // The list is asked and not each family: a family that is not there is looked for among aliases, which takes
 // long.
@@ -56,15 +66,6 @@ bool is_there(const QString& family) {
            std::ranges::any_of(families, [&](const QString& listed) {
                return listed.startsWith(family + " [", Qt::CaseInsensitive); // one of several foundries
            });
-}
-
-QString stand_in_family() {
-    for (const char* family : stand_ins) {
-        if (is_there(QString::fromLatin1(family))) {
-            return QString::fromLatin1(family);
-        }
-    }
-    return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
 }
 
 /// How wide the reference texts are, as a multiple of their width in Tahoma; the greater one.
@@ -78,16 +79,30 @@ double relative_width(const QFont& font) {
     return greatest;
 }
 
-void narrow(QFont& font) {
+int likely_stretch(const QFont& font) {
     const double plain_width = relative_width(font);
-    if (plain_width <= 1) {
-        return;
-    }
-    // What a stretch comes to depends on the faces that the family has, so it is tried out from just above.
-    int stretch = static_cast<int>(plain_stretch / plain_width) + 1;
+    return plain_width <= 1 ? plain_stretch : static_cast<int>(plain_stretch / plain_width) + 1;
+}
+
+// What a stretch comes to depends on the faces that the family has, so it is tried out from a likely one on.
+void narrow(QFont& font, int stretch) {
     for (font.setStretch(stretch); relative_width(font) > 1 && stretch > narrowest_stretch;) {
         font.setStretch(--stretch);
     }
+}
+
+void let_stand_in(QFont& font) {
+    font.setStyleHint(QFont::SansSerif);
+    for (const StandIn& stand_in : stand_ins) {
+        const QString family = QString::fromLatin1(stand_in.family);
+        if (is_there(family)) {
+            font.setFamily(family);
+            narrow(font, stand_in.stretch != 0 ? stand_in.stretch : likely_stretch(font));
+            return;
+        }
+    }
+    font.setFamily(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family());
+    narrow(font, likely_stretch(font));
 }
 
 QFont find_display_font(const QFont& font) {
@@ -97,9 +112,7 @@ QFont find_display_font(const QFont& font) {
         found.setPixelSize(std::max(1, static_cast<int>(std::nearbyint(pixels))));
     }
     if (!is_there(font.family())) {
-        found.setFamily(stand_in_family());
-        found.setStyleHint(QFont::SansSerif);
-        narrow(found);
+        let_stand_in(found);
     }
     return found;
 }
