@@ -1,8 +1,13 @@
 #include "base/files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 #include <utility>
+
+#ifndef _WIN32
+#include <sys/uio.h>
+#endif
 
 #include "base/RunTimeFailure.h"
 
@@ -60,6 +65,55 @@ std::FILE* open_file(const std::string& path, const char* mode) {
     }
     return file;
 }
+
+void put(std::FILE* file, std::span<const std::uint8_t> bytes) {
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) {
+        fail(failure_of(errno));
+    }
+}
+
+#ifdef _WIN32
+
+void put_all(std::FILE* file, std::span<const std::span<const std::uint8_t>> parts) {
+    for (const auto& part : parts) {
+        put(file, part);
+    }
+}
+
+#else
+
+// All parts in one call, so that the system need not put together its pages from pieces.
+void put_all(std::FILE* file, std::span<const std::span<const std::uint8_t>> parts) {
+    if (std::fflush(file) != 0) {
+        fail(failure_of(errno));
+    }
+    std::vector<iovec> vectors;
+    for (const auto& part : parts) {
+        // The system's record has no const, but writing changes nothing.
+        vectors.push_back({const_cast<std::uint8_t*>(part.data()), part.size()}); // NOLINT
+    }
+    const std::span<iovec> all(vectors);
+    std::size_t first = 0;
+    while (first < all.size()) {
+        const ssize_t written = ::writev(fileno(file), &all[first], static_cast<int>(all.size() - first));
+        if (written < 0 && errno != EINTR) {
+            fail(failure_of(errno));
+        }
+        for (auto left = static_cast<std::size_t>(std::max<ssize_t>(written, 0)); first < all.size();) {
+            iovec& vector = all[first];
+            const std::size_t taken = std::min(left, vector.iov_len);
+            vector.iov_base = static_cast<std::uint8_t*>(vector.iov_base) + taken;
+            vector.iov_len -= taken;
+            left -= taken;
+            if (vector.iov_len > 0) {
+                break;
+            }
+            ++first;
+        }
+    }
+}
+
+#endif
 
 } // namespace
 
@@ -140,13 +194,37 @@ OutputFile::OutputFile(const std::string& path) {
     file_.reset(open_file(path, "wb"));
 }
 
+OutputFile::~OutputFile() {
+    if (file_) {
+        try {
+            write_pending();
+        } catch (const RunTimeFailure&) {
+            // Whoever wants to know closes the file.
+        }
+    }
+}
+
 void OutputFile::write(std::span<const std::uint8_t> bytes) {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) {
-        fail(failure_of(errno));
+    write_pending();
+    put(file_.get(), bytes);
+}
+
+void OutputFile::write_later(std::span<const std::uint8_t> bytes) {
+    pending_.push_back(bytes);
+    if (pending_.size() == most_pending) {
+        write_pending();
+    }
+}
+
+void OutputFile::write_pending() {
+    const std::vector<std::span<const std::uint8_t>> parts = std::exchange(pending_, {});
+    if (!parts.empty()) {
+        put_all(file_.get(), parts);
     }
 }
 
 void OutputFile::close() {
+    write_pending();
     if (std::fclose(file_.release()) != 0) {
         fail(failure_of(errno));
     }

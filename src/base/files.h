@@ -64,7 +64,17 @@ class OutputFile {
     /// PermissionDenied also for an existing read-only file, which keeps its content.
     explicit OutputFile(const std::string& path);
 
+    /// A file that was not closed gets what is still to be written; failures then stay unknown.
+    ~OutputFile();
+
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
     void write(std::span<const std::uint8_t> bytes);
+
+    /// The same for bytes that stay as they are until the file is closed or destroyed: they go to the system
+    /// many parts at a time, straight from where they stand.
+    void write_later(std::span<const std::uint8_t> bytes);
 
     /// Writes out what is buffered and closes; failures of the disk show here at the latest.
     void close();
@@ -74,7 +84,13 @@ class OutputFile {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
+    // As many parts as one call to the system takes.
+    static constexpr std::size_t most_pending = 512;
+
+    void write_pending();
+
     std::unique_ptr<std::FILE, Close> file_;
+    std::vector<std::span<const std::uint8_t>> pending_;
 };
 
 /// The first `count` bytes of a file, fewer when it is shorter.
