@@ -1,10 +1,15 @@
 #include "base/files.h"
 
 #include <cerrno>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "base/RunTimeFailure.h"
+
+#ifndef _WIN32
+#include <dirent.h>
+#endif
 
 namespace varnoth {
 
@@ -61,6 +66,12 @@ std::FILE* open_file(const std::string& path, const char* mode) {
     return file;
 }
 
+#ifndef _WIN32
+struct CloseFolder {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+#endif
+
 } // namespace
 
 std::filesystem::path native_path(const std::string& path) {
@@ -92,6 +103,32 @@ bool is_read_only(const std::string& path) {
            (status.permissions() & std::filesystem::perms::owner_write) == std::filesystem::perms::none;
 }
 
+#ifdef _WIN32
+std::vector<std::string> names_in(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator it(native_path(folder), error), end; !error && it != end;
+         it.increment(error)) {
+        const std::u8string name = it->path().filename().u8string();
+        names.emplace_back(name.begin(), name.end());
+    }
+    return names;
+}
+#else
+// The standard library's iterator of libstdc++ ends the program when memory runs out on its way.
+std::vector<std::string> names_in(const std::string& folder) {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
+    while (const dirent* entry = open ? readdir(open.get()) : nullptr) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") {
+            names.emplace_back(name);
+        }
+    }
+    return names;
+}
+#endif
+
 void delete_file(const std::string& path) {
     const std::filesystem::path native = native_path(path);
     refuse_folder(path);
@@ -112,11 +149,15 @@ InputFile::InputFile(const std::string& path) : file_(open_file(path, "rb")) {
     if (length_ < 0) {
         fail(Failure::DeviceIo);
     }
-    std::rewind(file_.get());
+    seek(0);
 }
 
 std::int64_t InputFile::remaining() const {
-    return length_ - std::ftell(file_.get());
+    const std::int64_t position = std::ftell(file_.get());
+    if (position < 0) {
+        fail(Failure::DeviceIo);
+    }
+    return length_ - position;
 }
 
 void InputFile::seek(std::int64_t position) {
