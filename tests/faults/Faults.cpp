@@ -203,6 +203,7 @@ int __wrap_fclose(std::FILE* file) {
     const bool failing = fails(Call::Close);
     const int error = errno;
     --streams;
+    broken_stream = file == broken_stream ? nullptr : broken_stream;
     const int result = __real_fclose(file);
     if (failing) {
         errno = error;
@@ -234,12 +235,11 @@ int __wrap_closedir(DIR* folder) {
 namespace varnoth::test {
 
 // The standard library's names carry their types.
-std::filesystem::file_status
-real_status(const std::filesystem::path& path, std::error_code& error) noexcept __asm__(
-    "__real__ZNSt10filesystem6statusERKNS_7__cxx114pathERSt10error_code");
-std::filesystem::file_status
-wrapped_status(const std::filesystem::path& path, std::error_code& error) noexcept __asm__(
-    "__wrap__ZNSt10filesystem6statusERKNS_7__cxx114pathERSt10error_code");
+std::filesystem::file_status real_status(const std::filesystem::path& path, std::error_code& error) noexcept
+    __asm__("__real__ZNSt10filesystem6statusERKNS_7__cxx114pathERSt10error_code");
+std::filesystem::file_status wrapped_status(const std::filesystem::path& path,
+                                            std::error_code& error) noexcept
+    __asm__("__wrap__ZNSt10filesystem6statusERKNS_7__cxx114pathERSt10error_code");
 bool real_remove(const std::filesystem::path& path, std::error_code& error) noexcept
     __asm__("__real__ZNSt10filesystem6removeERKNS_7__cxx114pathERSt10error_code");
 bool wrapped_remove(const std::filesystem::path& path, std::error_code& error) noexcept
@@ -275,8 +275,7 @@ void* operator new(std::size_t size) {
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return fails(Call::Allocation) ? nullptr
-                                   : poisoned_memory(__real_malloc(size == 0 ? 1 : size), size);
+    return fails(Call::Allocation) ? nullptr : poisoned_memory(__real_malloc(size == 0 ? 1 : size), size);
 }
 
 void* operator new[](std::size_t size) {

@@ -14,6 +14,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -159,6 +160,15 @@ inline int fail_one_by_one(Job& job, SteadyServices& services, Fault fault,
     }
 }
 
+/// Adds to the number of faults that the running test has met, which stands in its report.
+inline void note_faults_met(int count) {
+    static const testing::TestInfo* test = nullptr;
+    static int met = 0;
+    const testing::TestInfo* const running = testing::UnitTest::GetInstance()->current_test_info();
+    met = std::exchange(test, running) == running ? met + count : count;
+    testing::Test::RecordProperty("faults met", met);
+}
+
 /// The same for a call that fails once and for one that fails from then on. The number goes to the test's
 /// properties; a job that makes no such call at all would test nothing.
 inline int fail_in_both_manners(Job& job, SteadyServices& services, const Fault& fault,
@@ -171,8 +181,7 @@ inline int fail_in_both_manners(Job& job, SteadyServices& services, const Fault&
         met += fail_one_by_one(job, services, next, judge);
     }
     EXPECT_GT(met, 0) << "no such call";
-    static int all = 0;
-    testing::Test::RecordProperty("faults met", all += met);
+    note_faults_met(met);
     return met;
 }
 
@@ -230,8 +239,7 @@ inline FileBytes document_bytes() {
 /// The picture last decoded; empty when there is none.
 inline FileBytes decoded_bytes() {
     const auto picture = CBitmap::CurrentBitmap;
-    return picture == nullptr ? FileBytes()
-                              : FileBytes(picture->bytes().begin(), picture->bytes().end());
+    return picture == nullptr ? FileBytes() : FileBytes(picture->bytes().begin(), picture->bytes().end());
 }
 
 inline bool is_start_of(const FileBytes& bytes, const FileBytes& whole) {
