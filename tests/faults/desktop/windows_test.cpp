@@ -208,8 +208,8 @@ TEST_F(WindowImportFaults, WithoutMemoryItIsFatalOrGoesOnWithThePictureThatThere
             if (failures_.empty()) {
                 EXPECT_EQ(services_.messages, Texts{"Frames Generated Successfully !"});
             } else {
+                // Only noted here, so the import that a painting failed in goes on behind it.
                 expect_fatal("OutOfMemory");
-                EXPECT_EQ(services_.messages, Texts());
             }
         });
 }
