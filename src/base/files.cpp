@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
+#include "base/RunTimeFailure.h"
+
 #ifndef _WIN32
+#include <dirent.h>
 #include <sys/uio.h>
 #endif
-
-#include "base/RunTimeFailure.h"
 
 namespace varnoth {
 
@@ -72,18 +74,38 @@ void put(std::FILE* file, std::span<const std::uint8_t> bytes) {
     }
 }
 
-#ifdef _WIN32
-
-void put_all(std::FILE* file, std::span<const std::span<const std::uint8_t>> parts) {
+void put_each(std::FILE* file, std::span<const std::span<const std::uint8_t>> parts) {
     for (const auto& part : parts) {
         put(file, part);
     }
 }
 
+#ifdef _WIN32
+
+constexpr auto& put_all = put_each;
+
 #else
+
+// Takes so many bytes off the front and returns the parts that are left.
+std::span<iovec> behind(std::span<iovec> parts, std::size_t taken) {
+    while (!parts.empty() && taken >= parts.front().iov_len) {
+        taken -= parts.front().iov_len;
+        parts = parts.subspan(1);
+    }
+    if (!parts.empty()) {
+        parts.front().iov_base = static_cast<std::uint8_t*>(parts.front().iov_base) + taken;
+        parts.front().iov_len -= taken;
+    }
+    return parts;
+}
 
 // All parts in one call, so that the system need not put together its pages from pieces.
 void put_all(std::FILE* file, std::span<const std::span<const std::uint8_t>> parts) {
+    const int descriptor = fileno(file);
+    if (descriptor < 0) { // a stream in memory
+        put_each(file, parts);
+        return;
+    }
     if (std::fflush(file) != 0) {
         fail(failure_of(errno));
     }
@@ -92,26 +114,18 @@ void put_all(std::FILE* file, std::span<const std::span<const std::uint8_t>> par
         // The system's record has no const, but writing changes nothing.
         vectors.push_back({const_cast<std::uint8_t*>(part.data()), part.size()}); // NOLINT
     }
-    const std::span<iovec> all(vectors);
-    std::size_t first = 0;
-    while (first < all.size()) {
-        const ssize_t written = ::writev(fileno(file), &all[first], static_cast<int>(all.size() - first));
+    for (std::span<iovec> left = vectors; !left.empty();) {
+        const ssize_t written = ::writev(descriptor, left.data(), static_cast<int>(left.size()));
         if (written < 0 && errno != EINTR) {
             fail(failure_of(errno));
         }
-        for (auto left = static_cast<std::size_t>(std::max<ssize_t>(written, 0)); first < all.size();) {
-            iovec& vector = all[first];
-            const std::size_t taken = std::min(left, vector.iov_len);
-            vector.iov_base = static_cast<std::uint8_t*>(vector.iov_base) + taken;
-            vector.iov_len -= taken;
-            left -= taken;
-            if (vector.iov_len > 0) {
-                break;
-            }
-            ++first;
-        }
+        left = behind(left, static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
     }
 }
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
 
 #endif
 
@@ -146,6 +160,32 @@ bool is_read_only(const std::string& path) {
            (status.permissions() & std::filesystem::perms::owner_write) == std::filesystem::perms::none;
 }
 
+#ifdef _WIN32
+std::vector<std::string> names_in(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator it(native_path(folder), error), end; !error && it != end;
+         it.increment(error)) {
+        const std::u8string name = it->path().filename().u8string();
+        names.emplace_back(name.begin(), name.end());
+    }
+    return names;
+}
+#else
+// The standard library's iterator of libstdc++ ends the program when memory runs out on its way.
+std::vector<std::string> names_in(const std::string& folder) {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
+    while (const dirent* entry = open ? readdir(open.get()) : nullptr) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") {
+            names.emplace_back(name);
+        }
+    }
+    return names;
+}
+#endif
+
 void delete_file(const std::string& path) {
     const std::filesystem::path native = native_path(path);
     refuse_folder(path);
@@ -166,11 +206,15 @@ InputFile::InputFile(const std::string& path) : file_(open_file(path, "rb")) {
     if (length_ < 0) {
         fail(Failure::DeviceIo);
     }
-    std::rewind(file_.get());
+    seek(0);
 }
 
 std::int64_t InputFile::remaining() const {
-    return length_ - std::ftell(file_.get());
+    const std::int64_t position = std::ftell(file_.get());
+    if (position < 0) {
+        fail(Failure::DeviceIo);
+    }
+    return length_ - position;
 }
 
 void InputFile::seek(std::int64_t position) {

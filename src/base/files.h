@@ -27,6 +27,10 @@ bool folder_exists(const std::string& path);
 /// A read-only file is one whose owner-write permission is off, whoever runs the program.
 bool is_read_only(const std::string& path);
 
+/// The names of everything in a folder, hidden ones too, in no order. Of a folder that cannot be read, those
+/// that could be.
+std::vector<std::string> names_in(const std::string& folder);
+
 /// Deletes an existing file. PermissionDenied for a read-only file and for a folder, FileNotFound when there
 /// is none, PathNotFound when there is no such folder either.
 void delete_file(const std::string& path);
@@ -40,7 +44,7 @@ class InputFile {
     /// The file's length in bytes.
     std::int64_t length() const { return length_; }
 
-    /// Bytes from the present position to the end.
+    /// Bytes from the present position to the end; DeviceIo when the position cannot be told.
     std::int64_t remaining() const;
 
     void seek(std::int64_t position);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <new>
 #include <utility>
 
 #include "base/RunTimeFailure.h"
@@ -96,6 +97,8 @@ Truth LoadTGA::GetInfoTGA(const std::string& fileName, std::int32_t& width, std:
         bpp = header.PixelDepth;
         return truth(is_tga(header));
     } catch (const RunTimeFailure&) {
+        return False;
+    } catch (const std::bad_alloc&) {
         return False;
     }
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "base/bytes.h"
@@ -35,6 +36,8 @@ std::unique_ptr<Bitmap> create_section(std::int32_t width, std::int32_t height, 
             throw;
         }
         return nullptr;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
     }
 }
 
@@ -52,6 +55,8 @@ void delete_if_there(const std::string& path) {
         }
     } catch (const RunTimeFailure&) {
         // What cannot be deleted may still be opened; if not, opening tells.
+    } catch (const std::bad_alloc&) {
+        // The same.
     }
 }
 
