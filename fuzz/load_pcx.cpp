@@ -24,17 +24,13 @@ struct Probe {
     std::int64_t pixels() const { return std::abs(std::int64_t{width} * height); }
 };
 
-// Three planes must all be there, so that what such a file announces is looked at whatever its size; unless
-// its lines have no bytes.
-bool has_three_planes(std::span<const std::uint8_t> bytes) {
-    return bytes.size() > 67 && bytes[65] == 3 && (bytes[66] != 0 || bytes[67] != 0);
-}
-
 // A small file may announce a picture of up to 2 GiB that it does not fill, and get it; that takes seconds
-// and shows nothing. What is larger comes to nothing before memory is taken for it.
+// and shows nothing. What is larger comes to nothing before memory is taken for it, unless both sides are
+// negative.
 bool is_worth_decoding(const Probe& probe, std::span<const std::uint8_t> bytes) {
     const std::int64_t pixels = probe.pixels();
-    return has_three_planes(bytes) || pixels <= few_pixels || pixels > most_pixels_at_all ||
+    const bool comes_to_nothing = pixels > most_pixels_at_all && (probe.width > 0 || probe.height > 0);
+    return pixels <= few_pixels || comes_to_nothing ||
            (pixels <= most_decoded_pixels && fuzzing::is_one_in(inputs_for_one_large, bytes));
 }
 

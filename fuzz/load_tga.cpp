@@ -21,25 +21,35 @@ constexpr std::uint32_t inputs_for_one_large = 512;
 constexpr std::uint32_t inputs_for_one_drawn = 16;
 
 // What the header claims, computed wide, so that nothing overflows.
-std::int64_t claimed_pixels(const TgaHeader& header) {
-    const std::int64_t width = std::int64_t{header.ImageWidth} - header.XOrigin;
-    const std::int64_t height = std::int64_t{header.ImageHeight} - header.YOrigin;
-    return std::abs(width * height);
+struct Claim {
+    std::int64_t width; ///< without the origin
+    std::int64_t height;
+    std::int64_t line; ///< with the origin
+
+    std::int64_t pixels() const { return std::max(std::abs(width * height), std::abs(line * height)); }
+};
+
+Claim claim_of(const TgaHeader& header) {
+    return {std::int64_t{header.ImageWidth} - header.XOrigin,
+            std::int64_t{header.ImageHeight} - header.YOrigin, header.ImageWidth};
 }
 
 // A small file may announce a picture of up to 2 GiB that it does not fill, and get it; that takes long and
-// shows nothing. What is larger comes to nothing before memory is taken for it.
+// shows nothing. What is larger comes to nothing before memory is taken for it, unless both sides are
+// negative.
 bool is_worth_decoding(std::span<const std::uint8_t> bytes) {
     if (bytes.size() < TgaHeader::size) {
         return true;
     }
-    const std::int64_t pixels = claimed_pixels(TgaHeader::from_bytes(bytes.first<TgaHeader::size>()));
-    return pixels <= few_pixels || pixels > most_pixels_at_all ||
-           (pixels <= most_decoded_pixels && fuzzing::is_one_in(inputs_for_one_large, bytes));
+    const Claim claim = claim_of(TgaHeader::from_bytes(bytes.first<TgaHeader::size>()));
+    const bool comes_to_nothing = std::abs(claim.width * claim.height) > most_pixels_at_all &&
+                                  ((claim.width > 0 && claim.line > 0) || claim.height > 0);
+    return claim.pixels() <= few_pixels || comes_to_nothing ||
+           (claim.pixels() <= most_decoded_pixels && fuzzing::is_one_in(inputs_for_one_large, bytes));
 }
 
 void draw(LoadTGA& reader) {
-    if (claimed_pixels(reader.Header()) > few_pixels ||
+    if (claim_of(reader.Header()).pixels() > few_pixels ||
         std::abs(std::int64_t{reader.Width()} * reader.Height()) > few_pixels) {
         return;
     }
