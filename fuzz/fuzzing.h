@@ -84,11 +84,16 @@ class AtEnd {
     Action action_;
 };
 
-/// The path of that name in a folder of this process, which is removed at its end. TMPDIR says where. Linked
-/// with files in memory, nothing stands in the folder.
-inline std::string scratch_path(const std::string& name) {
+/// A folder of this process, which is removed at its end. TMPDIR says where. Linked with files in memory,
+/// nothing stands in it.
+inline const std::string& scratch_folder() {
     static const test::TemporaryFolder folder;
-    return folder.file(name);
+    return folder.path();
+}
+
+/// The path of that name in the scratch folder.
+inline std::string scratch_path(const std::string& name) {
+    return join_path(scratch_folder(), name);
 }
 
 /// A file of these bytes under that name; returns its path.

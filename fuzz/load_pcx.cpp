@@ -10,10 +10,10 @@ namespace {
 using namespace varnoth;
 
 constexpr std::int64_t few_pixels = 1 << 9;
-constexpr std::int64_t most_decoded_pixels = 1 << 16;
+constexpr std::int64_t most_decoded_pixels = 1 << 14;
 constexpr std::int64_t most_pixels_at_all = 1 << 29;
-constexpr std::uint32_t inputs_for_one_large = 512;
-constexpr std::uint32_t inputs_for_one_drawn = 16;
+constexpr std::uint32_t inputs_for_one_large = 64;
+constexpr std::uint32_t inputs_for_one_drawn = 64;
 
 struct Probe {
     Truth answer = False;

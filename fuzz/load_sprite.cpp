@@ -13,11 +13,11 @@ using namespace varnoth;
 
 constexpr std::int32_t few_frames = 64;
 constexpr std::int32_t largest_drawn_side = 64;
-constexpr std::int64_t small_frame = 1 << 14;
-constexpr std::int64_t largest_frame = 1 << 18;
+constexpr std::int64_t small_frame = 1 << 12;
+constexpr std::int64_t largest_frame = 1 << 16;
 constexpr std::size_t most_saved_bytes = 1 << 16;
 constexpr std::uint32_t inputs_for_one_large = 512;
-constexpr std::uint32_t inputs_for_one_used = 16;
+constexpr std::uint32_t inputs_for_one_used = 32;
 
 // Tables of up to 32768 frames are made before the first one is missed.
 bool claims_many_frames(std::span<const std::uint8_t> bytes) {

@@ -15,10 +15,10 @@ using namespace varnoth;
 constexpr std::array<std::uint8_t, 4> separator{'N', 'E', 'X', 'T'};
 constexpr std::size_t most_files = 4;
 constexpr std::int64_t few_pixels = 1 << 9;
-constexpr std::int64_t most_decoded_pixels = 1 << 16;
+constexpr std::int64_t most_decoded_pixels = 1 << 14;
 constexpr std::int64_t most_pixels_at_all = 1 << 29;
-constexpr std::uint32_t inputs_for_one_large = 512;
-constexpr std::uint32_t inputs_for_one_drawn = 16;
+constexpr std::uint32_t inputs_for_one_large = 64;
+constexpr std::uint32_t inputs_for_one_drawn = 64;
 
 // What the header claims, computed wide, so that nothing overflows.
 struct Claim {
