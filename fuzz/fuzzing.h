@@ -12,6 +12,7 @@
 #include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "base/RunTimeFailure.h"
 #include "base/files.h"
@@ -21,6 +22,15 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace varnoth::fuzzing {
+
+/// FNV-1a.
+inline std::uint32_t hash_of(std::span<const std::uint8_t> bytes) {
+    std::uint32_t hash = 2166136261;
+    for (const std::uint8_t byte : bytes) {
+        hash = (hash ^ byte) * 16777619;
+    }
+    return hash;
+}
 
 /// True when the action went through, false when it ended in a run-time failure. Anything else that it throws
 /// is a finding.
@@ -34,18 +44,56 @@ bool goes_through(Action&& action) {
     }
 }
 
-/// A claim that holds for every input; a finding when it does not.
+/// Whether allocations have failed on purpose in this run.
+inline bool memory_ran_out = false;
+
+/// Thrown out of a run in which memory ran out and a claim does not hold.
+struct OtherOutcome {};
+
+/// A claim that holds for every input; a finding when it does not. Where memory ran out, a run may come out
+/// otherwise, and ends here.
 inline void require(bool holds, const char* claim) {
-    if (!holds) {
-        std::fprintf(stderr, "does not hold: %s\n", claim);
-        std::abort();
+    if (holds) {
+        return;
     }
+    if (memory_ran_out) {
+        throw OtherOutcome();
+    }
+    std::fprintf(stderr, "does not hold: %s\n", claim);
+    std::abort();
 }
 
-/// The path of that name in a folder of this process, which is removed at its end. TMPDIR says where.
-inline std::string scratch_path(const std::string& name) {
+/// True for one in `count` inputs, the same ones on every run: for what takes long and shows little.
+inline bool is_one_in(std::uint32_t count, std::span<const std::uint8_t> bytes) {
+    return hash_of(bytes) % count == 0;
+}
+
+/// Does something at the end of a scope: what the program keeps from one file to the next goes with the
+/// input, so that what is still there after it is a leak.
+template <typename Action>
+class AtEnd {
+  public:
+    explicit AtEnd(Action action) : action_(std::move(action)) {}
+
+    ~AtEnd() { action_(); }
+
+    AtEnd(const AtEnd&) = delete;
+    AtEnd& operator=(const AtEnd&) = delete;
+
+  private:
+    Action action_;
+};
+
+/// A folder of this process, which is removed at its end. TMPDIR says where. Linked with files in memory,
+/// nothing stands in it.
+inline const std::string& scratch_folder() {
     static const test::TemporaryFolder folder;
-    return folder.file(name);
+    return folder.path();
+}
+
+/// The path of that name in the scratch folder.
+inline std::string scratch_path(const std::string& name) {
+    return join_path(scratch_folder(), name);
 }
 
 /// A file of these bytes under that name; returns its path.
@@ -55,6 +103,14 @@ inline std::string scratch_file(const std::string& name, std::span<const std::ui
     file.write(bytes);
     file.close();
     return path;
+}
+
+/// What stands in a scratch file.
+inline std::vector<std::uint8_t> scratch_bytes(const std::string& path) {
+    InputFile file(path);
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(file.length()));
+    bytes.resize(file.read(bytes));
+    return bytes;
 }
 
 /// Takes input bytes apart into small numbers. When they are used up, everything is 0.

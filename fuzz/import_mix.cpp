@@ -85,6 +85,7 @@ void require_frames(const Pictures& pictures, bool unchanged) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     start_anew();
+    const fuzzing::AtEnd forget(start_anew);
     fuzzing::Recipe recipe(data, size);
     const Transparent transparent{recipe.byte() % 2 == 1, recipe.colour()};
     // Mostly of one size, as an import stretches them; the first decides on the sprite's.

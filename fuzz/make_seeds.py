@@ -10,6 +10,7 @@ import struct
 import subprocess
 
 corpus = pathlib.Path(__file__).resolve().parent / "corpus"
+samples = corpus.parent.parent / "samples"
 
 
 def put(target, name, data):
@@ -37,6 +38,10 @@ def ppm(width, height, colours):
 
 def noise(count, seed=1):
     return bytes(random.Random(seed).randrange(256) for _ in range(count))
+
+
+def sample(ending):
+    return (samples / ("explosion_0" + ending)).read_bytes()
 
 
 # PCX ----------------------------------------------------------------------------------------------------------------
@@ -73,6 +78,14 @@ def make_pcx():
         put("load_pcx", "line-of-1-" + layout, pcx_header(bits, planes, 40, 3, line=1, encoding=0) + data)
         put("load_pcx", "width-0-" + layout, pcx_header(bits, planes, width=0, line=2) + data)
         put("load_pcx", "negative-size-" + layout, pcx_header(bits, planes, -5, -5, 2) + data)
+    for version in (0, 2, 3, 4, 255):
+        put("load_pcx", "version-%d" % version, pcx_header(version=version) + noise(900))
+    put("load_pcx", "encoding-2", pcx_header(encoding=2) + noise(900))
+    put("load_pcx", "bits-3", pcx_header(3) + noise(60))
+    put("load_pcx", "planes-0", pcx_header(8, 0) + noise(900))
+    put("load_pcx", "planes-255", pcx_header(1, 255, line=2) + noise(60))
+    put("load_pcx", "origin-beyond", pcx_header(x=100, y=50, width=-90) + noise(900))
+    put("load_pcx", "sample", sample(".pcx"))
     put("load_pcx", "grey-ramp-of-900-bytes", pcx_header(encoding=0) + noise(900))
     put("load_pcx", "size-overflows", pcx_header(x=-32768, width=32768 + 9, line=2))
     put("load_pcx", "line-overflows", pcx_header(planes=255, line=32767))
@@ -126,6 +139,20 @@ def make_tga():
         for length in (0, -1, 256, 257, 32767):
             put("load_tga", "map-of-%d-entries-%d-bits" % (length, map_depth),
                 tga_header(8, kind=1, map_kind=1, map_length=length, map_depth=map_depth) + table + noise(15))
+    for kind in (0, 1, 3, 4, 9, 11, 32, 255):
+        put("load_tga", "kind-%d" % kind, tga_header(kind=kind) + noise(45))
+        put("load_tga", "kind-%d-8-bit" % kind,
+            tga_header(8, kind=kind, map_kind=1, map_length=16, map_depth=24) + noise(48 + 15))
+    for descriptor in (16, 48, 15, 255):
+        put("load_tga", "descriptor-%d" % descriptor, tga_header(descriptor=descriptor) + noise(45))
+    put("load_tga", "ident-of-9", tga_header(ident=9) + noise(9 + 45))
+    put("load_tga", "map-from-5", tga_header(8, kind=1, map_kind=1, map_start=5, map_length=16, map_depth=24)
+        + noise(48 + 15))
+    put("load_tga", "map-of-another-kind", tga_header(8, kind=1, map_kind=2, map_length=16, map_depth=24) + noise(63))
+    put("load_tga", "negative-size", tga_header(width=-5, height=-3) + noise(45))
+    put("load_tga", "negative-height-8-bit",
+        tga_header(8, height=-3, map_length=16, map_depth=24) + noise(48 + 15))
+    put("load_tga", "sample", sample(".tga"))
     grey = tga_header(8, kind=3) + noise(15)
     packed_grey = tga_header(8, kind=9) + b"\x87\x05\x06" + noise(7)
     put("load_tga", "grey-after-a-map", b"NEXT".join((maps[24] + noise(15), grey)))
@@ -161,6 +188,12 @@ def make_bmp():
                          ("image-size-too-large", {"image": 71}), ("image-size-negative", {"image": 0x80000000}),
                          ("depth-65535", {"depth": 65535})):
         put("probe_bmp", name, bmp_header(**fields) + bytes(16))
+    for name, fields in (("depth-0", {"depth": 0}), ("planes-0", {"planes": 0}), ("height-0", {"height": 0}),
+                         ("negative-width", {"width": -2}), ("largest-sides", {"width": 2**31 - 1, "height": 2**31 - 1}),
+                         ("header-of-108", {"size": 108}), ("file-size-negative", {"file_size": 0x80000000}),
+                         ("offset-negative", {"offset": 0xFFFFFFFF})):
+        put("probe_bmp", name, bmp_header(**fields) + bytes(16))
+    put("probe_bmp", "sample", sample(".bmp")[:200])
     put("probe_bmp", "cut", bmp_header()[:53])
     put("probe_bmp", "empty", b"")
 
@@ -190,8 +223,58 @@ def make_jpeg():
     put("probe_jpeg", "length-beyond-the-end", start + b"\xff\xe1\x7f\xff" + bytes(20))
     put("probe_jpeg", "length-0", start + b"\xff\xe1\0\0" * 5)
     put("probe_jpeg", "cut-in-the-size", start + jfif + segment(0xC0, size)[:6])
+    put("probe_jpeg", "sample", sample(".jpg")[:600])
+    for marker in (0xC1, 0xC2, 0xC4, 0xD0, 0xDB, 0xFE):
+        put("probe_jpeg", "marker-%x-first" % marker, start + segment(marker, bytes(6)) + jfif + segment(0xC0, size))
     put("probe_jpeg", "start-only", start)
     put("probe_jpeg", "empty", b"")
+
+
+# BMP and JPEG files as a whole --------------------------------------------------------------------------------------
+
+def make_pictures():
+    bmp3 = "convert ppm:- %s bmp3:-"
+    for side, colours in (((1, 1), 2), ((5, 3), 9), ((16, 12), 200)):
+        picture = ppm(*side, colours)
+        label = "%dx%d" % side
+        for name, command in (("true-colour", bmp3 % "-type TrueColor"), ("palette", bmp3 % "-type Palette"),
+                              ("mono", bmp3 % "-type Bilevel"), ("packed", bmp3 % "-type Palette -compress RLE"),
+                              ("version-5", "convert ppm:- bmp:-"), ("version-2", "convert ppm:- bmp2:-"),
+                              ("alpha", "convert ppm:- -alpha set bmp:-"), ("netpbm", "ppmtobmp"),
+                              ("jpeg", "convert ppm:- -quality 30 jpg:-"),
+                              ("jpeg-grey", "convert ppm:- -colorspace Gray -quality 30 jpg:-"),
+                              ("jpeg-progressive", "convert ppm:- -interlace JPEG -quality 30 jpg:-"),
+                              ("jpeg-of-four-inks", "convert ppm:- -colorspace CMYK -quality 30 jpg:-"),
+                              ("jpeg-full-samples", "convert ppm:- -sampling-factor 1x1 -quality 30 jpg:-")):
+            data = run(command, picture)
+            put("load_picture", name + "-" + label, data)
+            put("load_picture", name + "-cut-" + label, data[:len(data) * 4 // 5])
+    for depth in (1, 4, 8, 16, 24, 32, 2, 0):
+        table = noise(4 << depth, depth) if 0 < depth <= 8 else b""
+        row = (6 * depth + 31) // 32 * 4
+        fields = {"width": 6, "height": 5, "depth": depth, "offset": 54 + len(table), "image": 5 * row,
+                  "file_size": 54 + len(table) + 5 * row}
+        head = bmp_header(**fields) + table
+        put("load_picture", "plain-%d-bit" % depth, head + noise(5 * row, depth))
+        put("load_picture", "short-%d-bit" % depth, head + noise(3 * row, depth))
+        put("load_picture", "top-down-%d-bit" % depth, bmp_header(**{**fields, "height": -5}) + table + noise(5 * row))
+        put("load_picture", "huge-%d-bit" % depth, bmp_header(**{**fields, "width": 32767, "height": 32767}) + table)
+    masks = struct.pack("<III", 0xF800, 0x7E0, 0x1F)
+    put("load_picture", "masks-16-bit", bmp_header(width=6, height=5, depth=16, compression=3, offset=66)
+        + masks + noise(60))
+    put("load_picture", "masks-of-nothing", bmp_header(width=6, height=5, depth=32, compression=3, offset=66)
+        + bytes(12) + noise(120))
+    for bits, compression in ((8, 1), (4, 2)):
+        table = noise(4 << bits, bits)
+        head = bmp_header(width=6, height=5, depth=bits, compression=compression, offset=54 + len(table)) + table
+        put("load_picture", "packed-%d-bit" % bits, head + b"\x06\x11\0\0\0\4\1\2\3\4\0\2\1\1\3\5\0\1")
+        put("load_picture", "packed-short-%d-bit" % bits, head + b"\x06\x11\0\0\0\4\1\2")
+        put("load_picture", "packed-outside-%d-bit" % bits, head + b"\xff\x11\0\2\xff\xff\5\5\0\1")
+    core = b"BM" + struct.pack("<IHHIIHHHH", 200, 0, 0, 26, 12, 6, 5, 1, 24)
+    put("load_picture", "core-header", core + noise(100))
+    put("load_picture", "sample.jpg", sample(".jpg"))
+    put("load_picture", "sample.bmp", sample(".bmp"))
+    put("load_picture", "empty", b"")
 
 
 # Sprites ------------------------------------------------------------------------------------------------------------
@@ -229,6 +312,12 @@ def make_sprites():
     put("load_sprite", "other-ident", sprite(ident=b"IDST"))
     put("load_sprite", "other-version", sprite(version=1))
     put("load_sprite", "colour-count-16", sprite(colours=16))
+    for place, label in ((8, "type"), (12, "render-mode"), (16, "radius"), (32, "beam"), (36, "sync")):
+        data = bytearray(sprite())
+        data[place:place + 4] = b"\xff\xff\xff\xff"
+        put("load_sprite", "all-ones-" + label, bytes(data))
+    put("load_sprite", "colour-count-negative", sprite(colours=-256))
+    put("load_sprite", "largest-sprite-size", sprite(2**31 - 1, 2**31 - 1, sizes=[(4, 3)]))
     put("load_sprite", "cut-in-the-header", sprite()[:30])
     put("load_sprite", "cut-in-the-palette", sprite()[:500])
     put("load_sprite", "cut-in-a-frame-header", sprite()[:815])
@@ -285,6 +374,27 @@ def make_recipes():
         order = b"".join(bytes([frames - 1 - i]) + noise(min(width * height, 100), i) for i in range(frames))
         put("write_read_sprite", "%d-frames-%dx%d" % (frames, width, height), head + order)
     put("write_read_sprite", "all-zero", b"")
+    for depth in range(6):
+        put("write_read_bmp", "depth-%d-one-pixel" % depth, bytes([0, 0, depth, 0]) + noise(4))
+        put("write_read_bmp", "depth-%d" % depth, bytes([12, 4, depth, 16]) + noise(64 + 50, depth))
+        put("write_read_bmp", "depth-%d-large" % depth, bytes([63, 63, depth, 255]) + noise(1200, depth))
+    put("write_read_bmp", "all-zero", b"")
+    for kind in range(4):
+        for clicks, label in ((bytes([0, 0, 0]), "plain"), (bytes([1, 1, 0]), "picked-and-resized"),
+                              (bytes([0, 1, 12]), "cancelled")):
+            head = bytes([kind]) + clicks + bytes([3, 3]) + bytes([7, 9])
+            for manner in range(RANDOM_MANNERS):
+                common = bytes([15, 15]) if manner in (0, 5) else bytes([5, 6])
+                files = b"".join(bytes([9, manner, seed]) for seed in range(3))
+                put("whole_import", "kind-%d-%s-manner-%d" % (kind, label, manner), head + common + b"\2" + files)
+            spelled_files = bytes([9, RANDOM_MANNERS]) + spelled + noise(42)
+            put("whole_import", "kind-%d-%s-spelled" % (kind, label), head + bytes([5, 6]) + b"\0" + spelled_files)
+        head = bytes([kind, 0, 1, 0, 0, 0, 7, 9, 5, 6, 3])
+        put("whole_import", "kind-%d-shallow" % kind, head + b"".join(bytes([201, 0, seed]) for seed in range(4)))
+        put("whole_import", "kind-%d-of-another-size" % kind, head + bytes([9, 1, 1, 17, 3, 4, 1, 2, 9, 1, 3, 9, 1, 4]))
+        put("whole_import", "kind-%d-broken" % kind, head + bytes([9, 1, 1, 18, 1, 5, 2, 12, 255, 1, 77, 2, 9, 1, 3]))
+        put("whole_import", "kind-%d-that-does-not-decode" % kind, head + bytes([9, 1, 1, 19, 1, 5, 9, 1, 3, 9, 1, 4]))
+        put("whole_import", "kind-%d-unselected" % kind, head + bytes([8, 1, 1] * 4))
 
 
 if __name__ == "__main__":
@@ -292,5 +402,6 @@ if __name__ == "__main__":
     make_tga()
     make_bmp()
     make_jpeg()
+    make_pictures()
     make_sprites()
     make_recipes()

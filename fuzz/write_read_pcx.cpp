@@ -1,4 +1,5 @@
 // A picture made of the bytes is written as a PCX file, plain and compressed, and must be read back the same.
+#include "codecs/CBitmap.h"
 #include "codecs/LoadPCX.h"
 #include "codecs/SavePCX.h"
 #include "fuzzing.h"
@@ -25,6 +26,7 @@ void write_and_read(PictureSurface& picture, Truth compress) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const fuzzing::AtEnd forget([] { CBitmap::CurrentBitmap = nullptr; });
     fuzzing::Recipe recipe(data, size);
     const auto picture = fuzzing::surface_of(recipe, most_wide, most_high, fuzzing::all_depths);
     // Nothing fails here: the picture is small and the folder is our own.

@@ -55,6 +55,7 @@ void require_same(const SpriteDocument& before, const SpriteDocument& after) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzzing::Recipe recipe(data, size);
+    const fuzzing::AtEnd forget([] { hlspr::document() = SpriteDocument(); });
     make_sprite(recipe);
     const SpriteDocument before = hlspr::document();
     const std::string path = fuzzing::scratch_path("written.spr");

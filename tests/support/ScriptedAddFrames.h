@@ -17,6 +17,10 @@ class ScriptedAddFrames : public AddFramesForm {
     /// transparent colour.
     ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled);
 
+    /// The same with these files listed.
+    ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled,
+                      const std::vector<std::string>& names);
+
     /// Selects one more entry by a click, as with the control key held: the selection is judged, the entry
     /// shown in the preview and, unless one was picked, its top left pixel taken as the transparent colour.
     void click(std::int16_t index);
@@ -91,9 +95,13 @@ class ScriptedAddFrames : public AddFramesForm {
 
 inline ScriptedAddFrames::ScriptedAddFrames(const std::string& folder, PictureFormat format,
                                             bool pick_enabled)
+    : ScriptedAddFrames(folder, format, pick_enabled, list_files(folder, extension_of(format))) {}
+
+inline ScriptedAddFrames::ScriptedAddFrames(const std::string& folder, PictureFormat format,
+                                            bool pick_enabled, const std::vector<std::string>& names)
     : folder_(folder), format_(format), pick_enabled_(pick_enabled) {
-    for (std::string& name : list_files(folder, extension_of(format))) {
-        entries_.push_back({std::move(name), false});
+    for (const std::string& name : names) {
+        entries_.push_back({name, false});
     }
 }
 

@@ -1,0 +1,95 @@
+// The bytes are a BMP or JPEG file for the picture loader on Qt, which must hand over the same pixels each
+// time.
+#include <algorithm>
+#include <cstdlib>
+
+#include <QCoreApplication>
+#include <QLoggingCategory>
+
+#include "base/bytes.h"
+#include "fuzzing.h"
+#include "platform/qt/QtPictureLoader.h"
+
+namespace {
+
+using namespace varnoth;
+
+constexpr std::int64_t few_pixels = 1 << 12;
+constexpr std::int64_t most_decoded_pixels = 1 << 20;
+constexpr std::uint32_t inputs_for_one_large = 64;
+constexpr std::size_t bmp_sizes_end = 26;
+
+// Qt's readers are plugins, which an application finds.
+void have_application() {
+    static int count = 1;
+    static char name[] = "load_picture";
+    static char* arguments[] = {name, nullptr};
+    static const QCoreApplication application(count, arguments);
+    static const bool is_quiet = [] {
+        QLoggingCategory::setFilterRules("*=false"); // broken pictures are what is fed here
+        return true;
+    }();
+    static_cast<void>(is_quiet);
+}
+
+std::int64_t bmp_pixels(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < bmp_sizes_end) {
+        return 0;
+    }
+    if (get_u32(bytes, 14) == 12) {
+        return std::int64_t{get_u16(bytes, 18)} * get_u16(bytes, 20);
+    }
+    return std::abs(std::int64_t{get_i32(bytes, 18)} * get_i32(bytes, 22));
+}
+
+// The largest that any frame header tells, wherever one may stand.
+std::int64_t jpeg_pixels(std::span<const std::uint8_t> bytes) {
+    std::int64_t most = 0;
+    for (std::size_t i = 0; i + 9 <= bytes.size(); ++i) {
+        if (bytes[i] == 0xFF && bytes[i + 1] >= 0xC0 && bytes[i + 1] <= 0xCF) {
+            const std::int64_t height = bytes[i + 5] * 256 + bytes[i + 6];
+            most = std::max(most, height * (bytes[i + 7] * 256 + bytes[i + 8]));
+        }
+    }
+    return most;
+}
+
+// A small file may announce a picture of 64 million pixels that it does not fill, and get it.
+bool is_worth_decoding(std::span<const std::uint8_t> bytes) {
+    const bool is_bmp = bytes.size() >= 2 && bytes[0] == 'B';
+    const std::int64_t pixels = is_bmp ? bmp_pixels(bytes) : jpeg_pixels(bytes);
+    return pixels <= few_pixels ||
+           (pixels <= most_decoded_pixels && fuzzing::is_one_in(inputs_for_one_large, bytes));
+}
+
+Picture load(const std::string& path) {
+    Picture picture;
+    fuzzing::goes_through([&] { picture = QtPictureLoader().load(path); });
+    return picture;
+}
+
+void require_same(const Bitmap& first, const Bitmap& second) {
+    fuzzing::require(first.width() > 0 && first.height() > 0 && first.bits_per_pixel() == 32,
+                     "a picture has pixels of 32 bits");
+    fuzzing::require(first.width() == second.width() && first.height() == second.height(),
+                     "the size depends on the file alone");
+    fuzzing::require(std::ranges::equal(first.bytes(), second.bytes()),
+                     "the pixels depend on the file alone");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    have_application();
+    if (!is_worth_decoding({data, size})) {
+        return 0;
+    }
+    const std::string path = fuzzing::scratch_file("input.picture", {data, size});
+    const Picture first = load(path);
+    const Picture second = load(path);
+    fuzzing::require((first.empty()) == (second.empty()), "a file loads each time or never");
+    if (!first.empty()) {
+        require_same(*first.bitmap, *second.bitmap);
+    }
+    return 0;
+}

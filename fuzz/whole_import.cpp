@@ -1,0 +1,241 @@
+// Picture files made of the bytes, of every format, some of them broken, are imported as a user does it:
+// clicked, resized, picked from and cancelled. The plain import must come out the same.
+#include <algorithm>
+#include <optional>
+
+#include "codecs/CBitmap.h"
+#include "fuzzing.h"
+#include "import/ImportPipeline.h"
+#include "import/mixpals.h"
+#include "reference/Import.h"
+#include "sprite/hlspr.h"
+#include "support/PictureFolder.h"
+#include "support/RecordedImport.h"
+#include "support/RecordedServices.h"
+#include "support/ScriptedAddFrames.h"
+
+namespace {
+
+using namespace varnoth;
+
+constexpr std::int32_t largest_side = 16;
+constexpr std::int32_t most_files = 4;
+constexpr std::int32_t most_broken_bytes = 3;
+constexpr std::int32_t header_bytes = 128; // of the longest header
+
+struct Size {
+    std::int32_t width = 1;
+    std::int32_t height = 1;
+};
+
+Size size_of(fuzzing::Recipe& recipe) {
+    const std::int32_t width = recipe.between(1, largest_side);
+    return {width, recipe.between(1, largest_side)};
+}
+
+std::vector<Colour> colours_of(fuzzing::Recipe& recipe, const Size& size) {
+    const auto count = static_cast<std::size_t>(size.width * size.height);
+    const std::size_t manner = recipe.byte() % (std::size(test::all_characters) + 1);
+    if (manner == std::size(test::all_characters)) {
+        return fuzzing::spelled_colours(recipe, count);
+    }
+    return test::random_colours(count, static_cast<std::size_t>(size.width), test::all_characters[manner],
+                                recipe.byte());
+}
+
+std::vector<std::uint8_t> jpeg_header(const Size& size) {
+    const auto width = static_cast<std::uint8_t>(size.width);
+    const auto height = static_cast<std::uint8_t>(size.height);
+    return {0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, height, 0, width, 1, 1, 0x11, 0, 0xFF, 0xD9};
+}
+
+// The file as the readers of this program take it: those of the platform only look at headers.
+std::vector<std::uint8_t> file_of(PictureFormat format, const Size& size, const std::vector<Colour>& colours,
+                                  std::int16_t bmp_depth) {
+    const auto width = static_cast<std::int16_t>(size.width);
+    const auto height = static_cast<std::int16_t>(size.height);
+    switch (format) {
+    case PictureFormat::Bmp:
+        return test::bmp_header(width, height, bmp_depth);
+    case PictureFormat::Jpg:
+        return jpeg_header(size);
+    case PictureFormat::Tga:
+        return test::tga_file(width, height, colours);
+    default:
+        return test::pcx_file(width, height, colours);
+    }
+}
+
+void break_bytes(fuzzing::Recipe& recipe, std::vector<std::uint8_t>& bytes) {
+    for (std::int32_t count = recipe.between(1, most_broken_bytes); count > 0; --count) {
+        const auto at = static_cast<std::size_t>(recipe.between(0, header_bytes - 1));
+        bytes[at % bytes.size()] = recipe.byte();
+    }
+}
+
+// The files in the scratch folder, and what the user does with them.
+class Job {
+  public:
+    explicit Job(fuzzing::Recipe& recipe) {
+        format_ = static_cast<PictureFormat>(recipe.between(0, 3));
+        pick_enabled_ = recipe.byte() % 2 == 1;
+        resize_ = recipe.byte() % 2 == 1;
+        cancel_at_ = recipe.byte();
+        pick_at_ = size_of(recipe);
+        sprite_size_ = size_of(recipe);
+        const Size common = size_of(recipe);
+        for (std::int32_t count = recipe.between(1, most_files); count > 0; --count) {
+            add_file(recipe, common);
+        }
+    }
+
+    const Size& sprite_size() const { return sprite_size_; }
+
+    std::size_t cancel_at() const { return cancel_at_; }
+
+    const std::map<std::string, Picture>& pictures() const { return pictures_; }
+
+    /// The dialog after all clicks.
+    std::unique_ptr<test::ScriptedAddFrames> form() const {
+        auto form = std::make_unique<test::ScriptedAddFrames>(fuzzing::scratch_folder(), format_,
+                                                              pick_enabled_, names_);
+        for (std::size_t i = 0; i < names_.size(); ++i) {
+            if (selected_[i]) {
+                form->click(static_cast<std::int16_t>(i));
+            }
+        }
+        form->choose_resize(resize_);
+        form->pick(pick_at_.width - 1, pick_at_.height - 1);
+        return form;
+    }
+
+  private:
+    void add_file(fuzzing::Recipe& recipe, const Size& common) {
+        const std::string name =
+            "picture" + std::to_string(names_.size()) + std::string(extension_of(format_));
+        const std::uint8_t traits = recipe.byte();
+        const bool has_own_size = traits % 16 == 1;
+        const bool is_broken = traits % 16 == 2;
+        const bool does_not_decode = traits % 16 == 3;
+        const Size size = has_own_size ? size_of(recipe) : common;
+        const std::vector<Colour> colours = colours_of(recipe, size);
+        const std::int16_t bmp_depth = traits >= 192 ? 8 : 24;
+        std::vector<std::uint8_t> bytes = file_of(format_, size, colours, bmp_depth);
+        if (is_broken) {
+            break_bytes(recipe, bytes);
+        }
+        const std::string path = fuzzing::scratch_file(name, bytes);
+        if (!does_not_decode) {
+            pictures_[path] = test::surface_of(size.width, size.height, colours)->Image();
+        }
+        names_.push_back(name);
+        selected_.push_back(traits % 8 != 0);
+    }
+
+    PictureFormat format_ = PictureFormat::Bmp;
+    bool pick_enabled_ = false;
+    bool resize_ = false;
+    std::size_t cancel_at_ = 0;
+    Size pick_at_;
+    Size sprite_size_;
+    std::vector<std::string> names_;
+    std::vector<bool> selected_;
+    std::map<std::string, Picture> pictures_;
+};
+
+struct Outcome {
+    std::optional<Failure> failure;
+    std::vector<std::string> events;
+    std::vector<std::string> lines;
+    std::vector<std::string> messages;
+    std::int32_t progress = 0;
+    SpriteDocument sprite;
+    std::vector<Colour> last_picture;
+    std::vector<Colour> sheet;
+};
+
+void start_anew() {
+    hlspr::document() = SpriteDocument();
+    hlspr::SpriteDirty = false;
+    mixpals::InitColorTable();
+    mixpals::ImportPalette.fill({});
+    mixpals::hLookupPalette.reset();
+    mixpals::MixInfo = {};
+    mixpals::MixBits = {};
+    CBitmap::CurrentBitmap = nullptr;
+}
+
+template <typename Import>
+Outcome run(const Job& job, Import&& import) {
+    start_anew();
+    hlspr::new_sprite(job.sprite_size().width, job.sprite_size().height, 2, 1);
+    test::RecordedServices services;
+    services.pictures = job.pictures();
+    test::RecordedImport view;
+    view.on_event = [&](const std::string&) {
+        view.abort = view.abort || view.events.size() == job.cancel_at();
+    };
+    Outcome outcome;
+    std::unique_ptr<test::ScriptedAddFrames> form;
+    try {
+        form = job.form();
+        import(*form, view);
+    } catch (const RunTimeFailure& failure) {
+        outcome.failure = failure.failure();
+    }
+    outcome.events = view.events;
+    outcome.lines = view.lines;
+    outcome.messages = services.messages;
+    outcome.progress = view.progress;
+    outcome.sprite = hlspr::document();
+    if (form) {
+        outcome.last_picture = test::colours_of(form->Buffer2());
+        outcome.sheet = test::colours_of(form->jojoPalette());
+    }
+    return outcome;
+}
+
+void require_same(const Outcome& shipped, const Outcome& plain) {
+    fuzzing::require(shipped.failure == plain.failure, "the plain import ends in the same way");
+    fuzzing::require(shipped.messages == plain.messages, "the messages are those of the plain import");
+    fuzzing::require(shipped.events == plain.events, "the events are those of the plain import");
+    fuzzing::require(shipped.lines == plain.lines, "the frame list is that of the plain import");
+    fuzzing::require(shipped.progress == plain.progress, "the progress is that of the plain import");
+    fuzzing::require(to_bytes(shipped.sprite.SpriteHeader) == to_bytes(plain.sprite.SpriteHeader) &&
+                         to_bytes(shipped.sprite.FrameHeader) == to_bytes(plain.sprite.FrameHeader),
+                     "the headers are those of the plain import");
+    fuzzing::require(to_bytes(shipped.sprite.Palette) == to_bytes(plain.sprite.Palette),
+                     "the palette is that of the plain import");
+    fuzzing::require(shipped.sprite.FrameStore == plain.sprite.FrameStore &&
+                         shipped.sprite.FrameOrder == plain.sprite.FrameOrder,
+                     "the frames are those of the plain import");
+    fuzzing::require(shipped.last_picture == plain.last_picture && shipped.sheet == plain.sheet,
+                     "the surfaces are those of the plain import");
+}
+
+// What was imported goes into a file and comes back.
+void save_and_load(const SpriteDocument& imported) {
+    hlspr::document() = imported;
+    const std::string path = fuzzing::scratch_path("imported.spr");
+    fuzzing::require(hlspr::save_sprite(path) == True, "what was imported can be saved");
+    fuzzing::require(hlspr::load_sprite(path) == True, "what was saved loads");
+    fuzzing::require(hlspr::document().FrameStore == imported.FrameStore, "the frames come back");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const fuzzing::AtEnd forget(start_anew);
+    fuzzing::Recipe recipe(data, size);
+    const Job job(recipe);
+    const Outcome shipped =
+        run(job, [](AddFramesForm& form, ImportView& view) { import_frames(form, view); });
+    reference::Mixpals mixing;
+    const Outcome plain = run(
+        job, [&](AddFramesForm& form, ImportView& view) { reference::import_frames(form, view, mixing); });
+    require_same(shipped, plain);
+    if (!shipped.failure && shipped.sprite.SpriteHeader.FrameCount > 0) {
+        save_and_load(shipped.sprite);
+    }
+    return 0;
+}

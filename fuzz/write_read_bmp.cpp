@@ -1,0 +1,64 @@
+// A picture made of the bytes, of every depth, is written as a BMP file, which must be what the format says.
+#include "base/bytes.h"
+#include "codecs/BmpMod.h"
+#include "fuzzing.h"
+#include "pictures/cDIB.h"
+
+namespace {
+
+using namespace varnoth;
+
+constexpr std::int32_t largest_side = 64;
+constexpr std::array<std::int32_t, 6> depths{1, 4, 8, 16, 24, 32};
+constexpr std::size_t head_bytes = 54;
+
+void fill(fuzzing::Recipe& recipe, cDIB& picture) {
+    picture.SetPalette(recipe.take(recipe.byte() * std::size_t{4}));
+    const std::span<std::uint8_t> pixels(picture.lpBits(), static_cast<std::size_t>(picture.Size()));
+    const auto given = recipe.take(pixels.size());
+    for (std::size_t i = 0; i < pixels.size() && !given.empty(); ++i) {
+        pixels[i] = given[i % given.size()];
+    }
+}
+
+void require_probed(const std::string& path, const cDIB& picture) {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::int16_t depth = 0;
+    std::int16_t compression = -1;
+    fuzzing::require(BmpMod::ProbeBmp(path, width, height, depth, compression) == True,
+                     "what is written is a usable bitmap");
+    fuzzing::require(width == picture.Width() && height == picture.Height() && depth == picture.Bpp() &&
+                         compression == 0,
+                     "the probe tells what was written");
+}
+
+void require_written(std::span<const std::uint8_t> file, const cDIB& picture) {
+    std::vector<std::uint8_t> palette;
+    picture.GetPalette(palette);
+    const std::size_t pixels_at = head_bytes + palette.size();
+    const std::span<const std::uint8_t> pixels(picture.lpBits(), static_cast<std::size_t>(picture.Size()));
+    fuzzing::require(file.size() == pixels_at + pixels.size(), "the file has all parts and no more");
+    fuzzing::require(get_u32(file, 2) == file.size(), "the file tells its length");
+    fuzzing::require(get_u32(file, 10) == pixels_at, "the file tells where its pixels begin");
+    fuzzing::require(std::ranges::equal(file.subspan(head_bytes, palette.size()), palette),
+                     "the colours are the picture's");
+    fuzzing::require(std::ranges::equal(file.subspan(pixels_at), pixels), "the rows are the picture's");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    fuzzing::Recipe recipe(data, size);
+    const std::int32_t width = recipe.between(1, largest_side);
+    const std::int32_t height = recipe.between(1, largest_side);
+    cDIB picture;
+    fuzzing::require(picture.Create(width, height, depths[recipe.byte() % depths.size()]),
+                     "there are pictures of these sizes");
+    fill(recipe, picture);
+    const std::string path = fuzzing::scratch_path("written.bmp");
+    picture.Save(path);
+    require_probed(path, picture);
+    require_written(fuzzing::scratch_bytes(path), picture);
+    return 0;
+}
