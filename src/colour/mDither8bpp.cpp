@@ -42,11 +42,10 @@ std::uint8_t level_of(const LevelRule& rule, std::size_t place, std::size_t valu
     };
     const auto channel = static_cast<std::int32_t>(value);
     const std::int32_t offset = rule.offsets[place];
-    // A level is compared with a threshold made for channel values, so it is always below.
-    if (level_at(channel) < mDither8bpp::Threshold256[place]) {
-        return narrow<std::uint8_t>(level_at(channel + rule.shift - offset));
-    }
-    return narrow<std::uint8_t>(level_at(channel - offset));
+    // The shift is for levels below the threshold of their place. Thresholds are made for channel values, so every
+    // level is below its own.
+    static_assert(std::ranges::min(mDither8bpp::Threshold256) > 15);
+    return narrow<std::uint8_t>(level_at(channel + rule.shift - offset));
 }
 
 // `levels` is the number of levels a channel, red the channel that counts fastest.

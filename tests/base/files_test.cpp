@@ -85,6 +85,15 @@ TEST(Files, OpeningTellsAMissingFileAMissingFolderAndAFolderApart) {
     EXPECT_FAILURE(OutputFile(folder.path()), PermissionDenied);
 }
 
+TEST(Files, AnythingElseThatKeepsAFileShutIsAFailureOfTheDevice) {
+    const TemporaryFolder folder;
+    const std::string link = folder.file("link");
+    std::filesystem::create_symlink(link, link);
+    EXPECT_FAILURE(InputFile{link}, DeviceIo);
+    EXPECT_FAILURE(OutputFile{link}, DeviceIo);
+    EXPECT_FAILURE(InputFile(folder.file(std::string(5000, 'a'))), DeviceIo);
+}
+
 TEST(Files, ReadingPastTheEndLeavesTheRestAsItWas) {
     const TemporaryFolder folder;
     InputFile file(folder.write("a", Bytes{1, 2, 3}));
