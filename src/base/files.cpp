@@ -61,6 +61,23 @@ std::FILE* open_file(const std::string& path, const char* mode) {
     return file;
 }
 
+// The standard functions count in a long, which ends at 2 GiB on some machines.
+int seek_in(std::FILE* file, std::int64_t offset, int origin) {
+#ifdef _WIN32
+    return _fseeki64(file, offset, origin);
+#else
+    return fseeko(file, offset, origin);
+#endif
+}
+
+std::int64_t position_in(std::FILE* file) {
+#ifdef _WIN32
+    return _ftelli64(file);
+#else
+    return ftello(file);
+#endif
+}
+
 } // namespace
 
 std::filesystem::path native_path(const std::string& path) {
@@ -105,10 +122,10 @@ void delete_file(const std::string& path) {
 }
 
 InputFile::InputFile(const std::string& path) : file_(open_file(path, "rb")) {
-    if (std::fseek(file_.get(), 0, SEEK_END) != 0) {
+    if (seek_in(file_.get(), 0, SEEK_END) != 0) {
         fail(Failure::DeviceIo);
     }
-    length_ = std::ftell(file_.get());
+    length_ = position_in(file_.get());
     if (length_ < 0) {
         fail(Failure::DeviceIo);
     }
@@ -116,11 +133,11 @@ InputFile::InputFile(const std::string& path) : file_(open_file(path, "rb")) {
 }
 
 std::int64_t InputFile::remaining() const {
-    return length_ - std::ftell(file_.get());
+    return length_ - position_in(file_.get());
 }
 
 void InputFile::seek(std::int64_t position) {
-    if (std::fseek(file_.get(), static_cast<long>(position), SEEK_SET) != 0) {
+    if (seek_in(file_.get(), position, SEEK_SET) != 0) {
         fail(Failure::DeviceIo);
     }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -55,7 +56,7 @@ TEST(ByteArray, AMoveLeavesAnEmptyArrayBehind) {
 }
 
 TEST(ByteArray, MoreMemoryThanThereIsIsAFailure) {
-    EXPECT_FAILURE(ByteArray(std::size_t{1} << 62), OutOfMemory);
+    EXPECT_FAILURE(ByteArray(std::numeric_limits<std::size_t>::max() / 2 + 1), OutOfMemory);
 }
 
 } // namespace
