@@ -34,7 +34,7 @@ Failure failure_of(int error) {
 [[noreturn]] void fail_at(const std::filesystem::path& native, int error) {
     std::error_code ignored;
     const std::filesystem::path folder = native.parent_path();
-    if (error == ENOENT && !folder.empty() && !std::filesystem::exists(folder, ignored)) {
+    if (error == ENOENT && !folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
         fail(Failure::PathNotFound);
     }
     fail(failure_of(error));
