@@ -41,7 +41,7 @@ Failure failure_of(int error) {
 [[noreturn]] void fail_at(const std::filesystem::path& native, int error) {
     std::error_code ignored;
     const std::filesystem::path folder = native.parent_path();
-    if (error == ENOENT && !folder.empty() && !std::filesystem::exists(folder, ignored)) {
+    if (error == ENOENT && !folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
         fail(Failure::PathNotFound);
     }
     fail(failure_of(error));
@@ -129,6 +129,23 @@ struct CloseFolder {
 
 #endif
 
+// The standard functions count in a long, which ends at 2 GiB on some machines.
+int seek_in(std::FILE* file, std::int64_t offset, int origin) {
+#ifdef _WIN32
+    return _fseeki64(file, offset, origin);
+#else
+    return fseeko(file, offset, origin);
+#endif
+}
+
+std::int64_t position_in(std::FILE* file) {
+#ifdef _WIN32
+    return _ftelli64(file);
+#else
+    return ftello(file);
+#endif
+}
+
 } // namespace
 
 std::filesystem::path native_path(const std::string& path) {
@@ -199,10 +216,10 @@ void delete_file(const std::string& path) {
 }
 
 InputFile::InputFile(const std::string& path) : file_(open_file(path, "rb")) {
-    if (std::fseek(file_.get(), 0, SEEK_END) != 0) {
+    if (seek_in(file_.get(), 0, SEEK_END) != 0) {
         fail(Failure::DeviceIo);
     }
-    length_ = std::ftell(file_.get());
+    length_ = position_in(file_.get());
     if (length_ < 0) {
         fail(Failure::DeviceIo);
     }
@@ -210,7 +227,7 @@ InputFile::InputFile(const std::string& path) : file_(open_file(path, "rb")) {
 }
 
 std::int64_t InputFile::remaining() const {
-    const std::int64_t position = std::ftell(file_.get());
+    const std::int64_t position = position_in(file_.get());
     if (position < 0) {
         fail(Failure::DeviceIo);
     }
@@ -218,7 +235,7 @@ std::int64_t InputFile::remaining() const {
 }
 
 void InputFile::seek(std::int64_t position) {
-    if (std::fseek(file_.get(), static_cast<long>(position), SEEK_SET) != 0) {
+    if (seek_in(file_.get(), position, SEEK_SET) != 0) {
         fail(Failure::DeviceIo);
     }
 }

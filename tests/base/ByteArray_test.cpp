@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -55,8 +56,8 @@ TEST(ByteArray, AMoveLeavesAnEmptyArrayBehind) {
 }
 
 TEST(ByteArray, MoreMemoryThanThereIsIsAFailure) {
-    EXPECT_FAILURE(ByteArray(std::size_t{1} << 62), OutOfMemory);
-    EXPECT_FAILURE(ByteArray::for_overwrite(std::size_t{1} << 62), OutOfMemory);
+    EXPECT_FAILURE(ByteArray(std::numeric_limits<std::size_t>::max() / 2 + 1), OutOfMemory);
+    EXPECT_FAILURE(ByteArray::for_overwrite(std::numeric_limits<std::size_t>::max() / 2 + 1), OutOfMemory);
 }
 
 TEST(ByteArray, OneForOverwriteHasItsSizeAndTakesWhatIsWritten) {

@@ -23,7 +23,9 @@ void make_read_only(const std::string& path) {
 }
 
 TEST(Files, FolderAndNameAreJoinedWithOneSeparator) {
-    EXPECT_EQ(join_path("a", "b"), "a/b");
+    const std::string separator(1, static_cast<char>(std::filesystem::path::preferred_separator));
+    EXPECT_EQ(join_path("a", "b"), "a" + separator + "b");
+    EXPECT_EQ(join_path("a" + separator, "b"), "a" + separator + "b");
     EXPECT_EQ(join_path("a/", "b"), "a/b");
     EXPECT_EQ(join_path("/", "b"), "/b");
     EXPECT_EQ(join_path("", "b"), "b");
