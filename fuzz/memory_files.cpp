@@ -159,6 +159,13 @@ void OutputFile::write(std::span<const std::uint8_t> bytes) {
     }
 }
 
+OutputFile::~OutputFile() = default;
+
+// Nothing is gained by waiting here.
+void OutputFile::write_later(std::span<const std::uint8_t> bytes) {
+    write(bytes);
+}
+
 void OutputFile::close() {
     if (std::fclose(file_.release()) != 0) {
         fail(Failure::OutOfMemory);

@@ -119,31 +119,31 @@ extern "C" {
 void* __real_malloc(std::size_t size);
 void* __real_calloc(std::size_t count, std::size_t size);
 void* __real_realloc(void* memory, std::size_t size);
-std::FILE* __real_fopen(const char* path, const char* mode);
+std::FILE* __real_fopen64(const char* path, const char* mode);
 std::size_t __real_fread(void* target, std::size_t size, std::size_t count, std::FILE* file);
 std::size_t __real_fwrite(const void* source, std::size_t size, std::size_t count, std::FILE* file);
 ssize_t __real_writev(int descriptor, const iovec* parts, int count);
-int __real_fseek(std::FILE* file, long offset, int origin);
-long __real_ftell(std::FILE* file);
+int __real_fseeko64(std::FILE* file, off_t offset, int origin);
+off_t __real_ftello64(std::FILE* file);
 int __real_ferror(std::FILE* file);
 int __real_fclose(std::FILE* file);
 DIR* __real_opendir(const char* path);
-dirent* __real_readdir(DIR* folder);
+dirent* __real_readdir64(DIR* folder);
 int __real_closedir(DIR* folder);
 
 void* __wrap_malloc(std::size_t size);
 void* __wrap_calloc(std::size_t count, std::size_t size);
 void* __wrap_realloc(void* memory, std::size_t size);
-std::FILE* __wrap_fopen(const char* path, const char* mode);
+std::FILE* __wrap_fopen64(const char* path, const char* mode);
 std::size_t __wrap_fread(void* target, std::size_t size, std::size_t count, std::FILE* file);
 std::size_t __wrap_fwrite(const void* source, std::size_t size, std::size_t count, std::FILE* file);
 ssize_t __wrap_writev(int descriptor, const iovec* parts, int count);
-int __wrap_fseek(std::FILE* file, long offset, int origin);
-long __wrap_ftell(std::FILE* file);
+int __wrap_fseeko64(std::FILE* file, off_t offset, int origin);
+off_t __wrap_ftello64(std::FILE* file);
 int __wrap_ferror(std::FILE* file);
 int __wrap_fclose(std::FILE* file);
 DIR* __wrap_opendir(const char* path);
-dirent* __wrap_readdir(DIR* folder);
+dirent* __wrap_readdir64(DIR* folder);
 int __wrap_closedir(DIR* folder);
 
 void* __wrap_malloc(std::size_t size) {
@@ -158,11 +158,11 @@ void* __wrap_realloc(void* memory, std::size_t size) {
     return fails(Call::Array) ? nullptr : __real_realloc(memory, size);
 }
 
-std::FILE* __wrap_fopen(const char* path, const char* mode) {
+std::FILE* __wrap_fopen64(const char* path, const char* mode) {
     if (fails(Call::Open)) {
         return nullptr;
     }
-    std::FILE* const file = __real_fopen(path, mode);
+    std::FILE* const file = __real_fopen64(path, mode);
     streams += file == nullptr ? 0 : 1;
     return file;
 }
@@ -193,12 +193,12 @@ ssize_t __wrap_writev(int descriptor, const iovec* parts, int count) {
     return fails(Call::Write) ? -1 : __real_writev(descriptor, parts, count);
 }
 
-int __wrap_fseek(std::FILE* file, long offset, int origin) {
-    return fails(Call::Seek) ? -1 : __real_fseek(file, offset, origin);
+int __wrap_fseeko64(std::FILE* file, off_t offset, int origin) {
+    return fails(Call::Seek) ? -1 : __real_fseeko64(file, offset, origin);
 }
 
-long __wrap_ftell(std::FILE* file) {
-    return fails(Call::Tell) ? -1 : __real_ftell(file);
+off_t __wrap_ftello64(std::FILE* file) {
+    return fails(Call::Tell) ? -1 : __real_ftello64(file);
 }
 
 int __wrap_ferror(std::FILE* file) {
@@ -228,8 +228,8 @@ DIR* __wrap_opendir(const char* path) {
     return folder;
 }
 
-dirent* __wrap_readdir(DIR* folder) {
-    return fails(Call::ReadFolder) ? nullptr : __real_readdir(folder);
+dirent* __wrap_readdir64(DIR* folder) {
+    return fails(Call::ReadFolder) ? nullptr : __real_readdir64(folder);
 }
 
 int __wrap_closedir(DIR* folder) {

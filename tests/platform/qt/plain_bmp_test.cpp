@@ -86,7 +86,7 @@ TEST_F(PlainBmp, WhateverElseTheHeaderTellsItReadsAsByQt) {
         bmp.between.resize(random() % 3 == 0 ? random() % 40 : 0);
         Bytes file = bmp.file();
         // The file's size, the reserved words, the pixels' size, the resolution, the colours in use.
-        for (const std::size_t at : {2, 3, 6, 7, 8, 9, 34, 35, 38, 39, 42, 43, 50, 51}) {
+        for (const std::size_t at : {2U, 3U, 6U, 7U, 8U, 9U, 34U, 35U, 38U, 39U, 42U, 43U, 50U, 51U}) {
             file[at] = static_cast<std::uint8_t>(random());
         }
         file[46] = static_cast<std::uint8_t>(random() % 4);
