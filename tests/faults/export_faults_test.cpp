@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "faults/Operation.h"
+#include "support/dibs.h"
 #include "support/pictures.h"
 #include "support/sprites.h"
 #include "workbench/FrameExtraction.h"
@@ -228,6 +229,25 @@ INSTANTIATE_TEST_SUITE_P(Formats, ExportFaults,
                          [](const auto& instance) {
                              return std::string(extension_of(instance.param).substr(1));
                          });
+
+// What colour reduction and the writer of BMP files make their copies in.
+class MakingASurface : public Job {
+  public:
+    void prepare() override {}
+
+    bool run() override { return dib_.Create(5, 4, 32); }
+
+    FileBytes result() override { return bytes_of(dib_); }
+
+  private:
+    cDIB dib_;
+};
+
+TEST(SurfaceFaults, WithoutMemoryASurfaceIsNotMadeWhichIsNoFailure) {
+    SteadyServices services;
+    MakingASurface job;
+    EXPECT_GT(fail_in_both_manners(job, services, {.call = Call::Allocation}, always(answered(false))), 2);
+}
 
 TEST(PreviewFaults, WithoutMemoryATickEnds) {
     SteadyServices services;

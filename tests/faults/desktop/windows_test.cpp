@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "desktop/EditorTest.h"
-#include "faults/Faults.h"
+#include "faults/Operation.h"
 #include "support/PictureFolder.h"
 
 namespace varnoth {
@@ -60,7 +60,7 @@ class WindowFaults : public EditorTest {
             }
         }
         EXPECT_GT(met, 0);
-        RecordProperty("faults met", met);
+        test::note_faults_met(met);
     }
 
     void select_all() {
