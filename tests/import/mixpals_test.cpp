@@ -241,6 +241,16 @@ TEST_F(MixpalsTest, FinalizingA16BitSurfaceIsASubscriptFailureAtOnce) {
     EXPECT_EQ(ColorTable.size(), 1001U);
 }
 
+TEST_F(MixpalsTest, OnlyWhoAsksForAnIndexMeetsThatThereIsNoPaletteYet) {
+    TestSurface surface(3, 3, 16);
+    EXPECT_FAILURE(FinalizePalette(surface), SubscriptOutOfRange);
+    const std::vector<std::uint8_t> pixel(4);
+    std::vector<std::uint8_t> indices(1);
+    EXPECT_FAILURE(nearest_index(0, 0, 0), Overflow);
+    EXPECT_FAILURE(nearest_indices(pixel, 4, indices), Overflow);
+    nearest_indices({}, 4, {});
+}
+
 TEST_F(MixpalsTest, ASurfaceWithoutPixelsMatchesTheBufferAtProgramStart) {
     InitColorTable();
     TestSurface none(0, 0);

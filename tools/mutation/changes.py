@@ -176,6 +176,8 @@ def statement_changes(text, tokens):
 def is_expression(part):
     """Whether a statement does something rather than declare it: an assignment, a step or a call."""
     texts = [token.text for token in part]
+    if texts[-1] in ("default", "delete") or texts[0] == "~":
+        return False
     if any(text in STEPS for text in texts):
         return True
     for i, (left, right) in enumerate(zip(part, part[1:])):
