@@ -126,7 +126,37 @@ void add_coder(const std::string& name, Shipped shipped, Plain plain) {
                                  [=](benchmark::State& state) { repeat(state, plain); });
 }
 
+// One colour all over, the plainest of areas, as large as a sheet of many pictures.
+constexpr std::int32_t area_side = 1024;
+
+const Bytes& area_bytes() {
+    static const Bytes bytes(std::size_t{3} * area_side * area_side, 100);
+    return bytes;
+}
+
+// Speeds count the bytes of pixels, packed or not.
+template <typename Code>
+void add_speed(const std::string& what, Code code) {
+    benchmark::RegisterBenchmark(what.c_str(), [=](benchmark::State& state) {
+        repeat(state, code);
+        state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(area_bytes().size()));
+    });
+}
+
+void add_plain_area() {
+    static const Bytes pcx = with_spare_byte(SavePCX::EncodeRle(area_bytes(), 3 * area_side));
+    static const Bytes tga = with_spare_byte(SaveTGA::EncodeRle(area_bytes(), area_side));
+    add_speed("PCX encoder, plain area/shipped",
+              [] { return SavePCX::EncodeRle(area_bytes(), 3 * area_side); });
+    add_speed("TGA encoder, plain area/shipped", [] { return SaveTGA::EncodeRle(area_bytes(), area_side); });
+    add_speed("PCX decoder, plain area/shipped", [] { return LoadPCX::DecodeRle(pcx); });
+    add_speed("TGA decoder, plain area/shipped",
+              [] { return LoadTGA::DecodeRle(tga, 24, area_side, area_side); });
+    add_speed("copy of the same bytes/shipped", [] { return Bytes(area_bytes()); });
+}
+
 void add_all() {
+    add_plain_area();
     add("read PCX", load_pcx);
     add("read TGA", load_tga);
     add("write PCX", save_pcx);

@@ -1,5 +1,5 @@
-// The whole import and those of its stages that belong to it alone. Each stage runs over 64 photographs, so
-// that the times add up to that of the whole.
+// The stages of an import. Each runs over 64 photographs, so that the times add up to that of the whole,
+// which import_job takes.
 #include <benchmark/benchmark.h>
 
 #include "colour/mDither8bpp.h"
@@ -15,7 +15,6 @@ namespace varnoth::bench {
 namespace {
 
 constexpr std::size_t set_size = 64;
-constexpr std::size_t largest_set = 256;
 
 const test::TemporaryFolder& folder() {
     static const test::TemporaryFolder the_folder;
@@ -24,22 +23,6 @@ const test::TemporaryFolder& folder() {
 
 std::string photograph_path(std::size_t number) {
     return folder().file("photograph" + std::to_string(number) + ".bmp");
-}
-
-void import_shipped(benchmark::State& state) {
-    for (auto _ : state) {
-        import_folder(folder().path(), static_cast<std::int32_t>(state.range(0)));
-    }
-}
-
-void import_plain(benchmark::State& state) {
-    for (auto _ : state) {
-        hlspr::new_sprite(256, 256, 2, 1);
-        WholeFolder form(folder().path(), static_cast<std::int32_t>(state.range(0)));
-        SilentView view;
-        reference::Mixpals mixing;
-        reference::import_frames(form, view, mixing);
-    }
 }
 
 void decode(benchmark::State& state) {
@@ -174,8 +157,6 @@ void frames_plain(benchmark::State& state) {
     }
 }
 
-BENCHMARK(import_shipped)->Name("import of 64/shipped")->Arg(set_size);
-BENCHMARK(import_plain)->Name("import of 64/plain")->Arg(set_size)->Iterations(1)->Repetitions(3);
 BENCHMARK(decode)->Name("64 times decode/shipped");
 BENCHMARK(stretch_shipped)->Name("64 times stretch/shipped");
 BENCHMARK(stretch_plain)->Name("64 times stretch/plain");
@@ -187,7 +168,6 @@ BENCHMARK(finalize_shipped)->Name("FinalizePalette/shipped");
 BENCHMARK(finalize_plain)->Name("FinalizePalette/plain");
 BENCHMARK(frames_shipped)->Name("64 times add_frame/shipped");
 BENCHMARK(frames_plain)->Name("64 times add_frame/plain")->Iterations(1)->Repetitions(3);
-BENCHMARK(import_shipped)->Name("growth")->Arg(1)->Arg(4)->Arg(16)->Arg(64)->Arg(256);
 
 } // namespace
 } // namespace varnoth::bench
@@ -196,6 +176,6 @@ int main(int argc, char** argv) {
     const varnoth::bench::Platform platform(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::AddCustomContext("pictures decoded by", varnoth::bench::Platform::name());
-    varnoth::bench::write_photographs(varnoth::bench::folder(), varnoth::bench::largest_set);
+    varnoth::bench::write_photographs(varnoth::bench::folder().path(), varnoth::bench::set_size);
     benchmark::RunSpecifiedBenchmarks();
 }

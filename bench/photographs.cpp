@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/files.h"
 #include "colour/mDither8bpp.h"
 #include "support/PictureFolder.h"
 
@@ -107,7 +108,7 @@ void copy_pixels(const PictureSurface& from, PictureSurface& to) {
     std::ranges::copy(from.bitmap().bytes(), to.bitmap().bytes().begin());
 }
 
-void write_photographs(const test::TemporaryFolder& folder, std::size_t count) {
+void write_photographs(const std::string& folder, std::size_t count) {
     for (std::size_t number = 0; number < count; ++number) {
         std::vector<std::uint8_t> file = test::bmp_header(photograph_side, photograph_side, 24);
         const std::vector<std::uint8_t> bytes = photograph_bytes(static_cast<std::uint32_t>(number));
@@ -117,7 +118,9 @@ void write_photographs(const test::TemporaryFolder& folder, std::size_t count) {
             file.insert(file.end(), end - row_bytes, end);
         }
         put_i32(file, 2, static_cast<std::int32_t>(file.size()));
-        folder.write("photograph" + std::to_string(number) + ".bmp", file);
+        OutputFile output(join_path(folder, "photograph" + std::to_string(number) + ".bmp"));
+        output.write(file);
+        output.close();
     }
 }
 

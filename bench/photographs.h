@@ -31,7 +31,7 @@ const Surfaces& reduced_photographs(std::size_t count);
 /// A copy of a surface's pixels on another of the same size and depth.
 void copy_pixels(const PictureSurface& from, PictureSurface& to);
 
-/// Writes `count` photographs as 24-bit BMP files, in list order.
-void write_photographs(const test::TemporaryFolder& folder, std::size_t count);
+/// Writes the photographs of the seeds 0 to `count` - 1 as 24-bit BMP files, photograph0.bmp and so on.
+void write_photographs(const std::string& folder, std::size_t count);
 
 } // namespace varnoth::bench

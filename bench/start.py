@@ -9,7 +9,7 @@ import sys
 import time
 
 ROUNDS = 31
-MOST = 1.5
+MOST = 1.2
 
 
 def run(program, window):

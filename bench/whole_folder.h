@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -15,7 +16,8 @@ namespace varnoth::bench {
 
 class WholeFolder : public test::ScriptedAddFrames {
   public:
-    WholeFolder(const std::string& folder, std::int32_t count)
+    explicit WholeFolder(const std::string& folder,
+                         std::int32_t count = std::numeric_limits<std::int32_t>::max())
         : ScriptedAddFrames(folder, PictureFormat::Bmp, false),
           count_(std::min(count, ScriptedAddFrames::entry_count())) {
         LoadSelectedPicture(*this, 0, Picture1());
@@ -64,7 +66,8 @@ class SilentView : public ImportView {
 };
 
 /// The shipped import of a folder's first `count` pictures into a new sprite.
-inline void import_folder(const std::string& folder, std::int32_t count) {
+inline void import_folder(const std::string& folder,
+                          std::int32_t count = std::numeric_limits<std::int32_t>::max()) {
     hlspr::new_sprite(256, 256, 2, 1);
     WholeFolder form(folder, count);
     SilentView view;

@@ -110,7 +110,7 @@ class Editor {
 
 void measure_import(Editor& editor) {
     const test::TemporaryFolder folder;
-    write_photographs(folder, 64);
+    write_photographs(folder.path(), 64);
     std::vector<double> engine;
     std::vector<double> windows;
     std::vector<double> ratios; // of neighbours in time, which the machine disturbs alike
@@ -134,7 +134,7 @@ void measure_import(Editor& editor) {
 // The click is posted from outside at some moment and waits in the event queue until a yield.
 void measure_cancel(Editor& editor) {
     const test::TemporaryFolder folder;
-    write_photographs(folder, 300);
+    write_photographs(folder.path(), 300);
     for (const bool second_pass : {false, true}) {
         double longest = 0;
         bool right_messages = true;
@@ -181,7 +181,7 @@ void measure_cancel(Editor& editor) {
 
 void measure_preview(Editor& editor) {
     const test::TemporaryFolder folder;
-    write_photographs(folder, 8);
+    write_photographs(folder.path(), 8);
     editor.make_new(); // behind several imports the list is longer than the sprite, which the preview would
                        // not survive
     editor.select_all(folder.path());

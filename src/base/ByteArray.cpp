@@ -7,17 +7,20 @@
 
 namespace varnoth {
 
-ByteArray::ByteArray(std::size_t size) : size_(size) {
-    if (size == 0) {
-        return;
-    }
-    bytes_.reset(static_cast<std::uint8_t*>(std::calloc(size, 1)));
-    if (!bytes_) {
+ByteArray::ByteArray(void* bytes, std::size_t size)
+    : bytes_(static_cast<std::uint8_t*>(bytes)), size_(size) {
+    if (!bytes_ && size != 0) {
         fail(Failure::OutOfMemory);
     }
 }
 
-ByteArray::ByteArray(const ByteArray& other) : ByteArray(other.size_) {
+ByteArray::ByteArray(std::size_t size) : ByteArray(size == 0 ? nullptr : std::calloc(size, 1), size) {}
+
+ByteArray ByteArray::for_overwrite(std::size_t size) {
+    return {size == 0 ? nullptr : std::malloc(size), size};
+}
+
+ByteArray::ByteArray(const ByteArray& other) : ByteArray(for_overwrite(other.size_)) {
     std::copy_n(other.data(), size_, data());
 }
 

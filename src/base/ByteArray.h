@@ -1,5 +1,5 @@
-// A byte array of fixed length that starts all zero. Its pages come from the system untouched, so a
-// large array costs memory only where something is written.
+// A byte array of fixed length that starts all zero unless it is asked for otherwise. Its pages come from the
+// system untouched, so a large array costs memory only where something is written.
 #pragma once
 
 #include <cstddef>
@@ -16,6 +16,10 @@ class ByteArray {
 
     /// `size` zero bytes; OutOfMemory when they cannot be had.
     explicit ByteArray(std::size_t size);
+
+    /// `size` bytes of any value, for whoever writes every one of them before it is read; OutOfMemory
+    /// likewise.
+    static ByteArray for_overwrite(std::size_t size);
 
     ByteArray(const ByteArray& other);
     ByteArray(ByteArray&& other) noexcept;
@@ -40,6 +44,8 @@ class ByteArray {
     friend bool operator==(const ByteArray& a, const ByteArray& b);
 
   private:
+    ByteArray(void* bytes, std::size_t size);
+
     struct Release {
         void operator()(std::uint8_t* bytes) const { std::free(bytes); }
     };

@@ -27,6 +27,10 @@ bool folder_exists(const std::string& path);
 /// A read-only file is one whose owner-write permission is off, whoever runs the program.
 bool is_read_only(const std::string& path);
 
+/// The names of everything in a folder, hidden ones too, in no order. Of a folder that cannot be read, those
+/// that could be.
+std::vector<std::string> names_in(const std::string& folder);
+
 /// Deletes an existing file. PermissionDenied for a read-only file and for a folder, FileNotFound when there
 /// is none, PathNotFound when there is no such folder either.
 void delete_file(const std::string& path);
@@ -40,7 +44,7 @@ class InputFile {
     /// The file's length in bytes.
     std::int64_t length() const { return length_; }
 
-    /// Bytes from the present position to the end.
+    /// Bytes from the present position to the end; DeviceIo when the position cannot be told.
     std::int64_t remaining() const;
 
     void seek(std::int64_t position);
@@ -64,7 +68,17 @@ class OutputFile {
     /// PermissionDenied also for an existing read-only file, which keeps its content.
     explicit OutputFile(const std::string& path);
 
+    /// A file that was not closed gets what is still to be written; failures then stay unknown.
+    ~OutputFile();
+
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
     void write(std::span<const std::uint8_t> bytes);
+
+    /// The same for bytes that stay as they are until the file is closed or destroyed: they go to the system
+    /// many parts at a time, straight from where they stand.
+    void write_later(std::span<const std::uint8_t> bytes);
 
     /// Writes out what is buffered and closes; failures of the disk show here at the latest.
     void close();
@@ -74,7 +88,13 @@ class OutputFile {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
+    // As many parts as one call to the system takes.
+    static constexpr std::size_t most_pending = 512;
+
+    void write_pending();
+
     std::unique_ptr<std::FILE, Close> file_;
+    std::vector<std::span<const std::uint8_t>> pending_;
 };
 
 /// The first `count` bytes of a file, fewer when it is shorter.

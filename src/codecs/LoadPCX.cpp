@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <new>
 
 #include "base/RunTimeFailure.h"
 #include "base/numbers.h"
@@ -97,6 +98,8 @@ Truth LoadPCX::GetInfoPCX(const std::string& fileName, std::int32_t& width, std:
         bpp = header.BitsPerPixel;
         return truth(is_pcx(header));
     } catch (const RunTimeFailure&) {
+        return False;
+    } catch (const std::bad_alloc&) {
         return False;
     }
 }

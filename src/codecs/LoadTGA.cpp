@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <new>
 #include <utility>
 
 #include "base/RunTimeFailure.h"
@@ -63,7 +64,7 @@ void put_clipped(std::span<std::uint8_t> target, std::int64_t at, std::span<cons
     const std::int64_t room = static_cast<std::int64_t>(target.size()) - at;
     if (room > 0) {
         const std::size_t count = std::min(bytes.size(), static_cast<std::size_t>(room));
-        std::ranges::copy(bytes.first(count), target.begin() + at);
+        std::ranges::copy(bytes.first(count), target.subspan(static_cast<std::size_t>(at)).begin());
     }
 }
 
@@ -96,6 +97,8 @@ Truth LoadTGA::GetInfoTGA(const std::string& fileName, std::int32_t& width, std:
         bpp = header.PixelDepth;
         return truth(is_tga(header));
     } catch (const RunTimeFailure&) {
+        return False;
+    } catch (const std::bad_alloc&) {
         return False;
     }
 }

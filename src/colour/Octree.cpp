@@ -1,5 +1,7 @@
 #include "colour/Octree.h"
 
+#include <limits>
+
 #include "base/RunTimeFailure.h"
 #include "base/numbers.h"
 
@@ -13,7 +15,17 @@ constexpr int list_levels = 8;
 // A pixel that passes a ninth split has either found its leaf or run out of lists.
 constexpr int deepest_split = list_levels + 1;
 
+// No sum of so many channel values leaves its 32 bits.
+constexpr std::int32_t harmless_count = std::numeric_limits<std::int32_t>::max() / 255;
+
 void count_pixel(Octree::Leaf& leaf, std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
+    if (leaf.PixelCount < harmless_count) {
+        leaf.PixelCount += 1;
+        leaf.SumR += red;
+        leaf.SumG += green;
+        leaf.SumB += blue;
+        return;
+    }
     leaf.PixelCount = checked_add(leaf.PixelCount, 1);
     leaf.SumR = checked_add(leaf.SumR, red);
     leaf.SumG = checked_add(leaf.SumG, green);
@@ -37,7 +49,17 @@ Octree::Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& 
       blue_paths_(paths_of(weights.blue, 2)),
       nodes_(2) {}
 
+// Paths are the same in every tree of equal weights, and the weight is nearly always 1.
 Octree::ChannelPaths Octree::paths_of(float weight, int bit_of_slot) {
+    static const ChannelPaths unweighted = walked_paths(1.0F);
+    ChannelPaths paths = weight == 1.0F ? unweighted : walked_paths(weight);
+    for (Path& path : paths) {
+        path <<= bit_of_slot;
+    }
+    return paths;
+}
+
+Octree::ChannelPaths Octree::walked_paths(float weight) {
     ChannelPaths paths{};
     for (std::size_t value = 0; value < paths.size(); ++value) {
         const float tested = static_cast<float>(value) * weight;
@@ -50,43 +72,44 @@ Octree::ChannelPaths Octree::paths_of(float weight, int bit_of_slot) {
                 high = middle;
             } else {
                 low = middle;
-                paths[value] |= Path{1} << (3 * level + bit_of_slot);
+                paths[value] |= Path{1} << (3 * level);
             }
         }
     }
     return paths;
 }
 
-void Octree::add(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
-    const Path path = red_paths_[red] | green_paths_[green] | blue_paths_[blue];
-    KnownLeaf& known = known_leaf(path);
-    if (known.path != path || known.reductions != reductions_) {
-        known = {path, leaf_at(path), reductions_};
-    }
-    count_pixel(node(known.leaf).sums, red, green, blue);
-    while (leaf_count_ > maximum_ && reduce()) {
+void Octree::add(std::span<const std::uint8_t> pixels) {
+    for (std::size_t at = 0; at + 4 <= pixels.size(); at += 4) {
+        const std::uint8_t blue = pixels[at];
+        const std::uint8_t green = pixels[at + 1];
+        const std::uint8_t red = pixels[at + 2];
+        const Position leaf = leaf_at(red_paths_[red] | green_paths_[green] | blue_paths_[blue]);
+        count_pixel(node(leaf).sums, red, green, blue);
+        while (leaf_count_ > maximum_ && reduce()) {
+        }
     }
 }
 
-Octree::KnownLeaf& Octree::known_leaf(Path path) {
-    constexpr Path spread = 0x9E3779B1; // multiplicative hashing: 2^32 by the golden ratio
-    return known_leaves_[(path * spread) >> 22];
-}
-
-// Walks down from the root and makes what is missing.
+// The leaf of a path, made if it is missing.
 Octree::Position Octree::leaf_at(Path path) {
-    Position at = 1;
-    for (int level = 1;; ++level, path >>= 3) {
-        const std::size_t slot = path & 7U;
-        Position child = node(at).child[slot];
-        if (child == 0) {
-            child = grow(at, slot, level);
-        }
-        if (node(child).is_leaf) {
-            return child;
-        }
-        at = child;
+    ShortCut& short_cut = short_cuts_[path % short_cuts_.size()];
+    if (node(short_cut.position).lives != short_cut.lives) {
+        const Position reached = walk_down(1, 1, short_cut_levels, path);
+        short_cut = {reached, node(reached).lives};
     }
+    return walk_down(short_cut.position, short_cut_levels + 1, deepest_split, path);
+}
+
+// From a node of the level above `level` to a leaf or to a node of the last level. What is missing is made.
+Octree::Position Octree::walk_down(Position at, int level, int last_level, Path path) {
+    while (!node(at).is_leaf && level <= last_level) {
+        const std::size_t slot = path >> 3 * (level - 1) & 7U;
+        const Position child = node(at).child[slot];
+        at = child != 0 ? child : grow(at, slot, level);
+        ++level;
+    }
+    return at;
 }
 
 Octree::Position Octree::grow(Position parent, std::size_t slot, int level) {
@@ -152,7 +175,6 @@ bool Octree::reduce() {
     ++leaf_count_;
     reduced.sums = totals;
     reduced.is_leaf = true;
-    ++reductions_;
     return true;
 }
 
@@ -160,6 +182,7 @@ void Octree::free_node(Position position) {
     Node& freed = node(position);
     freed.next = free_head_;
     freed.is_leaf = false;
+    ++freed.lives;
     free_head_ = position;
 }
 

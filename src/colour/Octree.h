@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace varnoth {
@@ -32,10 +33,11 @@ class Octree {
     /// eight leaves stay however low the maximum is.
     Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& weights);
 
-    /// Counts one pixel and reduces. There are lists of reducible nodes for the levels 1 to 8 only:
-    /// SubscriptOutOfRange when a pixel needs another one, that is with 0 or more than 9 levels at once, with
-    /// 9 at the first reduction. Overflow when a leaf's sums leave their 32 bits.
-    void add(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
+    /// Counts the pixels, 4 bytes each: blue, green, red and one that plays no part. Reduces after each one.
+    /// There are lists of reducible nodes for the levels 1 to 8 only: SubscriptOutOfRange when a pixel needs
+    /// another one, that is with 0 or more than 9 levels at once, with 9 at the first reduction. Overflow
+    /// when a leaf's sums leave their 32 bits.
+    void add(std::span<const std::uint8_t> pixels);
 
     /// The leaves in the order of their positions.
     std::vector<Leaf> leaves() const;
@@ -43,10 +45,11 @@ class Octree {
   private:
     using Position = std::int32_t; // 0 stands for none, 1 is the root
 
-    struct Node {
-        std::array<Position, 8> child{}; // slot: red bit + 2 * green bit + 4 * blue bit
+    struct alignas(64) Node {
         Leaf sums;
-        Position next = 0; // in the list of reducible or of free nodes
+        std::array<Position, 8> child{}; // slot: red bit + 2 * green bit + 4 * blue bit
+        Position next = 0;               // in the list of reducible or of free nodes
+        std::uint32_t lives = 0;         // how often it was freed
         bool is_leaf = false;
     };
 
@@ -56,10 +59,12 @@ class Octree {
     using ChannelPaths = std::array<Path, 256>;
 
     static ChannelPaths paths_of(float weight, int bit_of_slot);
+    static ChannelPaths walked_paths(float weight);
 
     Node& node(Position position) { return nodes_[static_cast<std::size_t>(position)]; }
 
     Position leaf_at(Path path);
+    Position walk_down(Position at, int level, int last_level, Path path);
     Position grow(Position parent, std::size_t slot, int level);
     Position new_node();
     void free_node(Position position);
@@ -77,18 +82,16 @@ class Octree {
     std::int32_t leaf_count_ = 0;
     Position free_head_ = 0;
 
-    // Where paths ended that were walked lately. No leaf moves or goes except by a reduction, so what was
-    // learnt since the last one still holds.
-    struct KnownLeaf {
-        Path path = 0;
-        Position leaf = 0;
-        std::int64_t reductions = -1;
+    // Where the first levels of a path lead: to the node of the last of them, or to a leaf above it. Such a
+    // node may become a leaf, but until it is freed no other node takes its place.
+    static constexpr int short_cut_levels = 4;
+
+    struct ShortCut {
+        Position position = 0;
+        std::uint32_t lives = 1; // position 0 is never freed, so this leads nowhere
     };
 
-    KnownLeaf& known_leaf(Path path);
-
-    std::array<KnownLeaf, 1024> known_leaves_{};
-    std::int64_t reductions_ = 0;
+    std::array<ShortCut, 1 << 3 * short_cut_levels> short_cuts_{};
 };
 
 } // namespace varnoth

@@ -197,10 +197,7 @@ void cPal8bpp::CreateOptimal(const cDIB& Image, std::int32_t maximum, std::int32
     }
     Octree tree(maximum, narrow<std::uint8_t>(levels), {RWeight, GWeight, BWeight});
     for (std::int32_t y = 0; y < Image.Height(); ++y) {
-        const std::span<const std::uint8_t> row = MapPixels(Image, y);
-        for (std::size_t at = 0; at < row.size(); at += 4) {
-            tree.add(row[at + 2], row[at + 1], row[at]);
-        }
+        tree.add(MapPixels(Image, y));
     }
     Initialize(0);
     std::int16_t entry = 0;

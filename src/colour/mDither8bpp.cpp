@@ -7,7 +7,6 @@
 
 #include "base/RunTimeFailure.h"
 #include "base/numbers.h"
-#include "colour/nearest_levels.h"
 #include "pictures/dib_rows.h"
 
 namespace varnoth {
@@ -43,33 +42,48 @@ std::uint8_t level_of(const LevelRule& rule, std::size_t place, std::size_t valu
     };
     const auto channel = static_cast<std::int32_t>(value);
     const std::int32_t offset = rule.offsets[place];
-    // A level is compared with a threshold made for channel values, so it is always below.
-    if (level_at(channel) < mDither8bpp::Threshold256[place]) {
-        return narrow<std::uint8_t>(level_at(channel + rule.shift - offset));
-    }
-    return narrow<std::uint8_t>(level_at(channel - offset));
+    // The shift is for levels below the threshold of their place. Thresholds are made for channel values, so every
+    // level is below its own.
+    static_assert(std::ranges::min(mDither8bpp::Threshold256) > 15);
+    return narrow<std::uint8_t>(level_at(channel + rule.shift - offset));
 }
 
-template <typename Tables>
-void fill_levels(Tables& tables, const LevelRule& rule) {
+// `levels` is the number of levels a channel, red the channel that counts fastest.
+template <typename MatrixTables>
+void fill_tables(MatrixTables& tables, const LevelRule& rule, std::uint16_t levels) {
     for (std::size_t place = 0; place < tables.size(); ++place) {
-        for (std::size_t value = 0; value < tables[place].size(); ++value) {
-            tables[place][value] = level_of(rule, place, value);
+        for (std::size_t value = 0; value < 256; ++value) {
+            const std::uint16_t level = level_of(rule, place, value);
+            tables[place].blue[value] = static_cast<std::uint16_t>(level * levels * levels);
+            tables[place].green[value] = static_cast<std::uint16_t>(level * levels);
+            tables[place].red[value] = level;
         }
     }
 }
 
 // Walks both pictures in the order of the buffer, the lowest row first, through the places of the matrix.
-template <typename Tables, typename IndexOfLevels>
-void dither(const cDIB& source, cDIB& target, const Tables& tables, IndexOfLevels index_of_levels) {
+template <typename MatrixTables, typename Lookup>
+void dither(const cDIB& source, cDIB& target, const MatrixTables& tables, Lookup& lookup) {
     for (std::int32_t y = 0; y < source.Height(); ++y) {
         const std::span<const std::uint8_t> pixels = MapPixels(source, y);
         const std::span<std::uint8_t> indices = MapBytes(target, y);
-        const std::size_t row_phase = static_cast<std::size_t>(y) % 4;
-        for (std::size_t x = 0; x < indices.size(); ++x) {
-            const auto& levels = tables[x % 4 + 4 * row_phase];
+        const auto row_tables =
+            std::span(tables).subspan(static_cast<std::size_t>(y) % 4 * 4).template first<4>();
+        const auto dither_pixel = [&](std::size_t x, std::size_t phase) {
+            const auto& place = row_tables[phase];
+            const std::uint8_t* pixel = &pixels[4 * x];
             indices[x] =
-                index_of_levels(levels[pixels[4 * x]], levels[pixels[4 * x + 1]], levels[pixels[4 * x + 2]]);
+                lookup[std::size_t{place.blue[pixel[0]]} + place.green[pixel[1]] + place.red[pixel[2]]];
+        };
+        std::size_t x = 0;
+        for (; x + 4 <= indices.size(); x += 4) {
+            dither_pixel(x, 0);
+            dither_pixel(x + 1, 1);
+            dither_pixel(x + 2, 2);
+            dither_pixel(x + 3, 3);
+        }
+        for (; x < indices.size(); ++x) {
+            dither_pixel(x, x % 4);
         }
     }
 }
@@ -108,8 +122,8 @@ void mDither8bpp::BuildTables() {
     for (std::size_t i = 0; i < cube_index_.size(); ++i) {
         cube_index_[i] = static_cast<std::uint8_t>(i);
     }
-    fill_levels(lookup_levels_, {level16_, 8, 8, Offset16});
-    fill_levels(cube_levels_, {level6_, 51, 26, Offset51});
+    fill_tables(lookup_tables_, {level16_, 8, 8, Offset16}, 16);
+    fill_tables(cube_tables_, {level6_, 51, 26, Offset51}, 6);
 }
 
 bool mDither8bpp::transform_to_8bit(PictureSurface& source, PictureSurface& target) {
@@ -158,25 +172,23 @@ void mDither8bpp::BuildColorLookup(const cPal8bpp& palette) {
     if (handle == nullptr) {
         fail(Failure::Overflow);
     }
-    // The platform palette holds red and blue crossed.
-    std::vector<RGBQUAD> entries;
-    for (std::int32_t i = 0; i < handle->size(); ++i) {
-        const PALETTEENTRY entry = handle->entry(i);
-        entries.push_back({entry.peRed, entry.peGreen, entry.peBlue, 0});
-    }
-    color_lookup_ = nearest_to_levels(entries);
+    color_lookup_.emplace(*handle);
 }
 
-void mDither8bpp::DitherToLookup(const cDIB& source, cDIB& target) const {
-    dither(source, target, lookup_levels_, [this](std::size_t blue, std::size_t green, std::size_t red) {
-        return color_lookup_[(blue * 16 + green) * 16 + red];
-    });
+std::array<std::uint8_t, LevelLookup::places> mDither8bpp::ColorLookup() {
+    std::array<std::uint8_t, LevelLookup::places> lookup{};
+    for (std::size_t place = 0; color_lookup_ && place < lookup.size(); ++place) {
+        lookup[place] = (*color_lookup_)[place];
+    }
+    return lookup;
+}
+
+void mDither8bpp::DitherToLookup(const cDIB& source, cDIB& target) {
+    dither(source, target, lookup_tables_, *color_lookup_);
 }
 
 void mDither8bpp::DitherToCube(const cDIB& source, cDIB& target) const {
-    dither(source, target, cube_levels_, [this](std::size_t blue, std::size_t green, std::size_t red) {
-        return cube_index_[(blue * 6 + green) * 6 + red];
-    });
+    dither(source, target, cube_tables_, cube_index_);
 }
 
 bool mDither8bpp::save_bmp(const std::string& file_name, PictureSurface& surface) {

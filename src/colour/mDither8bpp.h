@@ -5,8 +5,10 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include "colour/LevelLookup.h"
 #include "colour/cPal8bpp.h"
 #include "pictures/cDIB.h"
 #include "platform/PictureSurface.h"
@@ -44,7 +46,8 @@ class mDither8bpp {
     /// Overflow when the palette has no platform palette.
     void BuildColorLookup(const cPal8bpp& palette);
 
-    const std::array<std::uint8_t, 4096>& ColorLookup() const { return color_lookup_; }
+    /// All zero before the first lookup is built.
+    std::array<std::uint8_t, LevelLookup::places> ColorLookup();
 
     /// Entry i + 8: i / 17 rounded, 0 to 15, for i from -8 to 262.
     const std::array<std::int32_t, 271>& Level16() const { return level16_; }
@@ -56,8 +59,15 @@ class mDither8bpp {
     const std::array<std::uint8_t, 216>& CubeIndex() const { return cube_index_; }
 
   private:
-    // Per place in the matrix, the level of each channel value.
-    using LevelTables = std::array<std::array<std::uint8_t, 256>, 16>;
+    // For one place in the matrix, what each channel value adds to the place in a lookup: its level times
+    // the lookup's stride for that channel.
+    struct PlaceTables {
+        std::array<std::uint16_t, 256> blue{};
+        std::array<std::uint16_t, 256> green{};
+        std::array<std::uint16_t, 256> red{};
+    };
+
+    using MatrixTables = std::array<PlaceTables, 16>;
 
     void BuildTables();
 
@@ -65,14 +75,14 @@ class mDither8bpp {
     void ReduceToDIB(const cDIB& source, cDIB& target);
 
     void DitherToCube(const cDIB& source, cDIB& target) const;
-    void DitherToLookup(const cDIB& source, cDIB& target) const;
+    void DitherToLookup(const cDIB& source, cDIB& target);
 
-    std::array<std::uint8_t, 4096> color_lookup_{};
+    std::optional<LevelLookup> color_lookup_;
     std::array<std::int32_t, 271> level16_{};
     std::array<std::uint8_t, 216> cube_index_{};
     std::array<std::int32_t, 332> level6_{};
-    LevelTables lookup_levels_{};
-    LevelTables cube_levels_{};
+    MatrixTables lookup_tables_{};
+    MatrixTables cube_tables_{};
 };
 
 } // namespace varnoth

@@ -1,9 +1,10 @@
 #include "import/mixpals.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
-#include <utility>
 
+#include "base/bytes.h"
 #include "base/numbers.h"
 #include "import/ColourSet.h"
 #include "platform/Services.h"
@@ -26,16 +27,64 @@ constexpr std::int32_t sheet_side = 512;
 // The colours that AddPictureColors wrote to the table, for quick search.
 ColourSet written_colours;
 
-// Answers of nearest_index for colours asked lately, by a hash of the colour.
+// Blue, green and red as one number.
+using Key = std::uint32_t;
+
+constexpr Key no_key = 0xFFFFFFFF;
+constexpr std::size_t remembered_keys = 4096;
+
+// Where a key is remembered, by a hash of it (multiplicative, 2^32 by the golden ratio).
+std::size_t slot_of(Key key) {
+    return (key * 2654435761U) >> 20;
+}
+
+// Colours that were found in the table lately. What stands there once stays until the table is emptied.
+std::array<Key, remembered_keys> found_in_table;
+
+// Answers of nearest_index for colours asked lately.
 struct RememberedIndex {
-    Colour colour = no_colour;
+    Key key = no_key;
     std::uint8_t index = 0;
 };
 
-std::array<RememberedIndex, 4096> remembered;
+std::array<RememberedIndex, remembered_keys> remembered;
 
-std::size_t remembered_slot(Colour colour) {
-    return (static_cast<std::uint32_t>(colour) * 2654435761U) >> 20;
+std::uint8_t seek_index(Key key) {
+    // The question crosses red and blue, as the lookup palette does.
+    const auto index = hLookupPalette->GetNearestPaletteIndex(static_cast<Colour>(key));
+    remembered[slot_of(key)] = {key, static_cast<std::uint8_t>(index)};
+    return static_cast<std::uint8_t>(index);
+}
+
+std::uint8_t index_of(Key key) {
+    const RememberedIndex& slot = remembered[slot_of(key)];
+    return slot.key == key ? slot.index : seek_index(key);
+}
+
+void check_lookup_palette() {
+    if (!hLookupPalette) {
+        fail(Failure::Overflow);
+    }
+}
+
+// Calls visit(i, key) for `count` pixels of `pixel_bytes` bytes each, one behind the other.
+template <typename Visit>
+void visit_keys(std::span<const std::uint8_t> pixels, std::size_t pixel_bytes, std::size_t count,
+                Visit&& visit) {
+    if (pixel_bytes == 4) {
+        for (std::size_t i = 0; i < count; ++i) {
+            visit(i, get_u32(pixels, 4 * i) & 0xFFFFFF);
+        }
+        return;
+    }
+    for (std::size_t i = 0, at = 0; i < count; ++i, at += pixel_bytes) {
+        visit(i, pixels[at] | Key{pixels[at + 1]} << 8 | Key{pixels[at + 2]} << 16);
+    }
+}
+
+RGBQUAD quad_of_key(Key key) {
+    return {static_cast<std::uint8_t>(key), static_cast<std::uint8_t>(key >> 8),
+            static_cast<std::uint8_t>(key >> 16), 0};
 }
 
 bool is_colour(const RGBQUAD& entry, std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
@@ -55,11 +104,9 @@ bool seek(const Entries& entries, std::uint8_t red, std::uint8_t green, std::uin
     return false;
 }
 
-// The same as a search up to the free position ColorCount: the colours written, or what that position holds.
-bool is_in_table(const RGBQUAD& pixel) {
-    check_subscript(ColorCount, ColorTable.size());
-    return written_colours.contains(colour_of(pixel)) ||
-           colour_of(ColorTable[static_cast<std::size_t>(ColorCount)]) == colour_of(pixel);
+// Whether a search up to the free position ColorCount meets the colour there rather than before.
+bool is_at_free_position(const RGBQUAD& pixel) {
+    return colour_of(ColorTable[static_cast<std::size_t>(ColorCount)]) == colour_of(pixel);
 }
 
 void add_to_table(const RGBQUAD& pixel) {
@@ -71,19 +118,33 @@ void add_to_table(const RGBQUAD& pixel) {
     }
 }
 
-RGBQUAD pixel_at(std::int32_t x, std::int32_t y) {
-    const auto channels = MixBits.pixel(x, y);
-    check_subscript(2, channels.size());
-    return {channels[0], channels[1], channels[2], 0};
+// A colour that neither stands in the table nor at its free position is added.
+void look_up(Key key) {
+    check_subscript(ColorCount, ColorTable.size());
+    const RGBQUAD pixel = quad_of_key(key);
+    if (!written_colours.contains(colour_of(pixel))) {
+        if (is_at_free_position(pixel)) {
+            return; // for now: that position is yet to be written
+        }
+        add_to_table(pixel);
+    }
+    found_in_table[slot_of(key)] = key;
 }
 
+// Calls visit(i, key) for every pixel of a surface that stands in MixBits.
 template <typename Visit>
 void visit_pixels(const PictureSurface& surface, Visit&& visit) {
     for (std::int32_t y = 0; y < surface.ScaleHeight(); ++y) {
         yield_to_events();
-        for (std::int32_t x = 0; x < surface.ScaleWidth(); ++x) {
-            visit(pixel_at(x, y));
+        const auto width = static_cast<std::int64_t>(std::ceil(surface.ScaleWidth()));
+        if (width == 0) {
+            continue;
         }
+        check_subscript(2, MixBits.channels());
+        const std::int64_t there = std::min<std::int64_t>(width, MixBits.width());
+        visit_keys(MixBits.row(y), static_cast<std::size_t>(MixBits.channels()),
+                   static_cast<std::size_t>(there), visit);
+        check_subscript(width - 1, MixBits.width());
     }
 }
 
@@ -98,6 +159,7 @@ void InitColorTable() {
     ColorCount = 0;
     ColorTable.assign(first_table_size, RGBQUAD{});
     written_colours.clear();
+    found_in_table.fill(no_key);
 }
 
 bool PrepareMixBits(const PictureSurface& surface) {
@@ -129,10 +191,9 @@ bool AddPictureColors(PictureSurface& surface) {
         return false;
     }
     ReadMixBits(surface);
-    Colour last = no_colour;
-    visit_pixels(surface, [&](const RGBQUAD& pixel) {
-        if (colour_of(pixel) != std::exchange(last, colour_of(pixel)) && !is_in_table(pixel)) {
-            add_to_table(pixel);
+    visit_pixels(surface, [](std::size_t, Key key) {
+        if (found_in_table[slot_of(key)] != key) {
+            look_up(key);
         }
     });
     return true;
@@ -181,7 +242,8 @@ void FinalizePalette(PictureSurface& surface) {
                (free_entry < ImportPalette.size() &&
                 colour_of(ImportPalette[free_entry]) == colour_of(pixel));
     };
-    visit_pixels(surface, [&](const RGBQUAD& pixel) {
+    visit_pixels(surface, [&](std::size_t, Key key) {
+        const RGBQUAD pixel = quad_of_key(key);
         if (!is_in_palette(pixel)) {
             check_subscript(ColorCount, ImportPalette.size());
             ImportPalette[static_cast<std::size_t>(ColorCount)] = pixel;
@@ -226,15 +288,18 @@ void MakeLookupPalette() {
 }
 
 std::int16_t nearest_index(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
-    if (!hLookupPalette) {
-        fail(Failure::Overflow);
+    check_lookup_palette();
+    return index_of(blue | Key{green} << 8 | Key{red} << 16);
+}
+
+void nearest_indices(std::span<const std::uint8_t> pixels, std::size_t pixel_bytes,
+                     std::span<std::uint8_t> indices) {
+    if (indices.empty()) {
+        return;
     }
-    const Colour crossed = make_colour(blue, green, red);
-    RememberedIndex& slot = remembered[remembered_slot(crossed)];
-    if (slot.colour != crossed) {
-        slot = {crossed, static_cast<std::uint8_t>(hLookupPalette->GetNearestPaletteIndex(crossed))};
-    }
-    return slot.index;
+    check_lookup_palette();
+    visit_keys(pixels, pixel_bytes, indices.size(),
+               [&](std::size_t i, Key key) { indices[i] = index_of(key); });
 }
 
 } // namespace varnoth::mixpals

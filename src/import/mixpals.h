@@ -4,8 +4,10 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "platform/Bitmap.h"
@@ -75,5 +77,10 @@ void MakeLookupPalette();
 /// Index 0 to 255 of the entry nearest to the colour among those that ImportPalette held when the lookup
 /// palette was made. Overflow when none was made yet.
 std::int16_t nearest_index(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
+
+/// nearest_index of each of the pixels, which begin `pixel_bytes` apart with blue, green and red. `pixels` must
+/// hold those three bytes of as many pixels as there are indices; where a pixel has 4 bytes, all 4 of them.
+void nearest_indices(std::span<const std::uint8_t> pixels, std::size_t pixel_bytes,
+                     std::span<std::uint8_t> indices);
 
 } // namespace varnoth::mixpals

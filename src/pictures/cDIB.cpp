@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "base/bytes.h"
@@ -21,16 +22,21 @@ bool is_section_depth(std::int32_t bits) {
 }
 
 // Null when the platform has no such section.
-std::unique_ptr<Bitmap> create_section(std::int32_t width, std::int32_t height, std::int32_t bits) {
+std::unique_ptr<Bitmap> create_section(std::int32_t width, std::int32_t height, std::int32_t bits,
+                                       bool zero) {
     if (width < 1 || height < 1 || !is_section_depth(bits)) {
         return nullptr;
     }
     try {
-        return std::make_unique<Bitmap>(width, height, bits, Bitmap::Rows::Section);
+        return std::make_unique<Bitmap>(
+            zero ? Bitmap(width, height, bits, Bitmap::Rows::Section)
+                 : Bitmap::for_overwrite(width, height, bits, Bitmap::Rows::Section));
     } catch (const RunTimeFailure& failure) {
         if (failure.failure() != Failure::OutOfMemory) {
             throw;
         }
+        return nullptr;
+    } catch (const std::bad_alloc&) {
         return nullptr;
     }
 }
@@ -49,12 +55,18 @@ void delete_if_there(const std::string& path) {
         }
     } catch (const RunTimeFailure&) {
         // What cannot be deleted may still be opened; if not, opening tells.
+    } catch (const std::bad_alloc&) {
+        // The same.
     }
 }
 
 } // namespace
 
 bool cDIB::Create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp) {
+    return create(NewWidth, NewHeight, Newbpp, Pixels::Zero);
+}
+
+bool cDIB::create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp, Pixels pixels) {
     Destroy();
     header_.biSize = info_header_bytes;
     header_.biPlanes = 1;
@@ -68,7 +80,7 @@ bool cDIB::Create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Ne
     bytes_per_scanline_ = checked_add(checked_multiply(NewWidth, Newbpp), 31) / 32 * 4;
     size_ = checked_multiply(bytes_per_scanline_, NewHeight);
 
-    section_ = create_section(NewWidth, NewHeight, Newbpp);
+    section_ = create_section(NewWidth, NewHeight, Newbpp, pixels == Pixels::Zero);
     if (!section_) {
         Destroy();
         return false;
@@ -95,7 +107,9 @@ std::uint8_t cDIB::CreateFromStdPicture(const Picture& Image, bool Force32bpp) {
 }
 
 bool cDIB::CreateFromHdc(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight) {
-    if (!Create(NewWidth, NewHeight, 32)) {
+    const Bitmap* source = Image.bitmap();
+    const bool covers = source != nullptr && source->width() >= NewWidth && source->height() >= NewHeight;
+    if (!create(NewWidth, NewHeight, 32, covers ? Pixels::Overwritten : Pixels::Zero)) {
         return false;
     }
     bit_blt(context_, 0, 0, NewWidth, NewHeight, Image, 0, 0, SRCCOPY);

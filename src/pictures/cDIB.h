@@ -114,6 +114,13 @@ class cDIB {
     Picture Image() const;
 
   private:
+    enum class Pixels {
+        Zero,
+        Overwritten
+    }; // what stands in them at first, or that whoever creates writes all
+
+    bool create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp, Pixels pixels);
+
     bool has_colour_table() const { return section_ && bits_per_pixel_ < 9; }
 
     std::size_t colour_table_bytes() const { return std::size_t{4} << bits_per_pixel_; }

@@ -32,13 +32,28 @@ std::uint16_t word_of_quad(const RGBQUAD& pixel) {
 
 } // namespace
 
-Bitmap::Bitmap(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel, Rows rows)
+Bitmap::Bitmap(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel, Rows rows, WithoutBytes)
     : width_(width), height_(height), bits_per_pixel_(bits_per_pixel), rows_(rows) {
     if (width < 0 || height < 0 || !is_known_depth(bits_per_pixel)) {
         fail(Failure::InvalidPropertyValue);
     }
     row_bytes_ = bytes_of_row(width, bits_per_pixel, rows);
-    bytes_ = ByteArray(static_cast<std::size_t>(checked_multiply(row_bytes_, height)));
+}
+
+std::size_t Bitmap::byte_count() const {
+    return static_cast<std::size_t>(checked_multiply(row_bytes_, height_));
+}
+
+Bitmap::Bitmap(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel, Rows rows)
+    : Bitmap(width, height, bits_per_pixel, rows, WithoutBytes()) {
+    bytes_ = ByteArray(byte_count());
+}
+
+Bitmap Bitmap::for_overwrite(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel,
+                             Rows rows) {
+    Bitmap bitmap(width, height, bits_per_pixel, rows, WithoutBytes());
+    bitmap.bytes_ = ByteArray::for_overwrite(bitmap.byte_count());
+    return bitmap;
 }
 
 BITMAP Bitmap::description() const {

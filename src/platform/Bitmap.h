@@ -42,6 +42,10 @@ class Bitmap {
     /// they cannot be had, InvalidPropertyValue for a negative size or an unknown depth.
     Bitmap(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel, Rows rows);
 
+    /// The same, but the bytes have any value, for whoever writes every one of them before it is read.
+    static Bitmap for_overwrite(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel,
+                                Rows rows);
+
     std::int32_t width() const { return width_; }
 
     std::int32_t height() const { return height_; }
@@ -83,6 +87,12 @@ class Bitmap {
     }
 
   private:
+    struct WithoutBytes {};
+
+    Bitmap(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel, Rows rows, WithoutBytes);
+
+    std::size_t byte_count() const;
+
     std::size_t row_offset(std::int32_t y) const {
         const std::int32_t stored = rows_ == Rows::Surface ? y : height_ - 1 - y;
         return static_cast<std::size_t>(stored) * static_cast<std::size_t>(row_bytes_);

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/IndexExpansion.h"
 #include "platform/packed_indices.h"
 
 namespace varnoth {
@@ -105,6 +106,17 @@ void copy_packed(const Bitmap& source, Bitmap& target, const AxisMap& columns, c
     }
 }
 
+// Rows of 8-bit indices become rows of 32-bit pixels.
+void copy_expanded(const Bitmap& source, Bitmap& target, const AxisMap& columns, const AxisMap& rows) {
+    const IndexExpansion expansion(source.colour_table().first<256>());
+    for (std::size_t i = 0; i < rows.sources.size(); ++i) {
+        const std::uint8_t* from = source.row(rows.sources[i]) + columns.sources.front();
+        std::uint8_t* to = target.row(rows.first + static_cast<std::int32_t>(i)) +
+                           4 * static_cast<std::size_t>(columns.first);
+        expansion.expand({from, columns.sources.size()}, to);
+    }
+}
+
 void copy_colours(const Bitmap& source, Bitmap& target, const AxisMap& columns, const AxisMap& rows) {
     const auto [lowest, highest] = std::ranges::minmax(columns.sources);
     std::vector<RGBQUAD> source_row(static_cast<std::size_t>(highest - lowest) + 1);
@@ -161,7 +173,9 @@ void stretch_pixels(Bitmap& target, const Rectangle& to, const Bitmap& picture, 
     if (columns.sources.empty() || rows.sources.empty()) {
         return;
     }
-    if (!same_pixel_format(picture, target)) {
+    if (picture.bits_per_pixel() == 8 && target.bits_per_pixel() == 32 && is_run(columns.sources)) {
+        copy_expanded(picture, target, columns, rows);
+    } else if (!same_pixel_format(picture, target)) {
         copy_colours(picture, target, columns, rows);
     } else if (picture.bits_per_pixel() < 8) {
         copy_packed(picture, target, columns, rows);

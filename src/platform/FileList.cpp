@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <filesystem>
+#include <utility>
 
 #include "base/files.h"
 
@@ -57,11 +57,6 @@ bool ends_in(std::string_view name, std::string_view extension) {
                               [](char a, char b) { return lower(a) == lower(b); });
 }
 
-std::string utf8_name(const std::filesystem::path& path) {
-    const std::u8string name = path.filename().u8string();
-    return {name.begin(), name.end()};
-}
-
 } // namespace
 
 bool comes_before(std::string_view a, std::string_view b) {
@@ -71,10 +66,7 @@ bool comes_before(std::string_view a, std::string_view b) {
 
 std::vector<std::string> list_files(const std::string& folder, std::string_view extension) {
     std::vector<std::string> names;
-    std::error_code error;
-    for (std::filesystem::directory_iterator it(native_path(folder), error), end; !error && it != end;
-         it.increment(error)) {
-        std::string name = utf8_name(it->path());
+    for (std::string& name : names_in(folder)) {
         if (ends_in(name, extension) && file_exists(join_path(folder, name))) {
             names.push_back(std::move(name));
         }

@@ -12,27 +12,31 @@ LogicalPalette::LogicalPalette(const LOGPALETTE& record) : count_(record.palNumE
     if (record.palVersion != 0x300 || count_ < 1 || count_ > 256) {
         fail(Failure::InvalidPropertyValue);
     }
-    for (std::size_t i = 0; i < static_cast<std::size_t>(count_); ++i) {
-        red_[i] = record.palPalEntry[i].peRed;
-        green_[i] = record.palPalEntry[i].peGreen;
-        blue_[i] = record.palPalEntry[i].peBlue;
+    // What stands behind the last entry repeats the first one, which wins as the lower of equals.
+    for (std::size_t i = 0; i < red_.size(); ++i) {
+        const PALETTEENTRY& entry = record.palPalEntry[i < static_cast<std::size_t>(count_) ? i : 0];
+        red_[i] = entry.peRed;
+        green_[i] = entry.peGreen;
+        blue_[i] = entry.peBlue;
     }
 }
 
 std::int32_t LogicalPalette::GetNearestPaletteIndex(Colour colour) const {
-    const std::int32_t red = red_of(colour);
-    const std::int32_t green = green_of(colour);
-    const std::int32_t blue = blue_of(colour);
+    const std::int16_t red = red_of(colour);
+    const std::int16_t green = green_of(colour);
+    const std::int16_t blue = blue_of(colour);
+    // A squared difference fits 16 bits without a sign.
+    const auto squared = [](std::int16_t a, std::int16_t b) {
+        const std::int32_t difference = a - b;
+        return static_cast<std::uint16_t>(difference * difference);
+    };
     // Distances stay below 2^18, so distance and index fit one number whose minimum is the nearest entry with
     // the lowest index.
     std::int32_t best = std::numeric_limits<std::int32_t>::max();
-    for (std::int32_t i = 0; i < count_; ++i) {
-        const auto at = static_cast<std::size_t>(i);
-        const std::int32_t to_red = red_[at] - red;
-        const std::int32_t to_green = green_[at] - green;
-        const std::int32_t to_blue = blue_[at] - blue;
-        const std::int32_t distance = to_red * to_red + to_green * to_green + to_blue * to_blue;
-        best = std::min(best, distance * 256 + i);
+    for (std::size_t i = 0; i < red_.size(); ++i) {
+        const std::int32_t distance =
+            std::int32_t{squared(red_[i], red)} + squared(green_[i], green) + squared(blue_[i], blue);
+        best = std::min(best, distance * 256 + static_cast<std::int32_t>(i));
     }
     return best & 255;
 }

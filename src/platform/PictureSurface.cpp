@@ -103,9 +103,10 @@ Picture PictureSurface::Image() const {
 void PictureSurface::SetPicture(const Picture& picture) {
     const Picture kept = picture; // may be the surface's own
     if (AutoSize && kept.bitmap) {
-        resize(kept.bitmap->width(), kept.bitmap->height());
+        resize(kept.bitmap->width(), kept.bitmap->height()); // and the picture covers every pixel
+    } else {
+        Cls();
     }
-    Cls();
     if (kept.bitmap) {
         const Rectangle whole{0, 0, kept.bitmap->width(), kept.bitmap->height()};
         stretch_pixels(bitmap_, whole, *kept.bitmap, whole);

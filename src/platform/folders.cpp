@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "base/files.h"
 #include "platform/FileList.h"
@@ -46,17 +47,15 @@ std::vector<std::string> folders_down_to(const std::string& folder) {
 
 std::vector<std::string> folders_in(const std::string& folder) {
     std::vector<std::string> names;
-    std::error_code error;
-    for (std::filesystem::directory_iterator it(native_path(folder), error), end; !error && it != end;
-         it.increment(error)) {
-        std::error_code unknown; // what cannot be looked at is no folder
-        if (it->is_directory(unknown)) {
-            names.push_back(utf8(it->path().filename()));
+    for (std::string& name : names_in(folder)) {
+        if (folder_exists(join_path(folder, name))) {
+            names.push_back(std::move(name));
         }
     }
     std::ranges::sort(names, comes_before);
-    std::ranges::transform(names, names.begin(),
-                           [&](const std::string& name) { return join_path(folder, name); });
+    for (std::string& name : names) {
+        name = join_path(folder, name);
+    }
     return names;
 }
 

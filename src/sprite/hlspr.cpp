@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
+#include <limits>
 #include <new>
 #include <span>
 
 #include "base/files.h"
 #include "base/numbers.h"
 #include "import/mixpals.h"
+#include "platform/IndexExpansion.h"
 #include "platform/Services.h"
 
 namespace varnoth::hlspr {
@@ -42,6 +43,26 @@ std::array<std::uint8_t, Size> read_record(InputFile& file) {
     return bytes;
 }
 
+// What a short file does not bring is 0. Memory is touched only as far as the file reaches: its header may
+// announce any size.
+void read_indices(InputFile& file, ByteArray& indices, std::size_t size) {
+    if (file.remaining() < static_cast<std::int64_t>(size)) {
+        indices = ByteArray(size);
+        file.read(indices.bytes());
+        return;
+    }
+    indices = ByteArray::for_overwrite(size);
+    const auto clear_from = [&](std::size_t first) {
+        std::ranges::fill(indices.bytes().subspan(first), std::uint8_t{0});
+    };
+    try {
+        clear_from(file.read(indices.bytes())); // the file may have shrunk by now
+    } catch (const RunTimeFailure&) {
+        clear_from(0);
+        throw;
+    }
+}
+
 void read_frame(InputFile& file, std::int16_t number) {
     std::array<std::uint8_t, FrameHeaderRecord::file_size> bytes{};
     if (file.read(bytes) != bytes.size()) {
@@ -54,8 +75,7 @@ void read_frame(InputFile& file, std::int16_t number) {
         fail(Failure::SubscriptOutOfRange);
     }
     const auto slot = static_cast<std::size_t>(number);
-    sprite.FrameStore[slot] = ByteArray(static_cast<std::size_t>(size));
-    file.read(sprite.FrameStore[slot].bytes());
+    read_indices(file, sprite.FrameStore[slot], static_cast<std::size_t>(size));
     sprite.FrameOrder[slot] = number;
 }
 
@@ -91,16 +111,16 @@ Truth write_sprite(const std::string& path) {
     if (file_exists(path)) {
         delete_file(path);
     }
+    const auto frame_header = to_bytes(sprite.FrameHeader); // outlives the file, which writes it later
     OutputFile file(path);
     file.write(to_bytes(sprite.SpriteHeader));
     file.write(to_bytes(sprite.Palette));
-    const auto frame_header = to_bytes(sprite.FrameHeader);
     for (std::int16_t i = 0; i < sprite.SpriteHeader.FrameCount; i = checked_add(i, 1)) {
         check_subscript(i, sprite.FrameOrder.size());
         const std::int16_t number = sprite.FrameOrder[static_cast<std::size_t>(i)];
         check_subscript(number, sprite.FrameStore.size());
-        file.write(frame_header);
-        file.write(sprite.FrameStore[static_cast<std::size_t>(number)].bytes());
+        file.write_later(frame_header);
+        file.write_later(sprite.FrameStore[static_cast<std::size_t>(number)].bytes());
     }
     file.close();
     return True;
@@ -127,15 +147,6 @@ std::array<RGBQUAD, 256> palette_as_pixels(const PaletteRecord& palette) {
     return pixels;
 }
 
-// The first `count` indices of a frame as 32-bit pixels.
-void expand(std::span<const std::uint8_t> indices, const PaletteRecord& palette, std::uint8_t* pixels,
-            std::size_t count) {
-    const std::array<RGBQUAD, 256> colours = palette_as_pixels(palette);
-    for (std::size_t i = 0; i < count; ++i) {
-        std::memcpy(pixels + 4 * i, &colours[indices[i]], 4);
-    }
-}
-
 // The indices of a stored frame; none for a number that no frame has.
 std::span<const std::uint8_t> indices_of(std::int16_t number) {
     const SpriteDocument& sprite = document();
@@ -146,6 +157,34 @@ std::span<const std::uint8_t> indices_of(std::int16_t number) {
 
 bool holds_pixels(const Bitmap& bitmap, std::int32_t width, std::int32_t height) {
     return bitmap.bits_per_pixel() == 32 && bitmap.width() == width && bitmap.height() == height;
+}
+
+// Pixels one behind the other, blue, green and red first.
+struct PixelBytes {
+    std::span<const std::uint8_t> bytes;
+    std::int32_t pixel_bytes;
+
+    /// How many pixels have their three colours there.
+    std::int64_t count() const {
+        const std::int64_t size = std::ssize(bytes);
+        return size < 3           ? 0
+               : pixel_bytes == 0 ? std::numeric_limits<std::int64_t>::max()
+                                  : (size - 3) / pixel_bytes + 1;
+    }
+};
+
+// The indices of the pixels from `first` on. SubscriptOutOfRange behind the last pixel; the indices of those
+// before it are taken.
+void take_indices(const PixelBytes& pixels, std::int64_t first, std::span<std::uint8_t> indices) {
+    const std::int64_t there = std::clamp<std::int64_t>(pixels.count() - first, 0, std::ssize(indices));
+    if (there > 0) {
+        mixpals::nearest_indices(pixels.bytes.subspan(static_cast<std::size_t>(first * pixels.pixel_bytes)),
+                                 static_cast<std::size_t>(pixels.pixel_bytes),
+                                 indices.first(static_cast<std::size_t>(there)));
+    }
+    if (there < std::ssize(indices)) {
+        fail(Failure::SubscriptOutOfRange);
+    }
 }
 
 } // namespace
@@ -246,14 +285,15 @@ void draw_frame(std::int16_t& frame_number, PictureSurface& picture) {
         picture.Cls();
         fail(Failure::SubscriptOutOfRange);
     }
+    const IndexExpansion expansion(palette_as_pixels(sprite.Palette));
     // A picture of the sprite's size needs no clearing: every pixel of it is written.
     if (holds_pixels(picture.bitmap(), width, height)) {
-        expand(indices, sprite.Palette, picture.bitmap().bytes().data(), pixel_count);
+        expansion.expand(indices.first(pixel_count), picture.bitmap().bytes().data());
     } else {
         // The 32-bit layout is handed over whatever depth the picture has.
         picture.Cls();
-        ByteArray pixels(4 * pixel_count);
-        expand(indices, sprite.Palette, pixels.data(), pixel_count);
+        ByteArray pixels = ByteArray::for_overwrite(4 * pixel_count);
+        expansion.expand(indices.first(pixel_count), pixels.data());
         picture.SetBitmapBits(pixels.bytes());
     }
     picture.Refresh();
@@ -281,22 +321,19 @@ void add_frame(PictureSurface& picture) {
 
     const BITMAP info = picture.description();
     const std::int32_t pixel_bytes = round_to_even<std::int32_t>(divide(info.bmWidthBytes, info.bmWidth));
-    ByteArray bits(static_cast<std::size_t>(checked_multiply(info.bmHeight, info.bmWidthBytes)));
+    ByteArray bits = ByteArray::for_overwrite(
+        static_cast<std::size_t>(checked_multiply(info.bmHeight, info.bmWidthBytes)));
     picture.GetBitmapBits(bits.bytes());
     if (number == 0) {
         take_frame_palette();
     }
+    const PixelBytes pixels{bits.bytes(), pixel_bytes};
     // One yield a row answers the abort button as well as one a pixel: a row takes microseconds.
-    std::uint8_t* index = sprite.FrameStore[slot].data();
     for (std::int32_t y = 0; y < height; ++y) {
         yield_to_events();
-        for (std::int32_t x = 0; x < width; ++x) {
-            const std::int64_t at = (std::int64_t{y} * info.bmWidth + x) * pixel_bytes;
-            check_subscript(at + 2, bits.size());
-            const auto first = static_cast<std::size_t>(at);
-            *index++ = static_cast<std::uint8_t>(
-                mixpals::nearest_index(bits[first + 2], bits[first + 1], bits[first]));
-        }
+        const std::span<std::uint8_t> row = sprite.FrameStore[slot].bytes().subspan(
+            static_cast<std::size_t>(y) * static_cast<std::size_t>(width), static_cast<std::size_t>(width));
+        take_indices(pixels, std::int64_t{y} * info.bmWidth, row);
     }
 }
 

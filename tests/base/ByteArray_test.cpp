@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -55,7 +56,16 @@ TEST(ByteArray, AMoveLeavesAnEmptyArrayBehind) {
 }
 
 TEST(ByteArray, MoreMemoryThanThereIsIsAFailure) {
-    EXPECT_FAILURE(ByteArray(std::size_t{1} << 62), OutOfMemory);
+    EXPECT_FAILURE(ByteArray(std::numeric_limits<std::size_t>::max() / 2 + 1), OutOfMemory);
+    EXPECT_FAILURE(ByteArray::for_overwrite(std::numeric_limits<std::size_t>::max() / 2 + 1), OutOfMemory);
+}
+
+TEST(ByteArray, OneForOverwriteHasItsSizeAndTakesWhatIsWritten) {
+    ByteArray array = ByteArray::for_overwrite(1000);
+    std::ranges::fill(array.bytes(), std::uint8_t{7});
+    EXPECT_EQ(array.size(), 1000U);
+    EXPECT_EQ(array[999], 7);
+    EXPECT_TRUE(ByteArray::for_overwrite(0).bytes().empty());
 }
 
 } // namespace

@@ -35,12 +35,11 @@ TEST(RunTimeFailure, NoTwoFailuresShareANameOrTheirWords) {
 }
 
 TEST(RunTimeFailure, IsThrownAsAnExceptionThatNamesItself) {
-    try {
-        fail(Failure::PathNotFound);
-    } catch (const std::exception& failure) {
-        EXPECT_STREQ(failure.what(), "PathNotFound");
-        return;
-    }
+    EXPECT_FAILURE(fail(Failure::PathNotFound), PathNotFound);
+    const RunTimeFailure failure(Failure::PathNotFound);
+    EXPECT_STREQ(static_cast<const std::exception&>(failure).what(), "PathNotFound");
+    EXPECT_EQ(failure.name(), "PathNotFound");
+    EXPECT_EQ(failure.words(), "Path not found");
 }
 
 TEST(RunTimeFailure, ASubscriptIsHeldToBothBounds) {

@@ -23,7 +23,9 @@ void make_read_only(const std::string& path) {
 }
 
 TEST(Files, FolderAndNameAreJoinedWithOneSeparator) {
-    EXPECT_EQ(join_path("a", "b"), "a/b");
+    const std::string separator(1, static_cast<char>(std::filesystem::path::preferred_separator));
+    EXPECT_EQ(join_path("a", "b"), "a" + separator + "b");
+    EXPECT_EQ(join_path("a" + separator, "b"), "a" + separator + "b");
     EXPECT_EQ(join_path("a/", "b"), "a/b");
     EXPECT_EQ(join_path("/", "b"), "/b");
     EXPECT_EQ(join_path("", "b"), "b");
@@ -83,6 +85,15 @@ TEST(Files, OpeningTellsAMissingFileAMissingFolderAndAFolderApart) {
     EXPECT_FAILURE(InputFile(""), FileNotFound);
     EXPECT_FAILURE(OutputFile(folder.file("missing/none")), PathNotFound);
     EXPECT_FAILURE(OutputFile(folder.path()), PermissionDenied);
+}
+
+TEST(Files, AnythingElseThatKeepsAFileShutIsAFailureOfTheDevice) {
+    const TemporaryFolder folder;
+    const std::string link = folder.file("link");
+    std::filesystem::create_symlink(link, link);
+    EXPECT_FAILURE(InputFile{link}, DeviceIo);
+    EXPECT_FAILURE(OutputFile{link}, DeviceIo);
+    EXPECT_FAILURE(InputFile(folder.file(std::string(5000, 'a'))), DeviceIo);
 }
 
 TEST(Files, ReadingPastTheEndLeavesTheRestAsItWas) {

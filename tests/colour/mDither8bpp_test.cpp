@@ -326,17 +326,19 @@ TEST(Dither, TheLookupGoesByThePlatformPaletteAndHasRedFastest) {
     palette.CreateHalftone(0);
     palette.SetrgbR(0, 255);
     mDither8bpp dither;
+    EXPECT_EQ(dither.ColorLookup(), (std::array<std::uint8_t, 4096>{})) << "before there is a lookup";
     dither.BuildColorLookup(palette);
-    EXPECT_EQ(dither.ColorLookup().at(0), 0);
-    EXPECT_EQ(dither.ColorLookup().at(15), 1);
-    EXPECT_EQ(dither.ColorLookup().at(15 * 16), 2);
-    EXPECT_EQ(dither.ColorLookup().at(15 * 256), 4);
+    const auto lookup = dither.ColorLookup();
+    EXPECT_EQ(lookup[0], 0);
+    EXPECT_EQ(lookup[15], 1);
+    EXPECT_EQ(lookup[15 * 16], 2);
+    EXPECT_EQ(lookup[15 * 256], 4);
     for (std::size_t i = 0; i < 4096; ++i) {
         std::uint8_t index = 0;
         palette.ClosestIndex(static_cast<std::uint8_t>(i % 16 * 17),
                              static_cast<std::uint8_t>(i / 16 % 16 * 17),
                              static_cast<std::uint8_t>(i / 256 * 17), index);
-        ASSERT_EQ(dither.ColorLookup().at(i), index) << i;
+        ASSERT_EQ(lookup.at(i), index) << i;
     }
 }
 

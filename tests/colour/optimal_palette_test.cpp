@@ -220,25 +220,34 @@ TEST(OptimalPalette, MoreThan256LeavesAreASubscriptFailureWithThePaletteFilledBu
     EXPECT_EQ(valid_entries(palette), far_apart());
 }
 
+void add_greens(Octree& tree, std::uint8_t green, std::int32_t count) {
+    constexpr std::int32_t at_once = 100'000;
+    std::vector<std::uint8_t> pixels;
+    for (std::int32_t i = 0; i < std::min(count, at_once); ++i) {
+        pixels.insert(pixels.end(), {0, green, 0, 77});
+    }
+    for (; count >= at_once; count -= at_once) {
+        tree.add(pixels);
+    }
+    tree.add(std::span(pixels).first(4 * static_cast<std::size_t>(count)));
+}
+
 TEST(OptimalPalette, SumsThatLeave32BitsAreAnOverflow) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max() / 255;
     Octree tree(256, 8, {});
-    for (std::int32_t i = 0; i < most; ++i) {
-        tree.add(0, 255, 0);
-    }
-    tree.add(0, 127, 0);
+    add_greens(tree, 255, most);
+    add_greens(tree, 127, 1);
     EXPECT_EQ(tree.leaves().size(), 2U);
     EXPECT_EQ(tree.leaves().front().SumG, most * 255);
-    EXPECT_FAILURE(tree.add(0, 255, 0), Overflow);
+    EXPECT_EQ(tree.leaves().front().PixelCount, most);
+    EXPECT_FAILURE(add_greens(tree, 255, 1), Overflow);
 }
 
 TEST(OptimalPalette, SumsThatLeave32BitsInAReductionAreAnOverflow) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max() / 255;
     Octree tree(1, 8, {});
-    for (std::int32_t i = 0; i < most; ++i) {
-        tree.add(0, 255, 0);
-    }
-    EXPECT_FAILURE(tree.add(0, 254, 0), Overflow);
+    add_greens(tree, 255, most);
+    EXPECT_FAILURE(add_greens(tree, 254, 1), Overflow);
 }
 
 // Equal to plain recursion

@@ -30,6 +30,8 @@ TEST(Bitmap, RowsOfASurfaceTakeTheirOwnSizeAndThoseOf24BitsAnEvenOne) {
 }
 
 TEST(Bitmap, RowsOfASectionAreRoundedUpTo4Bytes) {
+    EXPECT_EQ(Bitmap(3, 1, 24, Rows::Section).rows(), Rows::Section);
+    EXPECT_EQ(Bitmap(3, 1, 24, Rows::Surface).rows(), Rows::Surface);
     EXPECT_EQ(Bitmap(3, 1, 24, Rows::Section).row_bytes(), 12);
     EXPECT_EQ(Bitmap(5, 1, 24, Rows::Section).row_bytes(), 16);
     EXPECT_EQ(Bitmap(3, 1, 16, Rows::Section).row_bytes(), 8);

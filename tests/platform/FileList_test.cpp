@@ -17,6 +17,30 @@ TEST(FileList, SortsNumbersByTheirValueAndLettersWithoutRegardToCase) {
     EXPECT_TRUE(comes_before("frame", "frame1"));
     EXPECT_TRUE(comes_before("frame02", "frame10"));
     EXPECT_TRUE(comes_before("frame007", "frame8"));
+    EXPECT_FALSE(comes_before("c.bmp", "B.bmp"));
+    EXPECT_FALSE(comes_before("frame1", "frame"));
+    EXPECT_FALSE(comes_before("1", ""));
+    EXPECT_TRUE(comes_before("frame02b", "frame2c"));
+    EXPECT_FALSE(comes_before("frame02c", "frame2b"));
+    EXPECT_TRUE(comes_before("a0", "a9"));
+    EXPECT_TRUE(comes_before("frame9", "frame10"));
+    EXPECT_FALSE(comes_before("frame09", "frame1"));
+}
+
+TEST(FileList, OnlyDigitsMakeANumberAndOnlyLettersHaveTwoCases) {
+    EXPECT_TRUE(comes_before("a1", "ab"));
+    EXPECT_FALSE(comes_before("ab", "a1"));
+    // The neighbours of the digits and of the letters in the table of characters.
+    EXPECT_TRUE(comes_before("/", "10"));
+    EXPECT_TRUE(comes_before("10", ":"));
+    EXPECT_TRUE(comes_before("/2", "/10"));
+    EXPECT_TRUE(comes_before(":2", ":10"));
+    EXPECT_TRUE(comes_before("@b", "`a"));
+    EXPECT_TRUE(comes_before("[b", "{a"));
+    EXPECT_FALSE(comes_before("Ab", "aa"));
+    EXPECT_FALSE(comes_before("Zb", "za"));
+    EXPECT_TRUE(comes_before("_", "Z"));
+    EXPECT_TRUE(comes_before("_", "A"));
 }
 
 TEST(FileList, NamesThatReadAlikeStillHaveAnOrder) {

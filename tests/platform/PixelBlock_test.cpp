@@ -80,6 +80,13 @@ TEST(PixelBlock, WidthZeroDividesByZeroAndHeightZeroHasNoBounds) {
     EXPECT_FAILURE(block.size_for(TestSurface(3, 0).description()), SubscriptOutOfRange);
     EXPECT_FAILURE(block.size_for({0, 4, 4, 0, 1, 24, 0}), SubscriptOutOfRange);
     EXPECT_EQ(block.width(), 2) << "a failure leaves the block as it was";
+    EXPECT_EQ(block.height(), 2);
+}
+
+TEST(PixelBlock, SidesBelowZeroHaveNoBounds) {
+    PixelBlock block;
+    EXPECT_FAILURE(block.size_for({0, -1, 4, -4, 1, 32, 0}), SubscriptOutOfRange);
+    EXPECT_FAILURE(block.size_for({0, 1, -4, 4, 1, 32, 0}), SubscriptOutOfRange);
 }
 
 TEST(PixelBlock, SizingStartsFromZeroAndShrinkingLeavesOneZeroElement) {

@@ -78,6 +78,13 @@ TEST(Services, ANullMemberKeepsWhatWasInstalledBefore) {
     EXPECT_EQ(choose_file_to_open("All|*"), "kept.txt");
 }
 
+TEST(Services, AnInstallationOfNothingChangesNothing) {
+    RecordedServices services;
+    const ServicesInstallation installation({});
+    yield_to_events();
+    EXPECT_EQ(services.yields, 1);
+}
+
 TEST(Screen, HasFifteenTwipsAPixel) {
     EXPECT_EQ(screen().TwipsPerPixelX, 15);
     EXPECT_EQ(screen().TwipsPerPixelY, 15);

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#ifdef __linux__
 #include <unistd.h>
+#endif
 
 #include "sprite/hlspr.h"
 #include "support/RecordedServices.h"

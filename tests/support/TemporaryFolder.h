@@ -5,19 +5,23 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <span>
 #include <string>
 #include <vector>
 
-#include <unistd.h>
+#include "base/files.h"
 
 namespace varnoth::test {
 
 class TemporaryFolder {
   public:
     TemporaryFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "varnoth-XXXXXX").string();
-        path_ = mkdtemp(pattern.data());
+        const std::string pattern = (std::filesystem::temp_directory_path() / "varnoth-").string();
+        std::random_device random;
+        do {
+            path_ = pattern + std::to_string(random());
+        } while (!std::filesystem::create_directory(path_)); // false where there is one of that name
     }
 
     ~TemporaryFolder() {
@@ -35,7 +39,7 @@ class TemporaryFolder {
 
     /// Writes a file of these bytes and returns its full path.
     std::string write(const std::string& name, std::span<const std::uint8_t> bytes) const {
-        std::ofstream stream(file(name), std::ios::binary);
+        std::ofstream stream(native_path(file(name)), std::ios::binary);
         for (const std::uint8_t byte : bytes) {
             stream.put(static_cast<char>(byte));
         }
@@ -47,7 +51,7 @@ class TemporaryFolder {
 };
 
 inline std::vector<std::uint8_t> read_file(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
+    std::ifstream stream(native_path(path), std::ios::binary);
     std::vector<std::uint8_t> bytes;
     for (auto it = std::istreambuf_iterator<char>(stream); it != std::istreambuf_iterator<char>(); ++it) {
         bytes.push_back(static_cast<std::uint8_t>(*it));

@@ -14,10 +14,28 @@
 
 namespace varnoth::test {
 
+#ifdef _WIN32
+inline std::FILE* open_pipe(const char* command, const char* mode) {
+    return _popen(command, mode);
+}
+
+inline int close_pipe(std::FILE* pipe) {
+    return _pclose(pipe);
+}
+#else
+inline std::FILE* open_pipe(const char* command, const char* mode) {
+    return popen(command, mode);
+}
+
+inline int close_pipe(std::FILE* pipe) {
+    return pclose(pipe);
+}
+#endif
+
 /// Runs a shell command that must succeed; what it prints on standard output comes back.
 inline std::string run_tool(const std::string& command) {
     // What the tools complain about is dropped; of a pipe, the status of the last command counts.
-    std::FILE* pipe = popen(("exec 2>/dev/null; set -e; " + command).c_str(), "r");
+    std::FILE* pipe = open_pipe(("exec 2>/dev/null; set -e; " + command).c_str(), "r");
     if (pipe == nullptr) {
         throw std::runtime_error("cannot run " + command);
     }
@@ -26,7 +44,7 @@ inline std::string run_tool(const std::string& command) {
     for (std::size_t read = 0; (read = std::fread(block, 1, sizeof block, pipe)) > 0;) {
         output.append(block, read);
     }
-    if (pclose(pipe) != 0) {
+    if (close_pipe(pipe) != 0) {
         throw std::runtime_error("this failed: " + command);
     }
     return output;

@@ -10,6 +10,7 @@
 #include <new>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include <QBuffer>
@@ -24,6 +25,7 @@
 #include "platform/packed_indices.h"
 #include "platform/qt/cut_bmp.h"
 #include "platform/qt/cut_jpeg.h"
+#include "platform/qt/plain_bmp.h"
 
 namespace varnoth {
 
@@ -55,11 +57,13 @@ struct EncodedPicture {
     QByteArray file;
 };
 
-EncodedPicture read_whole(const std::string& path) {
-    InputFile file(path);
+Content read_content(InputFile& file) {
     Magic magic{};
     file.read(magic);
-    const Content content = content_of(magic);
+    return content_of(magic);
+}
+
+EncodedPicture read_whole(InputFile& file, Content content) {
     file.seek(0);
     QByteArray bytes(file.length(), '\0');
     const std::size_t read =
@@ -309,8 +313,16 @@ Bitmap load_jpeg(const EncodedPicture& picture) {
 
 Picture QtPictureLoader::load(const std::string& path) {
     try {
-        const EncodedPicture picture = read_whole(path);
-        return make_picture(picture.content == Content::Bmp ? load_bmp(picture) : load_jpeg(picture));
+        InputFile file(path);
+        const Content content = read_content(file);
+        if (content == Content::Jpeg) {
+            return make_picture(load_jpeg(read_whole(file, content)));
+        }
+        file.seek(0);
+        if (std::optional<Bitmap> plain = read_plain_bmp(file)) {
+            return make_picture(std::move(*plain));
+        }
+        return make_picture(load_bmp(read_whole(file, content)));
     } catch (const std::bad_alloc&) {
         fail(Failure::OutOfMemory);
     }

@@ -1,0 +1,374 @@
+// Faults of a real file system, as far as any machine can show them: disks without room, folders and files
+// that vanish, grow or shrink while a job runs, permissions that are taken away. The tests may run as root,
+// whom permission bits do not stop; where it is the system that refuses, the opening is made to fail instead.
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+
+#include <sys/resource.h>
+
+#include "codecs/LoadPCX.h"
+#include "codecs/LoadTGA.h"
+#include "faults/Operation.h"
+#include "faults/made_files.h"
+#include "import/ImportPipeline.h"
+#include "support/PictureFolder.h"
+#include "support/RecordedImport.h"
+#include "support/ScriptedAddFrames.h"
+#include "support/codec_files.h"
+#include "support/expect_failure.h"
+#include "support/sprites.h"
+#include "workbench/FrameExtraction.h"
+
+namespace varnoth {
+namespace {
+
+using hlspr::document;
+using namespace test;
+namespace fs = std::filesystem;
+
+/// No file may grow beyond this while the object lives: the system itself refuses to write on.
+class SmallDisk {
+  public:
+    explicit SmallDisk(rlim_t most) : ignored_before_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{most, before_.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+
+    ~SmallDisk() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, ignored_before_);
+    }
+
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+
+  private:
+    rlimit before_{};
+    void (*ignored_before_)(int);
+};
+
+class AllLines : public ExtractionView {
+  public:
+    int written = 0;
+    std::function<void(int)> on_written;
+
+    std::int32_t line_count() const override { return document().SpriteHeader.FrameCount; }
+
+    bool is_selected(std::int16_t /*line*/) const override { return true; }
+
+    bool aborted() const override { return false; }
+
+    void show_item(std::string_view /*name*/) override {}
+
+    void advance() override {}
+
+    void frame_written(const std::string& /*path*/) override {
+        ++written;
+        if (on_written) {
+            on_written(written);
+        }
+    }
+};
+
+class FileSystem : public testing::Test {
+  protected:
+    FileSystem() { put_sprite(); }
+
+    ~FileSystem() override {
+        reset_sprite();
+        reset_mixpals();
+    }
+
+    // Three frames of 100 by 50.
+    static SpriteFile sprite_file() {
+        SpriteFile file;
+        file.width = 100;
+        file.height = 50;
+        for (int i = 0; i < 3; ++i) {
+            file.add({100, 50, FileBytes(5000, static_cast<std::uint8_t>(i + 1)), 0, -50, 25});
+        }
+        return file;
+    }
+
+    void put_sprite() {
+        reset_sprite();
+        EXPECT_EQ(hlspr::load_sprite(folder_.write("source.spr", sprite_file().bytes())), True);
+    }
+
+    bool save(const std::string& path) {
+        services_.messages.clear();
+        return hlspr::save_sprite(path) == True;
+    }
+
+    std::optional<Failure> extract(ExtractionFormat format) {
+        TestSurface scratch(1, 1);
+        ExtractionOptions options;
+        options.folder = folder_.file("out");
+        options.sprite_path = "x.spr";
+        options.format = format;
+        options.if_file_exists = IfFileExists::Overwrite;
+        return failure_in([&] { extract_frames(options, view_, scratch); });
+    }
+
+    // The folder `name` with two pictures, listed and selected.
+    void choose(const std::string& name, PictureFormat format) {
+        fs::create_directory(folder_.file(name));
+        for (const std::string picture : {"a", "b"}) {
+            const std::vector<Colour> colours(12, picture == "a" ? 0x102030 : 0x405060);
+            const std::string path = name + "/" + picture + std::string(extension_of(format));
+            const FileBytes bytes = format == PictureFormat::Pcx   ? pcx_file(4, 3, colours)
+                                    : format == PictureFormat::Tga ? tga_file(4, 3, colours)
+                                                                   : bmp_header(4, 3, 24);
+            folder_.write(path, bytes);
+            services_.pictures[folder_.file(path)] = surface_of(4, 3, colours)->Image();
+        }
+        form_ = std::make_unique<ScriptedAddFrames>(folder_.file(name), format, false);
+        form_->click(0);
+        form_->click(1);
+        services_.messages.clear();
+    }
+
+    std::optional<Failure> import() {
+        return failure_in([&] { import_frames(*form_, import_); });
+    }
+
+    const std::string not_saved_ = "Unknown Error Saving Sprite.";
+    TemporaryFolder folder_;
+    SteadyServices services_;
+    AllLines view_;
+    RecordedImport import_;
+    std::unique_ptr<ScriptedAddFrames> form_;
+};
+
+TEST_F(FileSystem, ASpriteThatTheDiskHasNoRoomForIsTheMessageWhereverItRunsFull) {
+    const FileBytes whole = sprite_file().bytes();
+    const std::string path = folder_.file("target.spr");
+    for (rlim_t room = 0; room < whole.size(); room += 700) {
+        {
+            const SmallDisk disk(room);
+            EXPECT_FALSE(save(path)) << room;
+        }
+        EXPECT_EQ(services_.messages, Texts{not_saved_});
+        EXPECT_TRUE(is_start_of(read_file(path), whole));
+        EXPECT_LE(read_file(path).size(), room);
+    }
+    const SmallDisk disk(whole.size());
+    EXPECT_TRUE(save(path));
+    EXPECT_EQ(read_file(path), whole);
+}
+
+TEST_F(FileSystem, AnExportThatTheDiskHasNoRoomForEndsAndTheSpriteStays) {
+    fs::create_directory(folder_.file("out"));
+    const FileBytes before = document_bytes();
+    for (const ExtractionFormat format :
+         {ExtractionFormat::Bmp, ExtractionFormat::Tga, ExtractionFormat::Pcx}) {
+        for (const rlim_t room : {0U, 10U, 1000U, 5000U, 15000U}) {
+            const SmallDisk disk(room);
+            EXPECT_EQ(extract(format), Failure::DeviceIo)
+                << room; // the system tells no more of a file's limit
+        }
+        EXPECT_EQ(extract(format), std::nullopt);
+    }
+    EXPECT_EQ(document_bytes(), before);
+}
+
+TEST_F(FileSystem, AnExportOntoAFullDeviceEndsInDiskFull) {
+    fs::create_directory(folder_.file("out"));
+    for (const std::string extension : {".bmp", ".tga", ".pcx"}) {
+        fs::create_symlink("/dev/full", folder_.file("out/x_0" + extension));
+    }
+    EXPECT_EQ(extract(ExtractionFormat::Bmp), Failure::DiskFull);
+    EXPECT_EQ(extract(ExtractionFormat::Tga), Failure::DiskFull);
+    EXPECT_EQ(extract(ExtractionFormat::Pcx), Failure::DiskFull);
+    EXPECT_TRUE(fs::exists("/dev/full"));
+}
+
+TEST_F(FileSystem, AnOutputFolderThatVanishesEndsTheExport) {
+    fs::create_directory(folder_.file("out"));
+    view_.on_written = [&](int count) {
+        if (count == 2) {
+            fs::remove_all(folder_.file("out"));
+        }
+    };
+    EXPECT_EQ(extract(ExtractionFormat::Tga), Failure::PathNotFound);
+    EXPECT_EQ(view_.written, 2);
+}
+
+TEST_F(FileSystem, AReadOnlyTargetStaysAsItIs) {
+    fs::create_directory(folder_.file("out"));
+    const FileBytes old{'o', 'l', 'd'};
+    for (const std::string name : {"target.spr", "out/x_0.bmp", "out/x_0.tga", "out/x_0.pcx"}) {
+        fs::permissions(folder_.write(name, old), fs::perms::owner_read);
+    }
+    EXPECT_FALSE(save(folder_.file("target.spr")));
+    EXPECT_EQ(services_.messages, Texts{not_saved_});
+    EXPECT_EQ(extract(ExtractionFormat::Bmp), Failure::PermissionDenied);
+    EXPECT_EQ(extract(ExtractionFormat::Tga), Failure::PermissionDenied);
+    EXPECT_EQ(extract(ExtractionFormat::Pcx), Failure::PermissionDenied);
+    for (const std::string name : {"target.spr", "out/x_0.bmp", "out/x_0.tga", "out/x_0.pcx"}) {
+        EXPECT_EQ(read_file(folder_.file(name)), old) << name;
+    }
+}
+
+TEST_F(FileSystem, ATargetThatBecomesReadOnlyWhileItIsAboutToBeDeletedIsGivenUpForTheMessage) {
+    const std::string path = folder_.write("target.spr", FileBytes{'o', 'l', 'd'});
+    const FaultInjection injection({.call = Call::Remove, .error = EACCES});
+    EXPECT_FALSE(save(path));
+    EXPECT_EQ(services_.messages, Texts{not_saved_});
+    EXPECT_EQ(read_file(path), (FileBytes{'o', 'l', 'd'}));
+}
+
+TEST_F(FileSystem, AFolderThatVanishesAfterItWasListedEndsTheImport) {
+    choose("pcx", PictureFormat::Pcx);
+    fs::remove_all(folder_.file("pcx"));
+    EXPECT_EQ(import(), Failure::PathNotFound);
+    EXPECT_EQ(services_.messages, Texts{"File: a.pcx Bad Format/Corrupt."});
+
+    choose("bmp", PictureFormat::Bmp);
+    fs::remove_all(folder_.file("bmp"));
+    EXPECT_EQ(import(), Failure::PathNotFound);
+    EXPECT_EQ(services_.messages, Texts());
+}
+
+TEST_F(FileSystem, AFolderThatVanishesBetweenTheTwoPassesEndsTheImport) {
+    for (const PictureFormat format : {PictureFormat::Pcx, PictureFormat::Tga}) {
+        choose("pictures", format);
+        import_.on_event = [&](const std::string& event) {
+            if (event == "step Frame 0") {
+                fs::remove_all(folder_.file("pictures"));
+            }
+        };
+        EXPECT_EQ(import(), Failure::PathNotFound);
+        EXPECT_EQ(services_.messages, Texts());
+        EXPECT_EQ(import_.ends, 0);
+    }
+}
+
+TEST_F(FileSystem, APictureThatVanishesBetweenTheTwoPassesEndsTheImportWithTheFramesBeforeIt) {
+    choose("pictures", PictureFormat::Tga);
+    import_.on_event = [&](const std::string& event) {
+        if (event == "step Frame 1") {
+            fs::remove(folder_.file("pictures/b.tga"));
+        }
+    };
+    EXPECT_EQ(import(), Failure::FileNotFound);
+    EXPECT_EQ(import_.lines.size(), 1U);
+    EXPECT_EQ(document().SpriteHeader.FrameCount, 1);
+}
+
+TEST_F(FileSystem, APictureWhosePermissionIsTakenAwayBetweenTheTwoPassesEndsTheImport) {
+    choose("pictures", PictureFormat::Pcx);
+    std::optional<FaultInjection> injection;
+    import_.on_event = [&](const std::string& event) {
+        if (event == "step Frame 1") {
+            injection.emplace(Fault{.call = Call::Open, .manner = Manner::ForEver, .error = EACCES});
+        }
+    };
+    EXPECT_EQ(import(), Failure::PermissionDenied);
+    EXPECT_EQ(import_.lines.size(), 1U);
+}
+
+TEST_F(FileSystem, APictureThatBecomesAnotherBetweenTheTwoPassesIsTakenAsItIsThen) {
+    choose("pictures", PictureFormat::Tga);
+    import_.on_event = [&](const std::string& event) {
+        if (event == "step Frame 1") {
+            folder_.write("pictures/b.tga", tga_file(2, 2, std::vector<Colour>(4, 0x102030)));
+        }
+    };
+    EXPECT_EQ(import(), std::nullopt);
+    EXPECT_EQ(document().FrameStore.at(0), document().FrameStore.at(1));
+}
+
+// While a file is read it is cut to a length, or bytes are put behind it, before one of the reads. What has
+// been read ahead by then is not met; every length in turn makes sure that something is.
+class ChangingFile : public FileSystem {
+  protected:
+    // Runs `read` once for every change; `read` looks at the result itself.
+    template <typename Read>
+    void change_at_each_read(const std::string& name, const FileBytes& whole, Read&& read) {
+        int met = 0;
+        for (const std::int64_t length :
+             {std::int64_t{0}, std::int64_t{1}, std::int64_t{17}, std::int64_t{100},
+              static_cast<std::int64_t>(whole.size()) / 2, static_cast<std::int64_t>(whole.size()) - 1,
+              static_cast<std::int64_t>(whole.size()) + 1, static_cast<std::int64_t>(whole.size()) + 9000}) {
+            for (int number = 1;; ++number) {
+                SCOPED_TRACE(name + " to " + std::to_string(length) + " at read " + std::to_string(number));
+                const std::string path = folder_.write(name, whole);
+                bool hit = false;
+                {
+                    const FaultInjection injection({.call = Call::Read, .number = number, .instead = [&] {
+                                                        fs::resize_file(path,
+                                                                        static_cast<std::uintmax_t>(length));
+                                                    }});
+                    read(path, length > static_cast<std::int64_t>(whole.size()));
+                    hit = injection.hit();
+                }
+                EXPECT_EQ(open_streams(), 0);
+                met += hit ? 1 : 0;
+                if (!hit || HasFailure()) {
+                    break;
+                }
+            }
+        }
+        EXPECT_GT(met, 0);
+        note_faults_met(met);
+    }
+};
+
+TEST_F(ChangingFile, ASpriteThatShrinksKeepsZerosOrIsTheMessageAndOneThatGrowsIsTheSame) {
+    const FileBytes whole = sprite_file().bytes();
+    const FileBytes result = document_bytes();
+    change_at_each_read("changing.spr", whole, [&](const std::string& path, bool grows) {
+        reset_sprite();
+        services_.messages.clear();
+        const bool loaded = hlspr::load_sprite(path) == True;
+        if (grows) {
+            EXPECT_TRUE(loaded);
+            EXPECT_EQ(document_bytes(), result);
+        }
+        EXPECT_EQ(services_.messages.size(), loaded ? 0U : 1U);
+        for (std::size_t i = 0; i < document().FrameStore.size(); ++i) {
+            for (const std::uint8_t pixel : document().FrameStore[i].bytes()) {
+                EXPECT_TRUE(pixel == 0 || pixel == i + 1);
+            }
+        }
+    });
+}
+
+template <typename Reader>
+void expect_decoded(const std::string& path, bool grows, const FileBytes& result) {
+    put_old_picture();
+    Reader reader;
+    const std::optional<Failure> failure = failure_in([&] { reader.Load(path); });
+    if (grows) { // the length was taken when it was opened
+        EXPECT_EQ(failure, std::nullopt);
+        EXPECT_EQ(decoded_bytes(), result);
+    } else if (failure) {
+        EXPECT_EQ(*failure, Failure::SubscriptOutOfRange);
+    } else if (!decoded_bytes().empty()) { // a header that is gone by the second opening gives no picture
+        EXPECT_EQ(decoded_bytes().size(), result.size());
+    }
+}
+
+TEST_F(ChangingFile, APictureThatShrinksEndsOrLacksPixelsAndOneThatGrowsIsTheSame) {
+    // The palette of 256 colours is sought from the end of the file, wherever that is at each opening.
+    for (const MadeFile& file : {made_pcx(1, 1, true), made_pcx(4, 1, false), made_pcx(8, 3, true)}) {
+        LoadPCX().Load(folder_.write("p.pcx", file.bytes));
+        change_at_each_read(file.name, file.bytes,
+                            [result = decoded_bytes()](const std::string& path, bool grows) {
+                                expect_decoded<LoadPCX>(path, grows, result);
+                            });
+    }
+    for (const MadeFile& file : {made_tga(8, false), made_tga(16, true), made_tga(24, false)}) {
+        LoadTGA().Load(folder_.write("t.tga", file.bytes));
+        change_at_each_read(file.name, file.bytes,
+                            [result = decoded_bytes()](const std::string& path, bool grows) {
+                                expect_decoded<LoadTGA>(path, grows, result);
+                            });
+    }
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,89 @@
+// The lists of files and folders while calls below fail.
+#include <cerrno>
+#include <filesystem>
+
+#include "faults/Operation.h"
+#include "platform/FileList.h"
+#include "platform/folders.h"
+
+namespace varnoth {
+namespace {
+
+using namespace test;
+
+// What the file browser asks of a folder. The answer is whether everything in it was found.
+class Listing : public Job {
+  public:
+    Listing() {
+        for (const std::string name :
+             {"frame10.bmp", "frame2.BMP", "a file of a name that needs memory.bmp"}) {
+            folder_.write(name, {});
+        }
+        for (const std::string name : {"above", "a folder of a name that needs memory", "below.bmp"}) {
+            std::filesystem::create_directory(folder_.file(name));
+        }
+    }
+
+    void prepare() override {}
+
+    bool run() override {
+        files_ = list_files(folder_.path(), ".bmp");
+        folders_ = folders_in(folder_.path());
+        const std::string plain = plain_folder(folder_.path() + "/above/..");
+        const bool inside = is_within(plain + "/above", folder_.path());
+        return files_.size() == 3 && folders_.size() == 3 && inside && folder_name(plain) != plain &&
+               folders_down_to(plain).back() == folder_.path() && !current_folder().empty();
+    }
+
+    FileBytes result() override {
+        FileBytes bytes;
+        for (const Texts& names : {files_, folders_}) {
+            for (const std::string& name : names) {
+                bytes.insert(bytes.end(), name.begin(), name.end());
+                bytes.push_back(0);
+            }
+        }
+        return bytes;
+    }
+
+  private:
+    TemporaryFolder folder_;
+    Texts files_;
+    Texts folders_;
+};
+
+class ListFaults : public testing::Test {
+  protected:
+    int list_with(Call call, int error, const Outcome& expected) {
+        Listing job;
+        return fail_in_both_manners(job, services_, {.call = call, .error = error}, always(expected));
+    }
+
+    SteadyServices services_;
+};
+
+// The iterator of the standard library would end the program here.
+TEST_F(ListFaults, WithoutMemoryAListEnds) {
+    EXPECT_GT(list_with(Call::Allocation, 0, ended(Failure::OutOfMemory)), 50);
+}
+
+TEST_F(ListFaults, AFolderThatCannotBeReadHoldsNothing) {
+    for (const int error : {EACCES, ENOENT, EMFILE}) {
+        EXPECT_EQ(list_with(Call::OpenFolder, error, answered(false)), 4);
+    }
+}
+
+TEST_F(ListFaults, WhatCannotBeLookedAtIsNeitherFileNorFolder) {
+    Listing job;
+    OneOf judge({answered(false), answered(true)}); // the other kind is not missed
+    fail_in_both_manners(job, services_, {.call = Call::Status, .error = EACCES}, std::ref(judge));
+}
+
+TEST_F(ListFaults, AFolderThatBreaksOffHoldsWhatWasRead) {
+    Listing job;
+    OneOf judge({answered(false), answered(true)}); // it may break off behind the last entry that counts
+    fail_in_both_manners(job, services_, {.call = Call::ReadFolder, .error = EIO}, std::ref(judge));
+}
+
+} // namespace
+} // namespace varnoth

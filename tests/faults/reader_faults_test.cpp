@@ -1,0 +1,207 @@
+// The probes and the readers of picture files while calls below fail.
+#include <cerrno>
+
+#include "codecs/BmpMod.h"
+#include "codecs/JpgMod.h"
+#include "codecs/LoadPCX.h"
+#include "codecs/LoadTGA.h"
+#include "faults/Operation.h"
+#include "faults/made_files.h"
+#include "support/PictureFolder.h"
+#include "support/codec_files.h"
+
+namespace varnoth {
+namespace {
+
+using namespace test;
+
+// Decodes a file and draws the picture. The answer is whether there is one: a picture that cannot be made
+// leaves none behind, without a failure, and drawing it draws nothing.
+template <typename Reader>
+class Reading : public Job {
+  public:
+    explicit Reading(MadeFile file) : file_(std::move(file)), path_(folder_.write(file_.name, file_.bytes)) {}
+
+    void prepare() override {
+        put_old_picture();
+        target_ = std::make_unique<TestSurface>(1, 1);
+    }
+
+    bool run() override {
+        Reader reader;
+        reader.Load(path_);
+        draw(reader);
+        return CBitmap::CurrentBitmap != nullptr;
+    }
+
+    FileBytes result() override {
+        FileBytes bytes = decoded_bytes();
+        bytes.insert(bytes.end(), target_->bitmap().bytes().begin(), target_->bitmap().bytes().end());
+        return bytes;
+    }
+
+    void expect_kept() override { EXPECT_EQ(read_file(path_), file_.bytes); }
+
+    // The window units of a surface in hand do not come back from a failure, which ends the program.
+    void before_second_run() override { prepare(); }
+
+  private:
+    void draw(LoadPCX& reader) { reader.DrawPCX(*target_); }
+
+    void draw(LoadTGA& reader) { reader.DrawTGA(*target_); }
+
+    TemporaryFolder folder_;
+    MadeFile file_;
+    std::string path_;
+    std::unique_ptr<TestSurface> target_;
+};
+
+// Asks a probe; the answer and the sizes that it tells are the result.
+class Probing : public Job {
+  public:
+    using Probe = std::function<Truth(const std::string& path, std::int32_t& width, std::int32_t& height)>;
+
+    Probing(FileBytes bytes, Probe probe) : bytes_(std::move(bytes)), probe_(std::move(probe)) {}
+
+    void prepare() override { width_ = height_ = 0; }
+
+    bool run() override { return probe_(path_, width_, height_) == True; }
+
+    FileBytes result() override {
+        return {static_cast<std::uint8_t>(width_), static_cast<std::uint8_t>(height_)};
+    }
+
+    void expect_kept() override { EXPECT_EQ(read_file(path_), bytes_); }
+
+  private:
+    TemporaryFolder folder_;
+    FileBytes bytes_;
+    Probe probe_;
+    std::string path_ = folder_.write("a picture of a name that needs memory.any", bytes_);
+    std::int32_t width_ = 0;
+    std::int32_t height_ = 0;
+};
+
+class ReaderFaults : public testing::Test {
+  protected:
+    // Over all layouts of a format. Some series may be empty, as not every layout seeks; not all.
+    template <typename Reader>
+    void read_all(const std::vector<MadeFile>& files, const Fault& fault,
+                  const std::function<void(const Outcome&)>& judge) {
+        int met = 0;
+        for (const MadeFile& file : files) {
+            SCOPED_TRACE(file.name);
+            Reading<Reader> job(file);
+            for (const Manner manner : {Manner::Once, Manner::ForEver}) {
+                Fault next = fault;
+                next.manner = manner;
+                met += fail_one_by_one(job, services_, next, judge);
+            }
+        }
+        EXPECT_GT(met, 0);
+        note_faults_met(met);
+    }
+
+    void read_all_of_both(Call call, int error, const Outcome& expected) {
+        read_all<LoadPCX>(all_made_pcx(), {.call = call, .error = error}, always(expected));
+        read_all<LoadTGA>(all_made_tga(), {.call = call, .error = error}, always(expected));
+    }
+
+    int probe_with(Probing&& job, Call call, int error, const Outcome& expected) {
+        return fail_in_both_manners(job, services_, {.call = call, .error = error}, always(expected));
+    }
+
+    static Probing bmp() {
+        return {bmp_header(5, 4, 24), [](const std::string& path, std::int32_t& width, std::int32_t& height) {
+                    std::int16_t depth = 0;
+                    std::int16_t compression = 0;
+                    return BmpMod::ProbeBmp(path, width, height, depth, compression);
+                }};
+    }
+
+    // The frame header stands beyond what the probe reads at first.
+    static Probing jpeg() {
+        FileBytes bytes{0xFF, 0xD8, 0xFF, 0xE0, 0x20, 0x00, 'J', 'F', 'I', 'F'};
+        bytes.resize(4 + 0x2000);
+        bytes.insert(bytes.end(), {0xFF, 0xC0, 0, 17, 8, 0, 4, 0, 5, 3});
+        return {bytes, [](const std::string& path, std::int32_t& width, std::int32_t& height) {
+                    return JpgMod::ProbeJpeg(path, width, height);
+                }};
+    }
+
+    static Probing pcx() {
+        return {made_pcx(8, 3, false).bytes,
+                [](const std::string& path, std::int32_t& width, std::int32_t& height) {
+                    std::int16_t depth = 0;
+                    return LoadPCX().GetInfoPCX(path, width, height, depth);
+                }};
+    }
+
+    static Probing tga() {
+        return {made_tga(24, false).bytes,
+                [](const std::string& path, std::int32_t& width, std::int32_t& height) {
+                    std::int16_t depth = 0;
+                    return LoadTGA().GetInfoTGA(path, width, height, depth);
+                }};
+    }
+
+    SteadyServices services_;
+};
+
+TEST_F(ReaderFaults, WithoutMemoryAReaderFailsOrLeavesNoPicture) {
+    OneOf pcx({ended(Failure::OutOfMemory), answered(false)});
+    read_all<LoadPCX>(all_made_pcx(), {.call = Call::Allocation}, std::ref(pcx));
+    OneOf tga({ended(Failure::OutOfMemory), answered(false)});
+    read_all<LoadTGA>(all_made_tga(), {.call = Call::Allocation}, std::ref(tga));
+}
+
+TEST_F(ReaderFaults, AFileThatDoesNotOpenEndsAReader) {
+    read_all_of_both(Call::Open, EACCES, ended(Failure::PermissionDenied));
+    read_all_of_both(Call::Open, ENOENT, ended(Failure::FileNotFound));
+    read_all_of_both(Call::Open, EMFILE, ended(Failure::DeviceIo));
+    read_all_of_both(Call::Open, ENOMEM, ended(Failure::OutOfMemory));
+}
+
+TEST_F(ReaderFaults, AReadThatFailsEndsAReader) {
+    read_all_of_both(Call::Read, EIO, ended(Failure::DeviceIo));
+}
+
+TEST_F(ReaderFaults, APositionThatCannotBeToldOrTakenEndsAReader) {
+    read_all_of_both(Call::Seek, EIO, ended(Failure::DeviceIo));
+    read_all_of_both(Call::Tell, EIO, ended(Failure::DeviceIo));
+}
+
+TEST_F(ReaderFaults, ThePictureIsThereThoughClosingFailsAndNothingCanBeToldOfThePath) {
+    read_all_of_both(Call::Close, EIO, answered(true));
+    read_all_of_both(Call::Status, EACCES, answered(true));
+}
+
+TEST_F(ReaderFaults, TheProbesOfPcxAndTgaAnswerFalseToEveryFailure) {
+    for (const Call call : {Call::Allocation, Call::Open, Call::Read, Call::Seek, Call::Tell}) {
+        SCOPED_TRACE(static_cast<int>(call));
+        probe_with(pcx(), call, EIO, answered(false));
+        probe_with(tga(), call, EIO, answered(false));
+    }
+}
+
+TEST_F(ReaderFaults, TheProbesOfBmpAndJpegLetFailuresThrough) {
+    probe_with(bmp(), Call::Allocation, 0, ended(Failure::OutOfMemory));
+    probe_with(jpeg(), Call::Allocation, 0, ended(Failure::OutOfMemory));
+    probe_with(bmp(), Call::Open, EACCES, ended(Failure::PermissionDenied));
+    probe_with(jpeg(), Call::Open, EACCES, ended(Failure::PermissionDenied));
+    for (const Call call : {Call::Read, Call::Seek, Call::Tell}) {
+        SCOPED_TRACE(static_cast<int>(call));
+        probe_with(bmp(), call, EIO, ended(Failure::DeviceIo));
+        probe_with(jpeg(), call, EIO, ended(Failure::DeviceIo));
+    }
+}
+
+TEST_F(ReaderFaults, TheProbesDoNotMindAFailingClose) {
+    probe_with(bmp(), Call::Close, EIO, answered(true));
+    probe_with(jpeg(), Call::Close, EIO, answered(true));
+    probe_with(pcx(), Call::Close, EIO, answered(true));
+    probe_with(tga(), Call::Close, EIO, answered(true));
+}
+
+} // namespace
+} // namespace varnoth
