@@ -1,26 +1,32 @@
-// The interface of base/files.h over files in memory, so that a fuzz target is not held up by a file system.
-// It is linked in place of the library's own; every name there must be defined here. A path is a name and
-// nothing more: there are no folders, and no file is read-only.
+// Files in memory, so that a fuzz target is not held up by a file system: the linker has the program's calls
+// of fopen arrive here. A file that was written here is read here; any other one is looked for in the file
+// system.
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <map>
+#include <memory>
 #include <new>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include <sys/types.h>
 
-#include "base/RunTimeFailure.h"
-#include "base/files.h"
-
-namespace varnoth {
+extern "C" std::FILE* __real_fopen64(const char* path, const char* mode);
+extern "C" std::FILE* __wrap_fopen64(const char* path, const char* mode);
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
+using Files = std::map<std::string, Bytes, std::less<>>;
 
-std::map<std::string, Bytes, std::less<>>& files() {
-    static std::map<std::string, Bytes, std::less<>> the_files;
+Files& files() {
+    static Files the_files;
     return the_files;
 }
 
@@ -82,101 +88,30 @@ std::FILE* open_stream(Bytes& bytes, const char* mode) {
     const cookie_io_functions_t functions{read_bytes, append_bytes, move_to, release};
     auto cursor = std::make_unique<Cursor>(bytes);
     std::FILE* file = fopencookie(cursor.get(), mode, functions);
-    if (file == nullptr) {
-        fail(Failure::OutOfMemory);
+    if (file != nullptr) {
+        std::setvbuf(file, cursor->buffer.data(), _IOFBF, cursor->buffer.size());
+        static_cast<void>(cursor.release()); // the stream's from here on
     }
-    std::setvbuf(file, cursor->buffer.data(), _IOFBF, cursor->buffer.size());
-    static_cast<void>(cursor.release()); // the stream's from here on
     return file;
 }
 
-Bytes& existing(const std::string& path) {
-    const auto found = files().find(path);
-    if (found == files().end()) {
-        fail(Failure::FileNotFound);
-    }
-    return found->second;
-}
-
-Bytes& emptied(const std::string& path) {
+std::FILE* create(const char* path, const char* mode) {
     Bytes& bytes = files()[path];
     bytes.clear();
-    return bytes;
+    return open_stream(bytes, mode);
 }
 
 } // namespace
 
-std::filesystem::path native_path(const std::string& path) {
-    return path;
-}
-
-std::string join_path(const std::string& folder, const std::string& name) {
-    return folder + "/" + name;
-}
-
-bool file_exists(const std::string& path) {
-    return files().contains(path);
-}
-
-bool folder_exists(const std::string& /*path*/) {
-    return false;
-}
-
-bool is_read_only(const std::string& /*path*/) {
-    return false;
-}
-
-void delete_file(const std::string& path) {
-    existing(path);
-    files().erase(path);
-}
-
-InputFile::InputFile(const std::string& path) {
-    Bytes& bytes = existing(path);
-    file_.reset(open_stream(bytes, "rb"));
-    length_ = std::ssize(bytes);
-}
-
-std::int64_t InputFile::remaining() const {
-    return length_ - std::ftell(file_.get());
-}
-
-void InputFile::seek(std::int64_t position) {
-    if (std::fseek(file_.get(), static_cast<long>(position), SEEK_SET) != 0) {
-        fail(Failure::DeviceIo);
+std::FILE* __wrap_fopen64(const char* path, const char* mode) {
+    try {
+        if (*mode == 'w') {
+            return create(path, mode);
+        }
+        const auto found = files().find(std::string_view(path));
+        return found == files().end() ? __real_fopen64(path, mode) : open_stream(found->second, mode);
+    } catch (const std::bad_alloc&) {
+        errno = ENOMEM;
+        return nullptr;
     }
 }
-
-std::size_t InputFile::read(std::span<std::uint8_t> target) {
-    return std::fread(target.data(), 1, target.size(), file_.get());
-}
-
-OutputFile::OutputFile(const std::string& path) : file_(open_stream(emptied(path), "wb")) {}
-
-void OutputFile::write(std::span<const std::uint8_t> bytes) {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) {
-        fail(Failure::OutOfMemory);
-    }
-}
-
-OutputFile::~OutputFile() = default;
-
-// Nothing is gained by waiting here.
-void OutputFile::write_later(std::span<const std::uint8_t> bytes) {
-    write(bytes);
-}
-
-void OutputFile::close() {
-    if (std::fclose(file_.release()) != 0) {
-        fail(Failure::OutOfMemory);
-    }
-}
-
-std::vector<std::uint8_t> read_head(const std::string& path, std::size_t count) {
-    InputFile file(path);
-    std::vector<std::uint8_t> bytes(count);
-    bytes.resize(file.read(bytes));
-    return bytes;
-}
-
-} // namespace varnoth

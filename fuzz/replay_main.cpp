@@ -27,6 +27,7 @@ std::vector<std::filesystem::path> files_of(const std::filesystem::path& place) 
 } // namespace
 
 int main(int count, char** arguments) {
+    varnoth::fuzzing::every_input_counts = true;
     std::size_t inputs = 0;
     for (int i = 1; i < count; ++i) {
         for (const std::filesystem::path& file : files_of(arguments[i])) {

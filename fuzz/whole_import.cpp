@@ -149,6 +149,8 @@ struct Outcome {
     std::vector<std::string> lines;
     std::vector<std::string> messages;
     std::int32_t progress = 0;
+    std::int32_t maximum = 0;
+    bool is_dirty = false;
     SpriteDocument sprite;
     std::vector<Colour> last_picture;
     std::vector<Colour> sheet;
@@ -187,6 +189,8 @@ Outcome run(const Job& job, Import&& import) {
     outcome.lines = view.lines;
     outcome.messages = services.messages;
     outcome.progress = view.progress;
+    outcome.maximum = view.maximum;
+    outcome.is_dirty = hlspr::SpriteDirty;
     outcome.sprite = hlspr::document();
     if (form) {
         outcome.last_picture = test::colours_of(form->Buffer2());
@@ -200,7 +204,9 @@ void require_same(const Outcome& shipped, const Outcome& plain) {
     fuzzing::require(shipped.messages == plain.messages, "the messages are those of the plain import");
     fuzzing::require(shipped.events == plain.events, "the events are those of the plain import");
     fuzzing::require(shipped.lines == plain.lines, "the frame list is that of the plain import");
-    fuzzing::require(shipped.progress == plain.progress, "the progress is that of the plain import");
+    fuzzing::require(shipped.progress == plain.progress && shipped.maximum == plain.maximum,
+                     "the progress is that of the plain import");
+    fuzzing::require(shipped.is_dirty == plain.is_dirty, "there are changes after the same imports");
     fuzzing::require(to_bytes(shipped.sprite.SpriteHeader) == to_bytes(plain.sprite.SpriteHeader) &&
                          to_bytes(shipped.sprite.FrameHeader) == to_bytes(plain.sprite.FrameHeader),
                      "the headers are those of the plain import");

@@ -1,6 +1,7 @@
 #include "base/files.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <string_view>
 #include <system_error>
@@ -109,12 +110,13 @@ void put_all(std::FILE* file, std::span<const std::span<const std::uint8_t>> par
     if (std::fflush(file) != 0) {
         fail(failure_of(errno));
     }
-    std::vector<iovec> vectors;
-    for (const auto& part : parts) {
+    std::array<iovec, OutputFile::most_pending> records;
+    const std::span<iovec> all = std::span(records).first(parts.size());
+    std::ranges::transform(parts, all.begin(), [](std::span<const std::uint8_t> part) {
         // The system's record has no const, but writing changes nothing.
-        vectors.push_back({const_cast<std::uint8_t*>(part.data()), part.size()}); // NOLINT
-    }
-    for (std::span<iovec> left = vectors; !left.empty();) {
+        return iovec{const_cast<std::uint8_t*>(part.data()), part.size()}; // NOLINT
+    });
+    for (std::span<iovec> left = all; !left.empty();) {
         const ssize_t written = ::writev(descriptor, left.data(), static_cast<int>(left.size()));
         if (written < 0 && errno != EINTR) {
             fail(failure_of(errno));

@@ -76,6 +76,9 @@ class OutputFile {
 
     void write(std::span<const std::uint8_t> bytes);
 
+    /// As many parts as wait for each other: one call to the system takes them.
+    static constexpr std::size_t most_pending = 512;
+
     /// The same for bytes that stay as they are until the file is closed or destroyed: they go to the system
     /// many parts at a time, straight from where they stand.
     void write_later(std::span<const std::uint8_t> bytes);
@@ -87,9 +90,6 @@ class OutputFile {
     struct Close {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
-
-    // As many parts as one call to the system takes.
-    static constexpr std::size_t most_pending = 512;
 
     void write_pending();
 
