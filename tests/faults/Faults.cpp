@@ -1,5 +1,6 @@
 #include "faults/Faults.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
@@ -23,6 +24,7 @@ thread_local int calls = 0;
 thread_local bool met = false;
 thread_local int suspensions = 0;
 thread_local std::FILE* broken_stream = nullptr;
+std::size_t most_written = 0; // 0: as many as are asked for
 int streams = 0;
 bool poisoned = false;
 std::uint8_t poison = 0;
@@ -81,6 +83,14 @@ bool FaultInjection::hit() const {
     return met;
 }
 
+ShortWrites::ShortWrites(std::size_t most) {
+    most_written = most;
+}
+
+ShortWrites::~ShortWrites() {
+    most_written = 0;
+}
+
 FaultsSuspended::FaultsSuspended() {
     ++suspensions;
 }
@@ -111,6 +121,7 @@ Poison::~Poison() {
 using varnoth::test::broken_stream;
 using varnoth::test::Call;
 using varnoth::test::fails;
+using varnoth::test::most_written;
 using varnoth::test::poisoned_memory;
 using varnoth::test::streams;
 
@@ -190,7 +201,15 @@ std::size_t __wrap_fwrite(const void* source, std::size_t size, std::size_t coun
 }
 
 ssize_t __wrap_writev(int descriptor, const iovec* parts, int count) {
-    return fails(Call::Write) ? -1 : __real_writev(descriptor, parts, count);
+    if (fails(Call::Write)) {
+        return -1;
+    }
+    if (most_written == 0) {
+        return __real_writev(descriptor, parts, count);
+    }
+    iovec first = *parts;
+    first.iov_len = std::min(first.iov_len, most_written);
+    return __real_writev(descriptor, &first, 1);
 }
 
 int __wrap_fseeko64(std::FILE* file, off_t offset, int origin) {

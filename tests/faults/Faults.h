@@ -47,6 +47,16 @@ class FaultInjection {
     bool hit() const;
 };
 
+/// While one lives, a gathered write takes at most so many bytes, as the system may do it.
+class ShortWrites {
+  public:
+    explicit ShortWrites(std::size_t most);
+    ~ShortWrites();
+
+    ShortWrites(const ShortWrites&) = delete;
+    ShortWrites& operator=(const ShortWrites&) = delete;
+};
+
 /// What a test does by itself while a fault is there does not meet it.
 class FaultsSuspended {
   public:

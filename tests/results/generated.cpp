@@ -102,7 +102,7 @@ void add_filtered(Results& results, const Kind& kind) {
         const Surface picture = kind.make();
         ProcessPicture1 toolbox;
         Digest& digest = results[name_of("filter/" + name, kind.depth)];
-        attempt(digest, [&] { digest.add(std::int64_t{filter(toolbox, *picture)}); });
+        attempt(digest, [&, &apply = filter] { digest.add(std::int64_t{apply(toolbox, *picture)}); });
         digest.add(picture->bitmap());
         for (const Colour colour : toolbox.ColorList()) {
             digest.add(std::int64_t{colour});
@@ -138,7 +138,7 @@ void add_written(Results& results, const Kind& kind) {
         const test::TemporaryFolder folder;
         const Surface picture = kind.make();
         Digest& digest = results[name_of("written/" + name, kind.depth)];
-        attempt(digest, [&] { write(folder.file("a"), *picture); });
+        attempt(digest, [&, &put = write] { put(folder.file("a"), *picture); });
         digest.add(test::read_file(folder.file("a")));
     }
 }
