@@ -12,10 +12,12 @@ namespace varnoth {
 /// Open addressing with linear probing, at most half full; no_colour marks a free slot.
 class ColourSet {
   public:
+    /// Whether the colour has been put in.
     bool contains(Colour colour) const {
         return !slots_.empty() && slots_[slot_of(slots_, colour)] == colour;
     }
 
+    /// Puts the colour in unless it is there already.
     void insert(Colour colour) {
         if (2 * (count_ + 1) > slots_.size()) {
             grow();
