@@ -123,6 +123,19 @@ class SharedPalette(Statements):
         self.assertEqual(sprite.palette[0], BLACK)
 
 
+class FrameSize(Statements):
+    def test_the_picture_clicked_last_gives_the_frames_their_size_though_it_is_unselected(self):
+        folder = self.folder_of("pictures", colours(50))
+        write(os.path.join(folder, "z.bmp"), bmp_of_8_bits(20, 20, [0] * 400, colours(50)))
+        target = self.path("out.spr")
+        events = self.run_walkthrough("--size", "16x16", "--pictures", folder, "--save", target)
+        self.assertIn("message: All Selected Pictures Must Have Same Size.", events)
+        data = read(target)
+        self.assertEqual(struct.unpack_from("<ii", data, 20), (16, 16))
+        self.assertEqual(struct.unpack_from("<ii", data, 810 + 12), (16, 16))
+        self.assertEqual(len(data), 810 + 20 + 20 * 20)
+
+
 class Lists(Statements):
     def test_a_line_that_a_second_import_left_ends_the_program(self):
         arguments = ("--pictures", SAMPLES, *EVERY_FRAME[:4], "--again", SAMPLES)
