@@ -226,19 +226,21 @@ class SpriteFile(Statements):
         chapter = document[document.index("## Sprites (.spr)"):document.index("## Reading BMP")]
         rows = re.findall(r"^\| (\d+) \| ([^|]+) \| `(\w+)` \|", chapter, re.MULTILINE)
         self.assertEqual(len(rows), 10 + 1 + 5)
-        folder = self.folder_of("pictures", colours(40))
+        picture = bmp_of_8_bits(16, 8, [i % 40 for i in range(128)], colours(40))
+        folder = self.make_folder("pictures", {f"{number}.bmp": picture for number in range(5)})
         target = self.path("out.spr")
-        self.run_walkthrough("--size", "16x16", "--type", "4", "--render", "2", "--pictures", folder, "--save", target)
+        # Every whole number of the header has a value of its own, so that no two places can be taken for each other.
+        self.run_walkthrough("--size", "16x8", "--type", "4", "--render", "3", "--pictures", folder, "--save", target)
         data = read(target)
         told = self.inspect(target)
-        self.assertEqual(len(data), 810 + 20 + 256)
+        self.assertEqual(len(data), 810 + 5 * (20 + 16 * 8))
         for place, kind, field in rows:
             in_frame = field in told["FrameHeader"]
             value, = struct.unpack_from(self.FIELDS[kind], data, int(place) + (810 if in_frame else 0))
             expected = told["FrameHeader"][field] if in_frame else told[field]
             with self.subTest(field=field):
                 self.assertEqual(value.decode() if isinstance(value, bytes) else value, expected)
-        self.assertEqual((told["SpriteType"], told["RenderMode"], told["FrameCount"]), (4, 2, 1))
+        self.assertEqual((told["SpriteType"], told["RenderMode"], told["FrameCount"]), (4, 3, 5))
         self.assertEqual(data[42:45], bytes(Sprite(data).palette[0]))
 
 
