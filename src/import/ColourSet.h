@@ -12,11 +12,12 @@ namespace varnoth {
 /// colours as for all of them.
 class ColourSet {
   public:
-    /// `colour` is plain: 0 to 0xFFFFFF.
+    /// Whether the colour has been put in; a plain one, 0 to 0xFFFFFF.
     bool contains(Colour colour) const {
         return !held_.empty() && held_[static_cast<std::size_t>(colour)];
     }
 
+    /// Puts a plain colour in.
     void insert(Colour colour) {
         if (held_.empty()) {
             held_.resize(colours);
