@@ -1,4 +1,5 @@
-// The icon in the panels' titles, sixteen pixels by sixteen: a flame on a frame of film, like the program's icon.
+// The icon in the panels' titles, sixteen pixels by sixteen: a flame on a frame of film, like the program's
+// icon.
 #pragma once
 
 #include "platform/PictureSurface.h"
