@@ -1,8 +1,11 @@
 // Shows one window and ends as soon as it has been painted: "editor" the main window, made as the program
-// makes it, "empty" a plain window of Qt of the same size. For timing from outside.
-#include <cstring>
+// makes it, "empty" a plain window of Qt of the same size, "line" one with a line of text, for which Qt loads
+// its fonts. For timing from outside.
+#include <string_view>
+#include <type_traits>
 
 #include <QApplication>
+#include <QLabel>
 #include <QTimer>
 #include <QWidget>
 
@@ -29,9 +32,13 @@ class FirstPaint : public QObject {
     }
 };
 
-int show_empty(int& argc, char** argv, FirstPaint& first_paint) {
+template <typename Window>
+int show_plain(int& argc, char** argv, FirstPaint& first_paint) {
     const QApplication application(argc, argv);
-    QWidget window;
+    Window window;
+    if constexpr (std::is_same_v<Window, QLabel>) {
+        window.setText(QStringLiteral("A line of text"));
+    }
     window.setFixedSize(575, 477);
     window.installEventFilter(&first_paint);
     window.show();
@@ -58,6 +65,10 @@ int show_editor(int& argc, char** argv, FirstPaint& first_paint) {
 
 int main(int argc, char** argv) {
     FirstPaint first_paint;
-    const bool editor = argc > 1 && std::strcmp(argv[1], "editor") == 0;
-    return editor ? show_editor(argc, argv, first_paint) : show_empty(argc, argv, first_paint);
+    const std::string_view window = argc > 1 ? argv[1] : "";
+    if (window == "editor") {
+        return show_editor(argc, argv, first_paint);
+    }
+    return window == "line" ? show_plain<QLabel>(argc, argv, first_paint)
+                            : show_plain<QWidget>(argc, argv, first_paint);
 }

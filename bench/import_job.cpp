@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "base/large_blocks.h"
 #include "platform.h"
 #include "reference/Import.h"
 #include "whole_folder.h"
@@ -23,6 +24,7 @@ void import_by_plain_steps(const std::string& folder) {
 } // namespace
 
 int main(int argc, char** argv) {
+    varnoth::keep_large_blocks_apart();
     const varnoth::bench::Platform platform(argc, argv);
     std::span<char*> arguments(argv + 1, static_cast<std::size_t>(argc - 1));
     const bool plain = !arguments.empty() && std::string_view(arguments[0]) == "--plain";

@@ -1,6 +1,8 @@
-"""Times the start of the main window up to its first paint beside that of an empty window of Qt, turn by turn.
+"""Times the start of the main window up to its first paint beside that of an empty window of Qt and of one with a line of
+text, turn by turn.
 
-Usage: start.py FIRST_PAINT. Prints the medians and their ratio; ends with 1 when the goal is missed.
+Usage: start.py FIRST_PAINT. Prints the medians and their ratios; ends with 1 when the goal is missed. The goal is set
+beside the empty window, which needs no fonts; what Qt takes to load them for any text is seen beside the other one.
 """
 
 import statistics
@@ -20,18 +22,22 @@ def run(program, window):
 
 def main():
     program = sys.argv[1]
-    times = {"editor": [], "empty": []}
+    times = {"editor": [], "empty": [], "line": []}
     for number in range(ROUNDS + 1):
         for window, taken in times.items():
             elapsed = run(program, window)
             if number > 0:  # the first round warms the caches
                 taken.append(elapsed)
-    editor, empty = (statistics.median(times[window]) * 1e3 for window in ("editor", "empty"))
+    editor, empty, line = (statistics.median(times[window]) * 1e3 for window in ("editor", "empty", "line"))
     reached = editor <= MOST * empty
-    figure = f"{editor:.0f} ms beside {empty:.0f} ms, {editor / empty:.2f}"
-    print(f"{'start to the first painted window, beside an empty one':<58}{figure:<34}at most {MOST} times: "
-          f"{'reached' if reached else 'MISSED'}")
+    print_row("beside an empty one", editor, empty, f"at most {MOST} times: {'reached' if reached else 'MISSED'}")
+    print_row("beside one with a line of text", editor, line, "")
     sys.exit(0 if reached else 1)
+
+
+def print_row(beside, editor, other, goal):
+    figure = f"{editor:.0f} ms beside {other:.0f} ms, {editor / other:.2f}"
+    print(f"{'start to the first painted window, ' + beside:<66}{figure:<34}{goal}".rstrip())
 
 
 main()

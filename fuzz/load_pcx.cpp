@@ -1,4 +1,6 @@
 // The bytes are a PCX file: probed, decoded and drawn.
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 
 #include "codecs/CBitmap.h"
@@ -12,6 +14,7 @@ using namespace varnoth;
 constexpr std::int64_t few_pixels = 1 << 9;
 constexpr std::int64_t most_decoded_pixels = 1 << 14;
 constexpr std::int64_t most_pixels_at_all = 1 << 29;
+constexpr std::int64_t most_row_bytes = 1 << 18;
 constexpr std::uint32_t inputs_for_one_large = 64;
 constexpr std::uint32_t inputs_for_one_drawn = 64;
 
@@ -24,14 +27,25 @@ struct Probe {
     std::int64_t pixels() const { return std::abs(std::int64_t{width} * height); }
 };
 
+// What the rows take as the header tells their length, whatever the picture's width.
+std::int64_t row_bytes(const Probe& probe, std::span<const std::uint8_t> bytes) {
+    std::array<std::uint8_t, PcxHeader::size> start{}; // what a file does not bring counts as zero
+    std::copy_n(bytes.begin(), std::min(bytes.size(), start.size()), start.begin());
+    const PcxHeader header = PcxHeader::from_bytes(start);
+    return std::abs(std::int64_t{header.NPlanes} * header.BytesPerLine * probe.height);
+}
+
 // A small file may announce a picture of up to 2 GiB that it does not fill, and get it; that takes seconds
 // and shows nothing. What is larger comes to nothing before memory is taken for it, unless both sides are
-// negative.
+// negative or two pixels share a byte.
 bool is_worth_decoding(const Probe& probe, std::span<const std::uint8_t> bytes) {
     const std::int64_t pixels = probe.pixels();
-    const bool comes_to_nothing = pixels > most_pixels_at_all && (probe.width > 0 || probe.height > 0);
-    return pixels <= few_pixels || comes_to_nothing ||
-           (pixels <= most_decoded_pixels && fuzzing::is_one_in(inputs_for_one_large, bytes));
+    const bool comes_to_nothing =
+        pixels > most_pixels_at_all && probe.bpp != 4 && (probe.width > 0 || probe.height > 0);
+    const bool is_small =
+        (pixels <= few_pixels || comes_to_nothing) && row_bytes(probe, bytes) <= most_row_bytes;
+    return is_small || (pixels <= most_decoded_pixels && row_bytes(probe, bytes) <= 16 * most_row_bytes &&
+                        fuzzing::is_one_in(inputs_for_one_large, bytes));
 }
 
 void draw(LoadPCX& reader) {

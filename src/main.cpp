@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "base/large_blocks.h"
 #include "controls/parts/accessible.h"
 #include "platform/qt/QtEventQueue.h"
 #include "platform/qt/QtFileChooser.h"
@@ -11,6 +12,7 @@
 #include "workbench/Desk.h"
 
 int main(int argument_count, char** arguments) {
+    varnoth::keep_large_blocks_apart();
     QApplication application(argument_count, arguments);
     varnoth::look::apply(application);
     varnoth::install_accessible_controls();

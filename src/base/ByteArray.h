@@ -33,8 +33,10 @@ class ByteArray {
 
     const std::uint8_t* data() const { return bytes_.get(); }
 
+    /// The byte at `index`, which is not checked.
     std::uint8_t& operator[](std::size_t index) { return bytes_[index]; }
 
+    /// The same, to read only.
     std::uint8_t operator[](std::size_t index) const { return bytes_[index]; }
 
     std::span<std::uint8_t> bytes() { return {bytes_.get(), size_}; }

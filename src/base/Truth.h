@@ -11,6 +11,7 @@ using Truth = std::int16_t;
 inline constexpr Truth True = -1;
 inline constexpr Truth False = 0;
 
+/// A condition as a truth value.
 constexpr Truth truth(bool condition) {
     return condition ? True : False;
 }

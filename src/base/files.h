@@ -22,6 +22,7 @@ std::string join_path(const std::string& folder, const std::string& name);
 /// Whether a look-up of plain files finds the name: a folder of that name does not count.
 bool file_exists(const std::string& path);
 
+/// Whether there is a folder of that name.
 bool folder_exists(const std::string& path);
 
 /// A read-only file is one whose owner-write permission is off, whoever runs the program.
@@ -47,6 +48,7 @@ class InputFile {
     /// Bytes from the present position to the end; DeviceIo when the position cannot be told.
     std::int64_t remaining() const;
 
+    /// Counted from the start of the file. DeviceIo when it cannot be gone to.
     void seek(std::int64_t position);
 
     /// Reads into `target` and returns the number of bytes that the file supplied. The end of the file is
@@ -74,6 +76,7 @@ class OutputFile {
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
+    /// All of the bytes. A failure of the disk shows here or when the file is closed.
     void write(std::span<const std::uint8_t> bytes);
 
     /// As many parts as wait for each other: one call to the system takes them.

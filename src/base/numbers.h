@@ -21,7 +21,7 @@ constexpr To narrow(From value) {
     return result;
 }
 
-/// Sum, difference and product in the width of the operands; Overflow instead of a wrap.
+/// The sum in the width of the operands; Overflow instead of a wrap.
 template <std::signed_integral T>
 constexpr T checked_add(T a, std::type_identity_t<T> b) {
     T result{};
@@ -31,6 +31,7 @@ constexpr T checked_add(T a, std::type_identity_t<T> b) {
     return result;
 }
 
+/// The difference, likewise.
 template <std::signed_integral T>
 constexpr T checked_subtract(T a, std::type_identity_t<T> b) {
     T result{};
@@ -40,6 +41,7 @@ constexpr T checked_subtract(T a, std::type_identity_t<T> b) {
     return result;
 }
 
+/// The product, likewise.
 template <std::signed_integral T>
 constexpr T checked_multiply(T a, std::type_identity_t<T> b) {
     T result{};

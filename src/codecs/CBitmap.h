@@ -47,6 +47,7 @@ void CreateBitmap16(std::span<const std::uint8_t> pixels, std::int32_t width, st
 void CreateBitmap32(std::span<const std::uint8_t> pixels, std::int32_t width, std::int32_t height,
                     std::int16_t topDown);
 
+/// A width and a height in twips or in pixels.
 struct Extent {
     std::int32_t width = 0;
     std::int32_t height = 0;

@@ -27,8 +27,10 @@ class PackedBytes {
     /// The caller appends no more than `room` bytes. OutOfMemory when they cannot be had.
     explicit PackedBytes(std::size_t room) : bytes_(room) {}
 
+    /// Appends one byte; the room is not checked.
     void append(std::uint8_t byte) { bytes_[size_++] = byte; }
 
+    /// Appends several; the room is not checked.
     void append(std::span<const std::uint8_t> bytes) {
         std::copy_n(bytes.data(), bytes.size(), bytes_.data() + size_);
         size_ += bytes.size();

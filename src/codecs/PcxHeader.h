@@ -14,11 +14,11 @@ namespace varnoth {
 struct PcxHeader {
     static constexpr std::size_t size = 128;
 
-    std::uint8_t Manufacturer = 0;
-    std::uint8_t Version = 0;
+    std::uint8_t Manufacturer = 0; ///< 10
+    std::uint8_t Version = 0;      ///< 0, 2, 3 or 5
     std::uint8_t Encoding = 0;     ///< 0 plain, 1 run-length
     std::uint8_t BitsPerPixel = 0; ///< per pixel and plane
-    std::int16_t XMin = 0;
+    std::int16_t XMin = 0;         ///< the picture is XMax - XMin + 1 pixels wide
     std::int16_t YMin = 0;
     std::int16_t XMax = 0;
     std::int16_t YMax = 0;
@@ -26,10 +26,11 @@ struct PcxHeader {
     std::int16_t VDpi = 0;
     std::array<std::uint8_t, 48> ColorMap{}; ///< 16 triples of red, green, blue
     std::uint8_t Reserved = 0;
-    std::uint8_t NPlanes = 0;
+    std::uint8_t NPlanes = 0;      ///< 1, 3 and 4 are decoded
     std::int16_t BytesPerLine = 0; ///< of one line of one plane
     std::array<std::uint8_t, 60> Filler{};
 
+    /// The record as it stands in the file.
     static PcxHeader from_bytes(std::span<const std::uint8_t, size> bytes) {
         PcxHeader header;
         header.Manufacturer = bytes[0];

@@ -9,6 +9,7 @@
 
 namespace varnoth {
 
+/// A width and a height in pixels.
 struct PixelSize {
     std::int32_t width = 0;
     std::int32_t height = 0;
@@ -21,6 +22,7 @@ PixelSize size_in_pixels(PictureSurface& picture);
 /// Bytes of a 24-bit row rounded up to 4. Overflow beyond 32 bits.
 std::int32_t stride_of_24_bits(std::int32_t width);
 
+/// Which row of the picture comes first in the array.
 enum class FirstRow { Top, Bottom };
 
 /// The top left `size` of the picture as rows of stride_of_24_bits() bytes: blue, green, red and zeros up to

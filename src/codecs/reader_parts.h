@@ -29,6 +29,7 @@ int TestBit(std::uint8_t value, std::int32_t position);
 /// The length itself when it is a multiple of 4, else the next multiple of 4.
 std::int32_t padded_length(std::int32_t line_bytes);
 
+/// Whether padded rows stand in the order of the lines they come from.
 enum class RowOrder { Kept, Reversed };
 
 /// SubscriptOutOfRange unless `height` lines that stand close together all start within `length` bytes and

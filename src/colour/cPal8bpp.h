@@ -78,10 +78,13 @@ class cPal8bpp {
 
     void SetEntries(std::int16_t entries) { entries_ = entries; }
 
+    /// One channel of an entry, valid or not. The platform palette does not follow a change.
     std::uint8_t rgbR(std::uint8_t index) const { return lpPalette()[index].rgbRed; }
 
+    /// Likewise.
     std::uint8_t rgbG(std::uint8_t index) const { return lpPalette()[index].rgbGreen; }
 
+    /// Likewise.
     std::uint8_t rgbB(std::uint8_t index) const { return lpPalette()[index].rgbBlue; }
 
     void SetrgbR(std::uint8_t index, std::uint8_t value) { lpPalette()[index].rgbRed = value; }

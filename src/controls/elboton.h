@@ -38,11 +38,16 @@ class elboton final : public SkinnedControl {
     void SetCenterCaption(bool center);
 
   signals:
+    /// Pressed and released on the button with the left button.
     void Click();
+
+    /// From the surface and the caption.
     void MouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
 
     /// From the caption alone.
     void MouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
+
+    /// From the surface and the caption.
     void MouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
 
   private:

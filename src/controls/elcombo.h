@@ -61,6 +61,7 @@ class elcombo final : public SkinnedControl {
     // The items, counted from 0.
 
     void Clear();
+    /// Appends an item.
     void AddItem(const QString& item);
 
     /// Nothing happens without such an item.

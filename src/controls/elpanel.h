@@ -72,15 +72,17 @@ class elpanel final : public SkinnedControl {
     /// In place of the second Click of a fast pair.
     void DblClick();
 
-    // From the surface.
+    /// From the surface.
     void MouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
     void MouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
     void MouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
 
+    /// From the title.
     void TitleMouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
     void TitleMouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
     void TitleMouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
 
+    /// From the icon.
     void IconMouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
     void IconMouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
     void IconMouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);

@@ -1,60 +1,38 @@
-// A set of plain colours with constant-time search. It grows and is emptied, nothing is ever taken out.
+// A set of plain colours. It grows and is emptied, nothing is ever taken out.
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <vector>
 
 #include "platform/Colour.h"
 
 namespace varnoth {
 
-/// Open addressing with linear probing, at most half full; no_colour marks a free slot.
+/// One bit for every colour there is, 2 MiB from the first insertion until it is emptied: as much for a few
+/// colours as for all of them.
 class ColourSet {
   public:
+    /// Whether the colour has been put in; a plain one, 0 to 0xFFFFFF.
     bool contains(Colour colour) const {
-        return !slots_.empty() && slots_[slot_of(slots_, colour)] == colour;
+        return !held_.empty() && held_[static_cast<std::size_t>(colour)];
     }
 
+    /// Puts a plain colour in.
     void insert(Colour colour) {
-        if (2 * (count_ + 1) > slots_.size()) {
-            grow();
+        if (held_.empty()) {
+            held_.resize(colours);
         }
-        Colour& slot = slots_[slot_of(slots_, colour)];
-        if (slot == no_colour) {
-            slot = colour;
-            ++count_;
-        }
+        held_[static_cast<std::size_t>(colour)] = true;
     }
 
     void clear() {
-        slots_.clear();
-        count_ = 0;
+        std::vector<bool>().swap(held_);
     }
 
   private:
-    // Where the colour stands or would stand. The number of slots is a power of two.
-    static std::size_t slot_of(const std::vector<Colour>& slots, Colour colour) {
-        const std::size_t mask = slots.size() - 1;
-        std::size_t slot = (static_cast<std::uint32_t>(colour) * 2654435761U >> 8) & mask;
-        while (slots[slot] != no_colour && slots[slot] != colour) {
-            slot = (slot + 1) & mask;
-        }
-        return slot;
-    }
+    static constexpr std::size_t colours = 0x1000000;
 
-    void grow() {
-        std::vector<Colour> larger(slots_.empty() ? 1024 : slots_.size() * 2, no_colour);
-        for (const Colour colour : slots_) {
-            if (colour != no_colour) {
-                larger[slot_of(larger, colour)] = colour;
-            }
-        }
-        slots_.swap(larger);
-    }
-
-    std::vector<Colour> slots_;
-    std::size_t count_ = 0;
+    std::vector<bool> held_;
 };
 
 } // namespace varnoth

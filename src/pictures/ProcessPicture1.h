@@ -56,6 +56,7 @@ class ProcessPicture1 {
     /// Gives the buffers back. The object is not for pictures of the last size any more.
     void Destroy_TheBits();
 
+    /// The picture upside down.
     bool Flip_Picture_Vertical(PictureSurface& picture);
 
     /// Weights of 0.222 red, 0.707 green, 0.071 blue.
@@ -64,7 +65,10 @@ class ProcessPicture1 {
     /// The same, but keeps pixels of exactly full red, green or blue where the flag is set.
     bool Make_Picture_GreyScale_PureRGB(PictureSurface& picture, bool withRed, bool withGreen, bool withBlue);
 
+    /// Every channel taken from 255.
     bool Make_Picture_Negative(PictureSurface& picture);
+
+    /// Left and right exchanged.
     bool Flip_Picture_Horizontal(PictureSurface& picture);
 
     /// The three channels in another order: the letters name what red, green and blue become.

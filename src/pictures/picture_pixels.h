@@ -20,10 +20,12 @@ struct Pixel {
     friend constexpr bool operator==(const Pixel&, const Pixel&) = default;
 };
 
+/// The pixel as a colour.
 constexpr Colour colour_of(const Pixel& pixel) {
     return make_colour(pixel.red, pixel.green, pixel.blue);
 }
 
+/// Whether all three channels are equal.
 constexpr bool is_grey(const Pixel& pixel) {
     return pixel.blue == pixel.green && pixel.green == pixel.red;
 }
@@ -42,11 +44,13 @@ class PixelRow {
         }
     }
 
+    /// The pixel at column `x`, which is not checked.
     Pixel operator[](std::int32_t x) const {
         const std::uint8_t* at = &bytes_[static_cast<std::size_t>(x) * step_];
         return {at[0], at[1], at[2]};
     }
 
+    /// Sets the three channels at column `x`, which is not checked.
     void set(std::int32_t x, const Pixel& pixel) {
         std::uint8_t* at = &bytes_[static_cast<std::size_t>(x) * step_];
         at[0] = pixel.blue;

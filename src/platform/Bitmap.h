@@ -64,6 +64,7 @@ class Bitmap {
     /// The bytes of row y, counted from the top as seen.
     std::uint8_t* row(std::int32_t y) { return bytes_.data() + row_offset(y); }
 
+    /// The same, to read only.
     const std::uint8_t* row(std::int32_t y) const { return bytes_.data() + row_offset(y); }
 
     /// 2, 16 or 256 entries in use at 1, 4 or 8 bits; none otherwise.
@@ -71,6 +72,7 @@ class Bitmap {
 
     std::span<const RGBQUAD> colour_table() const { return {colour_table_.data(), colour_table_size()}; }
 
+    /// Its sizes and depth as a record; bmType and bmBits are 0.
     BITMAP description() const;
 
     /// The colour at x, y, or no_colour outside.
@@ -82,6 +84,7 @@ class Bitmap {
     /// Every pixel to one colour.
     void fill(Colour colour);
 
+    /// Whether a pixel lies inside.
     bool contains(std::int32_t x, std::int32_t y) const {
         return x >= 0 && y >= 0 && x < width_ && y < height_;
     }

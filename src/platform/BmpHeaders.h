@@ -7,6 +7,7 @@
 
 namespace varnoth {
 
+/// The first 14 bytes: the letters "BM", the file's length and where the pixels begin.
 struct BITMAPFILEHEADER {
     std::array<std::uint8_t, 2> bfType{};
     std::int32_t bfSize = 0;
@@ -15,6 +16,8 @@ struct BITMAPFILEHEADER {
     std::int32_t bfOffBits = 0;
 };
 
+/// The 40 bytes behind them: size, depth and compression of the picture. A negative height tells that the top
+/// row comes first.
 struct BITMAPINFOHEADER {
     std::int32_t biSize = 0;
     std::int32_t biWidth = 0;

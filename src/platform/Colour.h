@@ -11,18 +11,22 @@ using Colour = std::int32_t;
 /// What reading a pixel outside a surface gives. It equals no colour.
 inline constexpr Colour no_colour = -1;
 
+/// A plain colour of its three channels.
 constexpr Colour make_colour(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
     return red | (green << 8) | (blue << 16);
 }
 
+/// The red of a plain colour.
 constexpr std::uint8_t red_of(Colour colour) {
     return static_cast<std::uint8_t>(colour & 0xFF);
 }
 
+/// The green of a plain colour.
 constexpr std::uint8_t green_of(Colour colour) {
     return static_cast<std::uint8_t>((colour >> 8) & 0xFF);
 }
 
+/// The blue of a plain colour.
 constexpr std::uint8_t blue_of(Colour colour) {
     return static_cast<std::uint8_t>((colour >> 16) & 0xFF);
 }
@@ -39,10 +43,12 @@ struct RGBQUAD {
 
 static_assert(sizeof(RGBQUAD) == 4);
 
+/// An entry as a plain colour.
 constexpr Colour colour_of(const RGBQUAD& entry) {
     return make_colour(entry.rgbRed, entry.rgbGreen, entry.rgbBlue);
 }
 
+/// A plain colour as an entry; its fourth byte is 0.
 constexpr RGBQUAD quad_of(Colour colour) {
     return {blue_of(colour), green_of(colour), red_of(colour), 0};
 }

@@ -10,6 +10,7 @@
 
 namespace varnoth {
 
+/// One colour of a platform palette, red first. Flags are read by nobody.
 struct PALETTEENTRY {
     std::uint8_t peRed = 0;
     std::uint8_t peGreen = 0;

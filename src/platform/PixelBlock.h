@@ -57,6 +57,7 @@ class PixelBlock {
         return bytes_.bytes().subspan(static_cast<std::size_t>(y) * row_bytes(), row_bytes());
     }
 
+    /// The same, to write.
     std::span<std::uint8_t> row(std::int32_t y) {
         check_subscript(y, height_);
         return bytes_.bytes().subspan(static_cast<std::size_t>(y) * row_bytes(), row_bytes());

@@ -10,6 +10,7 @@
 
 namespace varnoth {
 
+/// How the program talks to its user.
 class MessageBoxes {
   public:
     virtual ~MessageBoxes() = default;
@@ -21,6 +22,7 @@ class MessageBoxes {
     virtual bool ask(std::string_view question) = 0;
 };
 
+/// How a long job keeps the windows alive.
 class EventQueue {
   public:
     virtual ~EventQueue() = default;
@@ -29,6 +31,7 @@ class EventQueue {
     virtual void yield() = 0;
 };
 
+/// How BMP and JPEG files become pictures; TGA and PCX have readers of the program's own.
 class PictureLoader {
   public:
     virtual ~PictureLoader() = default;
@@ -39,6 +42,7 @@ class PictureLoader {
     virtual Picture load(const std::string& path) = 0;
 };
 
+/// How the user names a sprite file.
 class FileChooser {
   public:
     virtual ~FileChooser() = default;
@@ -49,6 +53,7 @@ class FileChooser {
     virtual std::string choose_to_save(std::string_view filter) = 0;
 };
 
+/// A set to install. It owns nothing.
 struct Services {
     MessageBoxes* message_boxes = nullptr;
     EventQueue* event_queue = nullptr;

@@ -7,6 +7,7 @@
 
 namespace varnoth {
 
+/// How to blend. Only SourceConstantAlpha counts: 0 leaves the destination, 255 copies the source.
 struct BLENDFUNCTION {
     std::uint8_t BlendOp = 0;
     std::uint8_t BlendFlags = 0;

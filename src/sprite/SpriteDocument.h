@@ -16,16 +16,16 @@ namespace varnoth {
 struct SpriteHeaderRecord {
     static constexpr std::size_t file_size = 40;
 
-    std::array<char, 4> Ident{};
-    std::int32_t Version = 0;
-    std::int32_t SpriteType = 0;
-    std::int32_t RenderMode = 0;
-    float BoundingRadius = 0;
-    std::int32_t Width = 0;  ///< pixels
-    std::int32_t Height = 0; ///< pixels
+    std::array<char, 4> Ident{}; ///< "IDSP"
+    std::int32_t Version = 0;    ///< 2 in a new sprite
+    std::int32_t SpriteType = 0; ///< orientation, 0 to 4; hlspr::sprite_type_name has the names
+    std::int32_t RenderMode = 0; ///< 0 to 3; hlspr::render_mode_name has the names
+    float BoundingRadius = 0;    ///< pixels, from the middle to a corner
+    std::int32_t Width = 0;      ///< pixels
+    std::int32_t Height = 0;     ///< pixels
     std::int32_t FrameCount = 0;
-    float BeamLength = 0;
-    std::int32_t SyncType = 0;
+    float BeamLength = 0;      ///< 0 in a new sprite
+    std::int32_t SyncType = 0; ///< 1 in a new sprite
 };
 
 /// One colour of the document's palette, red first as in the file. Palettes elsewhere are blue first.
@@ -49,11 +49,11 @@ struct PaletteRecord {
 struct FrameHeaderRecord {
     static constexpr std::size_t file_size = 20;
 
-    std::int32_t FrameType = 0;
-    std::int32_t OriginX = 0;
-    std::int32_t OriginY = 0;
-    std::int32_t FrameWidth = 0;
-    std::int32_t FrameHeight = 0;
+    std::int32_t FrameType = 0;   ///< 0 in a new sprite
+    std::int32_t OriginX = 0;     ///< pixels, of the left edge from the middle: -width / 2
+    std::int32_t OriginY = 0;     ///< pixels, of the upper edge from the middle: height / 2
+    std::int32_t FrameWidth = 0;  ///< pixels
+    std::int32_t FrameHeight = 0; ///< pixels
 };
 
 struct SpriteDocument {

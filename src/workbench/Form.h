@@ -14,6 +14,7 @@ class Form : public QWidget {
     Q_OBJECT
 
   public:
+    /// The main window stands by itself, a dialog above the window that opened it.
     enum class Kind { Main, Dialog };
 
     /// Whether the form takes the user's input. A form that does not looks as before.

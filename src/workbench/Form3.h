@@ -48,6 +48,7 @@ class Form3 : public Form {
 
   signals:
     void folder_wanted();
+    /// Ok was clicked, and the output folder is there.
     void extraction_wanted(const varnoth::ExtractionOptions& options);
     void unload_wanted();
 

@@ -20,6 +20,7 @@ class Form5 : public Form {
     elboton elboton2{"elboton2", this}; ///< Cancel
 
   signals:
+    /// Ok was clicked; the folder is the one shown.
     void chosen(const std::string& folder);
     void cancelled();
 };

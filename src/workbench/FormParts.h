@@ -25,6 +25,7 @@ void place_edged(Control& control, const QRect& place) {
     control.setGeometry(place);
 }
 
+/// A button of the one size, its caption in the middle.
 template <typename Button>
 void place_button(Button& button, int left, int top, const QString& caption) {
     place_edged(button, {left, top, button_width, button_height});
@@ -32,6 +33,7 @@ void place_button(Button& button, int left, int top, const QString& caption) {
     button.SetCaption(caption);
 }
 
+/// A label that hides what lies behind it under its own background.
 template <typename Label>
 void place_label(Label& label, const QRect& place, const QString& caption, Colour background) {
     label.SetBackColor(background);
@@ -47,6 +49,7 @@ void place_mark(Mark& mark, const QRect& place, const QString& caption, Colour b
     mark.SetCaption(caption);
 }
 
+/// A text box; `spoken` is what a screen reader calls it.
 template <typename Field>
 void place_field(Field& field, const QRect& place, const QString& text, const QString& spoken) {
     place_edged(field, place);

@@ -10,11 +10,13 @@
 
 namespace varnoth {
 
+/// The choice under "Format:".
 enum class ExtractionFormat { Bmp, Tga, Pcx };
 
 /// The choice under "If File Exists Then:".
 enum class IfFileExists { Skip, Ask, Overwrite };
 
+/// What the user chose for one extraction.
 struct ExtractionOptions {
     std::string folder;
     std::string sprite_path; ///< the sprite's path or typed name; the base name is cut from it
@@ -24,11 +26,13 @@ struct ExtractionOptions {
     IfFileExists if_file_exists = IfFileExists::Ask;
 };
 
+/// What the walk asks of the frame list and shows while it runs.
 class ExtractionView {
   public:
     virtual ~ExtractionView() = default;
 
     virtual std::int32_t line_count() const = 0;
+    /// Of the frame list.
     virtual bool is_selected(std::int16_t line) const = 0;
 
     /// The abort mark, tested before each line.

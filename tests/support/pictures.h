@@ -87,10 +87,13 @@ inline std::vector<Colour> random_colours(std::size_t count, std::size_t width, 
         case Character::AroundLimit:
             colours[i] = palette[any(static_cast<std::uint32_t>(palette.size()))];
             break;
-        case Character::Smooth:
-            colours[i] =
-                make_colour(byte(base + x / 2 + any(6)), byte(x + y / 3 + any(4)), byte(255 - y % 256));
+        case Character::Smooth: {
+            // One after the other: a compiler may evaluate arguments in any order.
+            const std::uint8_t red = byte(base + x / 2 + any(6));
+            const std::uint8_t green = byte(x + y / 3 + any(4));
+            colours[i] = make_colour(red, green, byte(255 - y % 256));
             break;
+        }
         case Character::Grey: {
             const std::uint8_t grey = byte(any(256));
             colours[i] = make_colour(grey, grey, grey);

@@ -34,8 +34,10 @@ struct EdgeLines {
         bottom.Y2 = height - 1;
     }
 
+    /// The two edges that the light falls on when the control is raised.
     void colour_top_left(Colour colour) { top.BorderColor = left.BorderColor = colour; }
 
+    /// The two edges in its shadow.
     void colour_bottom_right(Colour colour) { right.BorderColor = bottom.BorderColor = colour; }
 };
 

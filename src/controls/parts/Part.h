@@ -85,6 +85,7 @@ class LinePart : public Part {
     double Y2 = 0;
     Colour BorderColor = 0;
 
+    /// Both ends in the coordinates of what holds the line.
     void set_ends(double x1, double y1, double x2, double y2);
 
     void paint(QPainter& painter) const override;

@@ -161,15 +161,19 @@ class SkinnedControl : public QWidget {
 
     virtual void show_enabled() {}
 
-    /// The mouse, with places in the part; a null part is the control's own surface. A press holds the mouse:
-    /// the moves and the release that follow go to the same part wherever they happen. A click is a release
-    /// of the left button over the part that was pressed.
+    // The mouse, with places in the part; a null part is the control's own surface.
+
+    /// A press holds the mouse: the moves and the release that follow go to the same part wherever they
+    /// happen.
     virtual void part_pressed(Part* /*part*/, const MouseArguments& /*mouse*/) {}
 
+    /// A move over a part, or of a held one.
     virtual void part_moved(Part* /*part*/, const MouseArguments& /*mouse*/) {}
 
+    /// The release of a held part.
     virtual void part_released(Part* /*part*/, const MouseArguments& /*mouse*/) {}
 
+    /// A release of the left button over the part that was pressed.
     virtual void part_clicked(Part* /*part*/) {}
 
     /// The second press of a fast pair. True when the part has a double click, which then takes the place of
@@ -189,6 +193,7 @@ class SkinnedControl : public QWidget {
 
     bool reading() const { return reading_; }
 
+    /// Sets one property from a bag, or to its fallback.
     void read_property(const PropertyBag& bag, const PersistedProperty& property);
 
     const std::vector<PersistedProperty>& properties() const { return properties_; }

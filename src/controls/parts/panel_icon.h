@@ -1,5 +1,4 @@
-// The icon in the panels' titles, sixteen pixels by sixteen: a flame on a frame of film, like the program's
-// icon.
+// The panels' icon, sixteen pixels by sixteen: a flame on a frame of film, as on the program's own.
 #pragma once
 
 #include "platform/PictureSurface.h"

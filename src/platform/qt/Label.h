@@ -13,6 +13,7 @@ class Label : public QWidget {
     Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
 
   public:
+    /// A text is read, a symbol is clicked.
     enum class Kind { Text, Symbol };
 
     /// A symbol's caption is one character of the symbol font; spoken is what a screen reader says instead.

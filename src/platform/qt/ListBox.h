@@ -19,6 +19,7 @@ class ListBox : public QListWidget {
     /// The text of a line; SubscriptOutOfRange without such a line.
     QString List(std::int32_t line) const;
 
+    /// Appends a line, which is not selected.
     void AddItem(const QString& text);
 
     /// Empties the list. The current line is then -1.

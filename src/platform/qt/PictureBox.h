@@ -28,6 +28,8 @@ class PictureBox : public QWidget {
   signals:
     void Click();
     void DblClick();
+
+    /// Of any button, with places in the surface's pixels.
     void MouseDown(varnoth::MouseArguments mouse);
     void MouseMove(varnoth::MouseArguments mouse);
     void MouseUp(varnoth::MouseArguments mouse);

@@ -22,18 +22,21 @@ struct MouseArguments {
     float y = 0;
 };
 
+/// The sum of the numbers of the buttons.
 inline std::int16_t button_number(Qt::MouseButtons buttons) {
     return static_cast<std::int16_t>((buttons.testFlag(Qt::LeftButton) ? left_button : 0) |
                                      (buttons.testFlag(Qt::RightButton) ? right_button : 0) |
                                      (buttons.testFlag(Qt::MiddleButton) ? middle_button : 0));
 }
 
+/// The sum of the numbers of the keys.
 inline std::int16_t shift_number(Qt::KeyboardModifiers modifiers) {
     return static_cast<std::int16_t>((modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0) |
                                      (modifiers.testFlag(Qt::ControlModifier) ? 2 : 0) |
                                      (modifiers.testFlag(Qt::AltModifier) ? 4 : 0));
 }
 
+/// What a handler is told of that event.
 inline MouseArguments mouse_arguments(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
                                       const QPointF& position) {
     return {button_number(buttons), shift_number(modifiers), static_cast<float>(position.x()),

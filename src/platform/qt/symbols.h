@@ -14,6 +14,7 @@ namespace varnoth {
 /// down, "3" and "4" triangles left and right, "g" a square. Empty for every other character.
 QPainterPath symbol_path(QChar symbol, const QRectF& box);
 
+/// Fills the outline with a colour; draws nothing where it is empty.
 void draw_symbol(QPainter& painter, QChar symbol, const QRectF& box, const QColor& colour);
 
 } // namespace varnoth
