@@ -9,6 +9,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QHash>
+#include <QIcon>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyleFactory>
@@ -262,6 +263,15 @@ class LookStyle : public QProxyStyle {
     }
 };
 
+// Larger ones are for menus, which have files of their own.
+QIcon program_icon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64}) {
+        icon.addFile(QStringLiteral(":/icons/%1x%1/apps/varnoth.png").arg(size), QSize(size, size));
+    }
+    return icon;
+}
+
 } // namespace
 
 QColor to_qcolor(Colour colour) {
@@ -328,6 +338,7 @@ void apply(QApplication& application) {
     QToolTip::setPalette(palette());
     QToolTip::setFont(display_font(design_font()));
     QApplication::setApplicationDisplayName(QString::fromLatin1(application_title));
+    QApplication::setWindowIcon(program_icon());
 }
 
 } // namespace varnoth::look
