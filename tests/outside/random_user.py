@@ -46,6 +46,7 @@ FATAL_BOX = "Run-time error: "
 
 LARGEST_SIDE = 256
 VISIBLE_LINES = 20
+DOUBLE_CLICK_TIME = 0.45
 FIRST_SPEED, HIGHEST_SPEED = 15, 60
 # Of a question: the keys that answer it.
 YES, NO = "Return", "Escape"
@@ -273,18 +274,18 @@ class RandomUser(Hand):
         chooser = self.press_open()
         self.display.type(os.path.join(self.sprites, "nowhere.spr"))
         self.display.press("Return")
-        box = self.display.wait_for_window(OPEN_CHOOSER, but=[chooser])
-        self.display.press("Return")
-        self.display.wait_until_gone(box)
-        self.forget_chooser_texts()
+        self.answer_chooser(chooser, OPEN_CHOOSER, "Return")
         self.display.press("Escape")
         self.display.wait_until_gone(chooser)
         self.settle()
 
-    def forget_chooser_texts(self):
-        """What the chooser says is the toolkit's, and in boxes of another title."""
+    def answer_chooser(self, chooser, title, key):
+        """What the chooser says in boxes of its own is the toolkit's."""
+        box = self.display.wait_for_window(title, but=[chooser])
         while self.next_text() is not None:
             pass
+        self.display.press(key)
+        self.display.wait_until_gone(box)
 
     def save(self):
         self.say("save")
@@ -324,10 +325,7 @@ class RandomUser(Hand):
         self.display.type(path)
         self.display.press("Return")
         if kind != "new":
-            box = self.display.wait_for_window(SAVE_CHOOSER, but=[chooser])
-            self.display.press("alt+y")
-            self.display.wait_until_gone(box)
-            self.forget_chooser_texts()
+            self.answer_chooser(chooser, SAVE_CHOOSER, "alt+y")
         self.display.wait_until_gone(chooser)
         if kind == "read-only":
             self.expect("Unknown Error Saving Sprite.")
@@ -495,8 +493,8 @@ class RandomUser(Hand):
         self.display.wait_until_gone(dialog)
 
     def open_preview(self):
-        width, height = (min(256, side) // 2 for side in self.size)
-        self.click(self.main, (FRAME[0] + width, FRAME[1] + height), times=2)
+        """By the picture's corner: the window may still show a smaller frame than the sprite has."""
+        self.click(self.main, FRAME[:2], times=2)
 
     def preview_nothing(self):
         self.say("a double click where no frame is")
@@ -672,6 +670,8 @@ class RandomUser(Hand):
 
     def click_file(self, dialog, selection, line, keys=None, anchor=None):
         self.say(f"    click {selection.pictures[line].name} {keys or ''}")
+        # A second click at once would be a double click.
+        time.sleep(DOUBLE_CLICK_TIME)
         self.click(dialog, (FILES[0] + 100, FILES[1] + 8 + line * self.line_height), key=keys)
         self.hear(selection.click(line, keys, anchor))
 
@@ -800,8 +800,10 @@ class RandomUser(Hand):
         self.settle()
 
     def output(self):
+        """What the editor has written on its terminal, less what the decoder of JPEG says of cut files."""
         with open(self.errors, "rb") as file:
-            return file.read().decode()
+            lines = file.read().decode().splitlines()
+        return "\n".join(line for line in lines if not line.startswith("qt.gui.imageio.jpeg: Corrupt JPEG data: "))
 
     def end(self):
         """By the close box, which asks for nothing."""
