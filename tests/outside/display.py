@@ -241,7 +241,7 @@ class Display:
         self.xdotool("key", *keys)
 
     def type(self, text):
-        self.xdotool("type", "--delay", 2, text)
+        self.xdotool("type", "--delay", 2, "--", text)
 
 
 def corner_while_dragged(pointer, grab):

@@ -227,6 +227,7 @@ class RandomUser(Hand):
                 raise Finding(f"a message out of place: {text}")
             wants_saving = self.lines is not None and not self.is_foreign and self.chance(0.4)
             question = f"¿ Do you want to save changes in {self.path.strip(' ')} ?"
+            self.note_time_of_save()
             self.take(text, [re.escape(question)], YES if wants_saving else NO)
             if wants_saving:
                 self.save_pressed()
@@ -289,8 +290,16 @@ class RandomUser(Hand):
 
     def save(self):
         self.say("save")
+        self.press_save()
+
+    def press_save(self):
+        self.note_time_of_save()
         self.click(self.main, SAVE_BUTTON)
         self.save_pressed()
+
+    def note_time_of_save(self):
+        # The file system's clock goes in steps of some milliseconds.
+        self.pressed_save_at = time.time_ns() - 20_000_000
 
     def save_pressed(self):
         """What comes after Save."""
@@ -304,7 +313,7 @@ class RandomUser(Hand):
             if not self.may_write(path):
                 self.expect("Unknown Error Saving Sprite.")
             else:
-                self.wait("the sprite to be saved", lambda: self.is_sprite(path))
+                self.wait("the sprite to be saved", lambda: self.is_saved(path))
 
     def save_as(self):
         chooser = self.display.wait_for_window(SAVE_CHOOSER)
@@ -332,7 +341,7 @@ class RandomUser(Hand):
             os.remove(path)
             return
         self.expect("Sprite Saved Successfully !")
-        if not self.is_sprite(path):
+        if not self.is_saved(path):
             raise Finding(f"no whole sprite in {path}")
         os.remove(path)
         self.unnamed = self.dirty = False
@@ -343,18 +352,13 @@ class RandomUser(Hand):
         return (os.path.isdir(folder) and os.access(folder, os.W_OK) and not os.path.isdir(path)
                 and not (os.path.exists(path) and not os.stat(path).st_mode & 0o200))
 
-    @staticmethod
-    def is_sprite(path):
-        """Whether a file has all the frames that its header counts."""
-        if not os.path.isfile(path):
+    def is_saved(self, path):
+        """Whether a file has been written since Save was pressed, with a header and its frames."""
+        if not os.path.isfile(path) or os.stat(path).st_mtime_ns < self.pressed_save_at:
             return False
         with open(path, "rb") as file:
             data = file.read()
-        if data[:4] != b"IDSP" or len(data) < 810:
-            return False
-        # What the frames' own header says need not be the size of their pixels.
-        frames, = struct.unpack_from("<i", data, 28)
-        return frames >= 0 and len(data) >= 810 + 21 * frames
+        return len(data) >= 810 and len(data) >= 810 + 21 * struct.unpack_from("<i", data, 28)[0]
 
     def save_read_only(self):
         self.say("save over a read-only file")
@@ -362,16 +366,12 @@ class RandomUser(Hand):
         self.write_file(path, QUIET_SPRITE.data)
         os.chmod(path, 0o444)
         self.type_path(path)
-        self.save_pressed_on_button()
+        self.press_save()
 
     def save_nowhere(self):
         self.say("save into a missing folder")
         self.type_path(os.path.join(self.sprites, "nowhere", "lost.spr"))
-        self.save_pressed_on_button()
-
-    def save_pressed_on_button(self):
-        self.click(self.main, SAVE_BUTTON)
-        self.save_pressed()
+        self.press_save()
 
     def type_path(self, path):
         self.fill_in(self.main, PATH_FIELD, path)
@@ -723,18 +723,18 @@ class RandomUser(Hand):
     # The windows.
 
     def drag(self):
-        """Somewhere and back."""
+        """Somewhere and back. The window's corner jumps to the pointer, less a fifteenth of the grab."""
         self.say("drag")
-        left, top, _, _ = self.display.place_of(self.main)
-        start = (left + TITLE[0] + 100, top + TITLE[1] + 8)
-        way = [(start[0] + self.dice.randrange(-150, 150), start[1] + self.dice.randrange(-150, 150))
-               for _ in range(4)] + [start]
-        self.display.point(*start)
+        corner = left, top, _, _ = self.display.place_of(self.main)
+        grab = (105, 15)
+        way = [(left + self.dice.randrange(-150, 150), top + self.dice.randrange(-150, 150)) for _ in range(4)]
+        way.append((left + grab[0] // 15, top + grab[1] // 15))
+        self.display.point(left + TITLE[0] + grab[0], top + TITLE[1] + grab[1])
         self.display.xdotool("mousedown", 1)
         for point in way:
             self.display.point(*point)
         self.display.xdotool("mouseup", 1)
-        self.wait("the window where it was", lambda: self.display.place_of(self.main)[:2] == (left, top))
+        self.wait("the window where it was", lambda: self.display.place_of(self.main) == corner)
 
     def wander(self):
         """The pointer over everything, with a stay that brings a hint, and the wheel."""
