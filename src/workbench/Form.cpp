@@ -32,12 +32,17 @@ bool clients_place_windows() {
     return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
-QIcon application_icon() {
+// One for all windows, the message boxes and the file chooser too. Qt keeps what a window manager was given
+// of an icon, and would not find it again for another window's icon of its own.
+void give_application_an_icon() {
+    if (!QGuiApplication::windowIcon().isNull()) {
+        return;
+    }
     QIcon icon;
     for (const int scale : {1, 2, 3, 4}) {
         icon.addPixmap(QPixmap::fromImage(panel_icon(scale)));
     }
-    return icon;
+    QGuiApplication::setWindowIcon(icon);
 }
 
 } // namespace
@@ -46,7 +51,7 @@ Form::Form(const QString& name, const QString& title, Kind kind, int width, int 
     : QWidget(nullptr, flags_of(kind)) {
     setObjectName(name);
     setWindowTitle(title);
-    setWindowIcon(application_icon());
+    give_application_an_icon();
     setAccessibleName(title);
     setFixedSize(width, height);
     QPalette colours = look::palette();

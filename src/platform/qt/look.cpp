@@ -10,6 +10,7 @@
 #include <QFontMetricsF>
 #include <QHash>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QProxyStyle>
 #include <QStyleFactory>
 #include <QStyleOption>
@@ -320,6 +321,10 @@ void apply_palette(QWidget& widget, bool enabled) {
 }
 
 void apply(QApplication& application) {
+    // Qt keeps painted parts of controls by the number of their palette, and every new dialog's palettes have
+    // new numbers: nothing of a dialog that has gone is found again, so there is room for about one.
+    constexpr int kept_pictures_kib = 1024;
+    QPixmapCache::setCacheLimit(kept_pictures_kib);
     QObject::connect(&application, &QGuiApplication::fontDatabaseChanged, &application,
                      [] { font_cache().fonts.clear(); });
     QApplication::setStyle(std::make_unique<LookStyle>().release()); // the application owns it
