@@ -6,15 +6,14 @@ import re
 from display import wait_for
 from hand import (ADD, BELOW_FILTER, EXPORT_BUTTON, EXTRACT, EXTRACT_FOLDER, EXTRACT_OK, EXTRACT_OVERWRITE,
                   EXTRACT_PCX, EXTRACT_TGA, FATAL_END, FILES, FILTER, IMPORT_BUTTON, MAIN, NEW, NEW_BUTTON, NEW_OK,
-                  NEW_WIDTH, OPEN_CHOOSER, PLAY, PREVIEW, SLOWER)
+                  NEW_WIDTH, OPEN_CHOOSER, PLAY, SLOWER)
 from material import FATAL, FORMATS, SMALL, sprite_bytes
 from random_user import FATAL_BOX, FIRST_SPEED, QUIET_SPRITE, Selection
 
 
 def speed_0(user):
     user.open_sprite(QUIET_SPRITE)
-    user.open_preview()
-    dialog = user.display.wait_for_window(PREVIEW)
+    dialog = user.open_preview()
     user.click(dialog, PLAY)
     user.click(dialog, SLOWER, times=FIRST_SPEED)
 
@@ -35,8 +34,7 @@ def line_without_frame_exported(user):
 def line_without_frame_played(user):
     user.open_sprite(QUIET_SPRITE)
     import_one(user)
-    user.open_preview()
-    user.click(user.display.wait_for_window(PREVIEW), PLAY)
+    user.click(user.open_preview(), PLAY)
 
 
 def small_frame(user):
@@ -54,6 +52,7 @@ def short_name(user):
 def large_number(user):
     user.click(user.main, NEW_BUTTON)
     dialog = user.display.wait_for_window(NEW)
+    user.display.wait_until_still()
     user.fill_in(dialog, NEW_WIDTH, "99999999999")
     user.click(dialog, NEW_OK)
 
@@ -117,6 +116,7 @@ def open_only(user, name, data):
 def export(user, point):
     user.click(user.main, EXPORT_BUTTON)
     dialog = user.display.wait_for_window(EXTRACT)
+    user.display.wait_until_still()
     user.fill_in(dialog, EXTRACT_FOLDER, user.exported)
     for click in (point, EXTRACT_OVERWRITE, EXTRACT_OK):
         user.click(dialog, click)

@@ -7,7 +7,7 @@ import re
 import struct
 import time
 
-from display import wait_for
+from display import PATIENCE, wait_for
 from hand import (ADD, ADD_CANCEL, ADD_OK, ADD_PICK, ADD_RESIZE, ADD_SET, BELOW_FILTER, BELOW_RENDER, BELOW_TYPE,
                   CLEAR_BUTTON, CLOSE_MAIN, CLOSE_PREVIEW, DOWN_ARROW, EXPORT_BUTTON, EXTRACT, EXTRACT_ASK, EXTRACT_BMP,
                   EXTRACT_BROWSE, EXTRACT_CANCEL, EXTRACT_COMPRESSED, EXTRACT_FOLDER, EXTRACT_OK, EXTRACT_OVERWRITE,
@@ -16,7 +16,7 @@ from hand import (ADD, ADD_CANCEL, ADD_OK, ADD_PICK, ADD_RESIZE, ADD_SET, BELOW_
                   NEW_NAME, NEW_OK, NEW_RENDER, NEW_TYPE, NEW_WIDTH, OPEN_BUTTON, OPEN_CHOOSER, PATH_FIELD, PICTURE,
                   PLAY, PREVIEW, PROGRESS_CANCEL, REMOVE_BUTTON, SAVE_BUTTON, SAVE_CHOOSER, SLOWER, STOP, TITLE,
                   UP_ARROW, is_closed_folder, is_open_folder)
-from material import FATAL, FORMATS, MANY, RENDER_MODES, UNKNOWN_LOADING, Sprite, sprite_bytes
+from material import FATAL, FORMATS, MANY, MEDIUM, RENDER_MODES, UNKNOWN_LOADING, Sprite, sprite_bytes
 
 # What the editor says to its user, by what stands in the summary, and in full.
 MESSAGES = {
@@ -127,8 +127,8 @@ class Selection:
 
 
 class RandomUser(Hand):
-    def __init__(self, display, program, box_texts, pictures, seed):
-        self.display, self.program, self.box_texts = display, program, box_texts
+    def __init__(self, display, program, witness, pictures, seed):
+        self.display, self.program, self.witness = display, program, witness
         self.pictures, self.dice = pictures, random.Random(seed)
         self.sprites = display.make_folder("home", "sprites")
         self.exported = display.make_folder("home", "exported")
@@ -139,11 +139,12 @@ class RandomUser(Hand):
 
     def begin(self):
         """Starts the editor."""
-        self.texts_path = os.path.join(self.display.folder, "box_texts")
+        self.texts_path, self.memory_path = (os.path.join(self.display.folder, name) for name in ("texts", "memory"))
         with open(self.texts_path, "wb"):
             pass
         self.texts_read = 0
-        self.start(self.program, LD_PRELOAD=self.box_texts, BOX_TEXTS=self.texts_path)
+        self.start(self.program, LD_PRELOAD=self.witness, WITNESS_TEXTS=self.texts_path,
+                   WITNESS_MEMORY=self.memory_path)
         self.path, self.render = "", ""
         # Lines of the list, and how many of the first ones have a frame that can be drawn. None: nobody knows.
         self.lines = self.frames = 0
@@ -401,6 +402,7 @@ class RandomUser(Hand):
                          for _ in range(2))
         kind, render = self.dice.randrange(5), self.dice.randrange(len(RENDER_MODES))
         self.say(f"new {name} {width} {height} {kind} {render}")
+        self.display.wait_until_still()
         for field, text in ((NEW_NAME, name), (NEW_WIDTH, width), (NEW_HEIGHT, height)):
             self.fill_in(dialog, field, text)
         self.choose_line(dialog, NEW_TYPE, BELOW_TYPE, kind)
@@ -469,8 +471,7 @@ class RandomUser(Hand):
 
     def preview(self):
         self.say("preview")
-        self.open_preview()
-        dialog = self.display.wait_for_window(PREVIEW)
+        dialog = self.open_preview()
         speed, plays = FIRST_SPEED, self.lines == self.frames
         for _ in range(self.dice.randrange(1, 7)):
             step = self.dice.choice(["play", "stop", "faster", "slower", "look"])
@@ -493,8 +494,9 @@ class RandomUser(Hand):
         self.display.wait_until_gone(dialog)
 
     def open_preview(self):
-        """By the picture's corner: the window may still show a smaller frame than the sprite has."""
-        self.click(self.main, FRAME[:2], times=2)
+        """By the picture's corner: the window may still show a smaller frame than the sprite has. The dialog."""
+        self.double_click(self.main, FRAME[:2], lambda: self.display.windows(PREVIEW))
+        return self.display.wait_for_window(PREVIEW)
 
     def preview_nothing(self):
         self.say("a double click where no frame is")
@@ -512,6 +514,7 @@ class RandomUser(Hand):
             self.click_line(self.dice.randrange(self.visible_lines()), self.dice.choice(["shift", "ctrl"]))
         self.click(self.main, EXPORT_BUTTON)
         dialog = self.display.wait_for_window(EXTRACT)
+        self.display.wait_until_still()
         for point in self.dice.choices([EXTRACT_BMP, EXTRACT_TGA, EXTRACT_PCX, EXTRACT_COMPRESSED, EXTRACT_SKIP,
                                         EXTRACT_ASK, EXTRACT_OVERWRITE], k=6):
             self.click(dialog, point)
@@ -627,29 +630,41 @@ class RandomUser(Hand):
 
     def go_to_folder(self, dialog, folder):
         """By way of the folder above all of them; the first time the list stands at the sprite's folder."""
-        if not self.has_browsed:
-            self.open_folder_above(dialog, self.display.home)
-            names = [name for name in os.listdir(self.display.home)
-                     if os.path.isdir(os.path.join(self.display.home, name))]
-            self.open_folder_below(dialog, names, os.path.basename(self.pictures.root))
+        names = self.pictures.names()
+        if self.has_browsed:
+            self.open_folder_above(dialog, self.pictures.root, names)
         else:
-            self.open_folder_above(dialog, self.pictures.root)
-        self.open_folder_below(dialog, self.pictures.names(), folder)
-        self.wait("the folder to open", lambda: not self.look(dialog, FOLDERS).bands(is_closed_folder))
+            home = self.display.home
+            beside = [name for name in os.listdir(home) if os.path.isdir(os.path.join(home, name))]
+            self.open_folder_above(dialog, home, beside)
+            self.open_folder_below(dialog, beside, os.path.basename(self.pictures.root), names)
+        self.open_folder_below(dialog, names, folder, [])
         self.display.wait_until_still()
         self.has_browsed = True
 
-    def open_folder_above(self, dialog, path):
+    def open_folder_above(self, dialog, path, names):
         """One of those that are open down to the present one; the first line is the root."""
         begin, end = self.look(dialog, FOLDERS).bands(is_open_folder)[len(path.strip("/").split("/"))]
-        self.double_click_folder(dialog, FOLDERS[1] + (begin + end) // 2)
+        self.open_folder(dialog, FOLDERS[1] + (begin + end) // 2, names)
 
-    def open_folder_below(self, dialog, names, name):
+    def open_folder_below(self, dialog, names, name, names_below):
         middles = self.wait_for_lines(dialog, FOLDERS, len(names), is_closed_folder)
-        self.double_click_folder(dialog, middles[sorted(names, key=str.lower).index(name)])
+        self.open_folder(dialog, middles[sorted(names, key=str.lower).index(name)], names_below)
 
-    def double_click_folder(self, dialog, middle):
-        self.click(dialog, (FOLDERS[0] + 150, middle), times=2)
+    def open_folder(self, dialog, middle, names):
+        """That of a line, which holds the named folders."""
+        self.double_click(dialog, (FOLDERS[0] + 150, middle),
+                          lambda: len(self.look(dialog, FOLDERS).bands(is_closed_folder)) == len(names))
+
+    def double_click(self, window, point, is_done):
+        """Once more when nothing comes of it: on a busy machine the second click may come too late."""
+        for patience in (3, 3, PATIENCE):
+            self.click(window, point, times=2)
+            try:
+                return wait_for("what a double click does", is_done, patience)
+            except AssertionError:
+                if patience == PATIENCE:
+                    raise
 
     def select(self, dialog, selection, folder):
         count = len(selection.pictures)
@@ -793,11 +808,28 @@ class RandomUser(Hand):
         self.line_height = middles[1] - middles[0]
 
     def come_to_rest(self):
-        """The same state every time: one sprite, no dialog, nothing under the pointer."""
+        """The same state every time: one sprite, no dialog, nothing under the pointer, and what the editor keeps of
+        the last import and of the last picture that it decoded is of a certain folder."""
         self.say("rest")
         self.open_sprite(QUIET_SPRITE)
-        time.sleep(1)
+        self.click(self.main, IMPORT_BUTTON)
+        dialog = self.display.wait_for_window(ADD)
+        self.display.wait_until_still()
+        selection = Selection(self.pictures.files(MEDIUM, "tga"), self.size)
+        self.go_to_folder(dialog, MEDIUM)
+        self.choose_line(dialog, FILTER, BELOW_FILTER, FORMATS.index("tga"))
+        self.wait_for_lines(dialog, FILES, len(selection.pictures))
+        self.click_file(dialog, selection, 0)
+        self.bring_in(dialog, selection, cancels=False)
+        self.open_sprite(QUIET_SPRITE)
+        # The witness tells once a second.
+        time.sleep(2)
         self.settle()
+
+    def allocated(self):
+        """Bytes, as the allocator counts them."""
+        with open(self.memory_path, "rb") as file:
+            return int(file.read())
 
     def output(self):
         """What the editor has written on its terminal, less what the decoder of JPEG says of cut files."""
