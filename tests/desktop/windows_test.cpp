@@ -54,6 +54,14 @@ TEST_F(WindowsTest, AllShowTheProgramsIconInTheSizesOfTaskBars) {
     }
 }
 
+TEST_F(WindowsTest, ShareOneIconHoweverOftenTheyOpen) {
+    for (int opening = 0; opening < 3; ++opening) {
+        click(main().elboton2);
+        EXPECT_EQ(desk_->form2()->windowIcon().cacheKey(), main().windowIcon().cacheKey());
+        click(desk_->form2()->elboton1);
+    }
+}
+
 TEST_F(WindowsTest, ADialogStandsAboveItsOwnerAndCentredOnIt) {
     main().move(40, 60);
     click(main().elboton2);

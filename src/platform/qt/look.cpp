@@ -11,6 +11,7 @@
 #include <QHash>
 #include <QIcon>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QProxyStyle>
 #include <QStyleFactory>
 #include <QStyleOption>
@@ -330,6 +331,10 @@ void apply_palette(QWidget& widget, bool enabled) {
 }
 
 void apply(QApplication& application) {
+    // Qt keeps painted parts of controls by the number of their palette, and every new dialog's palettes have
+    // new numbers: nothing of a dialog that has gone is found again, so there is room for about one.
+    constexpr int kept_pictures_kib = 1024;
+    QPixmapCache::setCacheLimit(kept_pictures_kib);
     QObject::connect(&application, &QGuiApplication::fontDatabaseChanged, &application,
                      [] { font_cache().fonts.clear(); });
     QApplication::setStyle(std::make_unique<LookStyle>().release()); // the application owns it
