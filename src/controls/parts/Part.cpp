@@ -91,8 +91,8 @@ void LinePart::paint(QPainter& painter) const {
     }
     const double left = std::nearbyint(X1);
     const double top = std::nearbyint(Y1);
-    painter.fillRect(QRectF(left, top, std::nearbyint(X2) - left + 1, std::nearbyint(Y2) - top + 1),
-                     look::to_qcolor(BorderColor));
+    draw_edge(painter, {left, top, std::nearbyint(X2) - left + 1, std::nearbyint(Y2) - top + 1}, side_,
+              BorderColor);
 }
 
 PictureSurface& BoxPart::surface() {
