@@ -33,9 +33,9 @@ Form2::Form2(Form1& main_window)
 void Form2::design() {
     wear(elpanel1, "New Sprite");
     elpanel1.SetCerrar(false);
-    constexpr int field_left = 57;
+    constexpr int field_left = 55;
     constexpr int field_width = 235 - design::margin - field_left;
-    constexpr int size_width = 78;
+    constexpr int size_width = 79;
     constexpr std::array tops{35, 63, 91, 119};
     constexpr std::array captions{"Name:", "Size:", "Type:", "Render:"};
     for (std::size_t i = 0; i < tops.size(); ++i) {

@@ -122,15 +122,15 @@ def main_window(sprite=None):
 
 
 def new_sprite():
-    captions = [chosen(label(f"ellabel1({n})", 7, top, 50, ground=GROUND)) for n, top in
+    captions = [chosen(label(f"ellabel1({n})", 7, top, 48, ground=GROUND)) for n, top in
                 enumerate((35, 63, 91, 119))]
     return Window((235, 186), "New Sprite", False, captions + [chosen(one) for one in (
-        field("eltexto1", 57, 35, 171),
-        field("eltexto2", 57, 63, 78),
-        label("ellabel1(4)", 139, 63, 8, ground=GROUND),
-        field("eltexto3", 150, 63, 78),
-        combo("elcombo1", 57, 91, 171),
-        combo("elcombo2", 57, 119, 171),
+        field("eltexto1", 55, 35, 173),
+        field("eltexto2", 55, 63, 79),
+        label("ellabel1(4)", 138, 63, 8, ground=GROUND),
+        field("eltexto3", 149, 63, 79),
+        combo("elcombo1", 55, 91, 173),
+        combo("elcombo2", 55, 119, 173),
         button("elboton2", 112, 155),
         button("elboton1", 172, 155))])
 

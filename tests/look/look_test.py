@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Draws the design sheet and holds it against pictures of the real windows, pixel by pixel and with no tolerance, at
 several scales of the desktop. Only where a text or a symbol stands may pixels differ from the drawing, and there their
-colours must lie between those of the ground and of the ink. Usage: look_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
+colours must lie between those of the ground and of the ink. Usage: look_test.py WALKTHROUGH INSPECT SAMPLES
+DESKTOP_TESTS [TEST...]"""
 import functools
 import math
 import os
@@ -11,13 +12,15 @@ import sys
 import tempfile
 import unittest
 
-sys.path[:0] = [os.path.dirname(os.path.abspath(__file__)),
-                os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools")]
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path[:0] = [HERE, os.path.join(HERE, "..", "tools"), os.path.join(HERE, "..", "outside")]
 import design  # noqa: E402
 from design import BLACK, DARK, FIELD, GLYPH, GROUND, LIGHT, MARKED, TEXT, WHITE  # noqa: E402
+from display import Display  # noqa: E402
 from walkthrough_test import WALKTHROUGH, bmp, decode, sprite_file, write  # noqa: E402
 
-SCALES = (1, 1.5, 2)
+DESKTOP_TESTS = sys.argv[4]
+
 SPRITE_COLOUR = (30, 180, 220)
 PICTURE_COLOUR = (250, 10, 20)
 PICTURE_SIZE = (200, 120)
@@ -25,6 +28,26 @@ ALPHATEST = 3
 
 # The window layer draws the cursor of a text as the opposite of what lies behind it.
 CURSOR = tuple(255 - channel for channel in FIELD)
+
+# What a desktop may say of colours, letters and style.
+DARK_DESKTOP = """[General]
+font=DejaVu Serif,20,-1,5,50,0,0,0,0,0
+[Colors:Window]
+BackgroundNormal=20,0,0
+ForegroundNormal=255,0,0
+[Colors:View]
+BackgroundNormal=30,0,0
+BackgroundAlternate=0,0,90
+ForegroundNormal=255,0,0
+[Colors:Button]
+BackgroundNormal=0,0,60
+ForegroundNormal=255,255,0
+[Colors:Selection]
+BackgroundNormal=255,0,255
+ForegroundNormal=0,255,0
+[KDE]
+widgetStyle=Windows
+"""
 
 
 def distance(colour, other):
@@ -170,7 +193,8 @@ class Sheet:
         across, room = self.take(name + "'s circle", (left + 2, top + 2, 15, 15), ground, FIELD,
                                  *[MARKED] * on, others=(LIGHT, DARK))
         beside = (across[0], room - 1 - across[-1])
-        if abs(beside[0] - beside[1]) > math.ceil(self.scale % 1) or not self.thick <= beside[0] <= math.ceil(self.scale):
+        uneven = abs(beside[0] - beside[1]) > math.ceil(self.scale % 1)
+        if uneven or not self.thick <= beside[0] <= math.ceil(self.scale):
             self.faults.append(f"{name}'s circle is {beside} pixels from its ends")
         self.fill((left + 8, top + 8, 3, 3), MARKED if on else FIELD)
         self.take(name, (left + 28, top, width - 28, height), ground, text, left_end=True)
@@ -226,72 +250,125 @@ def difference(sheet, found):
     return None
 
 
-@functools.lru_cache(maxsize=None)
-def pictures_at(scale, surroundings=()):
-    """The pictures of two walks through all windows at a scale, by name; the first of each."""
-    folder = tempfile.TemporaryDirectory()
-    unittest.addModuleCleanup(folder.cleanup)
-
+def take_pictures(folder, environment):
+    """The pictures of walks through all windows, by name; the first of each."""
     def path(*parts):
-        return os.path.join(folder.name, *parts)
+        return os.path.join(folder, *parts)
 
-    for name in ("pictures", "out", "whole", "new"):
+    for name in ("pictures", "out", "whole", "import", "new"):
         os.mkdir(path(name))
     for name in ("a.bmp", "b.bmp", "c.bmp"):
         write(path("pictures", name), bmp(*PICTURE_SIZE, [PICTURE_COLOUR] * (PICTURE_SIZE[0] * PICTURE_SIZE[1])))
     sprite = sprite_file(256, 256, [bytes(65536)] * 2, palette=bytes(SPRITE_COLOUR) * 256)
     write(path("made.spr"), sprite[:12] + struct.pack("<i", ALPHATEST) + sprite[16:])
-    environment = {**os.environ, "QT_SCALE_FACTOR": f"{scale:g}", **dict(surroundings)}
-    for shots, arguments in (
-            ("whole", ["--open", "made.spr", "--export", "out", "--format", "tga"]),
-            ("import", ["--open", "made.spr", "--pictures", "pictures", "--pick", "3,3"]),
-            ("new", [])):
-        os.makedirs(path(shots), exist_ok=True)
-        subprocess.run([WALKTHROUGH, *arguments, "--screenshots", path(shots)], cwd=folder.name, env=environment,
-                       stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, timeout=120, check=True)
     found = {}
-    for shots in ("whole", "import", "new"):
-        for file in sorted(os.listdir(path(shots))):
-            found.setdefault(file[3:-4], path(shots, file))
+    for walk, arguments in (("whole", ["--open", "made.spr", "--export", "out", "--format", "tga"]),
+                            ("import", ["--open", "made.spr", "--pictures", "pictures", "--pick", "3,3"]),
+                            ("new", [])):
+        subprocess.run([WALKTHROUGH, *arguments, "--screenshots", path(walk)], cwd=folder, env=environment,
+                       stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=120,
+                       check=True)
+        for file in sorted(os.listdir(path(walk))):
+            found.setdefault(file[3:-4], path(walk, file))
     return found
 
 
-class Windows(unittest.TestCase):
-    def check(self, picture, window):
-        for scale in SCALES:
-            with self.subTest(scale=scale):
-                found = Found(pictures_at(scale)[picture])
+SIZE_QUESTION = (PICTURE_COLOUR, *PICTURE_SIZE)
+WINDOWS = {
+    "start": design.main_window(),
+    "opened": design.main_window(SPRITE_COLOUR),
+    "new": design.new_sprite(),
+    "extract": design.extract_frames(compression=False),
+    "extract_set": design.extract_frames(compression=True),
+    "folder": design.folder(),
+    "preview": design.preview(SPRITE_COLOUR, playing=False),
+    "preview_playing": design.preview(SPRITE_COLOUR, playing=True),
+    "add_frames": design.add_frames(),
+    "add_frames_selected": design.add_frames(SIZE_QUESTION, transparent=PICTURE_COLOUR),
+    "pick": design.add_frames(SIZE_QUESTION, armed=True, transparent=PICTURE_COLOUR),
+    "progress": design.job(),
+    "exit_picture": design.exit_picture(),
+}
+
+
+class LookTest(unittest.TestCase):
+    def setUp(self):
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.folder = holder.name
+
+    def make_folder(self, name):
+        folder = os.path.join(self.folder, name)
+        os.mkdir(folder)
+        return folder
+
+    def check_windows(self, scale, environment):
+        pictures = take_pictures(self.make_folder("walks"), {**environment, "QT_SCALE_FACTOR": f"{scale:g}"})
+        for name, window in WINDOWS.items():
+            with self.subTest(window=name):
+                found = Found(pictures[name])
                 self.assertIsNone(difference(Sheet(window, scale, found), found))
 
-    def test_the_main_window(self):
-        self.check("start", design.main_window())
-        self.check("opened", design.main_window(SPRITE_COLOUR))
 
-    def test_the_new_sprite_dialog(self):
-        self.check("new", design.new_sprite())
+class Scales(LookTest):
+    def test_the_windows_are_as_designed(self):
+        self.check_windows(1, os.environ)
 
-    def test_the_extract_dialog(self):
-        self.check("extract", design.extract_frames(compression=False))
-        self.check("extract_set", design.extract_frames(compression=True))
+    def test_they_are_so_on_a_screen_of_one_and_a_half_times_the_pixels(self):
+        self.check_windows(1.5, os.environ)
 
-    def test_the_folder_dialog(self):
-        self.check("folder", design.folder())
+    def test_they_are_so_on_a_screen_of_twice_the_pixels(self):
+        self.check_windows(2, os.environ)
 
-    def test_the_preview(self):
-        self.check("preview", design.preview(SPRITE_COLOUR, playing=False))
-        self.check("preview_playing", design.preview(SPRITE_COLOUR, playing=True))
 
-    def test_the_add_frames_dialog(self):
-        self.check("add_frames", design.add_frames())
-        self.check("add_frames_selected", design.add_frames((PICTURE_COLOUR, *PICTURE_SIZE),
-                                                            transparent=PICTURE_COLOUR))
-        self.check("pick", design.add_frames((PICTURE_COLOUR, *PICTURE_SIZE), armed=True, transparent=PICTURE_COLOUR))
+class Desktop(LookTest):
+    def test_a_desktop_with_dark_colours_large_letters_and_another_style_changes_nothing(self):
+        display = Display(window_manager=False)
+        self.addCleanup(display.close)
+        with open(os.path.join(display.environment["XDG_CONFIG_HOME"], "kdeglobals"), "w", encoding="ascii") as file:
+            file.write(DARK_DESKTOP)
+        self.check_windows(1, {**display.environment, "QT_QPA_PLATFORM": "xcb", "QT_QPA_PLATFORMTHEME": "kde",
+                               "KDE_SESSION_VERSION": "5", "QT_STYLE_OVERRIDE": "windows"})
 
-    def test_the_progress_dialog(self):
-        self.check("progress", design.job())
 
-    def test_the_exit_picture(self):
-        self.check("exit_picture", design.exit_picture())
+class Fonts(LookTest):
+    """The families that stand in for the one that the windows were designed with, each as the only one there is."""
+
+    def only(self, family):
+        """Surroundings in which there are no fonts but the faces of one family."""
+        fonts = self.make_folder("fonts")
+        asked = subprocess.run(["fc-list", f":family={family}", "file"], stdout=subprocess.PIPE, check=True)
+        files = [line.rstrip(": ") for line in asked.stdout.decode().splitlines()]
+        self.assertTrue(files, f"{family} is not there; scripts/install-dependencies installs it")
+        for file in files:
+            if not (family == "DejaVu Sans" and os.path.basename(file).startswith("DejaVuSansCondensed")):
+                os.symlink(file, os.path.join(fonts, os.path.basename(file)))
+        path = os.path.join(self.folder, "fonts.conf")
+        with open(path, "w", encoding="ascii") as file:
+            file.write(f"<fontconfig><dir>{fonts}</dir><cachedir>{fonts}/cache</cachedir></fontconfig>")
+        return {**os.environ, "FONTCONFIG_FILE": path}
+
+    def check_family(self, family):
+        environment = self.only(family)
+        self.check_windows(1, environment)
+        done = subprocess.run([DESKTOP_TESTS, "--gtest_filter=LookFont.*:WindowsTest.EveryCaptionFitsItsControl"],
+                              env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, timeout=120,
+                              check=False)
+        words = done.stdout.decode()
+        self.assertEqual(done.returncode, 0, words)
+        self.assertIn("[  PASSED  ] 8 tests.", words)
+
+    def test_the_condensed_family(self):
+        self.check_family("DejaVu Sans Condensed")
+
+    def test_the_metric_twin_of_the_family_that_everybody_knows(self):
+        self.check_family("Liberation Sans")
+
+    def test_the_family_of_the_printers(self):
+        self.check_family("Nimbus Sans")
+
+    def test_the_widest_family(self):
+        self.check_family("DejaVu Sans")
 
 
 class Rules(unittest.TestCase):
@@ -306,12 +383,10 @@ class Rules(unittest.TestCase):
             for part in one.parts:
                 look_at(part)
 
-        for window in (design.main_window(), design.new_sprite(), design.extract_frames(False),
-                       design.extract_frames(True), design.add_frames((WHITE, 1, 1)), design.folder(), design.job(),
-                       design.preview(WHITE, False)):
+        for window in WINDOWS.values():
             for one in window.controls:
                 look_at(one)
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])
+    unittest.main(argv=[sys.argv[0], *sys.argv[5:]])
