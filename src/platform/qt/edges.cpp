@@ -19,6 +19,12 @@ double nearest(double place) {
 
 } // namespace
 
+QPointF nearest_on_screen(const QPainter& painter, const QPointF& place) {
+    const QTransform to_screen = painter.deviceTransform();
+    const QPointF wanted = to_screen.map(place);
+    return to_screen.inverted().map(QPointF(nearest(wanted.x()), nearest(wanted.y())));
+}
+
 void draw_edge(QPainter& painter, const QRectF& line, LineSide side, Colour colour) {
     const QTransform to_screen = painter.deviceTransform();
     const double scale = to_screen.m11();

@@ -3,6 +3,7 @@
 // whatever its place, and lies along the outline of what it borders.
 #pragma once
 
+#include <QPointF>
 #include <QRect>
 #include <QRectF>
 
@@ -11,6 +12,9 @@
 class QPainter;
 
 namespace varnoth {
+
+/// The place nearest to that one at which a pixel of the screen begins, so that what is drawn there is crisp.
+QPointF nearest_on_screen(const QPainter& painter, const QPointF& place);
 
 /// The edge of a control that a line of one pixel is, or none: then it takes every pixel of the screen up to
 /// what stands beside it.

@@ -234,6 +234,7 @@ class LookStyle : public QProxyStyle {
         if (element == CE_PushButtonBevel) {
             draw_raised(*painter, option->rect, option->state.testFlag(State_Sunken));
         } else if (element == CE_ShapedFrame && is_sunken_panel(option)) {
+            painter->fillRect(option->rect, option->palette.color(QPalette::Base));
             draw_edges(*painter, option->rect, edge_dark, edge_light);
         } else {
             QProxyStyle::drawControl(element, option, painter, widget);
