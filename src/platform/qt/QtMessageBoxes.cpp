@@ -1,6 +1,5 @@
 #include "platform/qt/QtMessageBoxes.h"
 
-#include <QLabel>
 #include <QMessageBox>
 
 #include "platform/qt/dialog_parent.h"
@@ -17,11 +16,6 @@ int run_box(std::string_view text, QMessageBox::StandardButtons buttons) {
     box.setTextFormat(Qt::PlainText);
     box.setText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
     box.setStandardButtons(buttons);
-    // Qt keeps room for a picture before the text, and there is none.
-    if (auto* label = box.findChild<QLabel*>("qt_msgbox_label")) {
-        label->setContentsMargins(0, 0, 0, 0);
-        label->setIndent(0);
-    }
     if (buttons.testFlag(QMessageBox::No)) {
         box.setEscapeButton(QMessageBox::No);
     }
