@@ -36,13 +36,6 @@ class LogicalPalette {
 
     std::int32_t size() const { return count_; }
 
-    /// The entry at an index from 0 to below size(). Flags are not kept.
-    PALETTEENTRY entry(std::int32_t index) const {
-        const auto at = static_cast<std::size_t>(index);
-        return {static_cast<std::uint8_t>(red_[at]), static_cast<std::uint8_t>(green_[at]),
-                static_cast<std::uint8_t>(blue_[at]), 0};
-    }
-
   private:
     // Channels apart, so that the search runs over whole vectors.
     std::array<std::int16_t, 256> red_{};

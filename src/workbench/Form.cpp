@@ -5,16 +5,13 @@
 #include <QCloseEvent>
 #include <QCursor>
 #include <QGuiApplication>
-#include <QIcon>
 #include <QPalette>
-#include <QPixmap>
 #include <QScreen>
 #include <QWindow>
 
 #include "base/numbers.h"
 #include "controls/elboton.h"
 #include "controls/elpanel.h"
-#include "controls/parts/panel_icon.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/look.h"
 
@@ -32,21 +29,12 @@ bool clients_place_windows() {
     return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
-QIcon application_icon() {
-    QIcon icon;
-    for (const int scale : {1, 2, 3, 4}) {
-        icon.addPixmap(QPixmap::fromImage(panel_icon(scale)));
-    }
-    return icon;
-}
-
 } // namespace
 
 Form::Form(const QString& name, const QString& title, Kind kind, int width, int height)
     : QWidget(nullptr, flags_of(kind)) {
     setObjectName(name);
     setWindowTitle(title);
-    setWindowIcon(application_icon());
     setAccessibleName(title);
     setFixedSize(width, height);
     QPalette colours = look::palette();

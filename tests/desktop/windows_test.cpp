@@ -4,6 +4,8 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QFontMetricsF>
+#include <QIcon>
+#include <QImage>
 #include <QScreen>
 #include <QTest>
 #include <QWindow>
@@ -20,13 +22,44 @@ using test::EditorTest;
 
 class WindowsTest : public EditorTest {};
 
-TEST_F(WindowsTest, HaveNoSystemTitleBarButATitleAndAnIcon) {
+// As many as a flame has: more red than green, more green than blue.
+int fiery_pixels(const QImage& image) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor colour = image.pixelColor(x, y);
+            count += colour.red() > colour.green() + 40 && colour.green() > colour.blue() + 20 ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+TEST_F(WindowsTest, HaveNoSystemTitleBarButATitle) {
     EXPECT_TRUE(main().windowFlags().testFlag(Qt::FramelessWindowHint));
-    EXPECT_FALSE(main().windowIcon().isNull());
-    EXPECT_EQ(main().windowIcon().pixmap(16).toImage().pixelColor(0, 0).isValid(), true);
     click(main().elboton2);
     EXPECT_TRUE(desk_->form2()->windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_EQ(text(desk_->form2()->windowTitle()), "New Sprite");
+}
+
+TEST_F(WindowsTest, AllShowTheProgramsIconInTheSizesOfTaskBars) {
+    click(main().elboton2);
+    for (const QWidget* window : {static_cast<QWidget*>(&main()), static_cast<QWidget*>(desk_->form2())}) {
+        QList<QSize> sizes = window->windowIcon().availableSizes();
+        EXPECT_EQ(sizes.size(), 5);
+        for (const QSize& size : sizes) {
+            const QImage drawn = window->windowIcon().pixmap(size).toImage();
+            EXPECT_EQ(drawn.size(), size);
+            EXPECT_GT(fiery_pixels(drawn), size.width() * size.height() / 10) << size.width();
+        }
+    }
+}
+
+TEST_F(WindowsTest, ShareOneIconHoweverOftenTheyOpen) {
+    for (int opening = 0; opening < 3; ++opening) {
+        click(main().elboton2);
+        EXPECT_EQ(desk_->form2()->windowIcon().cacheKey(), main().windowIcon().cacheKey());
+        click(desk_->form2()->elboton1);
+    }
 }
 
 TEST_F(WindowsTest, ADialogStandsAboveItsOwnerAndCentredOnIt) {

@@ -67,7 +67,7 @@ class FaultsSuspended {
     FaultsSuspended& operator=(const FaultsSuspended&) = delete;
 };
 
-/// Files and folders that the program has opened and not yet closed.
+/// Files and folders that have been opened and not yet closed.
 int open_streams();
 
 /// Memory that is handed out, and the stack below the caller, are full of one byte for this object's

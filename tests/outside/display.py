@@ -188,16 +188,23 @@ class Display:
 
     # Windows.
 
-    def xdotool(self, *words, fails=False):
-        done = subprocess.run(["xdotool", *map(str, words)], env=self.environment, stdin=subprocess.DEVNULL,
+    def run_xdotool(self, *words):
+        return subprocess.run(["xdotool", *map(str, words)], env=self.environment, stdin=subprocess.DEVNULL,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=PATIENCE, check=False)
+
+    def xdotool(self, *words, fails=False):
+        done = self.run_xdotool(*words)
         if done.returncode and not fails:
             raise AssertionError(f"xdotool {words}: {done.stderr.decode()}")
         return done.stdout.decode()
 
     def windows(self, title=".+"):
         """The visible windows with a title."""
-        return set(self.xdotool("search", "--onlyvisible", "--name", f"^{title}$", fails=True).split())
+        while True:
+            done = self.run_xdotool("search", "--onlyvisible", "--name", f"^{title}$")
+            # Without words it has found none; with words a window has gone while it was looked at.
+            if not done.stderr:
+                return set(done.stdout.decode().split())
 
     def place_of(self, window):
         """Left, top, width and height of a window."""
@@ -234,7 +241,7 @@ class Display:
         self.xdotool("key", *keys)
 
     def type(self, text):
-        self.xdotool("type", "--delay", 2, text)
+        self.xdotool("type", "--delay", 2, "--", text)
 
 
 def corner_while_dragged(pointer, grab):

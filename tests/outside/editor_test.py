@@ -8,47 +8,13 @@ import sys
 import unittest
 
 from display import Display, corner_while_dragged, wait_for
+from hand import (ADD, ADD_OK, ADD_PICK, ADD_RESIZE, BELOW_RENDER, CLOSE_MAIN, CLOSE_PREVIEW, EXPORT_BUTTON, EXTRACT,
+                  EXTRACT_COMPRESSED, EXTRACT_FOLDER, EXTRACT_OK, EXTRACT_OVERWRITE, EXTRACT_TGA, FASTER, FATAL_END,
+                  FILES, FOLDERS, FRAME, FRAME_LIST, Hand, IMPORT_BUTTON, is_closed_folder, is_text, MAIN, NEW,
+                  NEW_BUTTON, NEW_HEIGHT, NEW_NAME, NEW_OK, NEW_RENDER, NEW_WIDTH, PICTURE, PLAY, PLAYED, PREVIEW,
+                  SAVE_BUTTON, SAVE_CHOOSER, SIZE_QUESTION, SLOWER, SPEED, TITLE, TRANSPARENT_COLOUR, UP_ARROW)
 
 VARNOTH, WALKTHROUGH, SAMPLES = map(os.path.abspath, sys.argv[1:4])
-
-MAIN, NEW, ADD, EXTRACT, PREVIEW = "Varnoth 1.0", "New Sprite", "Add Frame/s", "Extract Frame/s", "Animation Preview"
-OPEN_CHOOSER, SAVE_CHOOSER = "Open", "Save As"
-FATAL_END = 70
-
-# Middles of what is clicked, in the pixels of its window.
-CLOSE_MAIN, CLOSE_PREVIEW = (558, 17), (264, 17)
-OPEN_BUTTON, NEW_BUTTON, SAVE_BUTTON = (413, 53), (473, 53), (533, 53)
-EXPORT_BUTTON, IMPORT_BUTTON = (111, 453), (233, 453)
-UP_ARROW = (274, 247)
-NEW_NAME, NEW_WIDTH, NEW_HEIGHT, NEW_RENDER, NEW_OK = (142, 47), (96, 75), (189, 75), (142, 131), (140, 167)
-ADD_RESIZE, ADD_PICK, ADD_OK = (540, 409), (707, 442), (657, 484)
-EXTRACT_FOLDER, EXTRACT_TGA, EXTRACT_COMPRESSED = (110, 68), (40, 137), (200, 137)
-EXTRACT_OVERWRITE, EXTRACT_OK = (230, 207), (189, 241)
-PLAY, FASTER, SLOWER = (47, 310), (195, 310), (171, 310)
-
-# Places that are looked at: left, top, width, height in the pixels of their window.
-BELOW_RENDER = (62, 144, 50, 30)
-FRAME_LIST = (16, 84, 241, 349)
-FRAME = (302, 81, 32, 32)
-FOLDERS, FILES = (16, 68, 216, 391), (242, 68, 223, 391)
-PICTURE = (483, 41, 64, 64)
-SIZE_QUESTION = (488, 358, 247, 61)
-TRANSPARENT_COLOUR = (624, 434, 34, 18)
-PLAYED, SPEED = (13, 37, 32, 32), (213, 300, 56, 20)
-
-# The title starts there in its window.
-TITLE = (30, 9)
-
-# Of a line in a list.
-LEAST_LINE_HEIGHT = 12
-
-
-def is_text(colour):
-    return min(colour) > 100
-
-
-def is_closed_folder(colour):
-    return colour == (136, 145, 128)
 
 
 def read(path):
@@ -60,18 +26,11 @@ def contents(folder):
     return {name: read(os.path.join(folder, name)) for name in os.listdir(folder)}
 
 
-class EditorTest(unittest.TestCase):
+class EditorTest(Hand, unittest.TestCase):
     def setUp(self):
         self.display = Display()
         self.addCleanup(self.display.close)
         self.desktop = self.display.look()
-
-    def start(self):
-        self.errors = os.path.join(self.display.folder, "errors")
-        with open(self.errors, "wb") as errors:
-            self.editor = self.display.start([VARNOTH], more={"QT_QPA_PLATFORM": "xcb"}, cwd=self.display.home,
-                                             stdout=errors, stderr=errors)
-        self.main = self.display.wait_for_window(MAIN)
 
     def end_with(self, status):
         wait_for("the end of the editor", lambda: self.editor.poll() is not None)
@@ -83,58 +42,6 @@ class EditorTest(unittest.TestCase):
         subprocess.run([WALKTHROUGH, *arguments], check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                        env=self.display.environment, timeout=60)
 
-    # What a user does.
-
-    def click(self, window, point, **options):
-        left, top, _, _ = self.display.place_of(window)
-        self.display.click(left + point[0], top + point[1], **options)
-
-    def fill_in(self, window, field, text):
-        self.click(window, field)
-        self.display.press("ctrl+a")
-        self.display.type(text)
-
-    def answer_box(self):
-        box = self.display.wait_for_window(MAIN, but=[self.main])
-        self.display.press("Return")
-        self.display.wait_until_gone(box)
-
-    def choose_file(self, title, path):
-        chooser = self.display.wait_for_window(title)
-        self.display.type(path)
-        self.display.press("Return")
-        self.display.wait_until_gone(chooser)
-
-    def open(self, path, frames):
-        self.click(self.main, OPEN_BUTTON)
-        self.choose_file(OPEN_CHOOSER, path)
-        # The chooser goes before the file is read, and leaves a hole until the window is painted again.
-        wait_for("the frames of the opened sprite", lambda: self.shows_first_of(frames))
-        self.display.wait_until_still()
-
-    # What a user sees.
-
-    def look(self, window, place):
-        left, top, _, _ = self.display.place_of(window)
-        return self.display.look(left + place[0], top + place[1], *place[2:])
-
-    def wait_for_change(self, window, place, before):
-        wait_for(f"another look of {place}", lambda: self.look(window, place) != before)
-
-    def shows_first_of(self, frames):
-        """Whether the list of frames has so many lines, the first one selected: its text is dark."""
-        bands = self.look(self.main, FRAME_LIST).bands(is_text)
-        return len(bands) == frames - 1 and bands[0][0] > LEAST_LINE_HEIGHT
-
-    def wait_for_lines(self, window, place, count, kind=is_text):
-        """The middles of the lines of a list, from the top of its window."""
-        bands = wait_for(f"{count} lines in a list", lambda: self.bands_if(window, place, count, kind))
-        return [place[1] + (begin + end) // 2 for begin, end in bands]
-
-    def bands_if(self, window, place, count, kind):
-        bands = self.look(window, place).bands(kind)
-        return bands if len(bands) == count else None
-
 
 class Session(EditorTest):
     def test_a_sprite_is_made_saved_opened_reordered_played_and_taken_apart(self):
@@ -145,7 +52,7 @@ class Session(EditorTest):
         sprite, walked_sprite = os.path.join(made, "fire.spr"), os.path.join(walked, "fire.spr")
         exported, walked_export = self.display.make_folder("exported"), self.display.make_folder("walked_export")
 
-        self.start()
+        self.start(VARNOTH)
         self.make_new()
         self.add_frames()
         self.click(self.main, SAVE_BUTTON)
@@ -252,7 +159,7 @@ class FatalEnd(EditorTest):
     def test_a_speed_of_0_is_told_in_one_box_and_ends_with_70(self):
         sprite = os.path.join(self.display.folder, "two.spr")
         self.walk("--pictures", SAMPLES, "--select", "explosion_1.bmp", "--select", "explosion_2.bmp", "--save", sprite)
-        self.start()
+        self.start(VARNOTH)
         self.open(sprite, frames=2)
         self.click(self.main, (310, 90), times=2)
         dialog = self.display.wait_for_window(PREVIEW)
@@ -273,7 +180,7 @@ class FatalEnd(EditorTest):
 
 class Drag(EditorTest):
     def test_the_title_moves_the_window_by_the_pointer_less_a_fifteenth_of_the_grab(self):
-        self.start()
+        self.start(VARNOTH)
         left, top, width, height = self.display.place_of(self.main)
         self.display.point(0, 0)
         self.display.wait_until_still()

@@ -68,17 +68,4 @@ void draw_panel_icon(PictureSurface& surface) {
     }
 }
 
-QImage panel_icon(int scale) {
-    QImage image(panel_icon_size, panel_icon_size, QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    for (std::int32_t y = 0; y < panel_icon_size; ++y) {
-        for (std::int32_t x = 0; x < panel_icon_size; ++x) {
-            if (const Colour colour = icon_colour(x, y); colour != no_colour) {
-                image.setPixelColor(x, y, look::to_qcolor(colour));
-            }
-        }
-    }
-    return image.scaled(image.size() * scale); // without smoothing, every pixel is repeated
-}
-
 } // namespace varnoth

@@ -1,7 +1,5 @@
-// The program's icon, sixteen pixels by sixteen: a flame on a frame of film.
+// The panels' icon, sixteen pixels by sixteen: a flame on a frame of film, as on the program's own.
 #pragma once
-
-#include <QImage>
 
 #include "platform/PictureSurface.h"
 
@@ -12,9 +10,5 @@ inline constexpr std::int32_t panel_icon_size = 16;
 
 /// Draws the icon at the top left of a surface. What is transparent is left as it is.
 void draw_panel_icon(PictureSurface& surface);
-
-/// The icon with transparency, every pixel repeated `scale` times in both directions: 16, 32, 48, 64 ... by
-/// as many pixels.
-QImage panel_icon(int scale = 1);
 
 } // namespace varnoth

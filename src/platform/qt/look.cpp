@@ -10,7 +10,9 @@
 #include <QFontMetricsF>
 #include <QFrame>
 #include <QHash>
+#include <QIcon>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QProxyStyle>
 #include <QStyleFactory>
 #include <QStyleOption>
@@ -285,6 +287,15 @@ class LookStyle : public QProxyStyle {
     }
 };
 
+// Larger ones are for menus, which have files of their own.
+QIcon program_icon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64}) {
+        icon.addFile(QStringLiteral(":/icons/%1x%1/apps/varnoth.png").arg(size), QSize(size, size));
+    }
+    return icon;
+}
+
 } // namespace
 
 QColor to_qcolor(Colour colour) {
@@ -343,6 +354,10 @@ void apply_palette(QWidget& widget, bool enabled) {
 }
 
 void apply(QApplication& application) {
+    // Qt keeps painted parts of controls by the number of their palette, and every new dialog's palettes have
+    // new numbers: nothing of a dialog that has gone is found again, so there is room for about one.
+    constexpr int kept_pictures_kib = 1024;
+    QPixmapCache::setCacheLimit(kept_pictures_kib);
     QObject::connect(&application, &QGuiApplication::fontDatabaseChanged, &application,
                      [] { font_cache().fonts.clear(); });
     QApplication::setStyle(std::make_unique<LookStyle>().release()); // the application owns it
@@ -351,6 +366,7 @@ void apply(QApplication& application) {
     QToolTip::setPalette(palette());
     QToolTip::setFont(display_font(design_font()));
     QApplication::setApplicationDisplayName(QString::fromLatin1(application_title));
+    QApplication::setWindowIcon(program_icon());
 }
 
 } // namespace varnoth::look

@@ -49,7 +49,7 @@ QPalette palette(bool enabled = true);
 /// Gives a widget the palette that belongs to its own enabled state. To be called when that state is set.
 void apply_palette(QWidget& widget, bool enabled);
 
-/// Style, palette and font for everything that Qt draws by itself.
+/// Style, palette and font for everything that Qt draws by itself, and the icon of all windows.
 void apply(QApplication& application);
 
 } // namespace look

@@ -11,6 +11,7 @@
 #include <QFontMetricsF>
 #include <QImage>
 #include <QLineEdit>
+#include <QPixmapCache>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStyle>
@@ -40,6 +41,10 @@ int count_of(const QImage& image, Colour colour) {
 QImage shown(QWidget& widget) {
     QCoreApplication::processEvents();
     return widget.grab().toImage();
+}
+
+TEST(Look, PaintedPartsOfDialogsThatHaveGoneTakeLittleRoom) {
+    EXPECT_LE(QPixmapCache::cacheLimit(), 1024); // KiB; Qt's own limit is ten times that
 }
 
 TEST(Look, ColoursHaveRedInTheLowByteAndMayBeReferences) {

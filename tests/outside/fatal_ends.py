@@ -1,0 +1,184 @@
+"""The failures that are meant to end the editor: each is told in one box, and the exit status is 70. The list is
+complete for what a random user may do: whatever else ends the editor is a finding."""
+import os
+import re
+
+from display import wait_for
+from hand import (ADD, BELOW_FILTER, EXPORT_BUTTON, EXTRACT, EXTRACT_FOLDER, EXTRACT_OK, EXTRACT_OVERWRITE,
+                  EXTRACT_PCX, EXTRACT_TGA, FATAL_END, FILES, FILTER, IMPORT_BUTTON, MAIN, NEW, NEW_BUTTON, NEW_OK,
+                  NEW_WIDTH, OPEN_CHOOSER, PLAY, SLOWER)
+from material import FATAL, FORMATS, SMALL, sprite_bytes
+from random_user import FATAL_BOX, FIRST_SPEED, QUIET_SPRITE, Selection
+
+
+def speed_0(user):
+    user.open_sprite(QUIET_SPRITE)
+    dialog = user.open_preview()
+    user.click(dialog, PLAY)
+    user.click(dialog, SLOWER, times=FIRST_SPEED)
+
+
+def line_without_frame(user):
+    user.open_sprite(QUIET_SPRITE)
+    import_one(user)
+    user.click_line(QUIET_SPRITE.frames)
+
+
+def line_without_frame_exported(user):
+    """The import leaves its last line selected, and that has no frame."""
+    user.open_sprite(QUIET_SPRITE)
+    import_one(user)
+    export(user, EXTRACT_TGA)
+
+
+def line_without_frame_played(user):
+    user.open_sprite(QUIET_SPRITE)
+    import_one(user)
+    user.click(user.open_preview(), PLAY)
+
+
+def small_frame(user):
+    open_only(user, "small.spr", sprite_bytes((16, 16), 2, told_size=(32, 32)))
+
+
+def short_name(user):
+    path = os.path.join(user.sprites, "abc")
+    user.write_file(path, QUIET_SPRITE.data)
+    user.press_open()
+    # No filter hides a file that is named.
+    user.choose_file(OPEN_CHOOSER, path)
+
+
+def large_number(user):
+    user.click(user.main, NEW_BUTTON)
+    dialog = user.display.wait_for_window(NEW)
+    user.display.wait_until_still()
+    user.fill_in(dialog, NEW_WIDTH, "99999999999")
+    user.click(dialog, NEW_OK)
+
+
+def huge_header(user):
+    open_only(user, "wide.spr", sprite_bytes((16, 16), 2, told_size=(2000000, 2000000)))
+
+
+def export_over_read_only(user, kind, point):
+    user.open_sprite(QUIET_SPRITE)
+    path = os.path.join(user.exported, "quiet_0." + kind)
+    user.write_file(path, b"kept")
+    os.chmod(path, 0o444)
+    export(user, point)
+
+
+def read_only_tga(user):
+    export_over_read_only(user, "tga", EXTRACT_TGA)
+
+
+def read_only_pcx(user):
+    export_over_read_only(user, "pcx", EXTRACT_PCX)
+
+
+def picture_gone(user):
+    dialog = browse(user, SMALL, "bmp")
+    path = user.pictures.path(SMALL, user.pictures.files(SMALL, "bmp")[3].name)
+    os.rename(path, path + ".away")
+    click_file(user, dialog, 3)
+
+
+def no_picture(user):
+    click_file(user, browse(user, FATAL, "bmp"), 0)
+    user.expect(re.escape("File: pd0text.bmp Bad Format/Corrupt."))
+
+
+def high_jpeg(user):
+    click_file(user, browse(user, FATAL, "jpg"), 0)
+
+
+def grey_tga(user):
+    click_file(user, browse(user, FATAL, "tga"), 0)
+
+
+def short_pcx(user):
+    click_file(user, browse(user, FATAL, "pcx"), 0)
+
+
+def text_pcx(user):
+    click_file(user, browse(user, FATAL, "pcx"), 1)
+    user.expect(re.escape("File: pd1text.pcx Bad Format/Corrupt."))
+
+
+def open_only(user, name, data):
+    path = os.path.join(user.sprites, name)
+    user.write_file(path, data)
+    user.press_open()
+    user.choose_file(OPEN_CHOOSER, path)
+
+
+def export(user, point):
+    user.click(user.main, EXPORT_BUTTON)
+    dialog = user.display.wait_for_window(EXTRACT)
+    user.display.wait_until_still()
+    user.fill_in(dialog, EXTRACT_FOLDER, user.exported)
+    for click in (point, EXTRACT_OVERWRITE, EXTRACT_OK):
+        user.click(dialog, click)
+
+
+def browse(user, folder, kind):
+    """The dialog that adds frames, at a folder and with its files of a format listed."""
+    if not user.can_import:
+        user.open_sprite(QUIET_SPRITE)
+    user.click(user.main, IMPORT_BUTTON)
+    dialog = user.display.wait_for_window(ADD)
+    user.display.wait_until_still()
+    user.go_to_folder(dialog, folder)
+    user.choose_line(dialog, FILTER, BELOW_FILTER, FORMATS.index(kind))
+    user.wait_for_lines(dialog, FILES, len(user.pictures.files(folder, kind)))
+    return dialog
+
+
+def click_file(user, dialog, line):
+    user.click(dialog, (FILES[0] + 100, FILES[1] + 8 + line * user.line_height))
+
+
+def import_one(user):
+    dialog = browse(user, SMALL, "bmp")
+    selection = Selection(user.pictures.files(SMALL, "bmp"), user.size)
+    user.click_file(dialog, selection, 0)
+    user.bring_in(dialog, selection, cancels=False)
+
+
+# What is done, what the box says, and why that is how it has to be.
+FATAL_ENDS = (
+    (speed_0, "Division by zero", "one step below a speed of 1 the interval is 1000 divided by 0"),
+    (line_without_frame, "Subscript out of range", "an import leaves the old lines, which have no frames any more"),
+    (line_without_frame_exported, "Subscript out of range", "the same line, taken apart"),
+    (line_without_frame_played, "Subscript out of range", "the preview walks over all lines"),
+    (small_frame, "Subscript out of range", "frames are drawn at the sprite's size and may have fewer pixels"),
+    (short_name, "Invalid procedure call", "the Name is what stands before the last four characters of a file's name"),
+    (large_number, "Overflow", "a size has 32 bits"),
+    (huge_header, "Overflow", "the bytes of a picture are counted in 32 bits"),
+    (read_only_tga, "Permission denied", "the old file is deleted first, and nothing traps a failure there"),
+    (read_only_pcx, "Permission denied", "the same for the other writer"),
+    (picture_gone, "File not found", "a picture that has gone since it was listed cannot be opened"),
+    (no_picture, "Invalid picture", "the preview loads even what the message before has called corrupt"),
+    (high_jpeg, "Overflow", "a size byte of 128 or more does not fit the signed 16 bits of the sizes"),
+    (grey_tga, "Subscript out of range", "8-bit TGA pictures need a colour map"),
+    (short_pcx, "Subscript out of range", "fewer lines than the header tells"),
+    (text_pcx, "Overflow", "sizes beyond 16 bits"),
+)
+
+
+def check_fatal_ends(user):
+    """Each in an editor of its own."""
+    for act, words, _ in FATAL_ENDS:
+        user.say(f"fatal end: {act.__name__}")
+        user.begin()
+        act(user)
+        text = user.wait("the box of " + act.__name__, user.next_text)
+        if text != FATAL_BOX + words:
+            raise AssertionError(f"{act.__name__}: {text}")
+        user.display.wait_for_window(MAIN, but=[user.main])
+        user.display.press("Return")
+        wait_for("the end", lambda: user.editor.poll() is not None)
+        user.end_with(FATAL_END)
+        user.messages[text] += 1
+        user.actions["fatal end"] += 1

@@ -1,0 +1,117 @@
+"""A user's hand and eye at the built editor on a virtual display: where its windows have what, and the steps that a
+user takes there. A class that is a Hand has a display, and the main window as soon as there is one."""
+import os
+
+from display import wait_for
+
+MAIN, NEW, ADD, EXTRACT, PREVIEW = "Varnoth 1.0", "New Sprite", "Add Frame/s", "Extract Frame/s", "Animation Preview"
+FOLDER = "Select Extracting Folder:"
+OPEN_CHOOSER, SAVE_CHOOSER = "Open", "Save As"
+FATAL_END = 70
+
+# Middles of what is clicked, in the pixels of its window.
+CLOSE_MAIN, CLOSE_PREVIEW = (558, 17), (264, 17)
+PATH_FIELD, OPEN_BUTTON, NEW_BUTTON, SAVE_BUTTON = (196, 53), (413, 53), (473, 53), (533, 53)
+CLEAR_BUTTON, EXPORT_BUTTON, REMOVE_BUTTON, IMPORT_BUTTON = (41, 453), (111, 453), (172, 453), (233, 453)
+UP_ARROW, DOWN_ARROW = (274, 247), (274, 271)
+NEW_NAME, NEW_WIDTH, NEW_HEIGHT, NEW_TYPE, NEW_RENDER = (142, 47), (96, 75), (189, 75), (142, 103), (142, 131)
+NEW_OK, NEW_CANCEL = (140, 167), (200, 167)
+FILTER, ADD_SET, ADD_RESIZE, ADD_PICK, ADD_OK, ADD_CANCEL = ((353, 51), (540, 388), (540, 409), (707, 442), (657, 484),
+                                                             (717, 484))
+EXTRACT_FOLDER, EXTRACT_BROWSE, EXTRACT_COMPRESSED = (110, 68), (249, 68), (200, 137)
+EXTRACT_BMP, EXTRACT_TGA, EXTRACT_PCX = (40, 116), (40, 137), (40, 158)
+EXTRACT_SKIP, EXTRACT_ASK, EXTRACT_OVERWRITE = (40, 207), (126, 207), (230, 207)
+EXTRACT_OK, EXTRACT_CANCEL = (189, 241), (249, 241)
+FOLDER_OK, FOLDER_CANCEL = (129, 306), (189, 306)
+STOP, PLAY, FASTER, SLOWER = (23, 310), (47, 310), (195, 310), (171, 310)
+PROGRESS_CANCEL = (316, 91)
+
+# Places that are looked at: left, top, width, height in the pixels of their window.
+BELOW_TYPE, BELOW_RENDER, BELOW_FILTER = (62, 116, 50, 30), (62, 144, 50, 30), (250, 64, 50, 30)
+FRAME_LIST = (16, 84, 241, 349)
+FRAME = (302, 81, 32, 32)
+FOLDERS, FILES = (16, 68, 216, 391), (242, 68, 223, 391)
+PICTURE = (483, 41, 64, 64)
+SIZE_QUESTION = (488, 358, 247, 61)
+TRANSPARENT_COLOUR = (624, 434, 34, 18)
+PLAYED, SPEED = (13, 37, 32, 32), (213, 300, 56, 20)
+
+# The title starts there in its window.
+TITLE = (30, 9)
+
+# Of a line in a list.
+LEAST_LINE_HEIGHT = 12
+
+
+def is_text(colour):
+    return min(colour) > 100
+
+
+def is_closed_folder(colour):
+    return colour == (136, 145, 128)
+
+
+def is_open_folder(colour):
+    return colour == (196, 181, 80)
+
+
+class Hand:
+    def start(self, program, **more):
+        """Starts the editor, with more in its environment."""
+        self.errors = os.path.join(self.display.folder, "errors")
+        with open(self.errors, "wb") as errors:
+            self.editor = self.display.start([program], more={"QT_QPA_PLATFORM": "xcb", **more}, cwd=self.display.home,
+                                             stdout=errors, stderr=errors)
+        self.main = self.display.wait_for_window(MAIN)
+
+    # What a user does.
+
+    def click(self, window, point, **options):
+        left, top, _, _ = self.display.place_of(window)
+        self.display.click(left + point[0], top + point[1], **options)
+
+    def fill_in(self, window, field, text):
+        self.click(window, field)
+        self.display.press("ctrl+a")
+        self.display.type(text)
+
+    def answer_box(self):
+        box = self.display.wait_for_window(MAIN, but=[self.main])
+        self.display.press("Return")
+        self.display.wait_until_gone(box)
+
+    def choose_file(self, title, path):
+        chooser = self.display.wait_for_window(title)
+        self.display.type(path)
+        self.display.press("Return")
+        self.display.wait_until_gone(chooser)
+
+    def open(self, path, frames):
+        self.click(self.main, OPEN_BUTTON)
+        self.choose_file(OPEN_CHOOSER, path)
+        # The chooser goes before the file is read, and leaves a hole until the window is painted again.
+        wait_for("the frames of the opened sprite", lambda: self.shows_first_of(frames))
+        self.display.wait_until_still()
+
+    # What a user sees.
+
+    def look(self, window, place):
+        left, top, _, _ = self.display.place_of(window)
+        return self.display.look(left + place[0], top + place[1], *place[2:])
+
+    def wait_for_change(self, window, place, before):
+        wait_for(f"another look of {place}", lambda: self.look(window, place) != before)
+
+    def shows_first_of(self, frames):
+        """Whether the list of frames has so many lines, the first one selected: its text is dark."""
+        bands = self.look(self.main, FRAME_LIST).bands(is_text)
+        return len(bands) == frames - 1 and bands[0][0] > LEAST_LINE_HEIGHT
+
+    def wait_for_lines(self, window, place, count, kind=is_text):
+        """The middles of the lines of a list, from the top of its window."""
+        bands = wait_for(f"{count} lines in a list", lambda: self.bands_if(window, place, count, kind))
+        return [place[1] + (begin + end) // 2 for begin, end in bands]
+
+    def bands_if(self, window, place, count, kind):
+        bands = self.look(window, place).bands(kind)
+        return bands if len(bands) == count else None

@@ -1,0 +1,182 @@
+#!/usr/bin/env python3
+"""Holds the files that go with an installed editor to what their readers need, to each other, and to their places.
+Usage: packaging_test.py CMAKE BUILD SOURCE VERSION"""
+import configparser
+import json
+import os
+import re
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree
+import zlib
+
+CMAKE, BUILD, SOURCE, VERSION = sys.argv[1:5]
+PACKAGING = os.path.join(SOURCE, "packaging")
+
+IDENTIFIER = "invalid.varnoth.varnoth"
+SPRITE = "image/x-half-life-sprite"
+ICON_SIZES = (16, 22, 24, 32, 48, 64, 128, 256)
+MIME_INFO = "{http://www.freedesktop.org/standards/shared-mime-info}"
+
+
+def read(*path):
+    with open(os.path.join(SOURCE, *path), "rb") as file:
+        return file.read()
+
+
+def text(*path):
+    return read(*path).decode("utf-8")
+
+
+def parsed(*path):
+    return xml.etree.ElementTree.fromstring(read(*path))
+
+
+def desktop_entry():
+    entry = configparser.ConfigParser(interpolation=None)
+    entry.optionxform = str
+    entry.read_string(text("packaging", "varnoth.desktop"))
+    return entry["Desktop Entry"]
+
+
+def chunks_of_png(data):
+    """Names and bodies of the chunks, their check sums looked at."""
+    if data[:8] != b"\x89PNG\r\n\x1a\n":
+        raise AssertionError("no PNG file")
+    at = 8
+    while at < len(data):
+        length, = struct.unpack_from(">I", data, at)
+        name, body = data[at + 4:at + 8], data[at + 8:at + 8 + length]
+        if zlib.crc32(name + body) != struct.unpack_from(">I", data, at + 8 + length)[0]:
+            raise AssertionError(f"{name}: wrong check sum")
+        yield name, body
+        at += 12 + length
+
+
+class Install(unittest.TestCase):
+    def test_every_file_goes_to_its_place_and_no_other_comes(self):
+        with tempfile.TemporaryDirectory() as prefix:
+            environment = {name: value for name, value in os.environ.items() if name != "DESTDIR"}
+            subprocess.run([CMAKE, "--install", BUILD, "--prefix", prefix], check=True, env=environment,
+                           stdout=subprocess.DEVNULL)
+            found = {os.path.relpath(os.path.join(folder, name), prefix): os.path.join(folder, name)
+                     for folder, _, names in os.walk(prefix) for name in names}
+            wanted = {
+                "bin/varnoth": None,
+                "share/applications/varnoth.desktop": "varnoth.desktop",
+                "share/doc/varnoth/copyright": "debian/copyright",
+                "share/icons/hicolor/scalable/apps/varnoth.svg": "icons/hicolor/scalable/apps/varnoth.svg",
+                "share/man/man1/varnoth.1": "varnoth.1",
+                f"share/metainfo/{IDENTIFIER}.metainfo.xml": f"{IDENTIFIER}.metainfo.xml",
+                "share/mime/packages/varnoth.xml": "varnoth.xml",
+            }
+            for size in ICON_SIZES:
+                icon = f"icons/hicolor/{size}x{size}/apps/varnoth.png"
+                wanted["share/" + icon] = icon
+            self.assertEqual(sorted(found), sorted(wanted))
+            for place, origin in wanted.items():
+                if origin:
+                    with open(found[place], "rb") as file:
+                        self.assertEqual(file.read(), read("packaging", origin), place)
+                self.assertEqual(os.access(found[place], os.X_OK), origin is None, place)
+
+
+class Icons(unittest.TestCase):
+    def test_each_has_the_size_of_its_folder_and_is_whole(self):
+        for size in ICON_SIZES:
+            chunks = list(chunks_of_png(read("packaging", f"icons/hicolor/{size}x{size}/apps/varnoth.png")))
+            self.assertEqual(chunks[0][0], b"IHDR")
+            # Eight bits each of red, green, blue and opacity.
+            self.assertEqual(struct.unpack(">IIBB", chunks[0][1][:10]), (size, size, 8, 6))
+            pixels = zlib.decompress(b"".join(body for name, body in chunks if name == b"IDAT"))
+            self.assertEqual(len(pixels), size * (1 + 4 * size))
+            self.assertEqual(chunks[-1][0], b"IEND")
+
+    def test_the_drawing_is_square(self):
+        drawing = parsed("packaging", "icons/hicolor/scalable/apps/varnoth.svg")
+        self.assertEqual(drawing.tag, "{http://www.w3.org/2000/svg}svg")
+        self.assertEqual(drawing.get("viewBox"), "0 0 256 256")
+
+
+class DesktopEntry(unittest.TestCase):
+    def test_it_starts_the_program_under_its_icon(self):
+        entry = desktop_entry()
+        self.assertEqual(entry["Type"], "Application")
+        self.assertEqual(entry["Name"], "Varnoth")
+        self.assertEqual(entry["Icon"], "varnoth")
+        self.assertEqual(entry["StartupWMClass"], "varnoth")
+        self.assertEqual(entry["Terminal"], "false")
+        self.assertIn("Graphics", entry["Categories"].split(";"))
+
+    def test_it_promises_no_opening_of_files_as_the_program_takes_none(self):
+        entry = desktop_entry()
+        self.assertEqual(entry["Exec"], "varnoth")
+        self.assertNotIn("MimeType", entry)
+
+
+class MimeType(unittest.TestCase):
+    def test_a_sprite_is_known_by_its_name_and_by_its_first_bytes(self):
+        kind, = parsed("packaging", "varnoth.xml")
+        self.assertEqual(kind.get("type"), SPRITE)
+        self.assertEqual([glob.get("pattern") for glob in kind.findall(MIME_INFO + "glob")], ["*.spr"])
+        match, = kind.findall(f"{MIME_INFO}magic/{MIME_INFO}match")
+        self.assertEqual((match.get("type"), match.get("offset"), match.get("value")), ("string", "0", "IDSP"))
+
+
+class Metainfo(unittest.TestCase):
+    def setUp(self):
+        self.component = parsed("packaging", f"{IDENTIFIER}.metainfo.xml")
+
+    def test_it_tells_of_the_files_beside_it(self):
+        self.assertEqual(self.component.findtext("id"), IDENTIFIER)
+        self.assertEqual(self.component.findtext("launchable"), "varnoth.desktop")
+        self.assertEqual(self.component.findtext("icon"), desktop_entry()["Icon"])
+        self.assertEqual(self.component.findtext("summary"), desktop_entry()["Comment"])
+        self.assertEqual(self.component.findtext("provides/mediatype"), SPRITE)
+        self.assertEqual(self.component.findtext("provides/binary"), "varnoth")
+
+    def test_it_names_no_address(self):
+        self.assertEqual(self.component.findall(".//url"), [])
+        # A name that ends so belongs to nobody (RFC 2606).
+        self.assertEqual(IDENTIFIER.split(".")[0], "invalid")
+
+
+class Version(unittest.TestCase):
+    def test_all_that_name_one_name_the_projects(self):
+        release = parsed("packaging", f"{IDENTIFIER}.metainfo.xml").find("releases/release")
+        self.assertEqual(release.get("version"), VERSION)
+        self.assertEqual(re.match(r"varnoth \((.*)\) ", text("packaging", "debian", "changelog"))[1], VERSION)
+        title = re.search(r'application_title = "(.*)"', text("src", "platform", "qt", "look.h"))[1]
+        self.assertEqual(title, "Varnoth " + VERSION)
+
+
+class Licence(unittest.TestCase):
+    def test_the_package_tells_the_same_as_the_tree(self):
+        licence = text("LICENSE")
+        holder = re.search(r"^Copyright .*$", licence, re.MULTILINE)[0]
+        self.assertEqual(holder, "Copyright 2026 The Varnoth founders")
+        terms = licence[licence.index("Permission"):].split()
+        packaged = text("packaging", "debian", "copyright")
+        self.assertIn(holder.replace("Copyright", "Copyright:"), packaged)
+        self.assertEqual([word for word in packaged[packaged.index("Permission"):].split() if word != "."], terms)
+        component = parsed("packaging", f"{IDENTIFIER}.metainfo.xml")
+        self.assertEqual(licence.split()[0], component.findtext("project_license"))
+
+
+class Flatpak(unittest.TestCase):
+    def test_its_manifest_renames_what_is_there(self):
+        manifest = json.loads(text("packaging", "flatpak", f"{IDENTIFIER}.json"))
+        self.assertEqual(manifest["id"], IDENTIFIER)
+        self.assertEqual(manifest["command"], "varnoth")
+        self.assertIn(manifest["rename-desktop-file"], os.listdir(PACKAGING))
+        self.assertEqual(manifest["rename-icon"], desktop_entry()["Icon"])
+        module, = manifest["modules"]
+        source = os.path.join(PACKAGING, "flatpak", module["sources"][0]["path"])
+        self.assertTrue(os.path.samefile(source, SOURCE))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
