@@ -54,8 +54,9 @@ def field(name, left, top, width, words=True):
     return control("field", name, (left, top, width, FIELD_HEIGHT), words=words)
 
 
-def combo(name, left, top, width):
-    return control("combo", name, (left, top, width, COMBO_HEIGHT))
+def combo(name, left, top, width, thin=False):
+    """A thin text has no letter that is fully in the colour of the text."""
+    return control("combo", name, (left, top, width, COMBO_HEIGHT), thin=thin)
 
 
 def check(name, left, top, width, on, ground):
@@ -167,7 +168,7 @@ def add_frames(preview=None, armed=False, transparent=BLACK):
     colour, width, height = preview or (WHITE, 256, 256)
     return Window((752, 503), "Add Frame/s", False, [
         chosen(frame("elframe1", 7, 35, 467, 433, [
-            chosen(combo("Drive1", 6, 6, 222)),
+            chosen(combo("Drive1", 6, 6, 222, thin=True)),
             chosen(lines("Dir1", 6, 30, 222, 397)),
             chosen(combo("Combo1", 232, 6, 229)),
             chosen(lines("File1", 232, 30, 229, 397))])),

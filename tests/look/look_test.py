@@ -163,11 +163,12 @@ class Sheet:
         self.edges(place, DARK, LIGHT)
         self.take(name, (left + 4, top + 2, width - 8, height - 4), FIELD, *[TEXT] * words, left_end=True)
 
-    def draw_combo(self, name, place):
+    def draw_combo(self, name, place, thin):
         left, top, width, height = place
         self.fill(place, FIELD)
         self.edges(place, DARK, LIGHT)
-        self.take(name, (left + 3, top + 2, width - 3 - 20, height - 4), FIELD, TEXT, left_end=True)
+        words = (left + 3, top + 2, width - 3 - 20, height - 4)
+        self.take(name, words, FIELD, *[TEXT] * (not thin), others=(TEXT,), left_end=True)
         self.take(name + "'s arrow", (left + width - 20, top + 2, 18, height - 4), FIELD, LIGHT)
 
     def draw_lines(self, name, place):
