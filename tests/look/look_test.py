@@ -167,7 +167,7 @@ class Sheet:
         left, top, width, height = place
         self.fill(place, FIELD)
         self.edges(place, DARK, LIGHT)
-        words = (left + 3, top + 2, width - 3 - 20, height - 4)
+        words = (left + 3, top + 1, width - 3 - 20, height - 2)
         self.take(name, words, FIELD, *[TEXT] * (not thin), others=(TEXT,), left_end=True)
         self.take(name + "'s arrow", (left + width - 20, top + 2, 18, height - 4), FIELD, LIGHT)
 
