@@ -20,6 +20,7 @@ constexpr int text_left = 4;
 constexpr int text_top = 3;
 constexpr int text_line_height = 16;
 constexpr int no_limit = 32767; // of QLineEdit itself
+constexpr int own_margin = 2;   // of QLineEdit, left and right of the text; other controls have none there
 
 const std::vector<PersistedProperty>& persisted() {
     static const std::vector<PersistedProperty> properties{
@@ -104,6 +105,7 @@ eltexto::eltexto(const QString& name, QWidget* parent)
     : ForwardingControl(name, parent, persisted()), text1_(this) {
     text1_.setObjectName("Text1");
     text1_.setFrame(false);
+    text1_.setTextMargins(-own_margin, 0, -own_margin, 0);
     text1_.setGeometry(text_left, text_top, width() - 2 * text_left, text_line_height);
     text1_.setMouseTracking(true);
     text1_.installEventFilter(this);

@@ -33,10 +33,10 @@ Form2::Form2(Form1& main_window)
 void Form2::design() {
     wear(elpanel1, "New Sprite");
     elpanel1.SetCerrar(false);
-    constexpr int field_left = 53;
-    constexpr int field_width = 175;
-    constexpr int size_width = 80;
-    constexpr std::array tops{37, 65, 93, 121};
+    constexpr int field_left = 55;
+    constexpr int field_width = 235 - design::margin - field_left;
+    constexpr int size_width = 79;
+    constexpr std::array tops{35, 63, 91, 119};
     constexpr std::array captions{"Name:", "Size:", "Type:", "Render:"};
     for (std::size_t i = 0; i < tops.size(); ++i) {
         design::place_label(ellabel1[i],

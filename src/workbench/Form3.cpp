@@ -10,7 +10,7 @@ namespace varnoth {
 
 namespace {
 
-constexpr QRect choices_place{150, 107, 127, 61};
+constexpr QRect choices_place{153, 106, 127, 61};
 
 // The window keeps its groups exclusive; a radio button does not look at its neighbours.
 template <typename Group>
@@ -37,25 +37,27 @@ void Form3::design() {
     design_format();
     design_existing_files();
     constexpr int buttons_top = 260 - design::margin - design::button_height;
-    constexpr int cancel_left = 287 - 10 - design::button_width;
+    constexpr int cancel_left = 287 - design::margin - design::button_width;
     design::place_button(elboton2, cancel_left - design::gap - design::button_width, buttons_top, "Ok");
     design::place_button(elboton3, cancel_left, buttons_top, "Cancel");
 }
 
 void Form3::design_folder() {
-    design::place_label(ellabel1, {10, 36, 200, design::text_height},
+    design::place_label(ellabel1, {design::margin, design::below_title, 200, design::text_height},
                         "Output Folder:", look::window_background);
-    design::place_field(eltexto1, {10, 58, 207, design::text_height}, QString(), tr("Output folder"));
-    design::place_button(elboton1, 221, 56, "...");
+    design::place_field(eltexto1, {design::margin, 57, 213, design::text_height}, QString(),
+                        tr("Output folder"));
+    design::place_button(elboton1, 224, 55, "...");
     elboton1.setAccessibleName(tr("Choose the output folder"));
 }
 
 void Form3::design_format() {
-    design::place_label(ellabel2, {10, 86, 100, design::text_height}, "Format:", look::window_background);
+    design::place_label(ellabel2, {design::margin, 85, 100, design::text_height},
+                        "Format:", look::window_background);
     constexpr std::array formats{"Bmp", "Tga", "Pcx"};
     for (std::size_t i = 0; i < formats.size(); ++i) {
-        design::place_mark(elradio1[i], {10, 107 + static_cast<int>(i) * design::row, 100, 19}, formats[i],
-                           look::window_background);
+        design::place_mark(elradio1[i], {design::margin, 106 + static_cast<int>(i) * design::row, 100, 19},
+                           formats[i], look::window_background);
     }
     elradio1[0].SetValue(true);
     design::place_edged(elframe1, choices_place);
@@ -74,12 +76,12 @@ void Form3::design_format() {
 }
 
 void Form3::design_existing_files() {
-    design::place_label(ellabel3, {10, 177, 260, design::text_height},
+    design::place_label(ellabel3, {design::margin, 176, 260, design::text_height},
                         "If File Exists Then:", look::window_background);
     constexpr std::array choices{"Skip", "Ask", "Overwrite"};
-    constexpr std::array lefts{10, 96, 182};
+    constexpr std::array lefts{design::margin, 93, 179};
     for (std::size_t i = 0; i < choices.size(); ++i) {
-        design::place_mark(elradio3[i], {lefts[i], 198, i == 2 ? 98 : 80, 19}, choices[i],
+        design::place_mark(elradio3[i], {lefts[i], 197, i == 2 ? 101 : 80, 19}, choices[i],
                            look::window_background);
     }
     elradio3[1].SetValue(true);

@@ -216,8 +216,8 @@ TEST_F(WindowsTest, EveryCaptionFitsItsControl) {
     EXPECT_EQ(captions, 48);
     for (const elcombo* combo : {&windows.form2.elcombo1, &windows.form2.elcombo2}) {
         for (std::int16_t i = 0; i < combo->ListCount(); ++i) {
-            const int arrow_left = combo->width() - 1 - 20;
-            EXPECT_LE(5 + ink_end(combo->Font(), combo->GetList(i)), arrow_left) << i;
+            const int arrow_left = combo->width() - 20;
+            EXPECT_LE(4 + ink_end(combo->Font(), combo->GetList(i)), arrow_left) << i;
         }
     }
 }

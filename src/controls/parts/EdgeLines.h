@@ -6,10 +6,10 @@
 namespace varnoth {
 
 struct EdgeLines {
-    LinePart top;
-    LinePart left;
-    LinePart right;
-    LinePart bottom;
+    LinePart top{LineSide::Top};
+    LinePart left{LineSide::Left};
+    LinePart right{LineSide::Right};
+    LinePart bottom{LineSide::Bottom};
 
     /// As designed for a control of this height: the bottom line leaves its first pixel to the left one.
     explicit EdgeLines(double height) {

@@ -12,16 +12,6 @@
 
 namespace varnoth {
 
-namespace {
-
-// A place that is no whole number is drawn at the nearest pixel of the device, so that text stays crisp.
-double on_device(const QPainter& painter, double place) {
-    const double scale = painter.device()->devicePixelRatioF();
-    return std::nearbyint(place * scale) / scale;
-}
-
-} // namespace
-
 Part* Part::at(const QPointF& point, QPointF& within) {
     // The pixel behind the right or bottom edge is outside.
     const bool inside =
@@ -67,7 +57,7 @@ void TextPart::paint(QPainter& painter) const {
     if (!Visible || blends_in) {
         return;
     }
-    const QRectF box(on_device(painter, Left), on_device(painter, Top), Width, Height);
+    const QRectF box(nearest_on_screen(painter, {Left, Top}), QSizeF(Width, Height));
     if (symbol_) {
         draw_symbol(painter, caption_.isEmpty() ? QChar() : caption_.front(), box,
                     look::to_qcolor(ForeColor));
@@ -91,8 +81,8 @@ void LinePart::paint(QPainter& painter) const {
     }
     const double left = std::nearbyint(X1);
     const double top = std::nearbyint(Y1);
-    painter.fillRect(QRectF(left, top, std::nearbyint(X2) - left + 1, std::nearbyint(Y2) - top + 1),
-                     look::to_qcolor(BorderColor));
+    draw_edge(painter, {left, top, std::nearbyint(X2) - left + 1, std::nearbyint(Y2) - top + 1}, side_,
+              BorderColor);
 }
 
 PictureSurface& BoxPart::surface() {
@@ -120,7 +110,7 @@ void BoxPart::paint(QPainter& painter) const {
         return;
     }
     painter.save();
-    painter.translate(on_device(painter, Left), on_device(painter, Top));
+    painter.translate(nearest_on_screen(painter, {Left, Top}));
     painter.setClipRect(QRectF(0, 0, Width, Height), Qt::IntersectClip);
     painter.fillRect(QRectF(0, 0, Width, Height), look::to_qcolor(BackColor));
     if (surface_) {

@@ -11,6 +11,7 @@
 
 #include "platform/Colour.h"
 #include "platform/PictureSurface.h"
+#include "platform/qt/edges.h"
 
 class QPainter;
 
@@ -79,6 +80,8 @@ class TextPart : public Part {
 /// A horizontal or vertical line of one pixel, both ends included. The mouse does not see it.
 class LinePart : public Part {
   public:
+    explicit LinePart(LineSide side = LineSide::None) : side_(side) {}
+
     double X1 = 0;
     double Y1 = 0;
     double X2 = 0;
@@ -91,6 +94,9 @@ class LinePart : public Part {
     void paint(QPainter& painter) const override;
 
     Part* at(const QPointF& /*point*/, QPointF& /*within*/) override { return nullptr; }
+
+  private:
+    LineSide side_;
 };
 
 /// A small surface with a background of its own, parts upon it and, where it has been drawn on, pixels.

@@ -8,6 +8,7 @@
 #include <QWindow>
 
 #include "base/RunTimeFailure.h"
+#include "platform/qt/edges.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/look.h"
 #include "platform/qt/symbols.h"
@@ -18,15 +19,6 @@ namespace {
 
 constexpr int text_inset = 4;
 constexpr int arrow_width = 18;
-
-void draw_sunken_edge(QPainter& painter, const QRect& box) {
-    const QColor dark = look::to_qcolor(look::edge_dark);
-    const QColor light = look::to_qcolor(look::edge_light);
-    painter.fillRect(box.left(), box.bottom(), box.width(), 1, light);
-    painter.fillRect(box.right(), box.top(), 1, box.height(), light);
-    painter.fillRect(box.left(), box.top(), box.width(), 1, dark);
-    painter.fillRect(box.left(), box.top(), 1, box.height(), dark);
-}
 
 } // namespace
 
@@ -93,7 +85,7 @@ void DropDownList::paintEvent(QPaintEvent* /*event*/) {
                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, currentText());
         if (!bare_) {
             draw_symbol(painter, u'6', arrow, look::to_qcolor(grey ? look::disabled_text : look::edge_light));
-            draw_sunken_edge(painter, rect());
+            draw_edges(painter, rect(), look::edge_dark, look::edge_light);
         }
     });
 }

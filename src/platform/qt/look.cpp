@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QFrame>
 #include <QHash>
 #include <QIcon>
 #include <QPainter>
@@ -19,6 +20,7 @@
 #include <QWidget>
 
 #include "platform/Screen.h"
+#include "platform/qt/edges.h"
 #include "platform/qt/symbols.h"
 
 namespace varnoth::look {
@@ -36,12 +38,14 @@ struct Reference {
     double width;
 };
 
-// The program's captions, in small letters and in capitals: families differ in what they spend on which.
+// The program's captions, in small letters and in capitals: families differ in what they spend on which. The
+// last one has hardly any room to spare.
 constexpr std::array references{
     Reference{
         "Set Sprite To 256x256 Resize Pictures Transparent Color: Select Extracting Folder Name Overwrite",
         43.16},
-    Reference{"VP_PARALLEL_UPRIGHT FACING_UPRIGHT VP_PARALLEL ORIENTED VP_PARALLEL_ORIENTED", 42.32}};
+    Reference{"VP_PARALLEL_UPRIGHT FACING_UPRIGHT VP_PARALLEL ORIENTED VP_PARALLEL_ORIENTED", 42.32},
+    Reference{"VP_PARALLEL_ORIENTED", 11.39}};
 
 constexpr int plain_stretch = 100;
 constexpr int narrowest_stretch = 60;
@@ -181,13 +185,15 @@ class EnabledLook {
 constexpr int least_line_height = 16;
 
 void draw_raised(QPainter& painter, const QRect& box, bool sunken) {
-    const QColor light = to_qcolor(sunken ? edge_dark : edge_light);
-    const QColor dark = to_qcolor(sunken ? edge_light : edge_dark);
     painter.fillRect(box, to_qcolor(window_background));
-    painter.fillRect(box.left(), box.top(), box.width(), 1, light);
-    painter.fillRect(box.left(), box.top(), 1, box.height(), light);
-    painter.fillRect(box.left(), box.bottom(), box.width(), 1, dark);
-    painter.fillRect(box.right(), box.top(), 1, box.height(), dark);
+    draw_edges(painter, box, sunken ? edge_dark : edge_light, sunken ? edge_light : edge_dark);
+}
+
+/// The frame that the lists have.
+bool is_sunken_panel(const QStyleOption* option) {
+    const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+    return frame != nullptr && frame->frameShape == QFrame::Panel &&
+           frame->state.testFlag(QStyle::State_Sunken);
 }
 
 class LookStyle : public QProxyStyle {
@@ -205,13 +211,23 @@ class LookStyle : public QProxyStyle {
         if (hint == SH_ComboBox_Popup) {
             return 0; // the lines open below the field, as a list
         }
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) {
+            return 0; // a desktop may want coloured ones
+        }
         return QProxyStyle::styleHint(hint, option, widget, data);
     }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
         const EnabledLook look(option, widget);
-        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        const auto* focus = qstyleoption_cast<const QStyleOptionFocusRect*>(option);
+        if (element == PE_FrameFocusRect && focus != nullptr) {
+            const bool on_mark = focus->backgroundColor == to_qcolor(highlight);
+            const Colour line = on_mark ? edge_dark : edge_light;
+            draw_edges(*painter, option->rect, line, line);
+        } else {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+        }
     }
 
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -219,6 +235,9 @@ class LookStyle : public QProxyStyle {
         const EnabledLook look(option, widget);
         if (element == CE_PushButtonBevel) {
             draw_raised(*painter, option->rect, option->state.testFlag(State_Sunken));
+        } else if (element == CE_ShapedFrame && is_sunken_panel(option)) {
+            painter->fillRect(option->rect, option->palette.color(QPalette::Base));
+            draw_edges(*painter, option->rect, edge_dark, edge_light);
         } else {
             QProxyStyle::drawControl(element, option, painter, widget);
         }
@@ -227,8 +246,12 @@ class LookStyle : public QProxyStyle {
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override {
         const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
-        // A font whose lines stand close leaves no room between the lines of a list.
-        return type == CT_ItemViewItem ? size.expandedTo({0, least_line_height}) : size;
+        if (type != CT_ItemViewItem) {
+            return size;
+        }
+        // The lines of all lists are as high, with a figure before the text and without. A font whose lines
+        // stand close would leave no room between them.
+        return {size.width(), std::max(least_line_height, option->fontMetrics.height())};
     }
 
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,

@@ -95,10 +95,13 @@ QPainterPath symbol_path(QChar symbol, const QRectF& box) {
     }
 }
 
+// The outline is made of the screen's pixels, so that its straight edges are crisp at every scale.
 void draw_symbol(QPainter& painter, QChar symbol, const QRectF& box, const QColor& colour) {
+    const QTransform to_screen = painter.deviceTransform();
+    const QRectF on_screen = to_screen.mapRect(box).toRect();
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(symbol_path(symbol, box), colour);
+    painter.fillPath(to_screen.inverted().map(symbol_path(symbol, on_screen)), colour);
     painter.restore();
 }
 

@@ -1,0 +1,394 @@
+#!/usr/bin/env python3
+"""Draws the design sheet and holds it against pictures of the real windows, pixel by pixel and with no tolerance, at
+several scales of the desktop. Only where a text or a symbol stands may pixels differ from the drawing, and there their
+colours must lie between those of the ground and of the ink. Usage: look_test.py WALKTHROUGH INSPECT SAMPLES
+DESKTOP_TESTS [TEST...]"""
+import functools
+import math
+import os
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path[:0] = [HERE, os.path.join(HERE, "..", "tools"), os.path.join(HERE, "..", "outside")]
+import design  # noqa: E402
+from design import BLACK, DARK, FIELD, GLYPH, GROUND, LIGHT, MARKED, TEXT, WHITE  # noqa: E402
+from display import Display  # noqa: E402
+from walkthrough_test import WALKTHROUGH, bmp, decode, sprite_file, write  # noqa: E402
+
+DESKTOP_TESTS = sys.argv[4]
+
+SPRITE_COLOUR = (30, 180, 220)
+PICTURE_COLOUR = (250, 10, 20)
+PICTURE_SIZE = (200, 120)
+ALPHATEST = 3
+
+# The window layer draws the cursor of a text as the opposite of what lies behind it.
+CURSOR = tuple(255 - channel for channel in FIELD)
+
+# What a desktop may say of colours, letters and style.
+DARK_DESKTOP = """[General]
+font=DejaVu Serif,20,-1,5,50,0,0,0,0,0
+[Colors:Window]
+BackgroundNormal=20,0,0
+ForegroundNormal=255,0,0
+[Colors:View]
+BackgroundNormal=30,0,0
+BackgroundAlternate=0,0,90
+ForegroundNormal=255,0,0
+[Colors:Button]
+BackgroundNormal=0,0,60
+ForegroundNormal=255,255,0
+[Colors:Selection]
+BackgroundNormal=255,0,255
+ForegroundNormal=0,255,0
+[KDE]
+widgetStyle=Windows
+"""
+
+
+def distance(colour, other):
+    return max(abs(a - b) for a, b in zip(colour, other))
+
+
+class Sheet:
+    """A window as designed, drawn at a scale. A place is rounded to the nearest whole pixel of the screen, a half up;
+    a line is as many of them thick as fit into one pixel of the design, and lies along the outline of its control."""
+
+    def __init__(self, window, scale, found):
+        self.scale, self.found = scale, found
+        self.width, self.height = (self.at(side) for side in window.size)
+        self.thick = math.floor(scale)
+        self.pixels = [bytearray(bytes(GROUND) * self.width) for _ in range(self.height)]
+        self.faults = []
+        if window.title is not None:
+            self.draw_panel(window)
+        for one in window.controls:
+            self.draw(one, 0, 0)
+
+    def at(self, place):
+        return math.floor(place * self.scale + 0.5)
+
+    def fill_pixels(self, left, top, right, bottom, colour):
+        for row in self.pixels[top:bottom]:
+            row[3 * left:3 * right] = bytes(colour) * (right - left)
+
+    def fill(self, place, colour):
+        left, top, width, height = place
+        self.fill_pixels(self.at(left), self.at(top), self.at(left + width), self.at(top + height), colour)
+
+    def edges(self, place, top_left, bottom_right, top_left_in_front=False):
+        left, top, right, bottom = (self.at(place[0]), self.at(place[1]), self.at(place[0] + place[2]),
+                                    self.at(place[1] + place[3]))
+        thick = self.thick
+
+        def light():
+            self.fill_pixels(left, top, right, top + thick, top_left)
+            self.fill_pixels(left, top, left + thick, bottom, top_left)
+
+        def shadow():
+            self.fill_pixels(right - thick, top, right, bottom, bottom_right)
+            self.fill_pixels(left + thick, bottom - thick, right, bottom, bottom_right)
+
+        for draw in (shadow, light) if top_left_in_front else (light, shadow):
+            draw()
+
+    def take(self, name, place, ground, *inks, others=(), left_end=False):
+        """Leaves a place to a text or symbol that has every one of these inks, and may have the others. Its left end
+        may be asked for."""
+        left, top, right, bottom = (self.at(place[0]), self.at(place[1]), self.at(place[0] + place[2]),
+                                    self.at(place[1] + place[3]))
+        rows = [self.found.row(y)[3 * left:3 * right] for y in range(top, bottom)]
+        for row, drawn in zip(rows, self.pixels[top:bottom]):
+            drawn[3 * left:3 * right] = row
+        columns = [{row[i:i + 3] for row in rows} for i in range(0, 3 * (right - left), 3)]
+        colours = set().union(*columns)
+        ranges = [(min(channel), max(channel)) for channel in zip(ground, *inks, *others)]
+        for colour in colours:
+            if any(not low <= value <= high for value, (low, high) in zip(colour, ranges)) and colour != bytes(CURSOR):
+                self.faults.append(f"{name} has {tuple(colour)}, not between {ground} and {(*inks, *others)}")
+                break
+        for ink in inks:
+            # Thin strokes are grey at their sides; the middle of one comes near the ink.
+            if min(distance(colour, ink) for colour in colours) > distance(ground, ink) / 4:
+                self.faults.append(f"{name} has nothing in {ink}")
+        inked = [x for x, column in enumerate(columns) if column != {bytes(ground)}]
+        if left_end and inked and inked[0] > 2 * self.scale:
+            self.faults.append(f"{name} begins {inked[0]} pixels from its left")
+        return inked, right - left
+
+    # Controls.
+
+    def draw_panel(self, window):
+        width, height = window.size
+        self.fill((0, 0, width, height), GROUND)
+        if window.close_box:
+            self.edges((width - 26, 8, 18, 18), LIGHT, DARK, top_left_in_front=True)
+            self.take("close box", (width - 26 + 2, 8 + 2, 14, 14), GROUND, GLYPH)
+        self.edges((0, 0, width, height), LIGHT, DARK)
+        self.take("icon", (9, 10, 16, 16), GROUND, DARK, WHITE)
+        self.take("title", (30, 9, width - 55, 18), GROUND, WHITE, BLACK, left_end=True)
+
+    def draw(self, one, left, top):
+        place = (left + one.place[0], top + one.place[1], one.place[2], one.place[3])
+        getattr(self, "draw_" + one.kind)(one.name, place, **one.look)
+        for part in one.parts:
+            self.draw(part, place[0], place[1])
+
+    def draw_frame(self, _name, place):
+        self.fill(place, FIELD)
+        self.edges(place, DARK, LIGHT)
+
+    def draw_button(self, name, place, text):
+        left, top, width, height = place
+        self.fill(place, GROUND)
+        self.edges(place, LIGHT, DARK)
+        inked, room = self.take(name, (left + 2, top + 2, width - 4, height - 4), GROUND, text)
+        if inked and abs(inked[0] - (room - 1 - inked[-1])) > 3 * self.scale:
+            self.faults.append(f"{name} is not centred: {inked[0]} and {room - 1 - inked[-1]} pixels beside it")
+
+    def draw_label(self, name, place, text, ground, words):
+        self.fill(place, ground)
+        if words:
+            self.take(name, place, ground, text, left_end=True)
+
+    draw_speed = functools.partialmethod(draw_label, words=True)
+
+    def draw_field(self, name, place, words):
+        left, top, width, height = place
+        self.fill(place, FIELD)
+        self.edges(place, DARK, LIGHT)
+        self.take(name, (left + 4, top + 2, width - 8, height - 4), FIELD, *[TEXT] * words, left_end=True)
+
+    def draw_combo(self, name, place, thin):
+        left, top, width, height = place
+        self.fill(place, FIELD)
+        self.edges(place, DARK, LIGHT)
+        words = (left + 3, top + 1, width - 3 - 20, height - 2)
+        self.take(name, words, FIELD, *[TEXT] * (not thin), others=(TEXT,), left_end=True)
+        self.take(name + "'s arrow", (left + width - 20, top + 2, 18, height - 4), FIELD, LIGHT)
+
+    def draw_lines(self, name, place):
+        left, top, width, height = place
+        self.fill(place, FIELD)
+        self.edges(place, DARK, LIGHT)
+        self.take(name, (left + 1, top + 1, width - 2, height - 2), FIELD, others=(TEXT, MARKED, BLACK))
+
+    def draw_check(self, name, place, on, ground):
+        left, top, width, height = place
+        box = (left, top + 3, 12, 12)
+        self.fill(place, ground)
+        self.fill(box, FIELD)
+        self.edges(box, DARK, GLYPH)
+        if on:
+            self.take(name + "'s mark", (left + 1, top + 4, 10, 10), FIELD, MARKED)
+        self.take(name, (left + 19, top, width - 19, height), ground, MARKED if on else TEXT, left_end=True)
+
+    def draw_radio(self, name, place, on, ground, text):
+        left, top, width, height = place
+        self.fill(place, ground)
+        # The circle has its middle in pixel (9, 9) and a radius of 6, its line of one pixel lies on it.
+        across, room = self.take(name + "'s circle", (left + 2, top + 2, 15, 15), ground, FIELD,
+                                 *[MARKED] * on, others=(LIGHT, DARK))
+        beside = (across[0], room - 1 - across[-1])
+        uneven = abs(beside[0] - beside[1]) > math.ceil(self.scale % 1)
+        if uneven or not self.thick <= beside[0] <= math.ceil(self.scale):
+            self.faults.append(f"{name}'s circle is {beside} pixels from its ends")
+        self.fill((left + 8, top + 8, 3, 3), MARKED if on else FIELD)
+        # A letter may lean out of its place by less than a pixel.
+        self.take(name, (left + 27, top, width - 27, height), ground, text, left_end=True)
+
+    def draw_progress(self, name, place):
+        left, top, width, height = place
+        self.fill(place, FIELD)
+        self.edges(place, DARK, LIGHT)
+        cells = width // 12
+        blocks = [(left + cell * 12 + 4, top + 4, 8, 16) for cell in range(cells)]
+        filled = [self.found.colour(self.at(block[0]), self.at(block[1])) == MARKED for block in blocks]
+        if not 0 < sum(filled) < cells or filled != sorted(filled, reverse=True):
+            self.faults.append(f"{name} has the blocks {filled}")
+        for block in blocks[:sum(filled)]:
+            self.fill(block, MARKED)
+
+    def draw_symbol(self, name, place, colour, ground):
+        left, top, side, _ = place
+        self.fill(place, ground)
+        self.take(name, (left + 1, top + 1, side - 2, side - 2), ground, colour)
+
+    def draw_picture(self, name, place, colour):
+        if colour is None:
+            self.take(name, place, BLACK, others=(WHITE,))
+        else:
+            self.fill(place, colour)
+
+
+class Found:
+    """A picture of a window as it really looks."""
+
+    def __init__(self, path):
+        self.width, self.height, self.data = decode(path)[0]
+
+    def row(self, y):
+        return self.data[3 * self.width * y:3 * self.width * (y + 1)]
+
+    def colour(self, x, y):
+        return tuple(self.row(y)[3 * x:3 * x + 3])
+
+
+def difference(sheet, found):
+    """In words; None where there is none."""
+    if (sheet.width, sheet.height) != (found.width, found.height):
+        return f"{found.width} by {found.height} pixels and not {sheet.width} by {sheet.height}"
+    if sheet.faults:
+        return "; ".join(sheet.faults)
+    for y in range(found.height):
+        if bytes(sheet.pixels[y]) != found.row(y):
+            x = next(x for x in range(found.width) if sheet.pixels[y][3 * x:3 * x + 3] != found.row(y)[3 * x:3 * x + 3])
+            return (f"pixel {x}, {y} is {found.colour(x, y)} and not {tuple(sheet.pixels[y][3 * x:3 * x + 3])} "
+                    f"({x / sheet.scale:g}, {y / sheet.scale:g} of the design)")
+    return None
+
+
+def take_pictures(folder, environment):
+    """The pictures of walks through all windows, by name; the first of each."""
+    def path(*parts):
+        return os.path.join(folder, *parts)
+
+    for name in ("pictures", "out", "whole", "import", "new"):
+        os.mkdir(path(name))
+    for name in ("a.bmp", "b.bmp", "c.bmp"):
+        write(path("pictures", name), bmp(*PICTURE_SIZE, [PICTURE_COLOUR] * (PICTURE_SIZE[0] * PICTURE_SIZE[1])))
+    sprite = sprite_file(256, 256, [bytes(65536)] * 2, palette=bytes(SPRITE_COLOUR) * 256)
+    write(path("made.spr"), sprite[:12] + struct.pack("<i", ALPHATEST) + sprite[16:])
+    found = {}
+    for walk, arguments in (("whole", ["--open", "made.spr", "--export", "out", "--format", "tga"]),
+                            ("import", ["--open", "made.spr", "--pictures", "pictures", "--pick", "3,3"]),
+                            ("new", [])):
+        subprocess.run([WALKTHROUGH, *arguments, "--screenshots", path(walk)], cwd=folder, env=environment,
+                       stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=120,
+                       check=True)
+        for file in sorted(os.listdir(path(walk))):
+            found.setdefault(file[3:-4], path(walk, file))
+    return found
+
+
+SIZE_QUESTION = (PICTURE_COLOUR, *PICTURE_SIZE)
+WINDOWS = {
+    "start": design.main_window(),
+    "opened": design.main_window(SPRITE_COLOUR),
+    "new": design.new_sprite(),
+    "extract": design.extract_frames(compression=False),
+    "extract_set": design.extract_frames(compression=True),
+    "folder": design.folder(),
+    "preview": design.preview(SPRITE_COLOUR, playing=False),
+    "preview_playing": design.preview(SPRITE_COLOUR, playing=True),
+    "add_frames": design.add_frames(),
+    "add_frames_selected": design.add_frames(SIZE_QUESTION, transparent=PICTURE_COLOUR),
+    "pick": design.add_frames(SIZE_QUESTION, armed=True, transparent=PICTURE_COLOUR),
+    "progress": design.job(),
+    "exit_picture": design.exit_picture(),
+}
+
+
+class LookTest(unittest.TestCase):
+    def setUp(self):
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.folder = holder.name
+
+    def make_folder(self, name):
+        folder = os.path.join(self.folder, name)
+        os.mkdir(folder)
+        return folder
+
+    def check_windows(self, scale, environment):
+        pictures = take_pictures(self.make_folder("walks"), {**environment, "QT_SCALE_FACTOR": f"{scale:g}"})
+        for name, window in WINDOWS.items():
+            with self.subTest(window=name):
+                found = Found(pictures[name])
+                self.assertIsNone(difference(Sheet(window, scale, found), found))
+
+
+class Scales(LookTest):
+    def test_the_windows_are_as_designed(self):
+        self.check_windows(1, os.environ)
+
+    def test_they_are_so_on_a_screen_of_one_and_a_half_times_the_pixels(self):
+        self.check_windows(1.5, os.environ)
+
+    def test_they_are_so_on_a_screen_of_twice_the_pixels(self):
+        self.check_windows(2, os.environ)
+
+
+class Desktop(LookTest):
+    def test_a_desktop_with_dark_colours_large_letters_and_another_style_changes_nothing(self):
+        display = Display(window_manager=False)
+        self.addCleanup(display.close)
+        with open(os.path.join(display.environment["XDG_CONFIG_HOME"], "kdeglobals"), "w", encoding="ascii") as file:
+            file.write(DARK_DESKTOP)
+        self.check_windows(1, {**display.environment, "QT_QPA_PLATFORM": "xcb", "QT_QPA_PLATFORMTHEME": "kde",
+                               "KDE_SESSION_VERSION": "5", "QT_STYLE_OVERRIDE": "windows"})
+
+
+class Fonts(LookTest):
+    """The families that stand in for the one that the windows were designed with, each as the only one there is."""
+
+    def only(self, family):
+        """Surroundings in which there are no fonts but the faces of one family."""
+        fonts = self.make_folder("fonts")
+        asked = subprocess.run(["fc-list", f":family={family}", "file"], stdout=subprocess.PIPE, check=True)
+        files = [line.rstrip(": ") for line in asked.stdout.decode().splitlines()]
+        self.assertTrue(files, f"{family} is not there; scripts/install-dependencies installs it")
+        for file in files:
+            if not (family == "DejaVu Sans" and os.path.basename(file).startswith("DejaVuSansCondensed")):
+                os.symlink(file, os.path.join(fonts, os.path.basename(file)))
+        path = os.path.join(self.folder, "fonts.conf")
+        with open(path, "w", encoding="ascii") as file:
+            file.write(f"<fontconfig><dir>{fonts}</dir><cachedir>{fonts}/cache</cachedir></fontconfig>")
+        return {**os.environ, "FONTCONFIG_FILE": path}
+
+    def check_family(self, family):
+        environment = self.only(family)
+        self.check_windows(1, environment)
+        done = subprocess.run([DESKTOP_TESTS, "--gtest_filter=LookFont.*:WindowsTest.EveryCaptionFitsItsControl"],
+                              env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, timeout=120,
+                              check=False)
+        words = done.stdout.decode()
+        self.assertEqual(done.returncode, 0, words)
+        self.assertIn("[  PASSED  ] 8 tests.", words)
+
+    def test_the_condensed_family(self):
+        self.check_family("DejaVu Sans Condensed")
+
+    def test_the_metric_twin_of_the_family_that_everybody_knows(self):
+        self.check_family("Liberation Sans")
+
+    def test_the_family_of_the_printers(self):
+        self.check_family("Nimbus Sans")
+
+    def test_the_widest_family(self):
+        self.check_family("DejaVu Sans")
+
+
+class Rules(unittest.TestCase):
+    """What holds for the sheet itself."""
+
+    def test_no_control_is_narrower_than_its_kind_may_be(self):
+        least = {"button": design.BUTTON_LEAST, "radio": design.RADIO_LEAST, "check": design.CHECK_LEAST,
+                 "progress": design.PROGRESS_LEAST, "combo": design.COMBO_LEAST}
+
+        def look_at(one):
+            self.assertGreaterEqual(one.place[2], least.get(one.kind, 0), one.name)
+            for part in one.parts:
+                look_at(part)
+
+        for window in WINDOWS.values():
+            for one in window.controls:
+                look_at(one)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[5:]])
