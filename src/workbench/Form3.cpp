@@ -45,7 +45,7 @@ void Form3::design() {
 void Form3::design_folder() {
     design::place_label(ellabel1, {10, 36, 200, design::text_height},
                         "Output Folder:", look::window_background);
-    design::place_field(eltexto1, {10, 58, 207, design::text_height}, QString(), tr("Output folder"));
+    design::place_field(eltexto1, {10, 58, 207, design::text_height}, QString(), tr("Output Folder"));
     design::place_button(elboton1, 221, 56, "...");
     elboton1.setAccessibleName(tr("Choose the output folder"));
 }
@@ -55,14 +55,14 @@ void Form3::design_format() {
     constexpr std::array formats{"Bmp", "Tga", "Pcx"};
     for (std::size_t i = 0; i < formats.size(); ++i) {
         design::place_mark(elradio1[i], {10, 107 + static_cast<int>(i) * design::row, 100, 19}, formats[i],
-                           look::window_background);
+                           look::window_background, tr("Format"));
     }
     elradio1[0].SetValue(true);
     design::place_edged(elframe1, choices_place);
     constexpr std::array depths{"8 bpp", "24 bpp"};
     for (std::size_t i = 0; i < depths.size(); ++i) {
         design::place_mark(elradio2[i], {8, 10 + static_cast<int>(i) * design::row, 110, 19}, depths[i],
-                           look::field_background);
+                           look::field_background, tr("Depth"));
     }
     elradio2[0].SetEnabled(false);
     elradio2[0].SetUncheckedColor(look::disabled_text);
@@ -80,7 +80,7 @@ void Form3::design_existing_files() {
     constexpr std::array lefts{10, 96, 182};
     for (std::size_t i = 0; i < choices.size(); ++i) {
         design::place_mark(elradio3[i], {lefts[i], 198, i == 2 ? 98 : 80, 19}, choices[i],
-                           look::window_background);
+                           look::window_background, tr("If File Exists Then"));
     }
     elradio3[1].SetValue(true);
 }
