@@ -157,11 +157,13 @@ TEST(Accessible, TheFieldsSpeakThroughWhatIsWithinThem) {
     text.setAccessibleName("Width");
     EXPECT_EQ(text.Text1().accessibleName(), "Width");
     EXPECT_EQ(interface_of(text).text(QAccessible::Name), "");
+    EXPECT_EQ(interface_of(text).role(), QAccessible::Client);
     EXPECT_EQ(interface_of(text.Text1()).role(), QAccessible::EditableText);
     elcombo combo("c", nullptr);
     combo.setAccessibleName("Type");
     EXPECT_EQ(combo.Combo1().accessibleName(), "Type");
     EXPECT_EQ(interface_of(combo).text(QAccessible::Name), "");
+    EXPECT_EQ(interface_of(combo).role(), QAccessible::Client);
     EXPECT_EQ(interface_of(combo.Combo1()).role(), QAccessible::ComboBox);
 }
 

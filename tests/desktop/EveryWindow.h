@@ -1,4 +1,5 @@
-// Every window of the editor, opened as its user opens it, in each of its states that have controls of their own.
+// Every window of the editor, opened as its user opens it, in each of its states that have controls of their
+// own.
 #pragma once
 
 #include <functional>

@@ -33,6 +33,8 @@ constexpr std::array descriptions{
     Description{"varnoth::elprogress", QAccessible::ProgressBar, nullptr, Action::None},
     Description{"varnoth::elframe", QAccessible::Grouping, nullptr, Action::None},
     Description{"varnoth::elline3d", QAccessible::Separator, nullptr, Action::None},
+    Description{"varnoth::eltexto", QAccessible::Client, nullptr, Action::None},
+    Description{"varnoth::elcombo", QAccessible::Client, nullptr, Action::None},
     Description{"varnoth::elpanel", QAccessible::Pane, "Title", Action::None},
 };
 
@@ -52,6 +54,9 @@ class AccessibleControl : public QAccessibleWidget {
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
         add_in_force(control_, state);
+        if (role() == QAccessible::Client) {
+            state.focused = false; // what speaks for the control has the keyboard
+        }
         if (role() == QAccessible::CheckBox || role() == QAccessible::RadioButton) {
             state.checkable = true;
             state.checked = control_.property("Value").toBool();

@@ -1,5 +1,5 @@
-// A control that stays in force until another one, or a second click, ends it: Stop or Play, an armed picker. The
-// eye knows it by the colour of its text, a screen reader by its state.
+// A control that stays in force until another one, or a second click, ends it: Stop or Play, an armed picker.
+// The eye knows it by the colour of its text, a screen reader by its state.
 #pragma once
 
 #include <QAccessible>
