@@ -1,13 +1,19 @@
 // What assistive technology sees of every window, walked as it walks it.
+#include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <sstream>
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
+#include <QApplication>
+#include <QMessageBox>
 #include <QMetaEnum>
-#include <QTest>
+#include <QTimer>
 
 #include "desktop/EveryWindow.h"
+#include "platform/qt/QtMessageBoxes.h"
 
 namespace varnoth {
 namespace {
@@ -87,12 +93,91 @@ std::string spoken(QWidget& window) {
     return lines.str();
 }
 
+/// The control that a label with a colon stands before: on its row to the right, else right below it.
+QWidget* labelled_by(const ellabel& label) {
+    QWidget* const holder = label.parentWidget();
+    const QRect place = label.geometry();
+    const QPoint beside(place.right() + 12, place.center().y());
+    const QPoint below(place.left() + 4, place.bottom() + 12);
+    for (const QPoint& point : {beside, below}) {
+        QWidget* found = holder->childAt(point);
+        while (found != nullptr && found->focusPolicy() == Qt::NoFocus && found != holder &&
+               qobject_cast<PictureBox*>(found) == nullptr) {
+            found = found->parentWidget();
+        }
+        if (found != nullptr && found != holder && holder->isAncestorOf(found)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
 class AccessibleTreeTest : public EveryWindowTest {};
 
-TEST_F(AccessibleTreeTest, Dump) {
+// The file has the whole tree of every window. After a change on purpose, it takes what this test prints.
+TEST_F(AccessibleTreeTest, OfEveryWindowIsAsWrittenDown) {
+    std::ostringstream trees;
     in_every_window([&](const std::string& state, Form& window) {
-        std::cout << "== " << state << "\n" << spoken(window);
+        trees << "# " << state << '\n' << spoken(window) << '\n';
     });
+    std::ifstream file(VARNOTH_SOURCE_DIR "/tests/desktop/accessible_trees.txt");
+    const std::string written((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(trees.str(), written) << trees.str();
+}
+
+TEST_F(AccessibleTreeTest, NamesEveryControlAndNoTwoAlike) {
+    in_every_window([&](const std::string& state, Form& window) {
+        std::set<std::string> said;
+        walk(tree_of(window), [&](QAccessibleInterface& interface, int /*depth*/) {
+            const std::string name = name_of(interface);
+            if (is_plain_container(interface)) {
+                EXPECT_EQ(name, "") << state;
+                EXPECT_FALSE(interface.state().focusable || interface.state().focused) << state;
+                EXPECT_TRUE(interface.actionInterface()->actionNames().isEmpty()) << state;
+            } else if (interface.role() != QAccessible::StaticText) {
+                EXPECT_NE(name, "") << state << " " << role_name(interface.role());
+                EXPECT_TRUE(said.insert(role_name(interface.role()) + " " + name).second)
+                    << state << ": twice " << name;
+            }
+        });
+    });
+}
+
+TEST_F(AccessibleTreeTest, ALabelNamesTheControlThatItStandsBefore) {
+    std::set<std::string> labels;
+    in_every_window([&](const std::string& state, Form& window) {
+        for (const ellabel* label : window.findChildren<ellabel*>()) {
+            const QString caption = label->Caption();
+            QWidget* const control = labelled_by(*label);
+            if (label->isVisible() && caption.endsWith(u':') && control != nullptr) {
+                labels.insert(text(caption));
+                EXPECT_TRUE(tree_of(*control).text(QAccessible::Name).startsWith(caption.chopped(1)))
+                    << state << " " << text(caption);
+            }
+        }
+    });
+    EXPECT_EQ(labels,
+              (std::set<std::string>{"Name:", "Output Folder:", "Render:", "Select Extracting Folder:",
+                                     "Size:", "Transparent Color:", "Type:"}));
+}
+
+TEST_F(AccessibleTreeTest, AMessageBoxIsADialogWithItsTextAndItsButtons) {
+    std::vector<std::string> seen;
+    QTimer::singleShot(0, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        walk(tree_of(*box), [&](QAccessibleInterface& interface, int /*depth*/) {
+            seen.push_back(role_name(interface.role()) + " " + name_of(interface));
+        });
+        box->reject();
+    });
+    EXPECT_FALSE(QtMessageBoxes().ask("File a.bmp Already Exists. Overwrite?"));
+    for (const char* expected :
+         {"AlertMessage Varnoth 1.0", "StaticText File a.bmp Already Exists. Overwrite?", "Button Yes",
+          "Button No"}) {
+        EXPECT_EQ(std::ranges::count(seen, expected), 1)
+            << expected << " in " << testing::PrintToString(seen);
+    }
 }
 
 } // namespace

@@ -1,4 +1,6 @@
 // The way of the Tab key through every window.
+#include <map>
+
 #include <QApplication>
 #include <QTest>
 #include <QWindow>
@@ -108,7 +110,8 @@ TEST_F(TabOrderTest, ReachesNothingWhereNothingTakesTheKeyboard) {
                 << state << " " << text(widget->objectName());
         }
         press(window, Qt::Key_Tab);
-        EXPECT_FALSE(window.isAncestorOf(QApplication::focusWidget())) << state;
+        const QWidget* widget = QApplication::focusWidget();
+        EXPECT_TRUE(widget == nullptr || widget == &window) << state;
     });
     EXPECT_EQ(windows, (std::vector<std::string>{"preview, stopped", "preview, playing", "progress",
                                                  "progress, aborting", "exit picture"}));
