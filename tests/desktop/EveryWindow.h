@@ -5,10 +5,8 @@
 #include <functional>
 #include <string>
 
-#include <QAccessible>
-#include <QApplication>
-
 #include "desktop/EditorTest.h"
+#include "desktop/accessibility_on.h"
 #include "support/PictureFolder.h"
 #include "workbench/Form9.h"
 
@@ -18,7 +16,7 @@ class EveryWindowTest : public EditorTest {
   protected:
     using Look = std::function<void(const std::string& state, Form& window)>;
 
-    EveryWindowTest() { QAccessible::setActive(true); }
+    EveryWindowTest() { switch_accessibility_on(); }
 
     /// Shows one window after the other to `look`, each with the name of its state. What was opened is closed
     /// again.

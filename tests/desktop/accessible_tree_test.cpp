@@ -74,10 +74,12 @@ std::string states_of(QAccessibleInterface& interface) {
     if (QAccessibleValueInterface* value = interface.valueInterface()) {
         states += " " + value->currentValue().toString().toStdString() + " of " +
                   value->maximumValue().toString().toStdString();
-    } else if (interface.role() != QAccessible::List && !interface.text(QAccessible::Value).isEmpty()) {
+    } else if (interface.role() == QAccessible::EditableText &&
+               !interface.text(QAccessible::Value).contains(u'/')) {
         states += " = " + interface.text(QAccessible::Value).toStdString();
     }
-    return states;
+    const QString description = interface.text(QAccessible::Description);
+    return states + (description.isEmpty() ? "" : " (" + description.toStdString() + ")");
 }
 
 /// What a screen reader can say: one line for each object, its role, name and states.
@@ -86,8 +88,11 @@ std::string spoken(QWidget& window) {
     walk(tree_of(window), [&](QAccessibleInterface& interface, int depth) {
         const bool says_nothing = name_of(interface).empty() && interface.role() == QAccessible::StaticText;
         if (!is_plain_container(interface) && !says_nothing) {
+            // Drives are different on every machine.
+            const std::string name =
+                name_of(interface).starts_with("Drives: ") ? "Drives: ..." : name_of(interface);
             lines << std::string(static_cast<std::size_t>(depth), ' ') << role_name(interface.role()) << " \""
-                  << name_of(interface) << '"' << states_of(interface) << '\n';
+                  << name << '"' << states_of(interface) << '\n';
         }
     });
     return lines.str();

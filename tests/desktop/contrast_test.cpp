@@ -222,14 +222,15 @@ class Texts {
 /// Why a text may have less; the colours of the look are given, and nothing here may change them.
 std::string reason_for(const std::string& kind) {
     if (kind.find("disabled") != std::string::npos || kind.find("grey") != std::string::npos) {
-        return "grey says that it is disabled";
+        return "given; grey says that it is disabled";
     }
     static const std::map<std::string, std::string> reasons{
-        {"Button, armed", "the colour says that it is armed; its state says so too"},
-        {"Close box", "the glyph is quiet on purpose; its name is read"},
-        {"Radio button, chosen", "the colour says that it is chosen; the dot and its state say so too"},
-        {"Stop or Play, in force", "the colour says which is in force; its state says so too"},
-        {"Stop or Play, not in force", "the colour says which is in force; its state says so too"},
+        {"Button, armed", "given; says that it is armed, as its state does"},
+        {"Close box", "a glyph, given; its name is read"},
+        {"Drop-down arrow", "a glyph, of which 3 is asked"},
+        {"Radio button, chosen", "given; says that it is chosen, as the dot does"},
+        {"Stop or Play, in force", "given; says which is in force, as the state does"},
+        {"Stop or Play, not in force", "given; says which is in force, as the state does"},
     };
     const auto found = reasons.find(kind);
     return found == reasons.end() ? "" : found->second;
