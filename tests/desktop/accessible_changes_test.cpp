@@ -212,6 +212,7 @@ TEST_F(AccessibleChangesTest, ThePickerTellsWhetherItIsArmedAndThePictureItsColo
     EXPECT_EQ(tree_of(dialog.Picture2).text(QAccessible::Description), "Red 10, green 20, blue 30");
     EXPECT_EQ(Told::count(QAccessible::DescriptionChanged, dialog.Picture2), 1);
     EXPECT_EQ(tree_of(dialog.Picture1).text(QAccessible::Description), "8 x 6 pixels");
+    EXPECT_EQ(Told::count(QAccessible::DescriptionChanged, dialog.Picture1), 1);
     EXPECT_EQ(tree_of(dialog.Picture1).imageInterface()->imageSize(), QSize(8, 6));
     click(dialog.elboton1);
     EXPECT_TRUE(state_of(dialog.elboton1).checked);

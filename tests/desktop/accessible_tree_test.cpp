@@ -102,7 +102,7 @@ std::string spoken(QWidget& window) {
 QWidget* labelled_by(const ellabel& label) {
     QWidget* const holder = label.parentWidget();
     const QRect place = label.geometry();
-    const QPoint beside(place.right() + 12, place.center().y());
+    const QPoint beside(place.right() + 16, place.center().y());
     const QPoint below(place.left() + 4, place.bottom() + 12);
     for (const QPoint& point : {beside, below}) {
         QWidget* found = holder->childAt(point);

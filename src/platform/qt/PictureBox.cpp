@@ -123,7 +123,12 @@ bool PictureBox::hears_double_clicks() const {
 }
 
 void PictureBox::follow_surface() {
+    const QSize before = size();
     resize(round_to_even<int>(surface_.Width()), round_to_even<int>(surface_.Height()));
+    if (size() != before) {
+        QAccessibleEvent event(this, QAccessible::DescriptionChanged); // which tells the size
+        QAccessible::updateAccessibility(&event);
+    }
     update();
 }
 
