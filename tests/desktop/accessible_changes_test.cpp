@@ -282,6 +282,7 @@ TEST_F(AccessibleChangesTest, ADropDownListOpensAndClosesByItsAction) {
     type.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(type.state().expanded);
     EXPECT_TRUE(list.view()->isVisible());
+    EXPECT_EQ(type.child(0)->text(QAccessible::Name), "Type");
     type.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_FALSE(type.state().expanded);
 }

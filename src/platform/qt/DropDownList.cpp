@@ -142,6 +142,11 @@ void DropDownList::set_bare(bool bare) {
     update();
 }
 
+void DropDownList::showPopup() {
+    view()->setAccessibleName(accessibleName());
+    QComboBox::showPopup();
+}
+
 void DropDownList::paintEvent(QPaintEvent* /*event*/) {
     at_paint_edge([&] {
         QPainter painter(this);

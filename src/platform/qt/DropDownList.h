@@ -36,6 +36,8 @@ class DropDownList : public QComboBox {
     /// Draws no edge and no arrow of its own: whoever holds it draws them over it.
     void set_bare(bool bare);
 
+    void showPopup() override;
+
   signals:
     /// The user chose a line, also the one that was chosen already, or SetListIndex was called.
     void Click();
