@@ -36,6 +36,7 @@ class DropDownList : public QComboBox {
     /// Draws no edge and no arrow of its own: whoever holds it draws them over it.
     void set_bare(bool bare);
 
+    /// Opens the list, under the name that the field has for a screen reader.
     void showPopup() override;
 
   signals:
