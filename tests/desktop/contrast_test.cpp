@@ -1,5 +1,5 @@
 // The contrast of every text with what it really stands on, held to the table of docs/access.md.
-#include <array>
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <iomanip>
@@ -40,7 +40,7 @@ double luminance(QRgb colour) {
 }
 
 double contrast(QRgb one, QRgb other) {
-    const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
