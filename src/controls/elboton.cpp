@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "controls/parts/accessible.h"
 #include "platform/qt/look.h"
 
 namespace varnoth {
@@ -56,6 +57,9 @@ void elboton::SetCaption(const QString& caption) {
     label_.SetCaption(caption);
     shadow1_.SetCaption(caption);
     layout_step();
+    if (!reading()) {
+        tell_name_changed(*this);
+    }
     changed("Caption");
 }
 

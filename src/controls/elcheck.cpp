@@ -96,6 +96,9 @@ void elcheck::SetCaption(const QString& caption) {
     label2_.SetCaption(caption);
     shadow1_.SetCaption(caption);
     layout_step();
+    if (!reading()) {
+        tell_name_changed(*this);
+    }
     changed("Caption");
 }
 

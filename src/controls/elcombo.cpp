@@ -169,7 +169,6 @@ void elcombo::set_normal_state() {
 }
 
 void elcombo::setAccessibleName(const QString& name) {
-    SkinnedControl::setAccessibleName(name);
     combo1_.setAccessibleName(name);
 }
 

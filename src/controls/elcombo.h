@@ -82,7 +82,7 @@ class elcombo final : public SkinnedControl {
     void set_over_state();
     void set_normal_state();
 
-    /// What a screen reader says: the list speaks for the control.
+    /// What a screen reader says: the list speaks for the control, which is not named twice.
     void setAccessibleName(const QString& name);
 
     DropDownList& Combo1() { return combo1_; }

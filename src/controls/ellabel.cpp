@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "controls/parts/accessible.h"
 #include "platform/qt/look.h"
 
 namespace varnoth {
@@ -44,6 +45,9 @@ void ellabel::SetCaption(const QString& caption) {
     label2_.SetCaption(caption);
     shadow1_.SetCaption(caption);
     layout_step();
+    if (!reading()) {
+        tell_name_changed(*this);
+    }
     changed("Caption");
 }
 

@@ -114,6 +114,9 @@ void elradio::SetCaption(const QString& caption) {
     label1_.SetCaption(caption);
     shadow1_.SetCaption(caption);
     layout_step();
+    if (!reading()) {
+        tell_name_changed(*this);
+    }
     changed("Caption");
 }
 

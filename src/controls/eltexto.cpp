@@ -134,7 +134,6 @@ void eltexto::SetText(const QString& text) {
 }
 
 void eltexto::setAccessibleName(const QString& name) {
-    SkinnedControl::setAccessibleName(name);
     text1_.setAccessibleName(name);
 }
 

@@ -37,7 +37,7 @@ class eltexto final : public ForwardingControl {
 
     void SetText(const QString& text);
 
-    /// What a screen reader says: the edit field speaks for the control.
+    /// What a screen reader says: the edit field speaks for the control, which is not named twice.
     void setAccessibleName(const QString& name);
 
     QLineEdit& Text1() { return text1_; }

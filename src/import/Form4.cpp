@@ -3,6 +3,7 @@
 #include "base/numbers.h"
 #include "import/PictureSelection.h"
 #include "platform/qt/event_edge.h"
+#include "platform/qt/in_force.h"
 #include "workbench/Form1.h"
 #include "workbench/FormParts.h"
 
@@ -151,7 +152,8 @@ void Form4::design_sizes() {
     ellabel6.hide();
     constexpr std::array choices{"Set Sprite To 256x256", "Resize Pictures To 256x256"};
     for (std::size_t i = 0; i < choices.size(); ++i) {
-        design::place_mark(elradio1[i], {10, line(3 + static_cast<int>(i)), 247, 19}, choices[i], ground);
+        design::place_mark(elradio1[i], {10, line(3 + static_cast<int>(i)), 247, 19}, choices[i], ground,
+                           tr("Sizes Dont Match"));
         elradio1[i].SetEnabled(false);
         elradio1[i].hide();
     }
@@ -159,7 +161,9 @@ void Form4::design_sizes() {
     design::place_label(ellabel1, {10, line(5) + 9, 122, design::text_height}, "Transparent Color:", ground);
     ellabel1.SetForeColor(look::disabled_text);
     Picture2.move(144, line(5) + 7);
-    Picture2.setAccessibleName(tr("Transparent color"));
+    Picture2.raise(); // read after its caption
+    Picture2.setAccessibleName(tr("Transparent Color"));
+    show_transparent(Picture2.surface().BackColor());
     design::place_button(elboton1, 201, line(5) + 7, "Pick");
     elboton1.setToolTip("Pick Transparent Color From Picture");
     disable_button(elboton1);
@@ -203,13 +207,13 @@ void Form4::click_file() {
     }
     // The top left pixel is the transparent colour until one is picked.
     if (!TransparentPicked && elboton1.Enabled()) {
-        Picture2.SetBackColor(Picture1.surface().Point(0, 0));
+        show_transparent(Picture1.surface().Point(0, 0));
     }
 }
 
 void Form4::enable_picker() {
     elboton1.SetEnabled(true);
-    elboton1.SetForeColor(idle_colour);
+    set_armed(false);
     ellabel1.SetForeColor(idle_colour);
 }
 
@@ -217,8 +221,19 @@ bool Form4::armed() const {
     return elboton1.ForeColor() == armed_colour;
 }
 
+void Form4::set_armed(bool armed) {
+    elboton1.SetForeColor(armed ? armed_colour : idle_colour);
+    set_in_force(elboton1, armed);
+}
+
 void Form4::click_pick() {
-    elboton1.SetForeColor(armed() ? idle_colour : armed_colour);
+    set_armed(!armed());
+}
+
+void Form4::show_transparent(Colour colour) {
+    Picture2.SetBackColor(colour);
+    Picture2.setAccessibleDescription(
+        tr("Red %1, green %2, blue %3").arg(red_of(colour)).arg(green_of(colour)).arg(blue_of(colour)));
 }
 
 void Form4::show_colour_under(const MouseArguments& mouse) {
@@ -228,7 +243,7 @@ void Form4::show_colour_under(const MouseArguments& mouse) {
     const Colour colour =
         Picture1.surface().Point(static_cast<std::int32_t>(mouse.x), static_cast<std::int32_t>(mouse.y));
     if (colour != no_colour) {
-        Picture2.SetBackColor(colour);
+        show_transparent(colour);
     }
 }
 
@@ -237,7 +252,7 @@ void Form4::take_colour_under(const MouseArguments& mouse) {
         return;
     }
     show_colour_under(mouse);
-    elboton1.SetForeColor(idle_colour);
+    set_armed(false);
     TransparentPicked = true;
 }
 

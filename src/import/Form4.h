@@ -85,6 +85,8 @@ class Form4 : public Form {
     void connect_browser();
     void connect_picker();
     bool armed() const;
+    void set_armed(bool armed);
+    void show_transparent(Colour colour);
     void click_file();
     void click_pick();
     void show_colour_under(const MouseArguments& mouse);

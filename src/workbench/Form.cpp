@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QCursor>
 #include <QGuiApplication>
@@ -12,6 +13,7 @@
 #include "base/numbers.h"
 #include "controls/elboton.h"
 #include "controls/elpanel.h"
+#include "platform/qt/accessible_factory.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/look.h"
 
@@ -29,10 +31,28 @@ bool clients_place_windows() {
     return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
+/// What a screen reader sees: a window, or a dialog that is to be ended before its opener goes on.
+class AccessibleForm : public QAccessibleWidget {
+  public:
+    explicit AccessibleForm(Form* form)
+        : QAccessibleWidget(form, is_dialog(*form) ? QAccessible::Dialog : QAccessible::Window) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.active = widget()->isActiveWindow();
+        state.modal = role() == QAccessible::Dialog;
+        return state;
+    }
+
+  private:
+    static bool is_dialog(const Form& form) { return form.windowType() == Qt::Dialog; }
+};
+
 } // namespace
 
 Form::Form(const QString& name, const QString& title, Kind kind, int width, int height)
     : QWidget(nullptr, flags_of(kind)) {
+    describe_to_screen_readers<Form, AccessibleForm>();
     setObjectName(name);
     setWindowTitle(title);
     setAccessibleName(title);

@@ -38,21 +38,26 @@ void Form2::design() {
     constexpr int size_width = 79;
     constexpr std::array tops{35, 63, 91, 119};
     constexpr std::array captions{"Name:", "Size:", "Type:", "Render:"};
-    for (std::size_t i = 0; i < tops.size(); ++i) {
-        design::place_label(ellabel1[i],
-                            {design::margin, tops[i], field_left - design::margin, design::text_height},
-                            captions[i], look::window_background);
-    }
+    const auto place_caption = [&](std::size_t row) {
+        design::place_label(ellabel1[row],
+                            {design::margin, tops[row], field_left - design::margin, design::text_height},
+                            captions[row], look::window_background);
+    };
+    place_caption(0);
     design::place_field(eltexto1, {field_left, tops[0], field_width, design::text_height}, "Untitled",
                         tr("Name"));
-    design::place_field(eltexto2, {field_left, tops[1], size_width, design::text_height}, "32", tr("Width"));
+    place_caption(1);
+    design::place_field(eltexto2, {field_left, tops[1], size_width, design::text_height}, "32",
+                        tr("Size, width"));
     design::place_label(ellabel1[4], {field_left + size_width + 4, tops[1], 8, design::text_height}, "x",
                         look::window_background);
     design::place_field(eltexto3,
                         {field_left + field_width - size_width, tops[1], size_width, design::text_height},
-                        "32", tr("Height"));
+                        "32", tr("Size, height"));
+    place_caption(2);
     design::place_edged(elcombo1, {field_left, tops[2], field_width, design::text_height});
     elcombo1.setAccessibleName(tr("Type"));
+    place_caption(3);
     design::place_edged(elcombo2, {field_left, tops[3], field_width, design::text_height});
     elcombo2.setAccessibleName(tr("Render"));
     constexpr int buttons_top = 186 - design::margin - design::button_height;

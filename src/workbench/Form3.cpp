@@ -46,7 +46,7 @@ void Form3::design_folder() {
     design::place_label(ellabel1, {design::margin, design::below_title, 200, design::text_height},
                         "Output Folder:", look::window_background);
     design::place_field(eltexto1, {design::margin, 57, 213, design::text_height}, QString(),
-                        tr("Output folder"));
+                        tr("Output Folder"));
     design::place_button(elboton1, 224, 55, "...");
     elboton1.setAccessibleName(tr("Choose the output folder"));
 }
@@ -57,14 +57,14 @@ void Form3::design_format() {
     constexpr std::array formats{"Bmp", "Tga", "Pcx"};
     for (std::size_t i = 0; i < formats.size(); ++i) {
         design::place_mark(elradio1[i], {design::margin, 106 + static_cast<int>(i) * design::row, 100, 19},
-                           formats[i], look::window_background);
+                           formats[i], look::window_background, tr("Format"));
     }
     elradio1[0].SetValue(true);
     design::place_edged(elframe1, choices_place);
     constexpr std::array depths{"8 bpp", "24 bpp"};
     for (std::size_t i = 0; i < depths.size(); ++i) {
         design::place_mark(elradio2[i], {8, 10 + static_cast<int>(i) * design::row, 110, 19}, depths[i],
-                           look::field_background);
+                           look::field_background, tr("Depth"));
     }
     elradio2[0].SetEnabled(false);
     elradio2[0].SetUncheckedColor(look::disabled_text);
@@ -82,7 +82,7 @@ void Form3::design_existing_files() {
     constexpr std::array lefts{design::margin, 93, 179};
     for (std::size_t i = 0; i < choices.size(); ++i) {
         design::place_mark(elradio3[i], {lefts[i], 197, i == 2 ? 101 : 80, 19}, choices[i],
-                           look::window_background);
+                           look::window_background, tr("If File Exists Then"));
     }
     elradio3[1].SetValue(true);
 }

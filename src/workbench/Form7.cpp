@@ -1,6 +1,7 @@
 #include "workbench/Form7.h"
 
 #include "platform/qt/event_edge.h"
+#include "platform/qt/in_force.h"
 #include "workbench/Form1.h"
 #include "workbench/FormParts.h"
 
@@ -44,21 +45,25 @@ void Form7::design() {
     Label4.setGeometry(161, top, side, side);
     Label3.setGeometry(185, top, side, side);
     Label5.setGeometry(213, top, 56, side);
-    Label1.SetForeColor(look::highlight);
-    Label2.SetForeColor(look::black);
+    show_in_force(Label1, Label2);
     Label3.SetForeColor(look::light_text);
     Label4.SetForeColor(look::light_text);
 }
 
+void Form7::show_in_force(Label& one, Label& other) {
+    other.SetForeColor(look::black);
+    one.SetForeColor(look::highlight);
+    set_in_force(other, false);
+    set_in_force(one, true);
+}
+
 void Form7::Stop() {
-    Label2.SetForeColor(look::black);
-    Label1.SetForeColor(look::highlight);
+    show_in_force(Label1, Label2);
     Timer1.stop();
 }
 
 void Form7::Play() {
-    Label1.SetForeColor(look::black);
-    Label2.SetForeColor(look::highlight);
+    show_in_force(Label2, Label1);
     Timer1.start();
 }
 

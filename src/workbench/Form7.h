@@ -36,6 +36,7 @@ class Form7 : public Form {
 
   private:
     void design();
+    static void show_in_force(Label& one, Label& other);
     void Stop();
     void Play();
     void show_speed();

@@ -18,11 +18,19 @@ inline constexpr int text_height = 20;
 inline constexpr int button_width = 56;
 inline constexpr int button_height = 24;
 
+/// Places a control and raises it, so that a screen reader walks the controls in the order in which they are
+/// placed: as they are read.
+template <typename Control>
+void place_next(Control& control, const QRect& place) {
+    control.setGeometry(place);
+    control.raise();
+}
+
 /// Places a control that has edges, and gives it the dark edge that all forms have.
 template <typename Control>
 void place_edged(Control& control, const QRect& place) {
     control.SetColor3DDark(look::edge_dark);
-    control.setGeometry(place);
+    place_next(control, place);
 }
 
 /// A button of the one size, its caption in the middle.
@@ -37,16 +45,18 @@ void place_button(Button& button, int left, int top, const QString& caption) {
 template <typename Label>
 void place_label(Label& label, const QRect& place, const QString& caption, Colour background) {
     label.SetBackColor(background);
-    label.setGeometry(place);
+    place_next(label, place);
     label.SetCaption(caption);
 }
 
-/// A radio button or check box.
+/// A radio button or check box; `question` is what it answers, for a screen reader.
 template <typename Mark>
-void place_mark(Mark& mark, const QRect& place, const QString& caption, Colour background) {
+void place_mark(Mark& mark, const QRect& place, const QString& caption, Colour background,
+                const QString& question = {}) {
     mark.SetBackColor(background);
     place_edged(mark, place);
     mark.SetCaption(caption);
+    mark.setAccessibleDescription(question);
 }
 
 /// A text box; `spoken` is what a screen reader calls it.

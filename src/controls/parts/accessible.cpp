@@ -2,19 +2,21 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 #include <QAccessible>
 #include <QAccessibleWidget>
 
 #include "controls/parts/SkinnedControl.h"
 #include "platform/qt/event_edge.h"
+#include "platform/qt/in_force.h"
 
 namespace varnoth {
 
 namespace {
 
 // What a screen reader can do with a control; all of it acts like a click.
-enum class Action { None, Press, Toggle, Close };
+enum class Action { None, Press, Toggle };
 
 struct Description {
     const char* class_name;
@@ -31,7 +33,9 @@ constexpr std::array descriptions{
     Description{"varnoth::elprogress", QAccessible::ProgressBar, nullptr, Action::None},
     Description{"varnoth::elframe", QAccessible::Grouping, nullptr, Action::None},
     Description{"varnoth::elline3d", QAccessible::Separator, nullptr, Action::None},
-    Description{"varnoth::elpanel", QAccessible::Pane, "Title", Action::Close},
+    Description{"varnoth::eltexto", QAccessible::Client, nullptr, Action::None},
+    Description{"varnoth::elcombo", QAccessible::Client, nullptr, Action::None},
+    Description{"varnoth::elpanel", QAccessible::Pane, "Title", Action::None},
 };
 
 class AccessibleControl : public QAccessibleWidget {
@@ -49,6 +53,10 @@ class AccessibleControl : public QAccessibleWidget {
 
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
+        add_in_force(control_, state);
+        if (role() == QAccessible::Client) {
+            state.focused = false; // what speaks for the control has the keyboard
+        }
         if (role() == QAccessible::CheckBox || role() == QAccessible::RadioButton) {
             state.checkable = true;
             state.checked = control_.property("Value").toBool();
@@ -67,6 +75,9 @@ class AccessibleControl : public QAccessibleWidget {
         }
     }
 
+  protected:
+    SkinnedControl& control() const { return control_; }
+
   private:
     QString action_name() const {
         switch (description_.action) {
@@ -74,8 +85,6 @@ class AccessibleControl : public QAccessibleWidget {
             return pressAction();
         case Action::Toggle:
             return toggleAction();
-        case Action::Close:
-            return control_.property("Cerrar").toBool() ? QStringLiteral("Close") : QString();
         case Action::None:
             break;
         }
@@ -115,6 +124,95 @@ class AccessibleProgress final : public AccessibleControl, public QAccessibleVal
     QVariant minimumStepSize() const override { return 1; }
 };
 
+/// The close button of a panel. It is no widget of its own, so the panel's interface makes and ends it.
+class AccessibleCloseButton final : public QAccessibleInterface, public QAccessibleActionInterface {
+  public:
+    explicit AccessibleCloseButton(SkinnedControl& panel) : panel_(panel) {}
+
+    bool isValid() const override { return true; }
+
+    QObject* object() const override { return nullptr; }
+
+    QWindow* window() const override { return panel_.window()->windowHandle(); }
+
+    QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(&panel_); }
+
+    QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
+
+    int childCount() const override { return 0; }
+
+    int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
+
+    QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? SkinnedControl::tr("Close") : QString();
+    }
+
+    void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
+
+    QRect rect() const override {
+        const QRect place = panel_.part<BoxPart>("Picture2").place().toRect();
+        return {panel_.mapToGlobal(place.topLeft()), place.size()};
+    }
+
+    QAccessible::Role role() const override { return QAccessible::Button; }
+
+    QAccessible::State state() const override {
+        QAccessible::State state;
+        state.disabled = !panel_.isEnabled();
+        state.invisible = !panel_.isVisible();
+        return state;
+    }
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
+                                                    : nullptr;
+    }
+
+    QStringList actionNames() const override {
+        return panel_.isEnabled() ? QStringList{pressAction()} : QStringList{};
+    }
+
+    void doAction(const QString& name) override {
+        if (actionNames().contains(name)) {
+            at_event_edge([this] { panel_.act_as_clicked(); });
+        }
+    }
+
+    QStringList keyBindingsForAction(const QString& /*name*/) const override { return {}; }
+
+  private:
+    SkinnedControl& panel_;
+};
+
+/// The panel has its close button for a child while it shows one.
+class AccessiblePanel final : public AccessibleControl {
+  public:
+    AccessiblePanel(SkinnedControl& panel, const Description& description)
+        : AccessibleControl(panel, description),
+          close_button_(QAccessible::registerAccessibleInterface(
+              std::make_unique<AccessibleCloseButton>(panel).release())) {}
+
+    ~AccessiblePanel() override { QAccessible::deleteAccessibleInterface(close_button_); }
+
+    AccessiblePanel(const AccessiblePanel&) = delete;
+    AccessiblePanel& operator=(const AccessiblePanel&) = delete;
+
+    int childCount() const override { return control().property("Cerrar").toBool() ? 1 : 0; }
+
+    QAccessibleInterface* child(int index) const override {
+        return index >= 0 && index < childCount() ? QAccessible::accessibleInterface(close_button_) : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface* child) const override {
+        return childCount() > 0 && child == QAccessible::accessibleInterface(close_button_) ? 0 : -1;
+    }
+
+  private:
+    QAccessible::Id close_button_;
+};
+
 // Qt owns the interfaces that it is given.
 QAccessibleInterface* make_interface(const QString& class_name, QObject* object) {
     auto* const control = qobject_cast<SkinnedControl*>(object);
@@ -125,6 +223,9 @@ QAccessibleInterface* make_interface(const QString& class_name, QObject* object)
     }
     if (description->role == QAccessible::ProgressBar) {
         return new AccessibleProgress(*control, *description);
+    }
+    if (description->role == QAccessible::Pane) {
+        return new AccessiblePanel(*control, *description);
     }
     return new AccessibleControl(*control, *description);
 }
@@ -139,6 +240,11 @@ void tell_checked_changed(QWidget& control) {
     QAccessible::State changed;
     changed.checked = true;
     QAccessibleStateChangeEvent event(&control, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+void tell_name_changed(QWidget& control) {
+    QAccessibleEvent event(&control, QAccessible::NameChanged);
     QAccessible::updateAccessibility(&event);
 }
 

@@ -8,8 +8,10 @@ namespace varnoth {
 /// Makes the controls known to screen readers. Further calls change nothing.
 void install_accessible_controls();
 
-/// Tells a screen reader that a control was checked or unchecked, or shows another number.
+/// Tells a screen reader that a control was checked or unchecked, has another caption or shows another
+/// number.
 void tell_checked_changed(QWidget& control);
+void tell_name_changed(QWidget& control);
 void tell_number_changed(QWidget& control, int number);
 
 } // namespace varnoth

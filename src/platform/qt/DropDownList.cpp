@@ -1,6 +1,7 @@
 #include "platform/qt/DropDownList.h"
 
 #include <QAbstractItemView>
+#include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -8,6 +9,7 @@
 #include <QWindow>
 
 #include "base/RunTimeFailure.h"
+#include "platform/qt/accessible_factory.h"
 #include "platform/qt/edges.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/look.h"
@@ -20,9 +22,65 @@ namespace {
 constexpr int text_inset = 4;
 constexpr int arrow_width = 18;
 
+/// What a screen reader sees. On the way to it a drop-down list has no value, so Qt gives the chosen line for
+/// the name, and what is chosen there goes unsaid; this name has both.
+class AccessibleDropDownList : public QAccessibleWidget {
+  public:
+    explicit AccessibleDropDownList(DropDownList* list)
+        : QAccessibleWidget(list, QAccessible::ComboBox), list_(list) {}
+
+    int childCount() const override { return 1; }
+
+    QAccessibleInterface* child(int index) const override {
+        return index == 0 ? QAccessible::queryAccessibleInterface(list_->view()) : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface* child) const override {
+        return child != nullptr && child->object() == list_->view() ? 0 : -1;
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        if (kind == QAccessible::Value) {
+            return list_->currentText();
+        }
+        const QString given = QAccessibleWidget::text(kind);
+        const bool is_name = kind == QAccessible::Name && list_->currentIndex() >= 0;
+        return is_name ? given + ": " + list_->currentText() : given;
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.hasPopup = true;
+        state.expandable = true;
+        state.expanded = list_->view()->isVisible();
+        return state;
+    }
+
+    QStringList actionNames() const override {
+        return list_->isEnabled() ? QStringList{pressAction()} : QStringList{};
+    }
+
+    void doAction(const QString& action) override {
+        at_event_edge([&] {
+            if (!actionNames().contains(action)) {
+                return;
+            }
+            if (list_->view()->isVisible()) {
+                list_->hidePopup();
+            } else {
+                list_->showPopup();
+            }
+        });
+    }
+
+  private:
+    DropDownList* list_;
+};
+
 } // namespace
 
 DropDownList::DropDownList(const QString& name, QWidget* parent) : QComboBox(parent) {
+    describe_to_screen_readers<DropDownList, AccessibleDropDownList>();
     setObjectName(name);
     setFont(look::display_font(look::design_font()));
     // The wheel over the list does not give it the keyboard.
@@ -30,6 +88,10 @@ DropDownList::DropDownList(const QString& name, QWidget* parent) : QComboBox(par
     view()->setTextElideMode(Qt::ElideNone);
     SetColours(look::field_background, look::light_text);
     connect(this, &QComboBox::activated, this, &DropDownList::Click);
+    connect(this, &QComboBox::currentIndexChanged, this, [this] {
+        QAccessibleEvent event(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    });
 }
 
 QString DropDownList::List(std::int32_t line) const {
@@ -70,6 +132,11 @@ void DropDownList::SetColours(Colour background, Colour text) {
 void DropDownList::set_bare(bool bare) {
     bare_ = bare;
     update();
+}
+
+void DropDownList::showPopup() {
+    view()->setAccessibleName(accessibleName());
+    QComboBox::showPopup();
 }
 
 void DropDownList::paintEvent(QPaintEvent* /*event*/) {

@@ -36,6 +36,9 @@ class DropDownList : public QComboBox {
     /// Draws no edge and no arrow of its own: whoever holds it draws them over it.
     void set_bare(bool bare);
 
+    /// Opens the list, under the name that the field has for a screen reader.
+    void showPopup() override;
+
   signals:
     /// The user chose a line, also the one that was chosen already, or SetListIndex was called.
     void Click();

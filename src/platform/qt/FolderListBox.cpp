@@ -105,6 +105,7 @@ void FolderListBox::list_again() {
         line->setData(depth_role, depth);
         line->setData(open_role, open);
         line->setToolTip(path);
+        line->setData(Qt::AccessibleDescriptionRole, path);
         addItem(line.release());
     };
     for (const std::string& folder : open_folders) {

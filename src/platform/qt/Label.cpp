@@ -1,14 +1,14 @@
 #include "platform/qt/Label.h"
 
-#include <memory>
 #include <utility>
 
-#include <QAccessible>
 #include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "platform/qt/accessible_factory.h"
 #include "platform/qt/event_edge.h"
+#include "platform/qt/in_force.h"
 #include "platform/qt/look.h"
 #include "platform/qt/symbols.h"
 
@@ -23,6 +23,12 @@ class AccessibleLabel : public QAccessibleWidget {
         : QAccessibleWidget(label, label->kind() == Label::Kind::Symbol ? QAccessible::Button
                                                                         : QAccessible::StaticText),
           label_(label) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        add_in_force(*label_, state);
+        return state;
+    }
 
     QStringList actionNames() const override {
         return is_button() && label_->isEnabled() ? QStringList{pressAction()} : QStringList{};
@@ -42,18 +48,6 @@ class AccessibleLabel : public QAccessibleWidget {
     Label* label_;
 };
 
-QAccessibleInterface* make_accessible(const QString& /*class_name*/, QObject* object) {
-    auto* label = qobject_cast<Label*>(object);
-    return label == nullptr ? nullptr : std::make_unique<AccessibleLabel>(label).release();
-}
-
-void install_accessibility() {
-    [[maybe_unused]] static const bool installed = [] {
-        QAccessible::installFactory(make_accessible);
-        return true;
-    }();
-}
-
 } // namespace
 
 Label::Label(const QString& name, QWidget* parent, Kind kind, const QString& caption, const QString& spoken)
@@ -61,7 +55,7 @@ Label::Label(const QString& name, QWidget* parent, Kind kind, const QString& cap
       kind_(kind),
       spoken_(spoken),
       fore_colour_(kind == Kind::Symbol ? look::black : look::light_text) {
-    install_accessibility();
+    describe_to_screen_readers<Label, AccessibleLabel>();
     setObjectName(name);
     setAttribute(Qt::WA_NoMousePropagation);
     SetCaption(caption);

@@ -3,12 +3,15 @@
 #include <utility>
 #include <vector>
 
+#include <QAccessibleWidget>
 #include <QImage>
+#include <QMetaMethod>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 
 #include "base/numbers.h"
+#include "platform/qt/accessible_factory.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/look.h"
 
@@ -37,10 +40,62 @@ QImage converted_part(const Bitmap& bitmap, const QRect& part) {
     return image;
 }
 
+/// What a screen reader sees: a picture of that size, with an action where it is clicked or double-clicked.
+class AccessiblePicture : public QAccessibleWidget, public QAccessibleImageInterface {
+  public:
+    explicit AccessiblePicture(PictureBox* picture)
+        : QAccessibleWidget(picture, QAccessible::Graphic), picture_(picture) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ImageInterface ? static_cast<QAccessibleImageInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        const QString given = QAccessibleWidget::text(kind);
+        if (kind != QAccessible::Description || !given.isEmpty()) {
+            return given;
+        }
+        const QSize size = imageSize();
+        return PictureBox::tr("%1 x %2 pixels").arg(size.width()).arg(size.height());
+    }
+
+    QString imageDescription() const override { return text(QAccessible::Description); }
+
+    QSize imageSize() const override {
+        const Bitmap& bitmap = picture_->surface().bitmap();
+        return {bitmap.width(), bitmap.height()};
+    }
+
+    QPoint imagePosition() const override { return picture_->mapToGlobal(QPoint(0, 0)); }
+
+    QStringList actionNames() const override {
+        const bool is_used = picture_->hears_clicks() || picture_->hears_double_clicks();
+        return is_used && picture_->isEnabled() ? QStringList{pressAction()} : QStringList{};
+    }
+
+    void doAction(const QString& action) override {
+        at_event_edge([&] {
+            if (!actionNames().contains(action)) {
+                return;
+            }
+            if (picture_->hears_clicks()) {
+                emit picture_->Click();
+            } else {
+                emit picture_->DblClick();
+            }
+        });
+    }
+
+  private:
+    PictureBox* picture_;
+};
+
 } // namespace
 
 PictureBox::PictureBox(const QString& name, QWidget* parent, PictureSurface::Design design)
     : QWidget(parent), border_(design.border), surface_(with_parent(design, container_)) {
+    describe_to_screen_readers<PictureBox, AccessiblePicture>();
     setObjectName(name);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoMousePropagation);
@@ -59,8 +114,21 @@ void PictureBox::Cls() {
     update();
 }
 
+bool PictureBox::hears_clicks() const {
+    return isSignalConnected(QMetaMethod::fromSignal(&PictureBox::Click));
+}
+
+bool PictureBox::hears_double_clicks() const {
+    return isSignalConnected(QMetaMethod::fromSignal(&PictureBox::DblClick));
+}
+
 void PictureBox::follow_surface() {
+    const QSize before = size();
     resize(round_to_even<int>(surface_.Width()), round_to_even<int>(surface_.Height()));
+    if (size() != before) {
+        QAccessibleEvent event(this, QAccessible::DescriptionChanged); // which tells the size
+        QAccessible::updateAccessibility(&event);
+    }
     update();
 }
 

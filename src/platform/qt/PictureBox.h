@@ -25,6 +25,10 @@ class PictureBox : public QWidget {
     /// Erases and shows it.
     void Cls();
 
+    /// What the picture's user does with it, if anything: somebody waits for its clicks or double clicks.
+    bool hears_clicks() const;
+    bool hears_double_clicks() const;
+
   signals:
     void Click();
     void DblClick();
