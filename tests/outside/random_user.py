@@ -238,9 +238,10 @@ class RandomUser(Hand):
 
     def open_sprite(self, sprite):
         path = os.path.join(self.sprites, sprite.name)
-        self.write_file(path, sprite.data)
         self.say(f"open {sprite.name}")
         self.press_open()
+        # Not before: the open sprite may have been saved there.
+        self.write_file(path, sprite.data)
         self.choose_file(OPEN_CHOOSER, path)
         if sprite.refusals:
             self.expect(*(re.escape(text.format(path=path)) for text in sprite.refusals))
