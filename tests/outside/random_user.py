@@ -15,7 +15,7 @@ from hand import (ADD, ADD_CANCEL, ADD_OK, ADD_PICK, ADD_RESIZE, ADD_SET, BELOW_
                   FOLDERS, FRAME, FRAME_LIST, Hand, IMPORT_BUTTON, MAIN, NEW, NEW_BUTTON, NEW_CANCEL, NEW_HEIGHT,
                   NEW_NAME, NEW_OK, NEW_RENDER, NEW_TYPE, NEW_WIDTH, OPEN_BUTTON, OPEN_CHOOSER, PATH_FIELD, PICTURE,
                   PLAY, PREVIEW, PROGRESS_CANCEL, REMOVE_BUTTON, SAVE_BUTTON, SAVE_CHOOSER, SLOWER, STOP, TITLE,
-                  UP_ARROW, is_closed_folder, is_open_folder)
+                  UP_ARROW, is_closed_folder, is_highlight)
 from material import FATAL, FORMATS, MANY, MEDIUM, RENDER_MODES, UNKNOWN_LOADING, Sprite, sprite_bytes
 
 # What the editor says to its user, by what stands in the summary, and in full.
@@ -536,11 +536,10 @@ class RandomUser(Hand):
 
     def refuse_folder(self, dialog):
         """No folder, or a missing one: the browser opens by itself."""
-        self.click(dialog, EXTRACT_FOLDER)
-        self.display.press("ctrl+a", "BackSpace")
         empty = self.chance(0.5)
-        if not empty:
-            self.display.type(os.path.join(self.exported, "nowhere"))
+        self.fill_in(dialog, EXTRACT_FOLDER, "" if empty else os.path.join(self.exported, "nowhere"))
+        if empty:
+            self.display.press("BackSpace")
         self.say(f"    to {'no' if empty else 'a missing'} folder")
         self.click(dialog, EXTRACT_OK)
         self.expect("Select Output Folder First." if empty else "Output Folder Doesnt Exist.")
@@ -645,7 +644,7 @@ class RandomUser(Hand):
 
     def open_folder_above(self, dialog, path, names):
         """One of those that are open down to the present one; the first line is the root."""
-        begin, end = self.look(dialog, FOLDERS).bands(is_open_folder)[len(path.strip("/").split("/"))]
+        begin, end = self.look(dialog, FOLDERS).bands(is_highlight)[len(path.strip("/").split("/"))]
         self.open_folder(dialog, FOLDERS[1] + (begin + end) // 2, names)
 
     def open_folder_below(self, dialog, names, name, names_below):
