@@ -47,6 +47,9 @@ FATAL_BOX = "Run-time error: "
 LARGEST_SIDE = 256
 VISIBLE_LINES = 20
 DOUBLE_CLICK_TIME = 0.45
+# The export of reordered frames goes on from the number that it has written, which may be one that it comes from. It
+# then writes, or asks, until Cancel or No.
+ENDLESS_WALK_TIME, MANY_QUESTIONS = 10, 30
 FIRST_SPEED, HIGHEST_SPEED = 15, 60
 # Of a question: the keys that answer it.
 YES, NO = "Return", "Escape"
@@ -151,7 +154,7 @@ class RandomUser(Hand):
         self.size = (0, 0)
         self.dirty = self.unnamed = self.can_save = self.can_import = self.is_opened = False
         # A document that a refused file has been read into is saved as far as it goes.
-        self.is_foreign = self.has_browsed = False
+        self.is_foreign = self.has_browsed = self.is_reordered = False
 
     # What happens.
 
@@ -250,7 +253,7 @@ class RandomUser(Hand):
             return
         self.path, self.size, self.render = path, sprite.size, sprite.render
         self.lines = self.frames = sprite.frames
-        self.dirty = self.unnamed = self.is_foreign = False
+        self.dirty = self.unnamed = self.is_foreign = self.is_reordered = False
         self.can_import = self.is_opened = True
         self.settle()
 
@@ -467,7 +470,7 @@ class RandomUser(Hand):
             self.click(self.main, UP_ARROW if step < 0 else DOWN_ARROW)
             if 0 <= line + step < self.frames:
                 line += step
-                self.dirty = self.can_save = True
+                self.dirty = self.can_save = self.is_reordered = True
         self.settle()
 
     def preview(self):
@@ -561,15 +564,17 @@ class RandomUser(Hand):
     def follow(self, dialog, title, texts, cancels):
         """Stays with a job until its dialog goes, answers what it asks, and presses Cancel if wanted. The texts."""
         heard = []
+        end_of_patience = time.monotonic() + ENDLESS_WALK_TIME
 
         def goes_on():
             text = self.next_text()
             if text is not None:
-                self.take(text, texts, self.dice.choice([YES, NO]))
+                self.take(text, texts, NO if len(heard) > MANY_QUESTIONS else self.dice.choice([YES, NO]))
                 heard.append(text)
                 return True
             windows = self.display.windows(title)
-            for progress in windows - {dialog} if cancels else ():
+            walks_for_ever = title == EXTRACT and self.is_reordered and time.monotonic() > end_of_patience
+            for progress in windows - {dialog} if cancels or walks_for_ever else ():
                 self.press_cancel(progress)
                 return True
             return dialog not in windows and "gone"
@@ -718,7 +723,7 @@ class RandomUser(Hand):
         text, = self.follow(dialog, ADD, [GENERATED] + [ABORTED] * cancels, cancels)
         drawable = selection.makes_drawable_frames()
         self.size, _ = selection.sizes()
-        self.is_foreign = False
+        self.is_foreign = self.is_reordered = False
         if text == ABORTED:
             self.frames = 0
             return
