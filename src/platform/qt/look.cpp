@@ -304,7 +304,7 @@ class LookStyle : public QProxyStyle {
         draw_symbol(painter, symbol, box, to_qcolor(grey ? disabled_text : light_text));
     }
 
-    mutable QHash<int, QIcon> icons_;
+    mutable QHash<StandardPixmap, QIcon> icons_;
 };
 
 } // namespace
