@@ -329,7 +329,7 @@ TEST_F(SpriteFileTest, ASmallSpriteTakesTheRoomOfASmallOneAfterALargeOne) {
     EXPECT_LE(document().FrameStore.capacity(), 4U);
     EXPECT_LE(document().FrameOrder.capacity(), 4U);
     ASSERT_EQ(load(tiny_frames(32767)), True);
-    clear_frames();
+    hlspr::clear_frames();
     EXPECT_LE(document().FrameStore.capacity(), 4U);
     EXPECT_LE(document().FrameOrder.capacity(), 4U);
 }
