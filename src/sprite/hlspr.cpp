@@ -6,6 +6,8 @@
 #include <limits>
 #include <new>
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "base/files.h"
 #include "base/numbers.h"
@@ -25,11 +27,17 @@ constexpr std::array<char, 4> sprite_ident{'I', 'D', 'S', 'P'};
 constexpr std::int32_t sprite_version = 2;
 constexpr std::int16_t sprite_colours = 256;
 
+// Both arrays anew: what a larger sprite before took goes with it. The old ones stay if there is no memory.
+void make_store(std::size_t slots) {
+    std::vector<ByteArray> store(slots);
+    document().FrameOrder = std::vector<std::int16_t>(slots);
+    document().FrameStore = std::move(store);
+}
+
 // The one slot that the arrays have even without frames.
 void make_empty_store() {
-    document().FrameStore.clear();
-    document().FrameStore.emplace_back(std::size_t{1});
-    document().FrameOrder.assign(1, 0);
+    make_store(1);
+    document().FrameStore.front() = ByteArray(1);
 }
 
 // A frame number is a signed 16-bit number, so no file can bring more slots into use than this. The tables of
@@ -98,8 +106,7 @@ Truth read_sprite(const std::string& path) {
         return False;
     }
     const auto slots = static_cast<std::size_t>(std::min(sprite.SpriteHeader.FrameCount, most_frame_slots));
-    sprite.FrameStore.assign(slots, ByteArray());
-    sprite.FrameOrder.assign(slots, 0);
+    make_store(slots);
     for (std::int16_t i = 0; i < sprite.SpriteHeader.FrameCount; i = checked_add(i, 1)) {
         read_frame(file, i);
     }

@@ -1,8 +1,9 @@
 """A user's hand and eye at the built editor on a virtual display: where its windows have what, and the steps that a
 user takes there. A class that is a Hand has a display, and the main window as soon as there is one."""
 import os
+import time
 
-from display import wait_for
+from display import GLANCE, wait_for
 
 MAIN, NEW, ADD, EXTRACT, PREVIEW = "Varnoth 1.0", "New Sprite", "Add Frame/s", "Extract Frame/s", "Animation Preview"
 FOLDER = "Select Extracting Folder:"
@@ -51,7 +52,7 @@ def is_closed_folder(colour):
     return colour == (136, 145, 128)
 
 
-def is_open_folder(colour):
+def is_highlight(colour):
     return colour == (196, 181, 80)
 
 
@@ -71,8 +72,15 @@ class Hand:
         self.display.click(left + point[0], top + point[1], **options)
 
     def fill_in(self, window, field, text):
+        """Puts a text in the place of another one. Keys may overtake a click that the window manager looks at, so what
+        is to be replaced is seen to be selected."""
         self.click(window, field)
-        self.display.press("ctrl+a")
+        self.display.type("p")
+        place = (0, field[1] - 8, self.display.place_of(window)[2], 16)
+        for _ in range(2):
+            self.display.press("ctrl+a")
+            wait_for("a selected text", lambda: self.look(window, place).bands(is_highlight))
+            time.sleep(5 * GLANCE)
         self.display.type(text)
 
     def answer_box(self):

@@ -15,7 +15,7 @@ from hand import (ADD, ADD_CANCEL, ADD_OK, ADD_PICK, ADD_RESIZE, ADD_SET, BELOW_
                   FOLDERS, FRAME, FRAME_LIST, Hand, IMPORT_BUTTON, MAIN, NEW, NEW_BUTTON, NEW_CANCEL, NEW_HEIGHT,
                   NEW_NAME, NEW_OK, NEW_RENDER, NEW_TYPE, NEW_WIDTH, OPEN_BUTTON, OPEN_CHOOSER, PATH_FIELD, PICTURE,
                   PLAY, PREVIEW, PROGRESS_CANCEL, REMOVE_BUTTON, SAVE_BUTTON, SAVE_CHOOSER, SLOWER, STOP, TITLE,
-                  UP_ARROW, is_closed_folder, is_open_folder)
+                  UP_ARROW, is_closed_folder, is_highlight)
 from material import FATAL, FORMATS, MANY, MEDIUM, RENDER_MODES, UNKNOWN_LOADING, Sprite, sprite_bytes
 
 # What the editor says to its user, by what stands in the summary, and in full.
@@ -47,6 +47,9 @@ FATAL_BOX = "Run-time error: "
 LARGEST_SIDE = 256
 VISIBLE_LINES = 20
 DOUBLE_CLICK_TIME = 0.45
+# The export of reordered frames goes on from the number that it has written, which may be one that it comes from. It
+# then writes, or asks, until Cancel or No.
+ENDLESS_WALK_TIME, MANY_QUESTIONS = 10, 30
 FIRST_SPEED, HIGHEST_SPEED = 15, 60
 # Of a question: the keys that answer it.
 YES, NO = "Return", "Escape"
@@ -151,7 +154,7 @@ class RandomUser(Hand):
         self.size = (0, 0)
         self.dirty = self.unnamed = self.can_save = self.can_import = self.is_opened = False
         # A document that a refused file has been read into is saved as far as it goes.
-        self.is_foreign = self.has_browsed = False
+        self.is_foreign = self.has_browsed = self.is_reordered = False
 
     # What happens.
 
@@ -238,9 +241,10 @@ class RandomUser(Hand):
 
     def open_sprite(self, sprite):
         path = os.path.join(self.sprites, sprite.name)
-        self.write_file(path, sprite.data)
         self.say(f"open {sprite.name}")
         self.press_open()
+        # Not before: the open sprite may have been saved there.
+        self.write_file(path, sprite.data)
         self.choose_file(OPEN_CHOOSER, path)
         if sprite.refusals:
             self.expect(*(re.escape(text.format(path=path)) for text in sprite.refusals))
@@ -249,7 +253,7 @@ class RandomUser(Hand):
             return
         self.path, self.size, self.render = path, sprite.size, sprite.render
         self.lines = self.frames = sprite.frames
-        self.dirty = self.unnamed = self.is_foreign = False
+        self.dirty = self.unnamed = self.is_foreign = self.is_reordered = False
         self.can_import = self.is_opened = True
         self.settle()
 
@@ -466,7 +470,7 @@ class RandomUser(Hand):
             self.click(self.main, UP_ARROW if step < 0 else DOWN_ARROW)
             if 0 <= line + step < self.frames:
                 line += step
-                self.dirty = self.can_save = True
+                self.dirty = self.can_save = self.is_reordered = True
         self.settle()
 
     def preview(self):
@@ -535,11 +539,10 @@ class RandomUser(Hand):
 
     def refuse_folder(self, dialog):
         """No folder, or a missing one: the browser opens by itself."""
-        self.click(dialog, EXTRACT_FOLDER)
-        self.display.press("ctrl+a", "BackSpace")
         empty = self.chance(0.5)
-        if not empty:
-            self.display.type(os.path.join(self.exported, "nowhere"))
+        self.fill_in(dialog, EXTRACT_FOLDER, "" if empty else os.path.join(self.exported, "nowhere"))
+        if empty:
+            self.display.press("BackSpace")
         self.say(f"    to {'no' if empty else 'a missing'} folder")
         self.click(dialog, EXTRACT_OK)
         self.expect("Select Output Folder First." if empty else "Output Folder Doesnt Exist.")
@@ -561,15 +564,17 @@ class RandomUser(Hand):
     def follow(self, dialog, title, texts, cancels):
         """Stays with a job until its dialog goes, answers what it asks, and presses Cancel if wanted. The texts."""
         heard = []
+        end_of_patience = time.monotonic() + ENDLESS_WALK_TIME
 
         def goes_on():
             text = self.next_text()
             if text is not None:
-                self.take(text, texts, self.dice.choice([YES, NO]))
+                self.take(text, texts, NO if len(heard) > MANY_QUESTIONS else self.dice.choice([YES, NO]))
                 heard.append(text)
                 return True
             windows = self.display.windows(title)
-            for progress in windows - {dialog} if cancels else ():
+            walks_for_ever = title == EXTRACT and self.is_reordered and time.monotonic() > end_of_patience
+            for progress in windows - {dialog} if cancels or walks_for_ever else ():
                 self.press_cancel(progress)
                 return True
             return dialog not in windows and "gone"
@@ -644,7 +649,7 @@ class RandomUser(Hand):
 
     def open_folder_above(self, dialog, path, names):
         """One of those that are open down to the present one; the first line is the root."""
-        begin, end = self.look(dialog, FOLDERS).bands(is_open_folder)[len(path.strip("/").split("/"))]
+        begin, end = self.look(dialog, FOLDERS).bands(is_highlight)[len(path.strip("/").split("/"))]
         self.open_folder(dialog, FOLDERS[1] + (begin + end) // 2, names)
 
     def open_folder_below(self, dialog, names, name, names_below):
@@ -718,7 +723,7 @@ class RandomUser(Hand):
         text, = self.follow(dialog, ADD, [GENERATED] + [ABORTED] * cancels, cancels)
         drawable = selection.makes_drawable_frames()
         self.size, _ = selection.sizes()
-        self.is_foreign = False
+        self.is_foreign = self.is_reordered = False
         if text == ABORTED:
             self.frames = 0
             return

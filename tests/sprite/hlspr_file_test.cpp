@@ -323,6 +323,17 @@ SpriteFile tiny_frames(std::size_t count) {
     return file;
 }
 
+TEST_F(SpriteFileTest, ASmallSpriteTakesTheRoomOfASmallOneAfterALargeOne) {
+    ASSERT_EQ(load(tiny_frames(32767)), True);
+    ASSERT_EQ(load(tiny_frames(2)), True);
+    EXPECT_LE(document().FrameStore.capacity(), 4U);
+    EXPECT_LE(document().FrameOrder.capacity(), 4U);
+    ASSERT_EQ(load(tiny_frames(32767)), True);
+    hlspr::clear_frames();
+    EXPECT_LE(document().FrameStore.capacity(), 4U);
+    EXPECT_LE(document().FrameOrder.capacity(), 4U);
+}
+
 TEST_F(SpriteFileTest, Load32767Frames) {
     EXPECT_EQ(load(tiny_frames(32767)), True);
     EXPECT_TRUE(services.messages.empty());

@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -12,7 +14,6 @@
 #include <QHash>
 #include <QIcon>
 #include <QPainter>
-#include <QPixmapCache>
 #include <QProxyStyle>
 #include <QStyleFactory>
 #include <QStyleOption>
@@ -153,7 +154,22 @@ bool is_itself_disabled(const QWidget* widget) {
     return false;
 }
 
-/// Makes an option look enabled for its own lifetime if only the widget's window is disabled.
+/// The first palette that was met with the colours of the given one. Fusion keeps what it has painted under
+/// the number of the palette: with a new number for every dialog's widgets it would find nothing again, and
+/// the names of what it kept would take memory for ever.
+QPalette known_palette(const QPalette& palette) {
+    static std::vector<QPalette> known;
+    auto found = std::ranges::find(known, palette);
+    if (found == known.end()) {
+        found = known.insert(known.end(), palette);
+    }
+    QPalette same = *found;
+    same.setCurrentColorGroup(palette.currentColorGroup());
+    return same;
+}
+
+/// Makes an option look enabled for its own lifetime if only the widget's window is disabled, and gives it a
+/// known palette.
 class EnabledLook {
   public:
     EnabledLook(const QStyleOption* option, const QWidget* widget)
@@ -161,6 +177,8 @@ class EnabledLook {
         if (option_ == nullptr) {
             return;
         }
+        palette_ = option_->palette;
+        option_->palette = known_palette(palette_);
         state_ = option_->state;
         // Lines that cannot be chosen in an enabled widget keep their look.
         if (widget != nullptr && !widget->isEnabled() && !is_itself_disabled(widget)) {
@@ -171,6 +189,7 @@ class EnabledLook {
     ~EnabledLook() {
         if (option_ != nullptr) {
             option_->state = state_;
+            option_->palette = palette_;
         }
     }
 
@@ -180,6 +199,7 @@ class EnabledLook {
   private:
     QStyleOption* option_;
     QStyle::State state_;
+    QPalette palette_;
 };
 
 constexpr int least_line_height = 16;
@@ -205,6 +225,16 @@ class LookStyle : public QProxyStyle {
     void polish(QPalette& palette) override { palette = look::palette(); }
 
     QPalette standardPalette() const override { return look::palette(); }
+
+    // The same one every time, so that its sizes are found again too.
+    QIcon standardIcon(StandardPixmap picture, const QStyleOption* option,
+                       const QWidget* widget) const override {
+        auto found = icons_.find(picture);
+        if (found == icons_.end()) {
+            found = icons_.insert(picture, QProxyStyle::standardIcon(picture, option, widget));
+        }
+        return *found;
+    }
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
@@ -233,11 +263,14 @@ class LookStyle : public QProxyStyle {
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
         const EnabledLook look(option, widget);
+        const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
         if (element == CE_PushButtonBevel) {
             draw_raised(*painter, option->rect, option->state.testFlag(State_Sunken));
         } else if (element == CE_ShapedFrame && is_sunken_panel(option)) {
             painter->fillRect(option->rect, option->palette.color(QPalette::Base));
             draw_edges(*painter, option->rect, edge_dark, edge_light);
+        } else if (element == CE_HeaderLabel && header != nullptr) {
+            draw_header_label(const_cast<QStyleOptionHeader&>(*header), *painter, widget);
         } else {
             QProxyStyle::drawControl(element, option, painter, widget);
         }
@@ -266,6 +299,14 @@ class LookStyle : public QProxyStyle {
     }
 
   private:
+    // The file chooser's header comes with an empty icon, a new one each time it is painted: none is found
+    // again.
+    void draw_header_label(QStyleOptionHeader& header, QPainter& painter, const QWidget* widget) const {
+        const QIcon icon = std::exchange(header.icon, QIcon());
+        QProxyStyle::drawControl(CE_HeaderLabel, &header, &painter, widget);
+        header.icon = icon;
+    }
+
     void draw_scroll_bar(const QStyleOptionSlider& bar, QPainter& painter, const QWidget* widget) const {
         const bool upright = bar.orientation == Qt::Vertical;
         painter.fillRect(bar.rect, to_qcolor(edge_dark));
@@ -285,6 +326,8 @@ class LookStyle : public QProxyStyle {
         const bool grey = !bar.state.testFlag(State_Enabled) || bar.minimum == bar.maximum;
         draw_symbol(painter, symbol, box, to_qcolor(grey ? disabled_text : light_text));
     }
+
+    mutable QHash<StandardPixmap, QIcon> icons_;
 };
 
 // Larger ones are for menus, which have files of their own.
@@ -354,10 +397,6 @@ void apply_palette(QWidget& widget, bool enabled) {
 }
 
 void apply(QApplication& application) {
-    // Qt keeps painted parts of controls by the number of their palette, and every new dialog's palettes have
-    // new numbers: nothing of a dialog that has gone is found again, so there is room for about one.
-    constexpr int kept_pictures_kib = 1024;
-    QPixmapCache::setCacheLimit(kept_pictures_kib);
     QObject::connect(&application, &QGuiApplication::fontDatabaseChanged, &application,
                      [] { font_cache().fonts.clear(); });
     QApplication::setStyle(std::make_unique<LookStyle>().release()); // the application owns it

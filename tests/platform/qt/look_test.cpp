@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -11,10 +12,13 @@
 #include <QFontMetricsF>
 #include <QImage>
 #include <QLineEdit>
-#include <QPixmapCache>
+#include <QPainter>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStyle>
+#include <QStyleFactory>
+#include <QStyleOption>
 #include <QToolTip>
 #include <QWidget>
 
@@ -43,8 +47,70 @@ QImage shown(QWidget& widget) {
     return widget.grab().toImage();
 }
 
-TEST(Look, PaintedPartsOfDialogsThatHaveGoneTakeLittleRoom) {
-    EXPECT_LE(QPixmapCache::cacheLimit(), 1024); // KiB; Qt's own limit is ten times that
+/// Draws like its base and notes the numbers of the palettes that it is given.
+class PaletteWitness : public QProxyStyle {
+  public:
+    PaletteWitness() : QProxyStyle(QStyleFactory::create("Fusion")) {}
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override {
+        keys.push_back(option->palette.cacheKey());
+        groups.push_back(option->palette.currentColorGroup());
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+    }
+
+    mutable std::vector<qint64> keys;
+    mutable std::vector<QPalette::ColorGroup> groups;
+};
+
+TEST(Look, WhatIsPaintedForOneDialogIsFoundAgainForTheNext) {
+    auto* style = qobject_cast<QProxyStyle*>(QApplication::style());
+    ASSERT_NE(style, nullptr);
+    auto* witness = std::make_unique<PaletteWitness>().release();
+    style->setBaseStyle(witness); // which takes it over
+    QImage image(100, 30, QImage::Format_ARGB32);
+    QPainter painter(&image);
+    QStyleOptionComboBox option;
+    option.rect = image.rect();
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        option.palette = look::palette(); // a new one each time
+        option.palette.setCurrentColorGroup(group);
+        const qint64 own = option.palette.cacheKey();
+        style->drawComplexControl(QStyle::CC_ComboBox, &option, &painter);
+        EXPECT_EQ(option.palette.cacheKey(), own); // it has its own back
+    }
+    option.palette = look::palette(false);
+    style->drawComplexControl(QStyle::CC_ComboBox, &option, &painter);
+    ASSERT_EQ(witness->keys.size(), 3U);
+    EXPECT_EQ(witness->keys[0], witness->keys[1]);
+    EXPECT_NE(witness->keys[0], witness->keys[2]);
+    EXPECT_EQ(witness->groups[1], QPalette::Inactive);
+    style->setBaseStyle(QStyleFactory::create("Fusion"));
+}
+
+TEST(Look, AHeaderHasNoIcon) {
+    const auto painted_with = [](const QIcon& icon) {
+        QImage image(100, 20, QImage::Format_ARGB32);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        QStyleOptionHeader option;
+        option.rect = image.rect();
+        option.text = "Name";
+        option.icon = icon;
+        QApplication::style()->drawControl(QStyle::CE_HeaderLabel, &option, &painter);
+        EXPECT_EQ(option.icon.cacheKey(), icon.cacheKey()); // it has its own back
+        return image;
+    };
+    EXPECT_EQ(painted_with(QApplication::style()->standardIcon(QStyle::SP_DirIcon)), painted_with(QIcon()));
+}
+
+TEST(Look, AStandardIconIsTheSameEveryTime) {
+    const QStyle& style = *QApplication::style();
+    EXPECT_FALSE(style.standardIcon(QStyle::SP_DialogOkButton).isNull());
+    EXPECT_EQ(style.standardIcon(QStyle::SP_DialogOkButton).cacheKey(),
+              style.standardIcon(QStyle::SP_DialogOkButton).cacheKey());
+    EXPECT_NE(style.standardIcon(QStyle::SP_DialogOkButton).cacheKey(),
+              style.standardIcon(QStyle::SP_DirIcon).cacheKey());
 }
 
 TEST(Look, ColoursHaveRedInTheLowByteAndMayBeReferences) {
