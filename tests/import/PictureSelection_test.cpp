@@ -174,6 +174,7 @@ TEST_F(PictureSelection, ATgaPictureIsDrawnAtItsOwnSize) {
     const std::vector<Colour> colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
     folder_.write("a.tga", test::tga_file(3, 2, colours));
     const auto form = open(PictureFormat::Tga);
+    form->Picture1().AutoSize = true;
     form->click(0);
     EXPECT_EQ(colours_of(form->Picture1()), colours);
     EXPECT_FALSE(form->Picture1().AutoSize);
@@ -183,8 +184,10 @@ TEST_F(PictureSelection, APcxPictureIsDrawnAtItsOwnSize) {
     const std::vector<Colour> colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
     folder_.write("a.pcx", test::pcx_file(3, 2, colours));
     const auto form = open(PictureFormat::Pcx);
+    form->Picture1().AutoSize = true;
     form->click(0);
     EXPECT_EQ(colours_of(form->Picture1()), colours);
+    EXPECT_FALSE(form->Picture1().AutoSize);
 }
 
 TEST_F(PictureSelection, ATgaOrPcxFileThatTheReaderRefusesLeavesThePreviewAsItWas) {

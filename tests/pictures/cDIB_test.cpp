@@ -157,6 +157,7 @@ TEST(CDib, SizeFieldsThatLeaveTheir32BitsAreAnOverflow) {
 
 TEST(CDib, DestroyOnAnEmptyObjectIsHarmlessAndTwiceIsTheSameAsOnce) {
     cDIB dib;
+    expect_empty(dib);
     dib.Destroy();
     expect_empty(dib);
     ASSERT_TRUE(dib.Create(2, 2, 32));
