@@ -281,6 +281,11 @@ TEST(CDib, AContextIsTakenOverAt8BitsWithItsColourTable) {
     ASSERT_TRUE(dib.CreateFromHdc8bpp(*source.hDIBDC(), 2, 1));
     EXPECT_EQ(bytes_of(dib), (Bytes{200, 7, 0, 0}));
     EXPECT_EQ(colours_of(dib), colours_of(source));
+    Bytes expected;
+    source.GetPalette(expected);
+    Bytes palette;
+    dib.GetPalette(palette);
+    EXPECT_EQ(palette, expected);
     EXPECT_FALSE(dib.CreateFromHdc8bpp(*source.hDIBDC(), -2, 1));
     expect_empty(dib);
 }
