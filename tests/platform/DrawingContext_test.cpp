@@ -187,7 +187,8 @@ TEST(ColourTables, EntriesGoOutAndInAsFarAsTheTableReaches) {
     EXPECT_EQ(read[2], entries[0]);
     EXPECT_EQ(read[4], entries[2]);
     EXPECT_EQ(read[15], entries[0]);
-    EXPECT_EQ(get_colour_table(context, 14, std::span(read).first(1)), 1);
+    EXPECT_EQ(get_colour_table(context, 15, std::span(read).first(1)), 1);
+    EXPECT_EQ(read[0], entries[0]);
     EXPECT_EQ(get_colour_table(context, 16, read), 0);
     EXPECT_EQ(get_colour_table(context, -1, read), 0);
     EXPECT_EQ(set_colour_table(context, -1, entries), 0);
