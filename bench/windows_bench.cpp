@@ -153,7 +153,7 @@ void measure_cancel(Editor& editor) {
                     while (second_pass && !adding) {
                         std::this_thread::sleep_for(std::chrono::milliseconds(1));
                     }
-                    std::this_thread::sleep_for(std::chrono::milliseconds(100 + 77 * round));
+                    std::this_thread::sleep_for(std::chrono::milliseconds(15 + 20 * round));
                     clicked = Clock::now();
                     QMetaObject::invokeMethod(
                         progress, [&] { hand::click(progress->elboton1); }, Qt::QueuedConnection);
