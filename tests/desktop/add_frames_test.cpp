@@ -273,6 +273,7 @@ TEST_F(AddFramesTest, AnyButtonPicksAndAPlaceBesideThePictureHasNoColour) {
     EXPECT_EQ(transparent(), green);
     EXPECT_EQ(dialog().elboton1.ForeColor(), idle);
     EXPECT_TRUE(dialog().TransparentPicked);
+    QTest::mouseRelease(&dialog().Picture1, Qt::RightButton, {}, QPoint(1, 0));
 }
 
 TEST_F(AddFramesTest, ASecondClickOnPickDisarmsItAndTheLastColourStays) {
