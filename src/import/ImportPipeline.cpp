@@ -1,6 +1,5 @@
 #include "import/ImportPipeline.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <optional>

@@ -44,7 +44,7 @@ class ExtractionView {
     /// One more on the bar, unless that passes its maximum, the number of selected lines.
     virtual void advance() = 0;
 
-    /// A file has been written.
+    /// A frame has been handed to its writer, whose answer nobody looks at.
     virtual void frame_written(const std::string& path) = 0;
 };
 
