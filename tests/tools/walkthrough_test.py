@@ -8,8 +8,8 @@ import struct
 import sys
 import unittest
 
-from tool_test import (BLACK, BLUE, EXPLOSION, GREEN, RED, SAMPLES, SIDE, Sprite, ToolTest, WHITE, bmp, decode, parse_ppm,
-                       read, solid, sprite_file, tga, write)
+from tool_test import (BLACK, BLUE, EXPLOSION, GREEN, RED, SAMPLES, SIDE, Sprite, ToolTest, WHITE, bmp, decode,
+                       parse_ppm, read, solid, sprite_file, tga, write)
 
 
 def of_kind(events, kind):
@@ -153,11 +153,13 @@ class Import(ToolTest):
             _, sprite = self.make_sprite("--pictures", pictures, "--render", render, name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [BLACK, RED, BLUE], "the top left pixel is the default")
             self.assertEqual(sprite.frames, [bytes([0, 1, 2])])
-            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render + ".spr")
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0",
+                                         name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [GREEN, RED, BLACK])
             self.assertEqual(sprite.palette[255], BLACK)
         for render in ("0", "1"):
-            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render + ".spr")
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0",
+                                         name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [GREEN, RED, BLUE], "there is no picker for the other modes")
 
     def test_the_preview_shows_the_picture_clicked_last(self):
