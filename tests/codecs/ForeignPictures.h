@@ -70,30 +70,6 @@ inline Colours random_runs(const Colours& choice, std::size_t count, std::uint32
     return colours;
 }
 
-/// All the PPM pictures that a command prints one behind the other.
-inline std::vector<ForeignPicture> pictures_from_tool(const std::string& command) {
-    std::istringstream stream(run_tool(command));
-    std::vector<ForeignPicture> pictures;
-    std::string type;
-    while (stream >> type) {
-        ForeignPicture picture;
-        int depth = 0;
-        stream >> picture.width >> picture.height >> depth;
-        stream.get();
-        EXPECT_TRUE(type == "P5" || type == "P6") << type;
-        EXPECT_EQ(depth, 255);
-        const auto byte = [&] { return static_cast<std::uint8_t>(stream.get()); };
-        for (std::int32_t i = 0; i < picture.width * picture.height && stream; ++i) {
-            const std::uint8_t red = byte();
-            const std::uint8_t green = type == "P6" ? byte() : red;
-            const std::uint8_t blue = type == "P6" ? byte() : red;
-            picture.colours.push_back(make_colour(red, green, blue));
-        }
-        pictures.push_back(std::move(picture));
-    }
-    return pictures;
-}
-
 /// Whether two pictures of that width have the same pixels, or where they first differ.
 inline testing::AssertionResult same(const Colours& drawn, const Colours& expected, std::int32_t width) {
     if (drawn.size() != expected.size()) {
