@@ -3,10 +3,13 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <numeric>
 #include <span>
 #include <vector>
 
+#include "base/ByteArray.h"
+#include "base/Truth.h"
 #include "codecs/CBitmap.h"
 #include "platform/Bitmap.h"
 
