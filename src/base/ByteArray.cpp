@@ -7,8 +7,7 @@
 
 namespace varnoth {
 
-ByteArray::ByteArray(void* bytes, std::size_t size)
-    : bytes_(static_cast<std::uint8_t*>(bytes)), size_(size) {
+ByteArray::ByteArray(void* bytes, std::size_t size) : bytes_(static_cast<std::uint8_t*>(bytes)), size_(size) {
     if (!bytes_ && size != 0) {
         fail(Failure::OutOfMemory);
     }

@@ -10,7 +10,8 @@ namespace varnoth {
 
 void keep_large_blocks_apart() {
 #ifdef __GLIBC__
-    // The library starts with this threshold and raises it whenever a larger block is freed, unless it is set.
+    // The library starts with this threshold and raises it whenever a larger block is freed, unless it is
+    // set.
     mallopt(M_MMAP_THRESHOLD, 128 * 1024);
 #endif
 }
