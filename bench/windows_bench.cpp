@@ -116,7 +116,7 @@ void measure_import(Editor& editor) {
     std::vector<double> ratios; // of neighbours in time, which the machine disturbs alike
     for (int round = 0; round < 15; ++round) {
         const double before = processor_milliseconds();
-        import_folder(folder.path(), 64);
+        import_folder(folder.path());
         engine.push_back(processor_milliseconds() - before);
         editor.select_all(folder.path());
         windows.push_back(editor.import());

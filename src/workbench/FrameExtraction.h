@@ -31,8 +31,10 @@ class ExtractionView {
   public:
     virtual ~ExtractionView() = default;
 
+    /// Lines of the frame list.
     virtual std::int32_t line_count() const = 0;
-    /// Of the frame list.
+
+    /// Whether one of them is selected.
     virtual bool is_selected(std::int16_t line) const = 0;
 
     /// The abort mark, tested before each line.
