@@ -1,5 +1,6 @@
 #include "base/files.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <string>
@@ -44,6 +45,18 @@ TEST(Files, NamesAreUtf8) {
     const std::string path = folder.write("\xC3\xBC\xE2\x82\xAC.spr", Bytes{1, 2});
     EXPECT_TRUE(file_exists(path));
     EXPECT_EQ(read_head(path, 9), (Bytes{1, 2}));
+}
+
+TEST(Files, AFolderHoldsEverythingInItButNeitherItselfNorTheOneAboveIt) {
+    const TemporaryFolder folder;
+    folder.write("b", Bytes{});
+    folder.write(".hidden", Bytes{});
+    folder.write("..c", Bytes{});
+    std::filesystem::create_directory(folder.file("a"));
+    std::vector<std::string> names = names_in(folder.path());
+    std::ranges::sort(names);
+    EXPECT_EQ(names, (std::vector<std::string>{"..c", ".hidden", "a", "b"}));
+    EXPECT_TRUE(names_in(folder.file("none")).empty());
 }
 
 TEST(Files, AReadOnlyFileIsOneWithoutTheOwnersWritePermissionWhoeverRunsTheProgram) {

@@ -12,6 +12,8 @@ TEST(NumberText, WholeNumbersHaveNoPoint) {
     EXPECT_EQ(number_text(16), "16");
     EXPECT_EQ(number_text(-128), "-128");
     EXPECT_EQ(number_text(2147483647), "2147483647");
+    // As long as the buffer; what is longer gets a point and zeros behind it.
+    EXPECT_EQ(number_text(0x1p210), "1645504557321206042154969182557350504982735865633579863348609024");
 }
 
 TEST(NumberText, OthersHaveTheDigitsTheyNeed) {

@@ -57,6 +57,12 @@ TEST_F(JpgModTest, ABaselineFrameTellsWidthAndHeight) {
     EXPECT_EQ(probe({start, jfif, frame(0xC0, 300, 513), scan}), (Probe{True, 300, 513}));
 }
 
+TEST_F(JpgModTest, TheFirstBaselineFrameEndsTheWalk) {
+    EXPECT_EQ(probe({start, frame(0xC0, 3, 5), frame(0xC0, 7, 9), scan}), (Probe{True, 3, 5}));
+    // Not even a length that is an overflow is met behind it.
+    EXPECT_EQ(probe({start, frame(0xC0, 3, 5), {0xFF, 0xE2, 0x80, 0x00}}), (Probe{True, 3, 5}));
+}
+
 TEST_F(JpgModTest, TheTwoStartBytesAreTested) {
     EXPECT_EQ(probe({{0xFE, 0xD8}, frame(0xC0, 3, 5)}), nothing_found);
     EXPECT_EQ(probe({{0xFF, 0xD9}, frame(0xC0, 3, 5)}), nothing_found);

@@ -21,29 +21,6 @@ using test::TestSurface;
 
 using Colours = std::vector<Colour>;
 
-TEST(PcxHeader, FieldsStandAtTheirOffsetsAndGoRoundUnchanged) {
-    Bytes bytes(128);
-    std::iota(bytes.begin(), bytes.end(), std::uint8_t{100});
-    const auto header = PcxHeader::from_bytes(std::span<const std::uint8_t, 128>(bytes));
-    EXPECT_EQ(header.Manufacturer, 100);
-    EXPECT_EQ(header.Version, 101);
-    EXPECT_EQ(header.Encoding, 102);
-    EXPECT_EQ(header.BitsPerPixel, 103);
-    EXPECT_EQ(header.XMin, 104 + 105 * 256);
-    EXPECT_EQ(header.YMin, 106 + 107 * 256);
-    EXPECT_EQ(header.XMax, 108 + 109 * 256);
-    EXPECT_EQ(header.YMax, 110 + 111 * 256);
-    EXPECT_EQ(header.HDpi, 112 + 113 * 256);
-    EXPECT_EQ(header.VDpi, 114 + 115 * 256);
-    EXPECT_EQ(header.ColorMap[0], 116);
-    EXPECT_EQ(header.ColorMap[47], 163);
-    EXPECT_EQ(header.Reserved, 164);
-    EXPECT_EQ(header.NPlanes, 165);
-    EXPECT_EQ(header.BytesPerLine, 166 + 167 * 256 - 65536);
-    EXPECT_EQ(header.Filler[0], 168);
-    EXPECT_EQ(bytes_of(header), bytes);
-}
-
 TEST_F(LoadPcx, ANewObjectCountsInTwipsScalesItsTargetAndHasNoSize) {
     EXPECT_EQ(reader.ScaleMode(), 1);
     EXPECT_EQ(reader.Autoscale(), -1);
@@ -323,6 +300,14 @@ TEST_F(LoadPcx, ManyPixelsFromFewBytesAreAFailureOnlyWhenMemoryEnds) {
     EXPECT_FAILURE(load(header_of(8, 3, 0, 30000, 30000), Bytes(30000)), OutOfMemory);
     load(header_of(8, 3, 0, 3, 300), {1, 2, 3});
     EXPECT_EQ(decoded_colours()[899], grey(3));
+}
+
+TEST_F(LoadPcx, TwoNegativeSidesMakeAnArrayOfLessThan2GibibytesAndNoPicture) {
+    // One byte less than 2 GiB would be 536870911.75 pixels; these are 536870910.
+    put_old_picture();
+    load(header_of(8, 3, 0, -28702, -18705), {1, 2, 3});
+    EXPECT_EQ(CBitmap::CurrentBitmap, nullptr);
+    EXPECT_FAILURE(load(header_of(8, 3, 0, -28702, -18706), {1, 2, 3}), OutOfMemory);
 }
 
 // Objects and files.

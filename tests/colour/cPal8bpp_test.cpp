@@ -1,5 +1,6 @@
 #include "colour/cPal8bpp.h"
 
+#include <functional>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -164,6 +165,22 @@ TEST(Palette, WebsafeIsDarkColoursTheCubeWithoutItsCornersGreysAndBrightColours)
     EXPECT_EQ(entries(palette, 8, 215), cube);
     for (Colour i = 0; i < 31; ++i) {
         EXPECT_EQ(entry(palette, 217 + i), (8 + 8 * i) * 0x010101);
+    }
+}
+
+TEST(Palette, TheFourthByteOfEveryEntryIsZero) {
+    const std::vector<std::function<void(cPal8bpp&)>> makers{
+        [](auto& palette) { palette.CreateGreyScale(2); },
+        [](auto& palette) { palette.CreateEGA(); },
+        [](auto& palette) { palette.CreateHalftone(4); },
+        [](auto& palette) { palette.CreateWebsafe(); },
+    };
+    for (const auto& make : makers) {
+        cPal8bpp palette;
+        make(palette);
+        for (const RGBQUAD& quad : palette.lpPalette()) {
+            EXPECT_EQ(quad.rgbReserved, 0);
+        }
     }
 }
 

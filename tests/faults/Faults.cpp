@@ -25,6 +25,7 @@ thread_local bool met = false;
 thread_local int suspensions = 0;
 thread_local std::FILE* broken_stream = nullptr;
 std::size_t most_written = 0; // 0: as many as are asked for
+bool no_descriptors = false;
 int streams = 0;
 bool poisoned = false;
 std::uint8_t poison = 0;
@@ -91,6 +92,14 @@ ShortWrites::~ShortWrites() {
     most_written = 0;
 }
 
+NoDescriptors::NoDescriptors() {
+    no_descriptors = true;
+}
+
+NoDescriptors::~NoDescriptors() {
+    no_descriptors = false;
+}
+
 FaultsSuspended::FaultsSuspended() {
     ++suspensions;
 }
@@ -122,6 +131,7 @@ using varnoth::test::broken_stream;
 using varnoth::test::Call;
 using varnoth::test::fails;
 using varnoth::test::most_written;
+using varnoth::test::no_descriptors;
 using varnoth::test::poisoned_memory;
 using varnoth::test::streams;
 
@@ -157,6 +167,15 @@ DIR* __wrap_opendir(const char* path);
 dirent* __wrap_readdir64(DIR* folder);
 int __wrap_closedir(DIR* folder);
 
+// A stream of the program's own functions, which write to a file and close it.
+static std::FILE* stream_onto(std::FILE* file) {
+    const auto write = [](void* to, const char* bytes, std::size_t count) {
+        return static_cast<ssize_t>(__real_fwrite(bytes, 1, count, static_cast<std::FILE*>(to)));
+    };
+    const auto close = [](void* to) { return __real_fclose(static_cast<std::FILE*>(to)); };
+    return fopencookie(file, "wb", {nullptr, write, nullptr, close});
+}
+
 void* __wrap_malloc(std::size_t size) {
     return fails(Call::Array) ? nullptr : poisoned_memory(__real_malloc(size), size);
 }
@@ -175,7 +194,7 @@ std::FILE* __wrap_fopen64(const char* path, const char* mode) {
     }
     std::FILE* const file = __real_fopen64(path, mode);
     streams += file == nullptr ? 0 : 1;
-    return file;
+    return no_descriptors && file != nullptr && *mode == 'w' ? stream_onto(file) : file;
 }
 
 // Half of what was asked for comes and goes.

@@ -57,6 +57,16 @@ class ShortWrites {
     ShortWrites& operator=(const ShortWrites&) = delete;
 };
 
+/// While one lives, files opened for writing have no descriptor, as streams of a program's own making.
+class NoDescriptors {
+  public:
+    NoDescriptors();
+    ~NoDescriptors();
+
+    NoDescriptors(const NoDescriptors&) = delete;
+    NoDescriptors& operator=(const NoDescriptors&) = delete;
+};
+
 /// What a test does by itself while a fault is there does not meet it.
 class FaultsSuspended {
   public:

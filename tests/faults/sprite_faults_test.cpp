@@ -179,6 +179,16 @@ TEST_F(SpriteFaults, ASystemThatTakesAFewBytesAtATimeGetsThemAll) {
     }
 }
 
+TEST_F(SpriteFaults, AStreamWithoutADescriptorGetsTheSameBytes) {
+    Saving job;
+    job.prepare();
+    {
+        const NoDescriptors none;
+        EXPECT_TRUE(job.run());
+    }
+    job.result();
+}
+
 TEST_F(SpriteFaults, ADiskThatTurnsOutFullOnlyWhenClosingIsTheMessage) {
     Saving job;
     save_with(job, Call::Close, ENOSPC);

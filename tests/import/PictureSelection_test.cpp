@@ -1,7 +1,10 @@
 #include "import/PictureSelection.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
+#include "base/bytes.h"
 #include "sprite/hlspr.h"
 #include "support/PictureFolder.h"
 #include "support/ScriptedAddFrames.h"
@@ -174,6 +177,7 @@ TEST_F(PictureSelection, ATgaPictureIsDrawnAtItsOwnSize) {
     const std::vector<Colour> colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
     folder_.write("a.tga", test::tga_file(3, 2, colours));
     const auto form = open(PictureFormat::Tga);
+    form->Picture1().AutoSize = true;
     form->click(0);
     EXPECT_EQ(colours_of(form->Picture1()), colours);
     EXPECT_FALSE(form->Picture1().AutoSize);
@@ -183,8 +187,53 @@ TEST_F(PictureSelection, APcxPictureIsDrawnAtItsOwnSize) {
     const std::vector<Colour> colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
     folder_.write("a.pcx", test::pcx_file(3, 2, colours));
     const auto form = open(PictureFormat::Pcx);
+    form->Picture1().AutoSize = true;
     form->click(0);
     EXPECT_EQ(colours_of(form->Picture1()), colours);
+    EXPECT_FALSE(form->Picture1().AutoSize);
+}
+
+TEST_F(PictureSelection, APictureOfNegativeHeightFailsBeforeItsTargetIsClearedAndItsUnitsAreChanged) {
+    // Of 16 bits the TGA reader takes one, and of a depth that it does not read the PCX reader takes any.
+    auto tga = test::tga_file(2, -2, {1, 2});
+    tga[16] = 16;
+    folder_.write("a.tga", tga);
+    auto pcx = test::pcx_file(2, 1, {1, 2});
+    pcx[3] = 2;
+    pcx[65] = 1;
+    put_i16(pcx, 10, -2);
+    folder_.write("a.pcx", pcx);
+    for (const PictureFormat format : {PictureFormat::Tga, PictureFormat::Pcx}) {
+        const auto form = open(format);
+        PictureSurface& target = form->Picture1();
+        target.PSet(0, 0, 0x778899);
+        EXPECT_FAILURE(LoadSelectedPicture(*form, 0, target), InvalidPropertyValue);
+        EXPECT_EQ(target.Point(0, 0), 0x778899);
+        EXPECT_EQ(target.ScaleMode, ScalePixels);
+        EXPECT_EQ(target.Parent()->ScaleMode, ScalePixels);
+    }
+}
+
+TEST_F(PictureSelection, WhileATgaOrPcxPictureIsDrawnItsTargetIsNeverLargerThanThePicture) {
+    const std::vector<Colour> colours(40 * 30, 7);
+    folder_.write("a.tga", test::tga_file(40, 30, colours));
+    folder_.write("a.pcx", test::pcx_file(40, 30, colours));
+    for (const PictureFormat format : {PictureFormat::Tga, PictureFormat::Pcx}) {
+        const auto form = open(format);
+        PictureSurface& target = form->Picture1();
+        target.SetWidth(1);
+        target.SetHeight(1);
+        std::int32_t widest = 0;
+        std::int32_t highest = 0;
+        target.on_change = [&] {
+            widest = std::max(widest, target.bitmap().width());
+            highest = std::max(highest, target.bitmap().height());
+        };
+        LoadSelectedPicture(*form, 0, target);
+        EXPECT_EQ(colours_of(target), colours);
+        EXPECT_EQ(widest, 40);
+        EXPECT_EQ(highest, 30);
+    }
 }
 
 TEST_F(PictureSelection, ATgaOrPcxFileThatTheReaderRefusesLeavesThePreviewAsItWas) {

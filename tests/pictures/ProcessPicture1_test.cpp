@@ -268,6 +268,35 @@ TEST(ProcessPicture1, AListChangedDuringAYieldIsSearchedAsItIsNow) {
     EXPECT_EQ(shipped.ColorList()[4], 2) << "the 2 of the first row is not in the list any more";
 }
 
+TEST(ProcessPicture1, AListChangedTwiceDuringAYieldIsSearchedAsItIsNowToo) {
+    const auto picture = surface_of(2, 3, {1, 2, 3, 4, 2, 7});
+    const std::vector<Colour> changed(256, 7);
+    const std::vector<std::function<void(ProcessPicture1&)>> first_changes{
+        [&](auto& toolbox) { toolbox.set_palette(std::vector<Colour>(256, 9)); },
+        [&](auto& toolbox) { toolbox.init_pal(9); },
+        [&](auto& toolbox) { toolbox.Make_Pal_From_Pic(*picture); },
+        [&](auto& toolbox) { toolbox.is_more_than_256(*picture); },
+    };
+    const std::vector<std::function<void(ProcessPicture1&)>> second_changes{
+        [&](auto& toolbox) { toolbox.set_palette(changed); },
+        [&](auto& toolbox) { toolbox.init_pal(7); },
+    };
+    for (const auto& first : first_changes) {
+        for (const auto& second : second_changes) {
+            ProcessPicture1 toolbox;
+            test::RecordedServices services;
+            services.on_yield = [&] {
+                if (services.yields == 2) { // before the second row
+                    first(toolbox);
+                    second(toolbox);
+                }
+            };
+            toolbox.is_more_than_256(*picture);
+            EXPECT_EQ(toolbox.ColorList()[4], 2) << "the 2 of the first row is not in the list any more";
+        }
+    }
+}
+
 TEST(ProcessPicture1, AScanWhoseBuffersGoDuringAYieldIsASubscriptFailure) {
     ProcessPicture1 toolbox;
     test::RecordedServices services;

@@ -136,6 +136,7 @@ TEST(CDib, SizeFieldsThatLeaveTheir32BitsAreAnOverflow) {
 
 TEST(CDib, DestroyOnAnEmptyObjectIsHarmlessAndTwiceIsTheSameAsOnce) {
     cDIB dib;
+    expect_empty(dib);
     dib.Destroy();
     expect_empty(dib);
     ASSERT_TRUE(dib.Create(2, 2, 32));
@@ -259,6 +260,11 @@ TEST(CDib, AContextIsTakenOverAt8BitsWithItsColourTable) {
     ASSERT_TRUE(dib.CreateFromHdc8bpp(*source.hDIBDC(), 2, 1));
     EXPECT_EQ(bytes_of(dib), (Bytes{200, 7, 0, 0}));
     EXPECT_EQ(colours_of(dib), colours_of(source));
+    Bytes expected;
+    source.GetPalette(expected);
+    Bytes palette;
+    dib.GetPalette(palette);
+    EXPECT_EQ(palette, expected);
     EXPECT_FALSE(dib.CreateFromHdc8bpp(*source.hDIBDC(), -2, 1));
     expect_empty(dib);
 }

@@ -1,6 +1,8 @@
 #include "platform/Bitmap.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <limits>
 #include <vector>
 
@@ -47,9 +49,18 @@ TEST(Bitmap, StartsAllZeroWithAColourTableOfItsDepth) {
         EXPECT_EQ(bitmap.colour_table().size(), bits <= 8 ? std::size_t{1} << bits : 0U);
         EXPECT_EQ(bitmap.pixel(2, 1), 0);
     }
+    EXPECT_EQ(Bitmap().width(), 0);
+    EXPECT_EQ(Bitmap().height(), 0);
+    EXPECT_EQ(Bitmap().bits_per_pixel(), 0);
+    EXPECT_EQ(Bitmap().row_bytes(), 0);
     EXPECT_TRUE(Bitmap().bytes().empty());
     EXPECT_TRUE(Bitmap().colour_table().empty());
     EXPECT_EQ(Bitmap().pixel(0, 0), no_colour);
+}
+
+TEST(Bitmap, ADescriptionOfNothingIsAllZero) {
+    using Record = std::array<std::uint8_t, sizeof(BITMAP)>;
+    EXPECT_EQ(std::bit_cast<Record>(BITMAP{}), Record{});
 }
 
 TEST(Bitmap, TheDescriptionTellsSizeRowBytesAndDepth) {

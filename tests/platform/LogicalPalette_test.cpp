@@ -1,5 +1,6 @@
 #include "platform/LogicalPalette.h"
 
+#include <bit>
 #include <random>
 #include <vector>
 
@@ -34,6 +35,15 @@ LOGPALETTE palette_of(const std::vector<PALETTEENTRY>& entries) {
     record.palNumEntries = static_cast<std::uint16_t>(entries.size());
     std::copy(entries.begin(), entries.end(), record.palPalEntry.begin());
     return record;
+}
+
+TEST(LogicalPalette, ANewRecordHasItsVersionAndNothingElse) {
+    const LOGPALETTE record;
+    EXPECT_EQ(record.palVersion, 768);
+    EXPECT_EQ(record.palNumEntries, 0);
+    for (const PALETTEENTRY& entry : record.palPalEntry) {
+        EXPECT_EQ(std::bit_cast<std::uint32_t>(entry), 0U);
+    }
 }
 
 TEST(LogicalPalette, OfEquallyNearEntriesTheLowestIndexIsTheAnswer) {

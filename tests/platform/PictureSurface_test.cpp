@@ -14,6 +14,17 @@ using test::colours_of;
 using test::surface_of;
 using test::TestSurface;
 
+TEST(PictureSurface, ADesignOfNothingIsATopLevelFormOf32BitsWithoutPixels) {
+    const PictureSurface surface(PictureSurface::Design{});
+    EXPECT_EQ(surface.Parent(), nullptr);
+    EXPECT_EQ(surface.Width(), 0);
+    EXPECT_EQ(surface.Height(), 0);
+    EXPECT_EQ(surface.ScaleWidth(), 0);
+    EXPECT_EQ(surface.ScaleHeight(), 0);
+    EXPECT_EQ(surface.description().bmBitsPixel, 32);
+    EXPECT_EQ(surface.BackColor(), 0);
+}
+
 TEST(PictureSurface, ANewSizeKeepsTheContentAtTheTopLeftAndTheRestIsBackground) {
     const auto surface = surface_of(2, 2, {1, 2, 3, 4});
     surface->SetWidth(3);

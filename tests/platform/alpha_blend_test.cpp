@@ -22,6 +22,7 @@ std::uint32_t with_alpha(std::uint8_t alpha) {
 TEST(AlphaBlend, TheFourBytesArePackedFromTheLowestOn) {
     EXPECT_EQ(packed({1, 2, 3, 4}), 0x04030201U);
     EXPECT_EQ(packed({.SourceConstantAlpha = 255}), 0x00FF0000U);
+    EXPECT_EQ(packed({}), 0U);
     EXPECT_EQ(packed({255, 255, 255, 255}), 0xFFFFFFFFU);
 }
 

@@ -14,6 +14,10 @@ using hlspr::document;
 using test::indices;
 using test::indices_of;
 
+// As the program starts, before any test has changed them.
+const bool unnamed_at_start = hlspr::UnnamedSprite;
+const bool dirty_at_start = hlspr::SpriteDirty;
+
 class SpriteDocumentTest : public testing::Test {
   protected:
     SpriteDocumentTest() { test::reset_sprite(); }
@@ -23,6 +27,11 @@ void expect_one_empty_slot() {
     ASSERT_EQ(document().FrameStore.size(), 1U);
     EXPECT_EQ(indices_of(document().FrameStore[0]), (std::vector<std::uint8_t>{0}));
     EXPECT_EQ(document().FrameOrder, (std::vector<std::int16_t>{0}));
+}
+
+TEST_F(SpriteDocumentTest, AtProgramStartNoSpriteWaitsForItsNameOrToBeSaved) {
+    EXPECT_FALSE(unnamed_at_start);
+    EXPECT_FALSE(dirty_at_start);
 }
 
 TEST_F(SpriteDocumentTest, ANewSpriteHasItsHeaderPaletteAndFrameHeaderSet) {
