@@ -6,9 +6,9 @@
 
 #include "base/RunTimeFailure.h"
 
-// The search is a good part of what a dither costs. Where the loader can choose, it is there a second time
-// for processors with vectors of 256 bits.
-#if defined(__x86_64__) && defined(__GLIBC__)
+// The search is a good part of what a dither costs. Where compiler and loader can choose, it is there a second
+// time for processors with vectors of 256 bits. Clang's way gives the function a name of its own in every file.
+#if defined(__x86_64__) && defined(__GLIBC__) && !defined(__clang__)
 #define WITH_WIDE_VECTORS __attribute__((target_clones("avx2", "default")))
 #else
 #define WITH_WIDE_VECTORS
