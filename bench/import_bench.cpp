@@ -9,7 +9,7 @@
 #include "platform/Services.h"
 #include "reference/Dither.h"
 #include "reference/Import.h"
-#include "whole_folder.h"
+#include "sprite/hlspr.h"
 
 namespace varnoth::bench {
 namespace {

@@ -76,6 +76,8 @@ std::vector<std::uint8_t> photograph_bytes(std::uint32_t seed) {
     return bytes;
 }
 
+namespace {
+
 std::unique_ptr<test::TestSurface> photograph(std::uint32_t seed) {
     auto surface = std::make_unique<test::TestSurface>(photograph_side, photograph_side);
     const std::vector<std::uint8_t> bytes = photograph_bytes(seed);
@@ -86,6 +88,8 @@ std::unique_ptr<test::TestSurface> photograph(std::uint32_t seed) {
     }
     return surface;
 }
+
+} // namespace
 
 const Surfaces& photographs(std::size_t count) {
     static Surfaces made;
@@ -102,10 +106,6 @@ const Surfaces& reduced_photographs(std::size_t count) {
         mDither8bpp().transform_to_8bit(*made.back(), *made.back());
     }
     return made;
-}
-
-void copy_pixels(const PictureSurface& from, PictureSurface& to) {
-    std::ranges::copy(from.bitmap().bytes(), to.bitmap().bytes().begin());
 }
 
 void write_photographs(const std::string& folder, std::size_t count) {

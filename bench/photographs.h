@@ -17,19 +17,13 @@ inline constexpr std::int32_t photograph_side = 256;
 /// Blue, green, red, rows from the top, without padding.
 std::vector<std::uint8_t> photograph_bytes(std::uint32_t seed);
 
-/// The same on a 32-bit surface.
-std::unique_ptr<test::TestSurface> photograph(std::uint32_t seed);
-
 using Surfaces = std::vector<std::unique_ptr<test::TestSurface>>;
 
-/// Photographs of the seeds 0 to `count` - 1. Made once a run.
+/// Photographs of the seeds 0 to `count` - 1 on 32-bit surfaces. Made once a run.
 const Surfaces& photographs(std::size_t count);
 
 /// The same after their reduction to 256 colours each.
 const Surfaces& reduced_photographs(std::size_t count);
-
-/// A copy of a surface's pixels on another of the same size and depth.
-void copy_pixels(const PictureSurface& from, PictureSurface& to);
 
 /// Writes the photographs of the seeds 0 to `count` - 1 as 24-bit BMP files, photograph0.bmp and so on.
 void write_photographs(const std::string& folder, std::size_t count);

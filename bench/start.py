@@ -1,5 +1,5 @@
-"""Times the start of the main window up to its first paint beside that of an empty window of Qt and of one with a line of
-text, turn by turn.
+"""Times the start of the main window up to its first paint beside that of an empty window of Qt and of one with a line
+of text, turn by turn.
 
 Usage: start.py FIRST_PAINT. Prints the medians and their ratios; ends with 1 when the goal is missed. The goal is set
 beside the empty window, which needs no fonts; what Qt takes to load them for any text is seen beside the other one.

@@ -1,9 +1,7 @@
-// An import of the first pictures of a folder, all selected, as the benchmarks run it.
+// An import of all pictures of a folder as the benchmarks run it.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <string_view>
 
@@ -16,19 +14,11 @@ namespace varnoth::bench {
 
 class WholeFolder : public test::ScriptedAddFrames {
   public:
-    explicit WholeFolder(const std::string& folder,
-                         std::int32_t count = std::numeric_limits<std::int32_t>::max())
-        : ScriptedAddFrames(folder, PictureFormat::Bmp, false),
-          count_(std::min(count, ScriptedAddFrames::entry_count())) {
+    explicit WholeFolder(const std::string& folder) : ScriptedAddFrames(folder, PictureFormat::Bmp, false) {
         LoadSelectedPicture(*this, 0, Picture1());
     }
 
-    std::int32_t entry_count() const override { return count_; }
-
     bool is_selected(std::int32_t /*index*/) const override { return true; }
-
-  private:
-    std::int32_t count_;
 };
 
 /// Keeps what it is told and shows nothing.
@@ -65,11 +55,10 @@ class SilentView : public ImportView {
     std::int32_t lines_ = 0;
 };
 
-/// The shipped import of a folder's first `count` pictures into a new sprite.
-inline void import_folder(const std::string& folder,
-                          std::int32_t count = std::numeric_limits<std::int32_t>::max()) {
+/// The shipped import of a folder's pictures into a new sprite.
+inline void import_folder(const std::string& folder) {
     hlspr::new_sprite(256, 256, 2, 1);
-    WholeFolder form(folder, count);
+    WholeFolder form(folder);
     SilentView view;
     import_frames(form, view);
 }

@@ -116,7 +116,7 @@ void measure_import(Editor& editor) {
     std::vector<double> ratios; // of neighbours in time, which the machine disturbs alike
     for (int round = 0; round < 15; ++round) {
         const double before = processor_milliseconds();
-        import_folder(folder.path(), 64);
+        import_folder(folder.path());
         engine.push_back(processor_milliseconds() - before);
         editor.select_all(folder.path());
         windows.push_back(editor.import());
@@ -153,7 +153,7 @@ void measure_cancel(Editor& editor) {
                     while (second_pass && !adding) {
                         std::this_thread::sleep_for(std::chrono::milliseconds(1));
                     }
-                    std::this_thread::sleep_for(std::chrono::milliseconds(100 + 77 * round));
+                    std::this_thread::sleep_for(std::chrono::milliseconds(15 + 20 * round));
                     clicked = Clock::now();
                     QMetaObject::invokeMethod(
                         progress, [&] { hand::click(progress->elboton1); }, Qt::QueuedConnection);

@@ -8,6 +8,7 @@
 #include "import/mixpals.h"
 #include "pictures/ProcessPicture1.h"
 #include "sprite/hlspr.h"
+#include "support/sprites.h"
 
 namespace {
 
@@ -25,11 +26,8 @@ struct Transparent {
 };
 
 void start_anew() {
-    hlspr::document() = SpriteDocument();
-    mixpals::ImportPalette.fill({});
-    mixpals::hLookupPalette.reset();
-    mixpals::MixInfo = {};
-    mixpals::MixBits = {};
+    test::reset_sprite();
+    test::reset_mixpals();
 }
 
 void reduce(ProcessPicture1& toolbox, PictureSurface& picture) {

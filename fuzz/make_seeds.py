@@ -183,13 +183,15 @@ def make_bmp():
     put("probe_bmp", "netpbm", run("ppmtobmp", picture)[:200])
     for name, fields in (("top-down", {"height": -2}), ("width-0", {"width": 0}), ("file-size-0", {"file_size": 0}),
                          ("offset-53", {"offset": 53}), ("core-header", {"size": 12}), ("planes-2", {"planes": 2}),
-                         ("compression-overflows", {"compression": 40000}), ("compression-32767", {"compression": 32767}),
+                         ("compression-overflows", {"compression": 40000}),
+                         ("compression-32767", {"compression": 32767}),
                          ("compression-negative", {"compression": 0xFFFFFFFF}), ("image-size-0", {"image": 0}),
                          ("image-size-too-large", {"image": 71}), ("image-size-negative", {"image": 0x80000000}),
                          ("depth-65535", {"depth": 65535})):
         put("probe_bmp", name, bmp_header(**fields) + bytes(16))
     for name, fields in (("depth-0", {"depth": 0}), ("planes-0", {"planes": 0}), ("height-0", {"height": 0}),
-                         ("negative-width", {"width": -2}), ("largest-sides", {"width": 2**31 - 1, "height": 2**31 - 1}),
+                         ("negative-width", {"width": -2}),
+                         ("largest-sides", {"width": 2**31 - 1, "height": 2**31 - 1}),
                          ("header-of-108", {"size": 108}), ("file-size-negative", {"file_size": 0x80000000}),
                          ("offset-negative", {"offset": 0xFFFFFFFF})):
         put("probe_bmp", name, bmp_header(**fields) + bytes(16))

@@ -32,7 +32,8 @@ int main(int count, char** arguments) {
     for (int i = 1; i < count; ++i) {
         for (const std::filesystem::path& file : files_of(arguments[i])) {
             const std::vector<std::uint8_t> bytes = varnoth::test::read_file(file.string());
-            std::fprintf(stderr, "%s\n", file.string().c_str()); // the last one named is the one that ended it
+            // The last one named is the one that ended it.
+            std::fprintf(stderr, "%s\n", file.string().c_str());
             LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
             ++inputs;
         }

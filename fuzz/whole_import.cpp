@@ -6,13 +6,13 @@
 #include "codecs/CBitmap.h"
 #include "fuzzing.h"
 #include "import/ImportPipeline.h"
-#include "import/mixpals.h"
 #include "reference/Import.h"
 #include "sprite/hlspr.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/RecordedServices.h"
 #include "support/ScriptedAddFrames.h"
+#include "support/sprites.h"
 
 namespace {
 
@@ -157,13 +157,8 @@ struct Outcome {
 };
 
 void start_anew() {
-    hlspr::document() = SpriteDocument();
-    hlspr::SpriteDirty = false;
-    mixpals::InitColorTable();
-    mixpals::ImportPalette.fill({});
-    mixpals::hLookupPalette.reset();
-    mixpals::MixInfo = {};
-    mixpals::MixBits = {};
+    test::reset_sprite();
+    test::reset_mixpals();
     CBitmap::CurrentBitmap = nullptr;
 }
 
@@ -219,7 +214,6 @@ void require_same(const Outcome& shipped, const Outcome& plain) {
                      "the surfaces are those of the plain import");
 }
 
-// What was imported goes into a file and comes back.
 // Pictures need not have the sprite's size, and frames that do not fill their headers do not come back.
 bool frames_fill_their_headers(const SpriteDocument& sprite) {
     const std::int64_t pixels = std::int64_t{sprite.FrameHeader.FrameWidth} * sprite.FrameHeader.FrameHeight;
@@ -227,6 +221,7 @@ bool frames_fill_their_headers(const SpriteDocument& sprite) {
                                [&](const ByteArray& frame) { return std::ssize(frame.bytes()) == pixels; });
 }
 
+// What was imported goes into a file and comes back.
 void save_and_load(const SpriteDocument& imported) {
     hlspr::document() = imported;
     const std::string path = fuzzing::scratch_path("imported.spr");

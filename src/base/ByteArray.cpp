@@ -4,20 +4,20 @@
 #include <utility>
 
 #include "base/RunTimeFailure.h"
+#include "base/large_blocks.h"
 
 namespace varnoth {
 
-ByteArray::ByteArray(void* bytes, std::size_t size)
-    : bytes_(static_cast<std::uint8_t*>(bytes)), size_(size) {
-    if (!bytes_ && size != 0) {
+ByteArray::ByteArray(void* bytes, std::size_t size) : bytes_(static_cast<std::uint8_t*>(bytes)), size_(size) {
+    if (bytes_ == nullptr && size != 0) {
         fail(Failure::OutOfMemory);
     }
 }
 
-ByteArray::ByteArray(std::size_t size) : ByteArray(size == 0 ? nullptr : std::calloc(size, 1), size) {}
+ByteArray::ByteArray(std::size_t size) : ByteArray(take_zeroed_block(size), size) {}
 
 ByteArray ByteArray::for_overwrite(std::size_t size) {
-    return {size == 0 ? nullptr : std::malloc(size), size};
+    return {take_block(size), size};
 }
 
 ByteArray::ByteArray(const ByteArray& other) : ByteArray(for_overwrite(other.size_)) {
@@ -25,7 +25,7 @@ ByteArray::ByteArray(const ByteArray& other) : ByteArray(for_overwrite(other.siz
 }
 
 ByteArray::ByteArray(ByteArray&& other) noexcept
-    : bytes_(std::move(other.bytes_)), size_(std::exchange(other.size_, 0)) {}
+    : bytes_(std::exchange(other.bytes_, nullptr)), size_(std::exchange(other.size_, 0)) {}
 
 ByteArray& ByteArray::operator=(const ByteArray& other) {
     if (this != &other) {
@@ -35,9 +35,16 @@ ByteArray& ByteArray::operator=(const ByteArray& other) {
 }
 
 ByteArray& ByteArray::operator=(ByteArray&& other) noexcept {
-    bytes_ = std::move(other.bytes_);
-    size_ = std::exchange(other.size_, 0);
+    if (this != &other) {
+        give_back_block(bytes_, size_);
+        bytes_ = std::exchange(other.bytes_, nullptr);
+        size_ = std::exchange(other.size_, 0);
+    }
     return *this;
+}
+
+ByteArray::~ByteArray() {
+    give_back_block(bytes_, size_);
 }
 
 bool operator==(const ByteArray& a, const ByteArray& b) {

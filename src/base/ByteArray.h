@@ -4,8 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <span>
 
 namespace varnoth {
@@ -25,13 +23,13 @@ class ByteArray {
     ByteArray(ByteArray&& other) noexcept;
     ByteArray& operator=(const ByteArray& other);
     ByteArray& operator=(ByteArray&& other) noexcept;
-    ~ByteArray() = default;
+    ~ByteArray();
 
     std::size_t size() const { return size_; }
 
-    std::uint8_t* data() { return bytes_.get(); }
+    std::uint8_t* data() { return bytes_; }
 
-    const std::uint8_t* data() const { return bytes_.get(); }
+    const std::uint8_t* data() const { return bytes_; }
 
     /// The byte at `index`, which is not checked.
     std::uint8_t& operator[](std::size_t index) { return bytes_[index]; }
@@ -39,20 +37,16 @@ class ByteArray {
     /// The same, to read only.
     std::uint8_t operator[](std::size_t index) const { return bytes_[index]; }
 
-    std::span<std::uint8_t> bytes() { return {bytes_.get(), size_}; }
+    std::span<std::uint8_t> bytes() { return {bytes_, size_}; }
 
-    std::span<const std::uint8_t> bytes() const { return {bytes_.get(), size_}; }
+    std::span<const std::uint8_t> bytes() const { return {bytes_, size_}; }
 
     friend bool operator==(const ByteArray& a, const ByteArray& b);
 
   private:
     ByteArray(void* bytes, std::size_t size);
 
-    struct Release {
-        void operator()(std::uint8_t* bytes) const { std::free(bytes); }
-    };
-
-    std::unique_ptr<std::uint8_t[], Release> bytes_;
+    std::uint8_t* bytes_ = nullptr;
     std::size_t size_ = 0;
 };
 

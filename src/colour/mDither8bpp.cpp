@@ -42,8 +42,8 @@ std::uint8_t level_of(const LevelRule& rule, std::size_t place, std::size_t valu
     };
     const auto channel = static_cast<std::int32_t>(value);
     const std::int32_t offset = rule.offsets[place];
-    // The shift is for levels below the threshold of their place. Thresholds are made for channel values, so every
-    // level is below its own.
+    // The shift is for levels below the threshold of their place. Thresholds are made for channel values, so
+    // every level is below its own.
     static_assert(std::ranges::min(mDither8bpp::Threshold256) > 15);
     return narrow<std::uint8_t>(level_at(channel + rule.shift - offset));
 }

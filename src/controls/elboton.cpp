@@ -1,8 +1,5 @@
 #include "controls/elboton.h"
 
-#include <cmath>
-
-#include "controls/parts/accessible.h"
 #include "platform/qt/look.h"
 
 namespace varnoth {
@@ -11,6 +8,7 @@ namespace {
 
 constexpr double height_in_twips = 360;
 constexpr double least_width_in_twips = 500;
+constexpr double caption_left = 6; ///< unless it stands in the middle
 
 const std::vector<PersistedProperty>& persisted() {
     static const std::vector<PersistedProperty> properties{
@@ -33,16 +31,11 @@ const std::vector<PersistedProperty>& persisted() {
 
 } // namespace
 
-elboton::elboton(const QString& name, QWidget* parent) : SkinnedControl(name, parent, persisted()) {
-    label_.Left = 6;
-    label_.Top = 3;
-    label_.set_auto_size();
-    shadow1_.Left = 7;
-    shadow1_.Top = 4;
-    shadow1_.set_shadow_of(label_);
-    shadow1_.set_auto_size();
-    add_part("shadow1", shadow1_);
-    add_part("label", label_);
+elboton::elboton(const QString& name, QWidget* parent)
+    : SkinnedControl(name, parent, persisted()), caption_(caption_left, 3) {
+    caption_.set_auto_size();
+    add_part("shadow1", caption_.shadow);
+    add_part("label", caption_.text);
     add_part("lineA(0)", edges_.top);
     add_part("lineA(1)", edges_.left);
     add_part("lineB(0)", edges_.right);
@@ -54,13 +47,8 @@ elboton::elboton(const QString& name, QWidget* parent) : SkinnedControl(name, pa
 }
 
 void elboton::SetCaption(const QString& caption) {
-    label_.SetCaption(caption);
-    shadow1_.SetCaption(caption);
-    layout_step();
-    if (!reading()) {
-        tell_name_changed(*this);
-    }
-    changed("Caption");
+    caption_.SetCaption(caption);
+    caption_changed();
 }
 
 void elboton::SetCenterCaption(bool center) {
@@ -75,16 +63,12 @@ void elboton::resized() {
 }
 
 void elboton::layout_step() {
-    label_.Left = center_caption_ ? width_in_pixels() / 2 - label_.Width / 2 : 6;
-    shadow1_.Left = label_.Left + 1;
-    if (label_.Height < ScaleHeight()) {
-        label_.Top = std::trunc(ScaleHeight() / 2 - text_height(Font()) / 2);
-        shadow1_.Top = label_.Top + 1;
-    }
+    caption_.set_left(center_caption_ ? width_in_pixels() / 2 - caption_.text.Width / 2 : caption_left);
+    caption_.centre_in(ScaleHeight());
 }
 
 void elboton::show_fore_colour() {
-    label_.ForeColor = ForeColor();
+    caption_.text.ForeColor = ForeColor();
 }
 
 void elboton::show_light() {
@@ -96,13 +80,11 @@ void elboton::show_dark() {
 }
 
 void elboton::show_font() {
-    label_.SetFont(Font());
-    shadow1_.SetFont(Font());
+    caption_.SetFont(Font());
 }
 
 void elboton::show_shadow() {
-    shadow1_.Visible = DropShadow();
-    shadow1_.Enabled = DropShadow();
+    caption_.set_shadow(DropShadow());
 }
 
 void elboton::part_pressed(Part* /*part*/, const MouseArguments& mouse) {
@@ -115,7 +97,7 @@ void elboton::part_pressed(Part* /*part*/, const MouseArguments& mouse) {
 }
 
 void elboton::part_moved(Part* part, const MouseArguments& mouse) {
-    if (part == &label_) {
+    if (part == &caption_.text) {
         emit MouseMove(mouse.Button, mouse.Shift, mouse.x, mouse.y);
     }
 }

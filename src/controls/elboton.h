@@ -3,6 +3,7 @@
 #pragma once
 
 #include "controls/parts/EdgeLines.h"
+#include "controls/parts/ShadowedText.h"
 #include "controls/parts/SkinnedControl.h"
 
 namespace varnoth {
@@ -28,7 +29,7 @@ class elboton final : public SkinnedControl {
   public:
     elboton(const QString& name, QWidget* parent);
 
-    const QString& Caption() const { return label_.Caption(); }
+    const QString& Caption() const { return caption_.text.Caption(); }
 
     void SetCaption(const QString& caption);
 
@@ -63,8 +64,7 @@ class elboton final : public SkinnedControl {
     void part_released(Part* part, const MouseArguments& mouse) override;
     void part_clicked(Part* part) override;
 
-    TextPart label_;
-    TextPart shadow1_;
+    ShadowedText caption_;
     EdgeLines edges_{24};
     bool center_caption_ = false;
 };

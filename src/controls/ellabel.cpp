@@ -1,8 +1,5 @@
 #include "controls/ellabel.h"
 
-#include <cmath>
-
-#include "controls/parts/accessible.h"
 #include "platform/qt/look.h"
 
 namespace varnoth {
@@ -30,25 +27,16 @@ const std::vector<PersistedProperty>& persisted() {
 } // namespace
 
 ellabel::ellabel(const QString& name, QWidget* parent) : ForwardingControl(name, parent, persisted()) {
-    label2_.set_auto_size();
-    shadow1_.Left = 1;
-    shadow1_.Top = 1;
-    shadow1_.set_shadow_of(label2_);
-    shadow1_.set_auto_size();
-    add_part("shadow1", shadow1_);
-    add_part("Label2", label2_);
+    caption_.set_auto_size();
+    add_part("shadow1", caption_.shadow);
+    add_part("Label2", caption_.text);
     fix_height(height_in_twips);
     ReadProperties({});
 }
 
 void ellabel::SetCaption(const QString& caption) {
-    label2_.SetCaption(caption);
-    shadow1_.SetCaption(caption);
-    layout_step();
-    if (!reading()) {
-        tell_name_changed(*this);
-    }
-    changed("Caption");
+    caption_.SetCaption(caption);
+    caption_changed();
 }
 
 void ellabel::resized() {
@@ -56,24 +44,19 @@ void ellabel::resized() {
 }
 
 void ellabel::layout_step() {
-    if (label2_.Height < ScaleHeight()) {
-        label2_.Top = std::trunc(ScaleHeight() / 2 - text_height(Font()) / 2);
-        shadow1_.Top = label2_.Top + 1;
-    }
+    caption_.centre_in(ScaleHeight());
 }
 
 void ellabel::show_fore_colour() {
-    label2_.ForeColor = ForeColor();
+    caption_.text.ForeColor = ForeColor();
 }
 
 void ellabel::show_font() {
-    label2_.SetFont(Font());
-    shadow1_.SetFont(Font());
+    caption_.SetFont(Font());
 }
 
 void ellabel::show_shadow() {
-    shadow1_.Visible = DropShadow();
-    shadow1_.Enabled = DropShadow();
+    caption_.set_shadow(DropShadow());
 }
 
 } // namespace varnoth

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "controls/parts/ForwardingControl.h"
+#include "controls/parts/ShadowedText.h"
 
 namespace varnoth {
 
@@ -22,12 +23,12 @@ class ellabel final : public ForwardingControl {
   public:
     ellabel(const QString& name, QWidget* parent);
 
-    const QString& Caption() const { return label2_.Caption(); }
+    const QString& Caption() const { return caption_.text.Caption(); }
 
     void SetCaption(const QString& caption);
 
   private:
-    bool forwards(const Part* part) const override { return part == &label2_; }
+    bool forwards(const Part* part) const override { return part == &caption_.text; }
 
     void resized() override;
     void layout_step() override;
@@ -35,8 +36,7 @@ class ellabel final : public ForwardingControl {
     void show_font() override;
     void show_shadow() override;
 
-    TextPart label2_;
-    TextPart shadow1_;
+    ShadowedText caption_{0, 0};
 };
 
 } // namespace varnoth

@@ -63,13 +63,7 @@ elpanel::elpanel(const QString& name, QWidget* parent) : SkinnedControl(name, pa
     label2_.Height = 14;
     label2_.set_symbol();
     label2_.SetCaption("r");
-    label1_.Left = 30;
-    label1_.Top = 9;
-    label1_.Height = title_height;
-    shadow1_.Left = 31;
-    shadow1_.Top = 10;
-    shadow1_.Height = title_height;
-    shadow1_.set_shadow_of(label1_);
+    title_.text.Height = title_.shadow.Height = title_height;
     add_part("Picture1", picture1_);
     add_part("Picture2", picture2_);
     name_part("Line1B(1)", close_edges_.right);
@@ -81,8 +75,8 @@ elpanel::elpanel(const QString& name, QWidget* parent) : SkinnedControl(name, pa
     add_part("LineA(1)", edges_.left);
     add_part("LineB(0)", edges_.right);
     add_part("LineB(1)", edges_.bottom);
-    add_part("shadow1", shadow1_);
-    add_part("Label1", label1_);
+    add_part("shadow1", title_.shadow);
+    add_part("Label1", title_.text);
     set_background_edge(1);
     ReadProperties({});
 }
@@ -95,8 +89,7 @@ void elpanel::SetCloseColor(Colour colour) {
 }
 
 void elpanel::SetTitle(const QString& title) {
-    label1_.SetCaption(title);
-    shadow1_.SetCaption(title);
+    title_.SetCaption(title);
     changed("Title");
 }
 
@@ -151,7 +144,7 @@ void elpanel::resized() {
     edges_.set_width(width);
     edges_.set_height(height);
     picture2_.Left = width - close_button_from_right;
-    label1_.Width = shadow1_.Width = std::max(width - title_margins, 0.0);
+    title_.text.Width = title_.shadow.Width = std::max(width - title_margins, 0.0);
 }
 
 void elpanel::show_back_colour() {
@@ -159,7 +152,7 @@ void elpanel::show_back_colour() {
 }
 
 void elpanel::show_fore_colour() {
-    label1_.ForeColor = ForeColor();
+    title_.text.ForeColor = ForeColor();
 }
 
 void elpanel::show_light() {
@@ -173,13 +166,11 @@ void elpanel::show_dark() {
 }
 
 void elpanel::show_font() {
-    label1_.SetFont(Font());
-    shadow1_.SetFont(Font());
+    title_.SetFont(Font());
 }
 
 void elpanel::show_shadow() {
-    shadow1_.Visible = DropShadow();
-    shadow1_.Enabled = DropShadow();
+    title_.set_shadow(DropShadow());
 }
 
 void elpanel::sink_close_button() {
@@ -205,7 +196,7 @@ void elpanel::part_pressed(Part* part, const MouseArguments& mouse) {
         if (mouse.Button == left_button) {
             sink_close_button();
         }
-    } else if (part == &label1_) {
+    } else if (part == &title_.text) {
         emit TitleMouseDown(mouse.Button, mouse.Shift, mouse.x, mouse.y);
     } else if (part == &picture1_) {
         emit IconMouseDown(mouse.Button, mouse.Shift, mouse.x, mouse.y);
@@ -215,7 +206,7 @@ void elpanel::part_pressed(Part* part, const MouseArguments& mouse) {
 }
 
 void elpanel::part_moved(Part* part, const MouseArguments& mouse) {
-    if (part == &label1_) {
+    if (part == &title_.text) {
         emit TitleMouseMove(mouse.Button, mouse.Shift, mouse.x, mouse.y);
     } else if (part == &picture1_) {
         emit IconMouseMove(mouse.Button, mouse.Shift, mouse.x, mouse.y);
@@ -229,7 +220,7 @@ void elpanel::part_released(Part* part, const MouseArguments& mouse) {
         if (mouse.Button == left_button) {
             raise_close_button();
         }
-    } else if (part == &label1_) {
+    } else if (part == &title_.text) {
         emit TitleMouseUp(mouse.Button, mouse.Shift, mouse.x, mouse.y);
     } else if (part == &picture1_) {
         emit IconMouseUp(mouse.Button, mouse.Shift, mouse.x, mouse.y);
@@ -247,7 +238,7 @@ void elpanel::part_clicked(Part* part) {
 }
 
 bool elpanel::part_double_clicked(Part* part) {
-    if (part != nullptr && part != &label1_) {
+    if (part != nullptr && part != &title_.text) {
         return false;
     }
     emit DblClick();

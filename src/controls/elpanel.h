@@ -3,6 +3,7 @@
 #pragma once
 
 #include "controls/parts/EdgeLines.h"
+#include "controls/parts/ShadowedText.h"
 #include "controls/parts/SkinnedControl.h"
 
 namespace varnoth {
@@ -36,7 +37,7 @@ class elpanel final : public SkinnedControl {
 
     void SetCloseColor(Colour colour);
 
-    const QString& Title() const { return label1_.Caption(); }
+    const QString& Title() const { return title_.text.Caption(); }
 
     void SetTitle(const QString& title);
 
@@ -113,8 +114,7 @@ class elpanel final : public SkinnedControl {
     EdgeLines close_edges_{18};
     TextPart label2_;
     EdgeLines edges_{0};
-    TextPart label1_;
-    TextPart shadow1_;
+    ShadowedText title_{30, 9};
     bool icon_ = false;
     bool cerrar_ = false;
 };

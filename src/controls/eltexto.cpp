@@ -2,6 +2,7 @@
 
 #include <array>
 #include <limits>
+#include <utility>
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -227,7 +228,7 @@ void eltexto::forward_press(const QMouseEvent& mouse) {
 void eltexto::forward_release(const QMouseEvent& mouse) {
     const MouseArguments arguments = mouse_arguments(mouse.button(), mouse.modifiers(), mouse.position());
     const bool clicked = mouse.button() == Qt::LeftButton && std::exchange(click_due_, false) &&
-                         QRectF(text1_.rect()).contains(mouse.position());
+                         is_on(mouse.position(), text1_.size());
     emit MouseUp(arguments.Button, arguments.Shift, arguments.x, arguments.y);
     if (clicked) {
         emit Click();

@@ -13,9 +13,7 @@ namespace varnoth {
 class ColourSet {
   public:
     /// Whether the colour has been put in; a plain one, 0 to 0xFFFFFF.
-    bool contains(Colour colour) const {
-        return !held_.empty() && held_[static_cast<std::size_t>(colour)];
-    }
+    bool contains(Colour colour) const { return !held_.empty() && held_[static_cast<std::size_t>(colour)]; }
 
     /// Puts a plain colour in.
     void insert(Colour colour) {
@@ -25,9 +23,7 @@ class ColourSet {
         held_[static_cast<std::size_t>(colour)] = true;
     }
 
-    void clear() {
-        std::vector<bool>().swap(held_);
-    }
+    void clear() { std::vector<bool>().swap(held_); }
 
   private:
     static constexpr std::size_t colours = 0x1000000;

@@ -1,7 +1,5 @@
 #include "import/ImportPipeline.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -13,6 +11,7 @@
 #include "import/PictureSelection.h"
 #include "import/mixpals.h"
 #include "pictures/ProcessPicture1.h"
+#include "pictures/picture_pixels.h"
 #include "platform/Services.h"
 #include "sprite/hlspr.h"
 
@@ -31,20 +30,6 @@ std::int16_t selected_count(const AddFramesForm& form) {
         }
     }
     return count;
-}
-
-struct PlainColour {
-    std::uint8_t red;
-    std::uint8_t green;
-    std::uint8_t blue;
-};
-
-// Overflow for a system-colour reference.
-PlainColour split(Colour colour) {
-    const std::int32_t red = colour % 256;
-    const auto blue = static_cast<std::int32_t>(std::floor(colour / 65536.0));
-    const auto green = static_cast<std::int32_t>(std::floor((colour - blue * 65536.0 - red) / 256.0));
-    return {narrow<std::uint8_t>(red), narrow<std::uint8_t>(green), narrow<std::uint8_t>(blue)};
 }
 
 class Import {
@@ -153,7 +138,7 @@ void Import::make_palette() {
     view_.show_step("Finalizing Palette...");
     mixpals::FinalizePalette(sheet);
     if (form_.pick_enabled()) {
-        const PlainColour colour = split(form_.transparent_colour());
+        const Pixel colour = SplitColor(form_.transparent_colour()); // no reference to a system colour
         mixpals::SwapTransparent(colour.red, colour.green, colour.blue);
     }
     view_.show_phase("Adding Frames...");

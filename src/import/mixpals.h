@@ -78,8 +78,9 @@ void MakeLookupPalette();
 /// palette was made. Overflow when none was made yet.
 std::int16_t nearest_index(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
 
-/// nearest_index of each of the pixels, which begin `pixel_bytes` apart with blue, green and red. `pixels` must
-/// hold those three bytes of as many pixels as there are indices; where a pixel has 4 bytes, all 4 of them.
+/// nearest_index of each of the pixels, which begin `pixel_bytes` apart with blue, green and red. `pixels`
+/// must hold those three bytes of as many pixels as there are indices; where a pixel has 4 bytes, all 4 of
+/// them.
 void nearest_indices(std::span<const std::uint8_t> pixels, std::size_t pixel_bytes,
                      std::span<std::uint8_t> indices);
 

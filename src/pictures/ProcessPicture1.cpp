@@ -220,9 +220,7 @@ bool ProcessPicture1::is_greyscale(const PictureSurface& picture) {
 
 bool ProcessPicture1::is_greyscale_and_PRGB(const PictureSurface& picture) {
     // Red and green pass besides grey; blue, for all the name says, does not.
-    constexpr Pixel pure_red{0, 0, 255};
-    constexpr Pixel pure_green{0, 255, 0};
-    return all_pixels(picture, [&](const Pixel& pixel) {
+    return all_pixels(picture, [](const Pixel& pixel) {
         return is_grey(pixel) || pixel == pure_red || pixel == pure_green;
     });
 }

@@ -119,8 +119,8 @@ class ProcessPicture1 {
     BITMAP dst_info_;
     PixelBlock dst_bits_;
     std::array<Colour, 256> color_list_{};
-    std::uint64_t list_changes_ =
-        0; ///< counts the changes of color_list_, so that a scan notices one behind a yield
+    /// Counts the changes of color_list_, so that a scan notices one behind a yield.
+    std::uint64_t list_changes_ = 0;
 };
 
 } // namespace varnoth

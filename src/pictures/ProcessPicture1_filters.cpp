@@ -34,14 +34,6 @@ Pixel shifted(const Pixel& pixel, std::int16_t red, std::int16_t green, std::int
     return {shifted(pixel.blue, blue), shifted(pixel.green, green), shifted(pixel.red, red)};
 }
 
-// Overflow unless the colour is a plain one.
-Pixel SplitColor(Colour colour) {
-    const auto red = narrow<std::uint8_t>(colour % 256);
-    const auto blue = narrow<std::uint8_t>(colour / 65536);
-    const auto green = narrow<std::uint8_t>((colour - blue * 65536 - red) / 256);
-    return {blue, green, red};
-}
-
 std::uint8_t brightened(std::uint8_t value) {
     return static_cast<std::uint8_t>(std::min(value + 50, 255));
 }
@@ -77,9 +69,6 @@ bool ProcessPicture1::Make_Picture_GreyScale(PictureSurface& picture) {
 
 bool ProcessPicture1::Make_Picture_GreyScale_PureRGB(PictureSurface& picture, bool withRed, bool withGreen,
                                                      bool withBlue) {
-    constexpr Pixel pure_red{0, 0, 255};
-    constexpr Pixel pure_green{0, 255, 0};
-    constexpr Pixel pure_blue{255, 0, 0};
     return filter(picture, Mirror::None, [=](const Pixel& pixel) {
         const bool kept = (withRed && pixel == pure_red) || (withGreen && pixel == pure_green) ||
                           (withBlue && pixel == pure_blue);

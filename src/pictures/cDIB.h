@@ -114,10 +114,8 @@ class cDIB {
     Picture Image() const;
 
   private:
-    enum class Pixels {
-        Zero,
-        Overwritten
-    }; // what stands in them at first, or that whoever creates writes all
+    /// What stands in new pixels: zeros, or anything, as whoever creates them writes them all.
+    enum class Pixels { Zero, Overwritten };
 
     bool create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp, Pixels pixels);
 

@@ -25,6 +25,18 @@ constexpr Colour colour_of(const Pixel& pixel) {
     return make_colour(pixel.red, pixel.green, pixel.blue);
 }
 
+inline constexpr Pixel pure_red{.blue = 0, .green = 0, .red = 255};
+inline constexpr Pixel pure_green{.blue = 0, .green = 255, .red = 0};
+inline constexpr Pixel pure_blue{.blue = 255, .green = 0, .red = 0};
+
+/// The channels of a colour; Overflow unless it is a plain one.
+inline Pixel SplitColor(Colour colour) {
+    if (colour < 0 || colour > 0xFFFFFF) {
+        fail(Failure::Overflow);
+    }
+    return {.blue = blue_of(colour), .green = green_of(colour), .red = red_of(colour)};
+}
+
 /// Whether all three channels are equal.
 constexpr bool is_grey(const Pixel& pixel) {
     return pixel.blue == pixel.green && pixel.green == pixel.red;

@@ -21,8 +21,7 @@ struct AxisMap {
     std::vector<std::int32_t> sources; // source coordinate for it and those after it
 };
 
-// The drawn span need not be contiguous in theory; in practice a stretch is monotonic, so the coordinates
-// inside both bitmaps form one run.
+// A stretch is monotonic, so the coordinates inside both bitmaps form one run.
 AxisMap map_axis(std::int32_t to, std::int32_t to_size, std::int32_t to_limit, std::int32_t from,
                  std::int32_t from_size, std::int32_t from_limit) {
     AxisMap map;

@@ -6,10 +6,11 @@
 #include <span>
 
 #include "platform/Colour.h"
+#include "platform/ColourPlanes.h"
 
 namespace varnoth {
 
-/// Made once for a table of colours, 4 KiB.
+/// Made once for a table of colours, 5 KiB.
 class IndexExpansion {
   public:
     explicit IndexExpansion(std::span<const RGBQUAD, 256> colours);
@@ -22,6 +23,7 @@ class IndexExpansion {
     // bytes where they stand in memory and zeros for its neighbour's.
     using Halves = std::array<std::uint64_t, 256>;
 
+    ColourPlanes planes_;
     Halves left_{};
     Halves right_{};
 };

@@ -1,7 +1,6 @@
 #include "workbench/Desk.h"
 
 #include <algorithm>
-#include <utility>
 
 #include <QStandardPaths>
 
@@ -15,10 +14,6 @@
 namespace varnoth {
 
 namespace {
-
-QString text(std::string_view words) {
-    return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
-}
 
 // A dialog ends in a handler of its own, so it goes when that is over.
 template <typename Dialog>
@@ -38,7 +33,7 @@ class Desk::ImportWindows : public ImportView {
 
     void open_progress(std::string_view phase, std::int32_t maximum) override {
         desk_.make_progress(*desk_.form4_);
-        progress().Label1.SetCaption(text(phase));
+        progress().Label1.SetCaption(QString::fromUtf8(phase));
         progress().Progressbar1.SetValue(0);
         progress().Progressbar1.SetMax(maximum);
         progress().show_over(*desk_.form4_);
@@ -48,9 +43,11 @@ class Desk::ImportWindows : public ImportView {
         desk_.form1_.List1.setUpdatesEnabled(false);
     }
 
-    void show_phase(std::string_view phase) override { progress().Label1.SetCaption(text(phase)); }
+    void show_phase(std::string_view phase) override {
+        progress().Label1.SetCaption(QString::fromUtf8(phase));
+    }
 
-    void show_step(std::string_view step) override { progress().Label2.SetCaption(text(step)); }
+    void show_step(std::string_view step) override { progress().Label2.SetCaption(QString::fromUtf8(step)); }
 
     void advance() override { progress().Progressbar1.SetValue(progress().Progressbar1.Value() + 1); }
 
@@ -98,7 +95,7 @@ class Desk::ExtractionWindows : public ExtractionView {
     bool aborted() const override { return desk_.form6_->aborted(); }
 
     void show_item(std::string_view name) override {
-        desk_.form6_->Label2.SetCaption(text(name));
+        desk_.form6_->Label2.SetCaption(QString::fromUtf8(name));
         desk_.form6_->refresh();
     }
 
@@ -154,9 +151,8 @@ void Desk::open_import() {
         picture_folder_ = form4_->Dir1.Path();
         unload(form4_);
     });
-    const std::string folder = first_folder(picture_folder_);
-    form4_->Drive1.show_drive_of(folder);
-    form4_->Dir1.SetPath(folder);
+    form4_->Dir1.SetPath(first_folder(picture_folder_));
+    form4_->Drive1.show_drive_of(form4_->Dir1.Path());
     form4_->File1.SetPath(form4_->Dir1.Path());
     const SpriteHeaderRecord& header = hlspr::document().SpriteHeader;
     form4_->ellabel5.SetCaption(QString("%1x%2").arg(header.Width).arg(header.Height));
@@ -218,7 +214,8 @@ Form6& Desk::make_progress(const Form& opener) {
     return *form6_;
 }
 
-// A folder list starts where it was left, else at the sprite's folder, else at the user's pictures.
+// A folder list starts where it was left, else at the sprite's folder, else at the user's pictures, else (for
+// an empty path opens nothing) in the current folder.
 std::string Desk::first_folder(const std::string& last) const {
     const QString path = form1_.eltexto1.Text();
     const qsizetype separator = path.lastIndexOf(QLatin1Char('/'));

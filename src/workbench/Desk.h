@@ -50,7 +50,7 @@ class Desk : public QObject {
     /// The main window's close box was clicked: the program ends at once, and nothing is asked or saved.
     void ended();
 
-    /// A frame has been written to a file.
+    /// A frame has been handed to the writer of that file.
     void frame_written(const std::string& path);
 
   private:

@@ -1,11 +1,12 @@
 #include "workbench/Form1.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "base/RunTimeFailure.h"
-#include "base/number_text.h"
 #include "base/numbers.h"
 #include "platform/Services.h"
 #include "platform/qt/event_edge.h"
@@ -34,10 +35,6 @@ QString trimmed_of_blanks(const QString& text) {
 // What stands behind the last separator; both kinds separate.
 QString title_of(const QString& path) {
     return path.mid(std::max(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QLatin1Char('\\'))) + 1);
-}
-
-QString text(std::string_view words) {
-    return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
 }
 
 } // namespace
@@ -165,8 +162,8 @@ void Form1::show_sprite(const QString& path) {
     ellabel8.SetCaption(title.left(title.size() - extension_length));
     ellabel7.SetCaption(QString("%1 x %2").arg(header.Width).arg(header.Height));
     ellabel6.SetCaption(QString("%1, %2").arg(frame.OriginX).arg(frame.OriginY));
-    ellabel9.SetCaption(text(hlspr::sprite_type_name(header.SpriteType)));
-    ellabel10.SetCaption(text(hlspr::render_mode_name(header.RenderMode)));
+    ellabel9.SetCaption(QString::fromUtf8(hlspr::sprite_type_name(header.SpriteType)));
+    ellabel10.SetCaption(QString::fromUtf8(hlspr::render_mode_name(header.RenderMode)));
     eltexto1.SetText(path);
     for (std::int32_t i = 0; i < header.FrameCount; ++i) {
         add_frame_line(QString("Frame %1").arg(i));

@@ -64,7 +64,9 @@ void Form7::Stop() {
 
 void Form7::Play() {
     show_in_force(Label2, Label1);
-    Timer1.start();
+    if (!Timer1.isActive()) { // to start it again would put off the next tick
+        Timer1.start();
+    }
 }
 
 // Nothing guards the speed of 0: the interval's division is what ends the program there.

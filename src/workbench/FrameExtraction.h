@@ -31,8 +31,10 @@ class ExtractionView {
   public:
     virtual ~ExtractionView() = default;
 
+    /// Lines of the frame list.
     virtual std::int32_t line_count() const = 0;
-    /// Of the frame list.
+
+    /// Whether one of them is selected.
     virtual bool is_selected(std::int16_t line) const = 0;
 
     /// The abort mark, tested before each line.
@@ -44,7 +46,7 @@ class ExtractionView {
     /// One more on the bar, unless that passes its maximum, the number of selected lines.
     virtual void advance() = 0;
 
-    /// A file has been written.
+    /// A frame has been handed to its writer, whose answer nobody looks at.
     virtual void frame_written(const std::string& path) = 0;
 };
 

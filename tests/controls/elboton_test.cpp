@@ -1,5 +1,9 @@
 #include "controls/elboton.h"
 
+#include <cmath>
+#include <functional>
+#include <vector>
+
 #include "controls/shown.h"
 #include "platform/qt/look.h"
 #include "support/expect_failure.h"
@@ -138,6 +142,20 @@ TEST(Elboton, AReleaseOutsideRestoresTheRaisedLook) {
     EXPECT_EQ(button.log, (QStringList{"MouseDown 1 0 76,12", "MouseUp 1 0 300,200"}));
 }
 
+TEST(Elboton, AReleaseOnThePixelBehindAnEdgeIsNoClick) {
+    Button button;
+    for (const QPoint behind : {QPoint(80, 12), QPoint(76, 24), QPoint(-1, 12), QPoint(76, -1)}) {
+        QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
+        QTest::mouseRelease(&button.control, Qt::LeftButton, {}, behind);
+    }
+    EXPECT_EQ(button.log.count("Click"), 0);
+    for (const QPoint last : {QPoint(79, 12), QPoint(76, 23), QPoint(0, 12), QPoint(76, 0)}) {
+        QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
+        QTest::mouseRelease(&button.control, Qt::LeftButton, {}, last);
+    }
+    EXPECT_EQ(button.log.count("Click"), 4);
+}
+
 TEST(Elboton, AClickComesFromTheCaptionAndFromTheSurface) {
     Button button;
     QTest::mouseClick(&button.control, Qt::LeftButton, {}, button.on_surface());
@@ -217,6 +235,23 @@ TEST(Elboton, AFontGoesToTheCaptionAndItsShadow) {
         EXPECT_EQ(button.text(name).Font().pointSizeF(), 7.25) << name;
     }
     EXPECT_FAILURE(button->SetFontSize(0), InvalidPropertyValue);
+}
+
+TEST(Elboton, EveryFontPropertyMovesTheCaption) {
+    Button button("Wide caption", 300);
+    button->SetCenterCaption(true);
+    const QFont large("Courier", 14);
+    const std::vector<std::function<void()>> setters{
+        [&] { button->SetFont(large); }, [&] { button->SetFontSize(7); },
+        [&] { button->SetFontName("DejaVu Sans Mono"); }, [&] { button->SetFontItalic(true); },
+        [&] { button->SetFontUnderline(true); }};
+    for (const auto& set : setters) {
+        button->SetFont(look::design_font());
+        set();
+        const TextPart& label = button.text("label");
+        EXPECT_EQ(label.Left, 150 - label.Width / 2);
+        EXPECT_EQ(label.Top, std::trunc(12 - label.Height / 2));
+    }
 }
 
 TEST(Elboton, ADisabledButtonLooksAsBeforeAndTakesNoMouse) {

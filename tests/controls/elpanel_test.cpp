@@ -138,6 +138,18 @@ TEST(Elpanel, NoCloseClickComesFromAReleaseBesideTheButton) {
     EXPECT_TRUE(panel.log.isEmpty());
 }
 
+TEST(Elpanel, NoCloseClickComesFromAReleaseOnThePixelBehindTheButton) {
+    Panel panel;
+    for (const QPoint behind : {QPoint(274 + 18, 25), QPoint(280, 8 + 18)}) {
+        QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_edge());
+        QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, behind);
+    }
+    EXPECT_TRUE(panel.log.isEmpty());
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_edge());
+    QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, QPoint(274 + 17, 8 + 17));
+    EXPECT_EQ(panel.log, QStringList{"CloseClick"});
+}
+
 TEST(Elpanel, TheCloseButtonIsSunkenWhileTheLeftButtonIsHeldOnIt) {
     Panel panel;
     EXPECT_TRUE(panel.close_raised());

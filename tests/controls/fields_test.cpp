@@ -1,4 +1,6 @@
 // Text box, combo box and label.
+#include <cmath>
+
 #include <QAbstractItemView>
 
 #include "controls/elcombo.h"
@@ -162,6 +164,9 @@ TEST(Eltexto, TheMouseOfTheFieldIsForwarded) {
     QTest::mousePress(&field, Qt::LeftButton, {}, QPoint(7, 8));
     QTest::mouseRelease(&field, Qt::LeftButton, {}, QPoint(7, 80));
     EXPECT_EQ(text.log.last(), "MouseUp 1 0 7,80");
+    QTest::mousePress(&field, Qt::LeftButton, {}, QPoint(7, 8));
+    QTest::mouseRelease(&field, Qt::LeftButton, {}, QPoint(field.width(), 8));
+    EXPECT_EQ(text.log.last(), QString("MouseUp 1 0 %1,8").arg(field.width()));
 }
 
 TEST(Eltexto, TheMouseBesideTheFieldIsNot) {
@@ -245,6 +250,16 @@ TEST(Elcombo, TheArrowIsInTheSymbolsColourOnThePlainField) {
         EXPECT_EQ(count_of(picture, 0x0000FF), count_of(picture, 0x0000FF, arrow));
     }
     EXPECT_EQ(combo->part<TextPart>("Label2").Caption(), "6");
+}
+
+TEST(Elcombo, IsPaintedWhileAFailureIsTold) {
+    Combo combo;
+    const QImage before = picture_of(combo.control);
+    QImage during;
+    const FatalEndInstallation end(
+        [&](std::string_view, std::string_view) { during = picture_of(combo.control); });
+    at_event_edge([] { fail(Failure::Overflow); });
+    EXPECT_EQ(during, before);
 }
 
 TEST(Elcombo, TheArrowLetsTheMousePassToTheList) {
@@ -390,6 +405,14 @@ TEST(Ellabel, TheFiveMouseEventsComeFromTheCaptionAlone) {
     label.log.clear();
     QTest::mouseClick(&label.control, Qt::LeftButton, {}, QPoint(97, 10));
     EXPECT_TRUE(label.log.isEmpty());
+}
+
+TEST(Ellabel, AnotherFontMovesTheCaptionToTheMiddle) {
+    CaptionLabel label;
+    label->SetFontSize(6);
+    EXPECT_EQ(label.text("Label2").Top, std::trunc(10 - label.text("Label2").Height / 2));
+    EXPECT_EQ(label.text("shadow1").Top, label.text("Label2").Top + 1);
+    EXPECT_EQ(label.text("shadow1").Font(), label->Font());
 }
 
 TEST(Ellabel, TheCaptionGoesToItsShadowToo) {

@@ -1,6 +1,7 @@
 // The check box and the radio button.
 #include <cmath>
 #include <numbers>
+#include <type_traits>
 
 #include "controls/elcheck.h"
 #include "controls/elradio.h"
@@ -44,6 +45,67 @@ using Check = Mark<elcheck>;
 using Radio = Mark<elradio>;
 
 constexpr QPoint on_box(6, 9);
+
+// Both.
+
+template <typename Control>
+class Marks : public testing::Test {
+  protected:
+    static constexpr bool is_check = std::is_same_v<Control, elcheck>;
+
+    const TextPart& caption() { return mark_.text(is_check ? "Label2" : "Label1"); }
+
+    const TextPart& shadow() { return mark_.text("shadow1"); }
+
+    Mark<Control> mark_;
+};
+
+using MarkControls = testing::Types<elcheck, elradio>;
+TYPED_TEST_SUITE(Marks, MarkControls);
+
+TYPED_TEST(Marks, TheCaptionAndItsFontGoToTheShadow) {
+    this->mark_->SetCaption("Overwrite");
+    this->mark_->SetFontSize(7);
+    EXPECT_EQ(this->caption().Caption(), "Overwrite");
+    EXPECT_EQ(this->shadow().Caption(), "Overwrite");
+    EXPECT_EQ(this->caption().Font(), this->mark_->Font());
+    EXPECT_EQ(this->shadow().Font(), this->mark_->Font());
+    const double middle = this->mark_->ScaleHeight() / 2;
+    EXPECT_EQ(this->caption().Top, std::trunc(middle - this->caption().Height / 2));
+    EXPECT_EQ(this->shadow().Top, this->caption().Top + 1);
+}
+
+TYPED_TEST(Marks, TheDropShadowIsTheVisibilityOfABlackCopyBehindTheCaption) {
+    this->mark_->SetFontSize(24); // strokes of more than a pixel, in any font
+    const int coloured = count_of(picture_of(this->mark_.control), unchecked);
+    EXPECT_FALSE(this->shadow().Visible);
+    this->mark_->SetDropShadow(true);
+    EXPECT_TRUE(this->shadow().Visible);
+    EXPECT_TRUE(this->shadow().Enabled);
+    EXPECT_GT(count_of(picture_of(this->mark_.control), look::black), 0);
+    EXPECT_EQ(count_of(picture_of(this->mark_.control), unchecked), coloured);
+}
+
+TYPED_TEST(Marks, TheMouseIsToldFromThePartsAndFromTheSurface) {
+    const QPoint on_caption = this->caption().place().topLeft().toPoint() + QPoint(3, 2);
+    test::move(this->mark_.control, on_caption);
+    test::move(this->mark_.control, this->mark_.beside_the_caption());
+    QTest::mousePress(&this->mark_.control, Qt::MiddleButton, Qt::ShiftModifier, on_caption);
+    QTest::mouseRelease(&this->mark_.control, Qt::MiddleButton, {}, on_caption);
+    EXPECT_EQ(this->mark_.log, (QStringList{"MouseMove 0 0 3,2", "MouseMove 0 0 117,9", "MouseDown 4 1 3,2",
+                                            "MouseUp 4 0 3,2"}));
+    EXPECT_FALSE(this->mark_->Value());
+}
+
+TYPED_TEST(Marks, TheHoverColourItselfDoesNotShowUntilItIsAskedFor) {
+    this->mark_->set_over_state();
+    this->mark_->SetOverColor(0x00FF00);
+    EXPECT_EQ(this->caption().ForeColor, over);
+    this->mark_->set_over_state();
+    EXPECT_EQ(this->caption().ForeColor, 0x00FF00);
+    this->mark_->SetCheckedColor(0x123456);
+    EXPECT_EQ(this->caption().ForeColor, unchecked);
+}
 
 // The check box.
 

@@ -1,3 +1,7 @@
+#include <algorithm>
+
+#include <QTest>
+
 #include "desktop/EditorTest.h"
 #include "platform/qt/look.h"
 #include "support/PictureFolder.h"
@@ -197,6 +201,28 @@ TEST_F(AddFramesTest, NothingClosesAnOpenQuestionWhenTheFirstPictureHasTheSprite
     EXPECT_EQ(text(dialog().elradio1[0].Caption()), "Set Sprite To 8x8");
 }
 
+TEST_F(AddFramesTest, AllFilesMarkedByTheKeyboardBeforeOneWasChosenShowTheFirst) {
+    pictures_.add_plain_bmp("a.bmp", 4, 3, red);
+    pictures_.add_plain_bmp("b.bmp", 4, 3, green);
+    open_dialog();
+    dialog().File1.setFocus();
+    QTest::keyClick(&dialog().File1, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(failures_, std::vector<std::string>());
+    EXPECT_EQ(dialog().File1.SelCount(), 2);
+    EXPECT_EQ(text(dialog().ellabel3.Caption()), "4x3");
+    EXPECT_EQ(dialog().Picture1.surface().Point(0, 0), red);
+}
+
+TEST_F(AddFramesTest, AnotherDriveOpensItsRootAndListsItsFiles) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    open_dialog();
+    ASSERT_EQ(dialog().File1.ListCount(), 1);
+    choose(dialog().Drive1, 0);
+    EXPECT_EQ(dialog().Drive1.Drive(), "/");
+    EXPECT_EQ(dialog().Dir1.Path(), "/");
+    EXPECT_EQ(dialog().File1.Path(), "/");
+}
+
 // The picker.
 
 TEST_F(AddFramesTest, TheTopLeftPixelIsTransparentUntilOneIsPicked) {
@@ -233,6 +259,21 @@ TEST_F(AddFramesTest, WhileArmedTheColourUnderThePointerIsFollowed) {
     EXPECT_EQ(dialog().elboton1.ForeColor(), idle);
     hand::point_at(dialog().Picture1, {0, 0});
     EXPECT_EQ(transparent(), green);
+}
+
+TEST_F(AddFramesTest, AnyButtonPicksAndAPlaceBesideThePictureHasNoColour) {
+    pictures_.add_bmp("a.bmp", 2, 1, {red, green});
+    open_dialog(2, 1, 2);
+    click_line(dialog().File1, 0);
+    click(dialog().elboton1);
+    emit dialog().Picture1.MouseMove({.x = 2, .y = 0});
+    emit dialog().Picture1.MouseMove({.x = -1, .y = 0});
+    EXPECT_EQ(transparent(), red);
+    QTest::mousePress(&dialog().Picture1, Qt::RightButton, {}, QPoint(1, 0));
+    EXPECT_EQ(transparent(), green);
+    EXPECT_EQ(dialog().elboton1.ForeColor(), idle);
+    EXPECT_TRUE(dialog().TransparentPicked);
+    QTest::mouseRelease(&dialog().Picture1, Qt::RightButton, {}, QPoint(1, 0));
 }
 
 TEST_F(AddFramesTest, ASecondClickOnPickDisarmsItAndTheLastColourStays) {
@@ -349,6 +390,27 @@ TEST_F(AddFramesTest, TheProgressDialogCountsBothPassesAndNeverQuiteFills) {
     EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
     EXPECT_EQ(values.front(), 0);
     EXPECT_EQ(values.back(), 5); // the last yield is within the sixth step
+}
+
+TEST_F(AddFramesTest, TheProgressDialogTellsThePhaseAndTheStepAndNobodyElseTakesInput) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4, red);
+    open_dialog();
+    select({0});
+    std::vector<std::string> seen;
+    bool others_enabled = false;
+    services_.on_yield = [&] {
+        if (Form6* progress = desk_->form6()) {
+            seen.push_back(text(progress->Label1.Caption()) + " " + text(progress->Label2.Caption()));
+            others_enabled = others_enabled || main().isEnabled() || dialog().isEnabled();
+        }
+    };
+    import();
+    seen.erase(std::unique(seen.begin(), seen.end()), seen.end());
+    EXPECT_EQ(seen, (std::vector<std::string>{
+                        "Building Palette... Initializing...", "Building Palette... Loading Picture...",
+                        "Building Palette... Picture Color Lookup...",
+                        "Building Palette... Finalizing Palette...", "Adding Frames... Frame 0"}));
+    EXPECT_FALSE(others_enabled);
 }
 
 TEST_F(AddFramesTest, CancelWhileTheLastPictureIsAddedStillTellsOfSuccess) {

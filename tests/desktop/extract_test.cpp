@@ -83,10 +83,13 @@ TEST_F(ExtractTest, PcxAndThenBmpHidesCompressedAgainAndSets24Bpp) {
     EXPECT_TRUE(dialog().elframe2.Enabled());
     click(dialog().elcheck1);
     EXPECT_TRUE(dialog().elcheck1.Value());
+    dialog().elradio2[0].SetValue(true);
     dialog().elradio2[1].SetValue(false);
     click(dialog().elradio1[0]);
     EXPECT_EQ(set_of(dialog().elradio1), "x--");
     EXPECT_TRUE(dialog().elframe1.isVisible());
+    EXPECT_TRUE(dialog().elframe1.Enabled());
+    EXPECT_FALSE(dialog().elradio2[0].Value());
     EXPECT_FALSE(dialog().elframe2.isVisible());
     EXPECT_FALSE(dialog().elframe2.Enabled());
     EXPECT_TRUE(dialog().elradio2[1].Value());
@@ -117,6 +120,10 @@ TEST_F(ExtractTest, EightBitsCannotBeChosen) {
 TEST_F(ExtractTest, EachGroupKeepsOneSet) {
     open_sprite(1);
     open_dialog();
+    dialog().elradio2[0].SetValue(true);
+    click(dialog().elradio2[1]);
+    EXPECT_FALSE(dialog().elradio2[0].Value());
+    EXPECT_TRUE(dialog().elradio2[1].Value());
     click(dialog().elradio3[2]);
     EXPECT_EQ(set_of(dialog().elradio3), "--x");
     click(dialog().elradio3[0]);
@@ -333,6 +340,30 @@ TEST_F(ExtractTest, TheFolderDialogOpensOnTheRememberedFolderAndNotOnTheTypedOne
     hand::type_into(dialog().eltexto1, QString::fromStdString(folder_.path()));
     click(dialog().elboton1);
     EXPECT_EQ(desk_->form5()->Dir1.Path(), out_);
+}
+
+TEST_F(ExtractTest, WithoutAFolderInTheBoxTheFolderDialogDoesNotOpenOnTheRememberedOne) {
+    open_sprite(1);
+    hlspr::ExtractFolder = out_;
+    open_dialog();
+    for (const QString& typed : {QString(), QString::fromStdString(folder_.file("none"))}) {
+        hand::type_into(dialog().eltexto1, typed);
+        click(dialog().elboton1);
+        EXPECT_EQ(desk_->form5()->Dir1.Path(), folder_.path()) << text(typed);
+        ASSERT_TRUE(hand::walk_to(desk_->form5()->Dir1, "/"));
+        click(desk_->form5()->elboton2);
+        EXPECT_EQ(hlspr::ExtractFolder, out_) << "Cancel chooses nothing";
+        EXPECT_EQ(dialog().eltexto1.Text(), typed);
+    }
+}
+
+TEST_F(ExtractTest, AFolderThatWasTypedIsNotRemembered) {
+    open_sprite(1);
+    extract();
+    EXPECT_EQ(written().size(), 1U);
+    EXPECT_EQ(hlspr::ExtractFolder, "");
+    open_dialog();
+    EXPECT_EQ(text(dialog().eltexto1.Text()), "");
 }
 
 TEST_F(ExtractTest, AtFirstTheFolderDialogOpensAtTheSpritesFolder) {

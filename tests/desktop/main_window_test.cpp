@@ -107,6 +107,15 @@ TEST_F(MainWindowTest, ARefusedFileLeavesTheWindowAsItWas) {
     EXPECT_EQ(text(main().eltexto1.Text()), path);
 }
 
+TEST_F(MainWindowTest, ARefusedFileLeavesTheFlagsToo) {
+    make_unnamed_sprite_with_a_frame();
+    services_.answer = false;
+    open(folder_.write("broken.spr", std::vector<std::uint8_t>{1, 2, 3}));
+    EXPECT_EQ(services_.messages.size(), 1U);
+    EXPECT_TRUE(hlspr::UnnamedSprite);
+    EXPECT_TRUE(hlspr::SpriteDirty);
+}
+
 TEST_F(MainWindowTest, OpenAndSaveAskTheChooserForSpriteFiles) {
     open("");
     make_unnamed_sprite_with_a_frame();
@@ -287,6 +296,11 @@ TEST_F(MainWindowTest, DownMovesTowardTheEndAndStopsThere) {
     }
     EXPECT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 2, 0}));
     EXPECT_EQ(main().List1.ListIndex(), 2);
+    EXPECT_TRUE(main().List1.Selected(2));
+    EXPECT_EQ(main().List1.SelCount(), 1);
+    EXPECT_EQ(shown(), colour_of_frame(0));
+    EXPECT_EQ(enabled_buttons(), changed);
+    EXPECT_TRUE(hlspr::SpriteDirty);
     EXPECT_EQ(services_.messages, std::vector<std::string>());
 }
 
@@ -299,6 +313,22 @@ TEST_F(MainWindowTest, WithTwoLinesSelectedAnArrowAsksForOne) {
     EXPECT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{0, 1, 2}));
     EXPECT_FALSE(hlspr::SpriteDirty);
     EXPECT_EQ(enabled_buttons(), opened);
+}
+
+TEST_F(MainWindowTest, WithNoLineSelectedOrTwoBothArrowsAskForOne) {
+    open_sprite(3);
+    click_line(main().List1, 1);
+    click_line(main().List1, 1, Qt::ControlModifier);
+    ASSERT_EQ(main().List1.SelCount(), 0);
+    ASSERT_EQ(main().List1.ListIndex(), 1);
+    click(main().Label1);
+    click(main().Label2);
+    click_line(main().List1, 0, Qt::ControlModifier);
+    click_line(main().List1, 1, Qt::ControlModifier);
+    click(main().Label2);
+    EXPECT_EQ(services_.messages, std::vector<std::string>(3, "Select Only 1"));
+    EXPECT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{0, 1, 2}));
+    EXPECT_FALSE(hlspr::SpriteDirty);
 }
 
 TEST_F(MainWindowTest, AnArrowThatLeadsOutOfTheListDoesNothingAndSaysNothing) {

@@ -109,10 +109,27 @@ TEST_F(NewSpriteTest, HalvesOfAPixelGoToTheEvenNeighbour) {
     EXPECT_EQ(text(main().ellabel6.Caption()), "-16.25, 16.75");
 }
 
-TEST_F(NewSpriteTest, ASizeBeyond32BitsIsAnOverflow) {
+TEST_F(NewSpriteTest, ANegativeSizeIsTakenAsItComes) {
+    type_size("-8", "-7");
+    ok();
+    EXPECT_EQ(header().Width, -8);
+    EXPECT_EQ(header().Height, -7);
+    EXPECT_EQ(text(main().ellabel7.Caption()), "-8 x -7");
+    EXPECT_EQ(text(main().ellabel6.Caption()), "--4, -3.5");
+}
+
+TEST_F(NewSpriteTest, ASizeBeyond32BitsIsAnOverflowAfterTheMainWindowIsReset) {
+    hlspr::SpriteDirty = true;
+    hlspr::UnnamedSprite = false;
     type_size("3000000000", "1");
     ok();
     EXPECT_EQ(failures_, std::vector<std::string>{"Overflow"});
+    EXPECT_TRUE(hlspr::UnnamedSprite);
+    EXPECT_EQ(text(main().ellabel7.Caption()), "3000000000 x 1");
+    EXPECT_EQ(text(main().eltexto1.Text()), "Untitled");
+    EXPECT_TRUE(main().isEnabled());
+    EXPECT_TRUE(hlspr::SpriteDirty);
+    EXPECT_NE(desk_->form2(), nullptr);
 }
 
 TEST_F(NewSpriteTest, UnsavedChangesAreLostWithoutAQuestion) {

@@ -19,6 +19,13 @@ class PreviewTest : public EditorTest {
         hand::double_click(main().Picture1);
     }
 
+    void play_at_1_frame_a_second() {
+        for (int i = 0; i < 14; ++i) {
+            click(dialog().Label4);
+        }
+        click(dialog().Label2);
+    }
+
     Colour playing() { return dialog().Picture1.surface().Point(0, 0); }
 
     /// The frames of the next ticks at 60 frames a second.
@@ -122,6 +129,25 @@ TEST_F(PreviewTest, SlowerGoesFrom1To0WhichIsADivisionByZero) {
     EXPECT_EQ(failures_, std::vector<std::string>());
     click(dialog().Label4);
     EXPECT_EQ(failures_, std::vector<std::string>{"DivisionByZero"});
+    EXPECT_EQ(text(dialog().Label5.Caption()), "1 fps");
+}
+
+TEST_F(PreviewTest, ANewSpeedAppliesAtOnceWhilePlaying) {
+    open_preview(2);
+    play_at_1_frame_a_second();
+    EXPECT_GT(dialog().Timer1.remainingTime(), 500);
+    click(dialog().Label3);
+    EXPECT_TRUE(dialog().Timer1.isActive());
+    EXPECT_LE(dialog().Timer1.remainingTime(), 500);
+}
+
+TEST_F(PreviewTest, ASecondPlayDoesNotPutOffTheNextTick) {
+    open_preview(2);
+    play_at_1_frame_a_second();
+    QTest::qWait(200);
+    click(dialog().Label2);
+    EXPECT_TRUE(dialog().Timer1.isActive());
+    EXPECT_LE(dialog().Timer1.remainingTime(), 850);
 }
 
 TEST_F(PreviewTest, TheCloseBoxGivesTheMainWindowBackAndTheNextOpeningStartsAnew) {

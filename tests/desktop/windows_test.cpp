@@ -302,6 +302,31 @@ TEST_F(WindowsTest, APressOnTheTitleMovesTheWindowToThePointerUntilTheRelease) {
     EXPECT_EQ(main().pos(), dragged);
 }
 
+TEST_F(WindowsTest, TheFiveWithAPanelMoveByItsTitleAndTheOthersCannotBeMoved) {
+    AllWindows windows(main());
+    main().move(200, 150);
+    const std::vector<std::pair<Form*, elpanel*>> movable{{&main(), &main().elpanel1},
+                                                          {&windows.form2, &windows.form2.elpanel1},
+                                                          {&windows.form3, &windows.form3.elpanel1},
+                                                          {&windows.form4, &windows.form4.elpanel1},
+                                                          {&windows.form7, &windows.form7.elpanel1}};
+    for (const auto& [form, panel] : movable) {
+        panel->TitleMouseDown(1, 0, 45, 3);
+        QCursor::setPos(300, 200);
+        panel->TitleMouseMove(1, 0, 0, 0);
+        const QPoint dragged = dragged_place(QCursor::pos(), 45, 3);
+        EXPECT_EQ(form->pos(), dragged) << text(form->objectName());
+        panel->TitleMouseUp(1, 0, 0, 0);
+        QCursor::setPos(10, 10);
+        panel->TitleMouseMove(0, 0, 0, 0);
+        EXPECT_EQ(form->pos(), dragged) << text(form->objectName());
+        const bool closes = form == &main() || form == &windows.form7;
+        EXPECT_EQ(panel->Cerrar(), closes) << text(form->objectName());
+    }
+    EXPECT_EQ(windows.form5.findChild<elpanel*>(), nullptr);
+    EXPECT_EQ(windows.form6.findChild<elpanel*>(), nullptr);
+}
+
 // Ends.
 
 TEST_F(WindowsTest, AFailureInAMessageBoxWithinAnImportReachesTheEnd) {

@@ -10,8 +10,8 @@ import sys
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools"))
-from walkthrough_test import (EXPLOSION, INSPECT, SAMPLES, SIDE, Sprite, ToolTest, bmp, decode, parse_ppm, read,
-                              tga, write)  # noqa: E402
+from tool_test import (EXPLOSION, INSPECT, SAMPLES, SIDE, Sprite, ToolTest, bmp, decode, parse_ppm, read, tga,
+                       write)  # noqa: E402
 
 BLACK = (0, 0, 0)
 DOCUMENTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "docs")

@@ -17,7 +17,7 @@ sys.path[:0] = [HERE, os.path.join(HERE, "..", "tools"), os.path.join(HERE, ".."
 import design  # noqa: E402
 from design import BLACK, DARK, FIELD, GLYPH, GROUND, LIGHT, MARKED, TEXT, WHITE  # noqa: E402
 from display import Display  # noqa: E402
-from walkthrough_test import WALKTHROUGH, bmp, decode, sprite_file, write  # noqa: E402
+from tool_test import WALKTHROUGH, bmp, decode, sprite_file, write  # noqa: E402
 
 DESKTOP_TESTS = sys.argv[4]
 

@@ -3,12 +3,13 @@ complete for what a random user may do: whatever else ends the editor is a findi
 import os
 import re
 
+from answers import FATAL_BOX, Selection
 from display import wait_for
 from hand import (ADD, BELOW_FILTER, EXPORT_BUTTON, EXTRACT, EXTRACT_FOLDER, EXTRACT_OK, EXTRACT_OVERWRITE,
                   EXTRACT_PCX, EXTRACT_TGA, FATAL_END, FILES, FILTER, IMPORT_BUTTON, MAIN, NEW, NEW_BUTTON, NEW_OK,
                   NEW_WIDTH, OPEN_CHOOSER, PLAY, SLOWER)
-from material import FATAL, FORMATS, SMALL, sprite_bytes
-from random_user import FATAL_BOX, FIRST_SPEED, QUIET_SPRITE, Selection
+from material import FATAL, FORMATS, QUIET_SPRITE, SMALL, sprite_bytes
+from user_frames import FIRST_SPEED
 
 
 def speed_0(user):

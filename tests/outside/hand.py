@@ -43,6 +43,9 @@ TITLE = (30, 9)
 # Of a line in a list.
 LEAST_LINE_HEIGHT = 12
 
+# So many lines of the frame list are seen without scrolling, and some more.
+VISIBLE_LINES = 20
+
 
 def is_text(colour):
     return min(colour) > 100

@@ -8,12 +8,11 @@ import sys
 import unittest
 
 from display import Display, wait_for
+from hand import CLOSE_MAIN, MAIN
 
 ROOT = os.path.abspath(sys.argv[1])
 
 ENTRY = "/usr/share/applications/varnoth.desktop"
-MAIN = "Varnoth 1.0"
-CLOSE_MAIN = (558, 17)
 ICON_SIZES = (16, 24, 32, 48, 64)
 
 

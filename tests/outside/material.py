@@ -147,6 +147,10 @@ def sprite_bytes(size, frames, *, render=0, kind=2, colours=256, magic=b"IDSP", 
     return header + palette + body
 
 
+# Opened to come to a certain state.
+QUIET_SPRITE = Sprite("quiet.spr", sprite_bytes((64, 64), 6), size=(64, 64), frames=6)
+
+
 def good_sprites():
     sprites = []
     for name, size, frames, render in (("one.spr", (16, 16), 1, 0), ("torch.spr", (32, 48), 7, 1),

@@ -8,12 +8,12 @@ import sys
 import unittest
 
 from display import Display, wait_for
+from hand import CLOSE_MAIN
 
 VARNOTH = os.path.abspath(sys.argv[1])
 
 WIDTH, HEIGHT = 575, 477
 TITLE_GRAB = (200, 18)
-CLOSE_BOX = (558, 17)
 
 # The compositor draws nothing of its own but a ground of one colour, and the pointer.
 GROUND = (32, 64, 128)
@@ -128,7 +128,7 @@ class Wayland(unittest.TestCase):
         self.assertEqual(self.find_window(), self.corner)
         self.assertNotEqual(self.display.look(), before)
 
-        self.point(*CLOSE_BOX)
+        self.point(*CLOSE_MAIN)
         self.display.xdotool("click", 1)
         wait_for("the end of the editor", lambda: self.editor.poll() is not None)
         self.assertEqual(self.editor.returncode, 0)

@@ -2,6 +2,7 @@
 """Holds the files that go with an installed editor to what their readers need, to each other, and to their places.
 Usage: packaging_test.py CMAKE BUILD SOURCE VERSION"""
 import configparser
+import email.utils
 import json
 import os
 import re
@@ -145,12 +146,23 @@ class Metainfo(unittest.TestCase):
 
 
 class Version(unittest.TestCase):
+    def setUp(self):
+        self.release = parsed("packaging", f"{IDENTIFIER}.metainfo.xml").find("releases/release")
+        self.newest = re.search(r"^## (\S+), (\S+)$", text("CHANGELOG.md"), re.MULTILINE)
+
     def test_all_that_name_one_name_the_projects(self):
-        release = parsed("packaging", f"{IDENTIFIER}.metainfo.xml").find("releases/release")
-        self.assertEqual(release.get("version"), VERSION)
+        self.assertEqual(self.release.get("version"), VERSION)
+        self.assertEqual(self.newest[1], VERSION)
         self.assertEqual(re.match(r"varnoth \((.*)\) ", text("packaging", "debian", "changelog"))[1], VERSION)
         title = re.search(r'application_title = "(.*)"', text("src", "platform", "qt", "look.h"))[1]
         self.assertEqual(title, "Varnoth " + VERSION)
+
+    def test_all_that_tell_the_day_of_the_release_tell_the_same(self):
+        day = self.release.get("date")
+        self.assertEqual(self.newest[2], day)
+        self.assertEqual(text("packaging", "varnoth.1").split()[3], day)
+        packed = re.search(r"^ -- .*>  (.*)$", text("packaging", "debian", "changelog"), re.MULTILINE)[1]
+        self.assertEqual(email.utils.parsedate_to_datetime(packed).date().isoformat(), day)
 
 
 class Licence(unittest.TestCase):

@@ -13,8 +13,8 @@ loader = importlib.machinery.SourceFileLoader("hours", SCRIPT)
 hours = importlib.util.module_from_spec(importlib.util.spec_from_loader("hours", loader))
 loader.exec_module(hours)
 
+from answers import Finding, Selection, message_of  # noqa: E402
 from material import Picture  # noqa: E402
-from random_user import Finding, Selection, message_of  # noqa: E402
 
 
 def samples(**late):

@@ -13,7 +13,10 @@
 
 namespace varnoth::test {
 
-class RecordedServices : private MessageBoxes, private EventQueue, private PictureLoader, private FileChooser {
+class RecordedServices : private MessageBoxes,
+                         private EventQueue,
+                         private PictureLoader,
+                         private FileChooser {
   public:
     RecordedServices() : installation_({this, this, this, this}) {}
 
@@ -25,7 +28,7 @@ class RecordedServices : private MessageBoxes, private EventQueue, private Pictu
     std::function<void()> on_yield;
     std::string next_open; ///< the file chosen next, "" for a choice that is cancelled
     std::string next_save;
-    std::vector<std::string> filters; ///< of the choices so far
+    std::vector<std::string> filters;        ///< of the choices so far
     std::map<std::string, Picture> pictures; ///< by path; any other path fails with InvalidPicture
 
   private:

@@ -3,9 +3,13 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
+#include <numeric>
 #include <span>
 #include <vector>
 
+#include "base/ByteArray.h"
+#include "base/Truth.h"
 #include "codecs/CBitmap.h"
 #include "platform/Bitmap.h"
 
@@ -30,6 +34,23 @@ Bytes bytes_of(const Header& header) {
 inline Bytes bytes_of(const ByteArray& array) {
     return {array.bytes().begin(), array.bytes().end()};
 }
+
+/// 1, 2, 3 and so on.
+inline Bytes counting(std::size_t count) {
+    Bytes bytes(count);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{1});
+    return bytes;
+}
+
+/// What a probe answers, and what it tells.
+struct Info {
+    Truth answer = 77;
+    std::int32_t width = 77;
+    std::int32_t height = 77;
+    std::int16_t bpp = 77;
+
+    friend bool operator==(const Info&, const Info&) = default;
+};
 
 /// The colours of the picture last decoded, rows from the top; empty when there is none.
 inline std::vector<Colour> decoded_colours() {

@@ -1,8 +1,11 @@
 // cDIBs for tests, written as colours.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "pictures/cDIB.h"
 
@@ -32,6 +35,31 @@ inline std::vector<Colour> colours_of(const cDIB& dib) {
 /// All bytes of a DIB in the order of the buffer.
 inline std::vector<std::uint8_t> bytes_of(const cDIB& dib) {
     return {dib.lpBits(), dib.lpBits() + dib.Size()};
+}
+
+/// A picture of a given depth whose colour table, where it has one, is entry i = (i, 2 i, 3 i) in blue,
+/// green, red.
+inline Picture indexed_picture(std::int32_t width, std::int32_t height, std::int32_t bits,
+                               const std::vector<std::uint8_t>& pixels) {
+    Bitmap bitmap(width, height, bits, Bitmap::Rows::Surface);
+    for (std::size_t i = 0; i < bitmap.colour_table().size(); ++i) {
+        bitmap.colour_table()[i] = {static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(2 * i),
+                                    static_cast<std::uint8_t>(3 * i), 0};
+    }
+    std::ranges::copy(pixels, bitmap.bytes().begin());
+    return make_picture(std::move(bitmap));
+}
+
+/// The object holds no picture.
+inline void expect_empty(cDIB& dib) {
+    EXPECT_EQ(dib.hDIB(), nullptr);
+    EXPECT_EQ(dib.hDIBDC(), nullptr);
+    EXPECT_EQ(dib.lpBits(), nullptr);
+    EXPECT_EQ(dib.Width(), 0);
+    EXPECT_EQ(dib.Height(), 0);
+    EXPECT_EQ(dib.Bpp(), 0);
+    EXPECT_EQ(dib.BytesPerScanline(), 0);
+    EXPECT_EQ(dib.Size(), 0);
 }
 
 } // namespace varnoth::test

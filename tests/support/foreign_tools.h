@@ -5,9 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Colour.h"
@@ -57,29 +58,42 @@ struct ForeignPicture {
     std::vector<Colour> colours;
 };
 
-/// The picture that a command prints as a binary PPM, or PGM, of 8 bits a channel.
+/// All the pictures that a command prints one behind the other, each as a binary PPM, or PGM, of 8 bits a
+/// channel.
+inline std::vector<ForeignPicture> pictures_from_tool(const std::string& command) {
+    std::istringstream stream(run_tool(command));
+    std::vector<ForeignPicture> pictures;
+    std::string type;
+    while (stream >> type) {
+        ForeignPicture picture;
+        int depth = 0;
+        stream >> picture.width >> picture.height >> depth;
+        stream.get();
+        if ((type != "P5" && type != "P6") || depth != 255) {
+            throw std::runtime_error("no PPM of 8 bits came from: " + command);
+        }
+        const auto byte = [&] { return static_cast<std::uint8_t>(stream.get()); };
+        for (std::int32_t i = 0; i < picture.width * picture.height; ++i) {
+            const std::uint8_t red = byte();
+            const std::uint8_t green = type == "P6" ? byte() : red;
+            const std::uint8_t blue = type == "P6" ? byte() : red;
+            picture.colours.push_back(make_colour(red, green, blue));
+        }
+        if (!stream) {
+            throw std::runtime_error("a cut PPM came from: " + command);
+        }
+        pictures.push_back(std::move(picture));
+    }
+    return pictures;
+}
+
+/// The one picture that a command prints so.
 inline ForeignPicture picture_from_tool(const std::string& command) {
-    const std::string text = run_tool(command);
-    ForeignPicture picture;
-    int type = 0;
-    int depth = 0;
-    int head = 0;
-    if (std::sscanf(text.c_str(), "P%1d %d %d %d%n", &type, &picture.width, &picture.height, &depth, &head) !=
-            4 ||
-        (type != 5 && type != 6) || depth != 255) {
-        throw std::runtime_error("no PPM of 8 bits came from: " + command);
+    std::vector<ForeignPicture> pictures = pictures_from_tool(command);
+    if (pictures.size() != 1) {
+        throw std::runtime_error(std::to_string(pictures.size()) + " pictures came from: " + command);
     }
-    const std::size_t channels = type == 6 ? 3 : 1;
-    const std::size_t count =
-        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
-    const auto byte = [&](std::size_t at) {
-        return static_cast<std::uint8_t>(text.at(static_cast<std::size_t>(head) + 1 + at));
-    };
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t at = i * channels;
-        picture.colours.push_back(make_colour(byte(at), byte(at + channels / 2), byte(at + channels - 1)));
-    }
-    return picture;
+    return std::move(pictures.front());
 }
 
 /// Writes colours, rows from the top, as a binary PPM for the tools to read.

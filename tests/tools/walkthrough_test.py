@@ -1,152 +1,15 @@
 #!/usr/bin/env python3
-"""Runs the scripted user and the inspector as programs, from pictures to a sprite and back, and looks at every file
-with parsers of its own or with ImageMagick. Usage: walkthrough_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
-import hashlib
-import json
+"""Runs the scripted user as a program, from pictures to a sprite and back, and looks at every file with parsers of its
+own or with ImageMagick. Usage: walkthrough_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
 import math
 import os
 import stat
 import struct
-import subprocess
 import sys
-import tempfile
 import unittest
 
-WALKTHROUGH, INSPECT, SAMPLES = sys.argv[1:4]
-EXPLOSION = 16
-SIDE = 64
-
-BLACK, WHITE = (0, 0, 0), (255, 255, 255)
-RED, GREEN, BLUE = (250, 10, 20), (30, 240, 40), (50, 60, 230)
-
-
-def read(path):
-    with open(path, "rb") as file:
-        return file.read()
-
-
-def write(path, data):
-    with open(path, "wb") as file:
-        file.write(data)
-    return path
-
-
-def sha256(data):
-    return hashlib.sha256(data).hexdigest()
-
-
-def bmp(width, height, pixels):
-    """A BMP file of 24 bits; pixels are triples of red, green, blue, rows from the top."""
-    padding = bytes(-3 * width % 4)
-    rows = [b"".join(bytes(pixel[::-1]) for pixel in pixels[y * width:(y + 1) * width]) + padding
-            for y in reversed(range(height))]
-    body = b"".join(rows)
-    return (struct.pack("<2sIHHI", b"BM", 54 + len(body), 0, 0, 54)
-            + struct.pack("<IiiHHIIiiII", 40, width, height, 1, 24, 0, len(body), 0, 0, 0, 0) + body)
-
-
-def solid(colour, side=4):
-    return bmp(side, side, [colour] * (side * side))
-
-
-def tga(kind, width, height, depth, body, colour_map=b""):
-    """A TGA file, bottom row first; a colour map has entries of 24 bits."""
-    return struct.pack("<BBBHHBHHHHBB", 0, 1 if colour_map else 0, kind, 0, len(colour_map) // 3,
-                       24 if colour_map else 0, 0, 0, width, height, depth, 0) + colour_map + body
-
-
-def sprite_file(width, height, frames, ident=b"IDSP", frame_count=None, colour_count=256, palette=None,
-                frame_size=None, origins=None):
-    data = struct.pack("<4siiifiiifi", ident, 2, 1, 0, 7.5, width, height,
-                       len(frames) if frame_count is None else frame_count, 2.5, 0)
-    data += struct.pack("<h", colour_count) + (palette or bytes(range(256)) * 3)
-    for number, frame in enumerate(frames):
-        origin = origins[number] if origins else (-width // 2, height // 2)
-        data += struct.pack("<iiiii", 0, *origin, *(frame_size or (width, height))) + frame
-    return data
-
-
-class Sprite:
-    """A sprite file taken apart."""
-
-    def __init__(self, data):
-        (self.ident, self.version, self.type, self.render, self.radius, self.width, self.height, self.count,
-         self.beam, self.sync) = struct.unpack_from("<4siiifiiifi", data)
-        self.colours, = struct.unpack_from("<h", data, 40)
-        self.palette_bytes = data[42:810]
-        self.palette = [tuple(self.palette_bytes[i:i + 3]) for i in range(0, 768, 3)]
-        self.frame_headers, self.frames = [], []
-        at = 810
-        for _ in range(self.count):
-            header = struct.unpack_from("<iiiii", data, at)
-            size = header[3] * header[4]
-            self.frame_headers.append(header)
-            self.frames.append(data[at + 20:at + 20 + size])
-            at += 20 + size
-        self.length = at
-
-    def colours_of(self, frame):
-        """The red, green, blue bytes of a frame's pixels."""
-        return b"".join(bytes(self.palette[index]) for index in self.frames[frame])
-
-
-def parse_ppm(data):
-    """All pictures of a run of binary PPM files, as (width, height, bytes)."""
-    pictures, at = [], 0
-    while at < len(data):
-        fields = []
-        while len(fields) < 4:
-            end = at
-            while not data[end:end + 1].isspace():
-                end += 1
-            fields.append(data[at:end])
-            at = end + 1
-        if fields[0] != b"P6" or fields[3] != b"255":
-            raise ValueError(f"no PPM of 8 bits: {fields}")
-        width, height = int(fields[1]), int(fields[2])
-        pictures.append((width, height, data[at:at + 3 * width * height]))
-        at += 3 * width * height
-    return pictures
-
-
-def decode(*paths):
-    """What ImageMagick sees in the files."""
-    return parse_ppm(subprocess.run(["convert", *paths, "-auto-orient", "-alpha", "off", "-depth", "8", "ppm:-"],
-                                    check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout)
-
-
-class ToolTest(unittest.TestCase):
-    def setUp(self):
-        holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.folder = holder.name
-
-    def path(self, *parts):
-        return os.path.join(self.folder, *parts)
-
-    def make_folder(self, name, files=()):
-        folder = self.path(name)
-        os.mkdir(folder)
-        for file, data in dict(files).items():
-            write(os.path.join(folder, file), data)
-        return folder
-
-    def three_pictures(self, name="pictures"):
-        return self.make_folder(name, {"a.bmp": solid(RED), "b.bmp": solid(GREEN), "c.bmp": solid(BLUE)})
-
-    def run_walkthrough(self, *arguments, status=0):
-        done = subprocess.run([WALKTHROUGH, *arguments], cwd=self.folder, stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=60, check=False)
-        self.assertEqual(done.returncode, status, done.stderr.decode())
-        self.errors = done.stderr.decode()
-        if status == 0:
-            self.assertEqual(self.errors, "")
-        return done.stdout.decode().splitlines()
-
-    def make_sprite(self, *arguments, name="out.spr"):
-        """The events and the sprite that a walk saves."""
-        events = self.run_walkthrough(*arguments, "--save", self.path(name))
-        return events, Sprite(read(self.path(name)))
+from tool_test import (BLACK, BLUE, EXPLOSION, GREEN, RED, SAMPLES, SIDE, Sprite, ToolTest, WHITE, bmp, decode,
+                       parse_ppm, read, solid, sprite_file, tga, write)
 
 
 def of_kind(events, kind):
@@ -290,11 +153,13 @@ class Import(ToolTest):
             _, sprite = self.make_sprite("--pictures", pictures, "--render", render, name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [BLACK, RED, BLUE], "the top left pixel is the default")
             self.assertEqual(sprite.frames, [bytes([0, 1, 2])])
-            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render + ".spr")
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0",
+                                         name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [GREEN, RED, BLACK])
             self.assertEqual(sprite.palette[255], BLACK)
         for render in ("0", "1"):
-            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0", name=render + ".spr")
+            _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0",
+                                         name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [GREEN, RED, BLUE], "there is no picker for the other modes")
 
     def test_the_preview_shows_the_picture_clicked_last(self):
@@ -576,111 +441,6 @@ class Ends(ToolTest):
                 ("SubscriptOutOfRange", ("--pictures", self.path("three"), "--draw", "3:out.ppm"))):
             self.run_walkthrough(*arguments, status=70)
             self.assertEqual(self.errors, f"run-time error: {name}\n")
-
-
-class Inspect(ToolTest):
-    def inspect(self, *arguments, status=0):
-        done = subprocess.run([INSPECT, *arguments], cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                              timeout=60, check=False)
-        self.assertEqual(done.returncode, status, done.stderr.decode())
-        return [json.loads(line) for line in done.stdout.decode().splitlines()]
-
-    def inspect_one(self, *arguments):
-        lines = self.inspect(*arguments)
-        self.assertEqual(len(lines), 1)
-        self.assertEqual(lines[0].pop("file"), arguments[-1])
-        return lines[0]
-
-    def test_a_sprite_is_told_in_full(self):
-        frames = [bytes([7] * 6), bytes(range(6))]
-        data = sprite_file(2, 3, frames, origins=[(1, 2), (3, 4)])
-        told = self.inspect_one(write(self.path("a.spr"), data))
-        self.assertEqual(told, {
-            "result": -1, "message": None, "Ident": "IDSP", "Version": 2, "SpriteType": 1, "RenderMode": 0,
-            "BoundingRadius": 7.5, "Width": 2, "Height": 3, "FrameCount": 2, "BeamLength": 2.5, "SyncType": 0,
-            "ColourCount": 256,
-            "FrameHeader": {"FrameType": 0, "OriginX": 3, "OriginY": 4, "FrameWidth": 2, "FrameHeight": 3},
-            "PaletteSha256": sha256(bytes(range(256)) * 3),
-            "Frames": [{"length": 6, "sha256": sha256(frame)} for frame in frames], "FrameOrder": [0, 1]})
-
-    def test_a_refused_sprite_has_its_message_and_what_was_read_until_then(self):
-        told = self.inspect_one(write(self.path("a.spr"), sprite_file(5, 3, [bytes(15)], colour_count=255)))
-        self.assertEqual((told["result"], told["message"]), (0, "Not 8bpp sprite"))
-        self.assertEqual((told["Width"], told["ColourCount"], told["Frames"]), (5, 255, []))
-        told = self.inspect_one(self.path("missing.spr"))
-        self.assertEqual((told["result"], told["message"]), (0, "Unknown Error Loading Sprite."))
-
-    def test_every_file_has_its_line_and_its_own_document(self):
-        write(self.path("a.spr"), sprite_file(1, 1, [b"\1"]))
-        write(self.path("b.spr"), b"")
-        first, second = self.inspect("a.spr", "b.spr")
-        self.assertEqual((first["file"], first["FrameCount"], first["result"]), ("a.spr", 1, -1))
-        self.assertEqual((second["file"], second["FrameCount"], second["result"]), ("b.spr", 0, 0))
-        self.assertEqual(second["PaletteSha256"], sha256(bytes(768)))
-
-    def test_bmp_and_jpeg_files_are_probed(self):
-        self.assertEqual(self.inspect_one(os.path.join(SAMPLES, "palette.bmp")),
-                         {"probe": {"result": -1, "width": 64, "height": 64, "bitCount": 8, "compression": 0}})
-        self.assertEqual(self.inspect_one(os.path.join(SAMPLES, "explosion_1.jpg")),
-                         {"probe": {"result": -1, "width": 64, "height": 64}})
-        told = self.inspect_one(write(self.path("bad.BMP"), b"MB"))
-        self.assertEqual(told["probe"]["result"], 0)
-        self.assertEqual(self.inspect_one(self.path("missing.bmp")), {"probe": {"failure": "FileNotFound"}})
-
-    def check_reader(self, extension, recognised, bpp):
-        path = os.path.join(SAMPLES, f"explosion_5.{extension}")
-        told = self.inspect_one("--decode", self.path("out.ppm"), path)
-        width, height, pixels = decode(path)[0]
-        self.assertEqual(told, {
-            "probe": {"result": -1, "width": SIDE, "height": SIDE, "bpp": bpp},
-            "load": {"Width": SIDE, "Height": SIDE, "TwipWidth": SIDE * 15, "TwipHeight": SIDE * 15, "Bpp": bpp,
-                     "Compressed": 0, recognised: -1},
-            "drawn": {"width": width, "height": height, "sha256": sha256(pixels)}})
-        self.assertEqual(parse_ppm(read(self.path("out.ppm"))), [(width, height, pixels)])
-
-    def test_tga_files_are_probed_loaded_and_drawn(self):
-        self.check_reader("tga", "IsTGA", 24)
-
-    def test_pcx_files_are_probed_loaded_and_drawn(self):
-        self.check_reader("pcx", "IsPCX", 8)
-
-    def test_nothing_is_told_where_nothing_was_decoded(self):
-        good = write(self.path("good.tga"), tga(2, 1, 1, 24, bytes(RED)))
-        for name, data in (("bad.tga", tga(2, 2, 2, 5, bytes(16))), ("bad.pcx", bytes(200))):
-            path = write(self.path(name), data)
-            self.assertIs(self.inspect_one(path)["load"]["nothing"], True)
-            told = self.inspect(good, path)
-            self.assertNotIn("nothing", told[0]["load"])
-            self.assertIs(told[1]["load"]["nothing"], True)
-
-    def test_a_picture_without_pixels_is_nothing_also_behind_another(self):
-        good = write(self.path("good.tga"), tga(2, 1, 1, 24, bytes(RED)))
-        empty = write(self.path("empty.tga"), tga(2, 0, 1, 16, bytes(4)))
-        self.assertIs(self.inspect_one(empty)["load"]["nothing"], True)
-        self.assertIs(self.inspect(good, empty)[1]["load"]["nothing"], True)
-
-    def test_failures_stand_where_they_arise(self):
-        grey = write(self.path("grey.tga"), tga(3, 4, 4, 8, bytes(16)))
-        told = self.inspect_one(grey)
-        self.assertEqual(told["load"], {"failure": "SubscriptOutOfRange"})
-        self.assertEqual(told["probe"], {"result": -1, "width": 4, "height": 4, "bpp": 8})
-        self.assertNotIn("drawn", told)
-
-    def test_one_reader_object_keeps_its_map_for_the_next_file(self):
-        mapped = write(self.path("mapped.tga"), tga(1, 4, 1, 8, bytes([1, 0, 1, 1]), bytes(RED[::-1] + BLUE[::-1])))
-        # Longer by the old map's size, which the length formula takes away.
-        grey = write(self.path("grey.tga"), tga(3, 4, 1, 8, bytes(4 + 3 * 256)))
-        apart = self.inspect(mapped, grey)
-        self.assertEqual(apart[0]["drawn"]["sha256"], sha256(bytes(BLUE + RED + BLUE + BLUE)))
-        self.assertEqual(apart[1]["load"], {"failure": "SubscriptOutOfRange"})
-        together = self.inspect("--same-object", mapped, grey)
-        self.assertEqual(together[0], apart[0])
-        self.assertEqual(together[1]["drawn"], {"width": 4, "height": 1, "sha256": sha256(bytes(12))})
-
-    def test_without_a_file_or_with_an_unknown_option_it_ends_with_64(self):
-        self.inspect(status=64)
-        self.inspect("--decode", status=64)
-        self.inspect("--unknown", "a.spr", status=64)
 
 
 if __name__ == "__main__":

@@ -10,7 +10,8 @@ TOKEN = re.compile(r"""
   | (?P<text>(?:u8|L|u|U)?"(?:\\.|[^"\\\n])*"|(?:u8|L|u|U)?'(?:\\.|[^'\\\n])*')
   | (?P<number>(?:0[xX][0-9a-fA-F']+|0[bB][01']+|\d[\d']*(?:\.\d*)?(?:[eE][+-]?\d+)?|\.\d+)[uUlLfFzZ]*)
   | (?P<word>[A-Za-z_]\w*)
-  | (?P<mark><<=|>>=|<=>|\.\.\.|->\*|<<|>>|<=|>=|==|!=|&&|\|\||\+\+|--|\+=|-=|\*=|/=|%=|&=|\|=|\^=|->|::|\[\[|\]\]|[^\s])
+  | (?P<mark><<=|>>=|<=>|\.\.\.|->\*|<<|>>|<=|>=|==|!=|&&|\|\||\+\+|--
+           |\+=|-=|\*=|/=|%=|&=|\|=|\^=|->|::|\[\[|\]\]|[^\s])
 """, re.VERBOSE | re.MULTILINE | re.DOTALL)
 
 # Each operator with those that may stand in its place.
@@ -26,9 +27,10 @@ STEPS = {"++": "--", "--": "++"}
 WORDS = {"true": "false", "false": "true", "True": "False", "False": "True"}
 # A statement that begins with one of these is a declaration or more than one expression.
 NO_EXPRESSION = {
-    "if", "else", "for", "while", "do", "switch", "case", "default", "try", "catch", "using", "namespace", "class", "struct",
-    "enum", "template", "typedef", "static_assert", "public", "private", "protected", "friend", "constexpr", "const", "auto",
-    "static", "inline", "extern", "virtual", "explicit", "union", "goto", "return", "break", "continue", "operator", "throw",
+    "if", "else", "for", "while", "do", "switch", "case", "default", "try", "catch", "using", "namespace", "class",
+    "struct", "enum", "template", "typedef", "static_assert", "public", "private", "protected", "friend", "constexpr",
+    "const", "auto", "static", "inline", "extern", "virtual", "explicit", "union", "goto", "return", "break", "continue",
+    "operator", "throw",
 }
 BLOCKS = {"if", "else", "for", "while", "do", "switch", "try", "catch", "template"}
 # What a return gives back that already is the nothing of its type.

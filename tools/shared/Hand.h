@@ -11,7 +11,6 @@ class QWidget;
 namespace varnoth {
 class DropDownList;
 class FolderListBox;
-class ListBox;
 class eltexto;
 } // namespace varnoth
 

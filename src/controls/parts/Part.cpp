@@ -12,14 +12,16 @@
 
 namespace varnoth {
 
+bool is_on(const QPointF& point, const QSizeF& size) {
+    return point.x() >= 0 && point.x() < size.width() && point.y() >= 0 && point.y() < size.height();
+}
+
 Part* Part::at(const QPointF& point, QPointF& within) {
-    // The pixel behind the right or bottom edge is outside.
-    const bool inside =
-        point.x() >= Left && point.x() < Left + Width && point.y() >= Top && point.y() < Top + Height;
-    if (!Visible || !Enabled || passes_mouse || !inside) {
+    const QPointF inside = point - place().topLeft();
+    if (!Visible || !Enabled || passes_mouse || !is_on(inside, place().size())) {
         return nullptr;
     }
-    within = point - place().topLeft();
+    within = inside;
     return this;
 }
 

@@ -17,6 +17,10 @@ class QPainter;
 
 namespace varnoth {
 
+/// Whether a point lies on a thing of that size at the origin. The pixel behind its right or bottom edge does
+/// not.
+bool is_on(const QPointF& point, const QSizeF& size);
+
 /// Places and sizes are in pixels from the top left of what holds the part, and need not be whole numbers.
 class Part {
   public:

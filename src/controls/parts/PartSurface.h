@@ -27,7 +27,7 @@ class PartSurface : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* /*event*/) override {
-        at_event_edge([this] {
+        at_paint_edge([this] {
             QPainter painter(this);
             painter.fillRect(rect(), look::to_qcolor(BackColor));
             for (const Part* part : contents) {

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "base/RunTimeFailure.h"
 #include "base/numbers.h"
+#include "controls/parts/accessible.h"
 #include "platform/Screen.h"
 #include "platform/alpha_blend.h"
 #include "platform/qt/event_edge.h"
@@ -45,7 +47,6 @@ bool SkinnedControl::Enabled() const {
 
 void SkinnedControl::SetEnabled(bool enabled) {
     setEnabled(enabled);
-    show_enabled();
     changed("Enabled");
 }
 
@@ -133,6 +134,14 @@ void SkinnedControl::changed(const char* property) {
     if (!reading_) {
         emit property_changed(QString::fromLatin1(property));
     }
+}
+
+void SkinnedControl::caption_changed() {
+    layout_step();
+    if (!reading_) {
+        tell_name_changed(*this);
+    }
+    changed("Caption");
 }
 
 // Storing.
@@ -266,7 +275,6 @@ void SkinnedControl::paintEvent(QPaintEvent* /*event*/) {
         if (surface_) {
             draw_surface(painter, *surface_);
         }
-        paint_surface(painter);
         for (const Part* part : parts_) {
             part->paint(painter);
         }
@@ -328,8 +336,7 @@ void SkinnedControl::mouseReleaseEvent(QMouseEvent* event) {
         held_ = event->buttons() != Qt::NoButton;
         const bool clicked = event->button() == Qt::LeftButton && std::exchange(click_due_, false);
         part_released(part, mouse_arguments(event->button(), event->modifiers(), within));
-        const QRectF place = part == nullptr ? QRectF(rect()) : QRectF(0, 0, part->Width, part->Height);
-        if (clicked && place.contains(within)) {
+        if (clicked && is_on(within, part == nullptr ? QSizeF(size()) : part->place().size())) {
             part_clicked(part);
         }
     });

@@ -159,8 +159,6 @@ class SkinnedControl : public QWidget {
 
     virtual void show_shadow() {}
 
-    virtual void show_enabled() {}
-
     // The mouse, with places in the part; a null part is the control's own surface.
 
     /// A press holds the mouse: the moves and the release that follow go to the same part wherever they
@@ -180,23 +178,19 @@ class SkinnedControl : public QWidget {
     /// the second click.
     virtual bool part_double_clicked(Part* /*part*/) { return false; }
 
-    /// Draws what lies between the surface and the parts.
-    virtual void paint_surface(QPainter& /*painter*/) {}
-
     /// The control's pixels; made in its size and background when they are first asked for.
     PictureSurface& surface();
 
-    bool has_surface() const { return surface_ != nullptr; }
-
     /// Ends every setter: paints anew and, except while properties are read, tells the host.
     void changed(const char* property);
+
+    /// Ends the setter of a caption: also moves it, and tells a screen reader what the control is called now.
+    void caption_changed();
 
     bool reading() const { return reading_; }
 
     /// Sets one property from a bag, or to its fallback.
     void read_property(const PropertyBag& bag, const PersistedProperty& property);
-
-    const std::vector<PersistedProperty>& properties() const { return properties_; }
 
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -208,7 +202,6 @@ class SkinnedControl : public QWidget {
   private:
     const Part& named_part(const QString& name) const;
     Part* part_at(const QPointF& point, QPointF& within);
-    QPointF place_in_held_part(const QPointF& point) const;
     void press(QMouseEvent* event);
     QVariant ambient(const char* property) const;
 

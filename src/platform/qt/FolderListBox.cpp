@@ -33,7 +33,7 @@ class FolderDelegate : public QStyledItemDelegate {
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
-        at_event_edge([&] {
+        at_paint_edge([&] {
             QStyledItemDelegate::paint(painter, option, index);
             const bool open = index.data(open_role).toBool();
             const int left = option.rect.left() + 3 + index.data(depth_role).toInt() * indent;

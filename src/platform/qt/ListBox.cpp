@@ -148,6 +148,10 @@ void ListBox::keyPressEvent(QKeyEvent* event) {
     handle([&] {
         QListWidget::keyPressEvent(event);
         click_due_ = click_due_ || marks_changed_;
+        if (click_due_ && ListIndex() < 0) {
+            // All lines were marked before one was chosen; a click has a line.
+            selectionModel()->setCurrentIndex(model()->index(0, 0), QItemSelectionModel::NoUpdate);
+        }
     });
 }
 

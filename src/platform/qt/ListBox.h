@@ -44,7 +44,7 @@ class ListBox : public QListWidget {
 
   signals:
     /// The user clicked a line, moved the current line or changed marks by the keyboard, or SetListIndex was
-    /// called. The marks are set before.
+    /// called. The marks are set before, and there is a current line.
     void Click();
     void DblClick();
 

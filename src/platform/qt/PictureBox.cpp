@@ -1,7 +1,6 @@
 #include "platform/qt/PictureBox.h"
 
 #include <utility>
-#include <vector>
 
 #include <QAccessibleWidget>
 #include <QImage>

@@ -15,7 +15,7 @@ struct Filter {
 };
 
 Filter parse(std::string_view filter) {
-    const QString whole = QString::fromUtf8(filter.data(), static_cast<qsizetype>(filter.size()));
+    const QString whole = QString::fromUtf8(filter);
     return {whole.section(u'|', 0, 0).trimmed(), whole.section(u'|', 1).trimmed()};
 }
 

@@ -14,7 +14,7 @@ int run_box(std::string_view text, QMessageBox::StandardButtons buttons) {
     QMessageBox box(dialog_parent());
     box.setWindowTitle(QString::fromLatin1(application_title));
     box.setTextFormat(Qt::PlainText);
-    box.setText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    box.setText(QString::fromUtf8(text));
     box.setStandardButtons(buttons);
     if (buttons.testFlag(QMessageBox::No)) {
         box.setEscapeButton(QMessageBox::No);

@@ -11,7 +11,6 @@
 #include <optional>
 #include <span>
 #include <utility>
-#include <vector>
 
 #include <QBuffer>
 #include <QByteArray>

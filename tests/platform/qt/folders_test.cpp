@@ -140,6 +140,15 @@ TEST_F(FolderListBoxTest, EachFolderIsIndentedUnderTheOneThatHoldsIt) {
     EXPECT_EQ(text_left(line(2)) - text_left(line(1)), 0);
 }
 
+TEST_F(FolderListBoxTest, IsPaintedWhileAFailureIsTold) {
+    const QImage before = list_.viewport()->grab().toImage();
+    QImage during;
+    const FatalEndInstallation end(
+        [&](std::string_view, std::string_view) { during = list_.viewport()->grab().toImage(); });
+    at_event_edge([] { fail(Failure::Overflow); });
+    EXPECT_EQ(during, before);
+}
+
 TEST_F(FolderListBoxTest, ADoubleClickOpensAFolderAndTellsOfIt) {
     double_click(line(2));
     EXPECT_EQ(list_.Path(), tree_.file("f2"));

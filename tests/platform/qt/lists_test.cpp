@@ -235,6 +235,15 @@ TEST_F(ListBoxTest, MarksSetByTheKeyboardAloneRaiseClickToo) {
     EXPECT_EQ(clicks_, (std::vector<Lines>{{0, 1, 2, 3, 4}}));
 }
 
+TEST_F(ListBoxTest, AllLinesMarkedBeforeOneWasChosenMakeTheFirstTheCurrentOne) {
+    list_.setFocus();
+    std::vector<int> current;
+    on_event(&list_, &ListBox::Click, &list_, [&] { current.push_back(list_.ListIndex()); });
+    QTest::keyClick(&list_, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(current, std::vector<int>{0});
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{0, 1, 2, 3, 4}}));
+}
+
 TEST_F(ListBoxTest, DraggingOverLinesMarksThemAndRaisesClickAtEach) {
     QTest::mousePress(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 1));
     // QTest's own moves hold no button.

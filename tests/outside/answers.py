@@ -1,0 +1,107 @@
+"""What the editor has to say to its user, and what it makes of a selection of pictures. Whatever else happens is a
+Finding."""
+import re
+
+from material import UNKNOWN_LOADING
+
+# What the editor says to its user, by what stands in the summary, and in full.
+MESSAGES = {
+    "¿ Do you want to save changes in ... ?": "¿ Do you want to save changes in .* \\?",
+    "Sprite Cant Be Empty. Put Some Pictures In It.": None,
+    "Sprite Saved Successfully !": None,
+    "Select Only 1": None,
+    "Not A Half-Life Sprite ...": "Not A Half-Life Sprite /.*",
+    "No Sprites In File": None,
+    "Not 8bpp sprite": None,
+    UNKNOWN_LOADING: None,
+    "Unknown Error Saving Sprite.": None,
+    "Select Output Folder First.": None,
+    "Output Folder Doesnt Exist.": None,
+    "File ... Already Exists. Overwrite?": "File .*_\\d+\\.(bmp|tga|pcx) Already Exists\\. Overwrite\\?",
+    "Select Picture/s To Add.": None,
+    "File: ... Bad Format/Corrupt.": "File: .* Bad Format/Corrupt\\.",
+    "File: ... With Size Greater Than 256 x 256.": "File: .* With Size Greater Than 256 x 256\\.",
+    "All Selected Pictures Must Have Same Size.": None,
+    "Process Aborted By User. Some Pictures Where Not Imported.": None,
+    "Frames Generated Successfully !": None,
+}
+OVERWRITE = MESSAGES["File ... Already Exists. Overwrite?"]
+GENERATED = "Frames Generated Successfully !"
+ABORTED = "Process Aborted By User. Some Pictures Where Not Imported."
+FATAL_BOX = "Run-time error: "
+
+LARGEST_SIDE = 256
+# Of a question: the keys that answer it.
+YES, NO = "Return", "Escape"
+
+
+class Finding(AssertionError):
+    pass
+
+
+def message_of(text):
+    """The message that a text is one of."""
+    for name, pattern in MESSAGES.items():
+        if text == name or (pattern and re.fullmatch(pattern, text)):
+            return name
+    return None
+
+
+class Selection:
+    """The dialog that adds frames, as far as its messages go."""
+
+    def __init__(self, pictures, sprite_size):
+        self.pictures, self.sprite_size = pictures, sprite_size
+        self.selected = set()
+        self.asks_for_size, self.size_choice, self.sets_sprite = False, None, True
+        self.shown = None
+
+    def list_again(self, pictures):
+        self.pictures, self.selected = pictures, set()
+
+    def click(self, line, keys=None, anchor=None):
+        """Selects as the list does, and looks through it. The message, if any."""
+        if keys == "ctrl":
+            self.selected ^= {line}
+        elif keys == "shift":
+            self.selected = set(range(min(anchor, line), max(anchor, line) + 1))
+        elif keys == "all":
+            self.selected = set(range(len(self.pictures)))
+        else:
+            self.selected = {line}
+        message = self.validate()
+        self.shown = self.pictures[line].shown or self.shown
+        return message
+
+    def validate(self):
+        """The first fault ends the look through the list and costs its picture the mark."""
+        first = None
+        for line in sorted(self.selected):
+            picture = self.pictures[line]
+            if picture.told is None:
+                return self.fault(line, f"File: {picture.name} Bad Format/Corrupt.")
+            if max(picture.told) > LARGEST_SIDE:
+                return self.fault(line, f"File: {picture.name} With Size Greater Than 256 x 256.")
+            if first is None:
+                first = picture.told
+                if first != self.sprite_size:
+                    self.asks_for_size, self.size_choice = True, first
+            elif picture.told != first:
+                return self.fault(line, "All Selected Pictures Must Have Same Size.")
+        return None
+
+    def fault(self, line, message):
+        self.selected.discard(line)
+        self.asks_for_size = False
+        return message
+
+    def sizes(self):
+        """Of the sprite and of its frames after OK."""
+        if self.asks_for_size and not self.sets_sprite:
+            return self.sprite_size, self.sprite_size
+        return (self.size_choice if self.asks_for_size else self.sprite_size), self.shown
+
+    def makes_drawable_frames(self):
+        """A frame with fewer pixels than its sprite has ends the program when it is drawn."""
+        sprite, frame = self.sizes()
+        return frame is not None and frame[0] * frame[1] >= sprite[0] * sprite[1] and min(sprite) >= 1

@@ -1,0 +1,20 @@
+// Lists of colours for tests.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "platform/Colour.h"
+
+namespace varnoth::test {
+
+/// The colours first, first + 1, ..., of which none is black when the first is 1.
+inline std::vector<Colour> series(std::size_t count, Colour first = 1) {
+    std::vector<Colour> colours(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        colours[i] = first + static_cast<Colour>(i);
+    }
+    return colours;
+}
+
+} // namespace varnoth::test
