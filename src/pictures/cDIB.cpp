@@ -41,11 +41,10 @@ std::unique_ptr<Bitmap> create_section(std::int32_t width, std::int32_t height, 
     }
 }
 
-void copy_colour_table(const DrawingContext& from, DrawingContext& to, std::size_t entries) {
+void copy_colour_table(const DrawingContext& from, DrawingContext& to) {
     std::array<RGBQUAD, 256> table{};
-    const std::span<RGBQUAD> part(table.data(), entries);
-    get_colour_table(from, 0, part);
-    set_colour_table(to, 0, part);
+    get_colour_table(from, 0, table);
+    set_colour_table(to, 0, table);
 }
 
 void delete_if_there(const std::string& path) {
@@ -120,7 +119,7 @@ bool cDIB::CreateFromHdc8bpp(DrawingContext& Image, std::int32_t NewWidth, std::
     if (!Create(NewWidth, NewHeight, 8)) {
         return false;
     }
-    copy_colour_table(Image, context_, 256);
+    copy_colour_table(Image, context_);
     bit_blt(context_, 0, 0, NewWidth, NewHeight, Image, 0, 0, SRCCOPY);
     return true;
 }

@@ -1,5 +1,6 @@
 #include "platform/IndexExpansion.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstring>
 
@@ -11,8 +12,8 @@ IndexExpansion::IndexExpansion(std::span<const RGBQUAD, 256> colours) : planes_(
     for (std::size_t i = 0; i < colours.size(); ++i) {
         const std::array<RGBQUAD, 2> at_left{colours[i], {}};
         const std::array<RGBQUAD, 2> at_right{RGBQUAD{}, colours[i]};
-        std::memcpy(&left_[i], &at_left, sizeof at_left);
-        std::memcpy(&right_[i], &at_right, sizeof at_right);
+        left_[i] = std::bit_cast<std::uint64_t>(at_left);
+        right_[i] = std::bit_cast<std::uint64_t>(at_right);
     }
 }
 
