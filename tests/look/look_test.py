@@ -332,6 +332,14 @@ class Desktop(LookTest):
         self.check_windows(1, {**display.environment, "QT_QPA_PLATFORM": "xcb", "QT_QPA_PLATFORMTHEME": "kde",
                                "KDE_SESSION_VERSION": "5", "QT_STYLE_OVERRIDE": "windows"})
 
+    def test_which_control_has_the_keyboard_is_not_in_the_pictures(self):
+        display = Display()
+        self.addCleanup(display.close)
+        given = take_pictures(self.make_folder("given"), {**display.environment, "QT_QPA_PLATFORM": "xcb"})
+        never = take_pictures(self.make_folder("never"), os.environ)
+        for name in ("new_sprite", "new", "opened"):
+            self.assertTrue(Found(given[name]).data == Found(never[name]).data, name)
+
 
 class Fonts(LookTest):
     """The families that stand in for the one that the windows were designed with, each as the only one there is."""

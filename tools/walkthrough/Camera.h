@@ -18,7 +18,8 @@ class Camera {
 
     bool is_loaded() const { return folder_.has_value(); }
 
-    /// Writes the window as it stands to a PNG file of that name behind a number, and reports it.
+    /// Writes the window as it stands, but without a caret or a mark of who has the keyboard, to a PNG file
+    /// of that name behind a number, and reports it.
     void take(QWidget& window, const QString& name);
 
   private:
