@@ -2,6 +2,7 @@
 // are counted and may run something, pictures come from a table, files are chosen as told.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
@@ -28,8 +29,8 @@ class RecordedServices : private MessageBoxes,
     std::function<void()> on_yield;
     std::string next_open; ///< the file chosen next, "" for a choice that is cancelled
     std::string next_save;
-    std::vector<std::string> filters;        ///< of the choices so far
-    std::map<std::string, Picture> pictures; ///< by path; any other path fails with InvalidPicture
+    std::vector<std::string> filters;                  ///< of the choices so far
+    std::map<std::filesystem::path, Picture> pictures; ///< any other path fails with InvalidPicture
 
   private:
     void show(std::string_view text) override { messages.emplace_back(text); }
