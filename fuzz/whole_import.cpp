@@ -1,6 +1,8 @@
 // Picture files made of the bytes, of every format, some of them broken, are imported as a user does it:
 // clicked, resized, picked from and cancelled. The plain import must come out the same.
 #include <algorithm>
+#include <filesystem>
+#include <map>
 #include <optional>
 
 #include "codecs/CBitmap.h"
@@ -93,7 +95,7 @@ class Job {
 
     std::size_t cancel_at() const { return cancel_at_; }
 
-    const std::map<std::string, Picture>& pictures() const { return pictures_; }
+    const std::map<std::filesystem::path, Picture>& pictures() const { return pictures_; }
 
     /// The dialog after all clicks.
     std::unique_ptr<test::ScriptedAddFrames> form() const {
@@ -140,7 +142,7 @@ class Job {
     Size sprite_size_;
     std::vector<std::string> names_;
     std::vector<bool> selected_;
-    std::map<std::string, Picture> pictures_;
+    std::map<std::filesystem::path, Picture> pictures_;
 };
 
 struct Outcome {
