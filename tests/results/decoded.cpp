@@ -113,10 +113,11 @@ bool needs_little(const std::string& name) {
 }
 
 void add_folder(Results& results, const std::string& seeds, const std::string& target, Decode decode) {
-    const std::string folder = join_path(seeds, target);
+    // With the same separator everywhere: a path stands in a message.
+    const std::string folder = seeds + "/" + target + "/";
     for (const std::string& name : names_in(folder)) {
         if (needs_little(name)) {
-            decode(results[target + "/" + name], join_path(folder, name));
+            decode(results[target + "/" + name], folder + name);
         }
     }
 }
