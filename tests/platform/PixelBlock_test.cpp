@@ -93,12 +93,24 @@ TEST(PixelBlock, SizingStartsFromZeroAndShrinkingLeavesOneZeroElement) {
     const auto surface = surface_of(2, 1, {0xFFFFFF, 0xFFFFFF});
     PixelBlock block = block_of(*surface);
     block.size_for(surface->description());
+    EXPECT_FALSE(block.bytes().empty());
     EXPECT_TRUE(std::ranges::all_of(block.bytes(), [](std::uint8_t byte) { return byte == 0; }));
     block.read(*surface);
     block.shrink();
     EXPECT_EQ(block.at(0, 0, 0), 0);
     EXPECT_FAILURE(block.at(1, 0, 0), SubscriptOutOfRange);
     EXPECT_FAILURE(block.at(0, 1, 0), SubscriptOutOfRange);
+}
+
+TEST(PixelBlock, AShrunkBlockHasNothingBesideItsOneElement) {
+    PixelBlock block;
+    block.shrink();
+    EXPECT_EQ(block.channels(), 1);
+    EXPECT_EQ(block.width(), 1);
+    EXPECT_EQ(block.height(), 1);
+    EXPECT_FAILURE(block.at(1, 0, 0), SubscriptOutOfRange);
+    EXPECT_FAILURE(block.at(0, 1, 0), SubscriptOutOfRange);
+    EXPECT_FAILURE(block.at(0, 0, 1), SubscriptOutOfRange);
 }
 
 TEST(PixelBlock, MovesNoMoreBytesThanBothSidesHave) {
