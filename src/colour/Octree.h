@@ -43,14 +43,21 @@ class Octree {
     std::vector<Leaf> leaves() const;
 
   private:
-    using Position = std::int32_t; // 0 stands for none, 1 is the root
+    using Position = std::uint32_t; // 0 stands for none, 1 is the root
+
+    // The sums of a leaf, two to a number, so that a pixel takes two additions. None is ever negative.
+    struct Sums {
+        std::uint64_t red_and_green = 0; // red in the lower half
+        std::uint64_t blue_and_count = 0;
+
+        Leaf unpacked() const;
+    };
 
     struct alignas(64) Node {
-        Leaf sums;
-        std::array<Position, 8> child{}; // slot: red bit + 2 * green bit + 4 * blue bit
+        Sums sums;                       // of a leaf; others have counted no pixel
+        std::array<Position, 8> child{}; // slot: red bit + 2 * green bit + 4 * blue bit; of a leaf, itself
+        std::uint32_t taken = 0;         // a bit for each slot that has a child
         Position next = 0;               // in the list of reducible or of free nodes
-        std::uint32_t lives = 0;         // how often it was freed
-        bool is_leaf = false;
     };
 
     // Three bits a level from the lowest up, the child slots from the root down. Of the bounds and bits of
@@ -61,11 +68,16 @@ class Octree {
     static ChannelPaths paths_of(float weight, int bit_of_slot);
     static ChannelPaths walked_paths(float weight);
 
-    Node& node(Position position) { return nodes_[static_cast<std::size_t>(position)]; }
+    static std::size_t slot_of(Path path, int level) { return path >> 3 * (level - 1) & 7U; }
 
-    Position leaf_at(Path path);
-    Position walk_down(Position at, int level, int last_level, Path path);
-    Position grow(Position parent, std::size_t slot, int level);
+    Node& node(Position position) { return nodes_[position]; }
+
+    bool is_harmless() const;
+    void add_sums(Sums& totals, const Sums& sums) const;
+    Node& near_node(Path path);
+    Node& leaf_at(Path path);
+    Position walk_down(Position at, Path path, int level, int last_level);
+    Position grow(Position parent, Path path, int level);
     Position new_node();
     void free_node(Position position);
     bool would_collapse_to(int level) const;
@@ -78,20 +90,17 @@ class Octree {
     ChannelPaths green_paths_;
     ChannelPaths blue_paths_;
     std::vector<Node> nodes_;                  // position 0 is not used
+    Position used_ = 2;                        // how many of them were ever in use
     std::array<Position, 9> reducible_head_{}; // levels 1 to 8
+    std::uint32_t filled_lists_ = 0;           // a bit for each level whose list is not empty
     std::int32_t leaf_count_ = 0;
+    std::int64_t pixel_count_ = 0;
     Position free_head_ = 0;
 
-    // Where the first levels of a path lead: to the node of the last of them, or to a leaf above it. Such a
-    // node may become a leaf, but until it is freed no other node takes its place.
-    static constexpr int short_cut_levels = 4;
-
-    struct ShortCut {
-        Position position = 0;
-        std::uint32_t lives = 1; // position 0 is never freed, so this leads nowhere
-    };
-
-    std::array<ShortCut, 1 << 3 * short_cut_levels> short_cuts_{};
+    // Where the first levels of a path lead, as far as it was walked before: to the node of the last of them
+    // or to a leaf above it.
+    static constexpr int top_levels = 3;
+    std::array<Position, 1 << 3 * top_levels> top_{};
 };
 
 } // namespace varnoth
