@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 #include "base/bytes.h"
 #include "base/numbers.h"
@@ -29,6 +30,10 @@ ColourSet written_colours;
 
 // Blue, green and red as one number.
 using Key = std::uint32_t;
+
+// How often the table was emptied and the lookup palette made, for whoever keeps what it found in them.
+std::uint32_t times_emptied = 0;
+std::uint32_t times_made = 0;
 
 constexpr Key no_key = 0xFFFFFFFF;
 constexpr std::size_t remembered_keys = 4096;
@@ -82,6 +87,10 @@ void visit_keys(std::span<const std::uint8_t> pixels, std::size_t pixel_bytes, s
     }
 }
 
+Key key_of(const RGBQUAD& colour) {
+    return colour.rgbBlue | Key{colour.rgbGreen} << 8 | Key{colour.rgbRed} << 16;
+}
+
 RGBQUAD quad_of_key(Key key) {
     return {static_cast<std::uint8_t>(key), static_cast<std::uint8_t>(key >> 8),
             static_cast<std::uint8_t>(key >> 16), 0};
@@ -131,9 +140,38 @@ void look_up(Key key) {
     found_in_table[slot_of(key)] = key;
 }
 
-// Calls visit(i, key) for every pixel of a surface that stands in MixBits.
-template <typename Visit>
-void visit_pixels(const PictureSurface& surface, Visit&& visit) {
+// The same, and whether it stands in the table now.
+bool is_there_after_look_up(Key key) {
+    if (found_in_table[slot_of(key)] != key) {
+        look_up(key);
+    }
+    return found_in_table[slot_of(key)] == key;
+}
+
+// Looks up the colours of a picture of indices, each until it stands in the table.
+class IndexedLookUp {
+  public:
+    void look_up_row(const std::shared_ptr<const Bitmap>& picture, std::int32_t y, std::size_t count) {
+        if (picture != picture_ || times_ != times_emptied) {
+            *this = {};
+            picture_ = picture;
+        }
+        for (const std::uint8_t index : std::span(picture->row(y), count)) {
+            if (!is_there_[index]) {
+                is_there_[index] = is_there_after_look_up(key_of(picture->colour_table()[index]));
+            }
+        }
+    }
+
+  private:
+    std::shared_ptr<const Bitmap> picture_;
+    std::array<bool, 256> is_there_{};
+    std::uint32_t times_ = times_emptied;
+};
+
+// Calls visit_row(y, count) for every row of a surface, of which the first `count` pixels stand in MixBits.
+template <typename VisitRow>
+void visit_rows(const PictureSurface& surface, VisitRow&& visit_row) {
     for (std::int32_t y = 0; y < surface.ScaleHeight(); ++y) {
         yield_to_events();
         const auto width = static_cast<std::int64_t>(std::ceil(surface.ScaleWidth()));
@@ -141,11 +179,16 @@ void visit_pixels(const PictureSurface& surface, Visit&& visit) {
             continue;
         }
         check_subscript(2, MixBits.channels());
-        const std::int64_t there = std::min<std::int64_t>(width, MixBits.width());
-        visit_keys(MixBits.row(y), static_cast<std::size_t>(MixBits.channels()),
-                   static_cast<std::size_t>(there), visit);
+        check_subscript(y, MixBits.height());
+        visit_row(y, static_cast<std::size_t>(std::min<std::int64_t>(width, MixBits.width())));
         check_subscript(width - 1, MixBits.width());
     }
+}
+
+// Calls visit(i, key) for the first pixels of a row of MixBits.
+template <typename Visit>
+void visit_row_keys(std::int32_t y, std::size_t count, Visit&& visit) {
+    visit_keys(std::as_const(MixBits).row(y), static_cast<std::size_t>(MixBits.channels()), count, visit);
 }
 
 // Whether the first pixels of row y and of the row below it are both background.
@@ -159,6 +202,7 @@ void InitColorTable() {
     ColorCount = 0;
     ColorTable.assign(first_table_size, RGBQUAD{});
     written_colours.clear();
+    ++times_emptied;
     found_in_table.fill(no_key);
 }
 
@@ -191,10 +235,17 @@ bool AddPictureColors(PictureSurface& surface) {
         return false;
     }
     ReadMixBits(surface);
-    visit_pixels(surface, [](std::size_t, Key key) {
-        if (found_in_table[slot_of(key)] != key) {
-            look_up(key);
+    IndexedLookUp indexed;
+    visit_rows(surface, [&](std::int32_t y, std::size_t count) {
+        if (const std::shared_ptr<const Bitmap> origin = MixBits.origin()) {
+            indexed.look_up_row(origin, y, count);
+            return;
         }
+        visit_row_keys(y, count, [](std::size_t, Key key) {
+            if (found_in_table[slot_of(key)] != key) {
+                look_up(key);
+            }
+        });
     });
     return true;
 }
@@ -242,7 +293,7 @@ void FinalizePalette(PictureSurface& surface) {
                (free_entry < ImportPalette.size() &&
                 colour_of(ImportPalette[free_entry]) == colour_of(pixel));
     };
-    visit_pixels(surface, [&](std::size_t, Key key) {
+    const auto take = [&](std::size_t, Key key) {
         const RGBQUAD pixel = quad_of_key(key);
         if (!is_in_palette(pixel)) {
             check_subscript(ColorCount, ImportPalette.size());
@@ -250,7 +301,8 @@ void FinalizePalette(PictureSurface& surface) {
             written.insert(colour_of(pixel));
             ++ColorCount;
         }
-    });
+    };
+    visit_rows(surface, [&](std::int32_t y, std::size_t count) { visit_row_keys(y, count, take); });
     MakeLookupPalette();
 }
 
@@ -285,6 +337,7 @@ void MakeLookupPalette() {
     }
     hLookupPalette = std::make_unique<LogicalPalette>(record);
     remembered.fill({});
+    ++times_made;
 }
 
 std::int16_t nearest_index(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
@@ -300,6 +353,24 @@ void nearest_indices(std::span<const std::uint8_t> pixels, std::size_t pixel_byt
     check_lookup_palette();
     visit_keys(pixels, pixel_bytes, indices.size(),
                [&](std::size_t i, Key key) { indices[i] = index_of(key); });
+}
+
+void NearestOfTable::answer(std::span<const std::uint8_t> from, std::span<std::uint8_t> indices) {
+    if (indices.empty()) {
+        return;
+    }
+    check_lookup_palette();
+    if (times_ != times_made) {
+        known_.fill(unknown);
+        times_ = times_made;
+    }
+    for (std::size_t i = 0; i < indices.size(); ++i) {
+        std::int16_t& answer = known_[from[i]];
+        if (answer == unknown) {
+            answer = index_of(key_of(colours_[from[i]]));
+        }
+        indices[i] = static_cast<std::uint8_t>(answer);
+    }
 }
 
 } // namespace varnoth::mixpals

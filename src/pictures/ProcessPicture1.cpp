@@ -125,7 +125,7 @@ bool ProcessPicture1::Copy_Picture(const PictureSurface& Picture1, PictureSurfac
     }
     ReadBits(Picture1);
     for (std::int32_t y = 0; y < src_info_.bmHeight; ++y) {
-        const PixelRow source(src_bits_, y, src_info_.bmWidth);
+        const PixelRow source(SrcBits(), y, src_info_.bmWidth);
         PixelRow result(dst_bits_, y, src_info_.bmWidth);
         for (std::int32_t x = 0; x < src_info_.bmWidth; ++x) {
             result.set(x, source[x]);
@@ -144,7 +144,7 @@ bool ProcessPicture1::Make_Pal_From_Pic(const PictureSurface& picture) {
     ++list_changes_;
     ColourListing listing(color_list_);
     for (std::int32_t y = 0; y < src_info_.bmHeight && !listing.is_full(); ++y) {
-        const PixelRow row(src_bits_, y, src_info_.bmWidth);
+        const PixelRow row(SrcBits(), y, src_info_.bmWidth);
         for (std::int32_t x = 0; x < src_info_.bmWidth && !listing.is_full(); ++x) {
             const Colour colour = colour_of(row[x]);
             if (!listing.is_listed(colour)) {
@@ -174,7 +174,7 @@ bool ProcessPicture1::is_more_than_256(const PictureSurface& picture) {
             own_change = list_changes_;
             listing.reread();
         }
-        const PixelRow row(src_bits_, y, width);
+        const PixelRow row(SrcBits(), y, width);
         Colour listed_before = no_colour;
         for (std::int32_t x = 0; x < width && misses < enough; ++x) {
             const Colour colour = colour_of(row[x]);
@@ -204,7 +204,7 @@ bool ProcessPicture1::all_pixels(const PictureSurface& picture, Rule passes) {
     const std::int32_t height = src_info_.bmHeight;
     for (std::int32_t y = 0; y < height; ++y) {
         yield_to_events(); // stands for the yields of the row's pixels too
-        const PixelRow row(src_bits_, y, width);
+        const PixelRow row(SrcBits(), y, width);
         for (std::int32_t x = 0; x < width; ++x) {
             if (!passes(row[x])) {
                 return false;

@@ -49,7 +49,7 @@ bool ProcessPicture1::filter(PictureSurface& picture, Mirror mirror, Rule rule) 
     const std::int32_t width = src_info_.bmWidth;
     const std::int32_t height = src_info_.bmHeight;
     for (std::int32_t y = 0; y < height; ++y) {
-        const PixelRow source(src_bits_, mirror == Mirror::Rows ? height - 1 - y : y, width);
+        const PixelRow source(SrcBits(), mirror == Mirror::Rows ? height - 1 - y : y, width);
         PixelRow result(dst_bits_, y, width);
         for (std::int32_t x = 0; x < width; ++x) {
             result.set(x, rule(source[mirror == Mirror::Columns ? width - 1 - x : x]));

@@ -254,22 +254,30 @@ void cDIB::GetBestFitInfo(std::int32_t DstW, std::int32_t DstH, std::int32_t& bf
     if (!section_) {
         return;
     }
-    if (width_ <= DstW && height_ <= DstH && !StretchFit) {
-        bfW = width_;
-        bfH = height_;
-    } else {
-        const auto ratio_x = static_cast<float>(divide(DstW, width_));
-        const auto ratio_y = static_cast<float>(divide(DstH, height_));
+    const Rectangle fit = BestFit(width_, height_, DstW, DstH, StretchFit);
+    bfx = fit.x;
+    bfy = fit.y;
+    bfW = fit.width;
+    bfH = fit.height;
+}
+
+Rectangle cDIB::BestFit(std::int32_t Width, std::int32_t Height, std::int32_t DstW, std::int32_t DstH,
+                        bool StretchFit) {
+    Rectangle fit{0, 0, Width, Height};
+    if (Width > DstW || Height > DstH || StretchFit) {
+        const auto ratio_x = static_cast<float>(divide(DstW, Width));
+        const auto ratio_y = static_cast<float>(divide(DstH, Height));
         if (ratio_x < ratio_y) {
-            bfW = DstW;
-            bfH = round_to_even<std::int32_t>(double{ratio_x} * height_);
+            fit.width = DstW;
+            fit.height = round_to_even<std::int32_t>(double{ratio_x} * Height);
         } else {
-            bfH = DstH;
-            bfW = round_to_even<std::int32_t>(double{ratio_y} * width_);
+            fit.height = DstH;
+            fit.width = round_to_even<std::int32_t>(double{ratio_y} * Width);
         }
     }
-    bfx = checked_subtract(DstW, bfW) / 2;
-    bfy = checked_subtract(DstH, bfH) / 2;
+    fit.x = checked_subtract(DstW, fit.width) / 2;
+    fit.y = checked_subtract(DstH, fit.height) / 2;
+    return fit;
 }
 
 Picture cDIB::Image() const {

@@ -85,6 +85,10 @@ class cDIB {
     void GetBestFitInfo(std::int32_t DstW, std::int32_t DstH, std::int32_t& bfx, std::int32_t& bfy,
                         std::int32_t& bfW, std::int32_t& bfH, bool StretchFit) const;
 
+    /// The same for a picture of Width by Height, which must not be 0.
+    static Rectangle BestFit(std::int32_t Width, std::int32_t Height, std::int32_t DstW, std::int32_t DstH,
+                             bool StretchFit);
+
     /// The memory context with the picture selected; null when empty.
     DrawingContext* hDIBDC() { return section_ ? &context_ : nullptr; }
 

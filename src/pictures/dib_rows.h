@@ -16,6 +16,11 @@ inline std::span<const std::uint8_t> MapPixels(const cDIB& picture, std::int32_t
     return {picture.lpBits() + start, static_cast<std::size_t>(picture.Width()) * 4};
 }
 
+/// The same of a bitmap of 32 bits, in whatever order its rows are stored.
+inline std::span<const std::uint8_t> MapPixels(const Bitmap& picture, std::int32_t row) {
+    return {picture.row(picture.height() - 1 - row), static_cast<std::size_t>(picture.width()) * 4};
+}
+
 /// The indices of one row of an 8-bit picture.
 inline std::span<std::uint8_t> MapBytes(cDIB& picture, std::int32_t row) {
     const std::size_t start =

@@ -45,7 +45,13 @@ struct Rectangle {
     std::int32_t y = 0;
     std::int32_t width = 0;
     std::int32_t height = 0;
+
+    friend constexpr bool operator==(const Rectangle&, const Rectangle&) = default;
 };
+
+inline Rectangle whole_of(const Bitmap& bitmap) {
+    return {0, 0, bitmap.width(), bitmap.height()};
+}
 
 /// Copies a rectangle of the source's pixels to (x, y) of the destination. What lies outside either bitmap is
 /// left as it is. Bitmaps of equal depth and colour table exchange their indices, others their colours, to

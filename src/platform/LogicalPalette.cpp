@@ -5,14 +5,7 @@
 #include <limits>
 
 #include "base/RunTimeFailure.h"
-
-// The search is a good part of what a dither costs. Where compiler and loader can choose, it is there a second
-// time for processors with vectors of 256 bits. Clang's way gives the function a name of its own in every file.
-#if defined(__x86_64__) && defined(__GLIBC__) && !defined(__clang__)
-#define WITH_WIDE_VECTORS __attribute__((target_clones("avx2", "default")))
-#else
-#define WITH_WIDE_VECTORS
-#endif
+#include "base/wide_vectors.h"
 
 namespace varnoth {
 
@@ -29,6 +22,7 @@ LogicalPalette::LogicalPalette(const LOGPALETTE& record) : count_(record.palNumE
     }
 }
 
+// The search is a good part of what a dither costs.
 WITH_WIDE_VECTORS
 std::int32_t LogicalPalette::GetNearestPaletteIndex(Colour colour) const {
     const std::int16_t red = red_of(colour);

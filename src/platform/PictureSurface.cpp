@@ -91,7 +91,11 @@ std::size_t PictureSurface::GetBitmapBits(std::span<std::uint8_t> target) const 
 }
 
 std::size_t PictureSurface::SetBitmapBits(std::span<const std::uint8_t> source) {
-    const std::size_t count = std::min(source.size(), bitmap_.bytes().size());
+    const std::size_t size = std::as_const(bitmap_).bytes().size();
+    const std::size_t count = std::min(source.size(), size);
+    if (count == size) {
+        bitmap_.forget_pixels();
+    }
     std::copy_n(source.begin(), count, bitmap_.bytes().begin());
     return count;
 }
@@ -126,7 +130,8 @@ void PictureSurface::resize(std::int32_t width, std::int32_t height) {
     const std::size_t shared_row = static_cast<std::size_t>(std::min(width, bitmap_.width())) *
                                    static_cast<std::size_t>(bitmap_.bits_per_pixel()) / 8;
     for (std::int32_t y = 0; y < std::min(height, bitmap_.height()); ++y) {
-        std::copy_n(bitmap_.row(y), shared_row, resized.row(y)); // a row of no bytes may have no address
+        // A row of no bytes may have no address.
+        std::copy_n(std::as_const(bitmap_).row(y), shared_row, resized.row(y));
     }
     bitmap_ = std::move(resized);
     Refresh();

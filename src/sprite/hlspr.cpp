@@ -167,7 +167,7 @@ bool holds_pixels(const Bitmap& bitmap, std::int32_t width, std::int32_t height)
 }
 
 // Pixels one behind the other, blue, green and red first.
-struct PixelBytes {
+struct PixelSpan {
     std::span<const std::uint8_t> bytes;
     std::int32_t pixel_bytes;
 
@@ -182,7 +182,7 @@ struct PixelBytes {
 
 // The indices of the pixels from `first` on. SubscriptOutOfRange behind the last pixel; the indices of those
 // before it are taken.
-void take_indices(const PixelBytes& pixels, std::int64_t first, std::span<std::uint8_t> indices) {
+void take_indices(const PixelSpan& pixels, std::int64_t first, std::span<std::uint8_t> indices) {
     const std::int64_t there = std::clamp<std::int64_t>(pixels.count() - first, 0, std::ssize(indices));
     if (there > 0) {
         mixpals::nearest_indices(pixels.bytes.subspan(static_cast<std::size_t>(first * pixels.pixel_bytes)),
@@ -295,6 +295,7 @@ void draw_frame(std::int16_t& frame_number, PictureSurface& picture) {
     const IndexExpansion expansion(palette_as_pixels(sprite.Palette));
     // A picture of the sprite's size needs no clearing: every pixel of it is written.
     if (holds_pixels(picture.bitmap(), width, height)) {
+        picture.bitmap().forget_pixels();
         expansion.expand(indices.first(pixel_count), picture.bitmap().bytes().data());
     } else {
         // The 32-bit layout is handed over whatever depth the picture has.
@@ -328,19 +329,24 @@ void add_frame(PictureSurface& picture) {
 
     const BITMAP info = picture.description();
     const std::int32_t pixel_bytes = round_to_even<std::int32_t>(divide(info.bmWidthBytes, info.bmWidth));
-    ByteArray bits = ByteArray::for_overwrite(
-        static_cast<std::size_t>(checked_multiply(info.bmHeight, info.bmWidthBytes)));
-    picture.GetBitmapBits(bits.bytes());
+    const PixelBytes bits = picture.bitmap().pixel_bytes(); // a yield may change the picture
     if (number == 0) {
         take_frame_palette();
     }
-    const PixelBytes pixels{bits.bytes(), pixel_bytes};
+    const PixelSpan pixels{bits.bytes(), pixel_bytes};
+    const std::shared_ptr<const Bitmap> origin = bits.origin();
+    const bool is_whole_row = origin && info.bmWidth == width;
+    mixpals::NearestOfTable nearest(origin ? origin->colour_table() : std::span<const RGBQUAD>());
     // One yield a row answers the abort button as well as one a pixel: a row takes microseconds.
     for (std::int32_t y = 0; y < height; ++y) {
         yield_to_events();
         const std::span<std::uint8_t> row = sprite.FrameStore[slot].bytes().subspan(
             static_cast<std::size_t>(y) * static_cast<std::size_t>(width), static_cast<std::size_t>(width));
-        take_indices(pixels, std::int64_t{y} * info.bmWidth, row);
+        if (is_whole_row && y < info.bmHeight) {
+            nearest.answer({origin->row(y), row.size()}, row);
+        } else {
+            take_indices(pixels, std::int64_t{y} * info.bmWidth, row);
+        }
     }
 }
 

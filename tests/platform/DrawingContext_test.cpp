@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -174,6 +176,89 @@ TEST(DrawingContext, The4thByteIsCopiedBetween32BitBitmapsAndZeroFromOtherDepths
     EXPECT_EQ(bytes_of(target.bitmap()), (Bytes{1, 2, 3, 4}));
     bit_blt(target.hDC(), 0, 0, 1, 1, surface_of(1, 1, {0x010203}, 24)->hDC(), 0, 0, SRCCOPY);
     EXPECT_EQ(bytes_of(target.bitmap()), (Bytes{1, 2, 3, 0})) << "blue 1, green 2, red 3";
+}
+
+// Whole copies
+
+TEST(WholeCopies, HavePixelsOfTheirOwn) {
+    const auto from = surface_of(2, 2, {1, 2, 3, 4});
+    TestSurface to(2, 2);
+    copy(to, {0, 0, 2, 2}, *from, {0, 0, 2, 2});
+    EXPECT_EQ(to.bitmap().pixel_bytes().data(), from->bitmap().pixel_bytes().data()) << "for now";
+    from->PSet(0, 0, 9);
+    EXPECT_EQ(colours_of(to), (Colours{1, 2, 3, 4}));
+    copy(to, {0, 0, 2, 2}, *from, {0, 0, 2, 2});
+    to.PSet(1, 1, 8);
+    EXPECT_EQ(colours_of(*from), (Colours{9, 2, 3, 4}));
+    EXPECT_EQ(colours_of(to), (Colours{9, 2, 3, 8}));
+}
+
+TEST(WholeCopies, AreNotThoseOfAnotherSizeOrOrderOfRows) {
+    const auto from = surface_of(2, 2, {1, 2, 3, 4});
+    Bitmap section(2, 2, 32, Rows::Section);
+    stretch_pixels(section, {0, 0, 2, 2}, from->bitmap(), {0, 0, 2, 2});
+    EXPECT_EQ(section.pixel(0, 0), 1);
+    EXPECT_EQ(section.pixel(1, 1), 4);
+    TestSurface wide(4, 1);
+    copy(wide, {0, 0, 4, 1}, *from, {0, 0, 2, 2});
+    EXPECT_EQ(colours_of(wide), (Colours{1, 1, 2, 2}));
+    TestSurface mirrored(2, 2);
+    copy(mirrored, {0, 0, 2, 2}, *from, {1, 0, -2, 2});
+    EXPECT_EQ(colours_of(mirrored), (Colours{2, 1, 4, 3}));
+}
+
+TEST(WholeCopies, WhatIsDrawnOverInPartKeepsTheRest) {
+    const auto from = surface_of(2, 2, {1, 2, 3, 4});
+    const auto drawn = surface_of(2, 2, {5, 6, 7, 8});
+    for (const Rectangle& part : {Rectangle{0, 0, 1, 2}, Rectangle{1, 0, 1, 2}, Rectangle{0, 0, 2, 1},
+                                  Rectangle{0, 1, 2, 1}, Rectangle{0, 0, 2, 2}}) {
+        TestSurface to(2, 2);
+        copy(to, {0, 0, 2, 2}, *from, {0, 0, 2, 2});
+        copy(to, part, *drawn, part);
+        Colours expected{1, 2, 3, 4};
+        for (std::int32_t y = part.y; y < part.y + part.height; ++y) {
+            for (std::int32_t x = part.x; x < part.x + part.width; ++x) {
+                expected[static_cast<std::size_t>(2 * y + x)] += 4;
+            }
+        }
+        EXPECT_EQ(colours_of(to), expected);
+        EXPECT_EQ(colours_of(*from), (Colours{1, 2, 3, 4}));
+        EXPECT_EQ(colours_of(*drawn), (Colours{5, 6, 7, 8}));
+    }
+}
+
+TEST(WholeCopies, OfIndicesAreRememberedUntilTheNextWrite) {
+    Bitmap indices(3, 2, 8, Rows::Section);
+    indices.colour_table()[1] = {1, 2, 3, 0};
+    indices.row(1)[2] = 1;
+    TestSurface to(3, 2);
+    stretch_pixels(to.bitmap(), {0, 0, 3, 2}, indices, {0, 0, 3, 2});
+    const std::shared_ptr<const Bitmap> origin = to.bitmap().pixel_bytes().origin();
+    ASSERT_NE(origin, nullptr);
+    indices.row(1)[2] = 0;
+    indices.colour_table()[1] = {};
+    EXPECT_EQ(origin->row(1)[2], 1) << "as they were when they were drawn";
+    EXPECT_EQ(origin->colour_table()[1], (RGBQUAD{1, 2, 3, 0}));
+    to.PSet(0, 0, 5);
+    EXPECT_EQ(to.bitmap().pixel_bytes().origin(), nullptr);
+    EXPECT_EQ(colours_of(to), (Colours{5, 0, 0, 0, 0, make_colour(3, 2, 1)}));
+}
+
+TEST(WholeCopies, PartsOfIndicesAreNotRemembered) {
+    const Bitmap indices(3, 2, 8, Rows::Section);
+    for (const auto& [to, from] : {std::pair{Rectangle{0, 0, 3, 2}, Rectangle{0, 0, 3, 1}},
+                                   std::pair{Rectangle{0, 0, 2, 2}, Rectangle{0, 0, 2, 2}},
+                                   std::pair{Rectangle{0, 1, 3, 2}, Rectangle{0, 0, 3, 2}}}) {
+        TestSurface surface(3, 2);
+        stretch_pixels(surface.bitmap(), to, indices, from);
+        EXPECT_EQ(surface.bitmap().pixel_bytes().origin(), nullptr);
+    }
+    TestSurface larger(4, 2);
+    stretch_pixels(larger.bitmap(), {0, 0, 3, 2}, indices, {0, 0, 3, 2});
+    EXPECT_EQ(larger.bitmap().pixel_bytes().origin(), nullptr);
+    TestSurface stretched(6, 4);
+    stretch_pixels(stretched.bitmap(), {0, 0, 6, 4}, indices, {0, 0, 3, 2});
+    EXPECT_EQ(stretched.bitmap().pixel_bytes().origin(), nullptr);
 }
 
 TEST(ColourTables, EntriesGoOutAndInAsFarAsTheTableReaches) {

@@ -128,5 +128,45 @@ TEST(PixelBlock, MovesNoMoreBytesThanBothSidesHave) {
     EXPECT_EQ(large.at(0, 2, 0), 0);
 }
 
+TEST(PixelBlock, KeepsWhatItReadWhateverIsDrawnOnTheSurface) {
+    const auto surface = surface_of(2, 1, {0x010203, 0x040506});
+    const PixelBlock block = block_of(*surface);
+    surface->PSet(0, 0, 0x070809);
+    EXPECT_EQ(block.at(0, 0, 0), 1);
+    PixelBlock changed = block_of(*surface);
+    changed.row(0)[4] = 0;
+    EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{0x070809, 0x040506}));
+}
+
+TEST(PixelBlock, ABlockThatIsWrittenBackStaysItsOwn) {
+    const auto surface = surface_of(2, 1, {0x010203, 0x040506});
+    PixelBlock block = block_of(*surface);
+    block.row(0)[0] = 9;
+    block.write(*surface);
+    block.row(0)[0] = 8;
+    EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{0x090203, 0x040506}));
+}
+
+TEST(PixelBlock, KnowsTheIndicesBehindItsPixelsWhereItHasTheirShape) {
+    TestSurface surface(2, 3);
+    const Bitmap indices(2, 3, 8, Bitmap::Rows::Section);
+    stretch_pixels(surface.bitmap(), whole_of(surface.bitmap()), indices, whole_of(indices));
+    PixelBlock block = block_of(surface);
+    ASSERT_NE(block.origin(), nullptr);
+    EXPECT_EQ(block.origin()->row(0), indices.row(0)) << "not copied either";
+    block.row(0)[0] = 1;
+    EXPECT_EQ(block.origin(), nullptr);
+    for (const BITMAP& other : {TestSurface(3, 2).description(), TestSurface(1, 6).description()}) {
+        PixelBlock turned;
+        turned.size_for(other);
+        turned.read(surface);
+        EXPECT_EQ(turned.origin(), nullptr) << "as many bytes, but other rows";
+    }
+    PixelBlock narrow;
+    narrow.size_for({0, 4, 3, 8, 1, 16, 0}); // as many bytes, of 2 channels
+    narrow.read(surface);
+    EXPECT_EQ(narrow.origin(), nullptr);
+}
+
 } // namespace
 } // namespace varnoth

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -183,6 +185,52 @@ TEST_F(FrameAddingTest, ASurfaceThatCountsInTwipsHasFewerPixelsThanItsSizeSays) 
     picture->ScaleMode = ScaleTwips;
     EXPECT_FAILURE(add_frame(*picture), SubscriptOutOfRange);
     EXPECT_EQ(document().FrameStore[0].size(), 900U);
+}
+
+TEST_F(FrameAddingTest, APictureDrawnFromIndicesGivesTheFrameOfItsPixels) {
+    const std::vector<Colour> colours = test::random_colours(256, 16, test::Character::Noise, 3);
+    std::ranges::transform(colours, mixpals::ImportPalette.begin(), quad_of);
+    mixpals::MakeLookupPalette();
+    for (const auto& [width, height] : {std::pair{1, 1}, std::pair{3, 5}, std::pair{65, 4}}) {
+        const auto indexed = test::indexed_surface(width, height, test::Character::Smooth, 7);
+        ASSERT_NE(indexed->bitmap().pixel_bytes().origin(), nullptr);
+        hlspr::clear_frames();
+        add_frame(*test::without_origin(*indexed));
+        add_frame(*indexed);
+        EXPECT_EQ(indices_of(document().FrameStore[1]), indices_of(document().FrameStore[0]));
+    }
+}
+
+TEST_F(FrameAddingTest, APictureDrawnFromIndicesThatCountsInTwipsFailsToo) {
+    import_palette();
+    const auto indexed = test::indexed_surface(2, 2, test::Character::Noise, 3);
+    indexed->ScaleMode = ScaleTwips;
+    EXPECT_FAILURE(add_frame(*indexed), SubscriptOutOfRange);
+    EXPECT_EQ(document().FrameStore[0].size(), 900U);
+}
+
+TEST_F(FrameAddingTest, ALookupPaletteMadeWhileARowYieldsServesTheRowsBehind) {
+    import_palette();
+    Bitmap indices(1, 2, 8, Bitmap::Rows::Section);
+    indices.colour_table()[0] = quad_of(red);
+    TestSurface picture(1, 2);
+    stretch_pixels(picture.bitmap(), whole_of(picture.bitmap()), indices, whole_of(indices));
+    services.on_yield = [&] {
+        if (services.yields == 2) {
+            std::swap(mixpals::ImportPalette[1], mixpals::ImportPalette[2]);
+            mixpals::MakeLookupPalette();
+        }
+    };
+    add_frame(picture);
+    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2}));
+}
+
+TEST_F(FrameAddingTest, WhatIsDrawnWhileARowYieldsIsNotInTheFrame) {
+    import_palette();
+    const auto picture = surface_of(1, 2, {red, green});
+    services.on_yield = [&] { picture->Cls(); };
+    add_frame(*picture);
+    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2}));
 }
 
 } // namespace

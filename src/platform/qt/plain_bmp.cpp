@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -42,11 +43,27 @@ std::optional<Layout> layout_of(std::span<const std::uint8_t, headers_size> head
                   height < 0};
 }
 
-// A fourth byte behind the last pixel must be there to read.
+// Two pixels at a time. Two more bytes behind the last one must be there to read.
 void unpack_row(const std::uint8_t* from, std::uint8_t* to, std::int32_t width) {
-    for (std::size_t x = 0; x < static_cast<std::size_t>(width); ++x) {
-        std::memcpy(to + 4 * x, from + 3 * x, 4);
-        to[4 * x + 3] = 0;
+    using EightBytes = std::array<std::uint8_t, 8>;
+    constexpr auto first = std::bit_cast<std::uint64_t>(EightBytes{255, 255, 255, 0, 0, 0, 0, 0});
+    constexpr auto second = std::bit_cast<std::uint64_t>(EightBytes{0, 0, 0, 0, 255, 255, 255, 0});
+    const auto two_pixels = [&](std::size_t x) {
+        std::uint64_t packed = 0;
+        std::memcpy(&packed, from + 3 * x, sizeof packed);
+        const std::uint64_t one_byte_on =
+            std::endian::native == std::endian::little ? packed << 8 : packed >> 8;
+        return (packed & first) | (one_byte_on & second);
+    };
+    const auto count = static_cast<std::size_t>(width);
+    std::size_t x = 0;
+    for (; x + 2 <= count; x += 2) {
+        const std::uint64_t pixels = two_pixels(x);
+        std::memcpy(to + 4 * x, &pixels, 8);
+    }
+    if (x < count) {
+        const std::uint64_t pixels = two_pixels(x);
+        std::memcpy(to + 4 * x, &pixels, 4);
     }
 }
 
@@ -67,12 +84,11 @@ std::optional<Bitmap> read_plain_bmp(InputFile& file) {
     const std::size_t row_bytes = layout->row_bytes();
     const auto most_rows = static_cast<std::int32_t>(std::max<std::size_t>(enough_bytes / row_bytes, 1));
     ByteArray packed = ByteArray::for_overwrite(
-        row_bytes * static_cast<std::size_t>(std::min(most_rows, layout->height)) + 1);
+        row_bytes * static_cast<std::size_t>(std::min(most_rows, layout->height)) + 5);
     Bitmap picture = Bitmap::for_overwrite(layout->width, layout->height, 32, Bitmap::Rows::Surface);
     for (std::int32_t first = 0; first < layout->height; first += most_rows) {
         const std::int32_t rows = std::min(most_rows, layout->height - first);
-        const std::span<std::uint8_t> part =
-            packed.bytes().first(static_cast<std::size_t>(rows) * row_bytes);
+        const std::span<std::uint8_t> part = packed.bytes().first(static_cast<std::size_t>(rows) * row_bytes);
         if (file.read(part) != part.size()) {
             return std::nullopt;
         }
