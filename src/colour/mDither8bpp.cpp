@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <limits>
+#include <optional>
 #include <vector>
 
 #include "base/RunTimeFailure.h"
 #include "base/numbers.h"
+#include "colour/dither_places.h"
 #include "pictures/dib_rows.h"
 
 namespace varnoth {
@@ -28,85 +31,83 @@ std::array<std::int32_t, count> levels_from(std::int32_t first, std::int32_t ste
     return levels;
 }
 
-// How a matrix moves a channel value before its level is looked up.
-struct LevelRule {
-    std::span<const std::int32_t> levels;
-    std::size_t zero;   // where the level of 0 stands in `levels`
-    std::int32_t shift; // added below the threshold
-    const mDither8bpp::Matrix& offsets;
-};
+using MatrixRows = std::array<MatrixRow, 4>;
 
-std::uint8_t level_of(const LevelRule& rule, std::size_t place, std::size_t value) {
-    const auto level_at = [&](std::int32_t number) {
-        return rule.levels[static_cast<std::size_t>(static_cast<std::int32_t>(rule.zero) + number)];
-    };
-    const auto channel = static_cast<std::int32_t>(value);
-    const std::int32_t offset = rule.offsets[place];
-    // The shift is for levels below the threshold of their place. Thresholds are made for channel values, so
-    // every level is below its own.
-    static_assert(std::ranges::min(mDither8bpp::Threshold256) > 15);
-    return narrow<std::uint8_t>(level_at(channel + rule.shift - offset));
-}
-
-// `levels` is the number of levels a channel, red the channel that counts fastest.
-template <typename MatrixTables>
-void fill_tables(MatrixTables& tables, const LevelRule& rule, std::uint16_t levels) {
-    for (std::size_t place = 0; place < tables.size(); ++place) {
-        for (std::size_t value = 0; value < 256; ++value) {
-            const std::uint16_t level = level_of(rule, place, value);
-            tables[place].blue[value] = static_cast<std::uint16_t>(level * levels * levels);
-            tables[place].green[value] = static_cast<std::uint16_t>(level * levels);
-            tables[place].red[value] = level;
+// A channel value less its offset in the matrix, and half a step more where its level is below the threshold
+// of its place, is divided by the step and rounded to nearest. Thresholds are made for channel values, so
+// every level is below its own. Steps are odd, so there are no ties: with the whole part of another half step
+// added, rounding down is enough. `most` is both halves together.
+constexpr MatrixRows rows_of(const mDither8bpp::Matrix& offsets, std::int32_t most) {
+    MatrixRows rows{};
+    for (std::size_t place = 0; place < offsets.size(); ++place) {
+        for (std::size_t channel = 0; channel < 4; ++channel) {
+            rows[place / 4][place % 4 * 4 + channel] = static_cast<std::uint8_t>(most - offsets[place]);
         }
     }
+    return rows;
 }
 
+static_assert(std::ranges::min(mDither8bpp::Threshold256) > 15);
+constexpr MatrixRows rows16 = rows_of(mDither8bpp::Offset16, 8 + 8);
+constexpr MatrixRows rows6 = rows_of(mDither8bpp::Offset51, 26 + 25);
+
+using PlacesOf = void (*)(DitheredPixels pixels, const MatrixRow& added, DitheredPlaces& places);
+
 // Walks both pictures in the order of the buffer, the lowest row first, through the places of the matrix.
-template <typename MatrixTables, typename Lookup>
-void dither(const cDIB& source, cDIB& target, const MatrixTables& tables, Lookup& lookup) {
-    for (std::int32_t y = 0; y < source.Height(); ++y) {
-        const std::span<const std::uint8_t> pixels = MapPixels(source, y);
-        const std::span<std::uint8_t> indices = MapBytes(target, y);
-        const auto row_tables =
-            std::span(tables).subspan(static_cast<std::size_t>(y) % 4 * 4).template first<4>();
-        const auto dither_pixel = [&](std::size_t x, std::size_t phase) {
-            const auto& place = row_tables[phase];
-            const std::uint8_t* pixel = &pixels[4 * x];
-            indices[x] =
-                lookup[std::size_t{place.blue[pixel[0]]} + place.green[pixel[1]] + place.red[pixel[2]]];
-        };
-        std::size_t x = 0;
-        for (; x + 4 <= indices.size(); x += 4) {
-            dither_pixel(x, 0);
-            dither_pixel(x + 1, 1);
-            dither_pixel(x + 2, 2);
-            dither_pixel(x + 3, 3);
-        }
-        for (; x < indices.size(); ++x) {
-            dither_pixel(x, x % 4);
+template <typename Lookup>
+void dither(const Bitmap& source, cDIB& target, const MatrixRows& matrix, PlacesOf places_of,
+            Lookup& lookup) {
+    DitheredPlaces places;
+    for (std::int32_t y = 0; y < source.height(); ++y) {
+        const MatrixRow& added = matrix[static_cast<std::size_t>(y) % matrix.size()];
+        std::span<const std::uint8_t> pixels = MapPixels(source, y);
+        std::span<std::uint8_t> indices = MapBytes(target, y);
+        while (!indices.empty()) {
+            const std::size_t count = std::min(indices.size(), dithered_at_once);
+            if (count == dithered_at_once) {
+                places_of(pixels.first<4 * dithered_at_once>(), added, places);
+            } else {
+                std::array<std::uint8_t, 4 * dithered_at_once> last{};
+                std::ranges::copy(pixels, last.begin());
+                places_of(last, added, places);
+            }
+            for (std::size_t i = 0; i < count; ++i) {
+                indices[i] = lookup[places[i]];
+            }
+            pixels = pixels.subspan(4 * count);
+            indices = indices.subspan(count);
         }
     }
 }
 
 // The small copy whose colours make the palette: no side above 150. A side that would round to nothing counts
-// as 1. A picture that fits already is its own sample.
-const cDIB& sample_of(const cDIB& picture, cDIB& copy) {
-    std::int32_t left = 0;
-    std::int32_t top = 0;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    picture.GetBestFitInfo(sample_side, sample_side, left, top, width, height, false);
-    if (width == picture.Width() && height == picture.Height()) {
-        return picture;
+// as 1. Empty when it cannot be had.
+void make_sample(const Bitmap& picture, cDIB& sample) {
+    const Rectangle fit = cDIB::BestFit(picture.width(), picture.height(), sample_side, sample_side, false);
+    if (sample.Create(std::max(fit.width, 1), std::max(fit.height, 1), 32)) {
+        Bitmap& pixels = *sample.hDIBDC()->bitmap();
+        stretch_pixels(pixels, whole_of(pixels), picture, whole_of(picture));
     }
-    if (copy.Create(std::max(width, 1), std::max(height, 1), 32)) {
-        picture.Stretch(*copy.hDIBDC(), 0, 0, copy.Width(), copy.Height());
-    }
-    return copy;
 }
 
 std::int32_t whole_pixels(double size) {
     return round_to_even<std::int32_t>(size);
+}
+
+// The top left pixels of a surface at 32 bits, or nothing as cDIB::CreateFromHdc has it. What they are
+// already is not copied; sizes that a cDIB could not have are left to it.
+std::optional<Bitmap> copy_of(PictureSurface& surface, std::int32_t width, std::int32_t height) {
+    constexpr std::int32_t most_bits = std::numeric_limits<std::int32_t>::max() - 31;
+    const Bitmap& bitmap = surface.bitmap();
+    if (bitmap.bits_per_pixel() == 32 && whole_of(bitmap) == Rectangle{0, 0, width, height} && width > 0 &&
+        height > 0 && width <= most_bits / 32) {
+        return bitmap;
+    }
+    cDIB copy;
+    if (!copy.CreateFromHdc(surface.hDC(), width, height)) {
+        return std::nullopt;
+    }
+    return *copy.hDIB();
 }
 
 } // namespace
@@ -122,39 +123,38 @@ void mDither8bpp::BuildTables() {
     for (std::size_t i = 0; i < cube_index_.size(); ++i) {
         cube_index_[i] = static_cast<std::uint8_t>(i);
     }
-    fill_tables(lookup_tables_, {level16_, 8, 8, Offset16}, 16);
-    fill_tables(cube_tables_, {level6_, 51, 26, Offset51}, 6);
 }
 
 bool mDither8bpp::transform_to_8bit(PictureSurface& source, PictureSurface& target) {
-    cDIB copy;
-    if (!copy.CreateFromHdc(source.hDC(), whole_pixels(source.Width()), whole_pixels(source.Height()))) {
+    const std::optional<Bitmap> copy =
+        copy_of(source, whole_pixels(source.Width()), whole_pixels(source.Height()));
+    if (!copy) {
         return false;
     }
     const std::int32_t shown_width = whole_pixels(source.ScaleWidth());
     const std::int32_t shown_height = whole_pixels(source.ScaleHeight());
-    // Drawing the copy back would change nothing where it has the surface's size; elsewhere it scales the
-    // picture.
-    if (shown_width != copy.Width() || shown_height != copy.Height()) {
-        copy.Stretch(source.hDC(), 0, 0, shown_width, shown_height);
+    // Drawing the picture back would change nothing where it has the surface's size; elsewhere it is scaled.
+    if (shown_width != copy->width() || shown_height != copy->height()) {
+        stretch_pixels(source.bitmap(), {0, 0, shown_width, shown_height}, *copy, whole_of(*copy));
     }
     cDIB reduced;
-    ReduceToDIB(copy, reduced);
+    ReduceToDIB(*copy, reduced);
     reduced.Stretch(target.hDC(), 0, 0, shown_width, shown_height);
     target.Refresh();
     return true;
 }
 
-void mDither8bpp::ReduceToDIB(const cDIB& source, cDIB& target) {
+void mDither8bpp::ReduceToDIB(const Bitmap& source, cDIB& target) {
     cPal8bpp palette;
     if (DitherMode == HalftoneMode) {
         palette.CreateHalftone(4);
     } else {
-        cDIB copy;
-        palette.CreateOptimal(sample_of(source, copy), palette_colors, palette_levels, 1.0F, 1.0F, 1.0F);
+        cDIB sample;
+        make_sample(source, sample);
+        palette.CreateOptimal(sample, palette_colors, palette_levels, 1.0F, 1.0F, 1.0F);
         BuildColorLookup(palette);
     }
-    if (!target.Create(source.Width(), source.Height(), 8)) {
+    if (!target.Create(source.width(), source.height(), 8)) {
         fail(Failure::OutOfMemory);
     }
     std::array<std::uint8_t, 1024> colors{};
@@ -183,12 +183,12 @@ std::array<std::uint8_t, LevelLookup::places> mDither8bpp::ColorLookup() {
     return lookup;
 }
 
-void mDither8bpp::DitherToLookup(const cDIB& source, cDIB& target) {
-    dither(source, target, lookup_tables_, *color_lookup_);
+void mDither8bpp::DitherToLookup(const Bitmap& source, cDIB& target) {
+    dither(source, target, rows16, places_of_16_levels, *color_lookup_);
 }
 
-void mDither8bpp::DitherToCube(const cDIB& source, cDIB& target) const {
-    dither(source, target, cube_tables_, cube_index_);
+void mDither8bpp::DitherToCube(const Bitmap& source, cDIB& target) const {
+    dither(source, target, rows6, places_of_6_levels, cube_index_);
 }
 
 bool mDither8bpp::save_bmp(const std::string& file_name, PictureSurface& surface) {

@@ -59,30 +59,18 @@ class mDither8bpp {
     const std::array<std::uint8_t, 216>& CubeIndex() const { return cube_index_; }
 
   private:
-    // For one place in the matrix, what each channel value adds to the place in a lookup: its level times
-    // the lookup's stride for that channel.
-    struct PlaceTables {
-        std::array<std::uint16_t, 256> blue{};
-        std::array<std::uint16_t, 256> green{};
-        std::array<std::uint16_t, 256> red{};
-    };
-
-    using MatrixTables = std::array<PlaceTables, 16>;
-
     void BuildTables();
 
     /// From a 32-bit picture into a new 8-bit one of the same size.
-    void ReduceToDIB(const cDIB& source, cDIB& target);
+    void ReduceToDIB(const Bitmap& source, cDIB& target);
 
-    void DitherToCube(const cDIB& source, cDIB& target) const;
-    void DitherToLookup(const cDIB& source, cDIB& target);
+    void DitherToCube(const Bitmap& source, cDIB& target) const;
+    void DitherToLookup(const Bitmap& source, cDIB& target);
 
     std::optional<LevelLookup> color_lookup_;
     std::array<std::int32_t, 271> level16_{};
     std::array<std::uint8_t, 216> cube_index_{};
     std::array<std::int32_t, 332> level6_{};
-    MatrixTables lookup_tables_{};
-    MatrixTables cube_tables_{};
 };
 
 } // namespace varnoth

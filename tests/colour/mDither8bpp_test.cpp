@@ -304,6 +304,12 @@ TEST(Dither, ASurfaceWithoutPixelsGivesFalseAndNothingElseHappens) {
     EXPECT_EQ(colours_of(target), Colours{7});
 }
 
+TEST(Dither, ASurfaceWhoseRowsHaveMoreBitsThanCanBeCountedIsAnOverflow) {
+    mDither8bpp dither;
+    TestSurface wide(0x7FFFFFFF / 32 + 1, 1);
+    EXPECT_FAILURE(dither.transform_to_8bit(wide, wide), Overflow);
+}
+
 TEST(Dither, ABordersWidthMakesTheCopyLargerAndTheSourceIsDrawnSmallerBlackAround) {
     TestSurface source(4, 4, 32, 2, 0xFFFFFF); // outer size 8 by 8
     ASSERT_TRUE(mDither8bpp().transform_to_8bit(source, source));
