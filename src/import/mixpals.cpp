@@ -200,7 +200,7 @@ bool row_is_unused(const PictureSurface& surface, std::int32_t y) {
 
 void InitColorTable() {
     ColorCount = 0;
-    ColorTable.assign(first_table_size, RGBQUAD{});
+    ColorTable = std::vector<RGBQUAD>(first_table_size); // and the memory of a large one goes back
     written_colours.clear();
     ++times_emptied;
     found_in_table.fill(no_key);
