@@ -14,19 +14,19 @@ namespace varnoth {
 
 /// What the splits see of a channel: its value times this.
 struct ChannelWeights {
-    float red = 1.0F;
-    float green = 1.0F;
-    float blue = 1.0F;
+    float red;
+    float green;
+    float blue;
 };
 
 class Octree {
   public:
     /// Sums and count of the pixels that one leaf stands for.
     struct Leaf {
-        std::int32_t SumR = 0;
-        std::int32_t SumG = 0;
-        std::int32_t SumB = 0;
-        std::int32_t PixelCount = 0;
+        std::int32_t SumR;
+        std::int32_t SumG;
+        std::int32_t SumB;
+        std::int32_t PixelCount;
     };
 
     /// A tree of `levels` levels that is held at `maximum` leaves. The root never becomes a leaf, so up to

@@ -25,7 +25,7 @@ struct Levels {
 constexpr Levels levels16{.count = 16, .step = 17, .factor = 241, .shift = 12};
 constexpr Levels levels6{.count = 6, .step = 51, .factor = 161, .shift = 13};
 
-constexpr bool divides_exactly(const Levels& levels) {
+consteval bool divides_exactly(const Levels& levels) {
     for (unsigned value = 0; value < 255U + levels.step; ++value) {
         const bool fits = value * levels.factor <= std::numeric_limits<std::uint16_t>::max();
         const unsigned level = levels.level_of(static_cast<std::uint16_t>(value));

@@ -37,10 +37,10 @@ using MatrixRows = std::array<MatrixRow, 4>;
 // of its place, is divided by the step and rounded to nearest. Thresholds are made for channel values, so
 // every level is below its own. Steps are odd, so there are no ties: with the whole part of another half step
 // added, rounding down is enough. `most` is both halves together.
-constexpr MatrixRows rows_of(const mDither8bpp::Matrix& offsets, std::int32_t most) {
+consteval MatrixRows rows_of(const mDither8bpp::Matrix& offsets, std::int32_t most) {
     MatrixRows rows{};
     for (std::size_t place = 0; place < offsets.size(); ++place) {
-        for (std::size_t channel = 0; channel < 4; ++channel) {
+        for (std::size_t channel = 0; channel < 3; ++channel) {
             rows[place / 4][place % 4 * 4 + channel] = static_cast<std::uint8_t>(most - offsets[place]);
         }
     }

@@ -356,9 +356,6 @@ void nearest_indices(std::span<const std::uint8_t> pixels, std::size_t pixel_byt
 }
 
 void NearestOfTable::answer(std::span<const std::uint8_t> from, std::span<std::uint8_t> indices) {
-    if (indices.empty()) {
-        return;
-    }
     check_lookup_palette();
     if (times_ != times_made) {
         known_.fill(unknown);

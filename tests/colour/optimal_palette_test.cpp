@@ -234,7 +234,7 @@ void add_greens(Octree& tree, std::uint8_t green, std::int32_t count) {
 
 TEST(OptimalPalette, SumsThatLeave32BitsAreAnOverflow) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max() / 255;
-    Octree tree(256, 8, {});
+    Octree tree(256, 8, {1.0F, 1.0F, 1.0F});
     add_greens(tree, 255, most);
     add_greens(tree, 127, 1);
     EXPECT_EQ(tree.leaves().size(), 2U);
@@ -245,7 +245,7 @@ TEST(OptimalPalette, SumsThatLeave32BitsAreAnOverflow) {
 
 TEST(OptimalPalette, SumsThatLeave32BitsInAReductionAreAnOverflow) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max() / 255;
-    Octree tree(1, 8, {});
+    Octree tree(1, 8, {1.0F, 1.0F, 1.0F});
     add_greens(tree, 255, most);
     EXPECT_FAILURE(add_greens(tree, 254, 1), Overflow);
 }

@@ -31,10 +31,12 @@ TEST(PictureSurface, ANewSizeKeepsTheContentAtTheTopLeftAndTheRestIsBackground) 
     EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{1, 2, 0, 3, 4, 0}));
     surface->SetHeight(1);
     EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{1, 2, 0}));
-    TestSurface green(1, 1, 32, 0, 0x00FF00);
-    green.PSet(0, 0, 5);
-    green.SetWidth(2);
-    EXPECT_EQ(colours_of(green), (std::vector<Colour>{5, 0x00FF00}));
+    for (const Colour background : {0x00FF00, 0x000001}) {
+        TestSurface coloured(1, 1, 32, 0, background);
+        coloured.PSet(0, 0, 5);
+        coloured.SetWidth(2);
+        EXPECT_EQ(colours_of(coloured), (std::vector<Colour>{5, background}));
+    }
 }
 
 TEST(PictureSurface, ReadingOutsideGivesNoColourAndPlottingOutsideIsLost) {

@@ -147,6 +147,12 @@ TEST_F(FrameAddingTest, BeforeAnyImportTheLookUpOverflowsAndTheFrameStaysCounted
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{0}));
 }
 
+TEST_F(FrameAddingTest, BeforeAnyImportTheLookUpOfIndicesOverflowsToo) {
+    EXPECT_FAILURE(add_frame(*test::indexed_surface(2, 2, test::Character::Noise, 3)), Overflow);
+    EXPECT_EQ(document().SpriteHeader.FrameCount, 1);
+    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{0, 0, 0, 0}));
+}
+
 TEST_F(FrameAddingTest, APictureWithoutPixelsFailsAfterTheFrameWasCounted) {
     import_palette();
     TestSurface none(0, 4);
