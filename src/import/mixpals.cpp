@@ -200,7 +200,8 @@ bool row_is_unused(const PictureSurface& surface, std::int32_t y) {
 
 void InitColorTable() {
     ColorCount = 0;
-    ColorTable = std::vector<RGBQUAD>(first_table_size); // and the memory of a large one goes back
+    ColorTable.assign(first_table_size, RGBQUAD{});
+    ColorTable.shrink_to_fit(); // gives back what a large one took
     written_colours.clear();
     ++times_emptied;
     found_in_table.fill(no_key);
