@@ -53,6 +53,7 @@ class PixelBytes {
     /// far as that is known: it is forgotten at the next write.
     std::shared_ptr<const Bitmap> origin() const { return block_ ? block_->origin : nullptr; }
 
+    /// There must be bytes.
     void set_origin(std::shared_ptr<const Bitmap> origin) { block_->origin = std::move(origin); }
 
   private:

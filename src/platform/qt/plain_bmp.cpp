@@ -43,7 +43,7 @@ std::optional<Layout> layout_of(std::span<const std::uint8_t, headers_size> head
                   height < 0};
 }
 
-// Two pixels at a time. Two more bytes behind the last one must be there to read.
+// Two pixels at a time. Five more bytes behind the last one must be there to read.
 void unpack_row(const std::uint8_t* from, std::uint8_t* to, std::int32_t width) {
     using EightBytes = std::array<std::uint8_t, 8>;
     constexpr auto first = std::bit_cast<std::uint64_t>(EightBytes{255, 255, 255, 0, 0, 0, 0, 0});
