@@ -100,7 +100,7 @@ TEST(PictureSurface, BitsForAPartOfThePixelsLeaveTheRest) {
     const auto surface = surface_of(2, 1, {0x030201, 0x060504});
     const Bitmap before = surface->bitmap();
     EXPECT_EQ(surface->SetBitmapBits(std::vector<std::uint8_t>{9, 8, 7}), 3U);
-    EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{0x070809, 0x060504}));
+    EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{0x090807, 0x060504}));
     EXPECT_EQ(before.pixel(0, 0), 0x030201);
 }
 
