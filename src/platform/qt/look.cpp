@@ -13,8 +13,11 @@
 #include <QFrame>
 #include <QHash>
 #include <QIcon>
+#include <QImage>
 #include <QPainter>
+#include <QPixmap>
 #include <QProxyStyle>
+#include <QResource>
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QToolTip>
@@ -330,11 +333,16 @@ class LookStyle : public QProxyStyle {
     mutable QHash<StandardPixmap, QIcon> icons_;
 };
 
-// Larger ones are for menus, which have files of their own.
+// Larger ones are for menus, which have files of their own. These are bare pixels: to read a picture file Qt
+// would load its readers of all formats, which takes longer than anything else before the first window.
 QIcon program_icon() {
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64}) {
-        icon.addFile(QStringLiteral(":/icons/%1x%1/apps/varnoth.png").arg(size), QSize(size, size));
+        const QByteArray pixels =
+            QResource(QStringLiteral(":/icons/varnoth-%1.rgba").arg(size)).uncompressedData();
+        const QImage image(reinterpret_cast<const uchar*>(pixels.constData()), size, size,
+                           QImage::Format_RGBA8888);
+        icon.addPixmap(QPixmap::fromImage(image)); // a copy, in the form of the screen
     }
     return icon;
 }
