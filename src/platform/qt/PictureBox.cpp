@@ -1,5 +1,6 @@
 #include "platform/qt/PictureBox.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QAccessibleWidget>
@@ -37,6 +38,19 @@ QImage converted_part(const Bitmap& bitmap, const QRect& part) {
         read_pixels(bitmap, part.left(), part.top() + y, {row, static_cast<std::size_t>(part.width())});
     }
     return image;
+}
+
+// More rows at once Qt shares out to threads, which take longer to start than the fill takes.
+constexpr int rows_of_a_fill = 64;
+
+/// The fourth byte of a pixel may be anything, and Qt hands it on. Black laid under the picture makes it
+/// opaque and changes no colour.
+void make_opaque(QPainter& painter, const QRect& picture) {
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+    for (int y = 0; y < picture.height(); y += rows_of_a_fill) {
+        const int rows = std::min(rows_of_a_fill, picture.height() - y);
+        painter.fillRect(picture.x(), picture.y() + y, picture.width(), rows, Qt::black);
+    }
 }
 
 /// What a screen reader sees: a picture of that size, with an action where it is clicked or double-clicked.
@@ -146,10 +160,7 @@ void PictureBox::paintEvent(QPaintEvent* event) {
         const QRect part = seen.translated(-inner.topLeft());
         painter.drawImage(seen.topLeft(), bitmap.bits_per_pixel() == 32 ? shared_part(bitmap, part)
                                                                         : converted_part(bitmap, part));
-        // The fourth byte of a pixel may be anything, and Qt hands it on. Black laid under the picture makes
-        // it opaque and changes no colour.
-        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
-        painter.fillRect(seen, Qt::black);
+        make_opaque(painter, seen);
     });
 }
 

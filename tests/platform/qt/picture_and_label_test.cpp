@@ -73,17 +73,18 @@ TEST(PictureBox, ShowsTheSurfacePixelByPixel) {
 }
 
 TEST(PictureBox, TheFourthByteOfAPixelHasNoSay) {
-    PictureBox box("Picture1", nullptr, small);
+    constexpr int rows = 150;
+    PictureBox box("Picture1", nullptr, {.width = 8, .height = rows, .border = 2});
     std::vector<std::uint8_t> bytes;
-    for (int i = 0; i < 8 * 6; ++i) {
+    for (int i = 0; i < 8 * rows; ++i) {
         bytes.insert(bytes.end(), {10, 20, 30, static_cast<std::uint8_t>(i * 5)});
     }
     box.surface().SetBitmapBits(bytes);
-    QImage page(8, 6, QImage::Format_ARGB32_Premultiplied); // what lies behind may be transparent
+    QImage page(12, rows + 4, QImage::Format_ARGB32_Premultiplied); // what lies behind may be transparent
     page.fill(Qt::transparent);
     box.render(&page);
-    for (int i = 0; i < 8 * 6; ++i) {
-        ASSERT_EQ(page.pixelColor(i % 8, i / 8), QColor(30, 20, 10, 255)) << i;
+    for (int i = 0; i < 8 * rows; ++i) {
+        ASSERT_EQ(page.pixelColor(2 + i % 8, 2 + i / 8), QColor(30, 20, 10, 255)) << i;
     }
 }
 
