@@ -155,6 +155,19 @@ class Session(EditorTest):
         self.display.wait_until_gone(dialog)
 
 
+class Start(EditorTest):
+    def test_it_waits_for_nothing_that_the_first_window_does_not_need(self):
+        """No readers of pictures are loaded, and no threads share out what is painted sooner by one."""
+        self.start(VARNOTH)
+        self.display.wait_until_still()
+        process = f"/proc/{self.editor.pid}"
+        loaded = read(f"{process}/maps").decode()
+        self.assertIn("/platforms/", loaded)
+        self.assertNotIn("/imageformats/", loaded)
+        threads = [read(f"{process}/task/{thread}/comm").decode() for thread in os.listdir(f"{process}/task")]
+        self.assertEqual([name for name in threads if name.startswith("Thread (pooled")], [])
+
+
 class FatalEnd(EditorTest):
     def test_a_speed_of_0_is_told_in_one_box_and_ends_with_70(self):
         sprite = os.path.join(self.display.folder, "two.spr")
