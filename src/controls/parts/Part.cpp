@@ -1,6 +1,7 @@
 #include "controls/parts/Part.h"
 
 #include <cmath>
+#include <utility>
 
 #include <QFontMetricsF>
 #include <QImage>
@@ -26,13 +27,16 @@ Part* Part::at(const QPointF& point, QPointF& within) {
 }
 
 void TextPart::SetCaption(const QString& caption) {
-    caption_ = caption;
-    take_size();
+    if (std::exchange(caption_, caption) != caption) {
+        take_size();
+    }
 }
 
+// A control sets its font once for each of the font's properties, mostly to what it is.
 void TextPart::SetFont(const QFont& font) {
-    font_ = font;
-    take_size();
+    if (std::exchange(font_, font) != font) {
+        take_size();
+    }
 }
 
 void TextPart::set_auto_size() {
