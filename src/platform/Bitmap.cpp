@@ -89,11 +89,23 @@ void Bitmap::fill(Colour colour) {
     if (bits_per_pixel_ == 32) {
         forget_pixels(); // other depths have bytes that no pixel stands in
     }
-    for (std::int32_t x = 0; x < width_; ++x) {
-        set_pixel(x, 0, colour);
-    }
+    fill_rectangle(0, 0, width_ - 1, 0, colour);
     for (std::int32_t y = 1; y < height_; ++y) {
         std::memcpy(row(y), row(0), static_cast<std::size_t>(row_bytes_));
+    }
+}
+
+void Bitmap::fill_rectangle(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
+                            Colour colour) {
+    std::array<RGBQUAD, 64> run;
+    run.fill(quad_of(colour));
+    const std::int32_t end = std::min(right, width_ - 1) + 1;
+    for (std::int32_t y = std::max(top, 0); y <= std::min(bottom, height_ - 1); ++y) {
+        for (std::int32_t x = std::max(left, 0); x < end;) {
+            const std::size_t count = std::min(static_cast<std::size_t>(end - x), run.size());
+            write_pixels(*this, x, y, {run.data(), count});
+            x += static_cast<std::int32_t>(count);
+        }
     }
 }
 

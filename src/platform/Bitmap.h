@@ -100,6 +100,10 @@ class Bitmap {
     /// Every pixel to one colour.
     void fill(Colour colour);
 
+    /// The pixels from one corner to the other, both included, to one colour. Outside, nothing happens.
+    void fill_rectangle(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
+                        Colour colour);
+
     /// Whether a pixel lies inside.
     bool contains(std::int32_t x, std::int32_t y) const {
         return x >= 0 && y >= 0 && x < width_ && y < height_;

@@ -76,12 +76,7 @@ void PictureSurface::Refresh() {
 }
 
 void PictureSurface::Line(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, Colour colour) {
-    const Colour plain = translate_colour(colour);
-    for (std::int32_t y = std::max(y1, 0); y <= std::min(y2, bitmap_.height() - 1); ++y) {
-        for (std::int32_t x = std::max(x1, 0); x <= std::min(x2, bitmap_.width() - 1); ++x) {
-            bitmap_.set_pixel(x, y, plain);
-        }
-    }
+    bitmap_.fill_rectangle(x1, y1, x2, y2, translate_colour(colour));
 }
 
 std::size_t PictureSurface::GetBitmapBits(std::span<std::uint8_t> target) const {

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <limits>
+#include <random>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -181,6 +182,39 @@ TEST(Bitmap, FillingGivesEveryPixelOneColourAtEveryDepth) {
     none.fill(1);
     Bitmap flat(4, 0, 32, Rows::Surface);
     flat.fill(1);
+}
+
+TEST(Bitmap, ARectangleIsFilledAsIfPixelByPixel) {
+    constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t greatest = std::numeric_limits<std::int32_t>::max();
+    constexpr std::array<std::int32_t, 14> places{least, -1, 0,  1,   5,   6,   7,
+                                                  63,    64, 65, 199, 200, 201, greatest};
+    std::mt19937 random(1);
+    const auto place = [&] { return places.at(random() % places.size()); };
+    for (const std::int32_t bits : {1, 4, 8, 16, 24, 32}) {
+        Bitmap filled(200, 7, bits, Rows::Section);
+        std::ranges::generate(filled.bytes(), [&] { return static_cast<std::uint8_t>(random()); });
+        std::ranges::generate(filled.colour_table(),
+                              [&] { return quad_of(static_cast<Colour>(random() % 0x1000000)); });
+        Bitmap plotted = filled;
+        for (int i = 0; i < 300; ++i) {
+            const std::int32_t left = place();
+            const std::int32_t top = place();
+            const std::int32_t right = place();
+            const std::int32_t bottom = place();
+            const auto colour = static_cast<Colour>(random() % 0x1000000);
+            filled.fill_rectangle(left, top, right, bottom, colour);
+            for (std::int32_t y = 0; y < plotted.height(); ++y) {
+                for (std::int32_t x = 0; x < plotted.width(); ++x) {
+                    if (left <= x && x <= right && top <= y && y <= bottom) {
+                        plotted.set_pixel(x, y, colour);
+                    }
+                }
+            }
+            ASSERT_EQ(bytes_of(filled), bytes_of(plotted))
+                << bits << ": " << left << ", " << top << " to " << right << ", " << bottom;
+        }
+    }
 }
 
 TEST(Bitmap, RowsOfPixelsGoOutAndInAsTheyAre) {

@@ -51,10 +51,16 @@ void TextPart::set_shadow_of(const TextPart& text) {
 }
 
 void TextPart::take_size() {
-    if (auto_size_) {
-        Width = text_width(font_, caption_);
-        Height = text_height(font_);
+    if (!auto_size_) {
+        return;
     }
+    if (shadowed_ != nullptr) {
+        Width = shadowed_->Width;
+        Height = shadowed_->Height;
+        return;
+    }
+    Width = text_width(font_, caption_);
+    Height = text_height(font_);
 }
 
 void TextPart::paint(QPainter& painter) const {

@@ -66,7 +66,8 @@ class TextPart : public Part {
     void set_symbol() { symbol_ = true; }
 
     /// The part is the black shadow of that text, which takes the mouse for both. A shadow that has the
-    /// text's own colour is not to be seen.
+    /// text's own colour is not to be seen. Its caption and font are set behind those of the text, whose size
+    /// it takes.
     void set_shadow_of(const TextPart& text);
 
     void paint(QPainter& painter) const override;
