@@ -334,15 +334,15 @@ class LookStyle : public QProxyStyle {
 };
 
 // Larger ones are for menus, which have files of their own. These are bare pixels: to read a picture file Qt
-// would load its readers of all formats, which takes longer than anything else before the first window.
+// would load its readers of all formats, which the first window can do without.
 QIcon program_icon() {
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64}) {
         const QByteArray pixels =
             QResource(QStringLiteral(":/icons/varnoth-%1.rgba").arg(size)).uncompressedData();
-        const QImage image(reinterpret_cast<const uchar*>(pixels.constData()), size, size,
-                           QImage::Format_RGBA8888);
-        icon.addPixmap(QPixmap::fromImage(image)); // a copy, in the form of the screen
+        QImage image(size, size, QImage::Format_RGBA8888);
+        std::ranges::copy(pixels, image.bits());
+        icon.addPixmap(QPixmap::fromImage(image));
     }
     return icon;
 }
