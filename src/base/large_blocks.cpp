@@ -50,6 +50,15 @@ void keep_large_blocks_apart() {
 #endif
 }
 
+void give_back_spare_memory() {
+    for (Spare& spare : spares) {
+        std::free(std::exchange(spare, {}).block);
+    }
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
 void* take_zeroed_block(std::size_t size) {
     if (void* const spare = take_spare(size)) {
         return std::memset(spare, 0, size);

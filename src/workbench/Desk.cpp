@@ -5,6 +5,7 @@
 #include <QStandardPaths>
 
 #include "base/files.h"
+#include "base/large_blocks.h"
 #include "import/ImportPipeline.h"
 #include "import/ImportView.h"
 #include "platform/qt/event_edge.h"
@@ -146,6 +147,8 @@ void Desk::open_new() {
 void Desk::open_import() {
     form1_.SetEnabled(false);
     make(form4_, form1_);
+    // Its picture areas are gone by then too.
+    connect(form4_.get(), &QObject::destroyed, [] { give_back_spare_memory(); });
     on_event(form4_.get(), &Form4::import_wanted, this, [this] { import(); });
     on_event(form4_.get(), &Form4::unload_wanted, this, [this] {
         picture_folder_ = form4_->Dir1.Path();

@@ -50,6 +50,17 @@ std::size_t kept_of(std::size_t size) {
     return count;
 }
 
+TEST(LargeBlocks, AtTheEndOfAnImportNoneIsKept) {
+    in_a_keeping_process([] {
+        give_back_new_ones(least, 3);
+        give_back_spare_memory();
+        EXPECT_EQ(kept_of(least), 0U);
+        give_back_new_ones(least, 5);
+        EXPECT_EQ(kept_of(least), 4U);
+        give_back_spare_memory();
+    });
+}
+
 TEST(LargeBlocks, TheLastFourGivenBackAreKept) {
     in_a_keeping_process([] {
         give_back_new_ones(least, 5);
