@@ -136,6 +136,13 @@ class FrameSize(Statements):
         self.assertEqual(struct.unpack_from("<ii", data, 810 + 12), (16, 16))
         self.assertEqual(len(data), 810 + 20 + 20 * 20)
 
+    def test_a_smaller_preview_ends_the_program_and_saves_nothing(self):
+        folder = self.folder_of("pictures", colours(50))
+        write(os.path.join(folder, "z.bmp"), bmp_of_8_bits(12, 12, [0] * 144, colours(50)))
+        target = self.path("out.spr")
+        self.run_walkthrough("--size", "16x16", "--pictures", folder, "--save", target, status=70)
+        self.assertFalse(os.path.exists(target))
+
 
 class Lists(Statements):
     def test_a_line_that_a_second_import_left_ends_the_program(self):
@@ -200,6 +207,16 @@ class BmpFiles(Statements):
         events = self.run_walkthrough("--pictures", folder)
         self.assertIn("message: File: a.bmp Bad Format/Corrupt.", events)
         self.assertIn("message: Select Picture/s To Add.", events)
+
+
+class CompressedTga(Statements):
+    def test_129_by_4_pixels_of_one_colour_lose_3(self):
+        folder = self.make_folder("pictures", {"a.bmp": bmp(129, 4, [(250, 10, 20)] * 516)})
+        out = self.make_folder("out")
+        self.run_walkthrough("--size", "129x4", "--pictures", folder, "--save", self.path("a.spr"), "--export", out,
+                             "--format", "tga", "--compressed")
+        data = read(os.path.join(out, "a_0.tga"))[18:]
+        self.assertEqual([code % 128 + 1 for code in data[::4]], [128] * 4 + [1])
 
 
 class TgaOf16Bits(Statements):
