@@ -18,7 +18,7 @@
 #include "platform/qt/QtEventQueue.h"
 #include "platform/qt/QtPictureLoader.h"
 #include "platform/qt/look.h"
-#include "shared/Hand.h"
+#include "ui_driver/UiDriver.h"
 #include "whole_folder.h"
 #include "workbench/Desk.h"
 
@@ -68,36 +68,36 @@ class Editor {
   public:
     Editor() {
         desk.start();
-        hand::settle();
+        ui_driver::settle();
         make_new();
     }
 
     /// A new sprite of the photographs' size.
     void make_new() {
-        hand::click(main().elboton2);
-        hand::type_into(desk.form2()->eltexto2, QString::number(photograph_side));
-        hand::type_into(desk.form2()->eltexto3, QString::number(photograph_side));
-        hand::click(desk.form2()->elboton2);
-        hand::settle();
+        ui_driver::click(main().elboton2);
+        ui_driver::type_into(desk.form2()->eltexto2, QString::number(photograph_side));
+        ui_driver::type_into(desk.form2()->eltexto3, QString::number(photograph_side));
+        ui_driver::click(desk.form2()->elboton2);
+        ui_driver::settle();
     }
 
     Form1& main() { return desk.form1(); }
 
     /// Opens Add Frame/s with every picture of the folder selected.
     void select_all(const std::string& folder) {
-        hand::click(main().elboton4);
+        ui_driver::click(main().elboton4);
         Form4& dialog = *desk.form4();
         dialog.Dir1.SetPath(folder);
         for (int i = 0; i + 1 < dialog.File1.ListCount(); ++i) {
             dialog.File1.SetSelected(i, true);
         }
-        hand::click_line(dialog.File1, dialog.File1.ListCount() - 1, Qt::ControlModifier);
+        ui_driver::click_line(dialog.File1, dialog.File1.ListCount() - 1, Qt::ControlModifier);
     }
 
     /// Milliseconds of processor time of the import behind Ok.
     double import() {
         const double before = processor_milliseconds();
-        hand::click(desk.form4()->elboton2);
+        ui_driver::click(desk.form4()->elboton2);
         return processor_milliseconds() - before;
     }
 
@@ -121,7 +121,7 @@ void measure_import(Editor& editor) {
         editor.select_all(folder.path());
         windows.push_back(editor.import());
         ratios.push_back(windows.back() / engine.back());
-        hand::settle();
+        ui_driver::settle();
     }
     const double ratio = median(ratios);
     char figure[80];
@@ -156,13 +156,13 @@ void measure_cancel(Editor& editor) {
                     std::this_thread::sleep_for(std::chrono::milliseconds(15 + 20 * round));
                     clicked = Clock::now();
                     QMetaObject::invokeMethod(
-                        progress, [&] { hand::click(progress->elboton1); }, Qt::QueuedConnection);
+                        progress, [&] { ui_driver::click(progress->elboton1); }, Qt::QueuedConnection);
                 });
             });
             editor.import();
             user.join();
             QObject::disconnect(opened);
-            hand::settle();
+            ui_driver::settle();
             longest = std::max(longest, milliseconds(editor.messages.came - clicked));
             right_messages =
                 right_messages &&
@@ -186,15 +186,15 @@ void measure_preview(Editor& editor) {
                        // not survive
     editor.select_all(folder.path());
     editor.import();
-    hand::settle();
-    hand::double_click(editor.main().Picture1);
+    ui_driver::settle();
+    ui_driver::double_click(editor.main().Picture1);
     Form7& dialog = *editor.desk.form7();
     for (int i = 0; i < 45; ++i) {
-        hand::click(dialog.Label3);
+        ui_driver::click(dialog.Label3);
     }
     int ticks = 0;
     QObject::connect(&dialog.Timer1, &QTimer::timeout, [&] { ++ticks; });
-    hand::click(dialog.Label2);
+    ui_driver::click(dialog.Label2);
     const auto start = Clock::now();
     const double before = processor_milliseconds();
     QTest::qWait(5000);

@@ -12,11 +12,11 @@
 #include "platform/qt/QtEventQueue.h"
 #include "platform/qt/QtPictureLoader.h"
 #include "platform/qt/event_edge.h"
-#include "shared/Hand.h"
 #include "sprite/hlspr.h"
 #include "support/RecordedServices.h"
 #include "support/TemporaryFolder.h"
 #include "support/sprites.h"
+#include "ui_driver/UiDriver.h"
 #include "workbench/Desk.h"
 
 namespace varnoth::test {
@@ -39,12 +39,12 @@ class EditorTest : public testing::Test {
         desk_ = std::make_unique<Desk>();
         QObject::connect(desk_.get(), &Desk::ended, [this] { ended_ = true; });
         desk_->start();
-        hand::settle();
+        ui_driver::settle();
     }
 
     ~EditorTest() override {
         desk_.reset();
-        hand::settle();
+        ui_driver::settle();
     }
 
     Form1& main() { return desk_->form1(); }
@@ -78,7 +78,7 @@ class EditorTest : public testing::Test {
 
     void open(const std::string& path) {
         services_.next_open = path;
-        hand::click(main().elboton1);
+        ui_driver::click(main().elboton1);
     }
 
     void open_sprite(int frames) { open(write_sprite("sprite.spr", frames)); }

@@ -23,7 +23,7 @@ class EveryWindowTest : public EditorTest {
     void in_every_window(const Look& look) {
         look("main window at the start", main());
         open_sprite(3);
-        hand::settle();
+        ui_driver::settle();
         look("main window with a sprite", main());
         in_new_sprite(look);
         in_preview(look);
@@ -33,74 +33,74 @@ class EveryWindowTest : public EditorTest {
     }
 
     void in_new_sprite(const Look& look) {
-        hand::click(main().elboton2);
+        ui_driver::click(main().elboton2);
         look("new sprite", *desk_->form2());
-        hand::click(desk_->form2()->elboton1);
+        ui_driver::click(desk_->form2()->elboton1);
     }
 
     void in_preview(const Look& look) {
-        hand::double_click(main().Picture1);
+        ui_driver::double_click(main().Picture1);
         look("preview, stopped", *desk_->form7());
-        hand::click(desk_->form7()->Label2);
+        ui_driver::click(desk_->form7()->Label2);
         look("preview, playing", *desk_->form7());
         emit desk_->form7()->elpanel1.CloseClick();
-        hand::settle();
+        ui_driver::settle();
     }
 
     void in_extract(const Look& look) {
-        hand::click(main().elboton6);
+        ui_driver::click(main().elboton6);
         Form3& dialog = *desk_->form3();
         look("extract, BMP", dialog);
-        hand::click(dialog.elboton1);
+        ui_driver::click(dialog.elboton1);
         look("folder", *desk_->form5());
-        hand::click(desk_->form5()->elboton2);
-        hand::click(dialog.elradio1[1]);
+        ui_driver::click(desk_->form5()->elboton2);
+        ui_driver::click(dialog.elradio1[1]);
         look("extract, TGA", dialog);
-        hand::click(dialog.elcheck1);
+        ui_driver::click(dialog.elcheck1);
         look("extract, TGA compressed", dialog);
-        hand::type_into(dialog.eltexto1, QString::fromStdString(folder_.path()));
+        ui_driver::type_into(dialog.eltexto1, QString::fromStdString(folder_.path()));
         services_.on_yield = [&] {
             if (desk_->form6() != nullptr && desk_->form6()->Progressbar1.Value() == 1) {
                 services_.on_yield = nullptr;
                 look("progress", *desk_->form6());
-                hand::click(desk_->form6()->elboton1);
+                ui_driver::click(desk_->form6()->elboton1);
                 look("progress, aborting", *desk_->form6());
             }
         };
         main().List1.SetSelected(1, true);
-        hand::click(dialog.elboton2);
-        hand::settle();
+        ui_driver::click(dialog.elboton2);
+        ui_driver::settle();
     }
 
     void in_add_frames(const Look& look) {
         open_import(1);
         look("add frames", *desk_->form4());
-        hand::click(desk_->form4()->elboton3);
+        ui_driver::click(desk_->form4()->elboton3);
         open_import(3);
         Form4& dialog = *desk_->form4();
         pictures_.add_plain_bmp("a.bmp", 8, 6, make_colour(10, 20, 30));
         pictures_.add_plain_bmp("b.bmp", 8, 6);
-        ASSERT_TRUE(hand::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
-        hand::click_line(dialog.File1, 0);
+        ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
+        ui_driver::click_line(dialog.File1, 0);
         look("add frames, sizes differ", dialog);
-        hand::click(dialog.elboton1);
+        ui_driver::click(dialog.elboton1);
         look("add frames, picking", dialog);
-        hand::click(dialog.elboton3);
+        ui_driver::click(dialog.elboton3);
     }
 
     void in_exit_picture(const Look& look) {
         Form9 form;
         form.show_over(main());
-        hand::settle();
+        ui_driver::settle();
         look("exit picture", form);
     }
 
     /// A new sprite of that render mode and its Import.
     void open_import(int render_mode) {
-        hand::click(main().elboton2);
-        hand::choose(desk_->form2()->elcombo2.Combo1(), render_mode);
-        hand::click(desk_->form2()->elboton2);
-        hand::click(main().elboton4);
+        ui_driver::click(main().elboton2);
+        ui_driver::choose(desk_->form2()->elcombo2.Combo1(), render_mode);
+        ui_driver::click(desk_->form2()->elboton2);
+        ui_driver::click(main().elboton4);
     }
 
     PictureFolder pictures_{services_};

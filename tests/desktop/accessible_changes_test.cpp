@@ -13,8 +13,8 @@
 namespace varnoth {
 namespace {
 
-using hand::click;
 using test::EveryWindowTest;
+using ui_driver::click;
 
 /// Writes down what is told to assistive technology for as long as it lives.
 class Told {
@@ -102,7 +102,7 @@ void act(QWidget& window, QAccessible::Role role, const QString& name, const QSt
     ASSERT_NE(control, nullptr) << name.toStdString();
     ASSERT_TRUE(actions_of(*control).contains(action)) << name.toStdString();
     control->actionInterface()->doAction(action);
-    hand::settle();
+    ui_driver::settle();
 }
 
 void press(QWidget& window, const QString& button) {
@@ -144,7 +144,7 @@ TEST_F(AccessibleChangesTest, TheFrameListTellsWhatIsSelected) {
     EXPECT_EQ(list.child(2)->text(QAccessible::Name), "Frame 2");
     EXPECT_EQ(list.child(2)->role(), QAccessible::ListItem);
     const Told told;
-    hand::click_line(main().List1, 2);
+    ui_driver::click_line(main().List1, 2);
     EXPECT_FALSE(list.child(0)->state().selected);
     EXPECT_TRUE(list.child(2)->state().selected);
     EXPECT_TRUE(list.child(2)->state().focused);
@@ -182,7 +182,7 @@ TEST_F(AccessibleChangesTest, TheQuestionOfARadioButtonIsItsDescription) {
 
 TEST_F(AccessibleChangesTest, StopAndPlayTellWhichIsInForceAndTheSpeedItsNumber) {
     open_sprite(2);
-    hand::double_click(main().Picture1);
+    ui_driver::double_click(main().Picture1);
     Form7& dialog = *desk_->form7();
     EXPECT_TRUE(state_of(dialog.Label1).checked);
     EXPECT_TRUE(state_of(dialog.Label2).checkable);
@@ -206,9 +206,9 @@ TEST_F(AccessibleChangesTest, ThePickerTellsWhetherItIsArmedAndThePictureItsColo
     EXPECT_FALSE(state_of(dialog.elboton1).checked);
     EXPECT_EQ(tree_of(dialog.elboton1).text(QAccessible::Description), "Pick Transparent Color From Picture");
     pictures_.add_plain_bmp("a.bmp", 8, 6, make_colour(10, 20, 30));
-    ASSERT_TRUE(hand::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
+    ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
     const Told told;
-    hand::click_line(dialog.File1, 0);
+    ui_driver::click_line(dialog.File1, 0);
     EXPECT_EQ(tree_of(dialog.Picture2).text(QAccessible::Description), "Red 10, green 20, blue 30");
     EXPECT_EQ(Told::count(QAccessible::DescriptionChanged, dialog.Picture2), 1);
     EXPECT_EQ(tree_of(dialog.Picture1).text(QAccessible::Description), "8 x 6 pixels");
@@ -217,7 +217,7 @@ TEST_F(AccessibleChangesTest, ThePickerTellsWhetherItIsArmedAndThePictureItsColo
     click(dialog.elboton1);
     EXPECT_TRUE(state_of(dialog.elboton1).checked);
     EXPECT_TRUE(Told::checked_changed(dialog.elboton1));
-    hand::click_at(dialog.Picture1, {1, 1});
+    ui_driver::click_at(dialog.Picture1, {1, 1});
     EXPECT_FALSE(state_of(dialog.elboton1).checked);
 }
 
@@ -227,7 +227,7 @@ TEST_F(AccessibleChangesTest, TheProgressBarTellsEachStepAndItsLabelsWhatIsDone)
         main().List1.SetSelected(line, true);
     }
     click(main().elboton6);
-    hand::type_into(desk_->form3()->eltexto1, QString::fromStdString(folder_.path()));
+    ui_driver::type_into(desk_->form3()->eltexto1, QString::fromStdString(folder_.path()));
     const Told told;
     std::vector<int> steps;
     std::vector<std::string> items;
@@ -257,14 +257,14 @@ TEST_F(AccessibleChangesTest, FieldsTellTheirTextAndListsTheirChoice) {
     QAccessibleInterface& name = tree_of(dialog.eltexto1.Text1());
     EXPECT_EQ(name.text(QAccessible::Value), "Untitled");
     const Told told;
-    hand::type_into(dialog.eltexto1, "spark");
+    ui_driver::type_into(dialog.eltexto1, "spark");
     EXPECT_EQ(name.text(QAccessible::Value), "spark");
     EXPECT_GE(Told::count(QAccessible::TextInserted, dialog.eltexto1.Text1()) +
                   Told::count(QAccessible::TextUpdated, dialog.eltexto1.Text1()),
               5);
     QAccessibleInterface& type = tree_of(dialog.elcombo1.Combo1());
     EXPECT_EQ(type.text(QAccessible::Value), "VP_PARALLEL");
-    hand::choose(dialog.elcombo1.Combo1(), 3);
+    ui_driver::choose(dialog.elcombo1.Combo1(), 3);
     EXPECT_EQ(type.text(QAccessible::Value), "ORIENTED");
     EXPECT_EQ(type.text(QAccessible::Name), "Type: ORIENTED");
     EXPECT_GE(Told::count(QAccessible::NameChanged, dialog.elcombo1.Combo1()), 1);

@@ -10,10 +10,10 @@
 namespace varnoth {
 namespace {
 
-using hand::choose;
-using hand::click;
-using hand::click_line;
 using test::EditorTest;
+using ui_driver::choose;
+using ui_driver::click;
+using ui_driver::click_line;
 
 constexpr const char* success = "Frames Generated Successfully !";
 constexpr Colour armed = 0x50B5C4;
@@ -29,8 +29,8 @@ class AddFramesTest : public EditorTest {
     void open_dialog(int width = 4, int height = 4, int render_mode = 1) {
         click(main().elboton2);
         Form2& form = *desk_->form2();
-        hand::type_into(form.eltexto2, QString::number(width));
-        hand::type_into(form.eltexto3, QString::number(height));
+        ui_driver::type_into(form.eltexto2, QString::number(width));
+        ui_driver::type_into(form.eltexto3, QString::number(height));
         choose(*form.elcombo2.findChild<DropDownList*>("Combo1"), render_mode);
         click(form.elboton2);
         open_import();
@@ -38,7 +38,7 @@ class AddFramesTest : public EditorTest {
 
     void open_import() {
         click(main().elboton4);
-        ASSERT_TRUE(hand::walk_to(dialog().Dir1, QString::fromStdString(pictures_.path())));
+        ASSERT_TRUE(ui_driver::walk_to(dialog().Dir1, QString::fromStdString(pictures_.path())));
     }
 
     void select(std::initializer_list<int> entries) {
@@ -49,7 +49,7 @@ class AddFramesTest : public EditorTest {
 
     void import() {
         click(dialog().elboton2);
-        hand::settle();
+        ui_driver::settle();
     }
 
     bool question_is_open() {
@@ -234,7 +234,7 @@ TEST_F(AddFramesTest, TheTopLeftPixelIsTransparentUntilOneIsPicked) {
     click_line(dialog().File1, 1);
     EXPECT_EQ(transparent(), green);
     click(dialog().elboton1);
-    hand::click_at(dialog().Picture1, {1, 0});
+    ui_driver::click_at(dialog().Picture1, {1, 0});
     EXPECT_EQ(transparent(), red);
     EXPECT_TRUE(dialog().TransparentPicked);
     click_line(dialog().File1, 0);
@@ -246,18 +246,18 @@ TEST_F(AddFramesTest, WhileArmedTheColourUnderThePointerIsFollowed) {
     pictures_.add_bmp("a.bmp", 2, 1, {red, green});
     open_dialog(2, 1, 2);
     click_line(dialog().File1, 0);
-    hand::point_at(dialog().Picture1, {1, 0});
+    ui_driver::point_at(dialog().Picture1, {1, 0});
     EXPECT_EQ(transparent(), red);
     click(dialog().elboton1);
     EXPECT_EQ(dialog().elboton1.ForeColor(), armed);
-    hand::point_at(dialog().Picture1, {1, 0});
+    ui_driver::point_at(dialog().Picture1, {1, 0});
     EXPECT_EQ(transparent(), green);
-    hand::point_at(dialog().Picture1, {0, 0});
+    ui_driver::point_at(dialog().Picture1, {0, 0});
     EXPECT_EQ(transparent(), red);
-    hand::click_at(dialog().Picture1, {1, 0});
+    ui_driver::click_at(dialog().Picture1, {1, 0});
     EXPECT_EQ(transparent(), green);
     EXPECT_EQ(dialog().elboton1.ForeColor(), idle);
-    hand::point_at(dialog().Picture1, {0, 0});
+    ui_driver::point_at(dialog().Picture1, {0, 0});
     EXPECT_EQ(transparent(), green);
 }
 
@@ -281,12 +281,12 @@ TEST_F(AddFramesTest, ASecondClickOnPickDisarmsItAndTheLastColourStays) {
     open_dialog(2, 1, 2);
     click_line(dialog().File1, 0);
     click(dialog().elboton1);
-    hand::point_at(dialog().Picture1, {1, 0});
+    ui_driver::point_at(dialog().Picture1, {1, 0});
     click(dialog().elboton1);
     EXPECT_EQ(dialog().elboton1.ForeColor(), idle);
     EXPECT_EQ(transparent(), green);
     EXPECT_FALSE(dialog().TransparentPicked);
-    hand::click_at(dialog().Picture1, {0, 0});
+    ui_driver::click_at(dialog().Picture1, {0, 0});
     EXPECT_EQ(transparent(), green);
 }
 
@@ -296,7 +296,7 @@ TEST_F(AddFramesTest, WithoutThePickerClicksOnFilesDoNotChangeTheColour) {
     const Colour before = transparent();
     click(dialog().elboton1);
     select({0});
-    hand::click_at(dialog().Picture1, {1, 1});
+    ui_driver::click_at(dialog().Picture1, {1, 1});
     EXPECT_EQ(transparent(), before);
     EXPECT_EQ(dialog().elboton1.ForeColor(), 0x808080);
 }
@@ -460,7 +460,7 @@ TEST_F(AddFramesTest, TheBrowserStartsAtTheSpritesFolderAndThenWhereItWasLeft) {
     click(main().elboton4);
     EXPECT_EQ(dialog().Dir1.Path(), folder_.path());
     EXPECT_EQ(dialog().File1.Path(), folder_.path());
-    ASSERT_TRUE(hand::walk_to(dialog().Dir1, QString::fromStdString(pictures_.path())));
+    ASSERT_TRUE(ui_driver::walk_to(dialog().Dir1, QString::fromStdString(pictures_.path())));
     click(dialog().elboton3);
     click(main().elboton4);
     EXPECT_EQ(dialog().Dir1.Path(), pictures_.path());

@@ -8,9 +8,9 @@
 namespace varnoth {
 namespace {
 
-using hand::click;
-using hand::click_line;
 using test::EditorTest;
+using ui_driver::click;
+using ui_driver::click_line;
 
 class ExtractTest : public EditorTest {
   protected:
@@ -29,7 +29,7 @@ class ExtractTest : public EditorTest {
 
     void extract() {
         open_dialog();
-        hand::type_into(dialog().eltexto1, QString::fromStdString(out_));
+        ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
         click(dialog().elboton2);
     }
 
@@ -165,7 +165,7 @@ TEST_F(ExtractTest, ANewSpriteNeverSavedTakesItsNameFromWhatWasTyped) {
 TEST_F(ExtractTest, FormatAndCompressionReachTheWriters) {
     open_sprite(1);
     open_dialog();
-    hand::type_into(dialog().eltexto1, QString::fromStdString(out_));
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
     click(dialog().elradio1[2]);
     click(dialog().elcheck1);
     click(dialog().elboton2);
@@ -173,7 +173,7 @@ TEST_F(ExtractTest, FormatAndCompressionReachTheWriters) {
     ASSERT_GT(pcx.size(), 3U);
     EXPECT_EQ(pcx[2], 1); // run-length encoded
     open_dialog();
-    hand::type_into(dialog().eltexto1, QString::fromStdString(out_));
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
     click(dialog().elradio1[1]);
     click(dialog().elboton2);
     const std::vector<std::uint8_t> tga = test::read_file(out_ + "/sprite_0.tga");
@@ -186,7 +186,7 @@ TEST_F(ExtractTest, SkipAskAndOverwriteDoWhatTheySay) {
     const std::string file = folder_.write("out/sprite_0.bmp", std::vector<std::uint8_t>{1, 2, 3});
     const auto extract_with = [&](std::size_t choice) {
         open_dialog();
-        hand::type_into(dialog().eltexto1, QString::fromStdString(out_));
+        ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
         click(dialog().elradio3[choice]);
         click(dialog().elboton2);
         return test::read_file(file).size() == 3;
@@ -224,7 +224,7 @@ TEST_F(ExtractTest, SkipWithAllFilesPresentWritesNothingAndTheBarStillFills) {
         maximum = desk_->form6()->Progressbar1.Max();
     };
     open_dialog();
-    hand::type_into(dialog().eltexto1, QString::fromStdString(out_));
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
     click(dialog().elradio3[0]);
     click(dialog().elboton2);
     EXPECT_EQ(most, 3);
@@ -308,7 +308,7 @@ TEST_F(ExtractTest, WithoutAFolderItAsksForOneAndOpensTheFolderDialog) {
 TEST_F(ExtractTest, AFolderThatDoesNotExistHasItsMessage) {
     open_sprite(1);
     open_dialog();
-    hand::type_into(dialog().eltexto1, QString::fromStdString(folder_.file("none")));
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(folder_.file("none")));
     click(dialog().elboton2);
     EXPECT_EQ(services_.messages, std::vector<std::string>{"Output Folder Doesnt Exist."});
     EXPECT_NE(desk_->form5(), nullptr);
@@ -321,7 +321,7 @@ TEST_F(ExtractTest, TheFolderDialogsOkGoesIntoTheBoxAndIsRememberedForTheRun) {
     Form5& folders = *desk_->form5();
     EXPECT_EQ(folders.size(), QSize(224, 325));
     EXPECT_EQ(text(folders.ellabel1.Caption()), "Select Extracting Folder:");
-    ASSERT_TRUE(hand::walk_to(folders.Dir1, QString::fromStdString(out_)));
+    ASSERT_TRUE(ui_driver::walk_to(folders.Dir1, QString::fromStdString(out_)));
     click(folders.elboton1);
     EXPECT_EQ(text(dialog().eltexto1.Text()), out_);
     EXPECT_EQ(hlspr::ExtractFolder, out_);
@@ -337,7 +337,7 @@ TEST_F(ExtractTest, TheFolderDialogOpensOnTheRememberedFolderAndNotOnTheTypedOne
     open_sprite(1);
     hlspr::ExtractFolder = out_;
     open_dialog();
-    hand::type_into(dialog().eltexto1, QString::fromStdString(folder_.path()));
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(folder_.path()));
     click(dialog().elboton1);
     EXPECT_EQ(desk_->form5()->Dir1.Path(), out_);
 }
@@ -347,10 +347,10 @@ TEST_F(ExtractTest, WithoutAFolderInTheBoxTheFolderDialogDoesNotOpenOnTheRemembe
     hlspr::ExtractFolder = out_;
     open_dialog();
     for (const QString& typed : {QString(), QString::fromStdString(folder_.file("none"))}) {
-        hand::type_into(dialog().eltexto1, typed);
+        ui_driver::type_into(dialog().eltexto1, typed);
         click(dialog().elboton1);
         EXPECT_EQ(desk_->form5()->Dir1.Path(), folder_.path()) << text(typed);
-        ASSERT_TRUE(hand::walk_to(desk_->form5()->Dir1, "/"));
+        ASSERT_TRUE(ui_driver::walk_to(desk_->form5()->Dir1, "/"));
         click(desk_->form5()->elboton2);
         EXPECT_EQ(hlspr::ExtractFolder, out_) << "Cancel chooses nothing";
         EXPECT_EQ(dialog().eltexto1.Text(), typed);
@@ -377,7 +377,7 @@ TEST_F(ExtractTest, ARememberedFolderThatIsGoneFails) {
     open_sprite(1);
     hlspr::ExtractFolder = folder_.file("gone");
     open_dialog();
-    hand::type_into(dialog().eltexto1, QString::fromStdString(out_));
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
     click(dialog().elboton1);
     EXPECT_EQ(failures_, std::vector<std::string>{"PathNotFound"});
 }

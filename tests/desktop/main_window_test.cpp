@@ -8,8 +8,8 @@
 namespace varnoth {
 namespace {
 
-using hand::click;
-using hand::click_line;
+using ui_driver::click;
+using ui_driver::click_line;
 using namespace test;
 
 constexpr const char* empty_message = "Sprite Cant Be Empty. Put Some Pictures In It.";
@@ -186,7 +186,7 @@ TEST_F(MainWindowTest, TheSaveButtonStaysAsItWasWhenAFileIsOpened) {
 TEST_F(MainWindowTest, SaveOfANamedSpriteGoesToThePathInTheBoxWithoutAWord) {
     open_sprite(1);
     click(main().elboton7);
-    hand::type_into(main().eltexto1, QString::fromStdString(folder_.file("other.spr")));
+    ui_driver::type_into(main().eltexto1, QString::fromStdString(folder_.file("other.spr")));
     click(main().elboton3);
     EXPECT_EQ(services_.messages, std::vector<std::string>());
     EXPECT_FALSE(hlspr::SpriteDirty);
@@ -347,7 +347,7 @@ TEST_F(MainWindowTest, AnArrowThatLeadsOutOfTheListDoesNothingAndSaysNothing) {
 TEST_F(MainWindowTest, TheCloseBoxEndsTheProgramWithoutAQuestion) {
     open_sprite(1);
     click(main().elboton7);
-    hand::click_at(main().elpanel1, {575 - 26 + 9, 17});
+    ui_driver::click_at(main().elpanel1, {575 - 26 + 9, 17});
     EXPECT_TRUE(ended_);
     EXPECT_EQ(services_.questions, std::vector<std::string>());
 }

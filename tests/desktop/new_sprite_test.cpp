@@ -4,7 +4,7 @@
 namespace varnoth {
 namespace {
 
-using hand::click;
+using ui_driver::click;
 using namespace test;
 
 class NewSpriteTest : public EditorTest {
@@ -14,8 +14,8 @@ class NewSpriteTest : public EditorTest {
     Form2& dialog() { return *desk_->form2(); }
 
     void type_size(const QString& width, const QString& height) {
-        hand::type_into(dialog().eltexto2, width);
-        hand::type_into(dialog().eltexto3, height);
+        ui_driver::type_into(dialog().eltexto2, width);
+        ui_driver::type_into(dialog().eltexto3, height);
     }
 
     void ok() { click(dialog().elboton2); }
@@ -51,8 +51,8 @@ TEST_F(NewSpriteTest, APositionInAListIsTheNumberInTheFile) {
     }
     EXPECT_EQ(dialog().elcombo1.ListCount(), 5);
     EXPECT_EQ(dialog().elcombo2.ListCount(), 4);
-    hand::choose(*dialog().elcombo1.findChild<DropDownList*>("Combo1"), 4);
-    hand::choose(*dialog().elcombo2.findChild<DropDownList*>("Combo1"), 3);
+    ui_driver::choose(*dialog().elcombo1.findChild<DropDownList*>("Combo1"), 4);
+    ui_driver::choose(*dialog().elcombo2.findChild<DropDownList*>("Combo1"), 3);
     ok();
     EXPECT_EQ(header().SpriteType, 4);
     EXPECT_EQ(header().RenderMode, 3);
@@ -61,7 +61,7 @@ TEST_F(NewSpriteTest, APositionInAListIsTheNumberInTheFile) {
 }
 
 TEST_F(NewSpriteTest, OkMakesAnEmptySpriteAndResetsTheMainWindow) {
-    hand::type_into(dialog().eltexto1, "spark");
+    ui_driver::type_into(dialog().eltexto1, "spark");
     type_size("48", "33");
     ok();
     EXPECT_EQ(desk_->form2(), nullptr);

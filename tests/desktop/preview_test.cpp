@@ -7,8 +7,8 @@
 namespace varnoth {
 namespace {
 
-using hand::click;
 using test::EditorTest;
+using ui_driver::click;
 
 class PreviewTest : public EditorTest {
   protected:
@@ -16,7 +16,7 @@ class PreviewTest : public EditorTest {
 
     void open_preview(int frames) {
         open_sprite(frames);
-        hand::double_click(main().Picture1);
+        ui_driver::double_click(main().Picture1);
     }
 
     void play_at_1_frame_a_second() {
@@ -58,7 +58,7 @@ TEST_F(PreviewTest, OpensStoppedAt15FramesASecondWithTheFirstFrame) {
 }
 
 TEST_F(PreviewTest, WithoutFramesNothingOpens) {
-    hand::double_click(main().Picture1);
+    ui_driver::double_click(main().Picture1);
     EXPECT_EQ(desk_->form7(), nullptr);
     EXPECT_TRUE(main().isEnabled());
 }
@@ -90,7 +90,7 @@ TEST_F(PreviewTest, AChangedOrderIsFollowedAsAChainThatLeavesFrame0Out) {
     open_sprite(3);
     click(main().Label2); // frame 0 down
     ASSERT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
-    hand::double_click(main().Picture1);
+    ui_driver::double_click(main().Picture1);
     EXPECT_EQ(playing(), colour_of_frame(1)); // position 0
     EXPECT_EQ(play(6), (std::vector<int>{1, 2, 1, 2, 1, 2}));
 }
@@ -154,10 +154,10 @@ TEST_F(PreviewTest, TheCloseBoxGivesTheMainWindowBackAndTheNextOpeningStartsAnew
     open_preview(2);
     click(dialog().Label3);
     click(dialog().Label2);
-    hand::click_at(dialog().elpanel1, {281 - 26 + 9, 17});
+    ui_driver::click_at(dialog().elpanel1, {281 - 26 + 9, 17});
     EXPECT_EQ(desk_->form7(), nullptr);
     EXPECT_TRUE(main().isEnabled());
-    hand::double_click(main().Picture1);
+    ui_driver::double_click(main().Picture1);
     EXPECT_EQ(text(dialog().Label5.Caption()), "15 fps");
     EXPECT_FALSE(dialog().Timer1.isActive());
 }

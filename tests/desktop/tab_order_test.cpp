@@ -69,7 +69,7 @@ TEST_F(TabOrderTest, GoesThroughEveryWindowAsItIsReadAndComesRound) {
         }
         ++windows;
         window.activateWindow();
-        hand::settle();
+        ui_driver::settle();
         // From the last control on, Tab comes to the first.
         for (std::size_t i = 0; i < order.size() && focused() != order.back(); ++i) {
             press(window, Qt::Key_Tab);
@@ -88,7 +88,7 @@ TEST_F(TabOrderTest, GoesBackWithShift) {
             return;
         }
         window.activateWindow();
-        hand::settle();
+        ui_driver::settle();
         for (std::size_t i = 0; i < order.size() && focused() != order.front(); ++i) {
             press(window, Qt::Key_Tab);
         }

@@ -17,8 +17,8 @@
 namespace varnoth {
 namespace {
 
-using hand::click;
 using test::EditorTest;
+using ui_driver::click;
 
 class WindowsTest : public EditorTest {};
 
@@ -80,7 +80,7 @@ TEST_F(WindowsTest, ADisabledWindowLooksAsBefore) {
     QApplication::focusWidget()->clearFocus(); // whose cursor blinks
     const QImage before = main().grab().toImage();
     main().SetEnabled(false);
-    hand::settle();
+    ui_driver::settle();
     EXPECT_EQ(main().grab().toImage(), before);
 }
 
@@ -326,7 +326,7 @@ TEST_F(WindowsTest, AFailureInAMessageBoxWithinAnImportReachesTheEnd) {
     open_sprite(1);
     main().List1.AddItem("Frame 1");
     // A failing click while a question is open.
-    services_.on_question = [&] { hand::click_line(main().List1, 1); };
+    services_.on_question = [&] { ui_driver::click_line(main().List1, 1); };
     click(main().elboton7);
     open("");
     EXPECT_EQ(failures_, std::vector<std::string>{"SubscriptOutOfRange"});

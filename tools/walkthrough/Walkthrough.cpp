@@ -10,9 +10,9 @@
 #include "base/files.h"
 #include "base/numbers.h"
 #include "platform/FileList.h"
-#include "shared/Hand.h"
 #include "shared/ppm.h"
 #include "sprite/hlspr.h"
+#include "ui_driver/UiDriver.h"
 #include "walkthrough/Camera.h"
 #include "walkthrough/Watch.h"
 #include "workbench/Desk.h"
@@ -20,7 +20,7 @@
 
 namespace varnoth::walkthrough {
 
-using namespace hand;
+using namespace ui_driver;
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <QMessageBox>
 #include <QTimer>
 
-#include "shared/Hand.h"
+#include "ui_driver/UiDriver.h"
 #include "workbench/Desk.h"
 
 namespace varnoth::walkthrough {
@@ -34,7 +34,7 @@ void AnsweredMessageBoxes::answer_when_open() {
             on_open();
         }
         QAbstractButton* ok = box->button(QMessageBox::Ok);
-        hand::click(ok != nullptr ? *ok : *box->button(answer_ ? QMessageBox::Yes : QMessageBox::No));
+        ui_driver::click(ok != nullptr ? *ok : *box->button(answer_ ? QMessageBox::Yes : QMessageBox::No));
     });
 }
 

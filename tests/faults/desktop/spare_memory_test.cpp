@@ -8,8 +8,8 @@
 namespace varnoth {
 namespace {
 
-using hand::click;
 using test::EditorTest;
+using ui_driver::click;
 
 class SpareMemory : public EditorTest {
   protected:
@@ -32,12 +32,12 @@ TEST_F(SpareMemory, GoesBackWithTheDialogOfAnImport) {
             keep_large_blocks_apart();
             click(main().elboton2);
             click(desk_->form2()->elboton2);
-            hand::settle();
+            ui_driver::settle();
             click(main().elboton4);
             give_back_block(take_block(size_), size_);
             EXPECT_TRUE(is_kept());
             emit desk_->form4()->unload_wanted();
-            hand::settle();
+            ui_driver::settle();
             EXPECT_EQ(desk_->form4(), nullptr);
             EXPECT_FALSE(is_kept());
             std::_Exit(HasFailure() ? 1 : 0);

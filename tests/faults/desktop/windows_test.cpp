@@ -11,12 +11,12 @@
 namespace varnoth {
 namespace {
 
-using hand::click;
-using hand::click_line;
 using test::Call;
 using test::EditorTest;
 using test::Fault;
 using test::FaultInjection;
+using ui_driver::click;
+using ui_driver::click_line;
 
 using Texts = std::vector<std::string>;
 
@@ -27,14 +27,14 @@ class WindowFaults : public EditorTest {
     /// The program started anew, as it is after a fatal failure.
     void restart() {
         desk_.reset();
-        hand::settle();
+        ui_driver::settle();
         test::reset_sprite();
         test::reset_mixpals();
         services_.messages.clear();
         failures_.clear();
         desk_ = std::make_unique<Desk>();
         desk_->start();
-        hand::settle();
+        ui_driver::settle();
     }
 
     /// Does the same with the first such call failing, the second, the third and then ever wider apart, until
@@ -139,7 +139,7 @@ TEST_F(WindowFaults, ExportThatFailsIsFatal) {
         open(sprite);
         select_all();
         click(main().elboton6);
-        hand::type_into(desk_->form3()->eltexto1, QString::fromStdString(out));
+        ui_driver::type_into(desk_->form3()->eltexto1, QString::fromStdString(out));
     };
     const auto act = [&] { click(desk_->form3()->elboton2); };
     const auto export_with = [&](const Fault& fault, const std::string& failure) {
@@ -153,7 +153,7 @@ TEST_F(WindowFaults, ExportThatFailsIsFatal) {
 TEST_F(WindowFaults, PreviewWithoutMemoryIsFatal) {
     const std::string sprite = write_sprite("sprite.spr", 3, 40, 30);
     fail_at_more_and_more(
-        {.call = Call::Array}, [&] { open(sprite); }, [&] { hand::double_click(main().Picture1); },
+        {.call = Call::Array}, [&] { open(sprite); }, [&] { ui_driver::double_click(main().Picture1); },
         [&] { expect_fatal("OutOfMemory"); });
 }
 
@@ -168,8 +168,8 @@ class WindowImportFaults : public WindowFaults {
     void open_dialog() {
         open(write_sprite("sprite.spr", 1));
         click(main().elboton4);
-        ASSERT_TRUE(hand::walk_to(desk_->form4()->Dir1, QString::fromStdString(pictures_.path())));
-        hand::choose(desk_->form4()->Combo1, 2);
+        ASSERT_TRUE(ui_driver::walk_to(desk_->form4()->Dir1, QString::fromStdString(pictures_.path())));
+        ui_driver::choose(desk_->form4()->Combo1, 2);
         for (const int entry : {0, 1}) {
             click_line(desk_->form4()->File1, entry, Qt::ControlModifier);
         }
@@ -177,7 +177,7 @@ class WindowImportFaults : public WindowFaults {
 
     void import() {
         click(desk_->form4()->elboton2);
-        hand::settle();
+        ui_driver::settle();
     }
 
     test::PictureFolder pictures_{services_};

@@ -1,4 +1,4 @@
-#include "shared/Hand.h"
+#include "ui_driver/UiDriver.h"
 
 #include <QAbstractItemView>
 #include <QCoreApplication>
@@ -14,7 +14,7 @@
 #include "platform/qt/FolderListBox.h"
 #include "platform/qt/ListBox.h"
 
-namespace varnoth::hand {
+namespace varnoth::ui_driver {
 
 namespace {
 
@@ -103,4 +103,4 @@ void settle() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-} // namespace varnoth::hand
+} // namespace varnoth::ui_driver

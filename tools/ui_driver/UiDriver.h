@@ -1,4 +1,4 @@
-// A user's hand: real mouse and key events on the real controls.
+// Drives the user interface: sends real mouse and key events to real controls.
 #pragma once
 
 #include <QPoint>
@@ -14,10 +14,10 @@ class FolderListBox;
 class eltexto;
 } // namespace varnoth
 
-namespace varnoth::hand {
+namespace varnoth::ui_driver {
 
-/// Clicks in the middle of a widget, or at a point of it. The events go to the widget's window, which finds
-/// what is under the pointer by itself; so a widget that is hidden, covered or disabled is not clicked.
+/// Clicks in the middle of a widget, or at a point of it. The events go to the widget's window, which passes
+/// them to whatever is under the pointer; a widget that is hidden, covered or disabled gets no click.
 void click(QWidget& widget, Qt::KeyboardModifiers keys = Qt::NoModifier);
 void click_at(QWidget& widget, const QPoint& point, Qt::KeyboardModifiers keys = Qt::NoModifier);
 void double_click(QWidget& widget);
@@ -25,20 +25,20 @@ void double_click(QWidget& widget);
 /// Moves the pointer to a point of the widget without a button.
 void point_at(QWidget& widget, const QPoint& point);
 
-/// Clicks a line of a list, scrolled to if need be.
+/// Clicks a line of a list, after scrolling to it if necessary.
 void click_line(QAbstractItemView& list, int line, Qt::KeyboardModifiers keys = Qt::NoModifier);
 void double_click_line(QAbstractItemView& list, int line);
 
-/// Types a text over what the field holds.
+/// Replaces the text of the field by typing.
 void type_into(eltexto& field, const QString& text);
 
-/// Opens the list and chooses a line by the keyboard.
+/// Opens the list and chooses a line with the keyboard.
 void choose(DropDownList& list, int line);
 
-/// Walks the folders by double clicks, from the root down. Whether the folder was reached.
+/// Walks from the root down to a folder with double clicks. Returns whether it was reached.
 bool walk_to(FolderListBox& folders, const QString& absolute_path);
 
-/// Lets what has been posted happen.
+/// Processes all pending events, deferred deletions included.
 void settle();
 
-} // namespace varnoth::hand
+} // namespace varnoth::ui_driver
