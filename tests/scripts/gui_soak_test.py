@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds what scripts/hours makes of memory that grows and of messages, and what its user knows of a selection."""
+"""Holds what scripts/gui-soak makes of memory that grows and of messages, and what its user knows of a selection."""
 import contextlib
 import importlib.machinery
 import importlib.util
@@ -8,10 +8,10 @@ import os
 import types
 import unittest
 
-SCRIPT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts", "hours")
-loader = importlib.machinery.SourceFileLoader("hours", SCRIPT)
-hours = importlib.util.module_from_spec(importlib.util.spec_from_loader("hours", loader))
-loader.exec_module(hours)
+SCRIPT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts", "gui-soak")
+loader = importlib.machinery.SourceFileLoader("gui_soak", SCRIPT)
+gui_soak = importlib.util.module_from_spec(importlib.util.spec_from_loader("gui_soak", loader))
+loader.exec_module(gui_soak)
 
 from answers import Finding, Selection, message_of  # noqa: E402
 from material import Picture  # noqa: E402
@@ -26,7 +26,7 @@ def samples(**late):
 class Memory(unittest.TestCase):
     def judge(self, **late):
         with contextlib.redirect_stdout(io.StringIO()) as said:
-            hours.judge_memory(samples(**late))
+            gui_soak.judge_memory(samples(**late))
         return said.getvalue()
 
     def test_growth_of_2_percent_passes(self):
