@@ -1,5 +1,5 @@
-// Prints what the readers make of files: one JSON object a line and file, for sprites and, told by the
-// extension, for pictures. For tests and bug reports; it is not part of the editor.
+// Prints how the readers interpret files: one line with a JSON object per file. The extension decides the
+// picture format; any other file is read as a sprite. For tests and bug reports; not part of the editor.
 
 #include <functional>
 #include <iostream>
@@ -47,7 +47,7 @@ QString sha256(std::span<const std::uint8_t> bytes) {
     return QString::fromLatin1(hash.result().toHex());
 }
 
-// What the action yields, or the failure in its place.
+// Returns the result of the action, or an object that names the failure.
 QJsonObject guarded(const std::function<QJsonObject()>& action) {
     try {
         return action();
@@ -143,7 +143,7 @@ QJsonObject probe_jpeg(const std::string& path) {
     return {{"result", result}, {"width", width}, {"height", height}};
 }
 
-// The two readers under common names.
+// Adapters that give the two readers a common interface.
 struct PcxFormat {
     using Reader = LoadPCX;
 
@@ -172,7 +172,7 @@ struct TgaFormat {
 
 template <typename Format>
 QJsonObject load(typename Format::Reader& reader, const std::string& path) {
-    // Held, so that a new picture cannot take the place of the old one in memory.
+    // Keep the old picture alive: a new one at the same address would look unchanged.
     const auto before = CBitmap::CurrentBitmap;
     reader.Load(path);
     QJsonObject loaded = Format::recognised(reader);

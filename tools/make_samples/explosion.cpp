@@ -33,13 +33,13 @@ Colour colour_of(const Light& light) {
     return make_colour(byte(light.red), byte(light.green), byte(light.blue));
 }
 
-/// 0 at `from` and before, 1 at `to` and after, smooth between.
+/// 0 up to `from`, 1 from `to` on, smooth in between.
 double smooth_step(double from, double to, double value) {
     const double share = std::clamp((value - from) / (to - from), 0.0, 1.0);
     return share * share * (3 - 2 * share);
 }
 
-/// A number from 0 to 1 that belongs to a lattice point.
+/// A pseudo-random number from 0 to 1 for each lattice point.
 double lattice(std::int32_t x, std::int32_t y, std::int32_t z, std::uint32_t seed) {
     std::uint32_t hash = seed;
     for (const std::int32_t coordinate : {x, y, z}) {
@@ -51,7 +51,7 @@ double lattice(std::int32_t x, std::int32_t y, std::int32_t z, std::uint32_t see
     return hash / 4294967295.0;
 }
 
-/// Value noise, 0 to 1.
+/// Value noise, from 0 to 1.
 double noise(double x, double y, double z, std::uint32_t seed) {
     const double floor_x = std::floor(x);
     const double floor_y = std::floor(y);
@@ -73,7 +73,7 @@ double noise(double x, double y, double z, std::uint32_t seed) {
     return sum;
 }
 
-/// Four octaves of it, about 0 to 1.
+/// Four octaves of value noise, from 0 to 1.
 double turbulence(double x, double y, double z, std::uint32_t seed) {
     double sum = 0;
     double weight = 0.5;
@@ -86,7 +86,7 @@ double turbulence(double x, double y, double z, std::uint32_t seed) {
     return std::clamp((sum - 0.47) * 1.7 + 0.5, 0.0, 1.0);
 }
 
-/// The glow of burning gas: 0 is cold, 1 is white-hot.
+/// The colour of burning gas: 0 is cold, 1 is white-hot.
 Light fire(double heat) {
     struct Stop {
         double heat;
@@ -110,12 +110,12 @@ Light fire(double heat) {
     return mix(below.light, above.light, (clamped - below.heat) / (above.heat - below.heat));
 }
 
-/// Lit from above; `shade` 0 to 1 is how much light falls on it, `warmth` 0 to 1 how brown it is.
+/// The colour of smoke; `shade`, 0 to 1, is how much light it gets, `warmth`, 0 to 1, how brown it is.
 Light smoke(double shade, double warmth) {
     return mix(Light{0.50, 0.52, 0.58}, Light{0.66, 0.46, 0.30}, warmth) * (0.20 + 0.85 * shade);
 }
 
-/// Embers fly outward and slow down.
+/// The light of embers that fly outward and slow down.
 Light embers_at(double x, double y, double time) {
     constexpr std::uint32_t seed = 77;
     Light sum;
@@ -135,7 +135,7 @@ Light embers_at(double x, double y, double time) {
     return sum;
 }
 
-/// x and y from -1 to 1 over the frame, time from 0 to 1 over the explosion.
+/// The light at x and y, from -1 to 1 over the frame, at a time from 0 to 1 over the explosion.
 Light light_at(double x, double y, double time) {
     const double slowing = time * (2 - time);
     const double radius = 0.36 + 0.50 * slowing;

@@ -1,5 +1,5 @@
-// The sample explosion, computed: a fireball of seeded noise that grows, throws embers and cools to smoke.
-// The same on every machine: nothing but additions, multiplications, divisions and square roots goes into it.
+// Computes the sample explosion: a fireball of seeded noise that grows, throws embers and cools to smoke. It
+// uses only additions, multiplications, divisions and square roots, so it is identical on every machine.
 #pragma once
 
 #include <array>
@@ -13,7 +13,7 @@ namespace varnoth::samples {
 inline constexpr std::int32_t explosion_frames = 16;
 inline constexpr std::int32_t explosion_side = 64; ///< width and height in pixels
 
-/// The pixels of a frame, 0 to 15, rows from the top, on black.
+/// The pixels of frame 0 to 15 on black, rows from the top.
 std::vector<Colour> explosion_frame(std::int32_t frame);
 
 /// The 256 colours of the chart: fire from cold to white-hot, smoke, and fire seen through smoke.

@@ -1,5 +1,5 @@
-// Makes the pictures of samples/: make_samples FOLDER. The explosion frame by frame in all four picture
-// formats, and a chart of its colours as a BMP file of 8 bits a pixel.
+// Generates the pictures of samples/: every frame of the explosion in all four picture formats, and a chart
+// of its colours as an 8-bit BMP file. Usage: make_samples FOLDER
 #include <cstdio>
 #include <string>
 
@@ -52,7 +52,7 @@ void write_frame(const std::string& folder, std::int32_t frame) {
     SaveTGA().SaveTGAinFile(name + ".tga", surface, False);
 }
 
-/// 16 by 16 cells of 4 by 4 pixels, one an entry of the colour table.
+/// 16 by 16 cells of 4 by 4 pixels, one per entry of the colour table.
 void write_chart(const std::string& folder) {
     QImage image(explosion_side, explosion_side, QImage::Format_Indexed8);
     QList<QRgb> table;

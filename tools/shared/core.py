@@ -24,7 +24,7 @@ def have_tools(tools, packages):
 
 
 def read_argued(path, columns):
-    """Reads a list of justified exceptions: maps the other columns, first a path below src/, to the last, the reason."""
+    """Reads a list of justified exceptions: maps the other columns, first a path below src/, to the reason."""
     argued = {}
     with open(os.path.join(ROOT, path), encoding="utf-8") as file:
         for number, line in enumerate(file, 1):

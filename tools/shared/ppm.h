@@ -1,4 +1,4 @@
-// Pixels as a binary PPM file (Netpbm's P6: red, green, blue bytes, rows from the top).
+// Writes pixels as a binary PPM file (Netpbm's P6: red, green, blue bytes, rows from the top).
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace varnoth {
 /// The red, green, blue bytes of all pixels, rows from the top.
 std::vector<std::uint8_t> rgb_bytes(const Bitmap& bitmap);
 
-/// The failures of OutputFile.
+/// Writes the file; fails as OutputFile does.
 void write_ppm(const std::string& path, const Bitmap& bitmap);
 
 } // namespace varnoth

@@ -10,24 +10,24 @@ namespace varnoth::walkthrough {
 
 namespace {
 
-// While one lives, no control has the keyboard. When a window gets it is the display's affair, and the caret
-// blinks.
-class WithoutKeyboard {
+// Takes the keyboard focus from its control for this object's lifetime: whether a window has the focus
+// depends on the display, and the caret blinks.
+class FocusCleared {
   public:
-    WithoutKeyboard() : holder_(QApplication::focusWidget()) {
+    FocusCleared() : holder_(QApplication::focusWidget()) {
         if (holder_ != nullptr) {
             holder_->clearFocus();
         }
     }
 
-    ~WithoutKeyboard() {
+    ~FocusCleared() {
         if (holder_ != nullptr) {
             holder_->setFocus();
         }
     }
 
-    WithoutKeyboard(const WithoutKeyboard&) = delete;
-    WithoutKeyboard& operator=(const WithoutKeyboard&) = delete;
+    FocusCleared(const FocusCleared&) = delete;
+    FocusCleared& operator=(const FocusCleared&) = delete;
 
   private:
     QWidget* holder_;
@@ -42,7 +42,7 @@ void Camera::take(QWidget& window, const QString& name) {
     ++taken_;
     const QString path = QDir(QString::fromStdString(*folder_))
                              .filePath(QString("%1_%2.png").arg(taken_, 2, 10, QLatin1Char('0')).arg(name));
-    const WithoutKeyboard meanwhile;
+    const FocusCleared meanwhile;
     if (!window.grab().save(path)) {
         fail(Failure::DeviceIo);
     }

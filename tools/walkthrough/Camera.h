@@ -1,4 +1,4 @@
-// Pictures of windows, numbered in the order in which they are taken.
+// Takes screenshots of windows and numbers them in order.
 #pragma once
 
 #include <optional>
@@ -12,14 +12,14 @@ namespace varnoth::walkthrough {
 
 class Camera {
   public:
-    /// Without a folder no picture is taken.
+    /// Without a folder, no screenshots are taken.
     Camera(std::optional<std::string> folder, Report report)
         : folder_(std::move(folder)), report_(std::move(report)) {}
 
-    bool is_loaded() const { return folder_.has_value(); }
+    bool is_enabled() const { return folder_.has_value(); }
 
-    /// Writes the window as it stands, but without a caret or a mark of who has the keyboard, to a PNG file
-    /// of that name behind a number, and reports it.
+    /// Writes the window to the PNG file NN_name.png and reports it. The picture shows no keyboard focus and
+    /// no caret.
     void take(QWidget& window, const QString& name);
 
   private:

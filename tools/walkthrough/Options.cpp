@@ -11,21 +11,21 @@ namespace varnoth::walkthrough {
 
 const char* const usage =
     "walkthrough: a scripted user of the editor: New, Import, Save, Open again, Export\n"
-    "  --pictures DIR --filter bmp|jpg|tga|pcx   pictures to import\n"
-    "  --select NAME            one of them (repeatable); all of the filter by default\n"
+    "  --pictures DIR --filter bmp|jpg|tga|pcx   imports pictures; bmp by default\n"
+    "  --select NAME            one of them (repeatable); all of that format by default\n"
     "  --size WxH --type N --render N            the new sprite; 32x32, 2, 1 by default\n"
-    "  --open FILE.spr          opens a sprite instead of making one\n"
+    "  --open FILE.spr          opens a sprite instead of creating one\n"
     "  --choice set|resize      answer to the size question; set by default\n"
     "  --pick X,Y               picks the transparent colour from the preview\n"
-    "  --abort-after N          Cancel when N pictures have been loaded, both passes counted\n"
-    "  --again DIR              a second import from that folder\n"
-    "  --move P:up|P:down       an arrow command on position P (repeatable)\n"
-    "  --draw P:OUT.ppm         writes the pixels of position P (repeatable)\n"
+    "  --abort-after N          presses Cancel after N pictures have been loaded, counting both passes\n"
+    "  --again DIR              imports a second time, from that folder\n"
+    "  --move P:up|P:down       moves the frame at position P with an arrow (repeatable)\n"
+    "  --draw P:OUT.ppm         writes the pixels of the frame at position P (repeatable)\n"
     "  --save OUT.spr           saves, and opens the file again\n"
     "  --export DIR --format bmp|tga|pcx [--compressed] [--frames 0,2,5]\n"
     "           [--if-exists skip|ask|overwrite] [--abort-export-after N]\n"
-    "  --answer yes|no          to every question; yes by default\n"
-    "  --screenshots DIR        writes a picture of every window in its interesting states\n";
+    "  --answer yes|no          answers every question; yes by default\n"
+    "  --screenshots DIR        writes screenshots of every window in its main states\n";
 
 namespace {
 
@@ -34,7 +34,7 @@ Number parse_number(std::string_view text, Number lowest, Number highest) {
     Number value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size() || value < lowest || value > highest) {
-        throw WrongOption("no number that can be: " + std::string(text));
+        throw WrongOption("invalid number: " + std::string(text));
     }
     return value;
 }
@@ -52,11 +52,11 @@ std::int16_t parse_position(std::string_view text) {
     return parse_number<std::int16_t>(text, 0, std::numeric_limits<std::int16_t>::max());
 }
 
-// The two parts of a text around its first separator.
+// Splits a text at its first separator.
 std::pair<std::string, std::string> split(const std::string& text, char separator) {
     const std::size_t at = text.find(separator);
     if (at == std::string::npos) {
-        throw WrongOption("'" + std::string(1, separator) + "' missing in " + text);
+        throw WrongOption("missing '" + std::string(1, separator) + "' in " + text);
     }
     return {text.substr(0, at), text.substr(at + 1)};
 }
@@ -65,7 +65,7 @@ template <typename Value>
 Value choose(const std::string& text, const std::map<std::string, Value>& choices) {
     const auto found = choices.find(text);
     if (found == choices.end()) {
-        throw WrongOption("no such choice: " + text);
+        throw WrongOption("invalid choice: " + text);
     }
     return found->second;
 }
@@ -170,7 +170,7 @@ Options parse(const std::vector<std::string>& arguments) {
             throw WrongOption("unknown option " + *argument);
         }
         if (argument + 1 == arguments.end()) {
-            throw WrongOption("no value behind " + *argument);
+            throw WrongOption("missing value for " + *argument);
         }
         ++argument;
         handler->second(options, *argument);

@@ -12,7 +12,7 @@
 
 namespace varnoth::walkthrough {
 
-/// An option that is unknown, lacks its value or has one that cannot be.
+/// An unknown option, or one whose value is missing or invalid.
 struct WrongOption : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -71,7 +71,7 @@ struct Options {
 /// Throws WrongOption.
 Options parse(const std::vector<std::string>& arguments);
 
-/// One line an option.
+/// The help text: one line per option.
 extern const char* const usage;
 
 } // namespace varnoth::walkthrough

@@ -1,4 +1,4 @@
-// Where a scripted user's events go: one line each, "kind: text".
+// Receives the events of the scripted user, which are printed one per line as "kind: text".
 #pragma once
 
 #include <functional>

@@ -34,12 +34,12 @@ class Walk {
           report_(report),
           camera_(options.screenshots, report) {
         events_.on_yield = [this] {
-            picture_progress();
+            capture_progress();
             press_cancel_when_due();
         };
         boxes_.on_open = [this] { camera_.take(*QApplication::activeModalWidget(), "message"); };
         boxes_.before = [this](std::string_view text) {
-            // The box comes when the file is there.
+            // The box is shown once the file has been written.
             if (text == "Sprite Saved Successfully !") {
                 report_("wrote", chooser_.next);
             }
@@ -49,7 +49,7 @@ class Walk {
     void run();
 
   private:
-    void check_places() const;
+    void check_folders() const;
     bool start();
     void make_new();
     bool open(const std::string& path);
@@ -64,7 +64,7 @@ class Walk {
     void select_lines();
     void set_extraction(const std::string& folder);
     void show_exit_picture();
-    void picture_progress();
+    void capture_progress();
     void press_cancel_when_due();
     bool cancel_is_due();
 
@@ -81,12 +81,12 @@ class Walk {
     Watch watch_;
     const Report& report_;
     Camera camera_;
-    bool pictured_progress_ = false;
+    bool captured_progress_ = false;
     bool cancelled_import_ = false;
 };
 
 void Walk::run() {
-    check_places();
+    check_folders();
     desk_.start();
     settle();
     camera_.take(main(), "start");
@@ -114,9 +114,9 @@ void Walk::run() {
     show_exit_picture();
 }
 
-// Before anything is done, so that a wrong option leaves no half of a job behind. The names to select must be
-// in the first folder only.
-void Walk::check_places() const {
+// Runs before anything is done, so that a wrong option does not leave a half-finished job. The names to
+// select need to exist in the first folder only.
+void Walk::check_folders() const {
     for (const std::optional<std::string>* folder :
          {&options_.pictures, &options_.again, &options_.screenshots}) {
         if (*folder && !folder_exists(**folder)) {
@@ -156,7 +156,7 @@ void Walk::make_new() {
     camera_.take(main(), "new_sprite");
 }
 
-// Whether the file was opened.
+// Returns whether the file was opened.
 bool Walk::open(const std::string& path) {
     const int boxes_before = boxes_.count();
     chooser_.next = path;
@@ -174,7 +174,7 @@ void Walk::import(const std::string& folder) {
     Form4& dialog = *desk_.form4();
     const QString absolute = QFileInfo(QString::fromStdString(folder)).absoluteFilePath();
     if (!walk_to(dialog.Dir1, absolute)) {
-        throw WrongOption("no way to the folder " + folder);
+        throw WrongOption("cannot open the folder " + folder);
     }
     choose(dialog.Combo1, static_cast<int>(options_.filter));
     camera_.take(dialog, "add_frames");
@@ -216,7 +216,7 @@ void Walk::pick() {
     click_at(dialog.Picture1, {point->x, point->y});
 }
 
-// The line alone, and then an arrow.
+// Selects only this line, then clicks an arrow.
 void Walk::move(const Move& move) {
     if (!has_line(move.position)) {
         throw WrongOption("no line " + std::to_string(move.position) + " to move");
@@ -234,8 +234,8 @@ void Walk::draw(const Drawing& drawing) {
     report_("wrote", drawing.path);
 }
 
-// Whether a file was written. Save of a sprite that has not changed is turned on by Clear; a sprite that has
-// its file already is saved under what the path box says.
+// Returns whether a file was written. Clear enables Save for an unchanged sprite; a sprite that already has a
+// file is saved to the path in the path box.
 bool Walk::save(const std::string& path) {
     if (!main().elboton3.Enabled()) {
         click(main().elboton7);
@@ -258,9 +258,9 @@ bool Walk::save(const std::string& path) {
     return true;
 }
 
-// Only to be seen: it changes nothing.
+// Only for the screenshots: the preview changes nothing.
 void Walk::preview() {
-    if (!camera_.is_loaded() || main().List1.ListCount() == 0) {
+    if (!camera_.is_enabled() || main().List1.ListCount() == 0) {
         return;
     }
     double_click(main().Picture1);
@@ -298,7 +298,7 @@ void Walk::extract(const std::string& folder) {
 
 void Walk::set_extraction(const std::string& folder) {
     Form3& dialog = *desk_.form3();
-    if (camera_.is_loaded()) {
+    if (camera_.is_enabled()) {
         click(dialog.elboton1);
         camera_.take(*desk_.form5(), "folder");
         click(desk_.form5()->elboton2);
@@ -312,7 +312,7 @@ void Walk::set_extraction(const std::string& folder) {
     click(dialog.elradio3[static_cast<std::size_t>(options_.if_exists)]);
 }
 
-// The first line alone, the others with the control key.
+// Clicks the first line, and the others with the Control key.
 void Walk::select_lines() {
     ListBox& lines = main().List1;
     if (!options_.frames) {
@@ -334,7 +334,7 @@ void Walk::select_lines() {
 }
 
 void Walk::show_exit_picture() {
-    if (camera_.is_loaded()) {
+    if (camera_.is_enabled()) {
         Form9 form;
         form.show_over(main());
         settle();
@@ -342,17 +342,17 @@ void Walk::show_exit_picture() {
     }
 }
 
-// Once, in the middle of the first import.
-void Walk::picture_progress() {
+// Takes one screenshot, in the middle of the first import.
+void Walk::capture_progress() {
     Form6* dialog = desk_.form6();
-    if (dialog != nullptr && !pictured_progress_ &&
+    if (dialog != nullptr && !captured_progress_ &&
         dialog->Progressbar1.Value() >= dialog->Progressbar1.Max() / 2) {
-        pictured_progress_ = true;
+        captured_progress_ = true;
         camera_.take(*dialog, "progress");
     }
 }
 
-// Cancel is a click like any other, made when events run.
+// Clicks Cancel while events are processed, as a user would.
 void Walk::press_cancel_when_due() {
     Form6* dialog = desk_.form6();
     if (dialog == nullptr || !dialog->elboton1.Enabled() || !cancel_is_due()) {

@@ -1,5 +1,5 @@
-// The scripted user: New or Open, Import, the arrows, Save, Open again, Export, in this order, in the
-// editor's own windows.
+// The scripted user: operates the editor's own windows through New or Open, Import, the arrows, Save, Open
+// again and Export, in this order.
 #pragma once
 
 #include "platform/Services.h"
@@ -8,10 +8,10 @@
 
 namespace varnoth::walkthrough {
 
-/// Goes through the job that the options describe and reports every event. Needs a QApplication. Failures of
-/// the program end as an event's failures do. Throws WrongOption for a folder or picture of the options that
-/// is not there, before anything is done, and for an arrow on a line that the list turns out not to have.
-/// Lines to extract that it does not have are left out.
+/// Runs the job that the options describe and reports every event. Needs a QApplication. Failures inside the
+/// program are handled as in the editor's event handlers. Throws WrongOption before doing anything if a
+/// folder or picture of the options does not exist, and later if an arrow is to move a line that the list
+/// does not have. Lines to export that do not exist are ignored.
 void walk(const Options& options, const Report& report, PictureLoader& loader);
 
 } // namespace varnoth::walkthrough

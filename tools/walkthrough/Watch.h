@@ -1,5 +1,5 @@
-// What the scripted user sees and answers: steps, lines and messages are reported, boxes are answered with a
-// click on their own buttons, the file chooser with the next path, and Cancel is pressed when it is due.
+// What the scripted user observes and answers: reports steps, list lines and messages, answers message boxes
+// with a click on their own buttons and the file chooser with the next path.
 #pragma once
 
 #include <functional>
@@ -19,7 +19,7 @@ class Form6;
 
 namespace varnoth::walkthrough {
 
-/// Message boxes on the screen, reported and answered at once.
+/// Real message boxes, reported and answered at once.
 class AnsweredMessageBoxes : public MessageBoxes {
   public:
     AnsweredMessageBoxes(Report report, bool answer) : report_(std::move(report)), answer_(answer) {}
@@ -47,7 +47,7 @@ class AnsweredMessageBoxes : public MessageBoxes {
 
 class AnsweredFileChooser : public FileChooser {
   public:
-    /// What is chosen next, to open or to save.
+    /// The next path to choose, to open or to save.
     std::string next;
 
     std::string choose_to_open(std::string_view /*filter*/) override { return next; }
@@ -55,7 +55,7 @@ class AnsweredFileChooser : public FileChooser {
     std::string choose_to_save(std::string_view /*filter*/) override { return next; }
 };
 
-/// Lets events run, and Cancel be pressed when it is due.
+/// Processes events, and calls back before doing so.
 class WatchedEventQueue : public EventQueue {
   public:
     std::function<void()> on_yield;
@@ -71,13 +71,13 @@ class WatchedEventQueue : public EventQueue {
     QtEventQueue queue_;
 };
 
-/// Reports the lines that come into the frame list, the texts of the progress dialog and the files written,
-/// from its making on, and counts the pictures and files.
+/// From its construction on, reports lines added to the frame list, texts of the progress dialog and files
+/// written, and counts pictures and files.
 class Watch : public QObject {
   public:
     Watch(Desk& desk, Report report);
 
-    /// Pictures that the import has asked for so far, counting the one in hand.
+    /// Pictures that the import has begun to load, including the current one.
     int pictures_begun() const { return pictures_begun_; }
 
     int frames_written() const { return frames_written_; }

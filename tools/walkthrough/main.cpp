@@ -1,6 +1,6 @@
-// Runs the walkthrough from the command line: one line an event on standard output; exit status 0 when it
-// went through, 64 for a wrong option, 70 when a failure of the program is fatal. Without a platform told in
-// the environment it needs no display.
+// Runs the walkthrough from the command line: prints one line per event on standard output; exits with 0 on
+// success, 64 for a wrong option, 70 after a fatal error of the program. It needs no display unless
+// QT_QPA_PLATFORM selects one.
 
 #include <cstdlib>
 #include <iostream>
@@ -28,7 +28,7 @@ constexpr int exit_wrong_option = 64;
 
 int walk(const std::vector<std::string>& words) {
     int status = 0;
-    // The walk itself writes files and can fail as the windows do.
+    // The walkthrough itself writes files, so it can fail like an event handler.
     varnoth::at_event_edge([&] {
         try {
             varnoth::QtPictureLoader loader;
@@ -52,8 +52,8 @@ int main(int argument_count, char** arguments) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    // A picture that does not decode is told once, as the failure that it is; and what a platform without a
-    // display cannot do is nobody's concern.
+    // Silence Qt's warnings: a picture that cannot be decoded is reported as a failure anyway, and the
+    // limitations of a platform without a display do not matter here.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false\ndefault.warning=false"));
     QApplication application(argument_count, arguments);
     varnoth::look::apply(application);
