@@ -18,7 +18,7 @@ namespace varnoth::test {
 
 namespace {
 
-// Only the thread that a test runs in meets faults. Nothing here may allocate.
+// Faults affect only the thread of the test. Nothing here may allocate.
 thread_local const Fault* present = nullptr;
 thread_local int calls = 0;
 thread_local bool met = false;
@@ -60,7 +60,7 @@ void* poisoned_memory(void* memory, std::size_t size) {
 }
 
 [[gnu::noinline]] void fill_stack(std::uint8_t byte) {
-    volatile std::uint8_t space[256 * 1024]; // no std::array, whose members cannot be volatile
+    volatile std::uint8_t space[256 * 1024]; // not std::array: its elements cannot be volatile
     for (volatile std::uint8_t& place : space) {
         place = byte;
     }
@@ -124,8 +124,8 @@ Poison::~Poison() {
 
 } // namespace varnoth::test
 
-// The wrapped calls. The linker gives the names: a call of X in the program arrives at __wrap_X, and __real_X
-// is the library's own.
+// The wrapped calls. The linker defines the names: the program's calls of X arrive at __wrap_X, and __real_X
+// is the library's own function.
 
 using varnoth::test::broken_stream;
 using varnoth::test::Call;
@@ -197,7 +197,7 @@ std::FILE* __wrap_fopen64(const char* path, const char* mode) {
     return no_descriptors && file != nullptr && *mode == 'w' ? stream_onto(file) : file;
 }
 
-// Half of what was asked for comes and goes.
+// Transfers half of what was requested.
 std::size_t __wrap_fread(void* target, std::size_t size, std::size_t count, std::FILE* file) {
     if (fails(Call::Read)) {
         const int error = errno;
@@ -243,7 +243,7 @@ int __wrap_ferror(std::FILE* file) {
     return file == broken_stream ? 1 : __real_ferror(file);
 }
 
-// A stream is gone whatever closing it says.
+// The stream is closed even if fclose reports an error.
 int __wrap_fclose(std::FILE* file) {
     const bool failing = fails(Call::Close);
     const int error = errno;
@@ -279,7 +279,7 @@ int __wrap_closedir(DIR* folder) {
 
 namespace varnoth::test {
 
-// The standard library's names carry their types.
+// The mangled names of the standard library's functions.
 std::filesystem::file_status real_status(const std::filesystem::path& path, std::error_code& error) noexcept
     __asm__("__real__ZNSt10filesystem6statusERKNS_7__cxx114pathERSt10error_code");
 std::filesystem::file_status wrapped_status(const std::filesystem::path& path,
@@ -309,7 +309,7 @@ bool wrapped_remove(const std::filesystem::path& path, std::error_code& error) n
 
 } // namespace varnoth::test
 
-// The replaced operators, all that the language has for memory of ordinary alignment.
+// Replaces all operators for memory of default alignment.
 
 void* operator new(std::size_t size) {
     void* const memory = fails(Call::Allocation) ? nullptr : __real_malloc(size == 0 ? 1 : size);

@@ -1,5 +1,5 @@
-// Faults below the program: the calls that its core makes of the C library and of the standard library pass
-// through here (the linker wraps them, see tests/CMakeLists.txt) and fail when a test says so.
+// Fault injection: the linker redirects the core's calls of the C library and of the standard library to this
+// file (see tests/CMakeLists.txt), where a test can make them fail.
 #pragma once
 
 #include <cstdint>
@@ -8,8 +8,8 @@
 namespace varnoth::test {
 
 enum class Call {
-    Allocation, ///< operator new and all of Array
-    Array,      ///< malloc, calloc and realloc, which the program's own arrays of bytes come from
+    Allocation, ///< operator new, and everything in Array
+    Array,      ///< malloc, calloc and realloc, which allocate the program's byte arrays
     Open,
     Read,
     Write,
@@ -17,7 +17,7 @@ enum class Call {
     Tell,
     Close,
     Remove,
-    Status, ///< whether there is a file or a folder of a name, and its permissions
+    Status, ///< type and permissions of a path
     OpenFolder,
     ReadFolder,
 };
@@ -26,15 +26,15 @@ enum class Manner { Once, ForEver };
 
 struct Fault {
     Call call = Call::Allocation;
-    int number = 1; ///< of the call that fails, the first being 1
+    int number = 1; ///< which call fails, counted from 1
     Manner manner = Manner::Once;
-    int error = 0; ///< what the call leaves in errno
+    int error = 0; ///< the value of errno after the call
 
-    /// Runs in front of the call, which then goes through instead of failing.
+    /// If set, runs before the call, which then succeeds instead of failing.
     std::function<void()> instead = nullptr;
 };
 
-/// The fault is there for this object's lifetime, for the thread that made it. There is one at a time.
+/// Injects a fault into the current thread for this object's lifetime. Only one may exist at a time.
 class FaultInjection {
   public:
     explicit FaultInjection(const Fault& fault);
@@ -43,7 +43,7 @@ class FaultInjection {
     FaultInjection(const FaultInjection&) = delete;
     FaultInjection& operator=(const FaultInjection&) = delete;
 
-    /// Whether the call was reached.
+    /// Whether the program made the call that fails.
     bool hit() const;
 };
 
@@ -67,7 +67,7 @@ class NoDescriptors {
     NoDescriptors& operator=(const NoDescriptors&) = delete;
 };
 
-/// What a test does by itself while a fault is there does not meet it.
+/// Suspends the fault for this object's lifetime, for calls that the test itself makes.
 class FaultsSuspended {
   public:
     FaultsSuspended();
@@ -77,11 +77,11 @@ class FaultsSuspended {
     FaultsSuspended& operator=(const FaultsSuspended&) = delete;
 };
 
-/// Files and folders that have been opened and not yet closed.
+/// The number of files and folders that are open.
 int open_streams();
 
-/// Memory that is handed out, and the stack below the caller, are full of one byte for this object's
-/// lifetime.
+/// Fills the stack below the caller and, for this object's lifetime, all newly allocated memory with one
+/// byte.
 class Poison {
   public:
     explicit Poison(std::uint8_t byte);

@@ -1,6 +1,5 @@
-// A job of the program that is run over and over, each time with another call below it failing, until it goes
-// through without having met the fault. After every failure the same job must go through, with the result of
-// the first time.
+// Runs a job repeatedly, each time with a later call failing, until it completes without reaching the fault.
+// After every failure, the same job must succeed again with the original result.
 #pragma once
 
 #include <algorithm>
@@ -31,7 +30,7 @@ namespace varnoth::test {
 using FileBytes = std::vector<std::uint8_t>;
 using Texts = std::vector<std::string>;
 
-/// Platform services that meet no fault themselves: what a test notes is not the program's work.
+/// Platform services that are exempt from faults, since the test's own bookkeeping is not under test.
 class SteadyServices : private MessageBoxes, private PictureLoader {
   public:
     SteadyServices() : installation_({this, nullptr, this, nullptr}) {}
@@ -59,7 +58,7 @@ class SteadyServices : private MessageBoxes, private PictureLoader {
     ServicesInstallation installation_;
 };
 
-/// How a job ended: what it answered and said, or the failure in which it ended.
+/// How a job ended: its answer or its failure, and its messages.
 struct Outcome {
     bool answer = false;
     std::optional<Failure> failure;
@@ -88,27 +87,27 @@ class Job {
   public:
     virtual ~Job() = default;
 
-    /// Everything as it is before the job runs for the first time.
+    /// Restores the state from before the first run.
     virtual void prepare() = 0;
 
-    /// The job alone. What it answers, where it answers.
+    /// Runs the job and returns its answer.
     virtual bool run() = 0;
 
-    /// What it left behind: in memory, and in the file that it wrote.
+    /// The result of the last run: in memory, and in the files that it wrote.
     virtual FileBytes result() = 0;
 
-    /// What must hold after any failure: files that are not its own are as they were.
+    /// Checks what must hold after any failure, such as other files being unchanged.
     virtual void expect_kept() {}
 
-    /// How many calls lie between one that fails and the next, for a job that takes long.
+    /// The distance between two tested calls; more than 1 for a slow job.
     virtual int step() const { return 1; }
 
-    /// Before the job runs again after a failure. Nothing, unless something of the failed run is meant to
-    /// stay.
+    /// Called before the job runs again after a failure. Does nothing unless state of the failed run may
+    /// remain.
     virtual void before_second_run() {}
 };
 
-/// Runs the job once; every way in which it may end, as the edge of an event handler tells it.
+/// Runs the job once and returns how it ended, classified as the exception barrier does it.
 inline Outcome outcome_of(Job& job, SteadyServices& services, const Fault* fault = nullptr,
                           bool* hit = nullptr) {
     services.messages.clear();
@@ -134,15 +133,14 @@ inline Outcome outcome_of(Job& job, SteadyServices& services, const Fault* fault
     return outcome;
 }
 
-/// Lets call 1, 2, 3 and so on fail until the job goes through without it. `judge` looks at every outcome;
-/// the number of faults met comes back.
+/// Makes call 1, 2, 3 and so on fail until the job completes without reaching the fault. `judge` checks every
+/// outcome; returns the number of faults reached.
 inline int fail_one_by_one(Job& job, SteadyServices& services, Fault fault,
                            const std::function<void(const Outcome&)>& judge) {
     job.prepare();
     const Outcome expected = outcome_of(job, services);
     const FileBytes result = job.result();
-    const int open_before =
-        open_streams(); // what runs beside the tests, such as a counter of lines, has its own
+    const int open_before = open_streams(); // other code, such as coverage counters, may hold some open
     int met = 0;
     for (fault.number = 1;; fault.number += job.step()) {
         SCOPED_TRACE("call " + std::to_string(fault.number));
@@ -167,7 +165,7 @@ inline int fail_one_by_one(Job& job, SteadyServices& services, Fault fault,
     }
 }
 
-/// Adds to the number of faults that the running test has met, which stands in its report.
+/// Adds to the number of faults that the current test has reached, which is part of its report.
 inline void note_faults_met(int count) {
     static const testing::TestInfo* test = nullptr;
     static int met = 0;
@@ -176,13 +174,13 @@ inline void note_faults_met(int count) {
     testing::Test::RecordProperty("faults met", met);
 }
 
-/// The same for a call that fails once and for one that fails from then on. The number goes to the test's
-/// properties; a job that makes no such call at all would test nothing.
+/// Calls fail_one_by_one with calls that fail once and with calls that fail from then on. Fails the test if
+/// the job makes no such call; records the number of faults as a property of the test.
 inline int fail_in_both_manners(Job& job, SteadyServices& services, const Fault& fault,
                                 const std::function<void(const Outcome&)>& judge) {
     int met = 0;
     for (const Manner manner : {Manner::Once, Manner::ForEver}) {
-        SCOPED_TRACE(manner == Manner::Once ? "once" : "for ever");
+        SCOPED_TRACE(manner == Manner::Once ? "once" : "forever");
         Fault next = fault;
         next.manner = manner;
         met += fail_one_by_one(job, services, next, judge);
@@ -192,12 +190,12 @@ inline int fail_in_both_manners(Job& job, SteadyServices& services, const Fault&
     return met;
 }
 
-/// Every outcome must be this one.
+/// Expects every outcome to equal this one.
 inline std::function<void(const Outcome&)> always(const Outcome& expected) {
     return [expected](const Outcome& outcome) { EXPECT_EQ(outcome, expected); };
 }
 
-/// The outcome is one of these, and over a series without gaps each of them is met.
+/// Expects every outcome to be one of these, and each of them to occur unless the series of calls has gaps.
 class OneOf {
   public:
     explicit OneOf(std::vector<Outcome> expected, bool has_gaps = false)
@@ -205,7 +203,7 @@ class OneOf {
 
     ~OneOf() {
         for (std::size_t i = 0; i < expected_.size(); ++i) {
-            EXPECT_TRUE(met_[i] || has_gaps_) << "never met: " << expected_[i];
+            EXPECT_TRUE(met_[i] || has_gaps_) << "did not occur: " << expected_[i];
         }
     }
 
@@ -215,7 +213,7 @@ class OneOf {
     void operator()(const Outcome& outcome) {
         const auto found = std::ranges::find(expected_, outcome);
         if (found == expected_.end()) {
-            ADD_FAILURE() << "not expected: " << outcome;
+            ADD_FAILURE() << "unexpected: " << outcome;
         } else {
             met_[static_cast<std::size_t>(found - expected_.begin())] = true;
         }
@@ -227,7 +225,7 @@ class OneOf {
     bool has_gaps_;
 };
 
-/// The document with all its frames, byte by byte.
+/// The document and all its frames as bytes.
 inline FileBytes document_bytes() {
     const SpriteDocument& sprite = hlspr::document();
     FileBytes bytes;
@@ -245,7 +243,7 @@ inline FileBytes document_bytes() {
     return bytes;
 }
 
-/// The picture last decoded; empty when there is none.
+/// The bytes of the last decoded picture; empty if there is none.
 inline FileBytes decoded_bytes() {
     const auto picture = CBitmap::CurrentBitmap;
     return picture == nullptr ? FileBytes() : FileBytes(picture->bytes().begin(), picture->bytes().end());

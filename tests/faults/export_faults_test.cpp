@@ -1,4 +1,4 @@
-// Extracting frames to picture files, drawing them and playing them while calls below fail.
+// Fault injection for exporting, drawing and playing frames.
 #include <cerrno>
 #include <filesystem>
 
@@ -55,7 +55,7 @@ class SteadyExtraction : public ExtractionView {
     void frame_written(const std::string& /*path*/) override { ++written; }
 };
 
-// Both frames, over older files of their names.
+// Exports both frames over existing files.
 class Extracting : public Job {
   public:
     explicit Extracting(ExtractionFormat format) {
@@ -75,7 +75,7 @@ class Extracting : public Job {
         scratch_ = std::make_unique<TestSurface>(1, 1);
     }
 
-    // Whether both files were written.
+    // Returns whether both files were written.
     bool run() override {
         SteadyExtraction view;
         extract_frames(options_, view, *scratch_);
@@ -91,8 +91,7 @@ class Extracting : public Job {
         return all;
     }
 
-    // A file in hand is there as it was, gone, or a beginning of the new one; the last one before it is
-    // whole.
+    // The file being written is unchanged, gone, or a prefix of the new one; files before it are complete.
     void expect_kept() override {
         EXPECT_EQ(read_file(folder_.file("neighbour")), old_bytes_);
         for (std::int16_t i = 0; i < frames; ++i) {
@@ -104,17 +103,17 @@ class Extracting : public Job {
             const FileBytes bytes = read_file(path);
             if (bytes != old_bytes_) {
                 EXPECT_TRUE(is_start_of(bytes, new_bytes_[i]));
-                ++(bytes == new_bytes_[i] ? whole : cut);
+                ++(bytes == new_bytes_[i] ? complete : truncated);
             }
         }
     }
 
-    // A failure is fatal; the surface on the way to the writers is made anew.
+    // A failure is fatal, so the intermediate surface need not survive it.
     void before_second_run() override { scratch_ = std::make_unique<TestSurface>(1, 1); }
 
     int lost = 0;
-    int cut = 0;
-    int whole = 0;
+    int truncated = 0;
+    int complete = 0;
 
   private:
     std::string name_of(std::int16_t number) const {
@@ -155,7 +154,7 @@ class Playing : public Job {
     }
 
     void before_second_run() override {
-        EXPECT_TRUE(run()); // from the frame on at which it failed
+        EXPECT_TRUE(run()); // continues from the frame that failed
         prepare();
     }
 
@@ -179,47 +178,47 @@ class ExportFaults : public testing::TestWithParam<ExtractionFormat> {
     SteadyServices services_;
 };
 
-TEST_P(ExportFaults, WithoutMemoryItEndsOrTheFileIsLeftOut) {
+TEST_P(ExportFaults, AllocationFailureEndsExportOrSkipsBmp) {
     Extracting job(GetParam());
     std::vector<Outcome> outcomes{ended(Failure::OutOfMemory)};
     if (is_bmp()) {
-        outcomes.push_back(answered(true)); // a copy that cannot be made is not written, and nobody asks
+        outcomes.push_back(answered(true)); // a failed copy is skipped without a failure
     }
     export_with(job, Call::Allocation, 0, outcomes);
-    EXPECT_EQ(job.cut, 0);
+    EXPECT_EQ(job.truncated, 0);
 }
 
-TEST_P(ExportFaults, AnOldFileThatCannotBeDeletedEndsIt) {
+TEST_P(ExportFaults, UndeletableOldFileEndsExportExceptBmp) {
     Extracting job(GetParam());
-    // The writer of BMP files does not mind: what cannot be deleted is written over.
+    // The BMP writer overwrites a file that it cannot delete.
     export_with(job, Call::Remove, EACCES, {is_bmp() ? answered(true) : ended(Failure::PermissionDenied)});
-    EXPECT_EQ(job.lost + job.cut, 0);
+    EXPECT_EQ(job.lost + job.truncated, 0);
 }
 
-TEST_P(ExportFaults, AFileThatDoesNotOpenEndsItAndTheOldOneIsGone) {
+TEST_P(ExportFaults, OpenErrorEndsExportWithOldFileDeleted) {
     Extracting job(GetParam());
     export_with(job, Call::Open, EACCES, {ended(Failure::PermissionDenied)});
     export_with(job, Call::Open, ENOSPC, {ended(Failure::DiskFull)});
     export_with(job, Call::Open, EMFILE, {ended(Failure::DeviceIo)});
     EXPECT_GT(job.lost, 0);
-    EXPECT_EQ(job.cut, 0);
+    EXPECT_EQ(job.truncated, 0);
 }
 
-TEST_P(ExportFaults, ADiskThatIsFullEndsItAndLeavesAShortFile) {
+TEST_P(ExportFaults, FullDiskEndsExportAndLeavesTruncatedFile) {
     Extracting job(GetParam());
     export_with(job, Call::Write, ENOSPC, {ended(Failure::DiskFull)});
-    EXPECT_GT(job.cut, 0);
+    EXPECT_GT(job.truncated, 0);
     EXPECT_EQ(job.lost, 0);
     export_with(job, Call::Write, EIO, {ended(Failure::DeviceIo)});
 }
 
-TEST_P(ExportFaults, ADiskThatTurnsOutFullOnlyWhenClosingEndsIt) {
+TEST_P(ExportFaults, FullDiskReportedOnCloseEndsExport) {
     Extracting job(GetParam());
     export_with(job, Call::Close, ENOSPC, {ended(Failure::DiskFull)});
-    EXPECT_EQ(job.lost + job.cut, 0);
+    EXPECT_EQ(job.lost + job.truncated, 0);
 }
 
-TEST_P(ExportFaults, ItGoesOnWhenNothingCanBeToldOfTheTarget) {
+TEST_P(ExportFaults, UnknownStatusOfTargetIsIgnored) {
     Extracting job(GetParam());
     export_with(job, Call::Status, EACCES, {answered(true)});
 }
@@ -230,7 +229,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, ExportFaults,
                              return std::string(extension_of(instance.param).substr(1));
                          });
 
-// What colour reduction and the writer of BMP files make their copies in.
+// Colour reduction and the BMP writer make their copies in such a surface.
 class MakingASurface : public Job {
   public:
     void prepare() override {}
@@ -243,13 +242,13 @@ class MakingASurface : public Job {
     cDIB dib_;
 };
 
-TEST(SurfaceFaults, WithoutMemoryASurfaceIsNotMadeWhichIsNoFailure) {
+TEST(SurfaceFaults, AllocationFailureReturnsFalse) {
     SteadyServices services;
     MakingASurface job;
     EXPECT_GT(fail_in_both_manners(job, services, {.call = Call::Allocation}, always(answered(false))), 2);
 }
 
-TEST(PreviewFaults, WithoutMemoryATickEnds) {
+TEST(PreviewFaults, AllocationFailureDuringTickIsOutOfMemory) {
     SteadyServices services;
     for (const std::int32_t depth : {32, 24}) {
         SCOPED_TRACE(depth);

@@ -1,6 +1,6 @@
-// Faults of a real file system, as far as any machine can show them: disks without room, folders and files
-// that vanish, grow or shrink while a job runs, permissions that are taken away. The tests may run as root,
-// whom permission bits do not stop; where it is the system that refuses, the opening is made to fail instead.
+// Errors of the real file system: full disks, folders and files that disappear, grow or shrink while a job
+// runs, revoked permissions. The tests may run as root, who ignores permission bits; where the system itself
+// would have to refuse access, the call that opens the file fails by injection instead.
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
@@ -27,7 +27,7 @@ using hlspr::document;
 using namespace test;
 namespace fs = std::filesystem;
 
-/// No file may grow beyond this while the object lives: the system itself refuses to write on.
+/// Limits the size of files for this object's lifetime; the system refuses to write beyond it.
 class SmallDisk {
   public:
     explicit SmallDisk(rlim_t most) : ignored_before_(std::signal(SIGXFSZ, SIG_IGN)) {
@@ -112,7 +112,7 @@ class FileSystem : public testing::Test {
         return failure_in([&] { extract_frames(options, view_, scratch); });
     }
 
-    // The folder `name` with two pictures, listed and selected.
+    // Creates a folder of two pictures, lists it and selects both.
     void choose(const std::string& name, PictureFormat format) {
         fs::create_directory(folder_.file(name));
         for (const std::string picture : {"a", "b"}) {
@@ -142,7 +142,7 @@ class FileSystem : public testing::Test {
     std::unique_ptr<ScriptedAddFrames> form_;
 };
 
-TEST_F(FileSystem, ASpriteThatTheDiskHasNoRoomForIsTheMessageWhereverItRunsFull) {
+TEST_F(FileSystem, SaveOnFullDiskShowsMessageAtAnyLength) {
     const FileBytes whole = sprite_file().bytes();
     const std::string path = folder_.file("target.spr");
     for (rlim_t room = 0; room < whole.size(); room += 700) {
@@ -159,22 +159,21 @@ TEST_F(FileSystem, ASpriteThatTheDiskHasNoRoomForIsTheMessageWhereverItRunsFull)
     EXPECT_EQ(read_file(path), whole);
 }
 
-TEST_F(FileSystem, AnExportThatTheDiskHasNoRoomForEndsAndTheSpriteStays) {
+TEST_F(FileSystem, ExportOnFullDiskFailsAndKeepsSprite) {
     fs::create_directory(folder_.file("out"));
     const FileBytes before = document_bytes();
     for (const ExtractionFormat format :
          {ExtractionFormat::Bmp, ExtractionFormat::Tga, ExtractionFormat::Pcx}) {
         for (const rlim_t room : {0U, 10U, 1000U, 5000U, 15000U}) {
             const SmallDisk disk(room);
-            EXPECT_EQ(extract(format), Failure::DeviceIo)
-                << room; // the system tells no more of a file's limit
+            EXPECT_EQ(extract(format), Failure::DeviceIo) << room; // EFBIG, which has no failure of its own
         }
         EXPECT_EQ(extract(format), std::nullopt);
     }
     EXPECT_EQ(document_bytes(), before);
 }
 
-TEST_F(FileSystem, AnExportOntoAFullDeviceEndsInDiskFull) {
+TEST_F(FileSystem, ExportToFullDeviceIsDiskFull) {
     fs::create_directory(folder_.file("out"));
     for (const std::string extension : {".bmp", ".tga", ".pcx"}) {
         fs::create_symlink("/dev/full", folder_.file("out/x_0" + extension));
@@ -185,7 +184,7 @@ TEST_F(FileSystem, AnExportOntoAFullDeviceEndsInDiskFull) {
     EXPECT_TRUE(fs::exists("/dev/full"));
 }
 
-TEST_F(FileSystem, AnOutputFolderThatVanishesEndsTheExport) {
+TEST_F(FileSystem, RemovedOutputFolderEndsExport) {
     fs::create_directory(folder_.file("out"));
     view_.on_written = [&](int count) {
         if (count == 2) {
@@ -196,7 +195,7 @@ TEST_F(FileSystem, AnOutputFolderThatVanishesEndsTheExport) {
     EXPECT_EQ(view_.written, 2);
 }
 
-TEST_F(FileSystem, AReadOnlyTargetStaysAsItIs) {
+TEST_F(FileSystem, ReadOnlyTargetIsNotChanged) {
     fs::create_directory(folder_.file("out"));
     const FileBytes old{'o', 'l', 'd'};
     for (const std::string name : {"target.spr", "out/x_0.bmp", "out/x_0.tga", "out/x_0.pcx"}) {
@@ -212,7 +211,7 @@ TEST_F(FileSystem, AReadOnlyTargetStaysAsItIs) {
     }
 }
 
-TEST_F(FileSystem, ATargetThatBecomesReadOnlyWhileItIsAboutToBeDeletedIsGivenUpForTheMessage) {
+TEST_F(FileSystem, UndeletableSaveTargetShowsMessage) {
     const std::string path = folder_.write("target.spr", FileBytes{'o', 'l', 'd'});
     const FaultInjection injection({.call = Call::Remove, .error = EACCES});
     EXPECT_FALSE(save(path));
@@ -220,7 +219,7 @@ TEST_F(FileSystem, ATargetThatBecomesReadOnlyWhileItIsAboutToBeDeletedIsGivenUpF
     EXPECT_EQ(read_file(path), (FileBytes{'o', 'l', 'd'}));
 }
 
-TEST_F(FileSystem, AFolderThatVanishesAfterItWasListedEndsTheImport) {
+TEST_F(FileSystem, FolderRemovedAfterListingEndsImport) {
     choose("pcx", PictureFormat::Pcx);
     fs::remove_all(folder_.file("pcx"));
     EXPECT_EQ(import(), Failure::PathNotFound);
@@ -232,7 +231,7 @@ TEST_F(FileSystem, AFolderThatVanishesAfterItWasListedEndsTheImport) {
     EXPECT_EQ(services_.messages, Texts());
 }
 
-TEST_F(FileSystem, AFolderThatVanishesBetweenTheTwoPassesEndsTheImport) {
+TEST_F(FileSystem, FolderRemovedBetweenPassesEndsImport) {
     for (const PictureFormat format : {PictureFormat::Pcx, PictureFormat::Tga}) {
         choose("pictures", format);
         import_.on_event = [&](const std::string& event) {
@@ -246,7 +245,7 @@ TEST_F(FileSystem, AFolderThatVanishesBetweenTheTwoPassesEndsTheImport) {
     }
 }
 
-TEST_F(FileSystem, APictureThatVanishesBetweenTheTwoPassesEndsTheImportWithTheFramesBeforeIt) {
+TEST_F(FileSystem, PictureRemovedBetweenPassesKeepsEarlierFrames) {
     choose("pictures", PictureFormat::Tga);
     import_.on_event = [&](const std::string& event) {
         if (event == "step Frame 1") {
@@ -258,7 +257,7 @@ TEST_F(FileSystem, APictureThatVanishesBetweenTheTwoPassesEndsTheImportWithTheFr
     EXPECT_EQ(document().SpriteHeader.FrameCount, 1);
 }
 
-TEST_F(FileSystem, APictureWhosePermissionIsTakenAwayBetweenTheTwoPassesEndsTheImport) {
+TEST_F(FileSystem, PermissionRevokedBetweenPassesEndsImport) {
     choose("pictures", PictureFormat::Pcx);
     std::optional<FaultInjection> injection;
     import_.on_event = [&](const std::string& event) {
@@ -270,7 +269,7 @@ TEST_F(FileSystem, APictureWhosePermissionIsTakenAwayBetweenTheTwoPassesEndsTheI
     EXPECT_EQ(import_.lines.size(), 1U);
 }
 
-TEST_F(FileSystem, APictureThatBecomesAnotherBetweenTheTwoPassesIsTakenAsItIsThen) {
+TEST_F(FileSystem, PictureReplacedBetweenPassesIsImportedAsReplaced) {
     choose("pictures", PictureFormat::Tga);
     import_.on_event = [&](const std::string& event) {
         if (event == "step Frame 1") {
@@ -281,11 +280,11 @@ TEST_F(FileSystem, APictureThatBecomesAnotherBetweenTheTwoPassesIsTakenAsItIsThe
     EXPECT_EQ(document().FrameStore.at(0), document().FrameStore.at(1));
 }
 
-// While a file is read it is cut to a length, or bytes are put behind it, before one of the reads. What has
-// been read ahead by then is not met; every length in turn makes sure that something is.
+// Truncates or extends a file before one of its reads. Data that was already buffered is unaffected; many
+// lengths make sure that some read sees the change.
 class ChangingFile : public FileSystem {
   protected:
-    // Runs `read` once for every change; `read` looks at the result itself.
+    // Calls `read`, which checks its own result, once for every change.
     template <typename Read>
     void change_at_each_read(const std::string& name, const FileBytes& whole, Read&& read) {
         int met = 0;
@@ -318,7 +317,7 @@ class ChangingFile : public FileSystem {
     }
 };
 
-TEST_F(ChangingFile, ASpriteThatShrinksKeepsZerosOrIsTheMessageAndOneThatGrowsIsTheSame) {
+TEST_F(ChangingFile, ShrinkingSpriteIsZeroFilledOrRefusedGrowingOneUnchanged) {
     const FileBytes whole = sprite_file().bytes();
     const FileBytes result = document_bytes();
     change_at_each_read("changing.spr", whole, [&](const std::string& path, bool grows) {
@@ -343,18 +342,18 @@ void expect_decoded(const std::string& path, bool grows, const FileBytes& result
     put_old_picture();
     Reader reader;
     const std::optional<Failure> failure = failure_in([&] { reader.Load(path); });
-    if (grows) { // the length was taken when it was opened
+    if (grows) { // the length is determined on opening
         EXPECT_EQ(failure, std::nullopt);
         EXPECT_EQ(decoded_bytes(), result);
     } else if (failure) {
         EXPECT_EQ(*failure, Failure::SubscriptOutOfRange);
-    } else if (!decoded_bytes().empty()) { // a header that is gone by the second opening gives no picture
+    } else if (!decoded_bytes().empty()) { // no picture if the header is gone on the second opening
         EXPECT_EQ(decoded_bytes().size(), result.size());
     }
 }
 
-TEST_F(ChangingFile, APictureThatShrinksEndsOrLacksPixelsAndOneThatGrowsIsTheSame) {
-    // The palette of 256 colours is sought from the end of the file, wherever that is at each opening.
+TEST_F(ChangingFile, ShrinkingPictureIsIncompleteGrowingOneUnchanged) {
+    // No 8-bit file on one plane: its palette is located from the end of the file, wherever that is then.
     for (const MadeFile& file : {made_pcx(1, 1, true), made_pcx(4, 1, false), made_pcx(8, 3, true)}) {
         LoadPCX().Load(folder_.write("p.pcx", file.bytes));
         change_at_each_read(file.name, file.bytes,

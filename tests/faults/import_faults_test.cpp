@@ -1,4 +1,4 @@
-// Choosing pictures and importing them while calls below fail.
+// Fault injection for choosing and importing pictures.
 #include <cerrno>
 
 #include "faults/Operation.h"
@@ -16,7 +16,7 @@ namespace {
 using hlspr::document;
 using namespace test;
 
-// The windows' part of an import, which meets no fault itself.
+// The view of an import, exempt from faults.
 class SteadyImport : public RecordedImport {
   public:
     void open_progress(std::string_view phase, std::int32_t most) override {
@@ -55,8 +55,8 @@ class SteadyImport : public RecordedImport {
     }
 };
 
-// Two pictures of one size, of more than 256 colours each where `many` says so: then every picture and the
-// sheet of all colours are reduced.
+// Two pictures of the same size. With `many` set, each has more than 256 colours, so that both pictures and
+// the sheet of all colours are reduced.
 class Pictures {
   public:
     Pictures(SteadyServices& services, PictureFormat of_format, bool many)
@@ -97,7 +97,7 @@ class Pictures {
     std::map<std::string, FileBytes> files_;
 };
 
-// The Add Frame/s dialog is opened on the folder and both pictures are clicked: listed, probed, previewed.
+// Opens the Add Frame/s dialog on the folder and clicks both pictures, which lists, probes and previews them.
 class Choosing : public Job {
   public:
     explicit Choosing(const Pictures& pictures) : pictures_(pictures) {}
@@ -134,7 +134,7 @@ class Choosing : public Job {
     std::unique_ptr<ScriptedAddFrames> form_;
 };
 
-// The import of both.
+// Imports both pictures.
 class Importing : public Job {
   public:
     Importing(const Pictures& pictures, int step) : pictures_(pictures), step_(step) {}
@@ -156,13 +156,13 @@ class Importing : public Job {
 
     int step() const override { return step_; }
 
-    // A failure is fatal, so another import in the same program is more than is asked. It must do no harm:
-    // it goes through, or, as the palette mixing notes a surface's size before it has the memory for it, ends
-    // in the failure of a subscript. Its palette takes up what the first one left, so the bytes are compared
-    // from a fresh start.
+    // A failure is fatal, so the program never imports again after one. Still, another import must do no
+    // harm: it succeeds or fails with SubscriptOutOfRange, since palette mixing stores a surface's size
+    // before it allocates memory for it. The palette contains colours of the failed import, so the bytes are
+    // compared after a fresh start only.
     void before_second_run() override {
         if (pictures_.many_colours) {
-            prepare(); // it would take long, and the other pictures show it
+            prepare(); // too slow, and covered by the other pictures
             return;
         }
         choose();
@@ -206,7 +206,7 @@ class ImportFaults : public testing::TestWithParam<Case> {
     }
 
     void import_with(Call call, int error, std::vector<Outcome> expected) {
-        // Reducing pictures takes long under the sanitizers.
+        // Reducing pictures is slow under the sanitizers.
         const int step = share == 1 ? 1 : GetParam().many_colours ? 29 : 5;
         Importing job(pictures_, step);
         OneOf one_of(std::move(expected), step > 1);
@@ -225,8 +225,8 @@ class ImportFaults : public testing::TestWithParam<Case> {
         return "File: " + name + std::string(extension_of(GetParam().format)) + " Bad Format/Corrupt.";
     }
 
-    // What a failing call below comes to: the message of a probe that answers false, the failure elsewhere.
-    // The fault may be over after the probe, or be there still.
+    // The possible outcomes of a failing call: a probe answers false, which gives the message; anything else
+    // fails. After the probe, the fault may be over or persist.
     std::vector<Outcome> importing_ends_in(Failure failure) const {
         std::vector<Outcome> outcomes{ended(failure)};
         if (probe_answers_false()) {
@@ -254,38 +254,38 @@ class ImportFaults : public testing::TestWithParam<Case> {
     const Pictures pictures_{services_, GetParam().format, GetParam().many_colours};
 };
 
-TEST_P(ImportFaults, WithoutMemoryTheImportEndsOrGoesOnWithThePictureThatThereIs) {
+TEST_P(ImportFaults, AllocationFailureEndsImportOrKeepsOldPicture) {
     std::vector<Outcome> outcomes{ended(Failure::OutOfMemory)};
     if (probe_answers_false()) {
         outcomes.push_back(answered(true, {refused("a"), done_}));
         outcomes.push_back(answered(true, {refused("b"), done_}));
     }
-    // A picture of many colours has no sample to take a palette from. Any other that cannot be made is not
-    // drawn.
+    // With many colours, the sample for the palette cannot be made, which overflows later. Otherwise, a
+    // picture that cannot be made is not drawn.
     outcomes.push_back(GetParam().many_colours ? ended(Failure::Overflow) : answered(true, {done_}));
     import_with(Call::Allocation, 0, outcomes);
 }
 
-TEST_P(ImportFaults, APictureThatDoesNotOpenEndsTheImport) {
+TEST_P(ImportFaults, OpenErrorEndsImport) {
     import_with(Call::Open, EACCES, importing_ends_in(Failure::PermissionDenied));
     import_with(Call::Open, EMFILE, importing_ends_in(Failure::DeviceIo));
 }
 
-TEST_P(ImportFaults, AReadThatFailsEndsTheImport) {
+TEST_P(ImportFaults, ReadErrorEndsImport) {
     import_with(Call::Read, EIO, importing_ends_in(Failure::DeviceIo));
 }
 
-TEST_P(ImportFaults, APositionThatCannotBeToldEndsTheImport) {
+TEST_P(ImportFaults, SeekAndTellErrorsEndImport) {
     import_with(Call::Seek, EIO, importing_ends_in(Failure::DeviceIo));
     import_with(Call::Tell, EIO, importing_ends_in(Failure::DeviceIo));
 }
 
-TEST_P(ImportFaults, TheImportDoesNotMindAFailingCloseAndAPathOfWhichNothingCanBeTold) {
+TEST_P(ImportFaults, CloseErrorAndUnknownStatusAreIgnored) {
     import_with(Call::Close, EIO, {answered(true, {done_})});
     import_with(Call::Status, EACCES, {answered(true, {done_})});
 }
 
-TEST_P(ImportFaults, WithoutMemoryChoosingEndsOrShowsNothing) {
+TEST_P(ImportFaults, AllocationFailureWhileChoosingFailsOrShowsNothing) {
     std::vector<Outcome> outcomes{ended(Failure::OutOfMemory)};
     if (probe_answers_false()) {
         outcomes.push_back(answered(true, {refused("a")}));
@@ -295,12 +295,12 @@ TEST_P(ImportFaults, WithoutMemoryChoosingEndsOrShowsNothing) {
     choose_with(Call::Allocation, 0, outcomes);
 }
 
-TEST_P(ImportFaults, APictureThatDoesNotOpenWhileChoosingEndsTheProgram) {
+TEST_P(ImportFaults, OpenAndReadErrorsWhileChoosingAreFatal) {
     choose_with(Call::Open, EACCES, choosing_ends_in(Failure::PermissionDenied));
     choose_with(Call::Read, EIO, choosing_ends_in(Failure::DeviceIo));
 }
 
-TEST_P(ImportFaults, AFolderThatCannotBeListedHasNoPictures) {
+TEST_P(ImportFaults, UnlistableFolderHasNoPictures) {
     choose_with(Call::OpenFolder, EACCES, {answered(false)});
 }
 

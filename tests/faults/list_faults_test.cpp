@@ -1,4 +1,4 @@
-// The lists of files and folders while calls below fail.
+// Fault injection for listing files and folders.
 #include <cerrno>
 #include <filesystem>
 
@@ -11,7 +11,7 @@ namespace {
 
 using namespace test;
 
-// What the file browser asks of a folder. The answer is whether everything in it was found.
+// Everything that the file browser asks about a folder. Answers whether all entries were found.
 class Listing : public Job {
   public:
     Listing() {
@@ -62,26 +62,26 @@ class ListFaults : public testing::Test {
     SteadyServices services_;
 };
 
-// The iterator of the standard library would end the program here.
-TEST_F(ListFaults, WithoutMemoryAListEnds) {
+// std::filesystem::directory_iterator would terminate the program here.
+TEST_F(ListFaults, AllocationFailureIsOutOfMemory) {
     EXPECT_GT(list_with(Call::Allocation, 0, ended(Failure::OutOfMemory)), 50);
 }
 
-TEST_F(ListFaults, AFolderThatCannotBeReadHoldsNothing) {
+TEST_F(ListFaults, UnreadableFolderIsEmpty) {
     for (const int error : {EACCES, ENOENT, EMFILE}) {
         EXPECT_EQ(list_with(Call::OpenFolder, error, answered(false)), 4);
     }
 }
 
-TEST_F(ListFaults, WhatCannotBeLookedAtIsNeitherFileNorFolder) {
+TEST_F(ListFaults, EntryOfUnknownStatusIsNeitherFileNorFolder) {
     Listing job;
-    OneOf judge({answered(false), answered(true)}); // the other kind is not missed
+    OneOf judge({answered(false), answered(true)}); // true if the entry does not count in that list anyway
     fail_in_both_manners(job, services_, {.call = Call::Status, .error = EACCES}, std::ref(judge));
 }
 
-TEST_F(ListFaults, AFolderThatBreaksOffHoldsWhatWasRead) {
+TEST_F(ListFaults, ReadErrorKeepsEntriesReadSoFar) {
     Listing job;
-    OneOf judge({answered(false), answered(true)}); // it may break off behind the last entry that counts
+    OneOf judge({answered(false), answered(true)}); // true if all entries were read before the error
     fail_in_both_manners(job, services_, {.call = Call::ReadFolder, .error = EIO}, std::ref(judge));
 }
 

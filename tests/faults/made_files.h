@@ -1,4 +1,4 @@
-// Picture files of every layout that the readers know, small and made on the spot.
+// Generates small picture files of every layout that the readers support.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ struct MadeFile {
     std::vector<std::uint8_t> bytes;
 };
 
-/// 16 by 6 pixels. The packed form has no byte that announces a run but for one in the middle.
+/// 16 by 6 pixels. The packed form contains a single run, in the middle.
 inline MadeFile made_pcx(std::uint8_t bits, std::uint8_t planes, bool packed) {
     constexpr std::int16_t width = 16;
     constexpr std::int16_t height = 6;
@@ -41,7 +41,7 @@ inline MadeFile made_pcx(std::uint8_t bits, std::uint8_t planes, bool packed) {
     if (packed) {
         file.bytes.insert(file.bytes.begin() + 140, {195, 77});
     }
-    file.bytes.push_back(12); // the marker in front of a palette
+    file.bytes.push_back(12); // the marker before the palette
     for (int i = 0; i < 768; ++i) {
         file.bytes.push_back(static_cast<std::uint8_t>(i * 3 % 192));
     }
@@ -75,7 +75,7 @@ inline MadeFile made_tga(std::uint8_t depth, bool packed) {
     const int pixel_bytes = depth / 8;
     for (int pixel = 0; pixel < width * height; ++pixel) {
         if (packed) {
-            file.bytes.push_back(pixel % 2 == 0 ? 0 : 129); // one pixel as it is, two of one colour
+            file.bytes.push_back(pixel % 2 == 0 ? 0 : 129); // a raw packet of one pixel, or a run of two
         }
         for (int i = 0; i < pixel_bytes; ++i) {
             file.bytes.push_back(static_cast<std::uint8_t>(pixel * 13 + i * 50));

@@ -1,6 +1,6 @@
-// Nothing uninitialised: every file is decoded twice, each time over memory and a stack full of another byte,
-// and the results must be equal. The files are the seeds of the fuzzers, the samples and every layout made on
-// the spot.
+// Checks for uninitialised reads: decodes every file twice, with memory and stack filled with different
+// bytes, and compares the results. The files are the fuzzing corpus, the samples and generated files of every
+// layout.
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -44,7 +44,7 @@ class Poisoned : public testing::Test {
   protected:
     ~Poisoned() override { reset_sprite(); }
 
-    // `decode` answers with everything that a decode leaves, and begins by putting that back.
+    // `decode` resets all state, decodes the file and returns everything that depends on it.
     template <typename Decode>
     void expect_same_twice(const std::vector<MadeFile>& files, Decode&& decode) {
         for (const MadeFile& file : files) {
@@ -74,8 +74,7 @@ class Poisoned : public testing::Test {
     }
 };
 
-// A small file may announce a picture of up to 2 GiB that it does not fill; that takes long and shows
-// nothing.
+// A small file may declare a picture of up to 2 GiB; decoding that takes long and finds nothing more.
 constexpr std::int64_t most_pixels = 1 << 19;
 
 bool is_worth_decoding(const PcxHeader& header) {
@@ -123,21 +122,21 @@ FileBytes decode(const std::string& path, Truth (Reader::*probe)(const std::stri
     return result;
 }
 
-TEST_F(Poisoned, PcxFilesDecodeToTheSame) {
+TEST_F(Poisoned, PcxResultsAreReproducible) {
     const auto files =
         with(with(files_in("fuzz/corpus/load_pcx"), files_in("samples", ".pcx")), all_made_pcx());
     expect_same_twice(worth_decoding<PcxHeader>(files),
                       [](const std::string& path) { return decode<LoadPCX>(path, &LoadPCX::GetInfoPCX); });
 }
 
-TEST_F(Poisoned, TgaFilesDecodeToTheSame) {
+TEST_F(Poisoned, TgaResultsAreReproducible) {
     const auto files =
         with(with(files_in("fuzz/corpus/load_tga"), files_in("samples", ".tga")), all_made_tga());
     expect_same_twice(worth_decoding<TgaHeader>(files),
                       [](const std::string& path) { return decode<LoadTGA>(path, &LoadTGA::GetInfoTGA); });
 }
 
-// The same for sprites, whose first frame shows it.
+// The same for sprites, judged by their first frame.
 std::vector<MadeFile> worth_loading(std::vector<MadeFile> files) {
     constexpr std::size_t first_frame = SpriteHeaderRecord::file_size + PaletteRecord::file_size;
     std::erase_if(files, [](const MadeFile& file) {
@@ -167,8 +166,8 @@ FileBytes drawn_frames() {
     return result;
 }
 
-// Loaded, drawn frame by frame and written again.
-TEST_F(Poisoned, SpritesLoadDrawAndSaveToTheSame) {
+// Loads each sprite, draws its frames and saves it again.
+TEST_F(Poisoned, SpriteResultsAreReproducible) {
     expect_same_twice(worth_loading(files_in("fuzz/corpus/load_sprite")), [this](const std::string& path) {
         reset_sprite();
         FileBytes result;
@@ -182,7 +181,7 @@ TEST_F(Poisoned, SpritesLoadDrawAndSaveToTheSame) {
     });
 }
 
-TEST_F(Poisoned, BmpAndJpegHeadersAreReadToTheSame) {
+TEST_F(Poisoned, BmpAndJpegProbesAreReproducible) {
     expect_same_twice(with(files_in("fuzz/corpus/probe_bmp"), files_in("samples", ".bmp")), [](const std::
                                                                                                    string&
                                                                                                        path) {
@@ -209,8 +208,8 @@ TEST_F(Poisoned, BmpAndJpegHeadersAreReadToTheSame) {
                       });
 }
 
-// The tests above see nothing where memory is not what they say.
-TEST(Poison, NewMemoryIsFullOfTheByte) {
+// The tests above rely on this.
+TEST(Poison, FillsNewMemoryWithTheByte) {
     for (const std::uint8_t byte : std::array<std::uint8_t, 2>{0xA5, 0x5A}) {
         const Poison poison(byte);
         const std::unique_ptr<volatile std::uint8_t[]> memory(new std::uint8_t[1000]);

@@ -1,4 +1,4 @@
-// The probes and the readers of picture files while calls below fail.
+// Fault injection for the probes and readers of picture files.
 #include <cerrno>
 
 #include "codecs/BmpMod.h"
@@ -15,8 +15,8 @@ namespace {
 
 using namespace test;
 
-// Decodes a file and draws the picture. The answer is whether there is one: a picture that cannot be made
-// leaves none behind, without a failure, and drawing it draws nothing.
+// Decodes a file and draws the picture. Answers whether there is one: if the picture cannot be allocated,
+// there is none, without a failure, and drawing does nothing.
 template <typename Reader>
 class Reading : public Job {
   public:
@@ -42,7 +42,7 @@ class Reading : public Job {
 
     void expect_kept() override { EXPECT_EQ(read_file(path_), file_.bytes); }
 
-    // The window units of a surface in hand do not come back from a failure, which ends the program.
+    // A failure may leave the surface in other units; since it is fatal, that does not matter.
     void before_second_run() override { prepare(); }
 
   private:
@@ -56,7 +56,7 @@ class Reading : public Job {
     std::unique_ptr<TestSurface> target_;
 };
 
-// Asks a probe; the answer and the sizes that it tells are the result.
+// Calls a probe; its result is the answer and the sizes.
 class Probing : public Job {
   public:
     using Probe = std::function<Truth(const std::string& path, std::int32_t& width, std::int32_t& height)>;
@@ -84,7 +84,7 @@ class Probing : public Job {
 
 class ReaderFaults : public testing::Test {
   protected:
-    // Over all layouts of a format. Some series may be empty, as not every layout seeks; not all.
+    // Reads every layout of a format. Not every layout makes every call, but at least one must.
     template <typename Reader>
     void read_all(const std::vector<MadeFile>& files, const Fault& fault,
                   const std::function<void(const Outcome&)>& judge) {
@@ -119,7 +119,7 @@ class ReaderFaults : public testing::Test {
                 }};
     }
 
-    // The frame header stands beyond what the probe reads at first.
+    // The frame header is beyond what the probe reads first.
     static Probing jpeg() {
         FileBytes bytes{0xFF, 0xD8, 0xFF, 0xE0, 0x20, 0x00, 'J', 'F', 'I', 'F'};
         bytes.resize(4 + 0x2000);
@@ -148,35 +148,35 @@ class ReaderFaults : public testing::Test {
     SteadyServices services_;
 };
 
-TEST_F(ReaderFaults, WithoutMemoryAReaderFailsOrLeavesNoPicture) {
+TEST_F(ReaderFaults, AllocationFailureFailsOrLeavesNoPicture) {
     OneOf pcx({ended(Failure::OutOfMemory), answered(false)});
     read_all<LoadPCX>(all_made_pcx(), {.call = Call::Allocation}, std::ref(pcx));
     OneOf tga({ended(Failure::OutOfMemory), answered(false)});
     read_all<LoadTGA>(all_made_tga(), {.call = Call::Allocation}, std::ref(tga));
 }
 
-TEST_F(ReaderFaults, AFileThatDoesNotOpenEndsAReader) {
+TEST_F(ReaderFaults, OpenErrorPropagates) {
     read_all_of_both(Call::Open, EACCES, ended(Failure::PermissionDenied));
     read_all_of_both(Call::Open, ENOENT, ended(Failure::FileNotFound));
     read_all_of_both(Call::Open, EMFILE, ended(Failure::DeviceIo));
     read_all_of_both(Call::Open, ENOMEM, ended(Failure::OutOfMemory));
 }
 
-TEST_F(ReaderFaults, AReadThatFailsEndsAReader) {
+TEST_F(ReaderFaults, ReadErrorPropagates) {
     read_all_of_both(Call::Read, EIO, ended(Failure::DeviceIo));
 }
 
-TEST_F(ReaderFaults, APositionThatCannotBeToldOrTakenEndsAReader) {
+TEST_F(ReaderFaults, SeekAndTellErrorsPropagate) {
     read_all_of_both(Call::Seek, EIO, ended(Failure::DeviceIo));
     read_all_of_both(Call::Tell, EIO, ended(Failure::DeviceIo));
 }
 
-TEST_F(ReaderFaults, ThePictureIsThereThoughClosingFailsAndNothingCanBeToldOfThePath) {
+TEST_F(ReaderFaults, CloseErrorAndUnknownStatusAreIgnored) {
     read_all_of_both(Call::Close, EIO, answered(true));
     read_all_of_both(Call::Status, EACCES, answered(true));
 }
 
-TEST_F(ReaderFaults, TheProbesOfPcxAndTgaAnswerFalseToEveryFailure) {
+TEST_F(ReaderFaults, PcxAndTgaProbesReturnFalseOnAnyFailure) {
     for (const Call call : {Call::Allocation, Call::Open, Call::Read, Call::Seek, Call::Tell}) {
         SCOPED_TRACE(static_cast<int>(call));
         probe_with(pcx(), call, EIO, answered(false));
@@ -184,7 +184,7 @@ TEST_F(ReaderFaults, TheProbesOfPcxAndTgaAnswerFalseToEveryFailure) {
     }
 }
 
-TEST_F(ReaderFaults, TheProbesOfBmpAndJpegLetFailuresThrough) {
+TEST_F(ReaderFaults, BmpAndJpegProbesPropagateFailures) {
     probe_with(bmp(), Call::Allocation, 0, ended(Failure::OutOfMemory));
     probe_with(jpeg(), Call::Allocation, 0, ended(Failure::OutOfMemory));
     probe_with(bmp(), Call::Open, EACCES, ended(Failure::PermissionDenied));
@@ -196,7 +196,7 @@ TEST_F(ReaderFaults, TheProbesOfBmpAndJpegLetFailuresThrough) {
     }
 }
 
-TEST_F(ReaderFaults, TheProbesDoNotMindAFailingClose) {
+TEST_F(ReaderFaults, ProbesIgnoreCloseErrors) {
     probe_with(bmp(), Call::Close, EIO, answered(true));
     probe_with(jpeg(), Call::Close, EIO, answered(true));
     probe_with(pcx(), Call::Close, EIO, answered(true));

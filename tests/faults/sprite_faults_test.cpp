@@ -1,4 +1,4 @@
-// Loading and saving a sprite while calls below fail.
+// Fault injection for loading and saving a sprite.
 #include <cerrno>
 #include <filesystem>
 
@@ -14,7 +14,7 @@ using namespace test;
 const Outcome not_loaded = answered(false, {"Unknown Error Loading Sprite."});
 const Outcome not_saved = answered(false, {"Unknown Error Saving Sprite."});
 
-// Larger than what the library reads ahead, so that reading reaches the disk several times.
+// Larger than the library's buffer, so that it is read in several calls.
 SpriteFile three_frames() {
     SpriteFile file;
     file.width = 70;
@@ -48,7 +48,7 @@ class Loading : public Job {
     const std::string path_ = folder_.write("some sprite of a name that needs memory.spr", bytes_);
 };
 
-// Over an older file of the name, which saving deletes first.
+// Saves over an existing file, which saving deletes first.
 class Saving : public Job {
   public:
     Saving() {
@@ -69,7 +69,7 @@ class Saving : public Job {
         return document_bytes();
     }
 
-    // The old file is there as it was, or it has been given up, and what stands in its place is a beginning.
+    // The old file is unchanged, or it is gone and replaced by at most a prefix of the new one.
     void expect_kept() override {
         const bool there = std::filesystem::exists(path_);
         const bool old = there && read_file(path_) == old_bytes_;
@@ -109,42 +109,42 @@ class SpriteFaults : public testing::Test {
     SteadyServices services_;
 };
 
-TEST_F(SpriteFaults, WithoutMemoryLoadingFallsIntoTheTrap) {
+TEST_F(SpriteFaults, AllocationFailureOnLoadShowsMessage) {
     EXPECT_GT(load_with(Call::Allocation, ENOMEM, not_loaded), 10);
 }
 
-TEST_F(SpriteFaults, AFileThatDoesNotOpenFallsIntoTheTrapOfLoading) {
+TEST_F(SpriteFaults, OpenErrorOnLoadShowsMessage) {
     for (const int error : {ENOENT, EACCES, EMFILE, EIO}) {
         load_with(Call::Open, error, not_loaded);
     }
 }
 
-TEST_F(SpriteFaults, AReadThatFailsFallsIntoTheTrapOfLoading) {
-    // Header, palette, and two a frame.
+TEST_F(SpriteFaults, ReadErrorOnLoadShowsMessage) {
+    // Header, palette, and two reads per frame.
     EXPECT_EQ(load_with(Call::Read, EIO, not_loaded), 2 * 8);
 }
 
-TEST_F(SpriteFaults, ALengthThatCannotBeToldFallsIntoTheTrapOfLoading) {
+TEST_F(SpriteFaults, UnknownFileLengthOnLoadShowsMessage) {
     load_with(Call::Seek, EIO, not_loaded);
     load_with(Call::Tell, EIO, not_loaded);
 }
 
-TEST_F(SpriteFaults, WhatHasBeenReadIsThereThoughClosingFails) {
+TEST_F(SpriteFaults, CloseErrorOnLoadIsIgnored) {
     load_with(Call::Close, EIO, answered(true));
 }
 
-TEST_F(SpriteFaults, LoadingGoesOnWhenItCannotBeToldWhetherThePathIsAFolder) {
+TEST_F(SpriteFaults, UnknownStatusOnLoadIsIgnored) {
     load_with(Call::Status, EACCES, answered(true));
 }
 
-TEST_F(SpriteFaults, WithoutMemorySavingFallsIntoTheTrap) {
+TEST_F(SpriteFaults, AllocationFailureOnSaveShowsMessage) {
     Saving job;
     EXPECT_GT(save_with(job, Call::Allocation, ENOMEM), 4);
     EXPECT_GT(job.left_old, 0);
     EXPECT_GT(job.left_none, 0);
 }
 
-TEST_F(SpriteFaults, WhatCannotBeDeletedStaysAndIsTheMessage) {
+TEST_F(SpriteFaults, UndeletableTargetShowsMessageAndIsKept) {
     for (const int error : {EACCES, EPERM, EROFS, EIO}) {
         Saving job;
         save_with(job, Call::Remove, error);
@@ -152,7 +152,7 @@ TEST_F(SpriteFaults, WhatCannotBeDeletedStaysAndIsTheMessage) {
     }
 }
 
-TEST_F(SpriteFaults, ATargetThatDoesNotOpenIsTheMessageAndTheOldFileIsGone) {
+TEST_F(SpriteFaults, OpenErrorOnSaveShowsMessageWithOldFileDeleted) {
     for (const int error : {EACCES, EMFILE, ENOSPC, EROFS}) {
         Saving job;
         save_with(job, Call::Open, error);
@@ -160,7 +160,7 @@ TEST_F(SpriteFaults, ATargetThatDoesNotOpenIsTheMessageAndTheOldFileIsGone) {
     }
 }
 
-TEST_F(SpriteFaults, ADiskThatIsFullIsTheMessageAndLeavesAShortFile) {
+TEST_F(SpriteFaults, FullDiskShowsMessageAndLeavesTruncatedFile) {
     for (const int error : {ENOSPC, EDQUOT, EIO, EFBIG}) {
         Saving job;
         // Header, palette, and all frames at once.
@@ -189,12 +189,12 @@ TEST_F(SpriteFaults, AStreamWithoutADescriptorGetsTheSameBytes) {
     job.result();
 }
 
-TEST_F(SpriteFaults, ADiskThatTurnsOutFullOnlyWhenClosingIsTheMessage) {
+TEST_F(SpriteFaults, FullDiskReportedOnCloseShowsMessage) {
     Saving job;
     save_with(job, Call::Close, ENOSPC);
 }
 
-TEST_F(SpriteFaults, SavingGoesOnWhenNothingCanBeToldOfTheTarget) {
+TEST_F(SpriteFaults, UnknownStatusOnSaveIsIgnored) {
     Saving job;
     save_with(job, Call::Status, EACCES, answered(true));
 }

@@ -1,6 +1,5 @@
-// The picture loader of the editor while calls below it fail, over files that change and over poisoned
-// memory. Memory that Qt asks for by itself is always there: without it Qt ends the program in its own way,
-// which is none of ours. What fails here are the program's own arrays.
+// Fault injection for the picture loader: failing calls, files that change while they are read, poisoned
+// memory. Only the program's own arrays fail to allocate: Qt aborts the program if its own allocations fail.
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
@@ -61,11 +60,11 @@ class LoaderFaults : public testing::TestWithParam<std::string> {
     Loading job_{GetParam()};
 };
 
-TEST_P(LoaderFaults, WithoutMemoryForThePictureItEnds) {
+TEST_P(LoaderFaults, AllocationFailureIsOutOfMemory) {
     load_with(Call::Array, 0, ended(Failure::OutOfMemory));
 }
 
-TEST_P(LoaderFaults, AFileThatDoesNotOpenOrReadEndsIt) {
+TEST_P(LoaderFaults, OpenAndReadErrorsPropagate) {
     load_with(Call::Open, ENOENT, ended(Failure::FileNotFound));
     load_with(Call::Open, EACCES, ended(Failure::PermissionDenied));
     load_with(Call::Read, EIO, ended(Failure::DeviceIo));
@@ -73,12 +72,12 @@ TEST_P(LoaderFaults, AFileThatDoesNotOpenOrReadEndsIt) {
     load_with(Call::Tell, EIO, ended(Failure::DeviceIo));
 }
 
-TEST_P(LoaderFaults, ItDoesNotMindAFailingClose) {
+TEST_P(LoaderFaults, CloseErrorIsIgnored) {
     load_with(Call::Close, EIO, answered(true));
 }
 
-// What has been read ahead is not met; a file that grows is read to the length that it had.
-TEST_P(LoaderFaults, AFileThatShrinksLacksPixelsOrIsNoPictureAndOneThatGrowsIsTheSame) {
+// Data that was already buffered is unaffected; a file that grows is read up to its original length.
+TEST_P(LoaderFaults, ShrinkingFileIsIncompleteGrowingFileUnchanged) {
     job_.prepare();
     ASSERT_TRUE(job_.run());
     const FileBytes whole = job_.result();
@@ -110,8 +109,8 @@ TEST_P(LoaderFaults, AFileThatShrinksLacksPixelsOrIsNoPictureAndOneThatGrowsIsTh
 INSTANTIATE_TEST_SUITE_P(Formats, LoaderFaults, testing::Values(".bmp", ".jpg"),
                          [](const auto& instance) { return instance.param.substr(1); });
 
-// Qt's memory comes from malloc in its own libraries. The system's can fill it (mallopt); that of the address
-// sanitizer cannot be told to, so there the two runs differ in the program's own memory alone.
+// Qt allocates with malloc inside its own libraries. glibc can fill that memory (mallopt), the address
+// sanitizer cannot; there, only the program's own memory differs between the two runs.
 FileBytes loaded_over(std::uint8_t byte, const std::string& path) {
     mallopt(M_PERTURB, byte);
     FileBytes result;
@@ -127,15 +126,16 @@ FileBytes loaded_over(std::uint8_t byte, const std::string& path) {
     return result;
 }
 
-// Whole, and cut at many places.
-TEST(LoaderOverPoison, PicturesDecodeToTheSame) {
+// Complete files, and truncated at many lengths.
+TEST(LoaderOverPoison, ResultsDoNotDependOnUninitialisedMemory) {
     const TemporaryFolder folder;
     int files = 0;
     for (const std::string name : {"samples/explosion_0.bmp", "samples/explosion_7.jpg"}) {
         const FileBytes whole = read_file(std::string(VARNOTH_SOURCE_DIR) + "/" + name);
         for (std::size_t length = whole.size(); length > 0; length = length * 2 / 3) {
             const std::string path = folder.write("file", std::span(whole).first(length));
-            EXPECT_TRUE(loaded_over(0xA5, path) == loaded_over(0x5A, path)) << name << " cut to " << length;
+            EXPECT_TRUE(loaded_over(0xA5, path) == loaded_over(0x5A, path))
+                << name << " truncated to " << length;
             ++files;
         }
     }

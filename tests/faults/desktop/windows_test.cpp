@@ -1,6 +1,6 @@
-// Faults in the middle of what a user does in the real windows: a message where loading and saving have one,
-// and otherwise the fatal failure, told once, whatever events are under way. Memory that Qt asks for by
-// itself is always there: without it Qt ends the program in its own way, which is none of ours.
+// Fault injection while a user works in the real windows: loading and saving show their message, everything
+// else is a fatal error, reported once. Only the program's own arrays fail to allocate: Qt aborts the program
+// if its own allocations fail.
 #include <cerrno>
 #include <filesystem>
 
@@ -24,7 +24,7 @@ class WindowFaults : public EditorTest {
   protected:
     ~WindowFaults() override { EXPECT_EQ(test::open_streams(), streams_before_); }
 
-    /// The program started anew, as it is after a fatal failure.
+    /// Restarts the editor, as after a fatal error.
     void restart() {
         desk_.reset();
         ui_driver::settle();
@@ -37,8 +37,8 @@ class WindowFaults : public EditorTest {
         ui_driver::settle();
     }
 
-    /// Does the same with the first such call failing, the second, the third and then ever wider apart, until
-    /// it goes through. `end` looks at what came of each.
+    /// Repeats an action with the first such call failing, the second, the third and then at growing
+    /// distances, until it succeeds. `end` checks the result of each failure.
     template <typename Begin, typename Act, typename End>
     void fail_at_more_and_more(const Fault& fault, Begin&& begin, Act&& act, End&& end) {
         int met = 0;
@@ -71,12 +71,12 @@ class WindowFaults : public EditorTest {
 
     void expect_fatal(const std::string& name) { EXPECT_EQ(failures_, Texts{name}); }
 
-    const int streams_before_ = test::open_streams(); // what GoogleTest closed by then is counted too
+    const int streams_before_ = test::open_streams(); // includes what GoogleTest has closed by now
     const std::string not_loaded_ = "Unknown Error Loading Sprite.";
     const std::string not_saved_ = "Unknown Error Saving Sprite.";
 };
 
-TEST_F(WindowFaults, OpenThatFailsIsTheMessageAndTheWindowStaysAsItWas) {
+TEST_F(WindowFaults, OpenErrorShowsMessageAndKeepsWindow) {
     const std::string old_sprite = write_sprite("old.spr", 2);
     const std::string sprite = write_sprite("new.spr", 3);
     for (const Call call : {Call::Open, Call::Read, Call::Seek, Call::Tell}) {
@@ -97,12 +97,12 @@ TEST_F(WindowFaults, OpenThatFailsIsTheMessageAndTheWindowStaysAsItWas) {
     }
 }
 
-TEST_F(WindowFaults, OpenWithoutMemoryIsTheMessageOrTheFatalFailure) {
+TEST_F(WindowFaults, OpenWithoutMemoryShowsMessageOrIsFatal) {
     const std::string sprite = write_sprite("new.spr", 3);
     fail_at_more_and_more(
         {.call = Call::Array}, [] {}, [&] { open(sprite); },
         [&] {
-            // In the trap of loading, or behind it, where the first frame is shown.
+            // Loading shows the message; showing the first frame after it is fatal.
             if (failures_.empty()) {
                 EXPECT_EQ(services_.messages, Texts{not_loaded_});
                 EXPECT_EQ(enabled_buttons(), test::at_start);
@@ -113,7 +113,7 @@ TEST_F(WindowFaults, OpenWithoutMemoryIsTheMessageOrTheFatalFailure) {
         });
 }
 
-TEST_F(WindowFaults, SaveThatFailsIsTheMessage) {
+TEST_F(WindowFaults, SaveErrorShowsMessage) {
     const std::string sprite = write_sprite("sprite.spr", 3);
     for (const Call call : {Call::Open, Call::Write, Call::Close, Call::Remove}) {
         fail_at_more_and_more(
@@ -121,7 +121,7 @@ TEST_F(WindowFaults, SaveThatFailsIsTheMessage) {
             [&] {
                 write_sprite("sprite.spr", 3);
                 open(sprite);
-                click(main().elboton7); // clear the list: there is something to save
+                click(main().elboton7); // clears the list, so that there is something to save
             },
             [&] { click(main().elboton3); },
             [&] {
@@ -131,7 +131,7 @@ TEST_F(WindowFaults, SaveThatFailsIsTheMessage) {
     }
 }
 
-TEST_F(WindowFaults, ExportThatFailsIsFatal) {
+TEST_F(WindowFaults, ExportErrorIsFatal) {
     const std::string out = folder_.file("out");
     std::filesystem::create_directory(out);
     const std::string sprite = write_sprite("sprite.spr", 3);
@@ -183,9 +183,9 @@ class WindowImportFaults : public WindowFaults {
     test::PictureFolder pictures_{services_};
 };
 
-TEST_F(WindowImportFaults, AFileThatDoesNotReadOrOpenIsRefusedOrFatal) {
+TEST_F(WindowImportFaults, OpenAndReadErrorsAreRefusedOrFatal) {
     const auto judge = [&](const std::string& name) {
-        // The first two are the probes'.
+        // The probes make the first two calls.
         if (failures_.empty()) {
             EXPECT_EQ(services_.messages.size(), 2U);
             EXPECT_TRUE(services_.messages.at(0).ends_with("Bad Format/Corrupt."));
@@ -202,14 +202,14 @@ TEST_F(WindowImportFaults, AFileThatDoesNotReadOrOpenIsRefusedOrFatal) {
         [&] { judge("PermissionDenied"); });
 }
 
-TEST_F(WindowImportFaults, WithoutMemoryItIsFatalOrGoesOnWithThePictureThatThereIs) {
+TEST_F(WindowImportFaults, AllocationFailureIsFatalOrKeepsOldPicture) {
     fail_at_more_and_more(
         {.call = Call::Array}, [&] { open_dialog(); }, [&] { import(); },
         [&] {
             if (failures_.empty()) {
                 EXPECT_EQ(services_.messages, Texts{"Frames Generated Successfully !"});
             } else {
-                // Only noted here, so the import that a painting failed in goes on behind it.
+                // The test only records the failure, so an import continues after painting has failed.
                 expect_fatal("OutOfMemory");
             }
         });
