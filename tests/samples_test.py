@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the samples once more and holds them equal to those in the tree: byte for byte, but JPEG files, whose bytes
-are the library's matter, by their size in pixels. Usage: samples_test.py MAKE_SAMPLES SAMPLES"""
+"""Regenerates the samples and compares them with those in the tree: byte for byte, but JPEG files, whose bytes depend
+on the library, only by their size in pixels. Usage: samples_test.py MAKE_SAMPLES SAMPLES"""
 import os
 import struct
 import subprocess
@@ -19,7 +19,7 @@ def read(folder, name):
 
 
 def bmp_pixels(data):
-    """Size, depth, and the pixels of a bottom-up BMP file of 24 bits whose rows need no padding."""
+    """Size, depth and pixels of a bottom-up 24-bit BMP file whose rows need no padding."""
     start, = struct.unpack_from("<I", data, 10)
     width, height, _, bits = struct.unpack_from("<iiHH", data, 18)
     body = data[start:start + width * height * 3]
@@ -27,7 +27,7 @@ def bmp_pixels(data):
 
 
 def jpeg_size(data):
-    """Width and height of a baseline JPEG file; a file of another kind has none."""
+    """Width and height of a baseline JPEG file; None for any other kind."""
     at = 2
     while data[at] == 0xFF:
         marker, length = data[at + 1], struct.unpack_from(">H", data, at + 2)[0]
@@ -48,36 +48,36 @@ class Samples(unittest.TestCase):
     def tearDownClass(cls):
         cls.folder.cleanup()
 
-    def test_the_same_files_come_out(self):
+    def test_file_names_match(self):
         self.assertEqual(sorted(os.listdir(self.folder.name)), sorted(os.listdir(SAMPLES)))
         self.assertEqual(len(os.listdir(SAMPLES)), FRAMES * 4 + 1)
 
-    def test_the_same_bytes_come_out(self):
+    def test_bytes_match_except_jpeg(self):
         for name in sorted(os.listdir(SAMPLES)):
             if not name.endswith(".jpg"):
                 self.assertEqual(read(self.folder.name, name), read(SAMPLES, name), name)
 
-    def test_jpeg_files_are_baseline_and_of_the_same_size(self):
+    def test_jpeg_files_are_baseline_and_sizes_match(self):
         for frame in range(FRAMES):
             for folder in (SAMPLES, self.folder.name):
                 self.assertEqual(jpeg_size(read(folder, f"explosion_{frame}.jpg")), (SIDE, SIDE))
 
-    def test_every_frame_has_more_than_256_colours(self):
+    def test_each_frame_has_more_than_256_colours(self):
         for frame in range(FRAMES):
             form, pixels = bmp_pixels(read(SAMPLES, f"explosion_{frame}.bmp"))
             self.assertEqual(form, (SIDE, SIDE, 24))
             self.assertGreater(len(set(pixels)), 256, f"frame {frame}")
 
-    def test_the_chart_has_8_bits_a_pixel(self):
+    def test_chart_has_8_bits_per_pixel(self):
         form, _ = bmp_pixels(read(SAMPLES, "palette.bmp"))
         self.assertEqual(form, (SIDE, SIDE, 8))
 
-    def test_pcx_and_tga_files_hold_the_pixels_of_the_bmp_files(self):
+    def test_pcx_and_tga_pixels_equal_bmp_pixels(self):
         for frame in range(FRAMES):
             _, pixels = bmp_pixels(read(SAMPLES, f"explosion_{frame}.bmp"))
-            # Both store rows from the bottom, blue first, after a header of 18 bytes.
+            # TGA, like BMP, stores rows from the bottom, blue first, after a header of 18 bytes.
             self.assertEqual(read(SAMPLES, f"explosion_{frame}.tga")[18:], b"".join(pixels))
-            # Rows from the top, each a line of red, of green and of blue, after a header of 128 bytes.
+            # PCX stores rows from the top, each as a line of red, green and blue, after a header of 128 bytes.
             rows = [pixels[at:at + SIDE] for at in range(0, len(pixels), SIDE)][::-1]
             lines = [bytes(pixel[channel] for pixel in row) for row in rows for channel in (2, 1, 0)]
             self.assertEqual(read(SAMPLES, f"explosion_{frame}.pcx")[128:], b"".join(lines))

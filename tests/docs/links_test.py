@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Every link in the documents leads somewhere, and every path of the tree that they name is there. Usage:
+"""Checks that links in the documents resolve, and that paths of the tree that they mention exist. Usage:
 links_test.py ROOT"""
 import glob
 import os
@@ -12,12 +12,12 @@ LINK = re.compile(r"\]\(([^)\s]+)\)")
 CODE = re.compile(r"`([^`\n]+)`")
 FENCE = re.compile(r"^```.*?^```", re.MULTILINE | re.DOTALL)
 FILE = re.compile(r"[\w/]+/\w+\.(cpp|h|py|md)")
-# What stands in code and begins like this names something in the tree; what a build makes is not there yet.
+# Code that begins like this is a path in the tree; build/ is missing here because builds create it.
 TREE = ("bench/", "cmake/", "docs/", "fuzz/", "packaging/", "samples/", "scripts/", "src/", "tests/", "tools/")
 
 
 def documents():
-    """The Markdown files of the tree, by their paths from its root."""
+    """The Markdown files of the tree, relative to its root."""
     for place, folders, names in os.walk(ROOT):
         folders[:] = [name for name in folders if name != "build" and not name.startswith(".")]
         for name in sorted(names):
@@ -31,19 +31,19 @@ def read(path):
 
 
 def anchors(text):
-    """The names under which the headings can be reached: lower case, no marks, hyphens for blanks."""
+    """The anchors of the headings: lower case, no punctuation, hyphens for spaces."""
     headings = re.findall(r"^#+ (.*)$", FENCE.sub("", text), re.MULTILINE)
     return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in headings}
 
 
-def is_there(path):
-    """Whether there is such a file or folder, or a file of that name with an ending."""
+def path_exists(path):
+    """Whether such a file or folder exists, or such a file with an extension."""
     whole = os.path.join(ROOT, path)
     return os.path.exists(whole) or bool(glob.glob(glob.escape(whole) + ".*"))
 
 
 def named_paths(text):
-    """Paths of the tree in code, without arguments behind them and without what stands for something else."""
+    """Paths of the tree in code, without their arguments; patterns and placeholders are skipped."""
     for code in CODE.findall(FENCE.sub("", text)):
         path = code.split()[0].removeprefix("./").rstrip(".:,")
         if (path.startswith(TREE) or FILE.fullmatch(path)) and not re.search(r"[*<>{}]|\.\.\.|[A-Z]{4,}", path):
@@ -51,10 +51,10 @@ def named_paths(text):
 
 
 class Documents(unittest.TestCase):
-    def test_there_are_documents(self):
+    def test_documents_are_found(self):
         self.assertIn("README.md", documents())
 
-    def test_links_lead_to_files_and_headings(self):
+    def test_links_resolve(self):
         for document in documents():
             text = read(document)
             for link in LINK.findall(text):
@@ -63,17 +63,17 @@ class Documents(unittest.TestCase):
                 with self.subTest(document=document, link=link):
                     path, _, anchor = link.partition("#")
                     target = os.path.normpath(os.path.join(os.path.dirname(document), path)) if path else document
-                    self.assertTrue(is_there(target))
+                    self.assertTrue(path_exists(target))
                     if anchor:
                         self.assertIn(anchor, anchors(read(target)))
 
-    def test_paths_of_the_tree_that_are_named_are_there(self):
+    def test_mentioned_paths_exist(self):
         for document in documents():
             for path in named_paths(read(document)):
                 with self.subTest(document=document, path=path):
-                    self.assertTrue(is_there(path) or is_there(os.path.join("src", path)))
+                    self.assertTrue(path_exists(path) or path_exists(os.path.join("src", path)))
 
-    def test_every_picture_is_shown_somewhere(self):
+    def test_each_picture_is_used(self):
         shown = {os.path.normpath(os.path.join(os.path.dirname(document), link))
                  for document in documents() for link in LINK.findall(read(document))}
         for name in os.listdir(os.path.join(ROOT, "docs", "pictures")):

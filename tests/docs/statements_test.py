@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""What docs/guide.md and docs/formats.md say and no other test holds, tried on the built tools with files that other
-programs wrote or that are written here by hand. Usage: statements_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
+"""Verifies statements of docs/guide.md and docs/formats.md that no other test covers, with the built tools and files
+written by other programs or by this test. Usage: statements_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
 import json
 import os
 import re
@@ -19,18 +19,18 @@ EVERY_FRAME = [argument for number in range(EXPLOSION) for argument in ("--selec
 
 
 def shell(command, folder):
-    """A command as the documents tell it; ImageMagick with one thread, as in the other tests."""
+    """Runs a command from the documents; ImageMagick uses one thread, as in the other tests."""
     subprocess.run(command, shell=True, check=True, cwd=folder, stderr=subprocess.DEVNULL,
                    env={**os.environ, "OMP_NUM_THREADS": "1"})
 
 
 def colours(count):
-    """Different colours, none of them black."""
+    """Distinct colours, none of them black."""
     return [((i * 7 + 3) % 256, (i * 13 + 5) % 256, i) for i in range(1, count + 1)]
 
 
 def bmp_of_8_bits(width, height, indices, palette):
-    """A BMP file with a palette; indices from the top."""
+    """An 8-bit BMP file; indices are in rows from the top."""
     table = b"".join(bytes((*colour[::-1], 0)) for colour in palette).ljust(1024, b"\0")
     padding = bytes(-width % 4)
     rows = [bytes(indices[y * width:(y + 1) * width]) + padding for y in reversed(range(height))]
@@ -47,12 +47,12 @@ class Statements(ToolTest):
         return Sprite(read(target))
 
     def folder_of(self, name, palette):
-        """A folder with one picture of 16 by 16 that holds the colours of the palette in turn."""
+        """A folder with one 16 by 16 picture that repeats the colours of the palette."""
         indices = [i % len(palette) for i in range(256)]
         return self.make_folder(name, {"a.bmp": bmp_of_8_bits(16, 16, indices, palette)})
 
     def inspect(self, *arguments):
-        """What the readers make of one file."""
+        """Runs inspect on one file."""
         return json.loads(subprocess.run([INSPECT, *arguments], check=True, stdout=subprocess.PIPE).stdout)
 
     def assert_exact(self, sprite, palette):
@@ -60,18 +60,18 @@ class Statements(ToolTest):
 
 
 class SharedPalette(Statements):
-    def test_255_colours_and_black_come_through_exactly(self):
+    def test_255_colours_and_black_are_preserved(self):
         for palette in (colours(255) + [BLACK], [BLACK] + colours(255), colours(255), colours(100)):
             with self.subTest(colours=len(palette), first=palette[0]):
                 folder = self.folder_of(f"pictures{len(os.listdir(self.folder))}", palette)
                 self.assert_exact(self.sprite_of(folder, "--render", "0"), palette)
 
-    def test_256_colours_without_black_do_not(self):
+    def test_256_colours_without_black_are_reduced(self):
         palette = [(i, 255 - i, 128) for i in range(256)]
         sprite = self.sprite_of(self.folder_of("pictures", palette), "--render", "0")
         self.assertLess(len(set(sprite.palette)), 256)
 
-    def test_the_commands_of_the_guide_keep_every_pixel(self):
+    def test_commands_in_the_guide_preserve_every_pixel(self):
         guide = read(os.path.join(DOCUMENTS, "guide.md")).decode()
         commands = re.search(r"```\n(convert frame.*?)```", guide, re.DOTALL).group(1)
         folder = self.make_folder("pictures")
@@ -89,7 +89,7 @@ class SharedPalette(Statements):
         self.assertLess(held, 256)
         self.assertIn(f"this gives a palette of {held} colours", guide)
 
-    def test_the_table_of_the_guide_tells_how_many_colours_are_left(self):
+    def test_table_of_remaining_colours_in_the_guide_is_correct(self):
         rows = re.findall(r"^\| (\d+) \| (\d+) \|$", read(os.path.join(DOCUMENTS, "guide.md")).decode(), re.MULTILINE)
         self.assertGreater(len(rows), 3)
         for pictures, left in rows:
@@ -97,7 +97,7 @@ class SharedPalette(Statements):
                 sprite = self.sprite_of(SAMPLES, "--render", "0", *EVERY_FRAME[:2 * int(pictures)], size=SIDE)
                 self.assertEqual(len(set(sprite.palette)), int(left))
 
-    def test_a_second_import_may_lose_a_colour(self):
+    def test_second_import_can_lose_a_colour(self):
         first, second = colours(50), colours(50)
         second[0], second[2] = (255, 1, 1), (1, 255, 1)
         pictures, others = self.folder_of("first", first), self.folder_of("second", second)
@@ -105,7 +105,7 @@ class SharedPalette(Statements):
         with self.assertRaises(AssertionError):
             self.assert_exact(self.sprite_of(pictures, "--again", others), second)
 
-    def test_with_255_other_colours_black_is_number_255_and_with_fewer_the_first_behind_them(self):
+    def test_black_follows_the_other_colours(self):
         for others in (255, 100):
             with self.subTest(others=others):
                 palette = [BLACK] + colours(others)
@@ -114,7 +114,7 @@ class SharedPalette(Statements):
                 self.assertEqual(sprite.frames[0][0], others)
                 self.assertEqual(sprite.palette[others:], [BLACK] * (256 - others))
 
-    def test_a_picked_colour_elsewhere_loses_its_entry(self):
+    def test_picked_colour_before_entry_255_loses_its_entry(self):
         palette = colours(100)
         folder = self.folder_of("pictures", palette)
         self.assert_exact(self.sprite_of(folder, "--render", "0"), palette)
@@ -125,7 +125,7 @@ class SharedPalette(Statements):
 
 
 class FrameSize(Statements):
-    def test_the_picture_clicked_last_gives_the_frames_their_size_though_it_is_unselected(self):
+    def test_unselected_preview_determines_frame_size(self):
         folder = self.folder_of("pictures", colours(50))
         write(os.path.join(folder, "z.bmp"), bmp_of_8_bits(20, 20, [0] * 400, colours(50)))
         target = self.path("out.spr")
@@ -136,7 +136,7 @@ class FrameSize(Statements):
         self.assertEqual(struct.unpack_from("<ii", data, 810 + 12), (16, 16))
         self.assertEqual(len(data), 810 + 20 + 20 * 20)
 
-    def test_a_smaller_preview_ends_the_program_and_saves_nothing(self):
+    def test_smaller_preview_is_fatal_and_saves_nothing(self):
         folder = self.folder_of("pictures", colours(50))
         write(os.path.join(folder, "z.bmp"), bmp_of_8_bits(12, 12, [0] * 144, colours(50)))
         target = self.path("out.spr")
@@ -145,29 +145,29 @@ class FrameSize(Statements):
 
 
 class Lists(Statements):
-    def test_a_line_that_a_second_import_left_ends_the_program(self):
+    def test_leftover_line_of_a_second_import_is_fatal(self):
         arguments = ("--pictures", SAMPLES, *EVERY_FRAME[:4], "--again", SAMPLES)
         self.run_walkthrough(*arguments, "--draw", "1:" + self.path("a.ppm"))
         self.run_walkthrough(*arguments, "--draw", "3:" + self.path("a.ppm"), status=70)
 
-    def test_saved_and_opened_again_the_list_is_right(self):
+    def test_reopening_corrects_the_list(self):
         events = self.run_walkthrough("--pictures", SAMPLES, *EVERY_FRAME[:4], "--again", SAMPLES, "--save",
                                       self.path("a.spr"))
         saved = max(at for at, event in enumerate(events) if event.startswith("message: Sprite Saved"))
         self.assertEqual(events[saved + 1:], ["list: Frame 0", "list: Frame 1"])
 
-    def test_a_grey_tga_ends_the_program(self):
+    def test_grey_tga_is_fatal(self):
         folder = self.make_folder("grey", {"a.tga": tga(3, 4, 4, 8, bytes(16))})
         self.run_walkthrough("--pictures", folder, "--filter", "tga", status=70)
 
 
 class BmpFiles(Statements):
-    """Through the import, so that both the judgement of the header and the decoder have their say."""
+    """Imports the files, so that both the probe of the header and the decoder are involved."""
 
     SOURCE = "convert -seed 7 -size 7x5 plasma:red-blue -colors 16 source.ppm; convert source.ppm -colors 2 two.ppm; "
 
     def drawn(self, command):
-        """What the main window shows of a file that a command wrote as a.bmp, and what ImageMagick decodes."""
+        """A file that a command writes as a.bmp, as shown in the main window and as decoded by ImageMagick."""
         folder = self.make_folder(f"pictures{len(os.listdir(self.folder))}")
         shell(self.SOURCE + command, folder)
         target = self.path("drawn.ppm")
@@ -175,7 +175,7 @@ class BmpFiles(Statements):
         self.assertIn("message: Frames Generated Successfully !", events)
         return parse_ppm(read(target))[0], decode(os.path.join(folder, "a.bmp"))[0]
 
-    def test_files_with_the_header_of_40_bytes_come_through(self):
+    def test_files_with_a_40_byte_header_are_preserved(self):
         commands = ["convert source.ppm -type TrueColor BMP3:a.bmp", "convert source.ppm -type Palette BMP3:a.bmp",
                     "convert source.ppm -type Palette -compress none BMP3:a.bmp",
                     "convert two.ppm -type bilevel BMP3:a.bmp"]
@@ -186,7 +186,7 @@ class BmpFiles(Statements):
                 drawn, decoded = self.drawn(command)
                 self.assertEqual(drawn, decoded)
 
-    def test_channels_of_5_and_6_bits_differ_by_1_at_most(self):
+    def test_5_and_6_bit_channels_differ_by_at_most_1(self):
         for words in ("RGB555", "RGB565"):
             with self.subTest(words=words):
                 drawn, decoded = self.drawn(f"convert source.ppm -define bmp:subtype={words} BMP3:a.bmp")
@@ -210,7 +210,7 @@ class BmpFiles(Statements):
 
 
 class CompressedTga(Statements):
-    def test_129_by_4_pixels_of_one_colour_lose_3(self):
+    def test_129_by_4_pixels_of_one_colour_lose_3_pixels(self):
         folder = self.make_folder("pictures", {"a.bmp": bmp(129, 4, [(250, 10, 20)] * 516)})
         out = self.make_folder("out")
         self.run_walkthrough("--size", "129x4", "--pictures", folder, "--save", self.path("a.spr"), "--export", out,
@@ -220,7 +220,7 @@ class CompressedTga(Statements):
 
 
 class TgaOf16Bits(Statements):
-    def test_plain_files_of_even_width_come_out_as_imagemagick_reads_them(self):
+    def test_uncompressed_files_of_even_width_match_imagemagick(self):
         words = [(i * 977 + 31) & 0x7FFF for i in range(6 * 5)]
         path = write(self.path("a.tga"), tga(2, 6, 5, 16, struct.pack("<30H", *words)))
         self.inspect("--decode", self.path("a.ppm"), path)
@@ -228,7 +228,7 @@ class TgaOf16Bits(Statements):
         self.assertEqual(drawn[:2], decoded[:2])
         self.assertLessEqual(max(abs(a - b) for a, b in zip(drawn[2], decoded[2])), 1)
 
-    def test_those_of_odd_width_do_not(self):
+    def test_uncompressed_files_of_odd_width_do_not_match(self):
         words = [(i * 977 + 31) & 0x7FFF for i in range(5 * 5)]
         path = write(self.path("a.tga"), tga(2, 5, 5, 16, struct.pack("<25H", *words)))
         self.inspect("--decode", self.path("a.ppm"), path)
@@ -239,7 +239,7 @@ class TgaOf16Bits(Statements):
 class SpriteFile(Statements):
     FIELDS = {"4 characters": "4s", "32-bit": "<i", "32-bit float": "<f", "16-bit": "<h"}
 
-    def test_the_fields_stand_where_the_tables_say(self):
+    def test_fields_are_at_the_documented_offsets(self):
         document = read(os.path.join(DOCUMENTS, "formats.md")).decode()
         chapter = document[document.index("## Sprites (.spr)"):document.index("## Reading BMP")]
         rows = re.findall(r"^\| (\d+) \| ([^|]+) \| `(\w+)` \|", chapter, re.MULTILINE)
@@ -247,18 +247,18 @@ class SpriteFile(Statements):
         picture = bmp_of_8_bits(16, 8, [i % 40 for i in range(128)], colours(40))
         folder = self.make_folder("pictures", {f"{number}.bmp": picture for number in range(5)})
         target = self.path("out.spr")
-        # Every whole number of the header has a value of its own, so that no two places can be taken for each other.
+        # Every integer field of the header has a different value, so that no two offsets can be confused.
         self.run_walkthrough("--size", "16x8", "--type", "4", "--render", "3", "--pictures", folder, "--save", target)
         data = read(target)
-        told = self.inspect(target)
+        output = self.inspect(target)
         self.assertEqual(len(data), 810 + 5 * (20 + 16 * 8))
         for place, kind, field in rows:
-            in_frame = field in told["FrameHeader"]
+            in_frame = field in output["FrameHeader"]
             value, = struct.unpack_from(self.FIELDS[kind], data, int(place) + (810 if in_frame else 0))
-            expected = told["FrameHeader"][field] if in_frame else told[field]
+            expected = output["FrameHeader"][field] if in_frame else output[field]
             with self.subTest(field=field):
                 self.assertEqual(value.decode() if isinstance(value, bytes) else value, expected)
-        self.assertEqual((told["SpriteType"], told["RenderMode"], told["FrameCount"]), (4, 3, 5))
+        self.assertEqual((output["SpriteType"], output["RenderMode"], output["FrameCount"]), (4, 3, 5))
         self.assertEqual(data[42:45], bytes(Sprite(data).palette[0]))
 
 

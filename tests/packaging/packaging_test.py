@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds the files that go with an installed editor to what their readers need, to each other, and to their places.
+"""Checks the files that are installed with the editor: their formats, their consistency and their install locations.
 Usage: packaging_test.py CMAKE BUILD SOURCE VERSION"""
 import configparser
 import email.utils
@@ -44,21 +44,21 @@ def desktop_entry():
 
 
 def chunks_of_png(data):
-    """Names and bodies of the chunks, their check sums looked at."""
+    """Yields name and body of each chunk; verifies the checksums."""
     if data[:8] != b"\x89PNG\r\n\x1a\n":
-        raise AssertionError("no PNG file")
+        raise AssertionError("not a PNG file")
     at = 8
     while at < len(data):
         length, = struct.unpack_from(">I", data, at)
         name, body = data[at + 4:at + 8], data[at + 8:at + 8 + length]
         if zlib.crc32(name + body) != struct.unpack_from(">I", data, at + 8 + length)[0]:
-            raise AssertionError(f"{name}: wrong check sum")
+            raise AssertionError(f"{name}: wrong checksum")
         yield name, body
         at += 12 + length
 
 
 class Install(unittest.TestCase):
-    def test_every_file_goes_to_its_place_and_no_other_comes(self):
+    def test_exactly_the_expected_files_are_installed(self):
         with tempfile.TemporaryDirectory() as prefix:
             environment = {name: value for name, value in os.environ.items() if name != "DESTDIR"}
             subprocess.run([CMAKE, "--install", BUILD, "--prefix", prefix], check=True, env=environment,
@@ -86,24 +86,24 @@ class Install(unittest.TestCase):
 
 
 class Icons(unittest.TestCase):
-    def test_each_has_the_size_of_its_folder_and_is_whole(self):
+    def test_each_png_is_valid_and_has_the_size_of_its_folder(self):
         for size in ICON_SIZES:
             chunks = list(chunks_of_png(read("packaging", f"icons/hicolor/{size}x{size}/apps/varnoth.png")))
             self.assertEqual(chunks[0][0], b"IHDR")
-            # Eight bits each of red, green, blue and opacity.
+            # 8 bits per channel, red, green, blue and alpha.
             self.assertEqual(struct.unpack(">IIBB", chunks[0][1][:10]), (size, size, 8, 6))
             pixels = zlib.decompress(b"".join(body for name, body in chunks if name == b"IDAT"))
             self.assertEqual(len(pixels), size * (1 + 4 * size))
             self.assertEqual(chunks[-1][0], b"IEND")
 
-    def test_the_drawing_is_square(self):
+    def test_svg_is_square(self):
         drawing = parsed("packaging", "icons/hicolor/scalable/apps/varnoth.svg")
         self.assertEqual(drawing.tag, "{http://www.w3.org/2000/svg}svg")
         self.assertEqual(drawing.get("viewBox"), "0 0 256 256")
 
 
 class DesktopEntry(unittest.TestCase):
-    def test_it_starts_the_program_under_its_icon(self):
+    def test_starts_the_program_with_its_icon(self):
         entry = desktop_entry()
         self.assertEqual(entry["Type"], "Application")
         self.assertEqual(entry["Name"], "Varnoth")
@@ -112,14 +112,14 @@ class DesktopEntry(unittest.TestCase):
         self.assertEqual(entry["Terminal"], "false")
         self.assertIn("Graphics", entry["Categories"].split(";"))
 
-    def test_it_promises_no_opening_of_files_as_the_program_takes_none(self):
+    def test_accepts_no_files(self):
         entry = desktop_entry()
         self.assertEqual(entry["Exec"], "varnoth")
         self.assertNotIn("MimeType", entry)
 
 
 class MimeType(unittest.TestCase):
-    def test_a_sprite_is_known_by_its_name_and_by_its_first_bytes(self):
+    def test_sprite_is_recognised_by_name_and_first_bytes(self):
         kind, = parsed("packaging", "varnoth.xml")
         self.assertEqual(kind.get("type"), SPRITE)
         self.assertEqual([glob.get("pattern") for glob in kind.findall(MIME_INFO + "glob")], ["*.spr"])
@@ -131,7 +131,7 @@ class Metainfo(unittest.TestCase):
     def setUp(self):
         self.component = parsed("packaging", f"{IDENTIFIER}.metainfo.xml")
 
-    def test_it_tells_of_the_files_beside_it(self):
+    def test_agrees_with_the_other_files(self):
         self.assertEqual(self.component.findtext("id"), IDENTIFIER)
         self.assertEqual(self.component.findtext("launchable"), "varnoth.desktop")
         self.assertEqual(self.component.findtext("icon"), desktop_entry()["Icon"])
@@ -139,9 +139,9 @@ class Metainfo(unittest.TestCase):
         self.assertEqual(self.component.findtext("provides/mediatype"), SPRITE)
         self.assertEqual(self.component.findtext("provides/binary"), "varnoth")
 
-    def test_it_names_no_address(self):
+    def test_contains_no_url(self):
         self.assertEqual(self.component.findall(".//url"), [])
-        # A name that ends so belongs to nobody (RFC 2606).
+        # The reverse of a domain in .invalid, which RFC 2606 reserves.
         self.assertEqual(IDENTIFIER.split(".")[0], "invalid")
 
 
@@ -150,14 +150,14 @@ class Version(unittest.TestCase):
         self.release = parsed("packaging", f"{IDENTIFIER}.metainfo.xml").find("releases/release")
         self.newest = re.search(r"^## (\S+), (\S+)$", text("CHANGELOG.md"), re.MULTILINE)
 
-    def test_all_that_name_one_name_the_projects(self):
+    def test_version_is_the_same_everywhere(self):
         self.assertEqual(self.release.get("version"), VERSION)
         self.assertEqual(self.newest[1], VERSION)
         self.assertEqual(re.match(r"varnoth \((.*)\) ", text("packaging", "debian", "changelog"))[1], VERSION)
         title = re.search(r'application_title = "(.*)"', text("src", "platform", "qt", "look.h"))[1]
         self.assertEqual(title, "Varnoth " + VERSION)
 
-    def test_all_that_tell_the_day_of_the_release_tell_the_same(self):
+    def test_release_date_is_the_same_everywhere(self):
         day = self.release.get("date")
         self.assertEqual(self.newest[2], day)
         self.assertEqual(text("packaging", "varnoth.1").split()[3], day)
@@ -166,7 +166,7 @@ class Version(unittest.TestCase):
 
 
 class Licence(unittest.TestCase):
-    def test_the_package_tells_the_same_as_the_tree(self):
+    def test_package_and_tree_have_the_same_licence(self):
         licence = text("LICENSE")
         holder = re.search(r"^Copyright .*$", licence, re.MULTILINE)[0]
         self.assertEqual(holder, "Copyright 2026 The Varnoth founders")
@@ -179,7 +179,7 @@ class Licence(unittest.TestCase):
 
 
 class Flatpak(unittest.TestCase):
-    def test_its_manifest_renames_what_is_there(self):
+    def test_manifest_refers_to_existing_files(self):
         manifest = json.loads(text("packaging", "flatpak", f"{IDENTIFIER}.json"))
         self.assertEqual(manifest["id"], IDENTIFIER)
         self.assertEqual(manifest["command"], "varnoth")

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds what scripts/gui-soak makes of memory that grows and of messages, and what its user knows of a selection."""
+"""Tests how scripts/gui-soak evaluates memory growth, messages and the state of a selection."""
 import contextlib
 import importlib.machinery
 import importlib.util
@@ -18,7 +18,7 @@ from material import Picture  # noqa: E402
 
 
 def samples(**late):
-    """Half an hour of even samples, in the last fifth of which some figures are others."""
+    """Half an hour of equal samples, except for some figures in the last fifth."""
     even = {"allocated": 1000, "anonymous": 2000, "resident": 10000, "open_files": 12}
     return [types.SimpleNamespace(minutes=half / 2, **{**even, **(late if half > 46 else {})}) for half in range(61)]
 
@@ -32,21 +32,21 @@ class Memory(unittest.TestCase):
     def test_growth_of_2_percent_passes(self):
         self.assertIn("+2.00 %", self.judge(allocated=1020, resident=10200))
 
-    def test_more_is_a_finding(self):
+    def test_more_growth_is_a_finding(self):
         for late in ({"allocated": 1021}, {"resident": 10210}, {"open_files": 13}):
             with self.assertRaises(Finding):
                 self.judge(**late)
 
-    def test_less_passes_and_so_do_holes_between_allocations(self):
+    def test_shrinking_and_growing_private_memory_pass(self):
         self.judge(allocated=900, resident=9000, open_files=11, anonymous=3000)
 
 
 class Messages(unittest.TestCase):
-    def test_known_ones_go_by_their_name(self):
+    def test_known_messages_have_a_name(self):
         self.assertEqual(message_of("Select Only 1"), "Select Only 1")
         self.assertEqual(message_of("File: a.bmp Bad Format/Corrupt."), "File: ... Bad Format/Corrupt.")
 
-    def test_others_have_none(self):
+    def test_unknown_messages_have_no_name(self):
         for text in ("Select Only 1.", "File: a.bmp Bad Format", "Run-time error: Overflow", ""):
             self.assertIsNone(message_of(text))
 
@@ -56,7 +56,7 @@ class Selections(unittest.TestCase):
         self.selection = Selection([Picture("a.bmp", (8, 8), (8, 8)), Picture("b.bmp", None, (9, 9)),
                                     Picture("c.bmp", (300, 8), (300, 8)), Picture("d.bmp", (4, 4), (4, 4))], (8, 8))
 
-    def test_the_first_fault_is_told_and_costs_its_mark(self):
+    def test_first_invalid_picture_is_reported_and_deselected(self):
         self.assertIsNone(self.selection.click(0))
         self.assertEqual(self.selection.click(3, "shift", 0), "File: b.bmp Bad Format/Corrupt.")
         self.assertEqual(self.selection.selected, {0, 2, 3})
@@ -64,7 +64,7 @@ class Selections(unittest.TestCase):
         self.assertEqual(self.selection.validate(), "All Selected Pictures Must Have Same Size.")
         self.assertIsNone(self.selection.validate())
 
-    def test_frames_of_fewer_pixels_than_the_sprite_are_not_drawable(self):
+    def test_frames_with_fewer_pixels_than_the_sprite_not_drawable(self):
         self.selection.click(3)
         self.assertTrue(self.selection.makes_drawable_frames())  # the sprite takes their size
         self.selection.click(0)

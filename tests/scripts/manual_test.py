@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Which of Doxygen's complaints scripts/manual lets pass, and how scripts/manual-filter shows it a header."""
+"""Tests which Doxygen warnings scripts/manual ignores, and how scripts/manual-filter transforms a header."""
 import importlib.machinery
 import importlib.util
 import os
@@ -54,28 +54,28 @@ class HeaderTest(unittest.TestCase):
 
 
 class Complaints(HeaderTest):
-    def left(self, declaration, kind="function", line=9, owner="class varnoth::Thing"):
+    def warnings(self, declaration, kind="function", line=9, owner="class varnoth::Thing"):
         path = self.write("Thing.h", HEADER)
         warning = f"{path}:{line}: warning: Member {declaration} ({kind}) of {owner} is not documented."
         return list(MANUAL.complaints(warning + "\n"))
 
-    def test_what_says_all_by_name_and_type_needs_no_comment(self):
+    def test_self_explanatory_declarations_need_no_comment(self):
         for declaration in ("size() const", "data()", "folder() const =0", "SetSize(int size)", "Thing(int with)",
                             "operator=(const Thing &other)", "paintEvent(QPaintEvent *event) override"):
             with self.subTest(declaration=declaration):
-                self.assertEqual(self.left(declaration), [])
-        self.assertEqual(self.left("width", kind="variable"), [])
+                self.assertEqual(self.warnings(declaration), [])
+        self.assertEqual(self.warnings("width", kind="variable"), [])
 
-    def test_other_functions_and_enumerations_need_one(self):
-        self.assertEqual(len(self.left("first(int with)")), 1)
-        self.assertEqual(len(self.left("fourth(int with)", line=15)), 1)
-        self.assertEqual(len(self.left("load(int with)", owner="namespace varnoth")), 1)
-        self.assertEqual(len(self.left("Kind", kind="enumeration")), 1)
+    def test_other_functions_and_enumerations_need_a_comment(self):
+        self.assertEqual(len(self.warnings("first(int with)")), 1)
+        self.assertEqual(len(self.warnings("fourth(int with)", line=15)), 1)
+        self.assertEqual(len(self.warnings("load(int with)", owner="namespace varnoth")), 1)
+        self.assertEqual(len(self.warnings("Kind", kind="enumeration")), 1)
 
-    def test_a_comment_holds_for_what_follows_without_a_blank_line(self):
-        self.assertEqual(self.left("third(int with)", line=13), [])
+    def test_comment_covers_following_lines_up_to_a_blank_one(self):
+        self.assertEqual(self.warnings("third(int with)", line=13), [])
 
-    def test_every_other_warning_stays_and_is_told_once(self):
+    def test_other_warnings_are_reported_once(self):
         text = "a.h:1: warning: Compound varnoth::Thing is not documented.\nb.h:2: warning: argument 'x' is not found\n"
         self.assertEqual(list(MANUAL.complaints(text + text)), text.splitlines())
 
@@ -86,17 +86,17 @@ class Filter(HeaderTest):
         return subprocess.run([os.path.join(SCRIPTS, "manual-filter"), path], check=True, stdout=subprocess.PIPE,
                               encoding="utf-8").stdout
 
-    def test_the_comment_at_the_top_is_about_the_class_of_that_name_and_lines_stay(self):
+    def test_opening_comment_documents_the_class_and_keeps_lines(self):
         lines = self.shown("Thing.h", HEADER).split("\n")
         self.assertEqual(lines[:2], ["/// @class varnoth::Thing", "/// Holds a thing."])
         self.assertEqual(lines[2:], HEADER.split("\n")[2:])
 
-    def test_or_about_the_namespace_or_the_file(self):
+    def test_opening_comment_documents_namespace_or_file(self):
         module = "// Does it.\n#pragma once\n\nnamespace varnoth::things {\n} // namespace varnoth::things\n"
         self.assertTrue(self.shown("things.h", module).startswith("/// @namespace varnoth::things\n/// Does it.\n"))
         self.assertTrue(self.shown("other.h", module).startswith("/// @file\n/// Does it.\n"))
 
-    def test_a_class_that_is_only_announced_is_not_meant(self):
+    def test_forward_declared_class_is_not_documented(self):
         text = "// Does it.\n#pragma once\n\nnamespace varnoth {\nclass Thing;\n} // namespace varnoth\n"
         self.assertTrue(self.shown("Thing.h", text).startswith("/// @file\n"))
 

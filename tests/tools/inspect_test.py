@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the inspector as a program over sprites and pictures, good ones and bad ones, and holds what it tells to what
-parsers of its own or ImageMagick see. Usage: inspect_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
+"""Runs the inspector as a program on valid and invalid sprites and pictures, and compares its output with independent
+parsers or ImageMagick. Usage: inspect_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
 import hashlib
 import json
 import os
@@ -28,11 +28,11 @@ class Inspect(ToolTest):
         self.assertEqual(lines[0].pop("file"), arguments[-1])
         return lines[0]
 
-    def test_a_sprite_is_told_in_full(self):
+    def test_sprite_is_reported_completely(self):
         frames = [bytes([7] * 6), bytes(range(6))]
         data = sprite_file(2, 3, frames, origins=[(1, 2), (3, 4)])
-        told = self.inspect_one(write(self.path("a.spr"), data))
-        self.assertEqual(told, {
+        output = self.inspect_one(write(self.path("a.spr"), data))
+        self.assertEqual(output, {
             "result": -1, "message": None, "Ident": "IDSP", "Version": 2, "SpriteType": 1, "RenderMode": 0,
             "BoundingRadius": 7.5, "Width": 2, "Height": 3, "FrameCount": 2, "BeamLength": 2.5, "SyncType": 0,
             "ColourCount": 256,
@@ -40,14 +40,14 @@ class Inspect(ToolTest):
             "PaletteSha256": sha256(bytes(range(256)) * 3),
             "Frames": [{"length": 6, "sha256": sha256(frame)} for frame in frames], "FrameOrder": [0, 1]})
 
-    def test_a_refused_sprite_has_its_message_and_what_was_read_until_then(self):
-        told = self.inspect_one(write(self.path("a.spr"), sprite_file(5, 3, [bytes(15)], colour_count=255)))
-        self.assertEqual((told["result"], told["message"]), (0, "Not 8bpp sprite"))
-        self.assertEqual((told["Width"], told["ColourCount"], told["Frames"]), (5, 255, []))
-        told = self.inspect_one(self.path("missing.spr"))
-        self.assertEqual((told["result"], told["message"]), (0, "Unknown Error Loading Sprite."))
+    def test_refused_sprite_has_its_message_and_the_fields_read(self):
+        output = self.inspect_one(write(self.path("a.spr"), sprite_file(5, 3, [bytes(15)], colour_count=255)))
+        self.assertEqual((output["result"], output["message"]), (0, "Not 8bpp sprite"))
+        self.assertEqual((output["Width"], output["ColourCount"], output["Frames"]), (5, 255, []))
+        output = self.inspect_one(self.path("missing.spr"))
+        self.assertEqual((output["result"], output["message"]), (0, "Unknown Error Loading Sprite."))
 
-    def test_every_file_has_its_line_and_its_own_document(self):
+    def test_each_file_has_its_own_line_and_document(self):
         write(self.path("a.spr"), sprite_file(1, 1, [b"\1"]))
         write(self.path("b.spr"), b"")
         first, second = self.inspect("a.spr", "b.spr")
@@ -60,15 +60,15 @@ class Inspect(ToolTest):
                          {"probe": {"result": -1, "width": 64, "height": 64, "bitCount": 8, "compression": 0}})
         self.assertEqual(self.inspect_one(os.path.join(SAMPLES, "explosion_1.jpg")),
                          {"probe": {"result": -1, "width": 64, "height": 64}})
-        told = self.inspect_one(write(self.path("bad.BMP"), b"MB"))
-        self.assertEqual(told["probe"]["result"], 0)
+        output = self.inspect_one(write(self.path("bad.BMP"), b"MB"))
+        self.assertEqual(output["probe"]["result"], 0)
         self.assertEqual(self.inspect_one(self.path("missing.bmp")), {"probe": {"failure": "FileNotFound"}})
 
     def check_reader(self, extension, recognised, bpp):
         path = os.path.join(SAMPLES, f"explosion_5.{extension}")
-        told = self.inspect_one("--decode", self.path("out.ppm"), path)
+        output = self.inspect_one("--decode", self.path("out.ppm"), path)
         width, height, pixels = decode(path)[0]
-        self.assertEqual(told, {
+        self.assertEqual(output, {
             "probe": {"result": -1, "width": SIDE, "height": SIDE, "bpp": bpp},
             "load": {"Width": SIDE, "Height": SIDE, "TwipWidth": SIDE * 15, "TwipHeight": SIDE * 15, "Bpp": bpp,
                      "Compressed": 0, recognised: -1},
@@ -81,31 +81,31 @@ class Inspect(ToolTest):
     def test_pcx_files_are_probed_loaded_and_drawn(self):
         self.check_reader("pcx", "IsPCX", 8)
 
-    def test_nothing_is_told_where_nothing_was_decoded(self):
+    def test_undecoded_picture_is_reported_as_nothing(self):
         good = write(self.path("good.tga"), tga(2, 1, 1, 24, bytes(RED)))
         for name, data in (("bad.tga", tga(2, 2, 2, 5, bytes(16))), ("bad.pcx", bytes(200))):
             path = write(self.path(name), data)
             self.assertIs(self.inspect_one(path)["load"]["nothing"], True)
-            told = self.inspect(good, path)
-            self.assertNotIn("nothing", told[0]["load"])
-            self.assertIs(told[1]["load"]["nothing"], True)
+            output = self.inspect(good, path)
+            self.assertNotIn("nothing", output[0]["load"])
+            self.assertIs(output[1]["load"]["nothing"], True)
 
-    def test_a_picture_without_pixels_is_nothing_also_behind_another(self):
+    def test_picture_without_pixels_is_nothing_even_after_another(self):
         good = write(self.path("good.tga"), tga(2, 1, 1, 24, bytes(RED)))
         empty = write(self.path("empty.tga"), tga(2, 0, 1, 16, bytes(4)))
         self.assertIs(self.inspect_one(empty)["load"]["nothing"], True)
         self.assertIs(self.inspect(good, empty)[1]["load"]["nothing"], True)
 
-    def test_failures_stand_where_they_arise(self):
+    def test_failure_is_reported_for_its_step(self):
         grey = write(self.path("grey.tga"), tga(3, 4, 4, 8, bytes(16)))
-        told = self.inspect_one(grey)
-        self.assertEqual(told["load"], {"failure": "SubscriptOutOfRange"})
-        self.assertEqual(told["probe"], {"result": -1, "width": 4, "height": 4, "bpp": 8})
-        self.assertNotIn("drawn", told)
+        output = self.inspect_one(grey)
+        self.assertEqual(output["load"], {"failure": "SubscriptOutOfRange"})
+        self.assertEqual(output["probe"], {"result": -1, "width": 4, "height": 4, "bpp": 8})
+        self.assertNotIn("drawn", output)
 
-    def test_one_reader_object_keeps_its_map_for_the_next_file(self):
+    def test_same_object_keeps_its_colour_map_for_the_next_file(self):
         mapped = write(self.path("mapped.tga"), tga(1, 4, 1, 8, bytes([1, 0, 1, 1]), bytes(RED[::-1] + BLUE[::-1])))
-        # Longer by the old map's size, which the length formula takes away.
+        # Longer by the size of the old map, which the reader subtracts from the length.
         grey = write(self.path("grey.tga"), tga(3, 4, 1, 8, bytes(4 + 3 * 256)))
         apart = self.inspect(mapped, grey)
         self.assertEqual(apart[0]["drawn"]["sha256"], sha256(bytes(BLUE + RED + BLUE + BLUE)))
@@ -114,7 +114,7 @@ class Inspect(ToolTest):
         self.assertEqual(together[0], apart[0])
         self.assertEqual(together[1]["drawn"], {"width": 4, "height": 1, "sha256": sha256(bytes(12))})
 
-    def test_without_a_file_or_with_an_unknown_option_it_ends_with_64(self):
+    def test_missing_file_or_unknown_option_exits_with_64(self):
         self.inspect(status=64)
         self.inspect("--decode", status=64)
         self.inspect("--unknown", "a.spr", status=64)

@@ -1,5 +1,5 @@
-"""What the tests of the built tools share: files made and taken apart by hand, and a test that has a folder of its own
-and runs the scripted user in it. The first arguments of a test are WALKTHROUGH INSPECT SAMPLES."""
+"""Shared by the tests of the built tools: independent writers and parsers of the file formats, and a test case that
+runs the scripted user in a temporary folder. The first arguments of each test are WALKTHROUGH INSPECT SAMPLES."""
 import os
 import struct
 import subprocess
@@ -27,7 +27,7 @@ def write(path, data):
 
 
 def bmp(width, height, pixels):
-    """A BMP file of 24 bits; pixels are triples of red, green, blue, rows from the top."""
+    """A 24-bit BMP file; pixels are triples of red, green, blue, rows from the top."""
     padding = bytes(-3 * width % 4)
     rows = [b"".join(bytes(pixel[::-1]) for pixel in pixels[y * width:(y + 1) * width]) + padding
             for y in reversed(range(height))]
@@ -41,7 +41,7 @@ def solid(colour, side=4):
 
 
 def tga(kind, width, height, depth, body, colour_map=b""):
-    """A TGA file, bottom row first; a colour map has entries of 24 bits."""
+    """A TGA file, bottom row first, with an optional colour map of 24-bit entries."""
     return struct.pack("<BBBHHBHHHHBB", 0, 1 if colour_map else 0, kind, 0, len(colour_map) // 3,
                        24 if colour_map else 0, 0, 0, width, height, depth, 0) + colour_map + body
 
@@ -58,7 +58,7 @@ def sprite_file(width, height, frames, ident=b"IDSP", frame_count=None, colour_c
 
 
 class Sprite:
-    """A sprite file taken apart."""
+    """A parsed sprite file."""
 
     def __init__(self, data):
         (self.ident, self.version, self.type, self.render, self.radius, self.width, self.height, self.count,
@@ -77,12 +77,12 @@ class Sprite:
         self.length = at
 
     def colours_of(self, frame):
-        """The red, green, blue bytes of a frame's pixels."""
+        """The pixels of a frame as red, green, blue bytes."""
         return b"".join(bytes(self.palette[index]) for index in self.frames[frame])
 
 
 def parse_ppm(data):
-    """All pictures of a run of binary PPM files, as (width, height, bytes)."""
+    """Parses concatenated binary PPM files into (width, height, bytes)."""
     pictures, at = [], 0
     while at < len(data):
         fields = []
@@ -93,7 +93,7 @@ def parse_ppm(data):
             fields.append(data[at:end])
             at = end + 1
         if fields[0] != b"P6" or fields[3] != b"255":
-            raise ValueError(f"no PPM of 8 bits: {fields}")
+            raise ValueError(f"not an 8-bit PPM file: {fields}")
         width, height = int(fields[1]), int(fields[2])
         pictures.append((width, height, data[at:at + 3 * width * height]))
         at += 3 * width * height
@@ -101,7 +101,7 @@ def parse_ppm(data):
 
 
 def decode(*paths):
-    """What ImageMagick sees in the files."""
+    """Decodes the files with ImageMagick."""
     return parse_ppm(subprocess.run(["convert", *paths, "-auto-orient", "-alpha", "off", "-depth", "8", "ppm:-"],
                                     check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout)
 
@@ -135,6 +135,6 @@ class ToolTest(unittest.TestCase):
         return done.stdout.decode().splitlines()
 
     def make_sprite(self, *arguments, name="out.spr"):
-        """The events and the sprite that a walk saves."""
+        """Runs the scripted user; returns its events and the saved sprite."""
         events = self.run_walkthrough(*arguments, "--save", self.path(name))
         return events, Sprite(read(self.path(name)))

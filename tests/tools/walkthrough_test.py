@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the scripted user as a program, from pictures to a sprite and back, and looks at every file with parsers of its
-own or with ImageMagick. Usage: walkthrough_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
+"""Runs the scripted user as a program, from pictures to a sprite and back, and checks every file with independent
+parsers or ImageMagick. Usage: walkthrough_test.py WALKTHROUGH INSPECT SAMPLES [TEST...]"""
 import math
 import os
 import stat
@@ -17,7 +17,7 @@ def of_kind(events, kind):
 
 
 class Import(ToolTest):
-    def test_what_happens_is_told_line_by_line(self):
+    def test_events_are_printed_one_per_line(self):
         events = self.run_walkthrough("--pictures", SAMPLES, "--filter", "bmp", "--select", "explosion_2.bmp",
                                       "--select", "explosion_0.bmp", "--save", self.path("two.spr"), "--export",
                                       self.folder, "--format", "tga")
@@ -34,12 +34,12 @@ class Import(ToolTest):
             "step: two_1.tga", "wrote: " + self.path("two_1.tga")])
         self.assertEqual(sorted(os.listdir(self.folder)), ["two.spr", "two_0.tga", "two_1.tga"])
 
-    def test_without_options_there_is_a_new_sprite_and_nothing_to_see(self):
+    def test_no_options_create_a_sprite_silently(self):
         self.assertEqual(self.run_walkthrough(), [])
         self.assertEqual(self.run_walkthrough("--save", "out.spr", "--export", self.folder), [])
         self.assertEqual(os.listdir(self.folder), [])
 
-    def test_a_new_sprite_is_of_type_2_and_mode_1_unless_told(self):
+    def test_new_sprite_has_type_2_and_mode_1_by_default(self):
         pictures = self.three_pictures()
         _, sprite = self.make_sprite("--pictures", pictures)
         self.assertEqual((sprite.type, sprite.render, sprite.count), (2, 1, 3))
@@ -67,40 +67,40 @@ class Import(ToolTest):
         self.assertEqual(decode(*exported), expected)
         self.assertEqual(parse_ppm(read(self.path("3.ppm"))), [expected[3]])
 
-        # Every frame resembles its own picture more than any other; a few hundred of its bytes tell.
+        # Each frame resembles its own picture more than any other; comparing a few hundred bytes is enough.
         sources = [decode(os.path.join(SAMPLES, f"explosion_{i}.{format_name}"))[0][2][::37] for i in range(EXPLOSION)]
         for number in range(EXPLOSION):
             frame = sprite.colours_of(number)[::37]
             distances = [sum((a - b) ** 2 for a, b in zip(frame, source)) for source in sources]
             self.assertEqual(distances.index(min(distances)), number)
 
-    def test_bmp_samples_become_a_sprite_and_come_back(self):
+    def test_bmp_samples_are_imported_and_exported(self):
         self.check_explosion("bmp", EXPLOSION + 1)
 
-    def test_jpg_samples_become_a_sprite_and_come_back(self):
+    def test_jpg_samples_are_imported_and_exported(self):
         self.check_explosion("jpg", EXPLOSION)
 
-    def test_tga_samples_become_a_sprite_and_come_back(self):
+    def test_tga_samples_are_imported_and_exported(self):
         self.check_explosion("tga", EXPLOSION)
 
-    def test_pcx_samples_become_the_same_sprite_as_tga_samples(self):
+    def test_pcx_samples_give_the_same_sprite_as_tga_samples(self):
         self.check_explosion("pcx", EXPLOSION)
         self.make_sprite("--pictures", SAMPLES, "--filter", "tga")
         self.assertEqual(read(self.path("boom.spr")), read(self.path("out.spr")))
 
-    def test_the_colours_of_an_8_bit_picture_come_through_exactly(self):
+    def test_colours_of_an_8_bit_picture_are_preserved(self):
         _, sprite = self.make_sprite("--pictures", SAMPLES, "--filter", "bmp", "--select", "palette.bmp")
         self.assertEqual(sprite.count, 1)
         self.assertEqual((SIDE, SIDE, sprite.colours_of(0)), decode(os.path.join(SAMPLES, "palette.bmp"))[0])
 
-    def test_selected_pictures_come_in_the_order_of_the_list(self):
+    def test_pictures_are_imported_in_list_order(self):
         pictures = self.make_folder("pictures", {"f10.bmp": solid(RED), "f9.bmp": solid(GREEN), "F2.BMP": solid(BLUE),
                                                  "f1.pcx": b"", "f3.bmp": solid(WHITE)})
         _, sprite = self.make_sprite("--pictures", pictures, "--select", "f10.bmp", "--select", "F2.BMP",
                                      "--select", "f9.bmp")
         self.assertEqual([sprite.colours_of(i)[:3] for i in range(3)], [bytes(BLUE), bytes(GREEN), bytes(RED)])
 
-    def test_two_runs_give_the_same_bytes(self):
+    def test_two_runs_give_identical_files(self):
         arguments = ("--pictures", SAMPLES, "--filter", "jpg", "--select", "explosion_4.jpg", "--select",
                      "explosion_9.jpg")
         first, _ = self.make_sprite(*arguments)
@@ -109,20 +109,20 @@ class Import(ToolTest):
         self.assertEqual(first, second)
         self.assertEqual(data, read(self.path("out.spr")))
 
-    def test_the_sprite_takes_the_size_of_the_pictures_unless_told_to_resize_them(self):
+    def test_sprite_takes_the_picture_size_unless_resizing(self):
         pictures = self.make_folder("pictures", {"a.bmp": bmp(2, 1, [RED, BLUE])})
         _, sprite = self.make_sprite("--pictures", pictures, "--size", "6x3")
         self.assertEqual((sprite.width, sprite.height, sprite.frame_headers[0]), (2, 1, (0, -1, 0, 2, 1)))
         _, sprite = self.make_sprite("--pictures", pictures, "--size", "6x3", "--choice", "set", name="set.spr")
         self.assertEqual(sprite.width, 2)
         _, sprite = self.make_sprite("--pictures", pictures, "--size", "6x3", "--choice", "resize", name="resized.spr")
-        # Half of 3 is 1.5, of which ties to even make 2.
+        # Half of 3 is 1.5, which rounds to even: 2.
         self.assertEqual((sprite.width, sprite.height, sprite.frame_headers[0]), (6, 3, (0, -3, 2, 6, 3)))
         self.assertEqual(sprite.colours_of(0), bytes((RED * 3 + BLUE * 3) * 3))
         _, sprite = self.make_sprite("--pictures", pictures, "--choice", "resize", name="default.spr")
         self.assertEqual((sprite.width, sprite.height), (32, 32))
 
-    def test_pictures_of_other_sizes_and_bad_files_are_left_out_with_their_message(self):
+    def test_unsuitable_pictures_are_skipped_with_a_message(self):
         top_down = bytearray(solid(GREEN))
         top_down[22:26] = struct.pack("<i", -4)
         pictures = self.make_folder("pictures", {"a.bmp": solid(RED), "b.bmp": solid(GREEN, 5), "c.bmp": top_down,
@@ -134,24 +134,24 @@ class Import(ToolTest):
             "File: d.bmp With Size Greater Than 256 x 256."])
         self.assertEqual([sprite.colours_of(i)[:3] for i in range(sprite.count)], [bytes(RED), bytes(BLUE)])
 
-    def test_without_a_picture_of_the_filter_there_is_only_the_message(self):
+    def test_no_matching_picture_gives_only_the_message(self):
         pictures = self.three_pictures()
         events = self.run_walkthrough("--pictures", pictures, "--filter", "tga", "--save", self.path("out.spr"))
         self.assertEqual(events, ["message: Select Picture/s To Add."])
         self.assertFalse(os.path.exists(self.path("out.spr")))
 
-    def test_the_palette_is_in_the_order_of_first_appearance_and_black_is_met_at_the_free_entry(self):
+    def test_palette_has_order_of_appearance_then_black(self):
         pictures = self.make_folder("pictures", {"a.bmp": bmp(4, 1, [GREEN, BLACK, RED, GREEN]),
                                                  "b.bmp": bmp(4, 1, [BLUE, RED, BLUE, WHITE])})
         _, sprite = self.make_sprite("--pictures", pictures)
         self.assertEqual(sprite.palette, [GREEN, RED, BLUE, WHITE] + [BLACK] * 252)
         self.assertEqual(sprite.frames, [bytes([0, 4, 1, 0]), bytes([2, 1, 2, 3])])
 
-    def test_the_transparent_colour_vanishes_from_the_palette_and_its_pixels_keep_their_index(self):
+    def test_transparent_colour_leaves_palette_but_pixels_keep_index(self):
         pictures = self.make_folder("pictures", {"a.bmp": bmp(3, 1, [GREEN, RED, BLUE])})
         for render in ("2", "3"):
             _, sprite = self.make_sprite("--pictures", pictures, "--render", render, name=render + ".spr")
-            self.assertEqual(sprite.palette[:3], [BLACK, RED, BLUE], "the top left pixel is the default")
+            self.assertEqual(sprite.palette[:3], [BLACK, RED, BLUE], "default: top left pixel")
             self.assertEqual(sprite.frames, [bytes([0, 1, 2])])
             _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0",
                                          name=render + ".spr")
@@ -160,9 +160,9 @@ class Import(ToolTest):
         for render in ("0", "1"):
             _, sprite = self.make_sprite("--pictures", pictures, "--render", render, "--pick", "2,0",
                                          name=render + ".spr")
-            self.assertEqual(sprite.palette[:3], [GREEN, RED, BLUE], "there is no picker for the other modes")
+            self.assertEqual(sprite.palette[:3], [GREEN, RED, BLUE], "no picker in other modes")
 
-    def test_the_preview_shows_the_picture_clicked_last(self):
+    def test_preview_shows_the_picture_clicked_last(self):
         _, sprite = self.make_sprite("--pictures", self.three_pictures(), "--render", "3")
         self.assertEqual(sprite.palette[:3], [RED, GREEN, BLACK])
         _, sprite = self.make_sprite("--pictures", self.path("pictures"), "--render", "3", "--select", "b.bmp",
@@ -181,35 +181,35 @@ class Abort(ToolTest):
         return self.run_walkthrough("--pictures", pictures, "--abort-after", str(number), "--save",
                                     self.path("out.spr"))
 
-    def test_in_the_first_pass_nothing_is_imported_or_saved(self):
+    def test_abort_in_first_pass_imports_and_saves_nothing(self):
         for number in range(4):
             events = self.abort_after(number)
-            # The mark is tested before events run, so a press ahead of the first picture still lets it through.
+            # The abort flag is tested before events run, so Cancel before the first picture still loads that one.
             self.assertEqual(events.count("step: Loading Picture..."), max(number, 1))
             self.assertEqual(events.count("step: Aborting Process..."), 1)
             self.assertEqual(of_kind(events, "message"), [self.ABORTED])
             self.assertEqual(of_kind(events, "list") + of_kind(events, "wrote"), [])
             self.assertFalse(os.path.exists(self.path("out.spr")))
 
-    def test_in_the_second_pass_the_frames_made_so_far_stay_under_the_message_of_success(self):
+    def test_abort_in_second_pass_keeps_frames_and_reports_success(self):
         for number in (4, 5, 6):
             events = self.abort_after(number)
             self.assertEqual(events.count("step: Aborting Process..."), 1)
             self.assertEqual(of_kind(events, "message")[0], self.SUCCESS)
             self.assertEqual(Sprite(read(self.path("out.spr"))).count, number - 3)
 
-    def test_beyond_both_passes_nobody_presses_cancel(self):
+    def test_abort_after_both_passes_has_no_effect(self):
         events = self.abort_after(7)
         self.assertNotIn("step: Aborting Process...", events)
         self.assertEqual(Sprite(read(self.path("out.spr"))).count, 3)
 
-    def test_an_abort_of_the_first_import_leaves_the_second_alone(self):
+    def test_aborting_the_first_import_does_not_affect_the_second(self):
         pictures = self.three_pictures()
         events, sprite = self.make_sprite("--pictures", pictures, "--again", pictures, "--abort-after", "1")
         self.assertEqual(of_kind(events, "message")[:2], [self.ABORTED, self.SUCCESS])
         self.assertEqual(sprite.count, 3)
 
-    def test_an_extraction_ends_before_the_next_line(self):
+    def test_aborted_export_stops_before_the_next_frame(self):
         pictures = self.three_pictures()
         for number in range(4):
             out = self.make_folder(f"out{number}")
@@ -219,23 +219,23 @@ class Abort(ToolTest):
 
 
 class FrameList(ToolTest):
-    def test_a_second_import_replaces_the_frames_and_lengthens_the_list(self):
+    def test_second_import_replaces_frames_and_extends_the_list(self):
         second = self.make_folder("second", {"d.bmp": solid(WHITE)})
         events, sprite = self.make_sprite("--pictures", self.three_pictures(), "--again", second)
         self.assertEqual(of_kind(events, "list"), ["Frame 0", "Frame 1", "Frame 2", "Frame 3", "Frame 0"])
         self.assertEqual(of_kind(events, "message")[:2], [Abort.SUCCESS] * 2)
         self.assertEqual(sprite.count, 1)
         self.assertEqual(sprite.frames[0], bytes(16))
-        # Black stands behind every import's colours; entry 2 is left over from the first import.
+        # Each import puts black after its colours; entry 2 is left over from the first import.
         self.assertEqual(sprite.palette[:4], [WHITE, BLACK, BLUE, BLACK])
 
-    def test_the_selection_goes_by_name_in_the_second_import_too(self):
+    def test_second_import_selects_by_name_too(self):
         second = self.make_folder("second", {"b.bmp": solid(WHITE), "d.bmp": solid(RED)})
         _, sprite = self.make_sprite("--pictures", self.three_pictures(), "--select", "a.bmp", "--select", "b.bmp",
                                      "--again", second)
         self.assertEqual([sprite.colours_of(i)[:3] for i in range(sprite.count)], [bytes(WHITE)])
 
-    def test_arrows_move_frames_and_saving_writes_them_in_display_order(self):
+    def test_arrows_reorder_frames_and_save_uses_that_order(self):
         _, sprite = self.make_sprite("--pictures", self.three_pictures(), "--move", "2:up", "--move", "0:down",
                                      "--move", "0:up", "--move", "2:down", "--draw", "0:" + self.path("0.ppm"),
                                      "--draw", "2:" + self.path("2.ppm"))
@@ -244,7 +244,7 @@ class FrameList(ToolTest):
         self.assertEqual(parse_ppm(read(self.path("0.ppm"))), [(4, 4, bytes(BLUE) * 16)])
         self.assertEqual(parse_ppm(read(self.path("2.ppm"))), [(4, 4, bytes(GREEN) * 16)])
 
-    def test_an_export_without_saving_jumps_with_the_order(self):
+    def test_export_before_saving_skips_numbers_of_moved_frames(self):
         out = self.make_folder("out")
         events = self.run_walkthrough("--pictures", self.three_pictures(), "--move", "0:down", "--export", out)
         self.assertEqual(of_kind(events, "step")[-3:], ["Extracting Frames...", "Untitled_0.bmp", "Untitled_2.bmp"])
@@ -271,12 +271,12 @@ class Export(ToolTest):
     def exported(self, extension, *numbers):
         return [os.path.join(self.out, f"odd_{n}.{extension}") for n in numbers]
 
-    def test_every_format_reads_back_equal(self):
+    def test_each_format_decodes_to_the_same_pixels(self):
         for extension, options in (("bmp", ()), ("tga", ()), ("pcx", ()), ("pcx", ("--compressed",))):
             self.export("--format", extension, "--if-exists", "overwrite", *options)
             self.assertEqual(decode(*self.exported(extension, 0, 1, 2)), self.expected(0, 1, 2), extension)
 
-    def test_the_compressed_choice_reaches_tga_and_pcx_files(self):
+    def test_compressed_option_applies_to_tga_and_pcx(self):
         self.export("--format", "tga", "--compressed")
         self.assertEqual(read(self.exported("tga", 0)[0])[2], 10)
         self.export("--format", "tga", "--if-exists", "overwrite")
@@ -286,16 +286,16 @@ class Export(ToolTest):
         self.export("--format", "pcx", "--if-exists", "overwrite")
         self.assertEqual(read(self.exported("pcx", 0)[0])[2], 0)
 
-    def test_bmp_is_the_default_format_and_the_base_name_ends_at_the_first_dot(self):
+    def test_default_format_is_bmp_and_base_name_ends_at_first_dot(self):
         self.export()
         self.assertEqual(sorted(os.listdir(self.out)), ["odd_0.bmp", "odd_1.bmp", "odd_2.bmp"])
 
-    def test_only_the_frames_told_are_written(self):
+    def test_only_selected_frames_are_written(self):
         events = self.export("--frames", "2,0")
         self.assertEqual(of_kind(events, "wrote"), self.exported("bmp", 0, 2))
         self.assertEqual(decode(*self.exported("bmp", 0, 2)), self.expected(0, 2))
 
-    def test_existing_files_are_skipped_asked_for_or_overwritten(self):
+    def test_existing_files_are_skipped_asked_about_or_overwritten(self):
         old, = self.exported("bmp", 1)
         question = "File odd_1.bmp Already Exists. Overwrite?"
         for options, questions, overwritten in ((("--if-exists", "skip"), [], False),
@@ -313,7 +313,7 @@ class Export(ToolTest):
             self.assertEqual(read(old) != b"old", overwritten, options)
             self.assertEqual(of_kind(events, "wrote"), self.exported("bmp", *((0, 1, 2) if overwritten else (0, 2))))
 
-    def test_a_folder_that_is_not_there_or_not_told_gives_its_message(self):
+    def test_missing_or_empty_output_folder_gives_its_message(self):
         self.assertEqual(of_kind(self.run_walkthrough("--open", self.sprite, "--export", self.path("none")), "message"),
                          ["Output Folder Doesnt Exist."])
         self.assertEqual(of_kind(self.run_walkthrough("--open", self.sprite, "--export", ""), "message"),
@@ -321,7 +321,7 @@ class Export(ToolTest):
 
 
 class Screenshots(ToolTest):
-    def test_every_window_is_pictured(self):
+    def test_each_window_has_a_screenshot(self):
         shots = self.make_folder("shots")
         out = self.make_folder("out")
         events = self.run_walkthrough("--pictures", SAMPLES, "--select", "explosion_3.bmp", "--select",
@@ -342,7 +342,7 @@ class Screenshots(ToolTest):
             self.assertEqual(sizes.get(name[3:-4], (width, height)), (width, height))
             self.assertGreater(len({pixels[i:i + 3] for i in range(0, len(pixels), 3)}), 8, name)
 
-    def test_pictures_change_nothing_that_is_told_or_made(self):
+    def test_screenshots_do_not_change_events_or_files(self):
         shots = self.make_folder("shots")
         arguments = ("--pictures", self.three_pictures(), "--move", "1:up", "--save", self.path("out.spr"))
         plain = self.run_walkthrough(*arguments)
@@ -357,21 +357,21 @@ class OpenAndSave(ToolTest):
         path = write(self.path("in.spr"), data)
         return self.run_walkthrough("--open", path, *arguments, **options)
 
-    def test_a_sprite_opened_and_saved_keeps_its_header_and_gets_its_last_origin_everywhere(self):
+    def test_open_and_save_keeps_header_and_uses_last_origin(self):
         frames = [bytes([i] * 6) for i in range(3)]
         events = self.open(sprite_file(2, 3, frames, origins=[(1, 2), (3, 4), (5, 6)]), "--save", self.path("out.spr"))
         self.assertEqual(events, [f"list: Frame {i}" for i in range(3)] + ["wrote: " + self.path("out.spr")]
                          + [f"list: Frame {i}" for i in range(3)])
         self.assertEqual(read(self.path("out.spr")), sprite_file(2, 3, frames, origins=[(5, 6)] * 3))
 
-    def test_an_import_into_an_opened_sprite_replaces_its_frames(self):
+    def test_import_into_an_opened_sprite_replaces_its_frames(self):
         pictures = self.three_pictures()
         path = write(self.path("in.spr"), sprite_file(2, 3, [bytes(6)]))
         events, sprite = self.make_sprite("--open", path, "--pictures", pictures, "--choice", "resize")
         self.assertEqual((sprite.width, sprite.height, sprite.count, sprite.type, sprite.render), (2, 3, 3, 1, 0))
         self.assertEqual(of_kind(events, "list")[:4], ["Frame 0", "Frame 1", "Frame 2", "Frame 3"])
 
-    def test_refused_files_give_their_message_and_end_the_walk(self):
+    def test_refused_file_gives_its_message_and_ends_the_run(self):
         good = sprite_file(2, 2, [bytes(4)] * 2)
         refused = {
             "Not A Half-Life Sprite " + self.path("in.spr"): sprite_file(2, 2, [bytes(4)], ident=b"idsp"),
@@ -385,12 +385,12 @@ class OpenAndSave(ToolTest):
                          ["message: Unknown Error Loading Sprite."])
         self.assertEqual(os.listdir(self.folder), ["in.spr"])
 
-    def test_a_frame_cut_short_is_filled_with_zeros(self):
+    def test_truncated_frame_is_filled_with_zeros(self):
         frames = [bytes([1] * 4), bytes([2] * 4)]
         self.open(sprite_file(2, 2, frames)[:-3], "--save", self.path("out.spr"))
         self.assertEqual(Sprite(read(self.path("out.spr"))).frames, [frames[0], bytes([2, 0, 0, 0])])
 
-    def test_a_read_only_target_stays_with_the_message(self):
+    def test_read_only_target_is_kept_and_gives_the_message(self):
         target = write(self.path("out.spr"), b"old")
         os.chmod(target, stat.S_IRUSR)
         events = self.run_walkthrough("--pictures", self.three_pictures(), "--save", target)
@@ -399,8 +399,8 @@ class OpenAndSave(ToolTest):
         self.assertEqual(read(target), b"old")
 
 
-class Ends(ToolTest):
-    def test_a_wrong_option_ends_with_64_before_anything_is_done(self):
+class ExitStatus(ToolTest):
+    def test_wrong_option_exits_with_64_before_doing_anything(self):
         pictures = self.three_pictures()
         job = ("--pictures", pictures, "--save", self.path("out.spr"))
         for wrong in (("--unknown",), ("out.spr",), ("--filter", "gif"), ("--filter", "BMP"), ("--size", "32"),
@@ -416,10 +416,10 @@ class Ends(ToolTest):
             self.assertNotEqual(self.errors, "", wrong)
             self.assertEqual(os.listdir(self.folder), ["pictures"], wrong)
 
-    def test_an_arrow_on_a_line_that_is_not_there_is_a_wrong_option(self):
+    def test_moving_a_missing_line_exits_with_64(self):
         self.run_walkthrough("--pictures", self.three_pictures(), "--move", "3:up", status=64)
 
-    def test_a_fatal_failure_ends_with_70_and_its_name(self):
+    def test_fatal_error_exits_with_70_and_its_name(self):
         grey = self.make_folder("grey", {"grey.tga": tga(3, 4, 4, 8, bytes(16))})
         broken = self.make_folder("broken", {"a.bmp": struct.pack("<2sIHHIIiiHHIIiiII", b"BM", 1000, 0, 0, 54, 40, 4,
                                                                   4, 1, 24, 0, 3, 0, 0, 0, 0)[:30] + b"\x03" * 24})
@@ -428,15 +428,15 @@ class Ends(ToolTest):
         self.make_folder("one", {"a.bmp": solid(RED)})
         shallow = write(self.path("shallow.spr"), sprite_file(4, 4, [bytes(4)], frame_size=(2, 2)))
         for name, arguments in (
-                # No map of 24 bits was ever read, and its highest index is asked for.
+                # Uses the highest index of a 24-bit colour map that was never read.
                 ("SubscriptOutOfRange", ("--pictures", grey, "--filter", "tga")),
                 ("InvalidPicture", ("--pictures", broken)),
-                # The preview loads even what the probe has just refused.
+                # The preview loads even a file that the probe has just refused.
                 ("InvalidPicture", ("--pictures", refused)),
-                # A line of the list that no frame stands behind any more.
+                # A list line without a frame.
                 ("SubscriptOutOfRange", ("--pictures", self.path("three"), "--again", self.path("one"), "--move",
                                          "2:up")),
-                # Drawn at the header's size, which the frame does not fill.
+                # The frame is smaller than the sprite's header says.
                 ("SubscriptOutOfRange", ("--open", shallow)),
                 ("SubscriptOutOfRange", ("--pictures", self.path("three"), "--draw", "3:out.ppm"))):
             self.run_walkthrough(*arguments, status=70)
