@@ -1,13 +1,13 @@
-// Runs a fuzz target with allocations that fail at random, by a sequence of the input's own, and then once
-// more with all of them granted. A failed allocation may only show as what the program knows as running out
-// of memory, and what it leaves behind must do for the next file.
+// Runs a fuzz target with allocations that fail at random, seeded by the input, and then once more without
+// failures. A failed allocation may only lead to the program's out-of-memory errors, and must leave a state
+// in which the next file can be processed.
 #include <cstdlib>
 #include <new>
 #include <stdexcept>
 
 #include "fuzzing.h"
 
-// The linker lets these names stand for the target and for the library's calls of calloc.
+// The linker redirects calls of the target and of calloc to these functions.
 extern "C" int __real_LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 extern "C" int __wrap_LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 extern "C" void* __real_calloc(std::size_t count, std::size_t size);
@@ -17,14 +17,15 @@ namespace {
 
 using namespace varnoth;
 
-// Decides which allocations fail: after the first granted ones each with the same chance, once or for ever.
+// Decides which allocations fail: the first few succeed; then each may fail with a fixed probability, and
+// after a failure either all fail or the chance remains.
 class Sequence {
   public:
     void start(std::uint32_t seed) {
         state_ = seed;
         granted_ = next() % 64;
         one_in_ = std::uint32_t{1} << (next() % 8);
-        is_for_ever_ = next() % 4 == 0;
+        is_permanent_ = next() % 4 == 0;
         is_on_ = true;
     }
 
@@ -38,7 +39,7 @@ class Sequence {
             --granted_;
             return false;
         }
-        const bool fails = (is_for_ever_ && fuzzing::memory_ran_out) || next() % one_in_ == 0;
+        const bool fails = (is_permanent_ && fuzzing::memory_ran_out) || next() % one_in_ == 0;
         fuzzing::memory_ran_out = fuzzing::memory_ran_out || fails;
         return fails;
     }
@@ -52,15 +53,15 @@ class Sequence {
     std::uint32_t state_ = 0;
     std::uint32_t granted_ = 0;
     std::uint32_t one_in_ = 1;
-    bool is_for_ever_ = false;
+    bool is_permanent_ = false;
     bool is_on_ = false;
 };
 
-// Of the fuzzing thread only: the fuzzer's watchman allocates too.
+// Affects only the fuzzing thread: libFuzzer's monitoring thread allocates too.
 thread_local Sequence sequence;
 
 void run_short_of_memory(const std::uint8_t* data, std::size_t size) {
-    const fuzzing::AtEnd enough([] {
+    const fuzzing::AtEnd restore([] {
         sequence.stop();
         fuzzing::memory_ran_out = false;
     });
@@ -81,7 +82,7 @@ void* allocate(std::size_t size) {
 } // namespace
 
 int __wrap_LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    fuzzing::scratch_folder(); // is there before memory is short
+    fuzzing::scratch_folder(); // create it while memory is available
     run_short_of_memory(data, size);
     return __real_LLVMFuzzerTestOneInput(data, size);
 }

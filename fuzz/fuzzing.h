@@ -1,5 +1,5 @@
-// What every fuzz target shares: the one kind of exception that may come out, claims that must hold, files
-// made of input bytes, and small pictures made of them.
+// Shared by all fuzz targets: which exceptions are allowed, claims that must hold, and files and small
+// pictures made from input bytes.
 #pragma once
 
 #include <algorithm>
@@ -32,10 +32,10 @@ inline std::uint32_t hash_of(std::span<const std::uint8_t> bytes) {
     return hash;
 }
 
-/// True when the action went through, false when it ended in a run-time failure. Anything else that it throws
-/// is a finding.
+/// Returns whether the action succeeds rather than fails with a RunTimeFailure. Any other exception is a
+/// finding.
 template <typename Action>
-bool goes_through(Action&& action) {
+bool succeeds(Action&& action) {
     try {
         action();
         return true;
@@ -47,11 +47,11 @@ bool goes_through(Action&& action) {
 /// Whether allocations have failed on purpose in this run.
 inline bool memory_ran_out = false;
 
-/// Thrown out of a run in which memory ran out and a claim does not hold.
+/// Thrown when a claim does not hold in a run in which memory ran out.
 struct OtherOutcome {};
 
-/// A claim that holds for every input; a finding when it does not. Where memory ran out, a run may come out
-/// otherwise, and ends here.
+/// A claim that must hold for every input; otherwise it is a finding. If memory ran out, results may differ,
+/// and the run just ends.
 inline void require(bool holds, const char* claim) {
     if (holds) {
         return;
@@ -59,20 +59,20 @@ inline void require(bool holds, const char* claim) {
     if (memory_ran_out) {
         throw OtherOutcome();
     }
-    std::fprintf(stderr, "does not hold: %s\n", claim);
+    std::fprintf(stderr, "claim violated: %s\n", claim);
     std::abort();
 }
 
-/// Set where few inputs are run, each for all it can show.
+/// Set when the corpus is replayed: no check is skipped.
 inline bool every_input_counts = false;
 
-/// True for one in `count` inputs, the same ones on every run: for what takes long and shows little.
+/// True for one in `count` inputs, always the same ones: for checks that are slow and rarely find anything.
 inline bool is_one_in(std::uint32_t count, std::span<const std::uint8_t> bytes) {
     return every_input_counts || hash_of(bytes) % count == 0;
 }
 
-/// Does something at the end of a scope: what the program keeps from one file to the next goes with the
-/// input, so that what is still there after it is a leak.
+/// Runs an action at the end of a scope, to release what the program keeps from one file to the next, so that
+/// anything left after the input is a leak.
 template <typename Action>
 class AtEnd {
   public:
@@ -87,19 +87,18 @@ class AtEnd {
     Action action_;
 };
 
-/// A folder of this process, which is removed at its end. TMPDIR says where. Linked with files in memory,
-/// nothing stands in it.
+/// A temporary folder of this process, in TMPDIR. It stays empty in programs with in-memory files.
 inline const std::string& scratch_folder() {
     static const test::TemporaryFolder folder;
     return folder.path();
 }
 
-/// The path of that name in the scratch folder.
+/// The path of a name in the scratch folder.
 inline std::string scratch_path(const std::string& name) {
     return join_path(scratch_folder(), name);
 }
 
-/// A file of these bytes under that name; returns its path.
+/// Writes a scratch file of these bytes; returns its path.
 inline std::string scratch_file(const std::string& name, std::span<const std::uint8_t> bytes) {
     std::string path = scratch_path(name);
     OutputFile file(path);
@@ -108,7 +107,7 @@ inline std::string scratch_file(const std::string& name, std::span<const std::ui
     return path;
 }
 
-/// What stands in a scratch file.
+/// The contents of a scratch file.
 inline std::vector<std::uint8_t> scratch_bytes(const std::string& path) {
     InputFile file(path);
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(file.length()));
@@ -116,7 +115,7 @@ inline std::vector<std::uint8_t> scratch_bytes(const std::string& path) {
     return bytes;
 }
 
-/// Takes input bytes apart into small numbers. When they are used up, everything is 0.
+/// Splits input bytes into small numbers. After the last byte, everything is 0.
 class Recipe {
   public:
     Recipe(const std::uint8_t* data, std::size_t size) : bytes_(data, size) {}
@@ -139,7 +138,7 @@ class Recipe {
         return static_cast<std::int32_t>(low | middle << 8 | high << 16 | std::uint32_t{byte()} << 24);
     }
 
-    /// One of the numbers from lowest to highest, which lie less than 256 apart.
+    /// A number from lowest to highest, which must be less than 256 apart.
     std::int32_t between(std::int32_t lowest, std::int32_t highest) {
         return lowest + byte() % (highest - lowest + 1);
     }
@@ -161,8 +160,8 @@ class Recipe {
     std::span<const std::uint8_t> bytes_;
 };
 
-/// Colours spelled out in the recipe, or chosen out of a palette that it spells out.
-inline std::vector<Colour> spelled_colours(Recipe& recipe, std::size_t count) {
+/// Colours given in the recipe, directly or as indices into a palette given before them.
+inline std::vector<Colour> explicit_colours(Recipe& recipe, std::size_t count) {
     std::vector<Colour> palette(static_cast<std::size_t>(recipe.between(0, 16)));
     for (Colour& entry : palette) {
         entry = recipe.colour();
@@ -174,8 +173,8 @@ inline std::vector<Colour> spelled_colours(Recipe& recipe, std::size_t count) {
     return colours;
 }
 
-/// A borderless surface of 1 by 1 to `most_wide` by `most_high` pixels and of one of these depths. Its pixels
-/// are spelled out in the recipe, or random ones of a seed in the recipe, for few bytes do not spell out 256
+/// A borderless surface of 1 by 1 to `most_wide` by `most_high` pixels and one of these depths. Its pixels
+/// are given in the recipe, or random with a seed in the recipe, since short inputs cannot describe 256
 /// colours.
 inline std::unique_ptr<test::TestSurface> surface_of(Recipe& recipe, std::int32_t most_wide,
                                                      std::int32_t most_high,
@@ -188,7 +187,7 @@ inline std::unique_ptr<test::TestSurface> surface_of(Recipe& recipe, std::int32_
     if (manner < std::size(test::all_characters)) {
         return test::random_surface(width, height, test::all_characters[manner], recipe.byte(), depth);
     }
-    return test::surface_of(width, height, spelled_colours(recipe, count), depth);
+    return test::surface_of(width, height, explicit_colours(recipe, count), depth);
 }
 
 inline constexpr std::array<std::int32_t, 3> all_depths{32, 24, 16};

@@ -1,5 +1,5 @@
-// Pictures made of the bytes go the way of an import: their colours are mixed into one palette, and each
-// becomes a frame. Few colours in all must come through unchanged.
+// Imports pictures made from the input: mixes their colours into one palette and makes each a frame. Few
+// colours in total must be preserved exactly.
 #include <algorithm>
 #include <set>
 
@@ -25,7 +25,7 @@ struct Transparent {
     Colour colour = 0;
 };
 
-void start_anew() {
+void reset_state() {
     test::reset_sprite();
     test::reset_mixpals();
 }
@@ -69,24 +69,24 @@ bool few_colours(const Pictures& pictures) {
 
 void require_frames(const Pictures& pictures, bool unchanged) {
     fuzzing::require(hlspr::document().SpriteHeader.FrameCount == std::ssize(pictures),
-                     "each picture is a frame");
+                     "each picture becomes a frame");
     for (std::size_t i = 0; i < pictures.size(); ++i) {
         test::TestSurface drawn(1, 1);
         auto position = static_cast<std::int16_t>(i);
         hlspr::draw_frame(position, drawn);
         fuzzing::require(!unchanged || test::colours_of(drawn) == test::colours_of(*pictures[i]),
-                         "few colours come through unchanged");
+                         "few colours are preserved");
     }
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    start_anew();
-    const fuzzing::AtEnd forget(start_anew);
+    reset_state();
+    const fuzzing::AtEnd cleanup(reset_state);
     fuzzing::Recipe recipe(data, size);
     const Transparent transparent{recipe.byte() % 2 == 1, recipe.colour()};
-    // Mostly of one size, as an import stretches them; the first decides on the sprite's.
+    // Mostly of the same size, as an import stretches them; the first one determines the sprite's size.
     const bool of_one_size = recipe.byte() % 4 != 0;
     const std::int32_t depth = recipe.byte() % 8 == 0 ? 24 : 32;
     const std::array<std::int32_t, 1> depths{depth};
@@ -100,7 +100,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     hlspr::new_sprite(pictures.front()->bitmap().width(), pictures.front()->bitmap().height(), 2, 1);
     const bool unchanged = few_colours(pictures) && !transparent.picked && depth == 32;
-    if (fuzzing::goes_through([&] { import_pictures(pictures, transparent); }) && of_one_size) {
+    if (fuzzing::succeeds([&] { import_pictures(pictures, transparent); }) && of_one_size) {
         require_frames(pictures, unchanged);
     }
     return 0;

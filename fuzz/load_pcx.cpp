@@ -1,4 +1,4 @@
-// The bytes are a PCX file: probed, decoded and drawn.
+// The input is a PCX file, which is probed, decoded and drawn.
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -27,54 +27,53 @@ struct Probe {
     std::int64_t pixels() const { return std::abs(std::int64_t{width} * height); }
 };
 
-// What the rows take as the header tells their length, whatever the picture's width.
+// The size of all rows by the line length in the header, which need not match the width.
 std::int64_t row_bytes(const Probe& probe, std::span<const std::uint8_t> bytes) {
-    std::array<std::uint8_t, PcxHeader::size> start{}; // what a file does not bring counts as zero
+    std::array<std::uint8_t, PcxHeader::size> start{}; // bytes missing from the file count as zero
     std::copy_n(bytes.begin(), std::min(bytes.size(), start.size()), start.begin());
     const PcxHeader header = PcxHeader::from_bytes(start);
     return std::abs(std::int64_t{header.NPlanes} * header.BytesPerLine * probe.height);
 }
 
-// A small file may announce a picture of up to 2 GiB that it does not fill, and get it; that takes seconds
-// and shows nothing. What is larger comes to nothing before memory is taken for it, unless both sides are
-// negative or two pixels share a byte.
+// A small file may declare a picture of up to 2 GiB; decoding that takes seconds and finds nothing more.
+// Larger pictures are refused before memory is allocated, unless both sides are negative or two pixels share
+// a byte.
 bool is_worth_decoding(const Probe& probe, std::span<const std::uint8_t> bytes) {
     const std::int64_t pixels = probe.pixels();
-    const bool comes_to_nothing =
+    const bool is_refused =
         pixels > most_pixels_at_all && probe.bpp != 4 && (probe.width > 0 || probe.height > 0);
-    const bool is_small =
-        (pixels <= few_pixels || comes_to_nothing) && row_bytes(probe, bytes) <= most_row_bytes;
+    const bool is_small = (pixels <= few_pixels || is_refused) && row_bytes(probe, bytes) <= most_row_bytes;
     return is_small || (pixels <= most_decoded_pixels && row_bytes(probe, bytes) <= 16 * most_row_bytes &&
                         fuzzing::is_one_in(inputs_for_one_large, bytes));
 }
 
 void draw(LoadPCX& reader) {
     test::TestSurface whole(1, 1);
-    if (fuzzing::goes_through([&] { reader.DrawPCX(whole); })) {
+    if (fuzzing::succeeds([&] { reader.DrawPCX(whole); })) {
         fuzzing::require(whole.bitmap().width() == reader.Width() &&
                              whole.bitmap().height() == reader.Height(),
-                         "a surface that scales itself has the picture's size");
+                         "an autoscaled surface has the picture's size");
     }
     test::TestSurface framed(20, 10, 24, 2);
     reader.SetAutoscale(False);
-    fuzzing::goes_through([&] { reader.DrawPCX(framed); });
+    fuzzing::succeeds([&] { reader.DrawPCX(framed); });
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string path = fuzzing::scratch_file("input.pcx", {data, size});
-    const fuzzing::AtEnd forget([] { CBitmap::CurrentBitmap = nullptr; });
+    const fuzzing::AtEnd cleanup([] { CBitmap::CurrentBitmap = nullptr; });
     LoadPCX reader;
     Probe probe;
     probe.answer = reader.GetInfoPCX(path, probe.width, probe.height, probe.bpp);
-    if (!is_worth_decoding(probe, {data, size}) || !fuzzing::goes_through([&] { reader.Load(path); })) {
+    if (!is_worth_decoding(probe, {data, size}) || !fuzzing::succeeds([&] { reader.Load(path); })) {
         return 0;
     }
-    fuzzing::require(reader.IsPCX() == probe.answer, "the probe judges like the reader");
+    fuzzing::require(reader.IsPCX() == probe.answer, "probe and reader agree on the format");
     fuzzing::require(reader.Width() == probe.width && reader.Height() == probe.height &&
                          reader.Bpp() == probe.bpp,
-                     "the probe tells what the reader tells");
+                     "probe and reader agree on the size");
     if (probe.pixels() <= few_pixels && fuzzing::is_one_in(inputs_for_one_drawn, {data, size})) {
         draw(reader);
     }

@@ -1,5 +1,4 @@
-// The bytes are a BMP or JPEG file for the picture loader on Qt, which must hand over the same pixels each
-// time.
+// The input is a BMP or JPEG file for Qt's picture loader, which must return the same pixels every time.
 #include <algorithm>
 #include <cstdlib>
 
@@ -19,14 +18,14 @@ constexpr std::int64_t most_decoded_pixels = 1 << 20;
 constexpr std::uint32_t inputs_for_one_large = 64;
 constexpr std::size_t bmp_sizes_end = 26;
 
-// Qt's readers are plugins, which an application finds.
-void have_application() {
+// Qt needs an application object to find its image plugins.
+void ensure_application() {
     static int count = 1;
     static char name[] = "load_picture";
     static char* arguments[] = {name, nullptr};
     static const QCoreApplication application(count, arguments);
     static const bool is_quiet = [] {
-        QLoggingCategory::setFilterRules("*=false"); // broken pictures are what is fed here
+        QLoggingCategory::setFilterRules("*=false"); // most inputs are broken pictures
         return true;
     }();
     static_cast<void>(is_quiet);
@@ -42,7 +41,7 @@ std::int64_t bmp_pixels(std::span<const std::uint8_t> bytes) {
     return std::abs(std::int64_t{get_i32(bytes, 18)} * get_i32(bytes, 22));
 }
 
-// The largest that any frame header tells, wherever one may stand.
+// The largest size in anything that looks like a frame header.
 std::int64_t jpeg_pixels(std::span<const std::uint8_t> bytes) {
     std::int64_t most = 0;
     for (std::size_t i = 0; i + 9 <= bytes.size(); ++i) {
@@ -54,7 +53,7 @@ std::int64_t jpeg_pixels(std::span<const std::uint8_t> bytes) {
     return most;
 }
 
-// A small file may announce a picture of 64 million pixels that it does not fill, and get it.
+// A small file may declare a picture of 64 million pixels.
 bool is_worth_decoding(std::span<const std::uint8_t> bytes) {
     const bool is_bmp = bytes.size() >= 2 && bytes[0] == 'B';
     const std::int64_t pixels = is_bmp ? bmp_pixels(bytes) : jpeg_pixels(bytes);
@@ -64,30 +63,29 @@ bool is_worth_decoding(std::span<const std::uint8_t> bytes) {
 
 Picture load(const std::string& path) {
     Picture picture;
-    fuzzing::goes_through([&] { picture = QtPictureLoader().load(path); });
+    fuzzing::succeeds([&] { picture = QtPictureLoader().load(path); });
     return picture;
 }
 
 void require_same(const Bitmap& first, const Bitmap& second) {
     fuzzing::require(first.width() > 0 && first.height() > 0 && first.bits_per_pixel() == 32,
-                     "a picture has pixels of 32 bits");
+                     "a picture has 32-bit pixels");
     fuzzing::require(first.width() == second.width() && first.height() == second.height(),
-                     "the size depends on the file alone");
-    fuzzing::require(std::ranges::equal(first.bytes(), second.bytes()),
-                     "the pixels depend on the file alone");
+                     "the size depends only on the file");
+    fuzzing::require(std::ranges::equal(first.bytes(), second.bytes()), "the pixels depend only on the file");
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    have_application();
+    ensure_application();
     if (!is_worth_decoding({data, size})) {
         return 0;
     }
     const std::string path = fuzzing::scratch_file("input.picture", {data, size});
     const Picture first = load(path);
     const Picture second = load(path);
-    fuzzing::require((first.empty()) == (second.empty()), "a file loads each time or never");
+    fuzzing::require((first.empty()) == (second.empty()), "a file loads always or never");
     if (!first.empty()) {
         require_same(*first.bitmap, *second.bitmap);
     }

@@ -1,5 +1,5 @@
-// The bytes are a sprite file. One that loads is drawn frame by frame, saved and loaded again, and must then
-// hold the same frames.
+// The input is a sprite file. If it loads, its frames are drawn, and it is saved and loaded again, after
+// which the frames must be the same.
 #include <algorithm>
 #include <limits>
 
@@ -19,14 +19,14 @@ constexpr std::size_t most_saved_bytes = 1 << 16;
 constexpr std::uint32_t inputs_for_one_large = 512;
 constexpr std::uint32_t inputs_for_one_used = 32;
 
-// Tables of up to 32768 frames are made before the first one is missed.
+// Tables for up to 32768 frames are allocated before a missing frame is noticed.
 bool claims_many_frames(std::span<const std::uint8_t> bytes) {
     return bytes.size() >= SpriteHeaderRecord::file_size &&
            sprite_header_from_bytes(bytes.first<SpriteHeaderRecord::file_size>()).FrameCount > few_frames;
 }
 
-// A small file may announce a frame of up to 2 GiB that it does not fill, and get it, of zeros. They cost
-// nothing but the sanitizer's own bookkeeping, which is half a second for each such frame and shows nothing.
+// A small file may declare frames of up to 2 GiB, which are filled with zeros. That is cheap except under the
+// sanitizer, where each takes half a second and finds nothing more.
 bool has_no_larger_frame(std::span<const std::uint8_t> bytes, std::int64_t largest) {
     std::size_t at = SpriteHeaderRecord::file_size + PaletteRecord::file_size;
     while (at + FrameHeaderRecord::file_size <= bytes.size()) {
@@ -34,7 +34,7 @@ bool has_no_larger_frame(std::span<const std::uint8_t> bytes, std::int64_t large
         const FrameHeaderRecord header = frame_header_from_bytes(record);
         const std::int64_t size = std::int64_t{header.FrameWidth} * header.FrameHeight;
         if (size <= 0 || size > std::numeric_limits<std::int32_t>::max()) {
-            return true; // refused before memory is taken
+            return true; // refused before memory is allocated
         }
         if (size > largest) {
             return false;
@@ -66,12 +66,11 @@ void draw_all() {
     test::TestSurface picture(1, 1);
     for (std::size_t i = 0; i < hlspr::document().FrameOrder.size(); ++i) {
         auto number = static_cast<std::int16_t>(i);
-        fuzzing::goes_through([&] { hlspr::draw_frame(number, picture); });
+        fuzzing::succeeds([&] { hlspr::draw_frame(number, picture); });
     }
 }
 
-// The file holds the last frame's header before every frame, so that frames of several sizes do not come
-// back.
+// A saved file has the last frame's header before every frame, so frames of different sizes are not restored.
 bool has_frames_of_one_size() {
     const SpriteDocument& sprite = hlspr::document();
     const auto size = static_cast<std::size_t>(sprite.FrameHeader.FrameWidth) *
@@ -82,15 +81,15 @@ bool has_frames_of_one_size() {
 
 void save_and_load() {
     const SpriteDocument before = hlspr::document();
-    const bool comes_back = has_frames_of_one_size();
+    const bool is_restored = has_frames_of_one_size();
     const std::string path = fuzzing::scratch_path("saved.spr");
-    fuzzing::require(hlspr::save_sprite(path) == True, "what was loaded can be saved");
+    fuzzing::require(hlspr::save_sprite(path) == True, "a loaded sprite can be saved");
     const Truth loaded = hlspr::load_sprite(path);
-    if (!comes_back) {
+    if (!is_restored) {
         return;
     }
     const SpriteDocument& after = hlspr::document();
-    fuzzing::require(loaded == True, "what was saved loads");
+    fuzzing::require(loaded == True, "a saved sprite can be loaded");
     fuzzing::require(to_bytes(after.SpriteHeader) == to_bytes(before.SpriteHeader), "the header is the same");
     fuzzing::require(to_bytes(after.Palette) == to_bytes(before.Palette), "the palette is the same");
     fuzzing::require(to_bytes(after.FrameHeader) == to_bytes(before.FrameHeader),
@@ -102,9 +101,9 @@ void save_and_load() {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const fuzzing::AtEnd forget([] { hlspr::document() = SpriteDocument(); });
+    const fuzzing::AtEnd cleanup([] { hlspr::document() = SpriteDocument(); });
     const std::string path = fuzzing::scratch_file("input.spr", {data, size});
-    // Nothing comes out of loading, not even a run-time failure.
+    // Loading throws nothing, not even RunTimeFailure.
     if (!is_worth_loading({data, size}) || hlspr::load_sprite(path) != True) {
         return 0;
     }

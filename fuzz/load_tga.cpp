@@ -1,5 +1,5 @@
-// The bytes are a TGA file, or several with a separator between them, which go one after the other through
-// the same reader, as it keeps colour maps from file to file: probed, decoded and drawn.
+// The input is one TGA file, or several with a separator in between, which are probed, decoded and drawn by
+// the same reader, since a reader keeps colour maps from file to file.
 #include <algorithm>
 #include <cstdlib>
 
@@ -20,7 +20,7 @@ constexpr std::int64_t most_pixels_at_all = 1 << 29;
 constexpr std::uint32_t inputs_for_one_large = 64;
 constexpr std::uint32_t inputs_for_one_drawn = 64;
 
-// What the header claims, computed wide, so that nothing overflows.
+// The sizes that the header declares, in 64 bits, so that nothing overflows.
 struct Claim {
     std::int64_t width; ///< without the origin
     std::int64_t height;
@@ -34,17 +34,16 @@ Claim claim_of(const TgaHeader& header) {
             std::int64_t{header.ImageHeight} - header.YOrigin, header.ImageWidth};
 }
 
-// A small file may announce a picture of up to 2 GiB that it does not fill, and get it; that takes long and
-// shows nothing. What is larger comes to nothing before memory is taken for it, unless both sides are
-// negative.
+// A small file may declare a picture of up to 2 GiB; decoding that takes long and finds nothing more. Larger
+// pictures are refused before memory is allocated, unless both sides are negative.
 bool is_worth_decoding(std::span<const std::uint8_t> bytes) {
     if (bytes.size() < TgaHeader::size) {
         return true;
     }
     const Claim claim = claim_of(TgaHeader::from_bytes(bytes.first<TgaHeader::size>()));
-    const bool comes_to_nothing = std::abs(claim.width * claim.height) > most_pixels_at_all &&
-                                  ((claim.width > 0 && claim.line > 0) || claim.height > 0);
-    return claim.pixels() <= few_pixels || comes_to_nothing ||
+    const bool is_refused = std::abs(claim.width * claim.height) > most_pixels_at_all &&
+                            ((claim.width > 0 && claim.line > 0) || claim.height > 0);
+    return claim.pixels() <= few_pixels || is_refused ||
            (claim.pixels() <= most_decoded_pixels && fuzzing::is_one_in(inputs_for_one_large, bytes));
 }
 
@@ -55,14 +54,14 @@ void draw(LoadTGA& reader) {
     }
     reader.SetAutoscale(True);
     test::TestSurface whole(1, 1);
-    if (fuzzing::goes_through([&] { reader.DrawTGA(whole); })) {
+    if (fuzzing::succeeds([&] { reader.DrawTGA(whole); })) {
         fuzzing::require(whole.bitmap().width() == reader.Width() &&
                              whole.bitmap().height() == reader.Height(),
-                         "a surface that scales itself has the picture's size");
+                         "an autoscaled surface has the picture's size");
     }
     test::TestSurface framed(20, 10, 24, 2);
     reader.SetAutoscale(False);
-    fuzzing::goes_through([&] { reader.DrawTGA(framed); });
+    fuzzing::succeeds([&] { reader.DrawTGA(framed); });
 }
 
 void read(LoadTGA& reader, std::span<const std::uint8_t> bytes) {
@@ -71,13 +70,13 @@ void read(LoadTGA& reader, std::span<const std::uint8_t> bytes) {
     std::int32_t height = 0;
     std::int16_t bpp = 0;
     const Truth answer = reader.GetInfoTGA(path, width, height, bpp);
-    if (!is_worth_decoding(bytes) || !fuzzing::goes_through([&] { reader.Load(path); })) {
+    if (!is_worth_decoding(bytes) || !fuzzing::succeeds([&] { reader.Load(path); })) {
         return;
     }
-    fuzzing::require(reader.IsTGA() == answer, "the probe judges like the reader");
+    fuzzing::require(reader.IsTGA() == answer, "probe and reader agree on the format");
     fuzzing::require(reader.Header().ImageWidth == width && reader.Header().ImageHeight == height &&
                          reader.Bpp() == bpp,
-                     "the probe tells what the reader tells");
+                     "probe and reader agree on the size");
     if (fuzzing::is_one_in(inputs_for_one_drawn, bytes)) {
         draw(reader);
     }
@@ -86,7 +85,7 @@ void read(LoadTGA& reader, std::span<const std::uint8_t> bytes) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const fuzzing::AtEnd forget([] { CBitmap::CurrentBitmap = nullptr; });
+    const fuzzing::AtEnd cleanup([] { CBitmap::CurrentBitmap = nullptr; });
     LoadTGA reader;
     std::span<const std::uint8_t> rest(data, size);
     for (std::size_t files = 1;; ++files) {

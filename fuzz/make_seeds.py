@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""Makes the seeds of the fuzz targets in fuzz/corpus/<target>: files as other programs write them, in all depths
-and encodings (ImageMagick and Netpbm must be installed), hand-made headers that lie, and recipes for the targets
-that make their own pictures. The seeds are committed; run this only to add to them. Old findings, whose names begin
-with "found-", are left alone."""
+"""Generates seed inputs in fuzz/corpus/<target>: files written by other programs in all depths and encodings (needs
+ImageMagick and Netpbm), inconsistent headers, and recipes for the targets that make their own pictures. The seeds are
+committed; run this only to add some. It leaves earlier findings, named "found-...", unchanged."""
 
 import pathlib
 import random
@@ -25,7 +24,7 @@ def run(command, picture=b""):
 
 
 def ppm(width, height, colours):
-    """A small picture of about that many colours."""
+    """A small picture of about that many colours, as PPM."""
     source = random.Random(width * 1000 + height * 10 + colours)
     palette = [bytes(source.randrange(256) for _ in range(3)) for _ in range(colours)]
     pixels, colour = [], palette[0]
@@ -327,14 +326,14 @@ def make_sprites():
     put("load_sprite", "empty", b"")
 
 
-# Recipes: the first bytes choose size, depth and manner; see Recipe and surface_of in fuzzing.h ---------------------
+# Recipes: the first bytes select size, depth and contents; see Recipe and surface_of in fuzzing.h -------------------
 
 RANDOM_MANNERS = 6
 SPELLED_OUT = 6
 
 
 def surface(width, height, depth=0, manner=SPELLED_OUT, rest=b""):
-    """The recipe of a surface of at most 256 by 256, where the sizes count from 1."""
+    """The recipe of a surface of at most 256 by 256 pixels; sizes are stored minus 1."""
     return bytes([width - 1, height - 1, depth, manner]) + rest
 
 

@@ -1,6 +1,6 @@
-// Files in memory, so that a fuzz target is not held up by a file system: the linker has the program's calls
-// of fopen arrive here. A file that was written here is read here; any other one is looked for in the file
-// system.
+// In-memory files, so that the file system does not slow down a fuzz target: the linker redirects the
+// program's calls of fopen to this file. A file that was written here is read here; any other is opened in
+// the file system.
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -30,8 +30,7 @@ Files& files() {
     return the_files;
 }
 
-// What a stream knows of its file. It reads and writes through a buffer, as without one it would go byte by
-// byte.
+// The state of a stream. Without a buffer of its own, the stream would read and write byte by byte.
 struct Cursor {
     explicit Cursor(Bytes& the_bytes) : bytes(the_bytes) {}
 
@@ -61,7 +60,7 @@ ssize_t append_bytes(void* cookie, const char* source, std::size_t count) {
         bytes.insert(bytes.end(), source, source + count);
         return static_cast<ssize_t>(count);
     } catch (const std::bad_alloc&) {
-        errno = ENOMEM; // no exception may go through the C library
+        errno = ENOMEM; // exceptions must not pass through the C library
         return 0;
     }
 }
@@ -90,7 +89,7 @@ std::FILE* open_stream(Bytes& bytes, const char* mode) {
     std::FILE* file = fopencookie(cursor.get(), mode, functions);
     if (file != nullptr) {
         std::setvbuf(file, cursor->buffer.data(), _IOFBF, cursor->buffer.size());
-        static_cast<void>(cursor.release()); // the stream's from here on
+        static_cast<void>(cursor.release()); // now owned by the stream
     }
     return file;
 }

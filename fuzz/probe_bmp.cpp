@@ -1,4 +1,4 @@
-// The bytes are a BMP file to be probed.
+// The input is a BMP file, which is probed.
 #include "codecs/BmpMod.h"
 #include "fuzzing.h"
 
@@ -11,15 +11,15 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::int16_t depth = 0;
     std::int16_t compression = 0;
     Truth answer = False;
-    if (!fuzzing::goes_through([&] { answer = BmpMod::ProbeBmp(path, width, height, depth, compression); })) {
+    if (!fuzzing::succeeds([&] { answer = BmpMod::ProbeBmp(path, width, height, depth, compression); })) {
         return 0;
     }
     if (answer == True) {
         fuzzing::require(size >= 54 && width > 0 && height > 0 && compression >= 0,
-                         "a usable bitmap has a size");
+                         "an accepted bitmap has a size");
     } else {
         fuzzing::require(answer == False && width == -1 && height == -1 && depth == -1 && compression == -1,
-                         "a refused file gives -1 for everything");
+                         "a refused file gives -1 everywhere");
     }
     return 0;
 }

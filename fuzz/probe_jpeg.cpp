@@ -1,4 +1,4 @@
-// The bytes are a JPEG file to be probed.
+// The input is a JPEG file, which is probed.
 #include "codecs/JpgMod.h"
 #include "fuzzing.h"
 
@@ -9,7 +9,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::int32_t width = -5;
     std::int32_t height = -6;
     Truth answer = False;
-    if (!fuzzing::goes_through([&] { answer = JpgMod::ProbeJpeg(path, width, height); })) {
+    if (!fuzzing::succeeds([&] { answer = JpgMod::ProbeJpeg(path, width, height); })) {
         return 0;
     }
     if (answer == True) {
@@ -17,7 +17,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
                          "sides are 15-bit numbers");
     } else {
         fuzzing::require(answer == False && width == -5 && height == -6,
-                         "a refused file leaves the sizes alone");
+                         "a refused file leaves the sizes unchanged");
     }
     return 0;
 }

@@ -1,5 +1,5 @@
-// A picture made of the bytes is reduced to 256 colours, by a toolbox and a ditherer that have seen another
-// picture before.
+// Reduces a picture made from the input to 256 colours, with a toolbox and a ditherer that may have processed
+// another picture before.
 #include <set>
 
 #include "colour/mDither8bpp.h"
@@ -18,22 +18,22 @@ std::size_t count_colours(const PictureSurface& picture) {
     return std::set<Colour>(colours.begin(), colours.end()).size();
 }
 
-// A toolbox that has seen pictures of 32 bits only sees their true colours. After one of another depth it may
-// take the next of that size for one of the same depth, and 24-bit rows of odd widths are shifted by their
-// padding.
-void reduce(PictureSurface& picture, ProcessPicture1& toolbox, bool sees_true_colours, mDither8bpp& dither) {
+// A toolbox that has processed only 32-bit pictures counts exactly. After one of another depth, it may read
+// the next picture of that size with the wrong depth, and the padding of 24-bit rows of odd width shifts the
+// pixels.
+void reduce(PictureSurface& picture, ProcessPicture1& toolbox, bool counts_exactly, mDither8bpp& dither) {
     const std::size_t colours = count_colours(picture);
     const std::vector<Colour> before = test::colours_of(picture);
     bool is_more = false;
-    if (fuzzing::goes_through([&] { is_more = toolbox.is_more_than_256(picture); })) {
-        fuzzing::require(!is_more || colours > most_colours || !sees_true_colours,
-                         "a picture of 256 colours is not one of more");
-        fuzzing::require(test::colours_of(picture) == before, "looking at a picture does not change it");
+    if (fuzzing::succeeds([&] { is_more = toolbox.is_more_than_256(picture); })) {
+        fuzzing::require(!is_more || colours > most_colours || !counts_exactly,
+                         "256 colours are not counted as more");
+        fuzzing::require(test::colours_of(picture) == before, "counting colours does not change the picture");
     }
     const std::int32_t width = picture.bitmap().width();
     const std::int32_t height = picture.bitmap().height();
-    if (fuzzing::goes_through([&] { dither.transform_to_8bit(picture, picture); })) {
-        fuzzing::require(count_colours(picture) <= most_colours, "at most 256 colours are left");
+    if (fuzzing::succeeds([&] { dither.transform_to_8bit(picture, picture); })) {
+        fuzzing::require(count_colours(picture) <= most_colours, "at most 256 colours remain");
         fuzzing::require(picture.bitmap().width() == width && picture.bitmap().height() == height,
                          "a reduced picture keeps its size");
     }
@@ -46,11 +46,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     ProcessPicture1 toolbox;
     mDither8bpp dither;
     dither.DitherMode = recipe.between(mDither8bpp::HalftoneMode, mDither8bpp::OptimalMode);
-    bool sees_true_colours = true;
+    bool counts_exactly = true;
     for (std::int32_t pictures = recipe.between(1, 2); pictures > 0; --pictures) {
         const auto picture = fuzzing::surface_of(recipe, largest_side, largest_side, fuzzing::all_depths);
-        sees_true_colours = sees_true_colours && picture->bitmap().bits_per_pixel() == 32;
-        reduce(*picture, toolbox, sees_true_colours, dither);
+        counts_exactly = counts_exactly && picture->bitmap().bits_per_pixel() == 32;
+        reduce(*picture, toolbox, counts_exactly, dither);
     }
     return 0;
 }

@@ -1,5 +1,5 @@
-// Runs a fuzz target once over every file named, and over every file in the folders named, without libFuzzer:
-// so that the seeds and old findings are a test under every compiler.
+// Runs a fuzz target on files, or on all files in folders, without libFuzzer, so that the corpus and earlier
+// findings are tested with every compiler.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -32,12 +32,12 @@ int main(int count, char** arguments) {
     for (int i = 1; i < count; ++i) {
         for (const std::filesystem::path& file : files_of(arguments[i])) {
             const std::vector<std::uint8_t> bytes = varnoth::test::read_file(file.string());
-            // The last one named is the one that ended it.
+            // If the program crashes, the last name is that of the input.
             std::fprintf(stderr, "%s\n", file.string().c_str());
             LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
             ++inputs;
         }
     }
     std::printf("%zu inputs\n", inputs);
-    return inputs == 0 ? 1 : 0; // no inputs is a wrong path, not a success
+    return inputs == 0 ? 1 : 0; // no inputs: the path is wrong
 }

@@ -1,5 +1,6 @@
-// Picture files made of the bytes, of every format, some of them broken, are imported as a user does it:
-// clicked, resized, picked from and cancelled. The plain import must come out the same.
+// Imports picture files made from the input, of every format and some of them corrupt, with the actions of a
+// user: selecting, resizing, picking a colour, cancelling. The reference implementation must give the same
+// result.
 #include <algorithm>
 #include <filesystem>
 #include <map>
@@ -39,7 +40,7 @@ std::vector<Colour> colours_of(fuzzing::Recipe& recipe, const Size& size) {
     const auto count = static_cast<std::size_t>(size.width * size.height);
     const std::size_t manner = recipe.byte() % (std::size(test::all_characters) + 1);
     if (manner == std::size(test::all_characters)) {
-        return fuzzing::spelled_colours(recipe, count);
+        return fuzzing::explicit_colours(recipe, count);
     }
     return test::random_colours(count, static_cast<std::size_t>(size.width), test::all_characters[manner],
                                 recipe.byte());
@@ -51,7 +52,7 @@ std::vector<std::uint8_t> jpeg_header(const Size& size) {
     return {0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, height, 0, width, 1, 1, 0x11, 0, 0xFF, 0xD9};
 }
 
-// The file as the readers of this program take it: those of the platform only look at headers.
+// A file for the program's own readers; for the platform's formats only a header, which is all that is read.
 std::vector<std::uint8_t> file_of(PictureFormat format, const Size& size, const std::vector<Colour>& colours,
                                   std::int16_t bmp_depth) {
     const auto width = static_cast<std::int16_t>(size.width);
@@ -75,7 +76,7 @@ void break_bytes(fuzzing::Recipe& recipe, std::vector<std::uint8_t>& bytes) {
     }
 }
 
-// The files in the scratch folder, and what the user does with them.
+// The files in the scratch folder, and the user's actions.
 class Job {
   public:
     explicit Job(fuzzing::Recipe& recipe) {
@@ -97,7 +98,7 @@ class Job {
 
     const std::map<std::filesystem::path, Picture>& pictures() const { return pictures_; }
 
-    /// The dialog after all clicks.
+    /// The dialog after all actions.
     std::unique_ptr<test::ScriptedAddFrames> form() const {
         auto form = std::make_unique<test::ScriptedAddFrames>(fuzzing::scratch_folder(), format_,
                                                               pick_enabled_, names_);
@@ -158,7 +159,7 @@ struct Outcome {
     std::vector<Colour> sheet;
 };
 
-void start_anew() {
+void reset_state() {
     test::reset_sprite();
     test::reset_mixpals();
     CBitmap::CurrentBitmap = nullptr;
@@ -166,7 +167,7 @@ void start_anew() {
 
 template <typename Import>
 Outcome run(const Job& job, Import&& import) {
-    start_anew();
+    reset_state();
     hlspr::new_sprite(job.sprite_size().width, job.sprite_size().height, 2, 1);
     test::RecordedServices services;
     services.pictures = job.pictures();
@@ -197,45 +198,45 @@ Outcome run(const Job& job, Import&& import) {
 }
 
 void require_same(const Outcome& shipped, const Outcome& plain) {
-    fuzzing::require(shipped.failure == plain.failure, "the plain import ends in the same way");
-    fuzzing::require(shipped.messages == plain.messages, "the messages are those of the plain import");
-    fuzzing::require(shipped.events == plain.events, "the events are those of the plain import");
-    fuzzing::require(shipped.lines == plain.lines, "the frame list is that of the plain import");
+    fuzzing::require(shipped.failure == plain.failure, "both imports end in the same way");
+    fuzzing::require(shipped.messages == plain.messages, "the messages are the same");
+    fuzzing::require(shipped.events == plain.events, "the events are the same");
+    fuzzing::require(shipped.lines == plain.lines, "the frame list is the same");
     fuzzing::require(shipped.progress == plain.progress && shipped.maximum == plain.maximum,
-                     "the progress is that of the plain import");
-    fuzzing::require(shipped.is_dirty == plain.is_dirty, "there are changes after the same imports");
+                     "the progress is the same");
+    fuzzing::require(shipped.is_dirty == plain.is_dirty, "the dirty flag is the same");
     fuzzing::require(to_bytes(shipped.sprite.SpriteHeader) == to_bytes(plain.sprite.SpriteHeader) &&
                          to_bytes(shipped.sprite.FrameHeader) == to_bytes(plain.sprite.FrameHeader),
-                     "the headers are those of the plain import");
+                     "the headers are the same");
     fuzzing::require(to_bytes(shipped.sprite.Palette) == to_bytes(plain.sprite.Palette),
-                     "the palette is that of the plain import");
+                     "the palette is the same");
     fuzzing::require(shipped.sprite.FrameStore == plain.sprite.FrameStore &&
                          shipped.sprite.FrameOrder == plain.sprite.FrameOrder,
-                     "the frames are those of the plain import");
+                     "the frames are the same");
     fuzzing::require(shipped.last_picture == plain.last_picture && shipped.sheet == plain.sheet,
-                     "the surfaces are those of the plain import");
+                     "the surfaces are the same");
 }
 
-// Pictures need not have the sprite's size, and frames that do not fill their headers do not come back.
+// Pictures may differ from the sprite's size; frames smaller than their headers say are not restored.
 bool frames_fill_their_headers(const SpriteDocument& sprite) {
     const std::int64_t pixels = std::int64_t{sprite.FrameHeader.FrameWidth} * sprite.FrameHeader.FrameHeight;
     return std::ranges::all_of(sprite.FrameStore,
                                [&](const ByteArray& frame) { return std::ssize(frame.bytes()) == pixels; });
 }
 
-// What was imported goes into a file and comes back.
+// Saves the imported sprite and loads it again.
 void save_and_load(const SpriteDocument& imported) {
     hlspr::document() = imported;
     const std::string path = fuzzing::scratch_path("imported.spr");
-    fuzzing::require(hlspr::save_sprite(path) == True, "what was imported can be saved");
-    fuzzing::require(hlspr::load_sprite(path) == True, "what was saved loads");
-    fuzzing::require(hlspr::document().FrameStore == imported.FrameStore, "the frames come back");
+    fuzzing::require(hlspr::save_sprite(path) == True, "an imported sprite can be saved");
+    fuzzing::require(hlspr::load_sprite(path) == True, "a saved sprite can be loaded");
+    fuzzing::require(hlspr::document().FrameStore == imported.FrameStore, "the frames are restored");
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const fuzzing::AtEnd forget(start_anew);
+    const fuzzing::AtEnd cleanup(reset_state);
     fuzzing::Recipe recipe(data, size);
     const Job job(recipe);
     const Outcome shipped =

@@ -1,4 +1,4 @@
-// A picture made of the bytes, of every depth, is written as a BMP file, which must be what the format says.
+// Writes a picture made from the input, of any depth, as a BMP file and checks the file against the format.
 #include "base/bytes.h"
 #include "codecs/BmpMod.h"
 #include "fuzzing.h"
@@ -27,10 +27,10 @@ void require_probed(const std::string& path, const cDIB& picture) {
     std::int16_t depth = 0;
     std::int16_t compression = -1;
     fuzzing::require(BmpMod::ProbeBmp(path, width, height, depth, compression) == True,
-                     "what is written is a usable bitmap");
+                     "the written file is accepted");
     fuzzing::require(width == picture.Width() && height == picture.Height() && depth == picture.Bpp() &&
                          compression == 0,
-                     "the probe tells what was written");
+                     "the probe reports what was written");
 }
 
 void require_written(std::span<const std::uint8_t> file, const cDIB& picture) {
@@ -38,9 +38,9 @@ void require_written(std::span<const std::uint8_t> file, const cDIB& picture) {
     picture.GetPalette(palette);
     const std::size_t pixels_at = head_bytes + palette.size();
     const std::span<const std::uint8_t> pixels(picture.lpBits(), static_cast<std::size_t>(picture.Size()));
-    fuzzing::require(file.size() == pixels_at + pixels.size(), "the file has all parts and no more");
-    fuzzing::require(get_u32(file, 2) == file.size(), "the file tells its length");
-    fuzzing::require(get_u32(file, 10) == pixels_at, "the file tells where its pixels begin");
+    fuzzing::require(file.size() == pixels_at + pixels.size(), "the file has the expected length");
+    fuzzing::require(get_u32(file, 2) == file.size(), "the header has the length of the file");
+    fuzzing::require(get_u32(file, 10) == pixels_at, "the header has the offset of the pixels");
     fuzzing::require(std::ranges::equal(file.subspan(head_bytes, palette.size()), palette),
                      "the colours are the picture's");
     fuzzing::require(std::ranges::equal(file.subspan(pixels_at), pixels), "the rows are the picture's");
@@ -54,7 +54,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::int32_t height = recipe.between(1, largest_side);
     cDIB picture;
     fuzzing::require(picture.Create(width, height, depths[recipe.byte() % depths.size()]),
-                     "there are pictures of these sizes");
+                     "pictures of these sizes can be created");
     fill(recipe, picture);
     const std::string path = fuzzing::scratch_path("written.bmp");
     picture.Save(path);

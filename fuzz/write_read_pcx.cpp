@@ -1,4 +1,5 @@
-// A picture made of the bytes is written as a PCX file, plain and compressed, and must be read back the same.
+// Writes a picture made from the input as a PCX file, uncompressed and compressed; reading must give the
+// same.
 #include "codecs/CBitmap.h"
 #include "codecs/LoadPCX.h"
 #include "codecs/SavePCX.h"
@@ -18,18 +19,18 @@ void write_and_read(PictureSurface& picture, Truth compress) {
     reader.Load(path);
     test::TestSurface drawn(1, 1);
     reader.DrawPCX(drawn);
-    fuzzing::require(reader.IsPCX() == True, "what is written is a PCX file");
-    fuzzing::require(reader.Compressed() == compress, "the file says whether it is compressed");
-    fuzzing::require(test::colours_of(drawn) == test::colours_of(picture), "the picture comes back");
+    fuzzing::require(reader.IsPCX() == True, "the written file is a PCX file");
+    fuzzing::require(reader.Compressed() == compress, "the file states its compression");
+    fuzzing::require(test::colours_of(drawn) == test::colours_of(picture), "the picture is restored");
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const fuzzing::AtEnd forget([] { CBitmap::CurrentBitmap = nullptr; });
+    const fuzzing::AtEnd cleanup([] { CBitmap::CurrentBitmap = nullptr; });
     fuzzing::Recipe recipe(data, size);
     const auto picture = fuzzing::surface_of(recipe, most_wide, most_high, fuzzing::all_depths);
-    // Nothing fails here: the picture is small and the folder is our own.
+    // Nothing may fail: the picture is small and the folder writable.
     write_and_read(*picture, False);
     write_and_read(*picture, True);
     return 0;

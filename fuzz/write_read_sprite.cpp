@@ -1,4 +1,4 @@
-// A sprite made of the bytes is saved and loaded and must be the same, its frames in display order.
+// Saves and loads a sprite made from the input; it must be the same, with its frames in display order.
 #include <algorithm>
 
 #include "fuzzing.h"
@@ -32,7 +32,7 @@ void make_sprite(fuzzing::Recipe& recipe) {
     sprite.FrameStore.clear();
     sprite.FrameOrder.clear();
     for (std::int32_t i = 0; i < frames; ++i) {
-        // Two positions may show the same frame; that is saved twice.
+        // Two positions may show the same frame, which is then saved twice.
         sprite.FrameOrder.push_back(static_cast<std::int16_t>(recipe.between(0, frames - 1)));
         sprite.FrameStore.push_back(frame_of(recipe, static_cast<std::size_t>(width * height)));
     }
@@ -55,7 +55,7 @@ void require_same(const SpriteDocument& before, const SpriteDocument& after) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzzing::Recipe recipe(data, size);
-    const fuzzing::AtEnd forget([] { hlspr::document() = SpriteDocument(); });
+    const fuzzing::AtEnd cleanup([] { hlspr::document() = SpriteDocument(); });
     make_sprite(recipe);
     const SpriteDocument before = hlspr::document();
     const std::string path = fuzzing::scratch_path("written.spr");

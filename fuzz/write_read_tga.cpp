@@ -1,6 +1,6 @@
-// A picture made of the bytes is written as a TGA file. Plain, it must be read back the same. Compressed,
-// pixels may be missing: what the encoder writes need only be readable, of the right size, and the same for
-// the same picture.
+// Writes a picture made from the input as a TGA file. Reading the uncompressed file must give the same
+// picture. The compressed file may lack pixels: it must only be readable, of the right size, and always the
+// same for the same picture.
 #include "codecs/CBitmap.h"
 #include "codecs/LoadTGA.h"
 #include "codecs/SaveTGA.h"
@@ -17,8 +17,8 @@ void read(const std::string& path, Truth compressed, PictureSurface& drawn) {
     LoadTGA reader;
     reader.Load(path);
     reader.DrawTGA(drawn);
-    fuzzing::require(reader.IsTGA() == True, "what is written is a TGA file");
-    fuzzing::require(reader.Compressed() == compressed, "the file says whether it is compressed");
+    fuzzing::require(reader.IsTGA() == True, "the written file is a TGA file");
+    fuzzing::require(reader.Compressed() == compressed, "the file states its compression");
 }
 
 void write_and_read_plain(PictureSurface& picture) {
@@ -26,19 +26,19 @@ void write_and_read_plain(PictureSurface& picture) {
     SaveTGA().SaveTGAinFile(path, picture, False);
     test::TestSurface drawn(1, 1);
     read(path, False, drawn);
-    fuzzing::require(test::colours_of(drawn) == test::colours_of(picture), "the picture comes back");
+    fuzzing::require(test::colours_of(drawn) == test::colours_of(picture), "the picture is restored");
 }
 
 void write_and_read_compressed(PictureSurface& picture) {
     const std::string path = fuzzing::scratch_path("compressed.tga");
-    if (!fuzzing::goes_through([&] { SaveTGA().SaveTGAinFile(path, picture, True); })) {
+    if (!fuzzing::succeeds([&] { SaveTGA().SaveTGAinFile(path, picture, True); })) {
         return;
     }
     test::TestSurface drawn(1, 1);
     read(path, True, drawn);
     fuzzing::require(drawn.bitmap().width() == picture.bitmap().width() &&
                          drawn.bitmap().height() == picture.bitmap().height(),
-                     "the size comes back");
+                     "the size is restored");
     const auto bytes = fuzzing::scratch_bytes(path);
     SaveTGA().SaveTGAinFile(path, picture, True);
     fuzzing::require(fuzzing::scratch_bytes(path) == bytes, "the same picture gives the same file");
@@ -47,7 +47,7 @@ void write_and_read_compressed(PictureSurface& picture) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const fuzzing::AtEnd forget([] { CBitmap::CurrentBitmap = nullptr; });
+    const fuzzing::AtEnd cleanup([] { CBitmap::CurrentBitmap = nullptr; });
     fuzzing::Recipe recipe(data, size);
     const auto picture = fuzzing::surface_of(recipe, most_wide, most_high, fuzzing::all_depths);
     write_and_read_plain(*picture);
