@@ -1,5 +1,5 @@
-// The PCX and TGA readers and writers on a drawing of flat areas, whole files first, then the run-length
-// coders beside their plain steps; the photograph has hardly a run.
+// The PCX and TGA readers and writers on a drawing of flat areas: complete files, then the run-length coders
+// compared with their reference implementations, also on a photograph, which has hardly any runs.
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -25,7 +25,7 @@ const test::TemporaryFolder& folder() {
     return the_folder;
 }
 
-// A drawing of flat areas: no run-length coder loses anything of it.
+// A drawing of flat areas, which every run-length coder preserves.
 PictureSurface& drawing() {
     static const auto surface = test::random_surface(side, side, test::Character::Runs, 5);
     return *surface;
@@ -77,7 +77,7 @@ void save_tga(benchmark::State& state, bool compressed) {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// The three channel bytes of every pixel of the drawing, followed by a spare byte for the decoders.
+// The three channel bytes of every pixel of the drawing.
 const Bytes& drawing_bytes() {
     static const Bytes bytes = [] {
         Bytes made;
@@ -105,7 +105,7 @@ const Bytes& tga_runs() {
     return bytes;
 }
 
-// One call of a coder again and again.
+// Calls a coder repeatedly.
 template <typename Code>
 void repeat(benchmark::State& state, Code code) {
     for (auto _ : state) {
@@ -114,19 +114,19 @@ void repeat(benchmark::State& state, Code code) {
 }
 
 void add(const std::string& name, void (*run)(benchmark::State&, bool)) {
-    benchmark::RegisterBenchmark((name + ", plain file/shipped").c_str(), run, false);
+    benchmark::RegisterBenchmark((name + ", uncompressed/shipped").c_str(), run, false);
     benchmark::RegisterBenchmark((name + ", compressed/shipped").c_str(), run, true);
 }
 
-template <typename Shipped, typename Plain>
-void add_coder(const std::string& name, Shipped shipped, Plain plain) {
+template <typename Shipped, typename Reference>
+void add_coder(const std::string& name, Shipped shipped, Reference reference) {
     benchmark::RegisterBenchmark((name + "/shipped").c_str(),
                                  [=](benchmark::State& state) { repeat(state, shipped); });
-    benchmark::RegisterBenchmark((name + "/plain").c_str(),
-                                 [=](benchmark::State& state) { repeat(state, plain); });
+    benchmark::RegisterBenchmark((name + "/reference").c_str(),
+                                 [=](benchmark::State& state) { repeat(state, reference); });
 }
 
-// One colour all over, the plainest of areas, as large as a sheet of many pictures.
+// A single colour, as large as a sheet of many pictures.
 constexpr std::int32_t area_side = 1024;
 
 const Bytes& area_bytes() {
@@ -134,7 +134,7 @@ const Bytes& area_bytes() {
     return bytes;
 }
 
-// Speeds count the bytes of pixels, packed or not.
+// Speed counts bytes of unpacked pixels.
 template <typename Code>
 void add_speed(const std::string& what, Code code) {
     benchmark::RegisterBenchmark(what.c_str(), [=](benchmark::State& state) {
@@ -143,20 +143,20 @@ void add_speed(const std::string& what, Code code) {
     });
 }
 
-void add_plain_area() {
+void add_flat_area() {
     static const Bytes pcx = with_spare_byte(SavePCX::EncodeRle(area_bytes(), 3 * area_side));
     static const Bytes tga = with_spare_byte(SaveTGA::EncodeRle(area_bytes(), area_side));
-    add_speed("PCX encoder, plain area/shipped",
+    add_speed("PCX encoder, flat area/shipped",
               [] { return SavePCX::EncodeRle(area_bytes(), 3 * area_side); });
-    add_speed("TGA encoder, plain area/shipped", [] { return SaveTGA::EncodeRle(area_bytes(), area_side); });
-    add_speed("PCX decoder, plain area/shipped", [] { return LoadPCX::DecodeRle(pcx); });
-    add_speed("TGA decoder, plain area/shipped",
+    add_speed("TGA encoder, flat area/shipped", [] { return SaveTGA::EncodeRle(area_bytes(), area_side); });
+    add_speed("PCX decoder, flat area/shipped", [] { return LoadPCX::DecodeRle(pcx); });
+    add_speed("TGA decoder, flat area/shipped",
               [] { return LoadTGA::DecodeRle(tga, 24, area_side, area_side); });
     add_speed("copy of the same bytes/shipped", [] { return Bytes(area_bytes()); });
 }
 
 void add_all() {
-    add_plain_area();
+    add_flat_area();
     add("read PCX", load_pcx);
     add("read TGA", load_tga);
     add("write PCX", save_pcx);

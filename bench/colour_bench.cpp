@@ -1,4 +1,4 @@
-// The reduction of photographs to 256 colours each, and its parts.
+// The reduction of photographs to 256 colours each, and its steps.
 #include <benchmark/benchmark.h>
 
 #include "colour/cPal8bpp.h"
@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t set_size = 64;
 constexpr std::int32_t sample_side = 150;
 
-// One toolbox for the whole set, as in an import: its list of colours goes over from picture to picture.
+// One toolbox for the whole set, as in an import: its list of colours persists from picture to picture.
 template <typename Toolbox>
 void count_colours(benchmark::State& state, const Surfaces& pictures) {
     for (auto _ : state) {
@@ -31,16 +31,16 @@ void count_shipped(benchmark::State& state) {
     count_colours<ProcessPicture1>(state, photographs(set_size));
 }
 
-void count_plain(benchmark::State& state) {
+void count_reference(benchmark::State& state) {
     count_colours<reference::ProcessPicture1>(state, photographs(set_size));
 }
 
-// Pictures of at most 256 colours are scanned to their end.
+// Pictures of at most 256 colours are scanned completely.
 void count_to_end_shipped(benchmark::State& state) {
     count_colours<ProcessPicture1>(state, reduced_photographs(set_size));
 }
 
-void count_to_end_plain(benchmark::State& state) {
+void count_to_end_reference(benchmark::State& state) {
     count_colours<reference::ProcessPicture1>(state, reduced_photographs(set_size));
 }
 
@@ -62,13 +62,13 @@ void reduce_shipped(benchmark::State& state) {
     });
 }
 
-void reduce_plain(benchmark::State& state) {
+void reduce_reference(benchmark::State& state) {
     reduce_all(state, [](PictureSurface& source, PictureSurface& target) {
         reference::transform_to_8bit(mDither8bpp::OptimalMode, source, target);
     });
 }
 
-// What the palette is made of: the photograph at the size of a sample.
+// The input of the palette: the photograph, scaled to the size of a sample.
 std::unique_ptr<cDIB> sample() {
     auto dib = std::make_unique<cDIB>();
     dib->CreateFromHdc(photographs(1)[0]->hDC(), photograph_side, photograph_side);
@@ -84,7 +84,7 @@ void palette_shipped(benchmark::State& state) {
     }
 }
 
-void palette_plain(benchmark::State& state) {
+void palette_reference(benchmark::State& state) {
     const auto picture = sample();
     for (auto _ : state) {
         benchmark::DoNotOptimize(reference::optimal_palette(*picture, 256, 8, 1.0F, 1.0F, 1.0F));
@@ -100,7 +100,7 @@ void lookup_shipped(benchmark::State& state) {
     }
 }
 
-void lookup_plain(benchmark::State& state) {
+void lookup_reference(benchmark::State& state) {
     const auto palette = reference::optimal_palette(*sample(), 256, 8, 1.0F, 1.0F, 1.0F);
     for (auto _ : state) {
         benchmark::DoNotOptimize(reference::color_lookup(palette.value().colors));
@@ -108,15 +108,15 @@ void lookup_plain(benchmark::State& state) {
 }
 
 BENCHMARK(count_shipped)->Name("64 times is_more_than_256/shipped");
-BENCHMARK(count_plain)->Name("64 times is_more_than_256/plain");
+BENCHMARK(count_reference)->Name("64 times is_more_than_256/reference");
 BENCHMARK(count_to_end_shipped)->Name("64 times is_more_than_256 to the end/shipped");
-BENCHMARK(count_to_end_plain)->Name("64 times is_more_than_256 to the end/plain");
+BENCHMARK(count_to_end_reference)->Name("64 times is_more_than_256 to the end/reference");
 BENCHMARK(reduce_shipped)->Name("64 times transform_to_8bit/shipped");
-BENCHMARK(reduce_plain)->Name("64 times transform_to_8bit/plain")->Iterations(1)->Repetitions(3);
+BENCHMARK(reduce_reference)->Name("64 times transform_to_8bit/reference")->Iterations(1)->Repetitions(3);
 BENCHMARK(palette_shipped)->Name("CreateOptimal/shipped");
-BENCHMARK(palette_plain)->Name("CreateOptimal/plain");
+BENCHMARK(palette_reference)->Name("CreateOptimal/reference");
 BENCHMARK(lookup_shipped)->Name("BuildColorLookup/shipped");
-BENCHMARK(lookup_plain)->Name("BuildColorLookup/plain");
+BENCHMARK(lookup_reference)->Name("BuildColorLookup/reference");
 
 } // namespace
 } // namespace varnoth::bench

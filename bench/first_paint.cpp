@@ -1,6 +1,6 @@
-// Shows one window and ends as soon as it has been painted, without taking anything down: "editor" the main
-// window, made as the program makes it, "empty" a plain window of Qt of the same size, "line" one with a line
-// of text, for which Qt loads its fonts. For timing from outside.
+// Shows one window and exits without cleanup after its first paint, to be timed by another process: "editor"
+// is the main window, created as in the program, "empty" an empty Qt window of the same size, "line" one with
+// a line of text, for which Qt loads fonts.
 #include <cstdlib>
 #include <string_view>
 #include <type_traits>
@@ -21,13 +21,13 @@
 
 namespace {
 
-/// Ends the program behind the first paint of what it watches.
+/// Exits after the first paint of the watched object.
 class FirstPaint : public QObject {
   public:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Paint) {
             watched->removeEventFilter(this);
-            // An empty window reads the list of fonts when it is taken down: Qt asks for it to give it back.
+            // No cleanup: destroying an empty window would make Qt load the list of fonts.
             QTimer::singleShot(0, [] { std::_Exit(EXIT_SUCCESS); });
         }
         return false;
@@ -58,7 +58,7 @@ int show_editor(int& argc, char** argv, FirstPaint& first_paint) {
     const varnoth::ServicesInstallation services(
         {&message_boxes, &event_queue, &picture_loader, &file_chooser});
     varnoth::Desk desk;
-    desk.form1().elpanel1.installEventFilter(&first_paint); // it covers the whole form
+    desk.form1().elpanel1.installEventFilter(&first_paint); // covers the whole form
     desk.start();
     return QApplication::exec();
 }

@@ -1,5 +1,5 @@
-// The stages of an import. Each runs over 64 photographs, so that the times add up to that of the whole,
-// which import_job takes.
+// The steps of an import. Each processes 64 photographs, so that the times add up to that of the whole
+// import, which import_job measures.
 #include <benchmark/benchmark.h>
 
 #include "colour/mDither8bpp.h"
@@ -47,7 +47,7 @@ void stretch_shipped(benchmark::State& state) {
     }
 }
 
-void stretch_plain(benchmark::State& state) {
+void stretch_reference(benchmark::State& state) {
     const Surfaces& pictures = photographs(set_size);
     test::TestSurface frame(photograph_side, photograph_side);
     for (auto _ : state) {
@@ -68,7 +68,7 @@ void collect_shipped(benchmark::State& state) {
     state.counters["colours"] = mixpals::ColorCount;
 }
 
-void collect_plain(benchmark::State& state) {
+void collect_reference(benchmark::State& state) {
     const Surfaces& pictures = reduced_photographs(set_size);
     reference::Mixpals mixing;
     for (auto _ : state) {
@@ -80,7 +80,7 @@ void collect_plain(benchmark::State& state) {
     state.counters["colours"] = mixing.ColorCount;
 }
 
-// The colours of the whole set, in the shipped module and in a plain one, without the time that it takes.
+// Collects the colours of the whole set in the program's module, and copies them to a reference one.
 reference::Mixpals collected_colours() {
     mixpals::InitColorTable();
     for (std::size_t i = 0; i < set_size; ++i) {
@@ -100,7 +100,7 @@ void sheet_shipped(benchmark::State& state) {
     }
 }
 
-void sheet_plain(benchmark::State& state) {
+void sheet_reference(benchmark::State& state) {
     const reference::Mixpals mixing = collected_colours();
     test::TestSurface sheet(1, 1);
     for (auto _ : state) {
@@ -124,7 +124,7 @@ void finalize_shipped(benchmark::State& state) {
     }
 }
 
-void finalize_plain(benchmark::State& state) {
+void finalize_reference(benchmark::State& state) {
     const auto sheet = reduced_sheet();
     reference::Mixpals mixing;
     for (auto _ : state) {
@@ -145,7 +145,7 @@ void frames_shipped(benchmark::State& state) {
     }
 }
 
-void frames_plain(benchmark::State& state) {
+void frames_reference(benchmark::State& state) {
     const Surfaces& pictures = reduced_photographs(set_size);
     reference::Mixpals mixing;
     mixing.FinalizePalette(*reduced_sheet());
@@ -159,15 +159,15 @@ void frames_plain(benchmark::State& state) {
 
 BENCHMARK(decode)->Name("64 times decode/shipped");
 BENCHMARK(stretch_shipped)->Name("64 times stretch/shipped");
-BENCHMARK(stretch_plain)->Name("64 times stretch/plain");
+BENCHMARK(stretch_reference)->Name("64 times stretch/reference");
 BENCHMARK(collect_shipped)->Name("64 times AddPictureColors/shipped");
-BENCHMARK(collect_plain)->Name("64 times AddPictureColors/plain")->Iterations(1)->Repetitions(3);
+BENCHMARK(collect_reference)->Name("64 times AddPictureColors/reference")->Iterations(1)->Repetitions(3);
 BENCHMARK(sheet_shipped)->Name("DrawColorTable/shipped");
-BENCHMARK(sheet_plain)->Name("DrawColorTable/plain");
+BENCHMARK(sheet_reference)->Name("DrawColorTable/reference");
 BENCHMARK(finalize_shipped)->Name("FinalizePalette/shipped");
-BENCHMARK(finalize_plain)->Name("FinalizePalette/plain");
+BENCHMARK(finalize_reference)->Name("FinalizePalette/reference");
 BENCHMARK(frames_shipped)->Name("64 times add_frame/shipped");
-BENCHMARK(frames_plain)->Name("64 times add_frame/plain")->Iterations(1)->Repetitions(3);
+BENCHMARK(frames_reference)->Name("64 times add_frame/reference")->Iterations(1)->Repetitions(3);
 
 } // namespace
 } // namespace varnoth::bench

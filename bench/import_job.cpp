@@ -1,6 +1,6 @@
-// The whole import as one job for a stopwatch: all BMP files of a folder become a sprite file, as the editor
-// imports them (its pipeline, picture loader, progress and yields), but without windows. With --plain, the
-// plain steps that the shipped code is held equal to do the same.
+// The whole import as one process, for timing: imports all BMP files of a folder into a sprite file as the
+// editor does (same pipeline, picture loader, progress and yields), but without windows. With --plain, it
+// uses the reference implementation.
 #include <cstdio>
 #include <exception>
 #include <span>
@@ -13,7 +13,7 @@
 
 namespace {
 
-void import_by_plain_steps(const std::string& folder) {
+void import_with_reference(const std::string& folder) {
     varnoth::hlspr::new_sprite(256, 256, 2, 1);
     varnoth::bench::WholeFolder form(folder);
     varnoth::bench::SilentView view;
@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
     }
     try {
         if (plain) {
-            import_by_plain_steps(arguments[0]);
+            import_with_reference(arguments[0]);
         } else {
             varnoth::bench::import_folder(arguments[0]);
         }

@@ -1,4 +1,4 @@
-// Fills a folder with photographs, 24-bit BMP files of 256 by 256 pixels.
+// Fills a folder with generated photographs, as 24-bit BMP files of 256 by 256 pixels.
 #include <cstdio>
 #include <cstdlib>
 

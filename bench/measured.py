@@ -1,7 +1,7 @@
-"""What the benchmark programs measured, read from Google Benchmark's JSON output.
+"""Reads the results of the benchmark programs from Google Benchmark's JSON output.
 
-Benchmarks are named "WHAT/VARIANT": the shipped code is "shipped", and any other variant of the same WHAT stands
-beside it with the ratio of the two."""
+Benchmarks are named "WHAT/VARIANT". The variant "shipped" is the program's code; any other variant of the same WHAT is
+compared with it."""
 
 import json
 import statistics
@@ -11,10 +11,10 @@ NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 def read_times(path):
-    """Median time in nanoseconds by (what, variant), in the order of the program.
+    """The median time in nanoseconds by (what, variant), in the order of the program.
 
-    Processor time, the system's part included: everything runs on one thread and on files in the system's cache, and
-    what else the machine does disturbs it least.
+    This is processor time, including system time: everything runs on one thread and on cached files, and processor time
+    is least affected by other load.
     """
     with open(path, encoding="utf-8") as file:
         runs = json.load(file)["benchmarks"]
@@ -40,7 +40,7 @@ def in_words(nanoseconds):
 
 
 def fit_line(points):
-    """Start and slope: least squares of the relative errors, so that small counts weigh as much as large ones."""
+    """Fits start and slope by least squares of the relative errors, so that all counts have the same weight."""
     weights = [1 / (time * time) for _, time in points]
     total = sum(weights)
     mean_count = sum(w * count for w, (count, _) in zip(weights, points)) / total

@@ -1,5 +1,5 @@
-"""The same job done by other programs: a folder of true-colour BMP files of one size becomes indexed pictures that
-share one palette of at most 256 colours. Only those that are installed take part."""
+"""The same job with other programs: converts a folder of true-colour BMP files of one size to indexed pictures that
+share a palette of at most 256 colours. Programs that are not installed are skipped."""
 
 import glob
 import os
@@ -39,7 +39,7 @@ def ffmpeg(folder, out):
 
 
 def imagemagick(folder, out, dither):
-    """All pictures on one sheet, reduced at once and cut again: it has no shared palette otherwise."""
+    """Joins all pictures into one sheet, reduces it and splits it again: it has no shared palette otherwise."""
     sources = sources_of(folder)
     side = next(n for n in range(1, 1000) if n * n >= len(sources))
     rows = []
@@ -51,7 +51,7 @@ def imagemagick(folder, out, dither):
 
 
 def gifsicle(folder, out, dither):
-    """From GIF files of 256 colours each, as it reads nothing else; making them is not counted."""
+    """Starts from GIF files of 256 colours each, its only input format; creating them is not timed."""
     gifs = f"{out}.gifs"
     if not os.path.isdir(gifs):
         os.makedirs(gifs)
@@ -63,7 +63,7 @@ def gifsicle(folder, out, dither):
 
 
 def jobs(folder, scratch):
-    """The commands by what they do. Each writes into a folder of its own, which is there."""
+    """The commands by description. Each writes to its own folder, which exists."""
     result = {}
 
     def add(words, make, *arguments):

@@ -11,7 +11,7 @@ namespace varnoth::bench {
 
 namespace {
 
-// A fixed pseudo-random number from 0 to 1 for each point of a lattice.
+// A pseudo-random number from 0 to 1 for each lattice point.
 float lattice(std::uint32_t seed, std::uint32_t x, std::uint32_t y) {
     std::uint32_t hash = seed * 0x9E3779B1U ^ x * 0x85EBCA6BU ^ y * 0xC2B2AE35U;
     hash = (hash ^ hash >> 15) * 0x2C1B3C6DU;
@@ -27,7 +27,7 @@ float mix(float a, float b, float part) {
     return a + part * (b - a);
 }
 
-// Value noise: the lattice, interpolated smoothly. Neither coordinate is negative.
+// Value noise: the smoothly interpolated lattice. Coordinates must not be negative.
 float noise(std::uint32_t seed, float x, float y) {
     const auto column = static_cast<std::uint32_t>(x);
     const auto row = static_cast<std::uint32_t>(y);
@@ -38,7 +38,7 @@ float noise(std::uint32_t seed, float x, float y) {
     return mix(upper, lower, lower_part);
 }
 
-// Six octaves, each twice as fine and half as strong as the one before; from 0 to 1.
+// Six octaves, each twice as fine and half as strong as the previous one; from 0 to 1.
 float fractal(std::uint32_t seed, float x, float y) {
     float sum = 0;
     float strength = 0.5F;

@@ -1,5 +1,5 @@
-// The platform services that the benchmarks of the import run on: the program's own where it is built with
-// Qt, otherwise a loader that copies 24-bit BMP files and a yield that only looks at the clock.
+// The platform services for the benchmarks of the import: the program's own in a build with Qt, otherwise a
+// loader that copies 24-bit BMP files and a yield that only reads the clock.
 #pragma once
 
 #include <memory>
@@ -15,7 +15,7 @@ class Platform {
     Platform(const Platform&) = delete;
     Platform& operator=(const Platform&) = delete;
 
-    /// What decodes the pictures, in words.
+    /// Describes what decodes the pictures.
     static const char* name();
 
   private:

@@ -22,7 +22,7 @@ class ClockedQueue : public EventQueue {
     std::chrono::steady_clock::time_point last_;
 };
 
-// Whole 24-bit BMP files of a width divisible by 4, bottom row first, and nothing else.
+// Loads only complete 24-bit BMP files with a width divisible by 4, bottom row first.
 class CopyingLoader : public PictureLoader {
   public:
     Picture load(const std::string& path) override {

@@ -1,5 +1,5 @@
-// The sprite file beside plain reading and writing of the same bytes, and drawing beside a copy of what is
-// drawn.
+// Loading and saving a sprite compared with reading and writing the same bytes, and drawing compared with
+// copying the same pixels.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -15,8 +15,8 @@
 namespace varnoth::bench {
 namespace {
 
-constexpr std::int16_t most_frames = 1024; // make a file of 64 MiB
-constexpr std::int16_t few_frames = 16;    // stay in the processor's caches, as those of a preview do
+constexpr std::int16_t most_frames = 1024; // a file of 64 MiB
+constexpr std::int16_t few_frames = 16;    // fit in the processor's caches, as in a preview
 constexpr std::size_t frame_pixels = std::size_t{photograph_side} * photograph_side;
 
 const test::TemporaryFolder& folder() {
@@ -77,7 +77,7 @@ void load_shipped(benchmark::State& state) {
     count_bytes(state);
 }
 
-// Into memory that is had for it, as a sprite's is.
+// Reads into newly allocated memory, as loading a sprite does.
 void load_plain(benchmark::State& state) {
     const std::string path = saved_sprite();
     const std::size_t size = std::filesystem::file_size(path);
@@ -101,7 +101,7 @@ void save_shipped(benchmark::State& state) {
     count_bytes(state);
 }
 
-// In place of the old file, as a save does it.
+// Replaces the old file, as saving does.
 void save_plain(benchmark::State& state) {
     const std::vector<std::uint8_t> bytes = test::read_file(saved_sprite());
     const std::string path = folder().file("out.bytes");
@@ -113,7 +113,7 @@ void save_plain(benchmark::State& state) {
     count_bytes(state);
 }
 
-// All frames one after the other, as a preview draws them.
+// Draws all frames in turn, as a preview does.
 void draw_shipped(benchmark::State& state) {
     make_sprite(few_frames);
     test::TestSurface picture(photograph_side, photograph_side);

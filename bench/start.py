@@ -1,8 +1,8 @@
-"""Times the start of the main window up to its first paint beside that of an empty window of Qt and of one with a line
-of text, turn by turn.
+"""Measures the time to the first paint of the main window, compared with that of an empty Qt window and of one with a
+line of text, in turn.
 
-Usage: start.py FIRST_PAINT. Prints the medians and their ratios; ends with 1 when the goal is missed. The goal is set
-beside the empty window, which needs no fonts; what Qt takes to load them for any text is seen beside the other one.
+Usage: start.py FIRST_PAINT. Prints the medians and their ratios; exits with 1 if the goal is missed. The goal refers to
+the empty window, which needs no fonts; the other one shows the time that Qt needs to load fonts for any text.
 """
 
 import statistics
@@ -30,14 +30,14 @@ def main():
                 taken.append(elapsed)
     editor, empty, line = (statistics.median(times[window]) * 1e3 for window in ("editor", "empty", "line"))
     reached = editor <= MOST * empty
-    print_row("beside an empty one", editor, empty, f"at most {MOST} times: {'reached' if reached else 'MISSED'}")
-    print_row("beside one with a line of text", editor, line, "")
+    print_row("against an empty one", editor, empty, f"at most {MOST} times: {'reached' if reached else 'MISSED'}")
+    print_row("against one with a line of text", editor, line, "")
     sys.exit(0 if reached else 1)
 
 
-def print_row(beside, editor, other, goal):
-    figure = f"{editor:.0f} ms beside {other:.0f} ms, {editor / other:.2f}"
-    print(f"{'start to the first painted window, ' + beside:<66}{figure:<34}{goal}".rstrip())
+def print_row(comparison, editor, other, goal):
+    figure = f"{editor:.0f} ms against {other:.0f} ms, {editor / other:.2f}"
+    print(f"{'start to the first painted window, ' + comparison:<67}{figure:<34}{goal}".rstrip())
 
 
 main()

@@ -1,4 +1,4 @@
-// An import of all pictures of a folder as the benchmarks run it.
+// Imports all pictures of a folder, for the benchmarks.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ class WholeFolder : public test::ScriptedAddFrames {
     bool is_selected(std::int32_t /*index*/) const override { return true; }
 };
 
-/// Keeps what it is told and shows nothing.
+/// Stores what it receives and shows nothing.
 class SilentView : public ImportView {
   public:
     void open_progress(std::string_view phase, std::int32_t /*maximum*/) override { text_ = phase; }
@@ -55,7 +55,7 @@ class SilentView : public ImportView {
     std::int32_t lines_ = 0;
 };
 
-/// The shipped import of a folder's pictures into a new sprite.
+/// Imports a folder's pictures into a new sprite, with the program's code.
 inline void import_folder(const std::string& folder) {
     hlspr::new_sprite(256, 256, 2, 1);
     WholeFolder form(folder);

@@ -1,6 +1,6 @@
-// What the windows cost: the import behind its progress dialog beside the engine alone, the answer to Cancel
-// while 300 pictures import, and a preview at 60 frames a second. Prints one line a figure with its goal;
-// ends with 1 when one is missed. Runs on whatever display Qt finds.
+// The cost of the windows: an import with its progress dialog compared with the import alone, the response to
+// Cancel during an import of 300 pictures, and a preview at 60 frames per second. Prints one line per figure
+// with its goal; exits with 1 if one is missed. Needs a display.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -50,7 +50,7 @@ void print(const std::string& what, const std::string& figure, const std::string
     all_reached = all_reached && reached;
 }
 
-/// Messages go by unseen; when the last one came is kept.
+/// Does not show messages; stores the last one and its time.
 class PassingMessages : public MessageBoxes {
   public:
     void show(std::string_view text) override {
@@ -72,7 +72,7 @@ class Editor {
         make_new();
     }
 
-    /// A new sprite of the photographs' size.
+    /// Creates a new sprite of the photographs' size.
     void make_new() {
         ui_driver::click(main().elboton2);
         ui_driver::type_into(desk.form2()->eltexto2, QString::number(photograph_side));
@@ -94,7 +94,7 @@ class Editor {
         ui_driver::click_line(dialog.File1, dialog.File1.ListCount() - 1, Qt::ControlModifier);
     }
 
-    /// Milliseconds of processor time of the import behind Ok.
+    /// Clicks Ok; returns the processor time of the import in milliseconds.
     double import() {
         const double before = processor_milliseconds();
         ui_driver::click(desk.form4()->elboton2);
@@ -113,7 +113,7 @@ void measure_import(Editor& editor) {
     write_photographs(folder.path(), 64);
     std::vector<double> engine;
     std::vector<double> windows;
-    std::vector<double> ratios; // of neighbours in time, which the machine disturbs alike
+    std::vector<double> ratios; // of consecutive runs, which other load affects alike
     for (int round = 0; round < 15; ++round) {
         const double before = processor_milliseconds();
         import_folder(folder.path());
@@ -125,13 +125,13 @@ void measure_import(Editor& editor) {
     }
     const double ratio = median(ratios);
     char figure[80];
-    std::snprintf(figure, sizeof figure, "%.0f ms beside %.0f ms, %.3f", median(windows), median(engine),
+    std::snprintf(figure, sizeof figure, "%.0f ms against %.0f ms, %.3f", median(windows), median(engine),
                   ratio);
-    print("import of 64 behind its dialog, beside the engine alone", figure, "at most 1.15 times",
+    print("import of 64 with its dialog, against the import alone", figure, "at most 1.15 times",
           ratio <= 1.15);
 }
 
-// The click is posted from outside at some moment and waits in the event queue until a yield.
+// Another thread posts the click at some moment; it stays in the event queue until a yield.
 void measure_cancel(Editor& editor) {
     const test::TemporaryFolder folder;
     write_photographs(folder.path(), 300);
@@ -173,8 +173,8 @@ void measure_cancel(Editor& editor) {
         }
         char figure[80];
         std::snprintf(figure, sizeof figure, "%.1f ms%s", longest, right_messages ? "" : ", wrong end");
-        print(second_pass ? "Cancel in the second pass of 300, the longest of 5"
-                          : "Cancel in the first pass of 300, the longest of 5",
+        print(second_pass ? "Cancel in the second pass of 300, longest of 5"
+                          : "Cancel in the first pass of 300, longest of 5",
               figure, "within 100 ms", longest <= 100 && right_messages);
     }
 }
@@ -182,8 +182,8 @@ void measure_cancel(Editor& editor) {
 void measure_preview(Editor& editor) {
     const test::TemporaryFolder folder;
     write_photographs(folder.path(), 8);
-    editor.make_new(); // behind several imports the list is longer than the sprite, which the preview would
-                       // not survive
+    editor
+        .make_new(); // after several imports, the list is longer than the sprite, which is fatal in a preview
     editor.select_all(folder.path());
     editor.import();
     ui_driver::settle();
@@ -203,9 +203,9 @@ void measure_preview(Editor& editor) {
     const double wanted = elapsed / dialog.Timer1.interval();
     char figure[80];
     std::snprintf(figure, sizeof figure, "%.1f%% of a core", 100 * share);
-    print("preview of 256 by 256 at 60 frames a second", figure, "less than a quarter", share < 0.25);
+    print("preview of 256 by 256 at 60 frames per second", figure, "less than a quarter", share < 0.25);
     std::snprintf(figure, sizeof figure, "%d of %.0f in 5 s", ticks, wanted);
-    print("its ticks of 16 ms", figure, "at least 98%", ticks >= 0.98 * wanted);
+    print("ticks of 16 ms in the preview", figure, "at least 98%", ticks >= 0.98 * wanted);
 }
 
 int measure(const std::string& what) {
