@@ -1,5 +1,5 @@
-// The reduction to 8 bits with every copy made and every pixel worked out from the matrices, for the shipped
-// dither to be held equal to.
+// Reference implementation of the reduction to 8 bits: makes every copy and computes every pixel from the
+// dither matrices.
 #pragma once
 
 #include <array>
@@ -11,13 +11,13 @@
 
 namespace varnoth::reference {
 
-/// Mode 1 takes the picture's own palette, mode 0 the colour cube.
+/// Mode 1 uses the picture's own palette, mode 0 the colour cube.
 bool transform_to_8bit(std::int32_t dither_mode, PictureSurface& source, PictureSurface& target);
 
-/// 4096 plain searches for the nearest of the entries; the first among equals.
+/// The nearest entry for each of 4096 colours, by linear search; the first one if several are equally near.
 std::array<std::uint8_t, 4096> color_lookup(std::span<const RGBQUAD> entries);
 
-/// Level of a channel value at a place of the matrix, column phase + 4 * row phase: of 16 and of 6 levels.
+/// The level of a channel value, of 16 or of 6, at a matrix position: column phase + 4 * row phase.
 std::int32_t lookup_level(std::int32_t channel, std::size_t place);
 std::int32_t cube_level(std::int32_t channel, std::size_t place);
 

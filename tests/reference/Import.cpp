@@ -66,7 +66,7 @@ void add_frame(SpriteDocument& sprite, const PictureSurface& picture, const Mixp
 
 namespace {
 
-// What both passes do with one picture.
+// Loads, stretches and reduces one picture, in both passes.
 void prepare(AddFramesForm& form, std::int16_t index, ProcessPicture1& toolbox, ImportView* view) {
     LoadSelectedPicture(form, index, form.Buffer1());
     stretch(form.Buffer1(), form.Buffer2());

@@ -1,6 +1,5 @@
-// The whole import as plain steps, one after the other, built of the plain parts beside it: every search is a
-// scan, every pixel is worked out anew, every pixel yields. For the shipped import to be held equal to and
-// measured against.
+// Reference implementation of the whole import, built from the other reference implementations: linear
+// searches, no caching, a yield at every pixel. Tests and benchmarks compare the program's import with it.
 #pragma once
 
 #include "import/AddFramesForm.h"
@@ -11,14 +10,14 @@
 
 namespace varnoth::reference {
 
-/// Stretches one surface over the other, pixel by pixel.
+/// Stretches one surface onto another, pixel by pixel.
 void stretch(const PictureSurface& from, PictureSurface& to);
 
-/// Appends a frame to the document, with a yield at every pixel.
+/// Appends a frame to the document; yields at every pixel.
 void add_frame(SpriteDocument& sprite, const PictureSurface& picture, const Mixpals& mixing);
 
-/// The import into hlspr::document(), with the palette mixing that earlier imports left. It fails as the
-/// shipped one does.
+/// Imports into hlspr::document(), with the palette mixing state of earlier imports. Fails like the program's
+/// import.
 void import_frames(AddFramesForm& form, ImportView& view, Mixpals& mixing);
 
 } // namespace varnoth::reference

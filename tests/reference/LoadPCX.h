@@ -1,4 +1,4 @@
-// The stages of the PCX reader in plain steps, as slow and as simple as can be.
+// Reference implementation of the stages of the PCX reader, as simple as possible.
 #pragma once
 
 #include <cstdint>
@@ -6,10 +6,10 @@
 
 namespace varnoth::reference {
 
-/// The last byte of the input is the spare one.
+/// Decodes run-length encoded bytes. The last input byte is a spare one.
 std::vector<std::uint8_t> decode_pcx_rle(const std::vector<std::uint8_t>& bytes);
 
-/// Width at least 2, height at least 1.
+/// Merges bit planes into bytes. The width must be at least 2, the height at least 1.
 std::vector<std::uint8_t> merge_pcx_planes(const std::vector<std::uint8_t>& bytes,
                                            std::int32_t bytes_per_line, std::int32_t width,
                                            std::int32_t height);

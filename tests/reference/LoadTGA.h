@@ -1,4 +1,4 @@
-// The stages of the TGA reader in plain steps, as slow and as simple as can be.
+// Reference implementation of the stages of the TGA reader, as simple as possible.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace varnoth::reference {
 
-/// Packets of `pixel_bytes` a pixel into total + 1 bytes.
+/// Decodes packets of pixels of `pixel_bytes` bytes each into total + 1 bytes.
 std::vector<std::uint8_t> decode_tga_rle(const std::vector<std::uint8_t>& bytes, std::int32_t pixel_bytes,
                                          std::int32_t total);
 

@@ -1,4 +1,4 @@
-// The palette mixing as plain steps: linear scans, one pixel at a time, nothing remembered. The shipped
+// Reference implementation of palette mixing: linear scans, one pixel at a time, no caching. The program's
 // routines must give the same tables, sheets, palettes and indices.
 #pragma once
 

@@ -1,5 +1,4 @@
-// The adaptive palette by plain recursion over plain node records, one step after the other, for the shipped
-// octree to be held equal to.
+// Reference implementation of the adaptive palette: an octree with plain recursion over plain nodes.
 #pragma once
 
 #include <cstdint>
@@ -13,10 +12,10 @@ namespace varnoth::reference {
 
 struct OptimalPalette {
     std::vector<RGBQUAD> colors; ///< in the order of the node positions
-    std::int32_t reductions = 0; ///< nodes reduced on the way
+    std::int32_t reductions = 0; ///< number of nodes that were reduced
 };
 
-/// Nothing for a picture that is not of 32 bits. Fails as the shipped one does.
+/// Returns nothing for a picture that is not 32-bit. Fails like the program's octree.
 std::optional<OptimalPalette> optimal_palette(const cDIB& image, std::int32_t maximum, std::int32_t levels,
                                               float red_weight, float green_weight, float blue_weight);
 

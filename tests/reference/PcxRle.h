@@ -1,4 +1,4 @@
-// The PCX writer's run-length encoder as plain steps.
+// Reference implementation of the PCX writer's run-length encoder.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The colour listing of the picture toolbox as plain steps: one linear search of the list for every pixel.
+// Reference implementation of the toolbox's colour counting: a linear search of the list for every pixel.
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// The TGA writer's run-length encoder as plain steps, each test in the order in which it is made.
+// Reference implementation of the TGA writer's run-length encoder, with all tests in their original order.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// A list of results, each a name and a digest of its bytes, that must be the same on every machine.
+// Results, each with a name and a digest of its bytes, that must be identical on every machine.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 
 namespace varnoth::results {
 
-/// FNV-1a of 64 bits over bytes, and over numbers as their bytes, the lowest first.
+/// 64-bit FNV-1a over bytes; numbers count as little-endian bytes.
 class Digest {
   public:
     void add(std::span<const std::uint8_t> bytes);
@@ -22,17 +22,17 @@ class Digest {
     void add(std::int64_t number);
     void add(const std::vector<Colour>& colours);
 
-    /// Size, depth, colour table and bytes.
+    /// Adds size, depth, colour table and pixels.
     void add(const Bitmap& bitmap);
 
-    /// 16 hexadecimal digits.
+    /// Returns 16 hexadecimal digits.
     std::string text() const;
 
   private:
     std::uint64_t state_ = 0xCBF29CE484222325;
 };
 
-/// Runs an action and adds how it ends: a failure is a result too.
+/// Runs an action and adds its outcome; a failure is a result too.
 template <typename Action>
 void attempt(Digest& digest, Action&& action) {
     try {
@@ -43,19 +43,19 @@ void attempt(Digest& digest, Action&& action) {
     }
 }
 
-/// By name. Several results of a kind may go into one digest.
+/// Digests by name. One digest may combine several results of a kind.
 using Results = std::map<std::string, Digest>;
 
-/// What the readers and probes make of every seed below the folder of seeds.
+/// The results of the readers and probes for every file of the fuzzing corpus.
 void add_decoded_seeds(Results& results, const std::string& seeds);
 
-/// What they make of the pictures in a folder, and the probes of those that they do not decode.
+/// The results of all readers and probes for every picture in a folder.
 void add_decoded_pictures(Results& results, const std::string& pictures);
 
-/// Generated pictures through colour reduction and every filter, and as files of each format.
+/// Generated pictures after colour reduction and every filter, and as files of each format.
 void add_pictures(Results& results);
 
-/// Generated pictures imported into sprites, whose files are digested, and drawn and taken apart again.
+/// Sprite files from imports of generated pictures, and their exported frames.
 void add_sprites(Results& results);
 
 } // namespace varnoth::results

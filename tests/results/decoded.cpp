@@ -1,4 +1,4 @@
-// Results of the readers and probes, from files.
+// Results of the readers and probes for files.
 #include <algorithm>
 #include <filesystem>
 #include <string>
@@ -107,13 +107,13 @@ std::vector<std::string> names_in(const std::string& folder) {
     return names;
 }
 
-// Not the seeds that are entitled to memory of up to 2 GiB, which a machine of 32 bits may not have.
+// Excludes inputs that may allocate up to 2 GiB, which can fail on 32-bit machines.
 bool needs_little(const std::string& name) {
     return !name.starts_with("huge");
 }
 
 void add_folder(Results& results, const std::string& seeds, const std::string& target, Decode decode) {
-    // With the same separator everywhere: a path stands in a message.
+    // The same separator on every system, because a message contains the path.
     const std::string folder = seeds + "/" + target + "/";
     for (const std::string& name : names_in(folder)) {
         if (needs_little(name)) {

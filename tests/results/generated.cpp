@@ -1,5 +1,4 @@
-// Results made from generated pictures: reduced, filtered, written, imported into sprites and taken apart
-// again.
+// Results for generated pictures: reduced, filtered, written, imported into sprites and exported again.
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -155,7 +154,7 @@ void add_copied(Results& results, const Kind& kind) {
     }
 }
 
-// What the user does in one import.
+// The parameters of one import.
 struct Import {
     PictureFormat format = PictureFormat::Bmp;
     test::Character character = test::Character::Noise;
@@ -190,7 +189,7 @@ void put_pictures(test::PictureFolder& folder, const Import& import) {
     }
 }
 
-// The frame list of an extraction, all of it selected.
+// An export view with every frame selected.
 class EveryFrame : public ExtractionView {
   public:
     std::vector<std::string> written;

@@ -1,6 +1,6 @@
-// Makes a set of results from seeds, samples and generated pictures and compares their digests with a list,
-// so that every machine and compiler is held to the same bytes. Without a list it prints one. Usage: results
-// SEEDS PICTURES [LIST]
+// Computes results from the fuzzing corpus, the samples and generated pictures, and compares their digests
+// with a list, which verifies that all machines and compilers produce the same bytes. Without a list, it
+// prints one. Usage: results CORPUS PICTURES [LIST]
 #include <cstdio>
 #include <exception>
 #include <map>
@@ -56,7 +56,7 @@ int compare(const List& made, const List& listed) {
         const std::string here = digest_in(made, entry.first);
         const std::string there = digest_in(listed, entry.first);
         if (here != there) {
-            std::printf("%s: %s, in the list %s\n", entry.first.c_str(), here.c_str(), there.c_str());
+            std::printf("%s: %s, expected %s\n", entry.first.c_str(), here.c_str(), there.c_str());
             ++differences;
         }
     }
@@ -77,7 +77,7 @@ int run(int count, char** arguments) {
 
 int main(int count, char** arguments) {
     if (count != 3 && count != 4) {
-        std::fputs("usage: results SEEDS PICTURES [LIST]\n", stderr);
+        std::fputs("usage: results CORPUS PICTURES [LIST]\n", stderr);
         return 64;
     }
     try {

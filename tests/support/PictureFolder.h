@@ -1,4 +1,5 @@
-// A folder of small picture files for import tests, whose BMP pictures the recorded loader knows as well.
+// A folder of small picture files for import tests; the recorded loader returns the contents of its BMP
+// files.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +13,7 @@
 
 namespace varnoth::test {
 
-/// A BMP header of that size and depth without pixels: what a probe looks at.
+/// A BMP header of that size and depth without pixels, enough for a probe.
 inline std::vector<std::uint8_t> bmp_header(std::int32_t width, std::int32_t height, std::int16_t bit_count,
                                             std::int32_t compression = 0) {
     std::vector<std::uint8_t> bytes(54);
@@ -29,7 +30,7 @@ inline std::vector<std::uint8_t> bmp_header(std::int32_t width, std::int32_t hei
     return bytes;
 }
 
-/// A whole 24-bit TGA file without compression, top row first.
+/// An uncompressed 24-bit TGA file, top row first.
 inline std::vector<std::uint8_t> tga_file(std::int16_t width, std::int16_t height,
                                           const std::vector<Colour>& colours) {
     std::vector<std::uint8_t> bytes(18);
@@ -44,7 +45,7 @@ inline std::vector<std::uint8_t> tga_file(std::int16_t width, std::int16_t heigh
     return bytes;
 }
 
-/// A whole PCX file of three planes without compression.
+/// An uncompressed PCX file of three planes.
 inline std::vector<std::uint8_t> pcx_file(std::int16_t width, std::int16_t height,
                                           const std::vector<Colour>& colours) {
     std::vector<std::uint8_t> bytes(128);
@@ -71,14 +72,14 @@ class PictureFolder : public TemporaryFolder {
   public:
     explicit PictureFolder(RecordedServices& services) : services_(services) {}
 
-    /// A BMP file of that depth in its header; the loader gives these colours for it.
+    /// Adds a BMP file with that depth in its header; the loader returns these colours for it.
     void add_bmp(const std::string& name, std::int32_t width, std::int32_t height,
                  const std::vector<Colour>& colours, std::int16_t bit_count = 24) {
         const std::string path = write(name, bmp_header(width, height, bit_count));
         services_.pictures[path] = surface_of(width, height, colours)->Image();
     }
 
-    /// The same with one colour all over.
+    /// The same with a single colour.
     void add_plain_bmp(const std::string& name, std::int32_t width, std::int32_t height,
                        Colour colour = 0x102030, std::int16_t bit_count = 24) {
         add_bmp(name, width, height, std::vector<Colour>(static_cast<std::size_t>(width * height), colour),

@@ -1,4 +1,4 @@
-// An import's view that writes down what it is told, in order, and can press Cancel.
+// An import view that records all calls in order and can simulate Cancel.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Platform services for tests: messages and questions are written down, answers are set beforehand, yields
-// are counted and may run something, pictures come from a table, files are chosen as told.
+// Platform services for tests: they record messages and questions, give preset answers, count yields, load
+// pictures from a table and choose preset files.
 #pragma once
 
 #include <filesystem>
@@ -27,7 +27,7 @@ class RecordedServices : private MessageBoxes,
     std::function<void()> on_question; ///< runs while a question is open
     int yields = 0;
     std::function<void()> on_yield;
-    std::string next_open; ///< the file chosen next, "" for a choice that is cancelled
+    std::string next_open; ///< the file chosen next, "" to cancel
     std::string next_save;
     std::vector<std::string> filters;                  ///< of the choices so far
     std::map<std::filesystem::path, Picture> pictures; ///< any other path fails with InvalidPicture

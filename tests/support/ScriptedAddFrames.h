@@ -1,4 +1,4 @@
-// The Add Frame/s dialog without a window: what a user sees and does in it, as plain state.
+// The Add Frame/s dialog without a window: holds its state and offers the user's actions as functions.
 #pragma once
 
 #include <cstdint>
@@ -13,19 +13,20 @@ namespace varnoth::test {
 
 class ScriptedAddFrames : public AddFramesForm {
   public:
-    /// Opens on a folder with its files of the format listed. The picker is there for the render modes with a
+    /// Opens on a folder and lists its files of the format. The picker is enabled in render modes with a
     /// transparent colour.
     ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled);
 
-    /// The same with these files listed.
+    /// Lists these files instead.
     ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled,
                       const std::vector<std::string>& names);
 
-    /// Selects one more entry by a click, as with the control key held: the selection is judged, the entry
-    /// shown in the preview and, unless one was picked, its top left pixel taken as the transparent colour.
+    /// Adds an entry to the selection, as a click with the Control key does: validates the selection, shows
+    /// the entry in the preview and, unless a colour was picked, takes its top left pixel as the transparent
+    /// colour.
     void click(std::int16_t index);
 
-    /// Takes the preview's pixel as the transparent colour. Nothing happens without the picker or outside.
+    /// Picks a pixel of the preview as the transparent colour. Does nothing without the picker or outside.
     void pick(std::int32_t x, std::int32_t y);
 
     void choose_resize(bool resize) { resize_ = resize; }

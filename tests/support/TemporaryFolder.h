@@ -1,4 +1,4 @@
-// A folder of its own for a test's files, removed with everything in it.
+// A temporary folder for a test's files, removed with its contents at the end.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ class TemporaryFolder {
         std::random_device random;
         do {
             path_ = pattern + std::to_string(random());
-        } while (!std::filesystem::create_directory(path_)); // false where there is one of that name
+        } while (!std::filesystem::create_directory(path_)); // false if the name exists
     }
 
     ~TemporaryFolder() {
@@ -34,10 +34,10 @@ class TemporaryFolder {
 
     const std::string& path() const { return path_; }
 
-    /// The full path of a name in the folder.
+    /// The absolute path of a name in the folder.
     std::string file(const std::string& name) const { return path_ + "/" + name; }
 
-    /// Writes a file of these bytes and returns its full path.
+    /// Writes a file of these bytes; returns its absolute path.
     std::string write(const std::string& name, std::span<const std::uint8_t> bytes) const {
         std::ofstream stream(native_path(file(name)), std::ios::binary);
         for (const std::uint8_t byte : bytes) {

@@ -1,4 +1,4 @@
-// For tests of the picture readers: what they decoded, as colours, and bytes put together from pieces.
+// Helpers for tests of the picture readers: building files from bytes, and the decoded picture as colours.
 #pragma once
 
 #include <cstdint>
@@ -42,7 +42,7 @@ inline Bytes counting(std::size_t count) {
     return bytes;
 }
 
-/// What a probe answers, and what it tells.
+/// The answer of a probe and the values that it reports.
 struct Info {
     Truth answer = 77;
     std::int32_t width = 77;
@@ -52,7 +52,7 @@ struct Info {
     friend bool operator==(const Info&, const Info&) = default;
 };
 
-/// The colours of the picture last decoded, rows from the top; empty when there is none.
+/// The colours of the last decoded picture, rows from the top; empty if there is none.
 inline std::vector<Colour> decoded_colours() {
     std::vector<Colour> colours;
     if (const auto picture = CBitmap::CurrentBitmap) {
@@ -65,7 +65,7 @@ inline std::vector<Colour> decoded_colours() {
     return colours;
 }
 
-/// Makes a picture of one pixel current, to see later whether it was replaced.
+/// Makes a picture of one pixel current, so that a test can see whether it was replaced.
 inline std::shared_ptr<const Bitmap> put_old_picture() {
     const Bytes pixel{9, 8, 7, 0};
     CBitmap::CreateBitmap32(pixel, 1, 1, 0);

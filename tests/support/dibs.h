@@ -1,4 +1,4 @@
-// cDIBs for tests, written as colours.
+// Helpers to create and inspect cDIBs as colours.
 #pragma once
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace varnoth::test {
 
-/// Makes the DIB a 32-bit picture of these pixels, rows from the top as seen.
+/// Makes the DIB a 32-bit picture of these pixels, rows from the visible top.
 inline void fill_dib(cDIB& dib, std::int32_t width, std::int32_t height, const std::vector<Colour>& colours) {
     dib.Create(width, height, 32);
     for (std::int32_t y = 0; y < height; ++y) {
@@ -21,7 +21,7 @@ inline void fill_dib(cDIB& dib, std::int32_t width, std::int32_t height, const s
     }
 }
 
-/// The colours of a DIB, rows from the top as seen.
+/// The colours of a DIB, rows from the visible top.
 inline std::vector<Colour> colours_of(const cDIB& dib) {
     std::vector<Colour> colours;
     for (std::int32_t y = 0; y < dib.Height(); ++y) {
@@ -32,13 +32,12 @@ inline std::vector<Colour> colours_of(const cDIB& dib) {
     return colours;
 }
 
-/// All bytes of a DIB in the order of the buffer.
+/// The bytes of a DIB in buffer order.
 inline std::vector<std::uint8_t> bytes_of(const cDIB& dib) {
     return {dib.lpBits(), dib.lpBits() + dib.Size()};
 }
 
-/// A picture of a given depth whose colour table, where it has one, is entry i = (i, 2 i, 3 i) in blue,
-/// green, red.
+/// A picture of a given depth. Entry i of its colour table, if any, is (i, 2 i, 3 i) in blue, green, red.
 inline Picture indexed_picture(std::int32_t width, std::int32_t height, std::int32_t bits,
                                const std::vector<std::uint8_t>& pixels) {
     Bitmap bitmap(width, height, bits, Bitmap::Rows::Surface);
@@ -50,7 +49,7 @@ inline Picture indexed_picture(std::int32_t width, std::int32_t height, std::int
     return make_picture(std::move(bitmap));
 }
 
-/// The object holds no picture.
+/// Expects the DIB to hold no picture.
 inline void expect_empty(cDIB& dib) {
     EXPECT_EQ(dib.hDIB(), nullptr);
     EXPECT_EQ(dib.hDIBDC(), nullptr);

@@ -1,4 +1,4 @@
-// EXPECT_FAILURE(statement, Name): the statement must end in exactly that run-time failure.
+// EXPECT_FAILURE(statement, Name) expects a statement to fail with exactly that RunTimeFailure.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,7 @@
 
 namespace varnoth::test {
 
-/// The failure in which the action ends, or nothing when it goes through.
+/// The failure of the action, or nothing if it succeeds.
 template <typename Action>
 std::optional<Failure> failure_in(Action&& action) {
     try {
@@ -22,7 +22,7 @@ std::optional<Failure> failure_in(Action&& action) {
 
 } // namespace varnoth::test
 
-// A macro, because a failed expectation should name the statement and its line.
+// A macro, so that a failed expectation shows the statement and its line.
 #define EXPECT_FAILURE(statement, name)                                                                      \
     EXPECT_EQ(::varnoth::test::failure_in([&] { static_cast<void>(statement); }), ::varnoth::Failure::name)  \
         << #statement

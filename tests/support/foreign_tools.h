@@ -1,5 +1,5 @@
-// ImageMagick and Netpbm as second opinions: they write the files that readers are tested with, and decode
-// what writers wrote. Both must be installed; a command that fails ends the test with its text.
+// Cross-validation with ImageMagick and Netpbm: they write the files for tests of the readers, and decode
+// those of the writers. Both must be installed; a command that fails is an error that quotes it.
 #pragma once
 
 #include <cstddef>
@@ -33,9 +33,9 @@ inline int close_pipe(std::FILE* pipe) {
 }
 #endif
 
-/// Runs a shell command that must succeed; what it prints on standard output comes back.
+/// Runs a shell command that must succeed; returns its standard output.
 inline std::string run_tool(const std::string& command) {
-    // What the tools complain about is dropped; of a pipe, the status of the last command counts.
+    // Warnings are discarded; for a pipeline, the status of the last command counts.
     std::FILE* pipe = open_pipe(("exec 2>/dev/null; set -e; " + command).c_str(), "r");
     if (pipe == nullptr) {
         throw std::runtime_error("cannot run " + command);
@@ -46,20 +46,19 @@ inline std::string run_tool(const std::string& command) {
         output.append(block, read);
     }
     if (close_pipe(pipe) != 0) {
-        throw std::runtime_error("this failed: " + command);
+        throw std::runtime_error("failed: " + command);
     }
     return output;
 }
 
-/// Pixels as a foreign tool tells them, rows from the top.
+/// Pixels decoded by a foreign tool, rows from the top.
 struct ForeignPicture {
     std::int32_t width = 0;
     std::int32_t height = 0;
     std::vector<Colour> colours;
 };
 
-/// All the pictures that a command prints one behind the other, each as a binary PPM, or PGM, of 8 bits a
-/// channel.
+/// All pictures that a command prints, as concatenated 8-bit binary PPM or PGM files.
 inline std::vector<ForeignPicture> pictures_from_tool(const std::string& command) {
     std::istringstream stream(run_tool(command));
     std::vector<ForeignPicture> pictures;
@@ -70,7 +69,7 @@ inline std::vector<ForeignPicture> pictures_from_tool(const std::string& command
         stream >> picture.width >> picture.height >> depth;
         stream.get();
         if ((type != "P5" && type != "P6") || depth != 255) {
-            throw std::runtime_error("no PPM of 8 bits came from: " + command);
+            throw std::runtime_error("no 8-bit PPM printed by: " + command);
         }
         const auto byte = [&] { return static_cast<std::uint8_t>(stream.get()); };
         for (std::int32_t i = 0; i < picture.width * picture.height; ++i) {
@@ -80,23 +79,23 @@ inline std::vector<ForeignPicture> pictures_from_tool(const std::string& command
             picture.colours.push_back(make_colour(red, green, blue));
         }
         if (!stream) {
-            throw std::runtime_error("a cut PPM came from: " + command);
+            throw std::runtime_error("truncated PPM printed by: " + command);
         }
         pictures.push_back(std::move(picture));
     }
     return pictures;
 }
 
-/// The one picture that a command prints so.
+/// The only picture that a command prints.
 inline ForeignPicture picture_from_tool(const std::string& command) {
     std::vector<ForeignPicture> pictures = pictures_from_tool(command);
     if (pictures.size() != 1) {
-        throw std::runtime_error(std::to_string(pictures.size()) + " pictures came from: " + command);
+        throw std::runtime_error(std::to_string(pictures.size()) + " pictures printed by: " + command);
     }
     return std::move(pictures.front());
 }
 
-/// Writes colours, rows from the top, as a binary PPM for the tools to read.
+/// Writes colours, rows from the top, as a binary PPM file for the tools.
 inline void write_ppm(const std::string& path, std::int32_t width, const std::vector<Colour>& colours) {
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (file == nullptr) {

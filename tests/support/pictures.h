@@ -1,4 +1,4 @@
-// Surfaces for tests: small ones written as colours, and seeded random ones of several characters.
+// Surfaces for tests: small ones from given colours, and seeded random ones of several kinds.
 #pragma once
 
 #include <algorithm>
@@ -15,7 +15,7 @@ struct HeldContainer {
     SurfaceContainer container;
 };
 
-/// A surface, borderless unless told otherwise, in a container of its own that counts in pixels.
+/// A surface, borderless by default, in its own container, which counts in pixels.
 struct TestSurface : private HeldContainer, public PictureSurface {
     TestSurface(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel = 32,
                 std::int32_t border = 0, Colour back_colour = 0)
@@ -46,21 +46,21 @@ inline std::vector<Colour> colours_of(const PictureSurface& surface) {
     return colours;
 }
 
-/// Characters of random pictures.
+/// Kinds of random pictures.
 enum class Character {
-    Noise,      ///< every pixel any colour
+    Noise,      ///< any colour for each pixel
     FewColours, ///< about a dozen colours, black among them
     Smooth,     ///< a gradient with a little noise, like a photograph
     Grey,       ///< greys
     Runs,       ///< horizontal runs of a few dozen colours
-    AroundLimit ///< some 250 to 262 different colours
+    AroundLimit ///< 250 to 262 different colours
 };
 
 inline constexpr Character all_characters[] = {Character::Noise,  Character::FewColours,
                                                Character::Smooth, Character::Grey,
                                                Character::Runs,   Character::AroundLimit};
 
-/// `count` colours of that character, the same for the same seed.
+/// `count` colours of that kind, the same for the same seed.
 inline std::vector<Colour> random_colours(std::size_t count, std::size_t width, Character character,
                                           std::uint32_t seed) {
     std::mt19937 random(seed);
@@ -89,7 +89,7 @@ inline std::vector<Colour> random_colours(std::size_t count, std::size_t width, 
             colours[i] = palette[any(static_cast<std::uint32_t>(palette.size()))];
             break;
         case Character::Smooth: {
-            // One after the other: a compiler may evaluate arguments in any order.
+            // In separate statements: the order in which arguments are evaluated is unspecified.
             const std::uint8_t red = byte(base + x / 2 + any(6));
             const std::uint8_t green = byte(x + y / 3 + any(4));
             colours[i] = make_colour(red, green, byte(255 - y % 256));
@@ -119,8 +119,8 @@ inline std::unique_ptr<TestSurface> random_surface(std::int32_t width, std::int3
                       bits_per_pixel);
 }
 
-/// A 32-bit surface drawn from 8-bit indices into a table of colours of that character, as a reduced picture
-/// is: it knows its origin.
+/// A 32-bit surface drawn from 8-bit indices into colours of that kind, like a reduced picture, so that it
+/// knows its origin.
 inline std::unique_ptr<TestSurface> indexed_surface(std::int32_t width, std::int32_t height,
                                                     Character character, std::uint32_t seed) {
     Bitmap indexed(width, height, 8, Bitmap::Rows::Section);
@@ -135,7 +135,7 @@ inline std::unique_ptr<TestSurface> indexed_surface(std::int32_t width, std::int
     return surface;
 }
 
-/// A surface of the same pixels that does not know where they come from.
+/// A surface of the same pixels without a known origin.
 inline std::unique_ptr<TestSurface> without_origin(const PictureSurface& surface) {
     return surface_of(surface.bitmap().width(), surface.bitmap().height(), colours_of(surface));
 }

@@ -1,5 +1,4 @@
-// Under the address sanitizer a refused allocation gives null, as it does without it, instead of ending the
-// tests.
+// Makes a failed allocation return null under the address sanitizer too, instead of terminating the tests.
 
 extern "C" const char* __asan_default_options();
 

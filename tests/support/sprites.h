@@ -1,5 +1,4 @@
-// Sprite files for tests, put together byte by byte, and the module state of the sprite and the palette
-// mixing as it is at program start.
+// Builds sprite files byte by byte for tests, and resets the state of the sprite and of palette mixing.
 #pragma once
 
 #include <bit>
@@ -32,7 +31,7 @@ struct FileFrame {
     std::int32_t origin_y = 0;
 };
 
-/// A sprite file as its bytes stand: nothing in it is made to agree.
+/// The fields of a sprite file as they are written; nothing keeps them consistent.
 struct SpriteFile {
     std::string ident = "IDSP";
     std::int32_t version = 2;
@@ -78,7 +77,7 @@ struct SpriteFile {
     }
 };
 
-/// The sprite module as at program start: a document that is all zero.
+/// Resets the sprite module to the state at program start, with a document of zeros.
 inline void reset_sprite() {
     hlspr::document() = SpriteDocument{};
     hlspr::UnnamedSprite = false;
@@ -86,7 +85,7 @@ inline void reset_sprite() {
     hlspr::ExtractFolder.clear();
 }
 
-/// The palette mixing as at program start.
+/// Resets palette mixing to the state at program start.
 inline void reset_mixpals() {
     mixpals::InitColorTable();
     mixpals::ColorTable.clear();

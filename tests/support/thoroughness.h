@@ -1,5 +1,5 @@
-// How many cases a long test tries. The plain build tries them all and holds the results; the sanitizers look
-// at memory and arithmetic on the same paths, some ten times slower, and do with a share.
+// How many cases a long test tries. The ordinary build tries all; under the sanitizers, which are about ten
+// times slower and check memory and arithmetic on the same paths, a fraction is enough.
 #pragma once
 
 namespace varnoth::test {
@@ -16,7 +16,7 @@ inline constexpr unsigned share = 1;
 inline constexpr unsigned share = 1;
 #endif
 
-/// That many cases, or the share of them.
+/// That many cases, or a fraction of them under the sanitizers.
 template <typename Count>
 constexpr Count cases(Count count) {
     constexpr auto part = static_cast<Count>(share);
