@@ -1,8 +1,7 @@
-# Builds for 64-bit Windows with mingw-w64; the programs run under Wine. Linked statically, so that they need no
-# library beside them.
+# Builds for 64-bit Windows with mingw-w64; the programs run under Wine. Static linking, so that they need no DLLs.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix) # which the build of GoogleTest asks for
+set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix) # needed to build GoogleTest
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/under-wine)
