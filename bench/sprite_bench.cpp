@@ -78,7 +78,7 @@ void load_shipped(benchmark::State& state) {
 }
 
 // Reads into newly allocated memory, as loading a sprite does.
-void load_plain(benchmark::State& state) {
+void load_bytes(benchmark::State& state) {
     const std::string path = saved_sprite();
     const std::size_t size = std::filesystem::file_size(path);
     for (auto _ : state) {
@@ -102,7 +102,7 @@ void save_shipped(benchmark::State& state) {
 }
 
 // Replaces the old file, as saving does.
-void save_plain(benchmark::State& state) {
+void save_bytes(benchmark::State& state) {
     const std::vector<std::uint8_t> bytes = test::read_file(saved_sprite());
     const std::string path = folder().file("out.bytes");
     for (auto _ : state) {
@@ -136,9 +136,9 @@ void draw_copy(benchmark::State& state) {
 }
 
 BENCHMARK(load_shipped)->Name("load_sprite, 64 MiB/shipped");
-BENCHMARK(load_plain)->Name("load_sprite, 64 MiB/same bytes");
+BENCHMARK(load_bytes)->Name("load_sprite, 64 MiB/same bytes");
 BENCHMARK(save_shipped)->Name("save_sprite, 64 MiB/shipped");
-BENCHMARK(save_plain)->Name("save_sprite, 64 MiB/same bytes");
+BENCHMARK(save_bytes)->Name("save_sprite, 64 MiB/same bytes");
 BENCHMARK(draw_shipped)->Name("draw_frame/shipped");
 BENCHMARK(draw_copy)->Name("draw_frame/memcpy");
 

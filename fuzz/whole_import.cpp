@@ -197,23 +197,23 @@ Outcome run(const Job& job, Import&& import) {
     return outcome;
 }
 
-void require_same(const Outcome& shipped, const Outcome& plain) {
-    fuzzing::require(shipped.failure == plain.failure, "both imports end in the same way");
-    fuzzing::require(shipped.messages == plain.messages, "the messages are the same");
-    fuzzing::require(shipped.events == plain.events, "the events are the same");
-    fuzzing::require(shipped.lines == plain.lines, "the frame list is the same");
-    fuzzing::require(shipped.progress == plain.progress && shipped.maximum == plain.maximum,
+void require_same(const Outcome& actual, const Outcome& expected) {
+    fuzzing::require(actual.failure == expected.failure, "both imports end in the same way");
+    fuzzing::require(actual.messages == expected.messages, "the messages are the same");
+    fuzzing::require(actual.events == expected.events, "the events are the same");
+    fuzzing::require(actual.lines == expected.lines, "the frame list is the same");
+    fuzzing::require(actual.progress == expected.progress && actual.maximum == expected.maximum,
                      "the progress is the same");
-    fuzzing::require(shipped.is_dirty == plain.is_dirty, "the dirty flag is the same");
-    fuzzing::require(to_bytes(shipped.sprite.SpriteHeader) == to_bytes(plain.sprite.SpriteHeader) &&
-                         to_bytes(shipped.sprite.FrameHeader) == to_bytes(plain.sprite.FrameHeader),
+    fuzzing::require(actual.is_dirty == expected.is_dirty, "the dirty flag is the same");
+    fuzzing::require(to_bytes(actual.sprite.SpriteHeader) == to_bytes(expected.sprite.SpriteHeader) &&
+                         to_bytes(actual.sprite.FrameHeader) == to_bytes(expected.sprite.FrameHeader),
                      "the headers are the same");
-    fuzzing::require(to_bytes(shipped.sprite.Palette) == to_bytes(plain.sprite.Palette),
+    fuzzing::require(to_bytes(actual.sprite.Palette) == to_bytes(expected.sprite.Palette),
                      "the palette is the same");
-    fuzzing::require(shipped.sprite.FrameStore == plain.sprite.FrameStore &&
-                         shipped.sprite.FrameOrder == plain.sprite.FrameOrder,
+    fuzzing::require(actual.sprite.FrameStore == expected.sprite.FrameStore &&
+                         actual.sprite.FrameOrder == expected.sprite.FrameOrder,
                      "the frames are the same");
-    fuzzing::require(shipped.last_picture == plain.last_picture && shipped.sheet == plain.sheet,
+    fuzzing::require(actual.last_picture == expected.last_picture && actual.sheet == expected.sheet,
                      "the surfaces are the same");
 }
 
@@ -239,15 +239,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const fuzzing::AtEnd cleanup(reset_state);
     fuzzing::Recipe recipe(data, size);
     const Job job(recipe);
-    const Outcome shipped =
-        run(job, [](AddFramesForm& form, ImportView& view) { import_frames(form, view); });
+    const Outcome actual = run(job, [](AddFramesForm& form, ImportView& view) { import_frames(form, view); });
     reference::Mixpals mixing;
-    const Outcome plain = run(
+    const Outcome expected = run(
         job, [&](AddFramesForm& form, ImportView& view) { reference::import_frames(form, view, mixing); });
-    require_same(shipped, plain);
-    if (!shipped.failure && shipped.sprite.SpriteHeader.FrameCount > 0 &&
-        frames_fill_their_headers(shipped.sprite)) {
-        save_and_load(shipped.sprite);
+    require_same(actual, expected);
+    if (!actual.failure && actual.sprite.SpriteHeader.FrameCount > 0 &&
+        frames_fill_their_headers(actual.sprite)) {
+        save_and_load(actual.sprite);
     }
     return 0;
 }

@@ -39,7 +39,7 @@ bool fails(Call call) {
         return false;
     }
     ++calls;
-    if (present->manner == Manner::Once ? calls != present->number : calls < present->number) {
+    if (present->repeat == Repeat::Once ? calls != present->number : calls < present->number) {
         return false;
     }
     met = true;

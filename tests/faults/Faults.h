@@ -22,12 +22,15 @@ enum class Call {
     ReadFolder,
 };
 
-enum class Manner { Once, ForEver };
+enum class Repeat {
+    Once,  ///< only this call fails
+    Always ///< this call and all later ones fail
+};
 
 struct Fault {
     Call call = Call::Allocation;
     int number = 1; ///< which call fails, counted from 1
-    Manner manner = Manner::Once;
+    Repeat repeat = Repeat::Once;
     int error = 0; ///< the value of errno after the call
 
     /// If set, runs before the call, which then succeeds instead of failing.

@@ -31,9 +31,9 @@ using FileBytes = std::vector<std::uint8_t>;
 using Texts = std::vector<std::string>;
 
 /// Platform services that are exempt from faults, since the test's own bookkeeping is not under test.
-class SteadyServices : private MessageBoxes, private PictureLoader {
+class FaultFreeServices : private MessageBoxes, private PictureLoader {
   public:
-    SteadyServices() : installation_({this, nullptr, this, nullptr}) {}
+    FaultFreeServices() : installation_({this, nullptr, this, nullptr}) {}
 
     Texts messages;
     std::map<std::string, Picture> pictures; ///< by path; any other path fails with InvalidPicture
@@ -108,7 +108,7 @@ class Job {
 };
 
 /// Runs the job once and returns how it ended, classified as the exception barrier does it.
-inline Outcome outcome_of(Job& job, SteadyServices& services, const Fault* fault = nullptr,
+inline Outcome outcome_of(Job& job, FaultFreeServices& services, const Fault* fault = nullptr,
                           bool* hit = nullptr) {
     services.messages.clear();
     Outcome outcome;
@@ -135,8 +135,8 @@ inline Outcome outcome_of(Job& job, SteadyServices& services, const Fault* fault
 
 /// Makes call 1, 2, 3 and so on fail until the job completes without reaching the fault. `judge` checks every
 /// outcome; returns the number of faults reached.
-inline int fail_one_by_one(Job& job, SteadyServices& services, Fault fault,
-                           const std::function<void(const Outcome&)>& judge) {
+inline int fail_each_call(Job& job, FaultFreeServices& services, Fault fault,
+                          const std::function<void(const Outcome&)>& judge) {
     job.prepare();
     const Outcome expected = outcome_of(job, services);
     const FileBytes result = job.result();
@@ -166,27 +166,27 @@ inline int fail_one_by_one(Job& job, SteadyServices& services, Fault fault,
 }
 
 /// Adds to the number of faults that the current test has reached, which is part of its report.
-inline void note_faults_met(int count) {
+inline void record_faults(int count) {
     static const testing::TestInfo* test = nullptr;
     static int met = 0;
     const testing::TestInfo* const running = testing::UnitTest::GetInstance()->current_test_info();
     met = std::exchange(test, running) == running ? met + count : count;
-    testing::Test::RecordProperty("faults met", met);
+    testing::Test::RecordProperty("injected faults", met);
 }
 
-/// Calls fail_one_by_one with calls that fail once and with calls that fail from then on. Fails the test if
+/// Calls fail_each_call with calls that fail once and with calls that fail from then on. Fails the test if
 /// the job makes no such call; records the number of faults as a property of the test.
-inline int fail_in_both_manners(Job& job, SteadyServices& services, const Fault& fault,
+inline int fail_once_and_always(Job& job, FaultFreeServices& services, const Fault& fault,
                                 const std::function<void(const Outcome&)>& judge) {
     int met = 0;
-    for (const Manner manner : {Manner::Once, Manner::ForEver}) {
-        SCOPED_TRACE(manner == Manner::Once ? "once" : "forever");
+    for (const Repeat repeat : {Repeat::Once, Repeat::Always}) {
+        SCOPED_TRACE(repeat == Repeat::Once ? "once" : "forever");
         Fault next = fault;
-        next.manner = manner;
-        met += fail_one_by_one(job, services, next, judge);
+        next.repeat = repeat;
+        met += fail_each_call(job, services, next, judge);
     }
     EXPECT_GT(met, 0) << "no such call";
-    note_faults_met(met);
+    record_faults(met);
     return met;
 }
 

@@ -38,7 +38,7 @@ void put_sprite() {
     }
 }
 
-class SteadyExtraction : public ExtractionView {
+class AllFramesView : public ExtractionView {
   public:
     int written = 0;
 
@@ -77,7 +77,7 @@ class Extracting : public Job {
 
     // Returns whether both files were written.
     bool run() override {
-        SteadyExtraction view;
+        AllFramesView view;
         extract_frames(options_, view, *scratch_);
         return view.written == frames;
     }
@@ -170,12 +170,12 @@ class ExportFaults : public testing::TestWithParam<ExtractionFormat> {
 
     void export_with(Extracting& job, Call call, int error, std::vector<Outcome> expected) {
         OneOf one_of(std::move(expected));
-        fail_in_both_manners(job, services_, {.call = call, .error = error}, std::ref(one_of));
+        fail_once_and_always(job, services_, {.call = call, .error = error}, std::ref(one_of));
     }
 
     bool is_bmp() const { return GetParam() == ExtractionFormat::Bmp; }
 
-    SteadyServices services_;
+    FaultFreeServices services_;
 };
 
 TEST_P(ExportFaults, AllocationFailureEndsExportOrSkipsBmp) {
@@ -243,17 +243,17 @@ class MakingASurface : public Job {
 };
 
 TEST(SurfaceFaults, AllocationFailureReturnsFalse) {
-    SteadyServices services;
+    FaultFreeServices services;
     MakingASurface job;
-    EXPECT_GT(fail_in_both_manners(job, services, {.call = Call::Allocation}, always(answered(false))), 2);
+    EXPECT_GT(fail_once_and_always(job, services, {.call = Call::Allocation}, always(answered(false))), 2);
 }
 
 TEST(PreviewFaults, AllocationFailureDuringTickIsOutOfMemory) {
-    SteadyServices services;
+    FaultFreeServices services;
     for (const std::int32_t depth : {32, 24}) {
         SCOPED_TRACE(depth);
         Playing job(depth);
-        fail_in_both_manners(job, services, {.call = Call::Allocation}, always(ended(Failure::OutOfMemory)));
+        fail_once_and_always(job, services, {.call = Call::Allocation}, always(ended(Failure::OutOfMemory)));
     }
     reset_sprite();
 }

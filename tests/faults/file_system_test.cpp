@@ -136,7 +136,7 @@ class FileSystem : public testing::Test {
 
     const std::string not_saved_ = "Unknown Error Saving Sprite.";
     TemporaryFolder folder_;
-    SteadyServices services_;
+    FaultFreeServices services_;
     AllLines view_;
     RecordedImport import_;
     std::unique_ptr<ScriptedAddFrames> form_;
@@ -262,7 +262,7 @@ TEST_F(FileSystem, PermissionRevokedBetweenPassesEndsImport) {
     std::optional<FaultInjection> injection;
     import_.on_event = [&](const std::string& event) {
         if (event == "step Frame 1") {
-            injection.emplace(Fault{.call = Call::Open, .manner = Manner::ForEver, .error = EACCES});
+            injection.emplace(Fault{.call = Call::Open, .repeat = Repeat::Always, .error = EACCES});
         }
     };
     EXPECT_EQ(import(), Failure::PermissionDenied);
@@ -313,7 +313,7 @@ class ChangingFile : public FileSystem {
             }
         }
         EXPECT_GT(met, 0);
-        note_faults_met(met);
+        record_faults(met);
     }
 };
 

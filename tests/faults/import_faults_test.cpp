@@ -17,7 +17,7 @@ using hlspr::document;
 using namespace test;
 
 // The view of an import, exempt from faults.
-class SteadyImport : public RecordedImport {
+class FaultFreeImport : public RecordedImport {
   public:
     void open_progress(std::string_view phase, std::int32_t most) override {
         const FaultsSuspended meanwhile;
@@ -59,7 +59,7 @@ class SteadyImport : public RecordedImport {
 // the sheet of all colours are reduced.
 class Pictures {
   public:
-    Pictures(SteadyServices& services, PictureFormat of_format, bool many)
+    Pictures(FaultFreeServices& services, PictureFormat of_format, bool many)
         : format(of_format), many_colours(many) {
         for (const std::string name : {"a", "b"}) {
             add(services, name, many);
@@ -77,7 +77,7 @@ class Pictures {
     const bool many_colours;
 
   private:
-    void add(SteadyServices& services, const std::string& name, bool many) {
+    void add(FaultFreeServices& services, const std::string& name, bool many) {
         const std::int16_t side = many ? 17 : 6;
         const auto pixels = static_cast<std::size_t>(side * side);
         std::vector<Colour> colours =
@@ -179,7 +179,7 @@ class Importing : public Job {
   private:
     void choose() {
         hlspr::new_sprite(8, 8, 2, 3);
-        view_ = std::make_unique<SteadyImport>();
+        view_ = std::make_unique<FaultFreeImport>();
         form_ = std::make_unique<ScriptedAddFrames>(pictures_.folder.path(), pictures_.format, true);
         for (std::int16_t i = 0; i < form_->entry_count(); ++i) {
             form_->click(i);
@@ -188,7 +188,7 @@ class Importing : public Job {
 
     const Pictures& pictures_;
     int step_;
-    std::unique_ptr<SteadyImport> view_;
+    std::unique_ptr<FaultFreeImport> view_;
     std::unique_ptr<ScriptedAddFrames> form_;
 };
 
@@ -210,13 +210,13 @@ class ImportFaults : public testing::TestWithParam<Case> {
         const int step = share == 1 ? 1 : GetParam().many_colours ? 29 : 5;
         Importing job(pictures_, step);
         OneOf one_of(std::move(expected), step > 1);
-        fail_in_both_manners(job, services_, {.call = call, .error = error}, std::ref(one_of));
+        fail_once_and_always(job, services_, {.call = call, .error = error}, std::ref(one_of));
     }
 
     void choose_with(Call call, int error, std::vector<Outcome> expected) {
         Choosing job(pictures_);
         OneOf one_of(std::move(expected));
-        fail_in_both_manners(job, services_, {.call = call, .error = error}, std::ref(one_of));
+        fail_once_and_always(job, services_, {.call = call, .error = error}, std::ref(one_of));
     }
 
     bool probe_answers_false() const { return GetParam().format != PictureFormat::Bmp; }
@@ -250,7 +250,7 @@ class ImportFaults : public testing::TestWithParam<Case> {
     }
 
     const std::string done_ = "Frames Generated Successfully !";
-    SteadyServices services_;
+    FaultFreeServices services_;
     const Pictures pictures_{services_, GetParam().format, GetParam().many_colours};
 };
 

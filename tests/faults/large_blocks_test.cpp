@@ -42,7 +42,7 @@ void give_back_new_ones(std::size_t size, std::size_t count) {
 // How many of this size are kept. They are then kept no longer.
 std::size_t kept_of(std::size_t size) {
     std::size_t count = 0;
-    const FaultInjection nothing_left({Call::Array, 1, Manner::ForEver});
+    const FaultInjection nothing_left({Call::Array, 1, Repeat::Always});
     while (void* const block = take_block(size)) {
         std::free(block);
         ++count;

@@ -56,10 +56,10 @@ class ListFaults : public testing::Test {
   protected:
     int list_with(Call call, int error, const Outcome& expected) {
         Listing job;
-        return fail_in_both_manners(job, services_, {.call = call, .error = error}, always(expected));
+        return fail_once_and_always(job, services_, {.call = call, .error = error}, always(expected));
     }
 
-    SteadyServices services_;
+    FaultFreeServices services_;
 };
 
 // std::filesystem::directory_iterator would terminate the program here.
@@ -76,13 +76,13 @@ TEST_F(ListFaults, UnreadableFolderIsEmpty) {
 TEST_F(ListFaults, EntryOfUnknownStatusIsNeitherFileNorFolder) {
     Listing job;
     OneOf judge({answered(false), answered(true)}); // true if the entry does not count in that list anyway
-    fail_in_both_manners(job, services_, {.call = Call::Status, .error = EACCES}, std::ref(judge));
+    fail_once_and_always(job, services_, {.call = Call::Status, .error = EACCES}, std::ref(judge));
 }
 
 TEST_F(ListFaults, ReadErrorKeepsEntriesReadSoFar) {
     Listing job;
     OneOf judge({answered(false), answered(true)}); // true if all entries were read before the error
-    fail_in_both_manners(job, services_, {.call = Call::ReadFolder, .error = EIO}, std::ref(judge));
+    fail_once_and_always(job, services_, {.call = Call::ReadFolder, .error = EIO}, std::ref(judge));
 }
 
 } // namespace

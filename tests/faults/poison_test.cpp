@@ -57,7 +57,7 @@ class Poisoned : public testing::Test {
     }
 
     TemporaryFolder folder_;
-    SteadyServices services_;
+    FaultFreeServices services_;
 
   private:
     template <typename Decode>

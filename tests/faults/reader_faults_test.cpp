@@ -92,14 +92,14 @@ class ReaderFaults : public testing::Test {
         for (const MadeFile& file : files) {
             SCOPED_TRACE(file.name);
             Reading<Reader> job(file);
-            for (const Manner manner : {Manner::Once, Manner::ForEver}) {
+            for (const Repeat repeat : {Repeat::Once, Repeat::Always}) {
                 Fault next = fault;
-                next.manner = manner;
-                met += fail_one_by_one(job, services_, next, judge);
+                next.repeat = repeat;
+                met += fail_each_call(job, services_, next, judge);
             }
         }
         EXPECT_GT(met, 0);
-        note_faults_met(met);
+        record_faults(met);
     }
 
     void read_all_of_both(Call call, int error, const Outcome& expected) {
@@ -108,7 +108,7 @@ class ReaderFaults : public testing::Test {
     }
 
     int probe_with(Probing&& job, Call call, int error, const Outcome& expected) {
-        return fail_in_both_manners(job, services_, {.call = call, .error = error}, always(expected));
+        return fail_once_and_always(job, services_, {.call = call, .error = error}, always(expected));
     }
 
     static Probing bmp() {
@@ -145,7 +145,7 @@ class ReaderFaults : public testing::Test {
                 }};
     }
 
-    SteadyServices services_;
+    FaultFreeServices services_;
 };
 
 TEST_F(ReaderFaults, AllocationFailureFailsOrLeavesNoPicture) {

@@ -99,14 +99,14 @@ class SpriteFaults : public testing::Test {
 
     int load_with(Call call, int error, const Outcome& expected) {
         Loading job;
-        return fail_in_both_manners(job, services_, {.call = call, .error = error}, always(expected));
+        return fail_once_and_always(job, services_, {.call = call, .error = error}, always(expected));
     }
 
     int save_with(Saving& job, Call call, int error, const Outcome& expected = not_saved) {
-        return fail_in_both_manners(job, services_, {.call = call, .error = error}, always(expected));
+        return fail_once_and_always(job, services_, {.call = call, .error = error}, always(expected));
     }
 
-    SteadyServices services_;
+    FaultFreeServices services_;
 };
 
 TEST_F(SpriteFaults, AllocationFailureOnLoadShowsMessage) {

@@ -53,10 +53,10 @@ class Loading : public Job {
 class LoaderFaults : public testing::TestWithParam<std::string> {
   protected:
     void load_with(Call call, int error, const Outcome& expected) {
-        fail_in_both_manners(job_, services_, {.call = call, .error = error}, always(expected));
+        fail_once_and_always(job_, services_, {.call = call, .error = error}, always(expected));
     }
 
-    SteadyServices services_;
+    FaultFreeServices services_;
     Loading job_{GetParam()};
 };
 

@@ -15,7 +15,7 @@ class SpareMemory : public EditorTest {
   protected:
     /// Whether a block of that size is kept: while the C library gives nothing, only such a one can be had.
     bool is_kept() {
-        const test::FaultInjection nothing_left({test::Call::Array, 1, test::Manner::ForEver});
+        const test::FaultInjection nothing_left({test::Call::Array, 1, test::Repeat::Always});
         void* const block = take_block(size_);
         give_back_block(block, size_);
         return block != nullptr;

@@ -40,7 +40,7 @@ class WindowFaults : public EditorTest {
     /// Repeats an action with the first such call failing, the second, the third and then at growing
     /// distances, until it succeeds. `end` checks the result of each failure.
     template <typename Begin, typename Act, typename End>
-    void fail_at_more_and_more(const Fault& fault, Begin&& begin, Act&& act, End&& end) {
+    void fail_at_growing_distances(const Fault& fault, Begin&& begin, Act&& act, End&& end) {
         int met = 0;
         Fault next = fault;
         for (bool hit = true; hit; next.number += next.number / 3 + 1) {
@@ -60,7 +60,7 @@ class WindowFaults : public EditorTest {
             }
         }
         EXPECT_GT(met, 0);
-        test::note_faults_met(met);
+        test::record_faults(met);
     }
 
     void select_all() {
@@ -81,7 +81,7 @@ TEST_F(WindowFaults, OpenErrorShowsMessageAndKeepsWindow) {
     const std::string sprite = write_sprite("new.spr", 3);
     for (const Call call : {Call::Open, Call::Read, Call::Seek, Call::Tell}) {
         Texts before;
-        fail_at_more_and_more(
+        fail_at_growing_distances(
             {.call = call, .error = EIO},
             [&] {
                 open(old_sprite);
@@ -99,7 +99,7 @@ TEST_F(WindowFaults, OpenErrorShowsMessageAndKeepsWindow) {
 
 TEST_F(WindowFaults, OpenWithoutMemoryShowsMessageOrIsFatal) {
     const std::string sprite = write_sprite("new.spr", 3);
-    fail_at_more_and_more(
+    fail_at_growing_distances(
         {.call = Call::Array}, [] {}, [&] { open(sprite); },
         [&] {
             // Loading shows the message; showing the first frame after it is fatal.
@@ -116,8 +116,8 @@ TEST_F(WindowFaults, OpenWithoutMemoryShowsMessageOrIsFatal) {
 TEST_F(WindowFaults, SaveErrorShowsMessage) {
     const std::string sprite = write_sprite("sprite.spr", 3);
     for (const Call call : {Call::Open, Call::Write, Call::Close, Call::Remove}) {
-        fail_at_more_and_more(
-            {.call = call, .manner = test::Manner::ForEver, .error = ENOSPC},
+        fail_at_growing_distances(
+            {.call = call, .repeat = test::Repeat::Always, .error = ENOSPC},
             [&] {
                 write_sprite("sprite.spr", 3);
                 open(sprite);
@@ -143,7 +143,7 @@ TEST_F(WindowFaults, ExportErrorIsFatal) {
     };
     const auto act = [&] { click(desk_->form3()->elboton2); };
     const auto export_with = [&](const Fault& fault, const std::string& failure) {
-        fail_at_more_and_more(fault, begin, act, [&] { expect_fatal(failure); });
+        fail_at_growing_distances(fault, begin, act, [&] { expect_fatal(failure); });
     };
     export_with({.call = Call::Write, .error = ENOSPC}, "DiskFull");
     export_with({.call = Call::Open, .error = EACCES}, "PermissionDenied");
@@ -152,7 +152,7 @@ TEST_F(WindowFaults, ExportErrorIsFatal) {
 
 TEST_F(WindowFaults, PreviewWithoutMemoryIsFatal) {
     const std::string sprite = write_sprite("sprite.spr", 3, 40, 30);
-    fail_at_more_and_more(
+    fail_at_growing_distances(
         {.call = Call::Array}, [&] { open(sprite); }, [&] { ui_driver::double_click(main().Picture1); },
         [&] { expect_fatal("OutOfMemory"); });
 }
@@ -194,16 +194,16 @@ TEST_F(WindowImportFaults, OpenAndReadErrorsAreRefusedOrFatal) {
             expect_fatal(name);
         }
     };
-    fail_at_more_and_more(
+    fail_at_growing_distances(
         {.call = Call::Read, .error = EIO}, [&] { open_dialog(); }, [&] { import(); },
         [&] { judge("DeviceIo"); });
-    fail_at_more_and_more(
+    fail_at_growing_distances(
         {.call = Call::Open, .error = EACCES}, [&] { open_dialog(); }, [&] { import(); },
         [&] { judge("PermissionDenied"); });
 }
 
 TEST_F(WindowImportFaults, AllocationFailureIsFatalOrKeepsOldPicture) {
-    fail_at_more_and_more(
+    fail_at_growing_distances(
         {.call = Call::Array}, [&] { open_dialog(); }, [&] { import(); },
         [&] {
             if (failures_.empty()) {
