@@ -11,7 +11,7 @@ import sys
 import time
 
 ROUNDS = 31
-MOST = 1.2
+MAX_RATIO = 1.2
 
 
 def run(program, window):
@@ -29,8 +29,8 @@ def main():
             if number > 0:  # the first round warms the caches
                 taken.append(elapsed)
     editor, empty, line = (statistics.median(times[window]) * 1e3 for window in ("editor", "empty", "line"))
-    reached = editor <= MOST * empty
-    print_row("against an empty one", editor, empty, f"at most {MOST} times: {'reached' if reached else 'MISSED'}")
+    reached = editor <= MAX_RATIO * empty
+    print_row("against an empty one", editor, empty, f"at most {MAX_RATIO} times: {'reached' if reached else 'MISSED'}")
     print_row("against one with a line of text", editor, line, "")
     sys.exit(0 if reached else 1)
 

@@ -26,7 +26,7 @@ def samples(**late):
 class Memory(unittest.TestCase):
     def judge(self, **late):
         with contextlib.redirect_stdout(io.StringIO()) as said:
-            gui_soak.judge_memory(samples(**late))
+            gui_soak.evaluate_memory(samples(**late))
         return said.getvalue()
 
     def test_growth_of_2_percent_passes(self):
