@@ -8,7 +8,7 @@
 
 namespace varnoth::test {
 
-/// The colours first, first + 1, ..., of which none is black when the first is 1.
+/// `count` consecutive colours from `first` on; none of them is black by default.
 inline std::vector<Colour> series(std::size_t count, Colour first = 1) {
     std::vector<Colour> colours(count);
     for (std::size_t i = 0; i < count; ++i) {
