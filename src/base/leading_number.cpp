@@ -1,6 +1,9 @@
 #include "base/leading_number.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cstdint>
+#include <limits>
 
 #include "base/RunTimeFailure.h"
 
@@ -12,11 +15,37 @@ constexpr bool is_number_start(char character) {
     return (character >= '0' && character <= '9') || character == '.';
 }
 
+// The exponent of a number, 0 without one. One beyond 64 bits is the outermost of its sign: no text is long
+// enough for a mantissa to make up for it.
+std::int64_t exponent_of(std::string_view number, std::size_t mark) {
+    if (mark == std::string_view::npos) {
+        return 0;
+    }
+    std::string_view digits = number.substr(mark + 1);
+    if (digits.starts_with('+')) {
+        digits.remove_prefix(1);
+    }
+    std::int64_t exponent = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+    if (error == std::errc::result_out_of_range) {
+        using Limits = std::numeric_limits<std::int64_t>;
+        return digits.starts_with('-') ? Limits::min() : Limits::max();
+    }
+    return exponent;
+}
+
 // Of a number that a double cannot hold: whether it is too small, not too large.
 bool is_tiny(std::string_view number) {
-    const std::size_t exponent = number.find_first_of("eE");
-    return exponent == std::string_view::npos ? number.find_first_of("123456789.") == number.find('.')
-                                              : number[exponent + 1] == '-';
+    const std::size_t mark = number.find_first_of("eE");
+    const std::string_view mantissa = number.substr(0, mark);
+    const std::size_t first = mantissa.find_first_of("123456789");
+    if (first == std::string_view::npos) {
+        return true;
+    }
+    const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
+    // How far the first digit that counts stands in front of the point; below 1 it stands behind it.
+    const auto place = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
+    return exponent_of(number, mark) < -place;
 }
 
 } // namespace

@@ -42,5 +42,27 @@ TEST(LeadingNumber, BeyondADoubleIsAnOverflowAndBelowItsSmallestIsZero) {
     EXPECT_EQ(leading_number("0." + std::string(400, '0') + "1"), 0);
 }
 
+TEST(LeadingNumber, DecimalPointAndExponentAreJudgedTogether) {
+    const std::string zeros(400, '0');
+    EXPECT_FAILURE(leading_number("1" + zeros + "e-50"), Overflow);
+    EXPECT_FAILURE(leading_number("1" + zeros + ".5e-50"), Overflow);
+    EXPECT_EQ(leading_number("1" + zeros + "e-400"), 1);
+    EXPECT_EQ(leading_number("1" + zeros + "e-800"), 0);
+    EXPECT_EQ(leading_number("0." + zeros + zeros + "1e+401"), 0);
+    EXPECT_EQ(leading_number("." + zeros + "1e401"), 1);
+    EXPECT_FAILURE(leading_number("." + zeros + "1E+801"), Overflow);
+    EXPECT_EQ(leading_number("0" + zeros + "." + zeros + "7e-1"), 0) << "zeros in front do not count";
+}
+
+TEST(LeadingNumber, AnExponentOfAnyLengthIsJudgedByItsSign) {
+    const std::string nines(40, '9');
+    EXPECT_FAILURE(leading_number("1e" + nines), Overflow);
+    EXPECT_FAILURE(leading_number("0.001e+" + nines), Overflow);
+    EXPECT_EQ(leading_number("1000e-" + nines), 0);
+    EXPECT_EQ(leading_number("0e" + nines), 0);
+    EXPECT_FAILURE(leading_number("9e9223372036854775807"), Overflow);
+    EXPECT_EQ(leading_number("0.9e-9223372036854775808"), 0);
+}
+
 } // namespace
 } // namespace varnoth
