@@ -96,12 +96,13 @@ Extent twips_per_pixel() {
             round_to_even<std::int32_t>(screen().TwipsPerPixelY)};
 }
 
-// The border counts twice: the inner area becomes as large as the outer one was. Returns that size in pixels.
-Extent grow_by_border(PictureSurface& target) {
-    const Extent outer = TwipsToPixels(round_to_even<std::int32_t>(target.Width()),
-                                       round_to_even<std::int32_t>(target.Height()));
-    target.SetHeight(target.Height() + (target.Height() - target.ScaleHeight()));
-    target.SetWidth(target.Width() + (target.Width() - target.ScaleWidth()));
+// The border counts twice: the inner area becomes as large as the outer one, of this size in twips, is meant
+// to be. Returns that size in pixels.
+Extent grow_by_border(PictureSurface& target, double width, double height) {
+    const Extent outer =
+        TwipsToPixels(round_to_even<std::int32_t>(width), round_to_even<std::int32_t>(height));
+    target.SetHeight(height + (target.Height() - target.ScaleHeight()));
+    target.SetWidth(width + (target.Width() - target.ScaleWidth()));
     return outer;
 }
 
@@ -172,13 +173,18 @@ void DrawBitmap(std::int32_t width, std::int32_t height, PictureSurface& target,
     const std::int16_t parent_mode =
         parent != nullptr ? std::exchange(parent->ScaleMode, ScaleTwips) : ScaleTwips;
     const std::int16_t target_mode = std::exchange(target.ScaleMode, ScaleTwips);
+    double outer_width = target.Width();
+    double outer_height = target.Height();
     if (autoscale == True) {
         const Extent twips = PixelsToTwips(width, height);
         target.SetHeight(twips.height);
         target.SetWidth(twips.width);
+        // Not what the target tells now, which is never less than its border.
+        outer_width = twips.width;
+        outer_height = twips.height;
     }
     const bool bordered = target.Height() != target.ScaleHeight();
-    const Extent to = bordered ? grow_by_border(target) : inner_pixels(target);
+    const Extent to = bordered ? grow_by_border(target, outer_width, outer_height) : inner_pixels(target);
     if (CurrentBitmap != nullptr) {
         stretch_pixels(target.bitmap(), {0, 0, to.width, to.height}, *CurrentBitmap, {0, 0, width, height});
     }

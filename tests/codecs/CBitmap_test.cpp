@@ -225,6 +225,26 @@ TEST(CBitmap, ABorderedTargetWithAutoscaleEndsWithItsInnerAreaOfThePicturesSizeA
     EXPECT_EQ(colours_of(target), colours);
 }
 
+TEST(CBitmap, APictureSmallerThanABorderedTargetsBorderIsDrawnUnscaled) {
+    for (const std::int32_t side : {1, 2, 3, 4, 5}) {
+        Colours colours;
+        for (Colour i = 1; i <= side * side; ++i) {
+            colours.push_back(i);
+        }
+        make_current(side, side, colours);
+        TestSurface target(20, 20, 32, 2);
+        CBitmap::DrawBitmap(side, side, target, -1);
+        EXPECT_EQ(target.bitmap().width(), side);
+        EXPECT_EQ(target.bitmap().height(), side);
+        EXPECT_EQ(colours_of(target), colours) << side;
+    }
+    make_current(1, 9, Colours(9, 5));
+    TestSurface target(20, 20, 32, 2);
+    CBitmap::DrawBitmap(1, 9, target, -1);
+    EXPECT_EQ(target.bitmap().width(), 1) << "one side alone";
+    EXPECT_EQ(target.bitmap().height(), 9);
+}
+
 TEST(CBitmap, ABorderedTargetWithoutAutoscaleGrowsByItsBorderAtEveryDraw) {
     make_current(1, 1, {5});
     TestSurface target(10, 6, 32, 2);
