@@ -58,18 +58,18 @@ void SavePCX::SavePCXinFile(const std::string& filename, PictureSurface& ThePict
     WritePcxFile(filename, even_rows(grabbed, stride_of_24_bits(width_), even_width_, height_).bytes());
 }
 
-void SavePCX::WritePcxFile(const std::string& filename, std::span<const std::uint8_t> rows) const {
+void SavePCX::WritePcxFile(const std::string& filename, std::span<const std::uint8_t> rows) {
     const PcxHeader header = header_of(width_, height_, even_width_, compress_);
-    ByteArray data = SplitPlanes(rows, even_width_, height_, even_width_);
+    const ByteArray planes = SplitPlanes(rows, even_width_, height_, even_width_);
     if (file_exists(filename)) {
         delete_file(filename);
     }
     if (compress_ == True) {
-        data = EncodeRle(data.bytes(), even_width_);
+        packed_ = EncodeRle(planes.bytes(), even_width_);
     }
     OutputFile file(filename);
     file.write(header.to_bytes());
-    file.write(data.bytes());
+    file.write(compress_ == False ? planes.bytes() : packed_.bytes());
     file.close();
 }
 

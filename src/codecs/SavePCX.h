@@ -14,10 +14,11 @@ namespace varnoth {
 
 class SavePCX {
   public:
-    /// `Compress` is True or False. An old file of the name is replaced without a question. Fails with
-    /// SubscriptOutOfRange for a picture without pixels and Overflow for a width above 32766 or a height
-    /// above 32767, both before the old file is touched; PermissionDenied and the like when the file cannot
-    /// be deleted or written. The surface and its container keep their scale modes.
+    /// `Compress` is True or False. With any other value the header is that of a plain file, and behind it
+    /// stands what the object packed last, if anything. An old file of the name is replaced without a
+    /// question. Fails with SubscriptOutOfRange for a picture without pixels and Overflow for a width above
+    /// 32766 or a height above 32767, both before the old file is touched; PermissionDenied and the like when
+    /// the file cannot be deleted or written. The surface and its container keep their scale modes.
     void SavePCXinFile(const std::string& filename, PictureSurface& ThePicture, Truth Compress);
 
     /// From rows of blue, green, red pixels to a red, a green and a blue line of `bytesPerLine` bytes each
@@ -31,10 +32,11 @@ class SavePCX {
     static ByteArray EncodeRle(std::span<const std::uint8_t> bytes, std::int32_t bytesPerLine);
 
   private:
-    void WritePcxFile(const std::string& filename, std::span<const std::uint8_t> rows) const;
+    void WritePcxFile(const std::string& filename, std::span<const std::uint8_t> rows);
 
     std::int32_t height_ = 0;
     std::int32_t width_ = 0;
+    ByteArray packed_; // by the last call with Compress True
     Truth compress_ = False;
     std::int32_t even_width_ = 0;
 };

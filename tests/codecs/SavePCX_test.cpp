@@ -97,11 +97,36 @@ TEST(SavePcx, CompressTrueWritesEncoding1AndThePackedPlanes) {
     EXPECT_EQ(data_of(file), (Bytes{193, 200, 193, 201, 194, 2, 194, 3}));
 }
 
-TEST(SavePcx, AnotherCompressThanTrueOrFalseWritesThePlainPlanes) {
+TEST(SavePcx, AnotherCompressThanTrueOrFalseWritesWhatWasPackedBefore) {
+    const TemporaryFolder folder;
+    const std::string path = folder.file("a.pcx");
     const auto picture = surface_of(2, 1, {0x030201, 0x060504});
-    const Bytes file = written(*picture, 1);
+    TestSurface earlier(2, 2, 32, 0, 0x050505);
+    SavePCX writer;
+    writer.SavePCXinFile(path, *picture, 1);
+    Bytes file = read_file(path);
+    EXPECT_EQ(file.size(), header_bytes) << "nothing was";
     EXPECT_EQ(file[2], 0);
-    EXPECT_EQ(data_of(file), (Bytes{1, 4, 2, 5, 3, 6}));
+    writer.SavePCXinFile(path, earlier, True);
+    for (const Truth compress : {Truth{1}, Truth{-2}}) {
+        writer.SavePCXinFile(path, *picture, compress);
+        file = read_file(path);
+        EXPECT_EQ(get_i16(file, 8), 2);
+        EXPECT_EQ(get_i16(file, 10), 1);
+        EXPECT_EQ(file[2], 0);
+        EXPECT_EQ(data_of(file), (Bytes{192 + 12, 5}));
+    }
+}
+
+TEST(SavePcx, PlainPlanesLeaveWhatWasPackedBefore) {
+    const TemporaryFolder folder;
+    TestSurface picture(2, 2, 32, 0, 0x050505);
+    SavePCX writer;
+    writer.SavePCXinFile(folder.file("a"), picture, True);
+    writer.SavePCXinFile(folder.file("b"), picture, False);
+    writer.SavePCXinFile(folder.file("c"), picture, 1);
+    EXPECT_EQ(data_of(read_file(folder.file("b"))), Bytes(12, 5));
+    EXPECT_EQ(data_of(read_file(folder.file("c"))), (Bytes{192 + 12, 5}));
 }
 
 TEST(SavePcx, TheExtraColumnOfAnOddWidthIsWhatFollowsTheRow) {
