@@ -41,7 +41,7 @@ void make_empty_store() {
 }
 
 // A frame number is a signed 16-bit number, so no file can bring more slots into use than this. The tables of
-// a file that claims more are cut here: reading ends in a failure at the latest when the number overflows.
+// a file that claims more are cut here: reading ends in a failure at the latest at the number that overflows.
 constexpr std::int32_t most_frame_slots = 32768;
 
 template <std::size_t Size>
@@ -107,8 +107,8 @@ Truth read_sprite(const std::string& path) {
     }
     const auto slots = static_cast<std::size_t>(std::min(sprite.SpriteHeader.FrameCount, most_frame_slots));
     make_store(slots);
-    for (std::int16_t i = 0; i < sprite.SpriteHeader.FrameCount; i = checked_add(i, 1)) {
-        read_frame(file, i);
+    for (std::int32_t i = 0; i < sprite.SpriteHeader.FrameCount; ++i) {
+        read_frame(file, narrow<std::int16_t>(i));
     }
     return True;
 }
@@ -122,7 +122,7 @@ Truth write_sprite(const std::string& path) {
     OutputFile file(path);
     file.write(to_bytes(sprite.SpriteHeader));
     file.write(to_bytes(sprite.Palette));
-    for (std::int16_t i = 0; i < sprite.SpriteHeader.FrameCount; i = checked_add(i, 1)) {
+    for (std::int32_t i = 0; i < sprite.SpriteHeader.FrameCount; ++i) {
         check_subscript(i, sprite.FrameOrder.size());
         const std::int16_t number = sprite.FrameOrder[static_cast<std::size_t>(i)];
         check_subscript(number, sprite.FrameStore.size());

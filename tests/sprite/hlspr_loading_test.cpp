@@ -276,19 +276,22 @@ TEST_F(SpriteFileTest, ASmallSpriteTakesTheRoomOfASmallOneAfterALargeOne) {
     EXPECT_LE(document().FrameOrder.capacity(), 4U);
 }
 
-TEST_F(SpriteFileTest, Load32767Frames) {
-    EXPECT_EQ(load(tiny_frames(32767)), True);
+// The number of the last frame, 32,767, is the highest of 16 bits.
+TEST_F(SpriteFileTest, ASpriteOf32768FramesLoadsAndSaves) {
+    const SpriteFile file = tiny_frames(32768);
+    EXPECT_EQ(load(file), True);
     EXPECT_TRUE(services.messages.empty());
-    ASSERT_EQ(document().FrameStore.size(), 32767U);
-    EXPECT_EQ(document().FrameOrder.back(), 32766);
-    EXPECT_EQ(document().FrameStore.back()[0], 32766 % 251);
+    EXPECT_EQ(document().SpriteHeader.FrameCount, 32768);
+    ASSERT_EQ(document().FrameStore.size(), 32768U);
+    EXPECT_EQ(document().FrameOrder.back(), 32767);
+    EXPECT_EQ(document().FrameStore.back()[0], 32767 % 251);
     EXPECT_EQ(save_sprite(folder.file("b.spr")), True);
-    EXPECT_EQ(read_file(folder.file("b.spr")).size(), 810U + 32767 * 21);
+    EXPECT_EQ(read_file(folder.file("b.spr")), file.bytes());
 }
 
-TEST_F(SpriteFileTest, Of32768FramesTheNumberOverflowsIntoTheTrap) {
-    expect_trap(tiny_frames(32768));
-    EXPECT_EQ(document().SpriteHeader.FrameCount, 32768);
+TEST_F(SpriteFileTest, Of32769FramesTheNumberOverflowsIntoTheTrap) {
+    expect_trap(tiny_frames(32769));
+    EXPECT_EQ(document().SpriteHeader.FrameCount, 32769);
     EXPECT_EQ(document().FrameOrder.back(), 32767);
     services.messages.clear();
     EXPECT_EQ(save_sprite(folder.file("b.spr")), False);
