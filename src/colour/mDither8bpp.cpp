@@ -94,20 +94,14 @@ std::int32_t whole_pixels(double size) {
     return round_to_even<std::int32_t>(size);
 }
 
-// The top left pixels of a surface at 32 bits, or nothing as cDIB::CreateFromHdc has it. What they are
-// already is not copied; sizes that a cDIB could not have are left to it.
-std::optional<Bitmap> copy_of(PictureSurface& surface, std::int32_t width, std::int32_t height) {
+// Whether a 32-bit copy of that size, drawn back, would be what the surface shows already. Sizes that a cDIB
+// cannot have are left to it.
+bool is_like_its_copy(const PictureSurface& surface, std::int32_t width, std::int32_t height) {
     constexpr std::int32_t most_bits = std::numeric_limits<std::int32_t>::max() - 31;
     const Bitmap& bitmap = surface.bitmap();
-    if (bitmap.bits_per_pixel() == 32 && whole_of(bitmap) == Rectangle{0, 0, width, height} && width > 0 &&
-        height > 0 && width <= most_bits / 32) {
-        return bitmap;
-    }
-    cDIB copy;
-    if (!copy.CreateFromHdc(surface.hDC(), width, height)) {
-        return std::nullopt;
-    }
-    return *copy.hDIB();
+    return bitmap.bits_per_pixel() == 32 && whole_of(bitmap) == Rectangle{0, 0, width, height} &&
+           surface.ScaleWidth() == width && surface.ScaleHeight() == height && width > 0 && height > 0 &&
+           width <= most_bits / 32;
 }
 
 } // namespace
@@ -126,19 +120,24 @@ void mDither8bpp::BuildTables() {
 }
 
 bool mDither8bpp::transform_to_8bit(PictureSurface& source, PictureSurface& target) {
-    const std::optional<Bitmap> copy =
-        copy_of(source, whole_pixels(source.Width()), whole_pixels(source.Height()));
-    if (!copy) {
-        return false;
+    const std::int32_t width = whole_pixels(source.Width());
+    const std::int32_t height = whole_pixels(source.Height());
+    cDIB copy;
+    const Bitmap* picture = &source.bitmap();
+    if (!is_like_its_copy(source, width, height)) {
+        if (!copy.CreateFromHdc(source.hDC(), width, height)) {
+            return false;
+        }
+        picture = copy.hDIB();
     }
     const std::int32_t shown_width = whole_pixels(source.ScaleWidth());
     const std::int32_t shown_height = whole_pixels(source.ScaleHeight());
-    // Drawing the picture back would change nothing where it has the surface's size; elsewhere it is scaled.
-    if (shown_width != copy->width() || shown_height != copy->height()) {
-        stretch_pixels(source.bitmap(), {0, 0, shown_width, shown_height}, *copy, whole_of(*copy));
+    // Where the copy has the size that the surface shows, drawing it back would change nothing.
+    if (shown_width != width || shown_height != height) {
+        copy.Stretch(source.hDC(), 0, 0, shown_width, shown_height);
     }
     cDIB reduced;
-    ReduceToDIB(*copy, reduced);
+    ReduceToDIB(*picture, reduced); // the surface is only drawn on when this is done
     reduced.Stretch(target.hDC(), 0, 0, shown_width, shown_height);
     target.Refresh();
     return true;

@@ -84,20 +84,4 @@ std::int16_t nearest_index(std::uint8_t red, std::uint8_t green, std::uint8_t bl
 void nearest_indices(std::span<const std::uint8_t> pixels, std::size_t pixel_bytes,
                      std::span<std::uint8_t> indices);
 
-/// The same of pixels that are indices into a table of colours, each colour sought when it is first met.
-class NearestOfTable {
-  public:
-    explicit NearestOfTable(std::span<const RGBQUAD> colours) : colours_(colours) { known_.fill(unknown); }
-
-    /// As many as there are places for answers. Overflow as above.
-    void answer(std::span<const std::uint8_t> from, std::span<std::uint8_t> indices);
-
-  private:
-    static constexpr std::int16_t unknown = -1;
-
-    std::span<const RGBQUAD> colours_;
-    std::array<std::int16_t, 256> known_;
-    std::uint32_t times_ = 0;
-};
-
 } // namespace varnoth::mixpals

@@ -46,13 +46,13 @@ std::size_t Bitmap::byte_count() const {
 
 Bitmap::Bitmap(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel, Rows rows)
     : Bitmap(width, height, bits_per_pixel, rows, WithoutBytes()) {
-    bytes_ = PixelBytes(ByteArray(byte_count()));
+    bytes_ = ByteArray(byte_count());
 }
 
 Bitmap Bitmap::for_overwrite(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel,
                              Rows rows) {
     Bitmap bitmap(width, height, bits_per_pixel, rows, WithoutBytes());
-    bitmap.bytes_ = PixelBytes(ByteArray::for_overwrite(bitmap.byte_count()));
+    bitmap.bytes_ = ByteArray::for_overwrite(bitmap.byte_count());
     return bitmap;
 }
 
@@ -85,9 +85,6 @@ void Bitmap::set_pixel(std::int32_t x, std::int32_t y, Colour colour) {
 void Bitmap::fill(Colour colour) {
     if (width_ == 0 || height_ == 0) {
         return;
-    }
-    if (bits_per_pixel_ == 32) {
-        forget_pixels(); // other depths have bytes that no pixel stands in
     }
     fill_rectangle(0, 0, width_ - 1, 0, colour);
     for (std::int32_t y = 1; y < height_; ++y) {

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <span>
 
+#include "base/ByteArray.h"
 #include "platform/Colour.h"
-#include "platform/PixelBytes.h"
 
 namespace varnoth {
 
@@ -27,8 +27,8 @@ static_assert(sizeof(BITMAP) == 24);
 /// Pixels of 1, 4 or 8 bits are indices into the colour table, most significant bits leftmost; of 16 bits
 /// a word of 5 bits red, green, blue; of 24 bits blue, green, red; of 32 bits blue, green, red and a byte
 /// that is not used. Coordinates count from the top left pixel as seen, whatever the order of the rows.
-/// Copies share their pixels until one of them is written to: whatever gives write access may fail with
-/// OutOfMemory or std::bad_alloc then, and pointers got before lead to the pixels of before.
+/// A copy has pixels of its own. A pointer to pixels stays valid until the bitmap is assigned to or
+/// destroyed.
 class Bitmap {
   public:
     /// The two ways in which rows are laid out.
@@ -59,29 +59,15 @@ class Bitmap {
 
     Rows rows() const { return rows_; }
 
-    std::span<std::uint8_t> bytes() { return {bytes_.own(), bytes_.size()}; }
+    std::span<std::uint8_t> bytes() { return bytes_.bytes(); }
 
     std::span<const std::uint8_t> bytes() const { return bytes_.bytes(); }
 
     /// The bytes of row y, counted from the top as seen.
-    std::uint8_t* row(std::int32_t y) { return bytes_.own() + row_offset(y); }
+    std::uint8_t* row(std::int32_t y) { return bytes_.data() + row_offset(y); }
 
     /// The same, to read only.
     const std::uint8_t* row(std::int32_t y) const { return bytes_.data() + row_offset(y); }
-
-    /// The bytes to be kept as they are now.
-    const PixelBytes& pixel_bytes() const { return bytes_; }
-
-    /// Takes the pixels of a bitmap of the same size, depth and order of rows; the colour table stays.
-    void share_pixels(const Bitmap& other) { bytes_ = other.bytes_; }
-
-    /// Keeps in mind, until the next write, that its pixels are the colours of a picture of 8-bit indices of
-    /// the same size. Both stay as they are.
-    void set_origin(const Bitmap& indexed) { bytes_.set_origin(std::make_shared<const Bitmap>(indexed)); }
-
-    /// Leaves pixels of any value, for whoever writes every byte of them before it is read: what is shared
-    /// need not be copied then.
-    void forget_pixels() { bytes_.forget(); }
 
     /// 2, 16 or 256 entries in use at 1, 4 or 8 bits; none otherwise.
     std::span<RGBQUAD> colour_table() { return {colour_table_.data(), colour_table_size()}; }
@@ -130,7 +116,7 @@ class Bitmap {
     std::int32_t bits_per_pixel_ = 0;
     std::int32_t row_bytes_ = 0;
     Rows rows_ = Rows::Surface;
-    PixelBytes bytes_;
+    ByteArray bytes_;
     std::array<RGBQUAD, 256> colour_table_{};
 };
 

@@ -61,19 +61,6 @@ bool same_pixel_format(const Bitmap& a, const Bitmap& b) {
     return a.bits_per_pixel() == b.bits_per_pixel() && std::ranges::equal(a.colour_table(), b.colour_table());
 }
 
-// Of bitmaps of one size; with 32 bits only, where pixels fill the rows.
-bool same_layout(const Bitmap& a, const Bitmap& b) {
-    return a.bits_per_pixel() == 32 && b.bits_per_pixel() == 32 && a.rows() == b.rows();
-}
-
-// Before drawing: pixels that will all be drawn over need not be had.
-void forget_what_is_covered(Bitmap& target, const AxisMap& columns, const AxisMap& rows) {
-    if (target.bits_per_pixel() == 32 && std::ssize(columns.sources) == target.width() &&
-        std::ssize(rows.sources) == target.height()) {
-        target.forget_pixels();
-    }
-}
-
 template <typename Pixel>
 void gather(const std::uint8_t* from, std::uint8_t* to, const std::vector<std::int32_t>& sources) {
     for (std::size_t i = 0; i < sources.size(); ++i) {
@@ -86,7 +73,6 @@ void gather(const std::uint8_t* from, std::uint8_t* to, const std::vector<std::i
 void copy_raw(const Bitmap& source, Bitmap& target, const AxisMap& columns, const AxisMap& rows) {
     const std::size_t pixel_bytes = static_cast<std::size_t>(source.bits_per_pixel()) / 8;
     const bool contiguous = is_run(columns.sources);
-    forget_what_is_covered(target, columns, rows);
     for (std::size_t i = 0; i < rows.sources.size(); ++i) {
         const std::uint8_t* from = source.row(rows.sources[i]);
         std::uint8_t* to = target.row(rows.first + static_cast<std::int32_t>(i)) +
@@ -122,7 +108,6 @@ void copy_packed(const Bitmap& source, Bitmap& target, const AxisMap& columns, c
 // Rows of 8-bit indices become rows of 32-bit pixels.
 void copy_expanded(const Bitmap& source, Bitmap& target, const AxisMap& columns, const AxisMap& rows) {
     const IndexExpansion expansion(source.colour_table().first<256>());
-    forget_what_is_covered(target, columns, rows);
     for (std::size_t i = 0; i < rows.sources.size(); ++i) {
         const std::uint8_t* from = source.row(rows.sources[i]) + columns.sources.front();
         std::uint8_t* to = target.row(rows.first + static_cast<std::int32_t>(i)) +
@@ -182,11 +167,6 @@ void stretch_pixels(Bitmap& target, const Rectangle& to, const Bitmap& picture, 
         stretch_pixels(target, to, copy, from);
         return;
     }
-    const bool is_whole = to == whole_of(target) && from == whole_of(picture) && to == from;
-    if (is_whole && same_layout(picture, target)) {
-        target.share_pixels(picture);
-        return;
-    }
     const AxisMap columns = map_axis(to.x, to.width, target.width(), from.x, from.width, picture.width());
     const AxisMap rows = map_axis(to.y, to.height, target.height(), from.y, from.height, picture.height());
     if (columns.sources.empty() || rows.sources.empty()) {
@@ -194,9 +174,6 @@ void stretch_pixels(Bitmap& target, const Rectangle& to, const Bitmap& picture, 
     }
     if (picture.bits_per_pixel() == 8 && target.bits_per_pixel() == 32 && is_run(columns.sources)) {
         copy_expanded(picture, target, columns, rows);
-        if (is_whole) {
-            target.set_origin(picture);
-        }
     } else if (!same_pixel_format(picture, target)) {
         copy_colours(picture, target, columns, rows);
     } else if (picture.bits_per_pixel() < 8) {

@@ -86,11 +86,7 @@ std::size_t PictureSurface::GetBitmapBits(std::span<std::uint8_t> target) const 
 }
 
 std::size_t PictureSurface::SetBitmapBits(std::span<const std::uint8_t> source) {
-    const std::size_t size = std::as_const(bitmap_).bytes().size();
-    const std::size_t count = std::min(source.size(), size);
-    if (count == size) {
-        bitmap_.forget_pixels();
-    }
+    const std::size_t count = std::min(source.size(), bitmap_.bytes().size());
     std::copy_n(source.begin(), count, bitmap_.bytes().begin());
     return count;
 }

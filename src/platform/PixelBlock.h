@@ -7,10 +7,10 @@
 #include <cstdint>
 #include <span>
 
+#include "base/ByteArray.h"
 #include "base/RunTimeFailure.h"
 #include "platform/Bitmap.h"
 #include "platform/PictureSurface.h"
-#include "platform/PixelBytes.h"
 
 namespace varnoth {
 
@@ -32,10 +32,6 @@ class PixelBlock {
     /// no place for, so each row then stands one byte further off its place.
     void read(const PictureSurface& surface);
     void write(PictureSurface& surface) const;
-
-    /// The picture of 8-bit indices whose colours the block's pixels are, pixel for pixel; null when none is
-    /// known. It goes at the next write.
-    std::shared_ptr<const Bitmap> origin() const;
 
     std::int32_t channels() const { return channels_; }
 
@@ -70,14 +66,14 @@ class PixelBlock {
     /// The whole block, row after row.
     std::span<const std::uint8_t> bytes() const { return bytes_.bytes(); }
 
-    std::span<std::uint8_t> bytes() { return {bytes_.own(), bytes_.size()}; }
+    std::span<std::uint8_t> bytes() { return bytes_.bytes(); }
 
   private:
     std::size_t pixel_bytes() const { return static_cast<std::size_t>(channels_); }
 
     std::size_t row_bytes() const { return static_cast<std::size_t>(width_) * pixel_bytes(); }
 
-    PixelBytes bytes_;
+    ByteArray bytes_;
     std::int32_t channels_ = 0;
     std::int32_t width_ = 0;
     std::int32_t height_ = 0;

@@ -295,7 +295,6 @@ void draw_frame(std::int16_t& frame_number, PictureSurface& picture) {
     const IndexExpansion expansion(palette_as_pixels(sprite.Palette));
     // A picture of the sprite's size needs no clearing: every pixel of it is written.
     if (holds_pixels(picture.bitmap(), width, height)) {
-        picture.bitmap().forget_pixels();
         expansion.expand(indices.first(pixel_count), picture.bitmap().bytes().data());
     } else {
         // The 32-bit layout is handed over whatever depth the picture has.
@@ -329,24 +328,17 @@ void add_frame(PictureSurface& picture) {
 
     const BITMAP info = picture.description();
     const std::int32_t pixel_bytes = round_to_even<std::int32_t>(divide(info.bmWidthBytes, info.bmWidth));
-    const PixelBytes bits = picture.bitmap().pixel_bytes(); // a yield may change the picture
+    const Bitmap bits = picture.bitmap(); // a yield may change the picture
     if (number == 0) {
         take_frame_palette();
     }
     const PixelSpan pixels{bits.bytes(), pixel_bytes};
-    const std::shared_ptr<const Bitmap> origin = bits.origin();
-    const bool is_whole_row = origin && info.bmWidth == width;
-    mixpals::NearestOfTable nearest(origin ? origin->colour_table() : std::span<const RGBQUAD>());
     // One yield a row answers the abort button as well as one a pixel: a row takes microseconds.
     for (std::int32_t y = 0; y < height; ++y) {
         yield_to_events();
         const std::span<std::uint8_t> row = sprite.FrameStore[slot].bytes().subspan(
             static_cast<std::size_t>(y) * static_cast<std::size_t>(width), static_cast<std::size_t>(width));
-        if (is_whole_row && y < info.bmHeight) {
-            nearest.answer({origin->row(y), row.size()}, row);
-        } else {
-            take_indices(pixels, std::int64_t{y} * info.bmWidth, row);
-        }
+        take_indices(pixels, std::int64_t{y} * info.bmWidth, row);
     }
 }
 

@@ -120,8 +120,7 @@ class MixpalsProperty : public testing::Test {
         for (std::uint32_t i = 0; i < pictures; ++i) {
             const std::int32_t width = side(largest_side);
             const std::int32_t height = side(largest_side);
-            add(any(4) == 0 ? *test::indexed_surface(width, height, character(), any(1000000))
-                            : *random_surface(width, height, character(), any(1000000), depth()));
+            add(*random_surface(width, height, character(), any(1000000), depth()));
             if (HasFatalFailure()) {
                 return;
             }

@@ -134,55 +134,31 @@ TEST_F(MixpalsTest, EveryRowYields) {
     EXPECT_EQ(services.yields, 14);
 }
 
-TEST_F(MixpalsTest, APictureDrawnFromIndicesMixesAsOneOfTheSamePixels) {
-    const auto indexed = test::indexed_surface(9, 7, test::Character::Noise, 1);
-    ASSERT_NE(indexed->bitmap().pixel_bytes().origin(), nullptr);
-    InitColorTable();
-    AddPictureColors(*test::without_origin(*indexed));
-    const std::vector<RGBQUAD> expected = ColorTable;
-    InitColorTable();
-    AddPictureColors(*indexed);
-    EXPECT_EQ(ColorTable, expected);
-    indexed->PSet(8, 6, 0x123456);
-    AddPictureColors(*indexed);
-    EXPECT_EQ(ColorCount,
-              1 + std::ranges::count_if(expected, [](const RGBQUAD& colour) { return colour != RGBQUAD{}; }));
-}
-
 TEST_F(MixpalsTest, ATableEmptiedWhileARowYieldsTakesTheColoursOfTheRowsBehind) {
-    Bitmap indices(1, 3, 8, Bitmap::Rows::Section);
-    indices.colour_table()[0] = {1, 2, 3, 0};
-    TestSurface picture(1, 3);
-    stretch_pixels(picture.bitmap(), whole_of(picture.bitmap()), indices, whole_of(indices));
+    const auto picture = surface_of(1, 3, Colours(3, 0x010203));
     InitColorTable();
     services.on_yield = [&] {
         if (services.yields == 3) {
             InitColorTable();
         }
     };
-    AddPictureColors(picture);
+    AddPictureColors(*picture);
     EXPECT_EQ(ColorCount, 1);
     EXPECT_EQ(ColorTable[0], (RGBQUAD{1, 2, 3, 0}));
 }
 
 TEST_F(MixpalsTest, ABufferReadAnewWhileARowYieldsIsGoneOnWith) {
-    Bitmap indices(1, 2, 8, Bitmap::Rows::Section);
-    indices.colour_table()[0] = {1, 2, 3, 0};
-    Bitmap others(1, 2, 8, Bitmap::Rows::Section);
-    others.colour_table()[0] = {4, 5, 6, 0};
-    TestSurface picture(1, 2);
-    TestSurface other(1, 2);
-    stretch_pixels(picture.bitmap(), whole_of(picture.bitmap()), indices, whole_of(indices));
-    stretch_pixels(other.bitmap(), whole_of(other.bitmap()), others, whole_of(others));
+    const auto picture = surface_of(1, 2, Colours(2, 0x010203));
+    const auto other = surface_of(1, 2, Colours(2, 0x040506));
     InitColorTable();
     services.on_yield = [&] {
         if (services.yields == 2) {
-            mixpals::ReadMixBits(other);
+            mixpals::ReadMixBits(*other);
         }
     };
-    AddPictureColors(picture);
+    AddPictureColors(*picture);
     EXPECT_EQ(ColorCount, 2);
-    EXPECT_EQ(ColorTable[1], (RGBQUAD{4, 5, 6, 0}));
+    EXPECT_EQ(table(1), 0x040506);
 }
 
 TEST_F(MixpalsTest, BeforeTheFirstInitATableHasNoPositions) {

@@ -147,26 +147,5 @@ TEST(PixelBlock, ABlockThatIsWrittenBackStaysItsOwn) {
     EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{0x090203, 0x040506}));
 }
 
-TEST(PixelBlock, KnowsTheIndicesBehindItsPixelsWhereItHasTheirShape) {
-    TestSurface surface(2, 3);
-    const Bitmap indices(2, 3, 8, Bitmap::Rows::Section);
-    stretch_pixels(surface.bitmap(), whole_of(surface.bitmap()), indices, whole_of(indices));
-    PixelBlock block = block_of(surface);
-    ASSERT_NE(block.origin(), nullptr);
-    EXPECT_EQ(block.origin()->row(0), indices.row(0)) << "not copied either";
-    block.row(0)[0] = 1;
-    EXPECT_EQ(block.origin(), nullptr);
-    for (const BITMAP& other : {TestSurface(3, 2).description(), TestSurface(1, 6).description()}) {
-        PixelBlock turned;
-        turned.size_for(other);
-        turned.read(surface);
-        EXPECT_EQ(turned.origin(), nullptr) << "as many bytes, but other rows";
-    }
-    PixelBlock narrow;
-    narrow.size_for({0, 4, 3, 8, 1, 16, 0}); // as many bytes, of 2 channels
-    narrow.read(surface);
-    EXPECT_EQ(narrow.origin(), nullptr);
-}
-
 } // namespace
 } // namespace varnoth

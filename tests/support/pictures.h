@@ -119,25 +119,4 @@ inline std::unique_ptr<TestSurface> random_surface(std::int32_t width, std::int3
                       bits_per_pixel);
 }
 
-/// A 32-bit surface drawn from 8-bit indices into colours of that kind, like a reduced picture, so that it
-/// knows its origin.
-inline std::unique_ptr<TestSurface> indexed_surface(std::int32_t width, std::int32_t height,
-                                                    Character character, std::uint32_t seed) {
-    Bitmap indexed(width, height, 8, Bitmap::Rows::Section);
-    const std::vector<Colour> colours = random_colours(256, 16, character, seed);
-    std::ranges::transform(colours, indexed.colour_table().begin(), quad_of);
-    std::mt19937 random(seed);
-    for (std::uint8_t& index : indexed.bytes()) {
-        index = static_cast<std::uint8_t>(random() % 256);
-    }
-    auto surface = std::make_unique<TestSurface>(width, height);
-    stretch_pixels(surface->bitmap(), whole_of(surface->bitmap()), indexed, whole_of(indexed));
-    return surface;
-}
-
-/// A surface of the same pixels without a known origin.
-inline std::unique_ptr<TestSurface> without_origin(const PictureSurface& surface) {
-    return surface_of(surface.bitmap().width(), surface.bitmap().height(), colours_of(surface));
-}
-
 } // namespace varnoth::test
