@@ -22,15 +22,12 @@ bool is_section_depth(std::int32_t bits) {
 }
 
 // Null when the platform has no such section.
-std::unique_ptr<Bitmap> create_section(std::int32_t width, std::int32_t height, std::int32_t bits,
-                                       bool zero) {
+std::unique_ptr<Bitmap> create_section(std::int32_t width, std::int32_t height, std::int32_t bits) {
     if (width < 1 || height < 1 || !is_section_depth(bits)) {
         return nullptr;
     }
     try {
-        return std::make_unique<Bitmap>(
-            zero ? Bitmap(width, height, bits, Bitmap::Rows::Section)
-                 : Bitmap::for_overwrite(width, height, bits, Bitmap::Rows::Section));
+        return std::make_unique<Bitmap>(width, height, bits, Bitmap::Rows::Section);
     } catch (const RunTimeFailure& failure) {
         if (failure.failure() != Failure::OutOfMemory) {
             throw;
@@ -62,10 +59,6 @@ void delete_if_there(const std::string& path) {
 } // namespace
 
 bool cDIB::Create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp) {
-    return create(NewWidth, NewHeight, Newbpp, Pixels::Zero);
-}
-
-bool cDIB::create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp, Pixels pixels) {
     Destroy();
     header_.biSize = info_header_bytes;
     header_.biPlanes = 1;
@@ -79,7 +72,7 @@ bool cDIB::create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Ne
     bytes_per_scanline_ = checked_add(checked_multiply(NewWidth, Newbpp), 31) / 32 * 4;
     size_ = checked_multiply(bytes_per_scanline_, NewHeight);
 
-    section_ = create_section(NewWidth, NewHeight, Newbpp, pixels == Pixels::Zero);
+    section_ = create_section(NewWidth, NewHeight, Newbpp);
     if (!section_) {
         Destroy();
         return false;
@@ -106,9 +99,7 @@ std::uint8_t cDIB::CreateFromStdPicture(const Picture& Image, bool Force32bpp) {
 }
 
 bool cDIB::CreateFromHdc(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight) {
-    const Bitmap* source = Image.bitmap();
-    const bool covers = source != nullptr && source->width() >= NewWidth && source->height() >= NewHeight;
-    if (!create(NewWidth, NewHeight, 32, covers ? Pixels::Overwritten : Pixels::Zero)) {
+    if (!Create(NewWidth, NewHeight, 32)) {
         return false;
     }
     bit_blt(context_, 0, 0, NewWidth, NewHeight, Image, 0, 0, SRCCOPY);
@@ -125,7 +116,11 @@ bool cDIB::CreateFromHdc8bpp(DrawingContext& Image, std::int32_t NewWidth, std::
 }
 
 void cDIB::CloneTo(cDIB& oDIB) const {
+    const bool nothing_to_copy = !section_;
     if (!oDIB.Create(width_, height_, bits_per_pixel_)) {
+        if (nothing_to_copy) {
+            return;
+        }
         fail(Failure::SubscriptOutOfRange);
     }
     if (has_colour_table()) {

@@ -37,13 +37,14 @@ class cDIB {
     std::uint8_t CreateFromStdPicture(const Picture& Image, bool Force32bpp);
 
     /// Takes over the top left NewWidth by NewHeight pixels of a context at 32 bits; black where it has none.
+    /// The object is emptied first, so from its own context it takes over nothing and is black.
     bool CreateFromHdc(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight);
 
     /// The same at 8 bits with the context's colour table.
     bool CreateFromHdc8bpp(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight);
 
-    /// Makes the other object a copy of this one. SubscriptOutOfRange when the other cannot be created, as
-    /// from an empty object; it is empty then.
+    /// Makes the other object a copy of this one; onto itself, the object becomes black. SubscriptOutOfRange
+    /// when there is no memory for the copy; the other object is empty then.
     void CloneTo(cDIB& oDIB) const;
 
     /// Writes a BMP file in place of any file of that name; nothing when empty. Overflow when the file would
@@ -95,7 +96,7 @@ class cDIB {
     /// The picture behind the context; null when empty.
     const Bitmap* hDIB() const { return section_.get(); }
 
-    /// The first of Size() bytes; null when empty.
+    /// The first of Size() bytes, valid until the object is created anew or destroyed; null when empty.
     std::uint8_t* lpBits() { return section_ ? section_->bytes().data() : nullptr; }
 
     const std::uint8_t* lpBits() const { return section_ ? section_->bytes().data() : nullptr; }
@@ -118,11 +119,6 @@ class cDIB {
     Picture Image() const;
 
   private:
-    /// What stands in new pixels: zeros, or anything, as whoever creates them writes them all.
-    enum class Pixels { Zero, Overwritten };
-
-    bool create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp, Pixels pixels);
-
     bool has_colour_table() const { return section_ && bits_per_pixel_ < 9; }
 
     std::size_t colour_table_bytes() const { return std::size_t{4} << bits_per_pixel_; }

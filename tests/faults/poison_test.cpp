@@ -13,6 +13,7 @@
 #include "codecs/LoadTGA.h"
 #include "faults/Operation.h"
 #include "faults/made_files.h"
+#include "pictures/cDIB.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 #include "support/sprites.h"
@@ -206,6 +207,21 @@ TEST_F(Poisoned, BmpAndJpegProbesAreReproducible) {
                           append(result, height);
                           return result;
                       });
+}
+
+// Creating empties the object before the pixels are copied, so a size that the old pixels covered must not
+// leave new memory as it came.
+TEST(Poison, ADibTakenOverFromItsOwnContextIsBlack) {
+    for (const std::uint8_t byte : std::array<std::uint8_t, 2>{0xA5, 0x5A}) {
+        for (const std::int32_t side : {19, 20, 21}) {
+            const Poison poison(byte);
+            cDIB dib;
+            ASSERT_TRUE(dib.Create(20, 20, 32));
+            ASSERT_TRUE(dib.CreateFromHdc(*dib.hDIBDC(), side, side));
+            const std::span<const std::uint8_t> bits(dib.lpBits(), static_cast<std::size_t>(dib.Size()));
+            EXPECT_EQ(std::ranges::count(bits, 0), dib.Size()) << side;
+        }
+    }
 }
 
 // The tests above rely on this.
