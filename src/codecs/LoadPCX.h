@@ -26,8 +26,11 @@ class LoadPCX {
 
     /// Decodes the file into CBitmap::CurrentBitmap. A depth that is not known decodes nothing and fails
     /// nothing; the sizes are then the new file's, the current bitmap the one before. Failures: the file's
-    /// own; Overflow for a side outside 16 bits; SubscriptOutOfRange for a picture without pixels or with
-    /// fewer lines in the file than in the header; DeviceIo for an 8-bit file too short for a palette.
+    /// own; Overflow for a side outside 16 bits and for lines of more than 32767 bytes in all planes;
+    /// SubscriptOutOfRange for a picture without pixels, for lines of no bytes at 1 or 8 bits on one plane,
+    /// and for fewer lines in the file than in the header unless the planes are four; DeviceIo for an 8-bit
+    /// file too short for a palette; OutOfMemory, on three planes also for a picture of 2 GiB and more. On
+    /// one or four planes such a picture leaves no current bitmap.
     void Load(const std::string& fileName);
 
     /// Unit of the size properties: 0 pixels, 1 twips. A value above 1 is stored as 1.

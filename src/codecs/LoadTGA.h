@@ -26,10 +26,14 @@ class LoadTGA {
 
     /// Decodes the file into CBitmap::CurrentBitmap. The depth of the pixels decides and nothing else; a
     /// depth that is not known decodes nothing and fails nothing: Width, Height and the current bitmap are
-    /// then the ones before. Failures: the file's own; Overflow for a side or a row of 32768 bits and more;
-    /// SubscriptOutOfRange for a picture without pixels, for a colour map of more than 256 or fewer than 1
-    /// entries, for rows that the file lacks at 8 bits, and for an 8-bit file on an object that has never
-    /// read a colour map of 24 bits.
+    /// then the ones before. Failures: the file's own; Overflow for a side outside 16 bits and, above 8 bits,
+    /// for a row of 32768 bits and more; OutOfMemory, at 24 and 32 bits also for a picture of 2 GiB and more;
+    /// SubscriptOutOfRange
+    /// - at 8 bits, for a picture without pixels, a colour map of more than 256 or fewer than 1 entries, rows
+    ///   that the file lacks, and any file on an object that has never read a colour map of 24 bits;
+    /// - at 16 bits, for packets of fewer than 0 pixels;
+    /// - at 24 and 32 bits, for a picture without pixels and fewer than 2 bytes of them in the file.
+    /// Any other picture without pixels or of 2 GiB and more leaves no current bitmap.
     void Load(const std::string& fileName);
 
     /// Draws the current bitmap, whichever reader made it, as a picture of this object's size.

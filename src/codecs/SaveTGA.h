@@ -21,10 +21,12 @@ class SaveTGA {
     /// like when the file cannot be deleted or written. The surface and its container keep their scale modes.
     void SaveTGAinFile(const std::string& filename, PictureSurface& ThePicture, Truth Compress);
 
-    /// Run-length packets of pixels of 3 bytes, `width` pixels a row. Only where every row ends in a run does
-    /// a decoder get the picture back, because:
-    /// - a raw packet ends before the last pixel of its row, and that pixel is left out of the stream when
-    ///   the next row, or the zeros behind the picture, begin with its equal;
+    /// Run-length packets of pixels of 3 bytes, `width` pixels a row; a run holds at most 128 pixels. A
+    /// decoder is sure to get the picture back only where every row closes with 2 or more equal pixels, not
+    /// one more than a multiple of 128, and no more than 128 pixels in turn differ from their next. For:
+    /// - the last pixel of a row belongs neither to a raw packet that ends there nor to a full run of 128
+    ///   before it. It is left out of the stream when the next row, or the zeros behind the picture, begin
+    ///   with its equal;
     /// - otherwise it begins a raw packet that goes on into the next row; when that packet holds more than
     ///   this pixel, no row end is seen from there on;
     /// - raw packets know no limit: 129 to 256 pixels get the length byte of a run, more are an Overflow;

@@ -32,11 +32,12 @@ class mDither8bpp {
     /// Reduces the source to at most 256 colours and draws the result at the top left of the target, which
     /// may be the same surface. The size is the source's outer size; it is drawn at the source's inner size.
     /// False when a copy of the source cannot be made, as of a surface without pixels. Overflow for a size
-    /// beyond 32 bits.
+    /// beyond 32 bits and when there is no memory for the sample that the palette is made of; OutOfMemory or
+    /// std::bad_alloc when there is none for the rest.
     bool transform_to_8bit(PictureSurface& source, PictureSurface& target);
 
-    /// Writes a surface as a 32-bit BMP file. False when a copy cannot be made; failures of files as in
-    /// cDIB::Save.
+    /// Writes a surface as a 32-bit BMP file. False when a copy cannot be made; Overflow for a size beyond 32
+    /// bits; failures of files as in cDIB::Save.
     bool save_bmp(const std::string& file_name, PictureSurface& surface);
 
     /// Optimal unless set otherwise: the picture's own palette. Halftone takes the 6 by 6 by 6 colour cube.

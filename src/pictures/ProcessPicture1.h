@@ -14,7 +14,9 @@ namespace varnoth {
 /// Every operation with a picture answers false for one of fewer than 24 bits and leaves it as it was. The
 /// buffers are kept while pictures have the same size, and only the size is compared: a picture of the size
 /// that was last refused, or that stood there before Destroy_TheBits, meets a buffer of one element, which is
-/// a SubscriptOutOfRange. A picture without width is DivisionByZero, one without height SubscriptOutOfRange.
+/// a SubscriptOutOfRange. A picture without width is DivisionByZero, one without height SubscriptOutOfRange;
+/// OutOfMemory when the buffers cannot be had. After these three the buffers are not for that size, though
+/// it counts as the last one.
 class ProcessPicture1 {
   public:
     ProcessPicture1();

@@ -48,11 +48,13 @@ std::string_view sprite_type_name(std::int32_t sprite_type);
 /// Draws the frame at a display position in its plain palette colours; the picture takes the sprite's size.
 /// The position comes back as the number of the stored frame: callers go on from there.
 /// SubscriptOutOfRange for a position without a frame, a frame shorter than the sprite's size, or a size of
-/// 0.
+/// 0; InvalidPropertyValue for a size below 0; Overflow or OutOfMemory for one that a picture cannot have.
 void draw_frame(std::int16_t& frame_number, PictureSurface& picture);
 
 /// Appends a frame: for each pixel of the picture the nearest index in the last import's lookup palette. The
-/// first frame brings the import's palette into the document. Overflow beyond 32,767 frames.
+/// first frame brings the import's palette into the document. Overflow for the 32,769th frame, whose number
+/// leaves 16 bits, and before the first import; SubscriptOutOfRange for a picture without pixels or of fewer
+/// than 24 bits; OutOfMemory. FrameCount has gone up by then.
 void add_frame(PictureSurface& picture);
 
 /// Gives the document's palette the colours of ImportPalette.
