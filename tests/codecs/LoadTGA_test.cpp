@@ -77,6 +77,12 @@ TEST_F(LoadTga, TheProbeAcceptsEightTypesAndFourDepths) {
     }
 }
 
+TEST_F(LoadTga, TheProbeAcceptsASideOf0AndBelow) {
+    EXPECT_EQ(info(header_of(2, 24, 3, 0)), (Info{True, 3, 0, 24}));
+    EXPECT_EQ(info(header_of(2, 24, 0, 2)), (Info{True, 0, 2, 24}));
+    EXPECT_EQ(info(header_of(2, 24, -3, -2)), (Info{True, -3, -2, 24}));
+}
+
 TEST_F(LoadTga, TheProbeTurnsAFileThatCannotBeOpenedIntoFalse) {
     EXPECT_EQ(info_of(folder.file("none.tga")), (Info{False, 77, 77, 77}));
     EXPECT_EQ(info_of(folder.path()), (Info{False, 77, 77, 77}));

@@ -149,16 +149,23 @@ Colour dithered_grey(std::int32_t value, std::int32_t column_phase, std::int32_t
     return greys.surface.Point(x, y);
 }
 
-TEST(Dither, BlackAtPlace0IsLevel0) {
+// Black and white are level 0 and 15 at every place: the values beside show which place it is.
+
+TEST(Dither, AtPlace0BlackAnd1AreLevel0And2IsLevel1) {
     EXPECT_EQ(dithered_grey(0, 0, 0), grey(0)); // 0 + 8 - 1 = 7
+    EXPECT_EQ(dithered_grey(1, 0, 0), grey(0)); // 8 / 17 = 0.47
+    EXPECT_EQ(dithered_grey(2, 0, 0), grey(17));
 }
 
-TEST(Dither, White255AtThePlaceOf16IsLevel15) {
+TEST(Dither, AtThePlaceOf16White255IsLevel15And254IsLevel14) {
     EXPECT_EQ(dithered_grey(255, 0, 3), grey(255)); // 247 / 17 = 14.53
+    EXPECT_EQ(dithered_grey(254, 0, 3), grey(238)); // 246 / 17 = 14.47
 }
 
-TEST(Dither, White255AtPlace0IsHeldToLevel15) {
-    EXPECT_EQ(dithered_grey(255, 0, 0), grey(255)); // 262 / 17 = 15.41
+TEST(Dither, AtPlace0White255And240AreLevel15And239IsLevel14) {
+    EXPECT_EQ(dithered_grey(255, 0, 0), grey(255)); // 262 / 17 = 15.41, held to 15
+    EXPECT_EQ(dithered_grey(240, 0, 0), grey(255)); // 247 / 17 = 14.53
+    EXPECT_EQ(dithered_grey(239, 0, 0), grey(238));
 }
 
 TEST(Dither, Channel8IsLevel0AtThePlaceOf16AndLevel1AtThePlaceOf1) {

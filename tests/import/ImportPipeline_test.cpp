@@ -6,11 +6,13 @@
 #include <gtest/gtest.h>
 
 #include "import/mixpals.h"
+#include "reference/Import.h"
 #include "sprite/hlspr.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/ScriptedAddFrames.h"
 #include "support/expect_failure.h"
+#include "support/sprites.h"
 
 namespace varnoth {
 namespace {
@@ -134,6 +136,24 @@ TEST_F(ImportPipeline, TheBarNeverQuiteFillsItsRange) {
     EXPECT_EQ(view_.progress, 4);
 }
 
+// All entries selected, of files that are not there.
+class ManySelected : public ScriptedAddFrames {
+  public:
+    explicit ManySelected(std::size_t count)
+        : ScriptedAddFrames("/none", PictureFormat::Tga, false, std::vector<std::string>(count, "a.tga")) {}
+
+    bool is_selected(std::int32_t /*index*/) const override { return true; }
+};
+
+TEST_F(ImportPipeline, TheBarsRangeGoesBeyond16Bits) {
+    ManySelected form(20000);
+    view_.abort = true;
+    import_frames(form, view_);
+    EXPECT_EQ(view_.maximum, 40001);
+    ManySelected too_many(32768);
+    EXPECT_FAILURE(import_frames(too_many, view_), Overflow);
+}
+
 TEST_F(ImportPipeline, AnEightBitBmpOfTheSpritesSizeComesThroughExactly) {
     std::vector<Colour> colours;
     for (Colour i = 0; i < 256; ++i) {
@@ -145,6 +165,35 @@ TEST_F(ImportPipeline, AnEightBitBmpOfTheSpritesSizeComesThroughExactly) {
     EXPECT_EQ(frame_colours(0), colours);
     EXPECT_FALSE(happened("step Dithering..."));
     EXPECT_FALSE(happened("step Dithering Palette..."));
+}
+
+// The black that is always in the mix is the 257th colour on the sheet, which is therefore reduced, from a
+// sample of one row of 150 pixels.
+TEST_F(ImportPipeline, AnEightBitBmpOf256OtherColoursThanBlackIsReducedOnTheSheet) {
+    std::vector<Colour> colours;
+    for (Colour i = 1; i <= 256; ++i) {
+        colours.push_back(i * 0x00FB07 & 0xFFFFFF);
+    }
+    ASSERT_EQ(std::set(colours.begin(), colours.end()).size(), 256U);
+    folder_.add_bmp("a.bmp", 16, 16, colours, 8);
+    const auto form = open_all();
+    import_frames(*form, view_);
+    EXPECT_FALSE(happened("step Dithering..."));
+    EXPECT_TRUE(happened("step Dithering Palette..."));
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    const std::vector<Colour> shown = frame_colours(0);
+    EXPECT_LE(std::set(shown.begin(), shown.end()).size(), 150U);
+    const std::vector<std::uint8_t> frame = test::indices_of(hlspr::document().FrameStore.at(0));
+    const auto palette = hlspr::document().Palette.Colours;
+
+    hlspr::new_sprite(16, 16, 2, 0);
+    test::RecordedImport plain_view;
+    reference::Mixpals plain;
+    const auto plain_form = open_all();
+    reference::import_frames(*plain_form, plain_view, plain);
+    EXPECT_EQ(test::indices_of(hlspr::document().FrameStore.at(0)), frame);
+    EXPECT_EQ(hlspr::document().Palette.Colours, palette);
+    EXPECT_EQ(plain_view.events, view_.events);
 }
 
 TEST_F(ImportPipeline, ABmpOfAtMost8BitsIsNeverReducedWhateverItHolds) {
@@ -267,6 +316,53 @@ TEST_F(ImportPipeline, AnAbortDuringThePaletteStageEndsInTheSuccessMessageWithou
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(services_.messages, std::vector<std::string>{success});
     EXPECT_EQ(view_.releases, 0);
+}
+
+TEST_F(ImportPipeline, ASecondImportCancelledInThePaletteStageKeepsTheListButNoFrame) {
+    add_noise("a.bmp", 1);
+    const auto first = open_all();
+    import_frames(*first, view_);
+    const auto palette = hlspr::document().Palette.Colours;
+    hlspr::SpriteDirty = false;
+    services_.messages.clear();
+    view_.events.clear();
+    view_.releases = 0;
+    add_noise("a.bmp", 2);
+    const auto second = open_all();
+    view_.on_event = [&](const std::string& event) {
+        view_.abort = view_.abort || event == "step Finalizing Palette...";
+    };
+    import_frames(*second, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+    EXPECT_EQ(hlspr::document().Palette.Colours, palette) << "no first frame brought the new one";
+    EXPECT_EQ(view_.lines, std::vector<std::string>{"Frame 0"});
+    EXPECT_TRUE(happened("phase Adding Frames..."));
+    EXPECT_FALSE(happened("step Frame 0"));
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(view_.releases, 1) << "the list has a line";
+    EXPECT_TRUE(hlspr::SpriteDirty);
+}
+
+TEST_F(ImportPipeline, ASecondImportOfFaultedFilesAloneKeepsTheListButNoFrame) {
+    add_noise("a.bmp", 1);
+    const auto first = open_all();
+    import_frames(*first, view_);
+    const auto palette = hlspr::document().Palette.Colours;
+    hlspr::SpriteDirty = false;
+    services_.messages.clear();
+    view_.events.clear();
+    view_.releases = 0;
+    const auto second = open_all();
+    folder_.write("a.bmp", std::vector<std::uint8_t>(60, 1));
+    import_frames(*second, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+    EXPECT_EQ(hlspr::document().Palette.Colours, palette);
+    EXPECT_EQ(view_.lines, std::vector<std::string>{"Frame 0"});
+    EXPECT_TRUE(happened("step Finalizing Palette..."));
+    EXPECT_FALSE(happened("step Frame 0"));
+    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: a.bmp Bad Format/Corrupt.", success}));
+    EXPECT_EQ(view_.releases, 1) << "the list has a line";
+    EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
 TEST_F(ImportPipeline, ImportingTwiceKeepsTheSecondImportsFramesAndBothSetsOfNames) {

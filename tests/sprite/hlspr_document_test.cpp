@@ -1,10 +1,14 @@
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "sprite/hlspr.h"
+#include "support/TemporaryFolder.h"
+#include "support/pictures.h"
 #include "support/sprites.h"
 
 namespace varnoth {
@@ -17,6 +21,8 @@ using test::indices_of;
 // As the program starts, before any test has changed them.
 const bool unnamed_at_start = hlspr::UnnamedSprite;
 const bool dirty_at_start = hlspr::SpriteDirty;
+const std::string folder_at_start = hlspr::ExtractFolder;
+const SpriteDocument document_at_start = document();
 
 class SpriteDocumentTest : public testing::Test {
   protected:
@@ -32,6 +38,20 @@ void expect_one_empty_slot() {
 TEST_F(SpriteDocumentTest, AtProgramStartNoSpriteWaitsForItsNameOrToBeSaved) {
     EXPECT_FALSE(unnamed_at_start);
     EXPECT_FALSE(dirty_at_start);
+    EXPECT_EQ(folder_at_start, "");
+}
+
+template <typename Record>
+bool is_all_zero(const Record& record) {
+    return std::ranges::all_of(to_bytes(record), [](std::uint8_t byte) { return byte == 0; });
+}
+
+TEST_F(SpriteDocumentTest, AtProgramStartTheDocumentIsAllZeroWithoutFrames) {
+    EXPECT_TRUE(is_all_zero(document_at_start.SpriteHeader));
+    EXPECT_TRUE(is_all_zero(document_at_start.Palette));
+    EXPECT_TRUE(is_all_zero(document_at_start.FrameHeader));
+    EXPECT_TRUE(document_at_start.FrameStore.empty());
+    EXPECT_TRUE(document_at_start.FrameOrder.empty());
 }
 
 TEST_F(SpriteDocumentTest, ANewSpriteHasItsHeaderPaletteAndFrameHeaderSet) {
@@ -128,14 +148,25 @@ TEST_F(SpriteDocumentTest, ClearingFramesLeavesHeaderPaletteAndFrameHeaderUnchan
     expect_one_empty_slot();
 }
 
-TEST_F(SpriteDocumentTest, TheDocumentStartsAllZero) {
-    EXPECT_EQ(document().SpriteHeader.FrameCount, 0);
-    EXPECT_EQ(document().SpriteHeader.Ident, (std::array<char, 4>{}));
-    EXPECT_EQ(document().Palette.ColourCount, 0);
-}
-
-TEST_F(SpriteDocumentTest, ThereIsOneDocument) {
-    EXPECT_EQ(&document(), &document());
+// Every form holds on to the document, so none of these may put another one in its place.
+TEST_F(SpriteDocumentTest, EveryCommandChangesTheOneDocumentInPlace) {
+    const test::TemporaryFolder folder;
+    const SpriteDocument& sprite = document();
+    hlspr::new_sprite(1, 1, 4, 3);
+    EXPECT_EQ(sprite.SpriteHeader.SpriteType, 4);
+    mixpals::ImportPalette[0] = {1, 2, 3, 0};
+    mixpals::MakeLookupPalette();
+    hlspr::add_frame(*test::surface_of(1, 1, {0}));
+    EXPECT_EQ(sprite.SpriteHeader.FrameCount, 1);
+    EXPECT_EQ(sprite.FrameStore.size(), 1U);
+    EXPECT_EQ(sprite.Palette.Colours[0], (PaletteColour{3, 2, 1}));
+    EXPECT_EQ(hlspr::save_sprite(folder.file("a.spr")), True);
+    hlspr::clear_frames();
+    EXPECT_EQ(sprite.SpriteHeader.FrameCount, 0);
+    EXPECT_EQ(hlspr::load_sprite(folder.file("a.spr")), True);
+    EXPECT_EQ(sprite.SpriteHeader.FrameCount, 1);
+    EXPECT_EQ(&document(), &sprite);
+    test::reset_mixpals();
 }
 
 TEST_F(SpriteDocumentTest, ModesAndTypesHaveTheirNamesAndAnyOtherNumberIsMinusOne) {
