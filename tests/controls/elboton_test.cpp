@@ -87,6 +87,22 @@ TEST(Elboton, AskedFor100TwipsItIs500WideAndAlways360High) {
     EXPECT_EQ(button.line("lineB(0)").X1, 500.0 / 15 - 1);
 }
 
+TEST(Elboton, HeightsFollowVerticalAndWidthsHorizontalTwips) {
+    const test::OtherScreen flat(20, 12);
+    elboton button("b", nullptr);
+    button.SetWidth(100);
+    EXPECT_EQ(button.size(), QSize(25, 30)); // 500 / 20 by 360 / 12
+    EXPECT_EQ(button.Width(), 500);
+    EXPECT_EQ(button.Height(), 360);
+}
+
+TEST(Elboton, IsExactly360TwipsHighWhereThatIsNoWholePixel) {
+    const test::OtherScreen flat(15, 16);
+    const elboton button("b", nullptr);
+    EXPECT_EQ(button.height(), 22); // 22.5, the tie to even
+    EXPECT_EQ(button.Height(), 360);
+}
+
 TEST(Elboton, ItsEdgesAreOneLightAndOneDarkPixel) {
     Button button("");
     for (const int scale : {1, 2}) {

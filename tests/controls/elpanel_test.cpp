@@ -85,6 +85,13 @@ TEST(Elpanel, ItsEdgesFollowTheSize) {
     }
 }
 
+TEST(Elpanel, BothSizesAreDividedByTheHorizontalTwips) {
+    const test::OtherScreen flat(20, 12);
+    Panel panel(100, 50);
+    EXPECT_EQ(panel->part<LinePart>("LineB(0)").X1, 99);
+    EXPECT_EQ(panel->part<LinePart>("LineB(1)").Y1, 50.0 * 12 / 20 - 1);
+}
+
 TEST(Elpanel, NarrowerThan26PixelsItPutsTheCloseButtonAtANegativeLeft) {
     Panel panel(20, 40);
     EXPECT_EQ(panel.box("Picture2").Left, -6);

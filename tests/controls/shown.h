@@ -129,8 +129,10 @@ inline void double_click(QWidget& widget, const QPoint& point) {
 /// Sets the screen's twips per pixel and puts them back at the end.
 class OtherScreen {
   public:
-    explicit OtherScreen(double twips_per_pixel) : before_(screen()) {
-        screen() = {twips_per_pixel, twips_per_pixel};
+    explicit OtherScreen(double twips_per_pixel) : OtherScreen(twips_per_pixel, twips_per_pixel) {}
+
+    OtherScreen(double twips_across, double twips_down) : before_(screen()) {
+        screen() = {twips_across, twips_down};
     }
 
     ~OtherScreen() { screen() = before_; }

@@ -232,6 +232,18 @@ TEST(Elframe, IsASunkenRectangleThatFollowsItsSize) {
     EXPECT_EQ(frame->part<LinePart>("LineA(0)").BorderColor, dark);
 }
 
+TEST(Elframe, IsSizedByTheTwipsOfEachDirection) {
+    const OtherScreen flat(20, 12);
+    Shown<elframe> frame(10, 10);
+    frame->SetWidth(600);
+    frame->SetHeight(600);
+    EXPECT_EQ(frame->size(), QSize(30, 50));
+    EXPECT_EQ(frame->Width(), 600);
+    EXPECT_EQ(frame->Height(), 600);
+    EXPECT_EQ(frame->part<LinePart>("LineB(0)").X1, 29);
+    EXPECT_EQ(frame->part<LinePart>("LineB(1)").Y1, 49);
+}
+
 TEST(Elframe, TheObtainedBackgroundLeavesOutTheEdge) {
     Shown<elframe> frame(40, 30);
     test::TestSurface behind(100, 100, 32, 0, 0xFFFFFF);

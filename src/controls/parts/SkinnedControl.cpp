@@ -23,8 +23,12 @@ namespace {
 constexpr double twips_per_point = 20;
 constexpr double font_size_places = 10000;
 
-int pixels(double twips) {
+int pixels_across(double twips) {
     return round_to_even<int>(twips / varnoth::screen().TwipsPerPixelX);
+}
+
+int pixels_down(double twips) {
+    return round_to_even<int>(twips / varnoth::screen().TwipsPerPixelY);
 }
 
 } // namespace
@@ -178,12 +182,13 @@ QVariant SkinnedControl::ambient(const char* property) const {
 // Sizes.
 
 void SkinnedControl::fix_height(double twips) {
-    setFixedHeight(pixels(twips));
+    fixed_height_ = twips;
+    setFixedHeight(pixels_down(twips));
 }
 
 void SkinnedControl::set_minimum_width(double twips) {
     minimum_width_ = twips;
-    setMinimumWidth(pixels(twips));
+    setMinimumWidth(pixels_across(twips));
 }
 
 double SkinnedControl::Width() const {
@@ -191,7 +196,7 @@ double SkinnedControl::Width() const {
 }
 
 double SkinnedControl::Height() const {
-    return height() * varnoth::screen().TwipsPerPixelY;
+    return fixed_height_ > 0 ? fixed_height_ : height() * varnoth::screen().TwipsPerPixelY;
 }
 
 double SkinnedControl::width_in_pixels() const {
@@ -199,11 +204,11 @@ double SkinnedControl::width_in_pixels() const {
 }
 
 void SkinnedControl::SetWidth(double twips) {
-    resize(pixels(twips), height());
+    resize(pixels_across(twips), height());
 }
 
 void SkinnedControl::SetHeight(double twips) {
-    resize(width(), pixels(twips));
+    resize(width(), pixels_down(twips));
 }
 
 // Pixels.

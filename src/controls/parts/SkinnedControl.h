@@ -129,8 +129,8 @@ class SkinnedControl : public QWidget {
     void add_part(const QString& name, Part& part);
     void name_part(const QString& name, Part& part);
 
-    /// The control is always that high and at least that wide, both in twips. A width in pixels that stands
-    /// for the minimum, rounded, counts as the minimum.
+    /// The control is always that high and at least that wide, both in twips, even where that is not a whole
+    /// number of pixels.
     void fix_height(double twips);
     void set_minimum_width(double twips);
 
@@ -218,6 +218,7 @@ class SkinnedControl : public QWidget {
     SurfaceContainer container_;
     std::unique_ptr<PictureSurface> surface_;
     std::int32_t background_edge_ = 0;
+    double fixed_height_ = 0; ///< in twips; 0 for a control of any height
     double minimum_width_ = 0;
 
     Part* held_part_ = nullptr;
