@@ -87,6 +87,15 @@ TEST(Elboton, AskedFor100TwipsItIs500WideAndAlways360High) {
     EXPECT_EQ(button.line("lineB(0)").X1, 500.0 / 15 - 1);
 }
 
+TEST(Elboton, IsLaidOutWhenItsWidthIsSetWhileItIsHidden) {
+    elboton button("b", nullptr);
+    button.SetCenterCaption(true);
+    button.SetCaption("");
+    button.SetWidth(1500);
+    EXPECT_EQ(button.part<TextPart>("label").Left, 50);
+    EXPECT_EQ(button.part<LinePart>("lineB(0)").X1, 99);
+}
+
 TEST(Elboton, HeightsFollowVerticalAndWidthsHorizontalTwips) {
     const test::OtherScreen flat(20, 12);
     elboton button("b", nullptr);

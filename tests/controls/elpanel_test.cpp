@@ -85,6 +85,37 @@ TEST(Elpanel, ItsEdgesFollowTheSize) {
     }
 }
 
+TEST(Elpanel, ItsPartsFollowASizeSetWhileItIsHidden) {
+    elpanel panel("p", nullptr);
+    panel.setGeometry(0, 0, 200, 90);
+    EXPECT_EQ(panel.part<LinePart>("LineB(0)").X1, 199);
+    EXPECT_EQ(panel.part<LinePart>("LineB(1)").Y1, 89);
+    EXPECT_EQ(panel.part<BoxPart>("Picture2").Left, 174);
+    EXPECT_EQ(panel.part<TextPart>("Label1").Width, 145);
+}
+
+TEST(Elpanel, ItsDrawingContextFollowsASizeSetWhileItIsHidden) {
+    elpanel panel("p", nullptr);
+    panel.resize(30, 20);
+    panel.get_the_hdc();
+    panel.resize(50, 40);
+    const Bitmap& pixels = *panel.get_the_hdc().bitmap();
+    EXPECT_EQ(pixels.width(), 50);
+    EXPECT_EQ(pixels.height(), 40);
+    EXPECT_EQ(pixels.pixel(49, 39), look::window_background);
+}
+
+TEST(Elpanel, AHiddenOneTakesABackgroundOfItsNewSize) {
+    elpanel panel("p", nullptr);
+    panel.resize(30, 20);
+    panel.get_the_hdc();
+    panel.resize(50, 40);
+    test::TestSurface behind(100, 100, 32, 0, 0xFFFFFF);
+    panel.obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
+    EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(48, 38), 0xFFFFFF);
+    EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(49, 38), look::window_background);
+}
+
 TEST(Elpanel, BothSizesAreDividedByTheHorizontalTwips) {
     const test::OtherScreen flat(20, 12);
     Panel panel(100, 50);

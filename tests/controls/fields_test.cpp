@@ -69,13 +69,20 @@ TEST(Eltexto, TheFieldRisesOnePixelAtEachResize) {
     eltexto text("t", nullptr);
     EXPECT_EQ(text.Text1().pos(), QPoint(4, 3));
     text.resize(100, 20);
-    picture_of(text); // a control that is not shown yet is resized now
     EXPECT_EQ(text.Text1().pos(), QPoint(4, 2));
     EXPECT_EQ(text.Text1().width(), 92);
     text.resize(120, 20);
-    picture_of(text);
     EXPECT_EQ(text.Text1().pos(), QPoint(4, 1));
     EXPECT_EQ(text.Text1().width(), 112);
+}
+
+TEST(Eltexto, TheFieldDoesNotRiseWithoutANewSize) {
+    eltexto text("t", nullptr);
+    text.setGeometry(10, 10, 100, 20);
+    text.setGeometry(30, 10, 100, 20);
+    text.resize(100, 20);
+    picture_of(text); // Qt delivers the resize event that it held back
+    EXPECT_EQ(text.Text1().pos(), QPoint(4, 2));
 }
 
 TEST(Eltexto, ShownForTheFirstTimeItHasRisenOnce) {

@@ -181,6 +181,30 @@ QVariant SkinnedControl::ambient(const char* property) const {
 
 // Sizes.
 
+void SkinnedControl::setGeometry(const QRect& geometry) {
+    QWidget::setGeometry(geometry);
+    follow_size();
+}
+
+void SkinnedControl::resize(const QSize& size) {
+    QWidget::resize(size);
+    follow_size();
+}
+
+// A hidden widget gets its resize event when it is shown, long after it was laid out.
+void SkinnedControl::follow_size() {
+    if (size() == laid_out_size_) {
+        return;
+    }
+    laid_out_size_ = size();
+    if (surface_) {
+        surface_->SetWidth(width());
+        surface_->SetHeight(height());
+    }
+    resized();
+    update();
+}
+
 void SkinnedControl::fix_height(double twips) {
     fixed_height_ = twips;
     setFixedHeight(pixels_down(twips));
@@ -287,14 +311,7 @@ void SkinnedControl::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void SkinnedControl::resizeEvent(QResizeEvent* /*event*/) {
-    at_event_edge([this] {
-        if (surface_) {
-            surface_->SetWidth(width());
-            surface_->SetHeight(height());
-        }
-        resized();
-        update();
-    });
+    at_event_edge([this] { follow_size(); });
 }
 
 void SkinnedControl::mousePressEvent(QMouseEvent* event) {

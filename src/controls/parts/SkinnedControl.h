@@ -82,6 +82,19 @@ class SkinnedControl : public QWidget {
     /// Takes the properties from a bag; what is missing there takes its fallback. The host is not told.
     void ReadProperties(const PropertyBag& bag);
 
+    // Geometry in pixels. The parts follow a new size at once, also while the control is hidden; QWidget tells
+    // a hidden widget of its size only when it is shown.
+
+    void setGeometry(const QRect& geometry);
+
+    void setGeometry(int left, int top, int width, int height) {
+        setGeometry(QRect(left, top, width, height));
+    }
+
+    void resize(const QSize& size);
+
+    void resize(int width, int height) { resize(QSize(width, height)); }
+
     // Sizes in twips, 1/1440 inch.
 
     double Width() const;
@@ -204,6 +217,7 @@ class SkinnedControl : public QWidget {
     Part* part_at(const QPointF& point, QPointF& within);
     void press(QMouseEvent* event);
     QVariant ambient(const char* property) const;
+    void follow_size();
 
     const std::vector<PersistedProperty>& properties_;
     Colour back_colour_ = 0;
@@ -218,6 +232,7 @@ class SkinnedControl : public QWidget {
     SurfaceContainer container_;
     std::unique_ptr<PictureSurface> surface_;
     std::int32_t background_edge_ = 0;
+    QSize laid_out_size_;     ///< what the parts and the pixels are laid out for
     double fixed_height_ = 0; ///< in twips; 0 for a control of any height
     double minimum_width_ = 0;
 
