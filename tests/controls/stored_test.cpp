@@ -15,6 +15,7 @@
 #include "controls/elradio.h"
 #include "controls/eltexto.h"
 #include "controls/shown.h"
+#include "platform/qt/look.h"
 #include "support/expect_failure.h"
 
 namespace varnoth {
@@ -237,6 +238,27 @@ TEST_P(StoredControl, TheFontIsTheHostsWhereThatHasOne) {
     }
     EXPECT_EQ(hosted->objectName(), "control");
     EXPECT_EQ(hosted->parentWidget(), &host);
+}
+
+TEST_P(StoredControl, TheFontIsTheHostsAlsoWhereThatInheritedIt) {
+    QWidget window;
+    window.setFont(other_font());
+    elframe frame("frame", &window);
+    const std::unique_ptr<SkinnedControl> hosted = GetParam().make(&frame);
+    if (hosted->property("Font").isValid()) {
+        EXPECT_EQ(hosted->FontName(), "Courier");
+        EXPECT_EQ(hosted->FontSize(), 12);
+        EXPECT_TRUE(hosted->FontUnderline());
+    }
+}
+
+TEST_P(StoredControl, TheFontIsTheDesignFontWhereNoHostHasOne) {
+    QWidget window;
+    elframe frame("frame", &window);
+    const std::unique_ptr<SkinnedControl> hosted = GetParam().make(&frame);
+    if (hosted->property("Font").isValid()) {
+        EXPECT_EQ(hosted->Font(), look::design_font());
+    }
 }
 
 TEST_P(StoredControl, TheFontsPartsWinOverTheFontWhenStored) {

@@ -31,6 +31,17 @@ int pixels_down(double twips) {
     return round_to_even<int>(twips / varnoth::screen().TwipsPerPixelY);
 }
 
+// Whether a font was set for that widget or for one whose font it inherits. The application's font does not
+// count: it stands in for the design font.
+bool has_own_font(const QWidget* widget) {
+    for (; widget != nullptr; widget = widget->isWindow() ? nullptr : widget->parentWidget()) {
+        if (widget->testAttribute(Qt::WA_SetFont)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 SkinnedControl::SkinnedControl(const QString& name, QWidget* parent,
@@ -174,9 +185,7 @@ QVariant SkinnedControl::ambient(const char* property) const {
     if (std::strcmp(property, "Font") != 0) {
         return this->property(property);
     }
-    const QWidget* host = parentWidget();
-    const bool host_has_font = host != nullptr && host->testAttribute(Qt::WA_SetFont);
-    return host_has_font ? host->font() : look::design_font();
+    return has_own_font(parentWidget()) ? parentWidget()->font() : look::design_font();
 }
 
 // Sizes.
