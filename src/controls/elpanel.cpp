@@ -5,7 +5,6 @@
 #include "base/numbers.h"
 #include "controls/parts/panel_icon.h"
 #include "platform/Screen.h"
-#include "platform/alpha_blend.h"
 #include "platform/qt/look.h"
 
 namespace varnoth {
@@ -125,8 +124,10 @@ std::int32_t elpanel::set_the_hdc(const DrawingContext& context) {
 
 void elpanel::obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
                                    std::int16_t cantidad) {
-    SkinnedControl::obtener_imagen_fondo(origen, x, y, cantidad);
+    // Unlike the other controls, the panel is not cleared when there is no such alpha.
     const BLENDFUNCTION blend{.SourceConstantAlpha = narrow<std::uint8_t>(cantidad)};
+    surface().Cls();
+    blend_background(origen, x, y, blend);
     alpha_blend(picture2_.surface().hDC(),
                 {1, 1, round_to_even<std::int32_t>(picture2_.Width) - 2,
                  round_to_even<std::int32_t>(picture2_.Height) - 2},

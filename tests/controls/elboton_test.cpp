@@ -334,5 +334,13 @@ TEST(Elboton, TheObtainedBackgroundIsMixedWithTheClearedSurface) {
     EXPECT_FAILURE(button->obtener_imagen_fondo(behind.hDC(), 0, 0, -1), Overflow);
 }
 
+TEST(Elboton, IsClearedBeforeAnAlphaOutOfRangeFails) {
+    Button button("");
+    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
+    button->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
+    EXPECT_FAILURE(button->obtener_imagen_fondo(behind.hDC(), 0, 0, 256), Overflow);
+    EXPECT_EQ(button->get_the_hdc().bitmap()->pixel(5, 5), look::window_background);
+}
+
 } // namespace
 } // namespace varnoth

@@ -392,6 +392,15 @@ TEST(Elpanel, TheCloseButtonTakesItsShareOfTheObtainedBackground) {
     EXPECT_FAILURE(panel->obtener_imagen_fondo(behind.hDC(), 0x7FFFFFFF, 0, 255), Overflow);
 }
 
+TEST(Elpanel, AnAlphaOutOfRangeFailsBeforeThePanelIsCleared) {
+    Panel panel;
+    test::TestSurface drawn(300, 200, 32, 0, 0x0000FF);
+    panel->set_the_hdc(drawn.hDC());
+    test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
+    EXPECT_FAILURE(panel->obtener_imagen_fondo(behind.hDC(), 0, 0, 256), Overflow);
+    EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(5, 5), 0x0000FF);
+}
+
 TEST(Elpanel, TheCloseButtonIsNotClearedBeforeItTakesABackground) {
     Panel panel;
     panel->SetBackColor(0);

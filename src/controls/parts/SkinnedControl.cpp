@@ -12,7 +12,6 @@
 #include "base/numbers.h"
 #include "controls/parts/accessible.h"
 #include "platform/Screen.h"
-#include "platform/alpha_blend.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/look.h"
 
@@ -267,6 +266,11 @@ void SkinnedControl::obtener_imagen_fondo(const DrawingContext& origen, std::int
                                           std::int16_t cantidad) {
     surface().Cls();
     const BLENDFUNCTION blend{.SourceConstantAlpha = narrow<std::uint8_t>(cantidad)};
+    blend_background(origen, x, y, blend);
+}
+
+void SkinnedControl::blend_background(const DrawingContext& origen, std::int32_t x, std::int32_t y,
+                                      const BLENDFUNCTION& blend) {
     const std::int32_t edge = background_edge_;
     alpha_blend(surface().hDC(),
                 {edge, edge, round_to_even<std::int32_t>(ScaleWidth()) - 2 * edge,

@@ -13,6 +13,7 @@
 #include "controls/parts/Part.h"
 #include "controls/parts/PropertyBag.h"
 #include "platform/DrawingContext.h"
+#include "platform/alpha_blend.h"
 #include "platform/qt/mouse.h"
 
 namespace varnoth {
@@ -190,6 +191,10 @@ class SkinnedControl : public QWidget {
     /// The second press of a fast pair. True when the part has a double click, which then takes the place of
     /// the second click.
     virtual bool part_double_clicked(Part* /*part*/) { return false; }
+
+    /// Blends into the control what `origen` shows from (x, y) on, but for the edge that is left out.
+    void blend_background(const DrawingContext& origen, std::int32_t x, std::int32_t y,
+                          const BLENDFUNCTION& blend);
 
     /// The control's pixels; made in its size and background when they are first asked for.
     PictureSurface& surface();
