@@ -87,11 +87,21 @@ void elboton::show_shadow() {
     caption_.set_shadow(DropShadow());
 }
 
+void elboton::sink() {
+    edges_.colour_top_left(Color3DDark());
+    edges_.colour_bottom_right(Color3DLight());
+    update();
+}
+
+void elboton::raise_again() {
+    edges_.colour_bottom_right(Color3DDark());
+    edges_.colour_top_left(Color3DLight());
+    update();
+}
+
 void elboton::part_pressed(Part* /*part*/, const MouseArguments& mouse) {
     if (mouse.Button == left_button) {
-        edges_.colour_top_left(Color3DDark());
-        edges_.colour_bottom_right(Color3DLight());
-        update();
+        sink();
     }
     emit MouseDown(mouse.Button, mouse.Shift, mouse.x, mouse.y);
 }
@@ -104,11 +114,13 @@ void elboton::part_moved(Part* part, const MouseArguments& mouse) {
 
 void elboton::part_released(Part* /*part*/, const MouseArguments& mouse) {
     if (mouse.Button == left_button) {
-        edges_.colour_bottom_right(Color3DDark());
-        edges_.colour_top_left(Color3DLight());
-        update();
+        raise_again();
     }
     emit MouseUp(mouse.Button, mouse.Shift, mouse.x, mouse.y);
+}
+
+void elboton::part_abandoned(Part* /*part*/) {
+    raise_again();
 }
 
 void elboton::part_clicked(Part* /*part*/) {

@@ -52,6 +52,8 @@ class elboton final : public SkinnedControl {
     void MouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
 
   private:
+    void sink();
+    void raise_again();
     void resized() override;
     void layout_step() override;
     void show_fore_colour() override;
@@ -62,6 +64,7 @@ class elboton final : public SkinnedControl {
     void part_pressed(Part* part, const MouseArguments& mouse) override;
     void part_moved(Part* part, const MouseArguments& mouse) override;
     void part_released(Part* part, const MouseArguments& mouse) override;
+    void part_abandoned(Part* part) override;
     void part_clicked(Part* part) override;
 
     ShadowedText caption_;

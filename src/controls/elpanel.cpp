@@ -5,6 +5,7 @@
 #include "base/numbers.h"
 #include "controls/parts/panel_icon.h"
 #include "platform/Screen.h"
+#include "platform/alpha_blend.h"
 #include "platform/qt/look.h"
 
 namespace varnoth {
@@ -227,6 +228,12 @@ void elpanel::part_released(Part* part, const MouseArguments& mouse) {
         emit IconMouseUp(mouse.Button, mouse.Shift, mouse.x, mouse.y);
     } else {
         emit MouseUp(mouse.Button, mouse.Shift, mouse.x, mouse.y);
+    }
+}
+
+void elpanel::part_abandoned(Part* part) {
+    if (is_close_button(part)) {
+        raise_close_button();
     }
 }
 

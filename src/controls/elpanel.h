@@ -106,6 +106,7 @@ class elpanel final : public SkinnedControl {
     void part_pressed(Part* part, const MouseArguments& mouse) override;
     void part_moved(Part* part, const MouseArguments& mouse) override;
     void part_released(Part* part, const MouseArguments& mouse) override;
+    void part_abandoned(Part* part) override;
     void part_clicked(Part* part) override;
     bool part_double_clicked(Part* part) override;
 

@@ -167,6 +167,48 @@ TEST(Elboton, AReleaseOutsideRestoresTheRaisedLook) {
     EXPECT_EQ(button.log, (QStringList{"MouseDown 1 0 76,12", "MouseUp 1 0 300,200"}));
 }
 
+// A press whose release goes nowhere, as a disabled control gets no mouse events.
+void press_without_release(Button& button) {
+    QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
+    button->SetEnabled(false);
+    QTest::mouseRelease(&button.control, Qt::LeftButton, {}, button.on_surface());
+    button->SetEnabled(true);
+    ASSERT_TRUE(button.sunken());
+    button.log.clear();
+}
+
+TEST(Elboton, AMoveWithoutAButtonAfterALostReleaseRaisesIt) {
+    Button button;
+    press_without_release(button);
+    test::move(button.control, button.text("label").place().topLeft().toPoint() + QPoint(2, 1));
+    EXPECT_TRUE(button.raised());
+    EXPECT_EQ(button.log, QStringList{"MouseMove 0 0 2,1"});
+}
+
+TEST(Elboton, AMoveWithAButtonHeldLeavesItSunken) {
+    Button button;
+    QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
+    test::move(button.control, QPoint(300, 200), Qt::LeftButton);
+    EXPECT_TRUE(button.sunken());
+}
+
+TEST(Elboton, ANewPressAfterALostReleaseFindsItRaised) {
+    Button button;
+    press_without_release(button);
+    QTest::mousePress(&button.control, Qt::RightButton, {}, button.on_surface());
+    EXPECT_TRUE(button.raised());
+    QTest::mouseRelease(&button.control, Qt::RightButton, {}, button.on_surface());
+    EXPECT_EQ(button.log, (QStringList{"MouseDown 2 0 76,12", "MouseUp 2 0 76,12"}));
+}
+
+TEST(Elboton, AReleaseAloneAfterALostReleaseIsNoClick) {
+    Button button;
+    press_without_release(button);
+    test::move(button.control, button.on_surface());
+    QTest::mouseRelease(&button.control, Qt::LeftButton, {}, button.on_surface());
+    EXPECT_TRUE(button.log.isEmpty());
+}
+
 TEST(Elboton, AReleaseOnThePixelBehindAnEdgeIsNoClick) {
     Button button;
     for (const QPoint behind : {QPoint(80, 12), QPoint(76, 24), QPoint(-1, 12), QPoint(76, -1)}) {

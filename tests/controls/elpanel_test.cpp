@@ -202,6 +202,27 @@ TEST(Elpanel, TheCloseButtonIsSunkenWhileTheLeftButtonIsHeldOnIt) {
     }
 }
 
+TEST(Elpanel, TheCloseButtonRisesAtTheNextMoveAfterALostRelease) {
+    Panel panel;
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
+    panel->SetEnabled(false);
+    QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
+    panel->SetEnabled(true);
+    ASSERT_TRUE(panel.close_sunken());
+    test::move(panel.control, panel.on_surface());
+    EXPECT_TRUE(panel.close_raised());
+    EXPECT_EQ(panel.log, QStringList{"MouseMove 0 0 50,100"});
+}
+
+TEST(Elpanel, TheTitleLetsGoOfThePointerAfterALostRelease) {
+    Panel panel;
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_title());
+    test::move(panel.control, panel.on_surface()); // the window system kept the release to itself
+    EXPECT_EQ(panel.log.last(), "MouseMove 0 0 50,100");
+    QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, panel.on_surface());
+    EXPECT_EQ(panel.log.last(), "MouseMove 0 0 50,100");
+}
+
 TEST(Elpanel, TheCloseButtonsEdgesAreOneCrispPixel) {
     Panel panel;
     for (const int scale : {1, 2}) {

@@ -32,7 +32,7 @@ int pixels_down(double twips) {
 
 // Whether a font was set for that widget or for one whose font it inherits. The application's font does not
 // count: it stands in for the design font.
-bool has_own_font(const QWidget* widget) {
+bool is_font_set(const QWidget* widget) {
     for (; widget != nullptr; widget = widget->isWindow() ? nullptr : widget->parentWidget()) {
         if (widget->testAttribute(Qt::WA_SetFont)) {
             return true;
@@ -184,7 +184,7 @@ QVariant SkinnedControl::ambient(const char* property) const {
     if (std::strcmp(property, "Font") != 0) {
         return this->property(property);
     }
-    return has_own_font(parentWidget()) ? parentWidget()->font() : look::design_font();
+    return is_font_set(parentWidget()) ? parentWidget()->font() : look::design_font();
 }
 
 // Sizes.
@@ -341,8 +341,10 @@ void SkinnedControl::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void SkinnedControl::press(QMouseEvent* event) {
-    const bool first_button = event->buttons() == Qt::MouseButtons(event->button());
-    if (first_button || !held_) {
+    if (button_number(event->buttons()) == button_number(event->button())) {
+        abandon_press();
+    }
+    if (!held_) {
         QPointF within;
         held_part_ = part_at(event->position(), within);
         held_origin_ = event->position() - within;
@@ -353,8 +355,18 @@ void SkinnedControl::press(QMouseEvent* event) {
                  mouse_arguments(event->button(), event->modifiers(), event->position() - held_origin_));
 }
 
+void SkinnedControl::abandon_press() {
+    click_due_ = false;
+    if (std::exchange(held_, false)) {
+        part_abandoned(held_part_);
+    }
+}
+
 void SkinnedControl::mouseMoveEvent(QMouseEvent* event) {
     at_event_edge([&] {
+        if (button_number(event->buttons()) == 0) {
+            abandon_press();
+        }
         QPointF within = event->position() - held_origin_;
         Part* const part = held_ ? held_part_ : part_at(event->position(), within);
         part_moved(part, mouse_arguments(event->buttons(), event->modifiers(), within));

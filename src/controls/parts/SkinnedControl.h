@@ -185,6 +185,10 @@ class SkinnedControl : public QWidget {
     /// The release of a held part.
     virtual void part_released(Part* /*part*/, const MouseArguments& /*mouse*/) {}
 
+    /// The release of a held part never came: the control was disabled meanwhile, or the window system moved
+    /// the window. Takes back the pressed look.
+    virtual void part_abandoned(Part* /*part*/) {}
+
     /// A release of the left button over the part that was pressed.
     virtual void part_clicked(Part* /*part*/) {}
 
@@ -221,6 +225,7 @@ class SkinnedControl : public QWidget {
     const Part& named_part(const QString& name) const;
     Part* part_at(const QPointF& point, QPointF& within);
     void press(QMouseEvent* event);
+    void abandon_press();
     QVariant ambient(const char* property) const;
     void follow_size();
 
