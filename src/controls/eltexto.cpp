@@ -1,7 +1,9 @@
 #include "controls/eltexto.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
+#include <span>
 #include <utility>
 
 #include <QKeyEvent>
@@ -46,18 +48,41 @@ struct KeyNumber {
     std::int16_t number;
 };
 
-// The keys whose number is not their character in capitals.
-constexpr std::array key_numbers{
-    KeyNumber{Qt::Key_Backspace, 8},   KeyNumber{Qt::Key_Tab, 9},          KeyNumber{Qt::Key_Backtab, 9},
-    KeyNumber{Qt::Key_Return, 13},     KeyNumber{Qt::Key_Enter, 13},       KeyNumber{Qt::Key_Shift, 16},
-    KeyNumber{Qt::Key_Control, 17},    KeyNumber{Qt::Key_Alt, 18},         KeyNumber{Qt::Key_Pause, 19},
-    KeyNumber{Qt::Key_CapsLock, 20},   KeyNumber{Qt::Key_Escape, 27},      KeyNumber{Qt::Key_PageUp, 33},
-    KeyNumber{Qt::Key_PageDown, 34},   KeyNumber{Qt::Key_End, 35},         KeyNumber{Qt::Key_Home, 36},
-    KeyNumber{Qt::Key_Left, 37},       KeyNumber{Qt::Key_Up, 38},          KeyNumber{Qt::Key_Right, 39},
-    KeyNumber{Qt::Key_Down, 40},       KeyNumber{Qt::Key_Insert, 45},      KeyNumber{Qt::Key_Delete, 46},
-    KeyNumber{Qt::Key_Semicolon, 186}, KeyNumber{Qt::Key_Equal, 187},      KeyNumber{Qt::Key_Comma, 188},
-    KeyNumber{Qt::Key_Minus, 189},     KeyNumber{Qt::Key_Period, 190},     KeyNumber{Qt::Key_Slash, 191},
-    KeyNumber{Qt::Key_NumLock, 144},   KeyNumber{Qt::Key_ScrollLock, 145},
+// Keys of which Qt names the character, which may be one of two, as they stand on a US keyboard.
+constexpr std::array character_keys{
+    KeyNumber{Qt::Key_ParenRight, '0'},   KeyNumber{Qt::Key_Exclam, '1'},
+    KeyNumber{Qt::Key_At, '2'},           KeyNumber{Qt::Key_NumberSign, '3'},
+    KeyNumber{Qt::Key_Dollar, '4'},       KeyNumber{Qt::Key_Percent, '5'},
+    KeyNumber{Qt::Key_AsciiCircum, '6'},  KeyNumber{Qt::Key_Ampersand, '7'},
+    KeyNumber{Qt::Key_Asterisk, '8'},     KeyNumber{Qt::Key_ParenLeft, '9'},
+    KeyNumber{Qt::Key_Semicolon, 186},    KeyNumber{Qt::Key_Colon, 186},
+    KeyNumber{Qt::Key_Equal, 187},        KeyNumber{Qt::Key_Plus, 187},
+    KeyNumber{Qt::Key_Comma, 188},        KeyNumber{Qt::Key_Less, 188},
+    KeyNumber{Qt::Key_Minus, 189},        KeyNumber{Qt::Key_Underscore, 189},
+    KeyNumber{Qt::Key_Period, 190},       KeyNumber{Qt::Key_Greater, 190},
+    KeyNumber{Qt::Key_Slash, 191},        KeyNumber{Qt::Key_Question, 191},
+    KeyNumber{Qt::Key_QuoteLeft, 192},    KeyNumber{Qt::Key_AsciiTilde, 192},
+    KeyNumber{Qt::Key_BracketLeft, 219},  KeyNumber{Qt::Key_BraceLeft, 219},
+    KeyNumber{Qt::Key_Backslash, 220},    KeyNumber{Qt::Key_Bar, 220},
+    KeyNumber{Qt::Key_BracketRight, 221}, KeyNumber{Qt::Key_BraceRight, 221},
+    KeyNumber{Qt::Key_Apostrophe, 222},   KeyNumber{Qt::Key_QuoteDbl, 222},
+};
+
+// Keys of the keypad whose number is not that of the same key elsewhere; its digits follow one another.
+constexpr std::array keypad_keys{
+    KeyNumber{Qt::Key_Asterisk, 106}, KeyNumber{Qt::Key_Plus, 107},  KeyNumber{Qt::Key_Minus, 109},
+    KeyNumber{Qt::Key_Period, 110},   KeyNumber{Qt::Key_Comma, 110}, KeyNumber{Qt::Key_Slash, 111},
+};
+
+constexpr std::array other_keys{
+    KeyNumber{Qt::Key_Backspace, 8}, KeyNumber{Qt::Key_Tab, 9},       KeyNumber{Qt::Key_Backtab, 9},
+    KeyNumber{Qt::Key_Clear, 12},    KeyNumber{Qt::Key_Return, 13},   KeyNumber{Qt::Key_Enter, 13},
+    KeyNumber{Qt::Key_Shift, 16},    KeyNumber{Qt::Key_Control, 17},  KeyNumber{Qt::Key_Alt, 18},
+    KeyNumber{Qt::Key_Pause, 19},    KeyNumber{Qt::Key_CapsLock, 20}, KeyNumber{Qt::Key_Escape, 27},
+    KeyNumber{Qt::Key_PageUp, 33},   KeyNumber{Qt::Key_PageDown, 34}, KeyNumber{Qt::Key_End, 35},
+    KeyNumber{Qt::Key_Home, 36},     KeyNumber{Qt::Key_Left, 37},     KeyNumber{Qt::Key_Up, 38},
+    KeyNumber{Qt::Key_Right, 39},    KeyNumber{Qt::Key_Down, 40},     KeyNumber{Qt::Key_Insert, 45},
+    KeyNumber{Qt::Key_Delete, 46},   KeyNumber{Qt::Key_NumLock, 144}, KeyNumber{Qt::Key_ScrollLock, 145},
 };
 
 constexpr std::int16_t first_function_key = 112;
@@ -67,25 +92,32 @@ bool within(int key, int first, int last) {
     return key >= first && key <= last;
 }
 
+// 0 for a key that is not listed.
+std::int16_t number_in(std::span<const KeyNumber> keys, int key) {
+    const auto found = std::ranges::find(keys, key, &KeyNumber::key);
+    return found == keys.end() ? std::int16_t{0} : found->number;
+}
+
 // 0 for a key that has no number.
 std::int16_t key_number(const QKeyEvent& event) {
     const int key = event.key();
     if (within(key, Qt::Key_F1, Qt::Key_F16)) {
         return narrow<std::int16_t>(first_function_key + (key - Qt::Key_F1));
     }
+    const bool keypad = event.modifiers().testFlag(Qt::KeypadModifier);
     if (within(key, Qt::Key_0, Qt::Key_9)) {
-        const bool keypad = event.modifiers().testFlag(Qt::KeypadModifier);
         return narrow<std::int16_t>(keypad ? keypad_zero + (key - Qt::Key_0) : key);
     }
     if (within(key, Qt::Key_A, Qt::Key_Z) || key == Qt::Key_Space) {
         return narrow<std::int16_t>(key);
     }
-    for (const KeyNumber& entry : key_numbers) {
-        if (entry.key == key) {
-            return entry.number;
+    if (keypad) {
+        if (const std::int16_t number = number_in(keypad_keys, key); number != 0) {
+            return number;
         }
     }
-    return 0;
+    const std::int16_t number = number_in(character_keys, key);
+    return number != 0 ? number : number_in(other_keys, key);
 }
 
 // Whether the key stands for a character. Delete does not, though a character has its name.
@@ -214,6 +246,9 @@ void eltexto::forward(QEvent& event) {
 }
 
 void eltexto::forward_press(const QMouseEvent& mouse) {
+    if (!has_number(mouse.button())) {
+        return;
+    }
     const MouseArguments arguments = mouse_arguments(mouse.button(), mouse.modifiers(), mouse.position());
     emit MouseDown(arguments.Button, arguments.Shift, arguments.x, arguments.y);
     if (mouse.button() != Qt::LeftButton) {
@@ -226,6 +261,9 @@ void eltexto::forward_press(const QMouseEvent& mouse) {
 }
 
 void eltexto::forward_release(const QMouseEvent& mouse) {
+    if (!has_number(mouse.button())) {
+        return;
+    }
     const MouseArguments arguments = mouse_arguments(mouse.button(), mouse.modifiers(), mouse.position());
     const bool clicked = mouse.button() == Qt::LeftButton && std::exchange(click_due_, false) &&
                          is_on(mouse.position(), text1_.size());

@@ -43,8 +43,9 @@ class eltexto final : public ForwardingControl {
     QLineEdit& Text1() { return text1_; }
 
   signals:
-    /// A key of the keyboard by its number: letters and digits by their character, in capitals. Raised before
-    /// the field takes the key; held keys repeat.
+    /// A key of the keyboard by its number: letters and digits by their character, in capitals and whatever
+    /// Shift makes of them; punctuation by its place on a US keyboard; the keypad's digits from 96 on and its
+    /// signs from 106 on. 0 for a key that has none. Raised before the field takes the key; held keys repeat.
     void KeyDown(std::int16_t KeyCode, std::int16_t Shift);
 
     /// A key that stands for a character, by the character.

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "controls/shown.h"
+#include "platform/qt/fast_pair.h"
 #include "platform/qt/look.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
@@ -159,6 +160,23 @@ TEST(Elboton, ARightButtonPressLeavesTheButtonRaised) {
     EXPECT_FALSE(button.log.contains("Click"));
 }
 
+TEST(Elboton, AFourthOrFifthMouseButtonRaisesNothing) {
+    Button button;
+    for (const Qt::MouseButton other : {Qt::BackButton, Qt::ForwardButton}) {
+        test::fast_pair(&button.control, other, {}, button.on_surface());
+    }
+    EXPECT_TRUE(button.log.isEmpty());
+}
+
+TEST(Elboton, AFourthMouseButtonLeavesAPressOfTheLeftAlone) {
+    Button button;
+    QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
+    QTest::mouseClick(&button.control, Qt::BackButton, {}, button.on_surface());
+    EXPECT_TRUE(button.sunken());
+    QTest::mouseRelease(&button.control, Qt::LeftButton, {}, button.on_surface());
+    EXPECT_EQ(button.log, (QStringList{"MouseDown 1 0 76,12", "MouseUp 1 0 76,12", "Click"}));
+}
+
 TEST(Elboton, AReleaseOutsideRestoresTheRaisedLook) {
     Button button;
     QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
@@ -190,6 +208,7 @@ TEST(Elboton, AMoveWithAButtonHeldLeavesItSunken) {
     QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
     test::move(button.control, QPoint(300, 200), Qt::LeftButton);
     EXPECT_TRUE(button.sunken());
+    QTest::mouseRelease(&button.control, Qt::LeftButton, {}, QPoint(300, 200));
 }
 
 TEST(Elboton, ANewPressAfterALostReleaseFindsItRaised) {
@@ -199,6 +218,15 @@ TEST(Elboton, ANewPressAfterALostReleaseFindsItRaised) {
     EXPECT_TRUE(button.raised());
     QTest::mouseRelease(&button.control, Qt::RightButton, {}, button.on_surface());
     EXPECT_EQ(button.log, (QStringList{"MouseDown 2 0 76,12", "MouseUp 2 0 76,12"}));
+}
+
+TEST(Elboton, ALostPressIsNotClickedByTheReleaseOfAnother) {
+    Button button;
+    press_without_release(button);
+    QTest::mousePress(&button.control, Qt::RightButton, {}, button.on_surface());
+    QTest::mouseRelease(&button.control, Qt::LeftButton, {}, button.on_surface());
+    EXPECT_FALSE(button.log.contains("Click"));
+    QTest::mouseRelease(&button.control, Qt::RightButton, {}, button.on_surface());
 }
 
 TEST(Elboton, AReleaseAloneAfterALostReleaseIsNoClick) {

@@ -1,5 +1,7 @@
 // Text box, combo box and label.
+#include <array>
 #include <cmath>
+#include <vector>
 
 #include <QAbstractItemView>
 
@@ -7,6 +9,7 @@
 #include "controls/ellabel.h"
 #include "controls/eltexto.h"
 #include "controls/shown.h"
+#include "platform/qt/fast_pair.h"
 #include "platform/qt/look.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
@@ -148,6 +151,77 @@ TEST(Eltexto, DigitsOfTheKeypadHaveNumbersOfTheirOwn) {
     EXPECT_EQ(text.log.value(2), "KeyDown 103 0");
 }
 
+// What KeyDown and KeyUp tell of a key, as of one key of a keyboard; 0 where they differ.
+int key_code(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    eltexto text("t", nullptr);
+    std::vector<int> codes;
+    const auto note = [&codes](std::int16_t code, std::int16_t) { codes.push_back(code); };
+    QObject::connect(&text, &eltexto::KeyDown, &text, note);
+    QObject::connect(&text, &eltexto::KeyUp, &text, note);
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, key, modifiers);
+        QCoreApplication::sendEvent(&text.Text1(), &event);
+    }
+    return codes.size() == 2 && codes[0] == codes[1] ? codes[0] : 0;
+}
+
+TEST(Eltexto, ADigitKeyHasItsNumberWithShiftToo) {
+    const std::array shifted{Qt::Key_ParenRight, Qt::Key_Exclam,   Qt::Key_At,          Qt::Key_NumberSign,
+                             Qt::Key_Dollar,     Qt::Key_Percent,  Qt::Key_AsciiCircum, Qt::Key_Ampersand,
+                             Qt::Key_Asterisk,   Qt::Key_ParenLeft};
+    for (int digit = 0; digit <= 9; ++digit) {
+        EXPECT_EQ(key_code(static_cast<Qt::Key>(Qt::Key_0 + digit)), '0' + digit);
+        EXPECT_EQ(key_code(shifted.at(static_cast<std::size_t>(digit)), Qt::ShiftModifier), '0' + digit);
+    }
+}
+
+TEST(Eltexto, ALetterKeyHasTheNumberOfItsCapital) {
+    for (int letter = 'A'; letter <= 'Z'; ++letter) {
+        EXPECT_EQ(key_code(static_cast<Qt::Key>(letter)), letter);
+        EXPECT_EQ(key_code(static_cast<Qt::Key>(letter), Qt::ShiftModifier), letter);
+    }
+}
+
+TEST(Eltexto, APunctuationKeyHasOneNumberWithShiftAndWithout) {
+    struct Punctuation {
+        Qt::Key plain;
+        Qt::Key shifted;
+        int code;
+    };
+
+    for (const Punctuation& key :
+         {Punctuation{Qt::Key_Semicolon, Qt::Key_Colon, 186}, Punctuation{Qt::Key_Equal, Qt::Key_Plus, 187},
+          Punctuation{Qt::Key_Comma, Qt::Key_Less, 188}, Punctuation{Qt::Key_Minus, Qt::Key_Underscore, 189},
+          Punctuation{Qt::Key_Period, Qt::Key_Greater, 190},
+          Punctuation{Qt::Key_Slash, Qt::Key_Question, 191},
+          Punctuation{Qt::Key_QuoteLeft, Qt::Key_AsciiTilde, 192},
+          Punctuation{Qt::Key_BracketLeft, Qt::Key_BraceLeft, 219},
+          Punctuation{Qt::Key_Backslash, Qt::Key_Bar, 220},
+          Punctuation{Qt::Key_BracketRight, Qt::Key_BraceRight, 221},
+          Punctuation{Qt::Key_Apostrophe, Qt::Key_QuoteDbl, 222}}) {
+        EXPECT_EQ(key_code(key.plain), key.code);
+        EXPECT_EQ(key_code(key.shifted, Qt::ShiftModifier), key.code);
+    }
+}
+
+TEST(Eltexto, AKeyOfTheKeypadHasANumberOfItsOwn) {
+    for (int digit = 0; digit <= 9; ++digit) {
+        EXPECT_EQ(key_code(static_cast<Qt::Key>(Qt::Key_0 + digit), Qt::KeypadModifier), 96 + digit);
+    }
+    EXPECT_EQ(key_code(Qt::Key_Asterisk, Qt::KeypadModifier), 106);
+    EXPECT_EQ(key_code(Qt::Key_Plus, Qt::KeypadModifier), 107);
+    EXPECT_EQ(key_code(Qt::Key_Minus, Qt::KeypadModifier), 109);
+    EXPECT_EQ(key_code(Qt::Key_Period, Qt::KeypadModifier), 110);
+    EXPECT_EQ(key_code(Qt::Key_Slash, Qt::KeypadModifier), 111);
+    EXPECT_EQ(key_code(Qt::Key_Enter, Qt::KeypadModifier), 13);
+}
+
+TEST(Eltexto, AKeypadWithoutNumLockHasTheNumbersOfItsMoves) {
+    EXPECT_EQ(key_code(Qt::Key_Home, Qt::KeypadModifier), 36);
+    EXPECT_EQ(key_code(Qt::Key_Clear, Qt::KeypadModifier), 12);
+    EXPECT_EQ(key_code(Qt::Key_Delete, Qt::KeypadModifier), 46);
+}
+
 TEST(Eltexto, ACharacterBeyond16BitsIsToldAsAQuestionMark) {
     TextBox text;
     text->SetText("");
@@ -174,6 +248,14 @@ TEST(Eltexto, TheMouseOfTheFieldIsForwarded) {
     QTest::mousePress(&field, Qt::LeftButton, {}, QPoint(7, 8));
     QTest::mouseRelease(&field, Qt::LeftButton, {}, QPoint(field.width(), 8));
     EXPECT_EQ(text.log.last(), QString("MouseUp 1 0 %1,8").arg(field.width()));
+}
+
+TEST(Eltexto, AFourthOrFifthMouseButtonRaisesNothing) {
+    TextBox text;
+    for (const Qt::MouseButton other : {Qt::BackButton, Qt::ForwardButton}) {
+        test::fast_pair(&text->Text1(), other, {}, {7, 8});
+    }
+    EXPECT_TRUE(text.log.isEmpty());
 }
 
 TEST(Eltexto, TheMouseBesideTheFieldIsNot) {

@@ -328,11 +328,18 @@ void SkinnedControl::resizeEvent(QResizeEvent* /*event*/) {
 }
 
 void SkinnedControl::mousePressEvent(QMouseEvent* event) {
-    at_event_edge([&] { press(event); });
+    at_event_edge([&] {
+        if (has_number(event->button())) {
+            press(event);
+        }
+    });
 }
 
 void SkinnedControl::mouseDoubleClickEvent(QMouseEvent* event) {
     at_event_edge([&] {
+        if (!has_number(event->button())) {
+            return;
+        }
         press(event);
         if (event->button() == Qt::LeftButton && part_double_clicked(held_part_)) {
             click_due_ = false;
@@ -375,12 +382,12 @@ void SkinnedControl::mouseMoveEvent(QMouseEvent* event) {
 
 void SkinnedControl::mouseReleaseEvent(QMouseEvent* event) {
     at_event_edge([&] {
-        if (!held_) {
+        if (!held_ || !has_number(event->button())) {
             return;
         }
         Part* const part = held_part_;
         const QPointF within = event->position() - held_origin_;
-        held_ = event->buttons() != Qt::NoButton;
+        held_ = button_number(event->buttons()) != 0;
         const bool clicked = event->button() == Qt::LeftButton && std::exchange(click_due_, false);
         part_released(part, mouse_arguments(event->button(), event->modifiers(), within));
         if (clicked && is_on(within, part == nullptr ? QSizeF(size()) : part->place().size())) {

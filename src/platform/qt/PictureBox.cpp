@@ -165,6 +165,9 @@ void PictureBox::paintEvent(QPaintEvent* event) {
 }
 
 void PictureBox::press(const QMouseEvent& event) {
+    if (!has_number(event.button())) {
+        return;
+    }
     click_due_ = event.button() == Qt::LeftButton;
     emit MouseDown(mouse_arguments(event.button(), event.modifiers(), inside(event)));
 }
@@ -184,6 +187,9 @@ void PictureBox::mouseMoveEvent(QMouseEvent* event) {
 
 void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
     at_event_edge([&] {
+        if (!has_number(event->button())) {
+            return;
+        }
         const bool clicked = event->button() == Qt::LeftButton && std::exchange(click_due_, false);
         const bool on_box = rect().contains(event->position().toPoint());
         emit MouseUp(mouse_arguments(event->button(), event->modifiers(), inside(*event)));
@@ -196,7 +202,7 @@ void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
 void PictureBox::mouseDoubleClickEvent(QMouseEvent* event) {
     at_event_edge([&] {
         press(*event);
-        if (std::exchange(click_due_, false)) {
+        if (event->button() == Qt::LeftButton && std::exchange(click_due_, false)) {
             emit DblClick();
         }
     });

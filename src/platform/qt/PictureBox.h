@@ -33,7 +33,7 @@ class PictureBox : public QWidget {
     void Click();
     void DblClick();
 
-    /// Of any button, with places in the surface's pixels.
+    /// Of the left, right and middle button, with places in the surface's pixels.
     void MouseDown(varnoth::MouseArguments mouse);
     void MouseMove(varnoth::MouseArguments mouse);
     void MouseUp(varnoth::MouseArguments mouse);

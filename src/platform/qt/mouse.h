@@ -22,11 +22,16 @@ struct MouseArguments {
     float y = 0;
 };
 
-/// The sum of the numbers of the buttons.
+/// The sum of the numbers of the buttons. Only three have one: events of any other button are dropped.
 inline std::int16_t button_number(Qt::MouseButtons buttons) {
     return static_cast<std::int16_t>((buttons.testFlag(Qt::LeftButton) ? left_button : 0) |
                                      (buttons.testFlag(Qt::RightButton) ? right_button : 0) |
                                      (buttons.testFlag(Qt::MiddleButton) ? middle_button : 0));
+}
+
+/// Whether a press or release of that button raises an event.
+inline bool has_number(Qt::MouseButton button) {
+    return button_number(button) != 0;
 }
 
 /// The sum of the numbers of the keys.

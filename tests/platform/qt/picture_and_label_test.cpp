@@ -215,6 +215,14 @@ TEST(PictureBox, TellsOfMovesWithoutAButtonAndOfAllButtonsHeld) {
                                                 "move 3 0 at 4,3", "up 1 0 at 4,3", "up 2 0 at 4,3"}));
 }
 
+TEST(PictureBox, AFourthMouseButtonRaisesNothing) {
+    PictureBox box("Picture1", nullptr, small);
+    std::vector<std::string> events;
+    record(box, events);
+    test::fast_pair(&box, Qt::BackButton, {}, {2, 3});
+    EXPECT_TRUE(events.empty());
+}
+
 TEST(PictureBox, ASecondPressOfTheLeftButtonIsADoubleClickAndNoClickMore) {
     PictureBox box("Picture1", nullptr, small);
     std::vector<std::string> events;
