@@ -10,21 +10,21 @@ constexpr double height_in_twips = 360;
 constexpr double least_width_in_twips = 500;
 constexpr double caption_left = 6; ///< unless it stands in the middle
 
-const std::vector<PersistedProperty>& persisted() {
-    static const std::vector<PersistedProperty> properties{
-        {"ForeColor", look::white},
-        {"BackColor", look::window_background},
-        {"Enabled", true},
-        {"Caption", QStringLiteral("Boton")},
-        {"Color3DLight", look::edge_light},
-        {"Color3DDark", look::window_text},
-        {"Font"},
-        {"FontName"},
-        {"FontSize"},
-        {"FontItalic"},
-        {"FontUnderline"},
-        {"DropShadow", false},
-        {"CenterCaption", false},
+const std::vector<ControlProperty>& persisted() {
+    static const std::vector<ControlProperty> properties{
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::white},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::window_background},
+        {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
+        {"Caption", sets<&elboton::SetCaption>, QStringLiteral("Boton")},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"Font", sets<&SkinnedControl::SetFont>},
+        {"FontName", sets<&SkinnedControl::SetFontName>},
+        {"FontSize", sets<&SkinnedControl::SetFontSize>},
+        {"FontItalic", sets<&SkinnedControl::SetFontItalic>},
+        {"FontUnderline", sets<&SkinnedControl::SetFontUnderline>},
+        {"DropShadow", sets<&SkinnedControl::SetDropShadow>, false},
+        {"CenterCaption", sets<&elboton::SetCenterCaption>, false},
     };
     return properties;
 }

@@ -12,19 +12,19 @@ namespace varnoth {
 /// button is always 360 twips high and at least 500 wide. It has no keyboard handling and no hover look.
 class elboton final : public SkinnedControl {
     Q_OBJECT
-    Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
-    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
-    Q_PROPERTY(int Color3DLight READ Color3DLight WRITE SetColor3DLight)
-    Q_PROPERTY(int Color3DDark READ Color3DDark WRITE SetColor3DDark)
-    Q_PROPERTY(QFont Font READ Font WRITE SetFont)
-    Q_PROPERTY(QString FontName READ FontName WRITE SetFontName)
-    Q_PROPERTY(double FontSize READ FontSize WRITE SetFontSize)
-    Q_PROPERTY(bool FontItalic READ FontItalic WRITE SetFontItalic)
-    Q_PROPERTY(bool FontUnderline READ FontUnderline WRITE SetFontUnderline)
-    Q_PROPERTY(bool DropShadow READ DropShadow WRITE SetDropShadow)
-    Q_PROPERTY(bool CenterCaption READ CenterCaption WRITE SetCenterCaption)
+    Q_PROPERTY(int ForeColor READ ForeColor)
+    Q_PROPERTY(int BackColor READ BackColor)
+    Q_PROPERTY(bool Enabled READ Enabled)
+    Q_PROPERTY(QString Caption READ Caption)
+    Q_PROPERTY(int Color3DLight READ Color3DLight)
+    Q_PROPERTY(int Color3DDark READ Color3DDark)
+    Q_PROPERTY(QFont Font READ Font)
+    Q_PROPERTY(QString FontName READ FontName)
+    Q_PROPERTY(double FontSize READ FontSize)
+    Q_PROPERTY(bool FontItalic READ FontItalic)
+    Q_PROPERTY(bool FontUnderline READ FontUnderline)
+    Q_PROPERTY(bool DropShadow READ DropShadow)
+    Q_PROPERTY(bool CenterCaption READ CenterCaption)
 
   public:
     elboton(const QString& name, QWidget* parent);

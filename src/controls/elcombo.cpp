@@ -18,21 +18,24 @@ constexpr int clip_height = 18;
 // As high as its line of text and its own edge; from top -3 on, the text stands in the middle of the clip.
 constexpr int list_height = 24;
 
-const std::vector<PersistedProperty>& persisted() {
-    static const std::vector<PersistedProperty> properties{
-        {"BackColor", look::field_background},
-        {"ForeColor", look::light_text},
-        {"Enabled", true},
-        {"List", QString()},
-        {"Color3DLight", look::edge_light},
-        {"Color3DDark", look::window_text},
-        {"SymbolColor", look::edge_light},
-        {"SymbolOverColor", look::edge_light},
-        {"Font"},
-        {"FontName"},
-        {"FontSize"},
-        {"FontItalic"},
-        {"FontUnderline"},
+const std::vector<ControlProperty>& persisted() {
+    static const std::vector<ControlProperty> properties{
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::light_text},
+        {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
+        {"List", sets<static_cast<void (elcombo::*)(const QString&)>(&elcombo::SetList)>, QString()},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"SymbolColor", sets<&elcombo::SetSymbolColor>, look::edge_light},
+        {"SymbolOverColor", sets<&elcombo::SetSymbolOverColor>, look::edge_light},
+        {"Font", sets<&SkinnedControl::SetFont>},
+        {"FontName", sets<&SkinnedControl::SetFontName>},
+        {"FontSize", sets<&SkinnedControl::SetFontSize>},
+        {"FontItalic", sets<&SkinnedControl::SetFontItalic>},
+        {"FontUnderline", sets<&SkinnedControl::SetFontUnderline>},
+        {.name = "DropShadow", .set = sets<&elcombo::SetDropShadow>, .stored = false},
+        {.name = "ListBackColor", .set = sets<&elcombo::SetListBackColor>, .stored = false},
+        {.name = "ListForeColor", .set = sets<&elcombo::SetListForeColor>, .stored = false},
     };
     return properties;
 }

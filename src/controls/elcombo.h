@@ -13,23 +13,23 @@ namespace varnoth {
 /// 1425 wide.
 class elcombo final : public SkinnedControl {
     Q_OBJECT
-    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
-    Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-    Q_PROPERTY(QString List READ List WRITE SetList)
-    Q_PROPERTY(int Color3DLight READ Color3DLight WRITE SetColor3DLight)
-    Q_PROPERTY(int Color3DDark READ Color3DDark WRITE SetColor3DDark)
-    Q_PROPERTY(int SymbolColor READ SymbolColor WRITE SetSymbolColor)
-    Q_PROPERTY(int SymbolOverColor READ SymbolOverColor WRITE SetSymbolOverColor)
-    Q_PROPERTY(QFont Font READ Font WRITE SetFont)
-    Q_PROPERTY(QString FontName READ FontName WRITE SetFontName)
-    Q_PROPERTY(double FontSize READ FontSize WRITE SetFontSize)
-    Q_PROPERTY(bool FontItalic READ FontItalic WRITE SetFontItalic)
-    Q_PROPERTY(bool FontUnderline READ FontUnderline WRITE SetFontUnderline)
+    Q_PROPERTY(int BackColor READ BackColor)
+    Q_PROPERTY(int ForeColor READ ForeColor)
+    Q_PROPERTY(bool Enabled READ Enabled)
+    Q_PROPERTY(QString List READ List)
+    Q_PROPERTY(int Color3DLight READ Color3DLight)
+    Q_PROPERTY(int Color3DDark READ Color3DDark)
+    Q_PROPERTY(int SymbolColor READ SymbolColor)
+    Q_PROPERTY(int SymbolOverColor READ SymbolOverColor)
+    Q_PROPERTY(QFont Font READ Font)
+    Q_PROPERTY(QString FontName READ FontName)
+    Q_PROPERTY(double FontSize READ FontSize)
+    Q_PROPERTY(bool FontItalic READ FontItalic)
+    Q_PROPERTY(bool FontUnderline READ FontUnderline)
     // These three are no more than names: their setters change nothing and only tell the host.
-    Q_PROPERTY(bool DropShadow READ DropShadow WRITE SetDropShadow STORED false)
-    Q_PROPERTY(int ListBackColor READ ListBackColor WRITE SetListBackColor STORED false)
-    Q_PROPERTY(int ListForeColor READ ListForeColor WRITE SetListForeColor STORED false)
+    Q_PROPERTY(bool DropShadow READ DropShadow STORED false)
+    Q_PROPERTY(int ListBackColor READ ListBackColor STORED false)
+    Q_PROPERTY(int ListForeColor READ ListForeColor STORED false)
 
   public:
     elcombo(const QString& name, QWidget* parent);

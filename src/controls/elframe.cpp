@@ -7,12 +7,12 @@ namespace varnoth {
 
 namespace {
 
-const std::vector<PersistedProperty>& persisted() {
-    static const std::vector<PersistedProperty> properties{
-        {"BackColor", look::field_background},
-        {"Enabled", true},
-        {"Color3DLight", look::edge_light},
-        {"Color3DDark", look::window_text},
+const std::vector<ControlProperty>& persisted() {
+    static const std::vector<ControlProperty> properties{
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
+        {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
     };
     return properties;
 }

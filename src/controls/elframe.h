@@ -9,10 +9,10 @@ namespace varnoth {
 /// Parts: `LineA(0)` top, `LineA(1)` left, `LineB(0)` right, `LineB(1)` bottom.
 class elframe final : public ForwardingControl {
     Q_OBJECT
-    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-    Q_PROPERTY(int Color3DLight READ Color3DLight WRITE SetColor3DLight)
-    Q_PROPERTY(int Color3DDark READ Color3DDark WRITE SetColor3DDark)
+    Q_PROPERTY(int BackColor READ BackColor)
+    Q_PROPERTY(bool Enabled READ Enabled)
+    Q_PROPERTY(int Color3DLight READ Color3DLight)
+    Q_PROPERTY(int Color3DDark READ Color3DDark)
 
   public:
     elframe(const QString& name, QWidget* parent);

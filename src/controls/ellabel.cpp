@@ -8,18 +8,18 @@ namespace {
 
 constexpr double height_in_twips = 300;
 
-const std::vector<PersistedProperty>& persisted() {
-    static const std::vector<PersistedProperty> properties{
-        {"BackColor", look::field_background},
-        {"ForeColor", look::light_text},
-        {"Enabled", true},
-        {"Caption", QStringLiteral("Caption")},
-        {"Font"},
-        {"FontName"},
-        {"FontSize"},
-        {"FontItalic"},
-        {"FontUnderline"},
-        {"DropShadow", false},
+const std::vector<ControlProperty>& persisted() {
+    static const std::vector<ControlProperty> properties{
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::light_text},
+        {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
+        {"Caption", sets<&ellabel::SetCaption>, QStringLiteral("Caption")},
+        {"Font", sets<&SkinnedControl::SetFont>},
+        {"FontName", sets<&SkinnedControl::SetFontName>},
+        {"FontSize", sets<&SkinnedControl::SetFontSize>},
+        {"FontItalic", sets<&SkinnedControl::SetFontItalic>},
+        {"FontUnderline", sets<&SkinnedControl::SetFontUnderline>},
+        {"DropShadow", sets<&SkinnedControl::SetDropShadow>, false},
     };
     return properties;
 }

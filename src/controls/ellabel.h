@@ -9,16 +9,16 @@ namespace varnoth {
 /// Parts: `Label2`, the caption, from which all events come, and `shadow1`. Always 300 twips high.
 class ellabel final : public ForwardingControl {
     Q_OBJECT
-    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
-    Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
-    Q_PROPERTY(QFont Font READ Font WRITE SetFont)
-    Q_PROPERTY(QString FontName READ FontName WRITE SetFontName)
-    Q_PROPERTY(double FontSize READ FontSize WRITE SetFontSize)
-    Q_PROPERTY(bool FontItalic READ FontItalic WRITE SetFontItalic)
-    Q_PROPERTY(bool FontUnderline READ FontUnderline WRITE SetFontUnderline)
-    Q_PROPERTY(bool DropShadow READ DropShadow WRITE SetDropShadow)
+    Q_PROPERTY(int BackColor READ BackColor)
+    Q_PROPERTY(int ForeColor READ ForeColor)
+    Q_PROPERTY(bool Enabled READ Enabled)
+    Q_PROPERTY(QString Caption READ Caption)
+    Q_PROPERTY(QFont Font READ Font)
+    Q_PROPERTY(QString FontName READ FontName)
+    Q_PROPERTY(double FontSize READ FontSize)
+    Q_PROPERTY(bool FontItalic READ FontItalic)
+    Q_PROPERTY(bool FontUnderline READ FontUnderline)
+    Q_PROPERTY(bool DropShadow READ DropShadow)
 
   public:
     ellabel(const QString& name, QWidget* parent);

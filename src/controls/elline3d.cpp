@@ -9,10 +9,10 @@ namespace {
 constexpr double height_in_twips = 30;
 constexpr double least_width_in_twips = 30;
 
-const std::vector<PersistedProperty>& persisted() {
-    static const std::vector<PersistedProperty> properties{
-        {"Color3DLight", look::edge_light},
-        {"Color3DDark", look::edge_dark},
+const std::vector<ControlProperty>& persisted() {
+    static const std::vector<ControlProperty> properties{
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::edge_dark},
     };
     return properties;
 }

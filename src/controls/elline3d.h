@@ -9,8 +9,8 @@ namespace varnoth {
 /// away and takes no background.
 class elline3d final : public ForwardingControl {
     Q_OBJECT
-    Q_PROPERTY(int Color3DLight READ Color3DLight WRITE SetColor3DLight)
-    Q_PROPERTY(int Color3DDark READ Color3DDark WRITE SetColor3DDark)
+    Q_PROPERTY(int Color3DLight READ Color3DLight)
+    Q_PROPERTY(int Color3DDark READ Color3DDark)
 
   public:
     elline3d(const QString& name, QWidget* parent);

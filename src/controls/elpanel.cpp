@@ -18,24 +18,25 @@ constexpr double title_margins = 55;
 constexpr double title_height = 18;
 constexpr std::int32_t icon_bits_per_pixel = 24;
 
-const std::vector<PersistedProperty>& persisted() {
-    static const std::vector<PersistedProperty> properties{
-        {"BackColor", look::window_background},
-        {"BackColor", look::window_background}, // stored twice ever since
-        {"ForeColor", look::white},
-        {"CloseColor", look::close_glyph},
-        {"Enabled", true},
-        {"Title", QStringLiteral("Title")},
-        {"Icon", true},
-        {"Cerrar", true},
-        {"Color3DLight", look::edge_light},
-        {"Color3DDark", look::window_text},
-        {"Font"},
-        {"FontName"},
-        {"FontSize"},
-        {"FontItalic"},
-        {"FontUnderline"},
-        {"DropShadow", false},
+const std::vector<ControlProperty>& persisted() {
+    static const std::vector<ControlProperty> properties{
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::window_background},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>,
+         look::window_background}, // stored twice ever since
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::white},
+        {"CloseColor", sets<&elpanel::SetCloseColor>, look::close_glyph},
+        {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
+        {"Title", sets<&elpanel::SetTitle>, QStringLiteral("Title")},
+        {"Icon", sets<&elpanel::SetIcon>, true},
+        {"Cerrar", sets<&elpanel::SetCerrar>, true},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"Font", sets<&SkinnedControl::SetFont>},
+        {"FontName", sets<&SkinnedControl::SetFontName>},
+        {"FontSize", sets<&SkinnedControl::SetFontSize>},
+        {"FontItalic", sets<&SkinnedControl::SetFontItalic>},
+        {"FontUnderline", sets<&SkinnedControl::SetFontUnderline>},
+        {"DropShadow", sets<&SkinnedControl::SetDropShadow>, false},
     };
     return properties;
 }

@@ -13,21 +13,21 @@ namespace varnoth {
 /// `LineB(0)` right, `LineB(1)` bottom; the title `Label1` and `shadow1`.
 class elpanel final : public SkinnedControl {
     Q_OBJECT
-    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
-    Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
-    Q_PROPERTY(int CloseColor READ CloseColor WRITE SetCloseColor)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-    Q_PROPERTY(QString Title READ Title WRITE SetTitle)
-    Q_PROPERTY(bool Icon READ Icon WRITE SetIcon)
-    Q_PROPERTY(bool Cerrar READ Cerrar WRITE SetCerrar)
-    Q_PROPERTY(int Color3DLight READ Color3DLight WRITE SetColor3DLight)
-    Q_PROPERTY(int Color3DDark READ Color3DDark WRITE SetColor3DDark)
-    Q_PROPERTY(QFont Font READ Font WRITE SetFont)
-    Q_PROPERTY(QString FontName READ FontName WRITE SetFontName)
-    Q_PROPERTY(double FontSize READ FontSize WRITE SetFontSize)
-    Q_PROPERTY(bool FontItalic READ FontItalic WRITE SetFontItalic)
-    Q_PROPERTY(bool FontUnderline READ FontUnderline WRITE SetFontUnderline)
-    Q_PROPERTY(bool DropShadow READ DropShadow WRITE SetDropShadow)
+    Q_PROPERTY(int BackColor READ BackColor)
+    Q_PROPERTY(int ForeColor READ ForeColor)
+    Q_PROPERTY(int CloseColor READ CloseColor)
+    Q_PROPERTY(bool Enabled READ Enabled)
+    Q_PROPERTY(QString Title READ Title)
+    Q_PROPERTY(bool Icon READ Icon)
+    Q_PROPERTY(bool Cerrar READ Cerrar)
+    Q_PROPERTY(int Color3DLight READ Color3DLight)
+    Q_PROPERTY(int Color3DDark READ Color3DDark)
+    Q_PROPERTY(QFont Font READ Font)
+    Q_PROPERTY(QString FontName READ FontName)
+    Q_PROPERTY(double FontSize READ FontSize)
+    Q_PROPERTY(bool FontItalic READ FontItalic)
+    Q_PROPERTY(bool FontUnderline READ FontUnderline)
+    Q_PROPERTY(bool DropShadow READ DropShadow)
 
   public:
     elpanel(const QString& name, QWidget* parent);

@@ -21,16 +21,16 @@ constexpr std::int32_t block_top = 4;
 constexpr std::int32_t block_width = 8;
 constexpr std::int32_t block_height = 16;
 
-const std::vector<PersistedProperty>& persisted() {
-    static const std::vector<PersistedProperty> properties{
-        {"ForeColor", look::highlight},
-        {"BackColor", look::field_background},
-        {"Enabled", true},
-        {"Min", 0},
-        {"Max", 10},
-        {"Value", 0},
-        {"Color3DLight", look::edge_light},
-        {"Color3DDark", look::window_text},
+const std::vector<ControlProperty>& persisted() {
+    static const std::vector<ControlProperty> properties{
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::highlight},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
+        {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
+        {"Min", sets<&elprogress::SetMin>, 0},
+        {"Max", sets<&elprogress::SetMax>, 10},
+        {"Value", sets<&elprogress::SetValue>, 0},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
     };
     return properties;
 }
@@ -65,7 +65,9 @@ void elprogress::SetMax(std::int32_t most) {
 }
 
 void elprogress::SetValue(std::int32_t value) {
-    value_ = std::min(std::max(value, min_), max_);
+    const std::int32_t kept = std::min(std::max(value, min_), max_);
+    filled_cells(kept, cells(), max_); // fails before anything is changed
+    value_ = kept;
     redraw();
     if (!reading()) {
         tell_number_changed(*this, value_);
@@ -79,9 +81,12 @@ void elprogress::obtener_imagen_fondo(const DrawingContext& origen, std::int32_t
     SkinnedControl::obtener_imagen_fondo(origen, x, y, cantidad);
 }
 
+std::int32_t elprogress::cells() const {
+    return round_to_even<std::int32_t>(std::trunc(ScaleWidth() / cell_width));
+}
+
 void elprogress::redraw() {
-    const auto cells = round_to_even<std::int32_t>(std::trunc(ScaleWidth() / cell_width));
-    const double filled = filled_cells(value_, cells, max_);
+    const double filled = filled_cells(value_, cells(), max_);
     if (background_.origen != nullptr) {
         SkinnedControl::obtener_imagen_fondo(*background_.origen, background_.x, background_.y,
                                              background_.cantidad);
@@ -89,7 +94,7 @@ void elprogress::redraw() {
         surface().Cls();
     }
     // Blocks beyond the right edge, after a change of the upper bound alone, could not be seen.
-    const std::int32_t visible = cells + 1;
+    const std::int32_t visible = cells() + 1;
     for (std::int32_t cell = 0; cell < visible && cell < filled; ++cell) {
         const std::int32_t left = cell * cell_width + block_left;
         surface().Line(left, block_top, left + block_width - 1, block_top + block_height - 1, ForeColor());

@@ -10,14 +10,14 @@ namespace varnoth {
 /// least 360 wide.
 class elprogress final : public ForwardingControl {
     Q_OBJECT
-    Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
-    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-    Q_PROPERTY(int Min READ Min WRITE SetMin)
-    Q_PROPERTY(int Max READ Max WRITE SetMax)
-    Q_PROPERTY(int Value READ Value WRITE SetValue)
-    Q_PROPERTY(int Color3DLight READ Color3DLight WRITE SetColor3DLight)
-    Q_PROPERTY(int Color3DDark READ Color3DDark WRITE SetColor3DDark)
+    Q_PROPERTY(int ForeColor READ ForeColor)
+    Q_PROPERTY(int BackColor READ BackColor)
+    Q_PROPERTY(bool Enabled READ Enabled)
+    Q_PROPERTY(int Min READ Min)
+    Q_PROPERTY(int Max READ Max)
+    Q_PROPERTY(int Value READ Value)
+    Q_PROPERTY(int Color3DLight READ Color3DLight)
+    Q_PROPERTY(int Color3DDark READ Color3DDark)
 
   public:
     elprogress(const QString& name, QWidget* parent);
@@ -48,6 +48,7 @@ class elprogress final : public ForwardingControl {
         std::int16_t cantidad = 0;
     };
 
+    std::int32_t cells() const;
     void redraw();
     void resized() override;
     void show_light() override;

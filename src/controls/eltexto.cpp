@@ -25,20 +25,20 @@ constexpr int text_line_height = 16;
 constexpr int no_limit = 32767; // of QLineEdit itself
 constexpr int own_margin = 2;   // of QLineEdit, left and right of the text; other controls have none there
 
-const std::vector<PersistedProperty>& persisted() {
-    static const std::vector<PersistedProperty> properties{
-        {"MaxChars", QVariant::fromValue(std::int16_t{0})},
-        {"BackColor", look::field_background},
-        {"ForeColor", look::light_text},
-        {"Enabled", true},
-        {"Text", QStringLiteral("Text")},
-        {"Color3DLight", look::edge_light},
-        {"Color3DDark", look::window_text},
-        {"Font"},
-        {"FontName"},
-        {"FontSize"},
-        {"FontItalic"},
-        {"FontUnderline"},
+const std::vector<ControlProperty>& persisted() {
+    static const std::vector<ControlProperty> properties{
+        {"MaxChars", sets<&eltexto::SetMaxChars>, QVariant::fromValue(std::int16_t{0})},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::light_text},
+        {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
+        {"Text", sets<&eltexto::SetText>, QStringLiteral("Text")},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"Font", sets<&SkinnedControl::SetFont>},
+        {"FontName", sets<&SkinnedControl::SetFontName>},
+        {"FontSize", sets<&SkinnedControl::SetFontSize>},
+        {"FontItalic", sets<&SkinnedControl::SetFontItalic>},
+        {"FontUnderline", sets<&SkinnedControl::SetFontUnderline>},
     };
     return properties;
 }

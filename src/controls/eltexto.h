@@ -12,18 +12,18 @@ namespace varnoth {
 /// Always 300 twips high. The mouse events are those of `Text1`.
 class eltexto final : public ForwardingControl {
     Q_OBJECT
-    Q_PROPERTY(short MaxChars READ MaxChars WRITE SetMaxChars)
-    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
-    Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-    Q_PROPERTY(QString Text READ Text WRITE SetText)
-    Q_PROPERTY(int Color3DLight READ Color3DLight WRITE SetColor3DLight)
-    Q_PROPERTY(int Color3DDark READ Color3DDark WRITE SetColor3DDark)
-    Q_PROPERTY(QFont Font READ Font WRITE SetFont)
-    Q_PROPERTY(QString FontName READ FontName WRITE SetFontName)
-    Q_PROPERTY(double FontSize READ FontSize WRITE SetFontSize)
-    Q_PROPERTY(bool FontItalic READ FontItalic WRITE SetFontItalic)
-    Q_PROPERTY(bool FontUnderline READ FontUnderline WRITE SetFontUnderline)
+    Q_PROPERTY(short MaxChars READ MaxChars)
+    Q_PROPERTY(int BackColor READ BackColor)
+    Q_PROPERTY(int ForeColor READ ForeColor)
+    Q_PROPERTY(bool Enabled READ Enabled)
+    Q_PROPERTY(QString Text READ Text)
+    Q_PROPERTY(int Color3DLight READ Color3DLight)
+    Q_PROPERTY(int Color3DDark READ Color3DDark)
+    Q_PROPERTY(QFont Font READ Font)
+    Q_PROPERTY(QString FontName READ FontName)
+    Q_PROPERTY(double FontSize READ FontSize)
+    Q_PROPERTY(bool FontItalic READ FontItalic)
+    Q_PROPERTY(bool FontUnderline READ FontUnderline)
 
   public:
     eltexto(const QString& name, QWidget* parent);

@@ -1,8 +1,10 @@
 // What the ten controls have in common: properties by name, their types, defaults and order of saving, and
 // setters that tell the host.
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "controls/elboton.h"
 #include "controls/elcheck.h"
@@ -274,6 +276,89 @@ TEST_P(StoredControl, TheFontsPartsWinOverTheFontWhenStored) {
     EXPECT_TRUE(control->FontUnderline());
 }
 
+// A property of 16 or 32 bits and the numbers that just do not fit it; none for other types.
+std::vector<qlonglong> beyond(const Stored& property) {
+    switch (property.other.typeId()) {
+    case QMetaType::Short:
+        return {-0x8001, 0x8000, 70000};
+    case QMetaType::Int:
+        return {-0x80000001LL, 0x80000000LL, 0x100000001LL};
+    default:
+        return {};
+    }
+}
+
+TEST_P(StoredControl, ANumberThatDoesNotFitIsAnOverflow) {
+    for (const Stored& property : stored()) {
+        const QVariant before = control->property(property.name);
+        for (const qlonglong number : beyond(property)) {
+            EXPECT_FAILURE(control->setProperty(property.name, number), Overflow) << property.name;
+            EXPECT_FAILURE(control->setProperty(property.name, QString::number(number)), Overflow);
+        }
+        EXPECT_EQ(control->property(property.name), before) << property.name;
+    }
+}
+
+TEST_P(StoredControl, ANumberInABagThatDoesNotFitIsAnOverflow) {
+    for (const Stored& property : stored()) {
+        for (const qlonglong number : beyond(property)) {
+            PropertyBag bag;
+            bag.WriteProperty(property.name, number);
+            EXPECT_FAILURE(control->ReadProperties(bag), Overflow) << property.name;
+        }
+    }
+}
+
+TEST_P(StoredControl, AFractionRoundsToTheEvenNeighbour) {
+    for (const Stored& property : stored()) {
+        if (beyond(property).empty()) {
+            continue; // no whole number
+        }
+        for (const auto& [fraction, whole] : {std::pair{2.5, 2}, std::pair{3.5, 4}, std::pair{4.4, 4}}) {
+            const std::unique_ptr<SkinnedControl> set = GetParam().make(nullptr);
+            set->setProperty(property.name, fraction);
+            EXPECT_EQ(set->property(property.name).toInt(), whole) << property.name;
+            PropertyBag bag;
+            bag.WriteProperty(property.name, fraction);
+            const std::unique_ptr<SkinnedControl> loaded = GetParam().make(nullptr);
+            loaded->ReadProperties(bag);
+            EXPECT_EQ(loaded->property(property.name).toInt(), whole) << property.name;
+        }
+    }
+}
+
+TEST_P(StoredControl, AValueOfNoSuitableKindIsRefused) {
+    for (const Stored& property : stored()) {
+        EXPECT_FAILURE(control->setProperty(property.name, QVariant()), InvalidPropertyValue)
+            << property.name;
+        EXPECT_FAILURE(control->setProperty(property.name, QVariant::fromValue(QSize(1, 1))),
+                       InvalidPropertyValue)
+            << property.name;
+    }
+}
+
+// Qt would convert the value by itself and let the setter's failure pass through its own frames.
+TEST_P(StoredControl, QtItselfCannotSetItsProperties) {
+    for (const Stored& property : stored()) {
+        QObject& object = *control;
+        const QVariant before = object.property(property.name);
+        EXPECT_FALSE(object.setProperty(property.name, property.other)) << property.name;
+        EXPECT_EQ(object.property(property.name), before) << property.name;
+    }
+}
+
+TEST_P(StoredControl, AfterAFailedLoadTheHostIsToldAgain) {
+    const Stored& first = stored().front();
+    PropertyBag bag;
+    bag.WriteProperty(first.name, 0x100000000LL);
+    EXPECT_FAILURE(control->ReadProperties(bag), Overflow);
+    QStringList told;
+    on_event(control.get(), &SkinnedControl::property_changed, control.get(),
+             [&](const QString& name) { told.append(name); });
+    control->setProperty(first.name, first.other);
+    EXPECT_EQ(told, QStringList{first.name});
+}
+
 INSTANTIATE_TEST_SUITE_P(AllTen, StoredControl, testing::ValuesIn(kinds()),
                          [](const auto& each) { return std::string(each.param.name); });
 
@@ -281,6 +366,43 @@ TEST(StoredControls, AFontSizeHasFourDecimalPlaces) {
     elboton button("b", nullptr);
     button.SetFontSize(9.123456);
     EXPECT_EQ(button.FontSize(), 9.1235);
+}
+
+TEST(StoredControls, AFontSizeBeyondItsBitsIsAnOverflow) {
+    elboton button("b", nullptr);
+    EXPECT_FAILURE(button.setProperty("FontSize", 1e15), Overflow);
+    EXPECT_FAILURE(button.setProperty("FontSize", std::numeric_limits<double>::quiet_NaN()), Overflow);
+    EXPECT_EQ(button.FontSize(), 9.75);
+}
+
+TEST(StoredControls, AFailedLoadKeepsWhatWasLoadedBefore) {
+    elboton button("b", nullptr);
+    button.SetBackColor(0x111111);
+    button.SetDropShadow(true);
+    PropertyBag bag;
+    bag.WriteProperty("BackColor", 0x222222);
+    bag.WriteProperty("FontSize", 0);
+    EXPECT_FAILURE(button.ReadProperties(bag), InvalidPropertyValue);
+    EXPECT_EQ(button.BackColor(), 0x222222);
+    EXPECT_EQ(button.FontSize(), 9.75);
+    EXPECT_TRUE(button.DropShadow()); // it comes behind
+    EXPECT_EQ(test::colour_at(button, 20, 2), 0x222222);
+}
+
+TEST(StoredControls, PropertiesThatAreNotStoredAreSetByNameToo) {
+    elcombo combo("c", nullptr);
+    QStringList told;
+    on_event(&combo, &SkinnedControl::property_changed, &combo,
+             [&](const QString& name) { told.append(name); });
+    EXPECT_TRUE(combo.setProperty("ListBackColor", 1));
+    EXPECT_EQ(told, QStringList{"ListBackColor"});
+    EXPECT_FAILURE(combo.setProperty("ListForeColor", 0x80000000LL), Overflow);
+}
+
+TEST(StoredControls, AnotherNameIsLeftToQt) {
+    elframe frame("f", nullptr);
+    EXPECT_TRUE(frame.setProperty("objectName", "other"));
+    EXPECT_EQ(frame.objectName(), "other");
 }
 
 TEST(StoredControls, AnUnknownPartIsRefused) {

@@ -107,6 +107,16 @@ TEST(Elprogress, ItsProductIsOf32Bits) {
     EXPECT_FAILURE(progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10 + 1), Overflow);
 }
 
+TEST(Elprogress, AValueThatFailsChangesNothing) {
+    Progress progress;
+    progress->SetMax(std::numeric_limits<std::int32_t>::max());
+    progress->SetValue(7);
+    EXPECT_FAILURE(progress->SetValue(std::numeric_limits<std::int32_t>::max()), Overflow);
+    EXPECT_EQ(progress->Value(), 7);
+    progress->resize(132, 24);
+    EXPECT_EQ(blocks_of(progress.control), 0);
+}
+
 TEST(Elprogress, AProductBeyond32BitsAfterAChangeOfSizeIsFatalAtTheEventsEdge) {
     Progress progress;
     progress->SetMax(std::numeric_limits<std::int32_t>::max());

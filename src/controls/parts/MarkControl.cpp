@@ -9,24 +9,24 @@ namespace {
 
 constexpr double least_width_in_twips = 500;
 
-const std::vector<PersistedProperty>& persisted() {
-    static const std::vector<PersistedProperty> properties{
-        {"BackColor", look::window_background},
-        {"BackColor2", look::field_background},
-        {"CheckedColor", look::highlight},
-        {"UncheckedColor", look::light_text},
-        {"OverColor", look::over},
-        {"Enabled", true},
-        {"Caption", QStringLiteral("Caption")},
-        {"Value", false},
-        {"Color3DLight", look::edge_light},
-        {"Color3DDark", look::window_text},
-        {"Font"},
-        {"FontName"},
-        {"FontSize"},
-        {"FontItalic"},
-        {"FontUnderline"},
-        {"DropShadow", false},
+const std::vector<ControlProperty>& persisted() {
+    static const std::vector<ControlProperty> properties{
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::window_background},
+        {"BackColor2", sets<&MarkControl::SetBackColor2>, look::field_background},
+        {"CheckedColor", sets<&MarkControl::SetCheckedColor>, look::highlight},
+        {"UncheckedColor", sets<&MarkControl::SetUncheckedColor>, look::light_text},
+        {"OverColor", sets<&MarkControl::SetOverColor>, look::over},
+        {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
+        {"Caption", sets<&MarkControl::SetCaption>, QStringLiteral("Caption")},
+        {"Value", sets<&MarkControl::SetValue>, false},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"Font", sets<&SkinnedControl::SetFont>},
+        {"FontName", sets<&SkinnedControl::SetFontName>},
+        {"FontSize", sets<&SkinnedControl::SetFontSize>},
+        {"FontItalic", sets<&SkinnedControl::SetFontItalic>},
+        {"FontUnderline", sets<&SkinnedControl::SetFontUnderline>},
+        {"DropShadow", sets<&SkinnedControl::SetDropShadow>, false},
     };
     return properties;
 }

@@ -10,22 +10,22 @@ namespace varnoth {
 /// At least 500 twips wide. The control adds its parts, of which the caption stands in front.
 class MarkControl : public SkinnedControl {
     Q_OBJECT
-    Q_PROPERTY(int BackColor READ BackColor WRITE SetBackColor)
-    Q_PROPERTY(int BackColor2 READ BackColor2 WRITE SetBackColor2)
-    Q_PROPERTY(int CheckedColor READ CheckedColor WRITE SetCheckedColor)
-    Q_PROPERTY(int UncheckedColor READ UncheckedColor WRITE SetUncheckedColor)
-    Q_PROPERTY(int OverColor READ OverColor WRITE SetOverColor)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
-    Q_PROPERTY(bool Value READ Value WRITE SetValue)
-    Q_PROPERTY(int Color3DLight READ Color3DLight WRITE SetColor3DLight)
-    Q_PROPERTY(int Color3DDark READ Color3DDark WRITE SetColor3DDark)
-    Q_PROPERTY(QFont Font READ Font WRITE SetFont)
-    Q_PROPERTY(QString FontName READ FontName WRITE SetFontName)
-    Q_PROPERTY(double FontSize READ FontSize WRITE SetFontSize)
-    Q_PROPERTY(bool FontItalic READ FontItalic WRITE SetFontItalic)
-    Q_PROPERTY(bool FontUnderline READ FontUnderline WRITE SetFontUnderline)
-    Q_PROPERTY(bool DropShadow READ DropShadow WRITE SetDropShadow)
+    Q_PROPERTY(int BackColor READ BackColor)
+    Q_PROPERTY(int BackColor2 READ BackColor2)
+    Q_PROPERTY(int CheckedColor READ CheckedColor)
+    Q_PROPERTY(int UncheckedColor READ UncheckedColor)
+    Q_PROPERTY(int OverColor READ OverColor)
+    Q_PROPERTY(bool Enabled READ Enabled)
+    Q_PROPERTY(QString Caption READ Caption)
+    Q_PROPERTY(bool Value READ Value)
+    Q_PROPERTY(int Color3DLight READ Color3DLight)
+    Q_PROPERTY(int Color3DDark READ Color3DDark)
+    Q_PROPERTY(QFont Font READ Font)
+    Q_PROPERTY(QString FontName READ FontName)
+    Q_PROPERTY(double FontSize READ FontSize)
+    Q_PROPERTY(bool FontItalic READ FontItalic)
+    Q_PROPERTY(bool FontUnderline READ FontUnderline)
+    Q_PROPERTY(bool DropShadow READ DropShadow)
 
   public:
     /// The background of the mark.

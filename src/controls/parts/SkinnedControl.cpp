@@ -7,6 +7,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 
 #include "base/RunTimeFailure.h"
 #include "base/numbers.h"
@@ -44,7 +45,7 @@ bool is_font_set(const QWidget* widget) {
 } // namespace
 
 SkinnedControl::SkinnedControl(const QString& name, QWidget* parent,
-                               const std::vector<PersistedProperty>& properties)
+                               const std::vector<ControlProperty>& properties)
     : QWidget(parent), properties_(properties) {
     setObjectName(name);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -113,7 +114,8 @@ double SkinnedControl::FontSize() const {
 }
 
 void SkinnedControl::SetFontSize(double size) {
-    const double kept = std::nearbyint(size * font_size_places) / font_size_places;
+    const double kept =
+        static_cast<double>(round_to_even<std::int64_t>(size * font_size_places)) / font_size_places;
     if (!(kept > 0)) {
         fail(Failure::InvalidPropertyValue);
     }
@@ -158,25 +160,40 @@ void SkinnedControl::caption_changed() {
     changed("Caption");
 }
 
+bool SkinnedControl::setProperty(const char* name, const QVariant& value) {
+    const auto property = std::ranges::find_if(
+        properties_, [&](const ControlProperty& each) { return std::strcmp(each.name, name) == 0; });
+    if (property == properties_.end()) {
+        return QWidget::setProperty(name, value);
+    }
+    property->set(*this, value);
+    return true;
+}
+
 // Storing.
 
 void SkinnedControl::WriteProperties(PropertyBag& bag) const {
-    for (const PersistedProperty& property : properties_) {
-        bag.WriteProperty(QString::fromLatin1(property.name), this->property(property.name));
+    for (const ControlProperty& property : properties_) {
+        if (property.stored) {
+            bag.WriteProperty(QString::fromLatin1(property.name), this->property(property.name));
+        }
     }
 }
 
 void SkinnedControl::ReadProperties(const PropertyBag& bag) {
-    reading_ = true;
-    for (const PersistedProperty& property : properties_) {
-        read_property(bag, property);
+    const QScopedValueRollback<bool> while_reading(reading_, true);
+    for (const bool first : {true, false}) {
+        for (const ControlProperty& property : properties_) {
+            if (property.stored && property.loaded_first == first) {
+                read_property(bag, property);
+            }
+        }
     }
-    reading_ = false;
 }
 
-void SkinnedControl::read_property(const PropertyBag& bag, const PersistedProperty& property) {
+void SkinnedControl::read_property(const PropertyBag& bag, const ControlProperty& property) {
     const QVariant fallback = property.fallback.isValid() ? property.fallback : ambient(property.name);
-    setProperty(property.name, bag.ReadProperty(QString::fromLatin1(property.name), fallback));
+    property.set(*this, bag.ReadProperty(QString::fromLatin1(property.name), fallback));
 }
 
 // The font is read before its four parts, which are what it says unless they are stored themselves.

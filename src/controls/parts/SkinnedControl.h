@@ -10,6 +10,7 @@
 #include <QVariant>
 #include <QWidget>
 
+#include "controls/parts/ControlProperty.h"
 #include "controls/parts/Part.h"
 #include "controls/parts/PropertyBag.h"
 #include "platform/DrawingContext.h"
@@ -18,18 +19,17 @@
 
 namespace varnoth {
 
-/// A persisted property: its name and what it is when nothing is stored. The font properties have no fallback
-/// of their own: it is the font of the host.
-struct PersistedProperty {
-    const char* name;
-    QVariant fallback = {};
-};
-
 class SkinnedControl : public QWidget {
     Q_OBJECT
 
   public:
-    // The family's properties. Each control tells by Q_PROPERTY which of them it has.
+    // The family's properties. Each control tells by Q_PROPERTY which of them it has. Qt itself can only read
+    // them: it would wrap and round numbers before a setter sees them, and no failure may pass through it.
+
+    /// Sets a property by its name. A number is rounded as by round_to_even. Overflow for one that does not
+    /// fit, InvalidPropertyValue for a value of another kind, and the failures of the setter. Any other name
+    /// is left to QObject.
+    bool setProperty(const char* name, const QVariant& value);
 
     /// Whether the control is enabled of its own account, whatever its window is. No grey look goes with it.
     bool Enabled() const;
@@ -59,7 +59,8 @@ class SkinnedControl : public QWidget {
 
     void SetFontName(const QString& name);
 
-    /// In points, kept to four decimal places. InvalidPropertyValue for a size of 0 or less.
+    /// In points, a number of 64 bits with four decimal places. InvalidPropertyValue for a size of 0 or less,
+    /// Overflow for one that does not fit.
     double FontSize() const;
     void SetFontSize(double size);
 
@@ -80,11 +81,12 @@ class SkinnedControl : public QWidget {
     /// Writes the properties in the control's order of saving.
     void WriteProperties(PropertyBag& bag) const;
 
-    /// Takes the properties from a bag; what is missing there takes its fallback. The host is not told.
+    /// Takes the properties from a bag; what is missing there takes its fallback. The host is not told. Fails
+    /// as setProperty does; the properties loaded before are kept then.
     void ReadProperties(const PropertyBag& bag);
 
-    // Geometry in pixels. The parts follow a new size at once, also while the control is hidden; QWidget tells
-    // a hidden widget of its size only when it is shown.
+    // Geometry in pixels. The parts follow a new size at once, also while the control is hidden; QWidget
+    // tells a hidden widget of its size only when it is shown.
 
     void setGeometry(const QRect& geometry);
 
@@ -134,7 +136,7 @@ class SkinnedControl : public QWidget {
 
   protected:
     /// `properties` in the order of saving; the object name and the parent's child name are the same.
-    SkinnedControl(const QString& name, QWidget* parent, const std::vector<PersistedProperty>& properties);
+    SkinnedControl(const QString& name, QWidget* parent, const std::vector<ControlProperty>& properties);
 
     // For the constructor of a control.
 
@@ -211,9 +213,6 @@ class SkinnedControl : public QWidget {
 
     bool reading() const { return reading_; }
 
-    /// Sets one property from a bag, or to its fallback.
-    void read_property(const PropertyBag& bag, const PersistedProperty& property);
-
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -226,10 +225,11 @@ class SkinnedControl : public QWidget {
     Part* part_at(const QPointF& point, QPointF& within);
     void press(QMouseEvent* event);
     void abandon_press();
+    void read_property(const PropertyBag& bag, const ControlProperty& property);
     QVariant ambient(const char* property) const;
     void follow_size();
 
-    const std::vector<PersistedProperty>& properties_;
+    const std::vector<ControlProperty>& properties_;
     Colour back_colour_ = 0;
     Colour fore_colour_ = 0;
     Colour light_ = 0;
