@@ -24,7 +24,10 @@ const std::vector<ControlProperty>& persisted() {
         {"FontItalic", sets<&SkinnedControl::SetFontItalic>},
         {"FontUnderline", sets<&SkinnedControl::SetFontUnderline>},
         {"DropShadow", sets<&SkinnedControl::SetDropShadow>, false},
-        {"CenterCaption", sets<&elboton::SetCenterCaption>, false},
+        {.name = "CenterCaption",
+         .set = sets<&elboton::SetCenterCaption>,
+         .fallback = false,
+         .loaded_first = true},
     };
     return properties;
 }

@@ -389,6 +389,31 @@ TEST(StoredControls, AFailedLoadKeepsWhatWasLoadedBefore) {
     EXPECT_EQ(test::colour_at(button, 20, 2), 0x222222);
 }
 
+// A failing property tells where in the order it is loaded.
+TEST(StoredControls, AButtonLoadsCenterCaptionFirst) {
+    elboton button("b", nullptr);
+    PropertyBag bag;
+    bag.WriteProperty("ForeColor", 0x80000000LL);
+    bag.WriteProperty("CenterCaption", true);
+    EXPECT_FAILURE(button.ReadProperties(bag), Overflow);
+    EXPECT_TRUE(button.CenterCaption());
+}
+
+TEST(StoredControls, AButtonLoadsDropShadowLast) {
+    elboton button("b", nullptr);
+    PropertyBag bag;
+    bag.WriteProperty("DropShadow", QVariant());
+    for (const auto& [name, value] : {std::pair<const char*, QVariant>{"ForeColor", 0x111111},
+                                      {"CenterCaption", true},
+                                      {"FontUnderline", true}}) {
+        bag.WriteProperty(name, value);
+    }
+    EXPECT_FAILURE(button.ReadProperties(bag), InvalidPropertyValue);
+    EXPECT_EQ(button.ForeColor(), 0x111111);
+    EXPECT_TRUE(button.CenterCaption());
+    EXPECT_TRUE(button.FontUnderline());
+}
+
 TEST(StoredControls, PropertiesThatAreNotStoredAreSetByNameToo) {
     elcombo combo("c", nullptr);
     QStringList told;
