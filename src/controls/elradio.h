@@ -17,9 +17,9 @@ class elradio final : public MarkControl {
     bool Value() const override { return value_; }
 
   private:
-    /// The circle, drawn anew in the control's present colours whenever it is painted. Where it is not drawn
-    /// upon, the control's own background shows.
-    class Circle final : public Part {
+    /// The circle, painted in pixels of the screen, upon the piece of the control's background that the last
+    /// redrawing copied. What is drawn on the control later does not show around the circle.
+    class Circle final : public BoxPart {
       public:
         explicit Circle(const elradio& control) : control_(control) {}
 
@@ -30,6 +30,17 @@ class elradio final : public MarkControl {
     };
 
     void keep_value(bool value) override { value_ = value; }
+
+    /// Redraws: also copies the background anew. A value and every colour of the control itself do.
+    void update_look() override;
+
+    void show_back_colour() override { update_look(); }
+
+    void show_back_colour2() override { update_look(); }
+
+    void show_light() override { update_look(); }
+
+    void show_dark() override { update_look(); }
 
     void part_clicked(Part* part) override;
 

@@ -1,5 +1,6 @@
 // The check box and the radio button.
 #include <cmath>
+#include <map>
 #include <numbers>
 #include <type_traits>
 
@@ -316,18 +317,118 @@ TEST(Elradio, TheCircleIsDarkFromHalfARadianToFourAndLightFromThereOn) {
     radio->SetColor3DLight(0x00FF00);
     radio->SetBackColor(0);
     radio->SetBackColor2(0);
-    for (const int scale : {1, 2, 3}) {
+    // With fewer pixels the line of radius 6 crosses some whose middle is not on it.
+    for (const int scale : {2, 3}) {
         const QImage picture = picture_of(radio.control, scale);
-        // Softened against the black beside it, the line covers a tenth of the pixel at the least.
         for (double angle = 0.8; angle < 3.8; angle += 0.1) {
-            const Colour drawn = on_circle(picture, scale, angle);
-            EXPECT_GT(red_of(drawn), 24 + green_of(drawn)) << scale << ' ' << angle;
+            EXPECT_EQ(on_circle(picture, scale, angle), 0x0000FF) << scale << ' ' << angle;
         }
         for (double angle = 4.3; angle < 0.2 + 2 * std::numbers::pi; angle += 0.1) {
-            const Colour drawn = on_circle(picture, scale, angle);
-            EXPECT_GT(green_of(drawn), 24 + red_of(drawn)) << scale << ' ' << angle;
+            EXPECT_EQ(on_circle(picture, scale, angle), 0x00FF00) << scale << ' ' << angle;
         }
     }
+}
+
+// The middle of each side of the square around the circle, on its outermost pixel of the screen.
+struct ExtremePoints {
+    QPoint right;
+    QPoint top;
+    QPoint left;
+    QPoint bottom;
+
+    explicit ExtremePoints(double scale) {
+        const int first = static_cast<int>(std::floor(3 * scale + 0.5));
+        const int size = static_cast<int>(std::floor(13 * scale + 0.5));
+        const int last = first + size - 1;
+        const int middle = first + size / 2;
+        right = {last, middle};
+        top = {middle, first};
+        left = {first, middle};
+        bottom = {middle, last};
+    }
+};
+
+TEST(Elradio, TheArcsHaveTheirColoursAtTheExtremePoints) {
+    Radio radio;
+    for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
+        const QImage picture = picture_of(radio.control, scale);
+        const ExtremePoints extreme(scale);
+        EXPECT_EQ(colour_at(picture, extreme.top.x(), extreme.top.y()), dark) << scale;
+        EXPECT_EQ(colour_at(picture, extreme.left.x(), extreme.left.y()), dark) << scale;
+        EXPECT_EQ(colour_at(picture, extreme.bottom.x(), extreme.bottom.y()), light) << scale;
+        EXPECT_EQ(colour_at(picture, extreme.right.x(), extreme.right.y()), light) << scale;
+        for (const QPoint beside : {extreme.top - QPoint(0, 1), extreme.left - QPoint(1, 0),
+                                    extreme.bottom + QPoint(0, 1), extreme.right + QPoint(1, 0)}) {
+            EXPECT_EQ(colour_at(picture, beside.x(), beside.y()), look::window_background) << scale;
+        }
+    }
+}
+
+TEST(Elradio, NoColourOccursInTheCircleButTheStatedOnes) {
+    Radio radio;
+    radio->SetValue(true);
+    for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
+        const QImage picture = picture_of(radio.control, scale);
+        const int side = static_cast<int>(18 * scale);
+        const QRect surface(0, 0, side, side);
+        int stated = 0;
+        for (const Colour colour : {look::window_background, look::field_background, dark, light, checked}) {
+            EXPECT_GT(count_of(picture, colour, surface), 0) << scale << ' ' << colour;
+            stated += count_of(picture, colour, surface);
+        }
+        EXPECT_EQ(stated, side * side) << scale;
+    }
+}
+
+// At this scale every second pixel of the design begins in the middle of one of the screen.
+TEST(Elradio, TheCircleIsTheSameWhereverItStands) {
+    const auto circle_at = [](int left) {
+        QWidget window;
+        elradio radio("radio", &window);
+        radio.SetColor3DDark(dark);
+        radio.setGeometry(left, 0, 50, 19);
+        window.resize(60, 30);
+        window.show();
+        return picture_of(window, 1.5).copy(5 + left, 5, 20, 20);
+    };
+    EXPECT_EQ(circle_at(0), circle_at(1));
+    EXPECT_EQ(count_of(circle_at(0), dark) + count_of(circle_at(0), light), 60);
+}
+
+TEST(Elradio, TheCircleAtTheDesignsOwnScale) {
+    Radio radio;
+    radio->SetValue(true);
+    // Dark and light line, dot, and what is left of the square around the circle.
+    const QStringList designed{
+        "....DDDDD....", //
+        "..DD     DD..", //
+        ".DD       DD.", //
+        ".D   ooo   D.", //
+        "D   ooooo   L", //
+        "D  ooooooo  L", //
+        "D  ooooooo  L", //
+        "D  ooooooo  L", //
+        "D   ooooo   L", //
+        ".D   ooo   L.", //
+        ".DD       LL.", //
+        "..LL     LL..", //
+        "....LLLLL....", //
+    };
+    const std::map<Colour, QChar> letters{{dark, 'D'},
+                                          {light, 'L'},
+                                          {checked, 'o'},
+                                          {look::field_background, ' '},
+                                          {look::window_background, '.'}};
+    const QImage picture = picture_of(radio.control);
+    QStringList found;
+    for (int y = 3; y < 16; ++y) {
+        QString row;
+        for (int x = 3; x < 16; ++x) {
+            row += letters.at(colour_at(picture, x, y));
+        }
+        found.append(row);
+    }
+    EXPECT_EQ(found, designed);
 }
 
 TEST(Elradio, TheCircleIsFilledAndTheBackgroundShowsAroundIt) {
@@ -349,21 +450,35 @@ TEST(Elradio, TheDotHasARadiusOfThree) {
     Radio radio;
     radio->SetValue(true);
     const QImage picture = picture_of(radio.control);
-    for (int x = 7; x <= 11; ++x) {
+    for (int x = 6; x <= 12; ++x) {
         EXPECT_EQ(colour_at(picture, x, 9), checked) << x;
     }
-    EXPECT_NE(colour_at(picture, 6, 9), look::field_background);
     EXPECT_EQ(colour_at(picture, 5, 9), look::field_background);
     EXPECT_EQ(colour_at(picture, 13, 9), look::field_background);
 }
 
-TEST(Elradio, TheCircleStandsOnTheObtainedBackground) {
+TEST(Elradio, TheCircleStandsOnTheBackgroundOfItsLastRedrawing) {
     Radio radio;
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     radio->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
-    EXPECT_EQ(colour_at(radio.control, 0, 0), 0xFFFFFF);
-    EXPECT_EQ(colour_at(radio.control, 17, 17), 0xFFFFFF);
+    for (const int corner : {0, 17}) {
+        EXPECT_EQ(colour_at(radio.control, corner, corner), look::window_background);
+    }
+    EXPECT_EQ(colour_at(radio.control, 18, 18), 0xFFFFFF);
+    radio->SetValue(false);
+    for (const int corner : {0, 17}) {
+        EXPECT_EQ(colour_at(radio.control, corner, corner), 0xFFFFFF);
+    }
     EXPECT_EQ(colour_at(radio.control, 9, 9), look::field_background);
+}
+
+TEST(Elradio, AClickOnAChosenOneDoesNotRedrawIt) {
+    Radio radio;
+    radio->SetValue(true);
+    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
+    radio->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
+    radio.click({9, 9});
+    EXPECT_EQ(colour_at(radio.control, 0, 0), look::window_background);
 }
 
 TEST(Elradio, TheHoverLookIsForTheOneThatIsNotChosen) {
@@ -381,8 +496,7 @@ TEST(Elradio, TheEdgeColoursAreDrawnAnew) {
     Radio radio;
     radio->SetColor3DDark(0x0000FF);
     radio->SetColor3DLight(light);
-    const Colour drawn = on_circle(picture_of(radio.control), 1, 2);
-    EXPECT_GT(red_of(drawn), 2 * green_of(drawn)); // softened, but of no other hue
+    EXPECT_EQ(on_circle(picture_of(radio.control, 2), 2, 2), 0x0000FF);
 }
 
 } // namespace

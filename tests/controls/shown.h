@@ -39,7 +39,7 @@ inline Colour colour_of(const QColor& colour) {
 }
 
 /// What the control looks like, on a device with that many pixels for each of its own.
-inline QImage picture_of(QWidget& control, int scale = 1) {
+inline QImage picture_of(QWidget& control, double scale = 1) {
     QImage image(control.size() * scale, QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);
     image.fill(Qt::magenta);

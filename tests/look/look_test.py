@@ -190,16 +190,25 @@ class Sheet:
     def draw_radio(self, name, place, on, ground, text):
         left, top, width, height = place
         self.fill(place, ground)
-        # The circle has its middle in pixel (9, 9) and a radius of 6, its line of one pixel lies on it.
-        across, room = self.take(name + "'s circle", (left + 2, top + 2, 15, 15), ground, FIELD,
-                                 *[MARKED] * on, others=(LIGHT, DARK))
-        beside = (across[0], room - 1 - across[-1])
-        uneven = abs(beside[0] - beside[1]) > math.ceil(self.scale % 1)
-        if uneven or not self.thick <= beside[0] <= math.ceil(self.scale):
-            self.faults.append(f"{name}'s circle is {beside} pixels from its ends")
-        self.fill((left + 8, top + 8, 3, 3), MARKED if on else FIELD)
+        self.draw_circle(left + 3, top + 3, on)
         # A letter may lean out of its place by less than a pixel.
         self.take(name, (left + 27, top, width - 27, height), ground, text, left_end=True)
+
+    def draw_circle(self, left, top, on):
+        """A circle 13 pixels across and, if chosen, a dot 3 pixels within it. A pixel of the screen belongs to what its
+        middle lies in. The line is dark from half a radian to four, counter-clockwise from three o'clock."""
+        left, top, size, inset = self.at(left), self.at(top), self.at(13), self.at(3)
+        for y in range(size):
+            for x in range(size):
+                right, up = x + 0.5 - size / 2, size / 2 - y - 0.5
+                beyond = math.hypot(right, up) - size / 2
+                if beyond > 0:
+                    continue
+                if beyond > -self.thick:
+                    colour = DARK if 0.5 <= math.atan2(up, right) % (2 * math.pi) <= 4 else LIGHT
+                else:
+                    colour = MARKED if on and beyond <= -inset else FIELD
+                self.fill_pixels(left + x, top + y, left + x + 1, top + y + 1, colour)
 
     def draw_progress(self, name, place):
         left, top, width, height = place
