@@ -1,5 +1,7 @@
 // The editor: starts in its main window and runs until the window's close box is clicked.
 
+#include <algorithm>
+
 #include <QApplication>
 
 #include "base/large_blocks.h"
@@ -9,10 +11,14 @@
 #include "platform/qt/QtMessageBoxes.h"
 #include "platform/qt/QtPictureLoader.h"
 #include "platform/qt/look.h"
+#include "platform/qt/no_settings.h"
 #include "workbench/Desk.h"
 
 int main(int argument_count, char** arguments) {
     varnoth::keep_large_blocks_apart();
+    varnoth::keep_no_settings();
+    // Qt gets the program's name alone: it would act on -style, -stylesheet, -reverse and others.
+    argument_count = std::min(argument_count, 1);
     QApplication application(argument_count, arguments);
     varnoth::look::apply(application);
     varnoth::install_accessible_controls();

@@ -60,12 +60,12 @@ def is_highlight(colour):
 
 
 class Hand:
-    def start(self, program, **more):
-        """Starts the editor, with more in its environment."""
+    def start(self, program, *arguments, **more):
+        """Starts the editor, with arguments and more in its environment."""
         self.errors = os.path.join(self.display.folder, "errors")
         with open(self.errors, "wb") as errors:
-            self.editor = self.display.start([program], more={"QT_QPA_PLATFORM": "xcb", **more}, cwd=self.display.home,
-                                             stdout=errors, stderr=errors)
+            self.editor = self.display.start([program, *arguments], more={"QT_QPA_PLATFORM": "xcb", **more},
+                                             cwd=self.display.home, stdout=errors, stderr=errors)
         self.main = self.display.wait_for_window(MAIN)
 
     # What a user does.

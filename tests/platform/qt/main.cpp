@@ -6,6 +6,7 @@
 
 #include "controls/parts/accessible.h"
 #include "platform/qt/look.h"
+#include "platform/qt/no_settings.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -17,6 +18,7 @@ int main(int argc, char** argv) {
     // rest, as would what a platform without a display cannot do.
     QLoggingCategory::setFilterRules("qt.gui.imageio*=false\ndefault.warning=false");
     testing::InitGoogleTest(&argc, argv);
+    varnoth::keep_no_settings(); // neither read nor written by a test
     QApplication application(argc, argv);
     varnoth::look::apply(application);
     varnoth::install_accessible_controls();
