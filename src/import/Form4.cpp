@@ -1,9 +1,11 @@
 #include "import/Form4.h"
 
+#include "base/number_text.h"
 #include "base/numbers.h"
 #include "import/PictureSelection.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/in_force.h"
+#include "platform/qt/path_text.h"
 #include "workbench/Form1.h"
 #include "workbench/FormParts.h"
 
@@ -32,7 +34,7 @@ class Form4::ImportSide : public AddFramesForm {
 
     std::int32_t entry_count() const override { return form_.File1.ListCount(); }
 
-    std::string entry(std::int32_t index) const override { return form_.File1.List(index).toStdString(); }
+    std::string entry(std::int32_t index) const override { return path_of_text(form_.File1.List(index)); }
 
     bool is_selected(std::int32_t index) const override { return form_.File1.Selected(index); }
 

@@ -1,7 +1,5 @@
 #include "workbench/Desk.h"
 
-#include <algorithm>
-
 #include <QStandardPaths>
 
 #include "base/files.h"
@@ -9,8 +7,10 @@
 #include "import/ImportPipeline.h"
 #include "import/ImportView.h"
 #include "platform/qt/event_edge.h"
+#include "platform/qt/path_text.h"
 #include "sprite/hlspr.h"
 #include "workbench/FrameExtraction.h"
+#include "workbench/Module1.h"
 
 namespace varnoth {
 
@@ -173,7 +173,7 @@ void Desk::open_export() {
              [this](const ExtractionOptions& options) { extract(options); });
     on_event(form3_.get(), &Form3::unload_wanted, this, [this] { unload(form3_); });
     if (!hlspr::ExtractFolder.empty()) {
-        form3_->eltexto1.SetText(QString::fromStdString(hlspr::ExtractFolder));
+        form3_->eltexto1.SetText(text_of_path(hlspr::ExtractFolder));
     }
     form3_->show_over(form1_);
     form1_.SetEnabled(false);
@@ -198,7 +198,7 @@ void Desk::open_folder() {
     });
     form5_->Dir1.SetPath(first_folder(std::string()));
     const QString typed = form3_->eltexto1.Text();
-    if (!typed.isEmpty() && folder_exists(typed.toStdString())) {
+    if (!typed.isEmpty() && folder_exists(path_of_text(typed))) {
         form5_->Dir1.SetPath(hlspr::ExtractFolder);
     }
     form5_->show_over(*form3_);
@@ -207,7 +207,7 @@ void Desk::open_folder() {
 
 void Desk::take_folder(const std::string& folder) {
     form3_->SetEnabled(true);
-    form3_->eltexto1.SetText(QString::fromStdString(folder));
+    form3_->eltexto1.SetText(text_of_path(folder));
     hlspr::ExtractFolder = folder;
     unload(form5_);
 }
@@ -220,11 +220,10 @@ Form6& Desk::make_progress(const Form& opener) {
 // A folder list starts where it was left, else at the sprite's folder, else at the user's pictures, else (for
 // an empty path opens nothing) in the current folder.
 std::string Desk::first_folder(const std::string& last) const {
-    const QString path = form1_.eltexto1.Text();
-    const qsizetype separator = path.lastIndexOf(QLatin1Char('/'));
+    const std::string sprite_folder = Module1::folder_of(path_of_text(form1_.eltexto1.Text()));
     const QStringList pictures = QStandardPaths::standardLocations(QStandardPaths::PicturesLocation);
-    for (const std::string& folder : {last, path.left(std::max(separator, qsizetype{0})).toStdString(),
-                                      pictures.isEmpty() ? std::string() : pictures.front().toStdString()}) {
+    for (const std::string& folder :
+         {last, sprite_folder, pictures.isEmpty() ? std::string() : pictures.front().toStdString()}) {
         if (!folder.empty() && folder_exists(folder)) {
             return folder;
         }

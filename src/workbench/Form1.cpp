@@ -10,6 +10,7 @@
 #include "base/numbers.h"
 #include "platform/Services.h"
 #include "platform/qt/event_edge.h"
+#include "platform/qt/path_text.h"
 #include "sprite/hlspr.h"
 #include "workbench/FormParts.h"
 
@@ -133,7 +134,7 @@ void Form1::connect_controls() {
 
 void Form1::Open() {
     if (hlspr::SpriteDirty && ask_yes_no("¿ Do you want to save changes in " +
-                                         trimmed_of_blanks(eltexto1.Text()).toStdString() + " ?")) {
+                                         path_of_text(trimmed_of_blanks(eltexto1.Text())) + " ?")) {
         Save();
     }
     const std::string path = choose_file_to_open(sprite_filter);
@@ -142,7 +143,7 @@ void Form1::Open() {
     }
     hlspr::UnnamedSprite = false;
     hlspr::SpriteDirty = false;
-    show_sprite(QString::fromStdString(path));
+    show_sprite(text_of_path(path));
 }
 
 // The Save button stays as it was.
@@ -178,7 +179,7 @@ void Form1::Save() {
         return;
     }
     if (!hlspr::UnnamedSprite) {
-        hlspr::save_sprite(eltexto1.Text().toStdString());
+        hlspr::save_sprite(path_of_text(eltexto1.Text()));
         hlspr::SpriteDirty = false; // whether or not that went well
         return;
     }

@@ -3,6 +3,7 @@
 #include "base/files.h"
 #include "platform/Services.h"
 #include "platform/qt/event_edge.h"
+#include "platform/qt/path_text.h"
 #include "workbench/Form1.h"
 #include "workbench/FormParts.h"
 
@@ -123,7 +124,7 @@ void Form3::Ok() {
         emit folder_wanted();
         return;
     }
-    if (!folder_exists(eltexto1.Text().toStdString())) {
+    if (!folder_exists(path_of_text(eltexto1.Text()))) {
         show_message("Output Folder Doesnt Exist.");
         emit folder_wanted();
         return;
@@ -138,8 +139,8 @@ void Form3::Cancel() {
 
 ExtractionOptions Form3::options() const {
     ExtractionOptions options;
-    options.folder = eltexto1.Text().toStdString();
-    options.sprite_path = main_window_.eltexto1.Text().toStdString();
+    options.folder = path_of_text(eltexto1.Text());
+    options.sprite_path = path_of_text(main_window_.eltexto1.Text());
     options.format = elradio1[0].Value()   ? ExtractionFormat::Bmp
                      : elradio1[1].Value() ? ExtractionFormat::Tga
                                            : ExtractionFormat::Pcx;

@@ -1,5 +1,6 @@
 #include "workbench/Module1.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace varnoth::Module1 {
@@ -24,6 +25,11 @@ std::string strip_folder(const std::string& path) {
         at = path.find_last_of(separators, at - 1);
     }
     return result;
+}
+
+std::string folder_of(const std::string& path) {
+    const std::size_t at = path.find_last_of(separators);
+    return at == std::string::npos ? std::string() : path.substr(0, std::max(at, std::size_t{1}));
 }
 
 std::string strip_extension(const std::string& name) {

@@ -32,6 +32,23 @@ TEST(StripFolder, WhereNothingStandsBehindAnySeparatorTheResultIsEmpty) {
     EXPECT_EQ(strip_folder("//"), "/");
 }
 
+TEST(FolderOf, IsWhatStandsBeforeTheLastSeparatorOfEitherKind) {
+    EXPECT_EQ(folder_of("/home/sprites/smoke.spr"), "/home/sprites");
+    EXPECT_EQ(folder_of("C:\\sprites\\smoke.spr"), "C:\\sprites");
+    EXPECT_EQ(folder_of("a/b\\smoke.spr"), "a/b");
+    EXPECT_EQ(folder_of("a\\b/smoke.spr"), "a\\b");
+}
+
+TEST(FolderOf, OfAFileInTheRootIsTheRoot) {
+    EXPECT_EQ(folder_of("/smoke.spr"), "/");
+    EXPECT_EQ(folder_of("\\smoke.spr"), "\\");
+}
+
+TEST(FolderOf, OfANameWithoutASeparatorIsEmpty) {
+    EXPECT_EQ(folder_of("smoke.spr"), "");
+    EXPECT_EQ(folder_of(""), "");
+}
+
 TEST(StripExtension, ATextWithoutADotStaysWhole) {
     EXPECT_EQ(strip_extension("smoke"), "smoke");
     EXPECT_EQ(strip_extension(""), "");

@@ -13,6 +13,7 @@
 #include "platform/qt/DropDownList.h"
 #include "platform/qt/FolderListBox.h"
 #include "platform/qt/ListBox.h"
+#include "platform/qt/path_text.h"
 
 namespace varnoth::ui_driver {
 
@@ -95,7 +96,7 @@ bool walk_to(FolderListBox& folders, const QString& absolute_path) {
         }
         double_click_line(folders, folders.row(found.back()));
     }
-    return QString::fromStdString(folders.Path()) == target;
+    return text_of_path(folders.Path()) == target;
 }
 
 void settle() {

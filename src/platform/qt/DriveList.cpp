@@ -7,7 +7,7 @@
 #include <QStorageInfo>
 
 #include "platform/folders.h"
-#include "platform/qt/look.h"
+#include "platform/qt/path_text.h"
 
 namespace varnoth {
 
@@ -40,12 +40,16 @@ DriveList::DriveList(const QString& name, QWidget* parent) : DropDownList(name, 
         // A single file may be mounted too, and several volumes in one place.
         const QString root = volume.rootPath();
         if (volume.isReady() && findData(root) < 0 && QFileInfo(root).isDir() &&
-            !is_system_volume(root.toStdString(), volume.fileSystemType().toStdString())) {
+            !is_system_volume(path_of_text(root), volume.fileSystemType().toStdString())) {
             add_volume(root, volume.name());
         }
     }
     show_drive_of(current_folder());
-    connect(this, &QComboBox::activated, this, &DriveList::Change);
+    connect(this, &QComboBox::currentIndexChanged, this, [this] {
+        if (!quiet_) {
+            emit Change();
+        }
+    });
 }
 
 void DriveList::add_volume(const QString& root, const QString& name) {
@@ -54,18 +58,20 @@ void DriveList::add_volume(const QString& root, const QString& name) {
 }
 
 std::string DriveList::Drive() const {
-    return currentData().toString().toStdString();
+    return path_of_text(currentData().toString());
 }
 
 void DriveList::show_drive_of(const std::string& folder) {
     int best = 0; // the root holds every folder
     for (int line = 1; line < count(); ++line) {
         const QString root = itemData(line).toString();
-        if (is_within(folder, root.toStdString()) && root.size() > itemData(best).toString().size()) {
+        if (is_within(folder, path_of_text(root)) && root.size() > itemData(best).toString().size()) {
             best = line;
         }
     }
+    quiet_ = true;
     setCurrentIndex(best);
+    quiet_ = false;
 }
 
 } // namespace varnoth

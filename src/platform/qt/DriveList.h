@@ -26,11 +26,13 @@ class DriveList : public DropDownList {
     void show_drive_of(const std::string& folder);
 
   signals:
-    /// The user chose a volume.
+    /// Another volume was chosen than the one shown.
     void Change();
 
   private:
     void add_volume(const QString& root, const QString& name);
+
+    bool quiet_ = false; ///< show_drive_of is choosing
 };
 
 } // namespace varnoth

@@ -2,6 +2,7 @@
 
 #include "platform/FileList.h"
 #include "platform/folders.h"
+#include "platform/qt/path_text.h"
 
 namespace varnoth {
 
@@ -23,7 +24,7 @@ void FileListBox::list_again() {
     Clear();
     const QString ending = pattern_.startsWith(u'*') ? pattern_.mid(1) : pattern_;
     for (const std::string& file : list_files(path_, ending.toStdString())) {
-        AddItem(QString::fromStdString(file));
+        AddItem(text_of_path(file));
     }
 }
 

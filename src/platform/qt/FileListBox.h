@@ -1,4 +1,5 @@
-// The files of a folder that end as the pattern says, several of them selected at will.
+// The files of a folder that end as the pattern says, several of them selected at will. A line is the text of
+// a file's name; path_of_text gives the name.
 #pragma once
 
 #include <string>

@@ -13,6 +13,7 @@
 #include "platform/folders.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/look.h"
+#include "platform/qt/path_text.h"
 
 namespace varnoth {
 
@@ -99,8 +100,8 @@ void FolderListBox::list_again() {
     const std::vector<std::string> open_folders = folders_down_to(path_);
     int depth = 0;
     const auto add = [&](const std::string& folder, bool open) {
-        const QString path = QString::fromStdString(folder);
-        auto line = std::make_unique<QListWidgetItem>(QString::fromStdString(folder_name(folder)));
+        const QString path = text_of_path(folder);
+        auto line = std::make_unique<QListWidgetItem>(text_of_path(folder_name(folder)));
         line->setData(path_role, QByteArray::fromStdString(folder));
         line->setData(depth_role, depth);
         line->setData(open_role, open);

@@ -1,9 +1,9 @@
 #include "platform/qt/QtFileChooser.h"
 
-#include <QDir>
 #include <QFileDialog>
 
 #include "platform/qt/dialog_parent.h"
+#include "platform/qt/path_text.h"
 
 namespace varnoth {
 
@@ -30,14 +30,14 @@ QString name_filter(const Filter& filter) {
 std::string QtFileChooser::choose(QFileDialog& dialog, std::string_view filter) {
     dialog.setNameFilter(name_filter(parse(filter)));
     if (!folder_.isEmpty()) {
-        dialog.setDirectory(folder_);
+        dialog.setDirectoryUrl(folder_);
     }
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedUrls().isEmpty()) {
         return {};
     }
-    const QString file = dialog.selectedFiles().constFirst();
-    folder_ = QFileInfo(file).absolutePath();
-    return QDir::toNativeSeparators(file).toStdString();
+    const QUrl file = dialog.selectedUrls().constFirst();
+    folder_ = file.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
+    return path_of_url(file);
 }
 
 std::string QtFileChooser::choose_to_open(std::string_view filter) {

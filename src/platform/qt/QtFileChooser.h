@@ -1,7 +1,7 @@
 // The platform's own file chooser.
 #pragma once
 
-#include <QString>
+#include <QUrl>
 
 #include "platform/Services.h"
 
@@ -19,7 +19,7 @@ class QtFileChooser : public FileChooser {
   private:
     std::string choose(QFileDialog& dialog, std::string_view filter);
 
-    QString folder_; ///< of the last choice
+    QUrl folder_; ///< of the last choice
 };
 
 } // namespace varnoth

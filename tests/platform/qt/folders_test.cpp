@@ -13,6 +13,8 @@
 #include "platform/qt/event_edge.h"
 #include "platform/qt/fast_pair.h"
 #include "platform/qt/look.h"
+#include "platform/qt/path_text.h"
+#include "shared/Hand.h"
 #include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
 
@@ -64,6 +66,15 @@ TEST(FileListBox, AFolderThatCannotBeReadHasNoEntries) {
     EXPECT_EQ(list.ListCount(), 1);
     list.SetPath(folder.file("none"));
     EXPECT_EQ(list.ListCount(), 0);
+}
+
+TEST(FileListBox, ANameThatIsNoUtf8ComesBackFromItsLine) {
+    const TemporaryFolder folder;
+    folder.write("a\xFF.bmp", {});
+    FileListBox list("File1", nullptr);
+    list.SetPath(folder.path());
+    ASSERT_EQ(list.ListCount(), 1);
+    EXPECT_EQ(path_of_text(list.List(0)), "a\xFF.bmp");
 }
 
 TEST(FileListBox, StartsInTheCurrentFolder) {
@@ -180,6 +191,17 @@ TEST_F(FolderListBoxTest, ALinkToAFolderOpensUnderItsOwnName) {
     EXPECT_EQ(lines_of(list_).back(), "inner");
 }
 
+TEST_F(FolderListBoxTest, AFolderWhoseNameIsNoUtf8IsShownAndOpened) {
+    std::filesystem::create_directories(tree_.file("f2/z\xFF/inner"));
+    list_.SetPath(tree_.file("f2"));
+    const int line = list_.count() - 1;
+    EXPECT_EQ(path_of_text(list_.item(line)->text()), "z\xFF");
+    EXPECT_EQ(path_of_text(list_.item(line)->toolTip()), tree_.file("f2/z\xFF"));
+    double_click(line);
+    EXPECT_EQ(list_.Path(), tree_.file("f2/z\xFF"));
+    EXPECT_EQ(lines_of(list_).back(), "inner");
+}
+
 TEST_F(FolderListBoxTest, AFolderThatHasGoneIsTakenFromTheList) {
     std::filesystem::remove_all(tree_.file("f2"));
     double_click(line(2));
@@ -266,6 +288,24 @@ TEST(DriveList, AChoiceOfTheUserRaisesChange) {
     on_event(&drives, &DriveList::Change, &drives, [&] { changes.push_back(drives.Drive()); });
     QTest::keyClick(&drives, Qt::Key_End);
     EXPECT_EQ(changes, std::vector<std::string>{"/somewhere"});
+}
+
+TEST(DriveList, ChoosingTheDriveThatIsShownIsNoChange) {
+    DriveList drives("Drive1", nullptr);
+    drives.AddItem("/somewhere");
+    drives.setItemData(drives.ListCount() - 1, "/somewhere");
+    drives.show_drive_of("/somewhere");
+    drives.show();
+    int changes = 0;
+    int choices = 0;
+    on_event(&drives, &DriveList::Change, &drives, [&] { ++changes; });
+    on_event(&drives, &DropDownList::Click, &drives, [&] { ++choices; });
+    hand::choose(drives, drives.ListCount() - 1);
+    EXPECT_EQ(choices, 1);
+    EXPECT_EQ(changes, 0);
+    hand::choose(drives, 0);
+    EXPECT_EQ(choices, 2);
+    EXPECT_EQ(changes, 1);
 }
 
 } // namespace
