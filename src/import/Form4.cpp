@@ -204,8 +204,9 @@ void Form4::connect_picker() {
 void Form4::click_file() {
     if (ValidateSelection(*import_side_) && File1.ListCount() >= 1) {
         LoadSelectedPicture(*import_side_, narrow<std::int16_t>(File1.ListIndex()), Picture1.surface());
-        ellabel3.SetCaption(
-            QString("%1x%2").arg(Picture1.surface().ScaleWidth()).arg(Picture1.surface().ScaleHeight()));
+        const PictureSurface& picture = Picture1.surface();
+        ellabel3.SetCaption(QString::fromStdString(number_text(picture.ScaleWidth()) + "x" +
+                                                   number_text(picture.ScaleHeight())));
     }
     // The top left pixel is the transparent colour until one is picked.
     if (!TransparentPicked && elboton1.Enabled()) {
@@ -235,7 +236,9 @@ void Form4::click_pick() {
 void Form4::show_transparent(Colour colour) {
     Picture2.SetBackColor(colour);
     Picture2.setAccessibleDescription(
-        tr("Red %1, green %2, blue %3").arg(red_of(colour)).arg(green_of(colour)).arg(blue_of(colour)));
+        colour == no_colour
+            ? tr("No color")
+            : tr("Red %1, green %2, blue %3").arg(red_of(colour)).arg(green_of(colour)).arg(blue_of(colour)));
 }
 
 void Form4::show_colour_under(const MouseArguments& mouse) {
@@ -243,7 +246,7 @@ void Form4::show_colour_under(const MouseArguments& mouse) {
         return;
     }
     const Colour colour =
-        Picture1.surface().Point(static_cast<std::int32_t>(mouse.x), static_cast<std::int32_t>(mouse.y));
+        Picture1.surface().Point(round_to_even<std::int32_t>(mouse.x), round_to_even<std::int32_t>(mouse.y));
     if (colour != no_colour) {
         show_transparent(colour);
     }

@@ -40,8 +40,6 @@ class Desk::ImportWindows : public ImportView {
         progress().show_over(*desk_.form4_);
         desk_.form4_->SetEnabled(false);
         desk_.form4_->setCursor(Qt::WaitCursor);
-        // Behind two dialogs nobody reads the list, and painting it anew at every line would slow the import.
-        desk_.form1_.List1.setUpdatesEnabled(false);
     }
 
     void show_phase(std::string_view phase) override {
@@ -54,10 +52,7 @@ class Desk::ImportWindows : public ImportView {
 
     bool aborted() const override { return desk_.form6_->aborted(); }
 
-    void close_progress() override {
-        desk_.form1_.List1.setUpdatesEnabled(true);
-        unload(desk_.form6_);
-    }
+    void close_progress() override { unload(desk_.form6_); }
 
     void show_sprite_size(const std::string& size, const std::string& origin) override {
         desk_.form1_.ellabel7.SetCaption(QString::fromStdString(size));

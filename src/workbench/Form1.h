@@ -69,7 +69,7 @@ class Form1 : public Form {
     /// the sprite.
     void release_frames();
 
-    /// Adds the line "Frame " and a number to the list.
+    /// Adds a line to the frame list.
     void add_frame_line(const QString& text) { List1.AddItem(text); }
 
   signals:

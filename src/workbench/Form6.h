@@ -24,8 +24,8 @@ class Form6 : public Form {
 
     bool aborted() const { return Label3.Caption() != "0"; }
 
-    /// Paints the dialog and lets pending events run, so that Cancel is heard in a job that does not yield by
-    /// itself.
+    /// Paints the dialog at once and yields, so that Cancel is heard in a job that does not yield by itself.
+    /// A yield lets events run only when some milliseconds have passed since the last one.
     void refresh();
 
   private:

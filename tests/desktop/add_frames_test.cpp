@@ -1,8 +1,11 @@
 #include <algorithm>
 
+#include <QAccessible>
+#include <QCoreApplication>
 #include <QTest>
 
 #include "desktop/EditorTest.h"
+#include "desktop/accessibility_on.h"
 #include "platform/qt/look.h"
 #include "support/PictureFolder.h"
 #include "support/pictures.h"
@@ -61,6 +64,24 @@ class AddFramesTest : public EditorTest {
     }
 
     Colour transparent() { return dialog().Picture2.surface().BackColor(); }
+
+    std::string spoken_transparent() { return text(dialog().Picture2.accessibleDescription()); }
+
+    std::vector<std::string> files() {
+        std::vector<std::string> names;
+        for (std::int32_t i = 0; i < dialog().File1.ListCount(); ++i) {
+            names.push_back(text(dialog().File1.List(i)));
+        }
+        return names;
+    }
+
+    /// Lists a folder among the drives, as one that is mounted; its line.
+    int add_drive(const std::string& root) {
+        DriveList& drives = dialog().Drive1;
+        drives.AddItem("stick");
+        drives.setItemData(drives.ListCount() - 1, QString::fromStdString(root));
+        return drives.ListCount() - 1;
+    }
 
     test::PictureFolder pictures_{services_};
 };
@@ -129,6 +150,13 @@ TEST_F(AddFramesTest, AClickShowsThePictureAndItsSize) {
     EXPECT_EQ(dialog().Picture1.size(), QSize(7, 5));
     EXPECT_EQ(dialog().Picture1.surface().Point(6, 4), green);
     EXPECT_EQ(text(dialog().ellabel3.Caption()), "7x5");
+}
+
+TEST_F(AddFramesTest, TheSizeOfALongPictureIsPrintedInWholeNumbers) {
+    pictures_.add_plain_bmp("a.bmp", 1000001, 1);
+    open_dialog();
+    select({0});
+    EXPECT_EQ(text(dialog().ellabel3.Caption()), "1000001x1");
 }
 
 TEST_F(AddFramesTest, PicturesOf32By32InASpriteOf64By64OpenTheQuestionWithBothSizes) {
@@ -215,12 +243,37 @@ TEST_F(AddFramesTest, AllFilesMarkedByTheKeyboardBeforeOneWasChosenShowTheFirst)
 
 TEST_F(AddFramesTest, AnotherDriveOpensItsRootAndListsItsFiles) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
+    const test::TemporaryFolder stick;
+    stick.write("on_stick.bmp", {});
     open_dialog();
-    ASSERT_EQ(dialog().File1.ListCount(), 1);
-    choose(dialog().Drive1, 0);
-    EXPECT_EQ(dialog().Drive1.Drive(), "/");
-    EXPECT_EQ(dialog().Dir1.Path(), "/");
-    EXPECT_EQ(dialog().File1.Path(), "/");
+    const int line = add_drive(stick.path());
+    ASSERT_NE(dialog().Drive1.Drive(), stick.path());
+    choose(dialog().Drive1, line);
+    EXPECT_EQ(dialog().Drive1.Drive(), stick.path());
+    EXPECT_EQ(dialog().Dir1.Path(), stick.path());
+    EXPECT_EQ(files(), std::vector<std::string>{"on_stick.bmp"});
+}
+
+TEST_F(AddFramesTest, ChoosingTheDriveThatIsShownChangesNothing) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    open_dialog();
+    const int line = add_drive(pictures_.path());
+    dialog().Drive1.show_drive_of(pictures_.path());
+    select({0});
+    pictures_.add_plain_bmp("b.bmp", 4, 4);
+    choose(dialog().Drive1, line);
+    EXPECT_EQ(files(), std::vector<std::string>{"a.bmp"});
+    EXPECT_TRUE(dialog().File1.Selected(0));
+}
+
+TEST_F(AddFramesTest, ChoosingTheSameFileTypeAgainListsTheFilesAnew) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    open_dialog();
+    select({0});
+    pictures_.add_plain_bmp("b.bmp", 4, 4);
+    choose(dialog().Combo1, 0);
+    EXPECT_EQ(files(), (std::vector<std::string>{"a.bmp", "b.bmp"}));
+    EXPECT_FALSE(dialog().File1.Selected(0));
 }
 
 // The picker.
@@ -274,6 +327,33 @@ TEST_F(AddFramesTest, AnyButtonPicksAndAPlaceBesideThePictureHasNoColour) {
     EXPECT_EQ(dialog().elboton1.ForeColor(), idle);
     EXPECT_TRUE(dialog().TransparentPicked);
     QTest::mouseRelease(&dialog().Picture1, Qt::RightButton, {}, QPoint(1, 0));
+}
+
+TEST_F(AddFramesTest, ThePlaceUnderThePointerIsRounded) {
+    pictures_.add_bmp("a.bmp", 3, 3, {0, 1, 2, 3, 4, 5, 6, 7, 8});
+    open_dialog(3, 3, 2);
+    click_line(dialog().File1, 0);
+    click(dialog().elboton1);
+    emit dialog().Picture1.MouseMove({.x = 0.6F, .y = 1.4F});
+    EXPECT_EQ(transparent(), 4); // column 1, row 1
+    emit dialog().Picture1.MouseMove({.x = 1.5F, .y = 0.5F});
+    EXPECT_EQ(transparent(), 2); // halves go to the even neighbour
+    emit dialog().Picture1.MouseMove({.x = -0.4F, .y = 2.4F});
+    EXPECT_EQ(transparent(), 6);
+    emit dialog().Picture1.MouseMove({.x = -0.6F, .y = 0});
+    EXPECT_EQ(transparent(), 6); // beside the picture
+}
+
+TEST_F(AddFramesTest, APictureWithoutPixelsHasNoColourToSpeakOf) {
+    pictures_.add_bmp("a.bmp", 1, 1, {make_colour(1, 2, 3)});
+    const std::string empty = pictures_.write("b.bmp", test::bmp_header(1, 1, 24));
+    services_.pictures[empty] = test::surface_of(0, 0, {})->Image();
+    open_dialog(4, 4, 2);
+    click_line(dialog().File1, 0);
+    EXPECT_EQ(spoken_transparent(), "Red 1, green 2, blue 3");
+    click_line(dialog().File1, 1);
+    ASSERT_EQ(dialog().Picture1.surface().Point(0, 0), no_colour);
+    EXPECT_EQ(spoken_transparent(), "No color");
 }
 
 TEST_F(AddFramesTest, ASecondClickOnPickDisarmsItAndTheLastColourStays) {
@@ -413,6 +493,103 @@ TEST_F(AddFramesTest, TheProgressDialogTellsThePhaseAndTheStepAndNobodyElseTakes
     EXPECT_FALSE(others_enabled);
 }
 
+/// How many lines a list has whenever it is painted.
+class PaintedLines : public QObject {
+  public:
+    explicit PaintedLines(ListBox& list) : list_(list) { list.viewport()->installEventFilter(this); }
+
+    std::vector<std::int32_t> counts;
+
+  private:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            counts.push_back(list_.ListCount());
+        }
+        return false;
+    }
+
+    ListBox& list_;
+};
+
+TEST_F(AddFramesTest, TheFrameListShowsEachLineWhileTheImportRuns) {
+    for (const char* name : {"a.bmp", "b.bmp", "c.bmp"}) {
+        pictures_.add_plain_bmp(name, 4, 4, red);
+    }
+    open_dialog();
+    select({0, 1, 2});
+    PaintedLines painted(main().List1);
+    services_.on_yield = [] { QCoreApplication::processEvents(); };
+    bool open = true;
+    services_.on_message = [&] {
+        open = false; // the import is over
+        painted.counts.erase(std::unique(painted.counts.begin(), painted.counts.end()), painted.counts.end());
+        EXPECT_EQ(painted.counts, (std::vector<std::int32_t>{1, 2}));
+    };
+    import();
+    EXPECT_FALSE(open);
+}
+
+/// Writes down, in order, what an import changes on the windows: the texts and the bar of the progress dialog
+/// and the lines of the frame list.
+class WindowChanges {
+  public:
+    explicit WindowChanges(Desk& desk) {
+        test::switch_accessibility_on(); // captions and bars tell of their changes
+        changes().clear();
+        before_ = QAccessible::installUpdateHandler(hear);
+        const ListBox& list = desk.form1().List1;
+        connection_ =
+            QObject::connect(list.model(), &QAbstractItemModel::rowsInserted, [&list](const auto&, int line) {
+                changes().push_back("line " + list.List(line).toStdString());
+            });
+    }
+
+    ~WindowChanges() {
+        QObject::disconnect(connection_);
+        QAccessible::installUpdateHandler(before_);
+    }
+
+    WindowChanges(const WindowChanges&) = delete;
+    WindowChanges& operator=(const WindowChanges&) = delete;
+
+    static std::vector<std::string>& changes() {
+        static std::vector<std::string> changes;
+        return changes;
+    }
+
+  private:
+    static void hear(QAccessibleEvent* event) {
+        const auto* label = qobject_cast<const ellabel*>(event->object());
+        const auto* bar = qobject_cast<const elprogress*>(event->object());
+        if (label != nullptr && qobject_cast<const Form6*>(label->window()) != nullptr &&
+            event->type() == QAccessible::NameChanged && !label->Caption().isEmpty()) {
+            changes().push_back((label->objectName() + ' ' + label->Caption()).toStdString());
+        } else if (bar != nullptr && event->type() == QAccessible::ValueChanged) {
+            changes().push_back("bar " + std::to_string(bar->Value()));
+        }
+    }
+
+    QAccessible::UpdateHandler before_ = nullptr;
+    QMetaObject::Connection connection_;
+};
+
+TEST_F(AddFramesTest, EachFrameIsToldInTheCaptionThenInTheListThenOnTheBar) {
+    for (const char* name : {"a.bmp", "b.bmp", "c.bmp"}) {
+        pictures_.add_plain_bmp(name, 4, 4, red);
+    }
+    open_dialog();
+    select({0, 2});
+    const WindowChanges windows(*desk_);
+    import();
+    EXPECT_EQ(
+        WindowChanges::changes(),
+        (std::vector<std::string>{"Label1 Building Palette...", "bar 0", "Label2 Initializing...",
+                                  "Label2 Loading Picture...", "Label2 Picture Color Lookup...", "bar 1",
+                                  "Label2 Loading Picture...", "Label2 Picture Color Lookup...", "bar 2",
+                                  "Label2 Finalizing Palette...", "Label1 Adding Frames...", "Label2 Frame 0",
+                                  "line Frame 0", "bar 3", "Label2 Frame 2", "line Frame 1", "bar 4"}));
+}
+
 TEST_F(AddFramesTest, CancelWhileTheLastPictureIsAddedStillTellsOfSuccess) {
     for (const char* name : {"a.bmp", "b.bmp"}) {
         pictures_.add_plain_bmp(name, 4, 4, red);
@@ -464,6 +641,20 @@ TEST_F(AddFramesTest, TheBrowserStartsAtTheSpritesFolderAndThenWhereItWasLeft) {
     click(dialog().elboton3);
     click(main().elboton4);
     EXPECT_EQ(dialog().Dir1.Path(), pictures_.path());
+}
+
+TEST_F(AddFramesTest, TheBrowserStartsAtTheRootForASpriteThatLiesThere) {
+    open(write_sprite("sprite.spr", 1));
+    main().eltexto1.SetText("/x.spr");
+    click(main().elboton4);
+    EXPECT_EQ(dialog().Dir1.Path(), "/");
+}
+
+TEST_F(AddFramesTest, BothSeparatorsEndTheSpritesFolder) {
+    open(write_sprite("sprite.spr", 1));
+    main().eltexto1.SetText(QString::fromStdString(folder_.path() + "\\x.spr"));
+    click(main().elboton4);
+    EXPECT_EQ(dialog().Dir1.Path(), folder_.path());
 }
 
 // Progress dialog.

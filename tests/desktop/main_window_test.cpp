@@ -304,6 +304,18 @@ TEST_F(MainWindowTest, DownMovesTowardTheEndAndStopsThere) {
     EXPECT_EQ(services_.messages, std::vector<std::string>());
 }
 
+TEST_F(MainWindowTest, TheArrowsChangeTheOrderAndNoStoredFrame) {
+    open_sprite(3);
+    const SpriteDocument before = hlspr::document();
+    click(main().Label2);
+    click_line(main().List1, 2);
+    click(main().Label1);
+    const SpriteDocument& after = hlspr::document();
+    EXPECT_EQ(after.FrameOrder, (std::vector<std::int16_t>{1, 2, 0}));
+    EXPECT_TRUE(after.FrameStore == before.FrameStore);
+    EXPECT_EQ(after.SpriteHeader.FrameCount, before.SpriteHeader.FrameCount);
+}
+
 TEST_F(MainWindowTest, WithTwoLinesSelectedAnArrowAsksForOne) {
     open_sprite(3);
     click_line(main().List1, 1);

@@ -22,6 +22,7 @@ class RecordedServices : private MessageBoxes,
     RecordedServices() : installation_({this, this, this, this}) {}
 
     std::vector<std::string> messages;
+    std::function<void()> on_message; ///< runs while a message is open
     std::vector<std::string> questions;
     bool answer = true;
     std::function<void()> on_question; ///< runs while a question is open
@@ -33,7 +34,12 @@ class RecordedServices : private MessageBoxes,
     std::map<std::filesystem::path, Picture> pictures; ///< any other path fails with InvalidPicture
 
   private:
-    void show(std::string_view text) override { messages.emplace_back(text); }
+    void show(std::string_view text) override {
+        messages.emplace_back(text);
+        if (on_message) {
+            on_message();
+        }
+    }
 
     bool ask(std::string_view question) override {
         questions.emplace_back(question);
