@@ -1,5 +1,7 @@
 #include "workbench/Form9.h"
 
+#include <QCoreApplication>
+
 #include "platform/qt/event_edge.h"
 #include "platform/qt/look.h"
 #include "workbench/Form9_picture.h"
@@ -17,8 +19,8 @@ Form9::Form9()
     Picture1.setAccessibleName(application_title);
     Timer1.setObjectName("Timer1");
     Timer1.setInterval(5000);
-    on_event(&Picture1, &PictureBox::Click, this, [this] { emit end_wanted(); });
-    on_event(&Timer1, &QTimer::timeout, this, [this] { emit end_wanted(); });
+    on_event(&Picture1, &PictureBox::Click, this, [] { QCoreApplication::exit(0); });
+    on_event(&Timer1, &QTimer::timeout, this, [] { QCoreApplication::exit(0); });
 }
 
 } // namespace varnoth

@@ -1,4 +1,5 @@
-// The exit picture: a form that shows a picture and ends the program. No command opens it.
+// The exit picture: a form that shows a picture. A click on it ends the program, and so does its timer. No
+// command opens it.
 #pragma once
 
 #include <QTimer>
@@ -16,9 +17,6 @@ class Form9 : public Form {
 
     PictureBox Picture1; ///< 597 by 255 pixels of 24 bits
     QTimer Timer1{this}; ///< of 5000 milliseconds; nothing starts it
-
-  signals:
-    void end_wanted();
 };
 
 } // namespace varnoth

@@ -1,12 +1,15 @@
 // The editor with its real windows, and a user who answers message boxes and file choosers beforehand.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QMetaObject>
+#include <QTimer>
 
 #include "base/files.h"
 #include "platform/qt/QtEventQueue.h"
@@ -107,6 +110,26 @@ class EditorTest : public testing::Test {
     Colour shown() { return main().Picture1.surface().Point(0, 0); }
 
     static std::string text(const QString& words) { return words.toStdString(); }
+
+    static constexpr int still_running = 99;
+
+    /// Runs the program's event loop and `work` in it. The program's exit status, still_running when it goes
+    /// on all the same.
+    static int status_after(const std::function<void()>& work) {
+        constexpr int enough_rounds = 100;
+        int rounds = 0;
+        QTimer round;
+        QObject::connect(&round, &QTimer::timeout, [&] {
+            if (++rounds == enough_rounds) {
+                QCoreApplication::exit(still_running);
+            }
+        });
+        QTimer::singleShot(0, [&] {
+            work();
+            round.start(0);
+        });
+        return QCoreApplication::exec();
+    }
 
     TemporaryFolder folder_;
     RecordedServices services_;

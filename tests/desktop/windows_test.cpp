@@ -6,12 +6,17 @@
 #include <QFontMetricsF>
 #include <QIcon>
 #include <QImage>
+#include <QMessageBox>
 #include <QScreen>
 #include <QTest>
+#include <QTimer>
 #include <QWindow>
 
+#include "base/RunTimeFailure.h"
 #include "desktop/EditorTest.h"
+#include "platform/qt/QtMessageBoxes.h"
 #include "platform/qt/look.h"
+#include "support/PictureFolder.h"
 #include "workbench/Form9.h"
 
 namespace varnoth {
@@ -323,28 +328,55 @@ TEST_F(WindowsTest, TheFiveWithAPanelMoveByItsTitleAndTheOthersCannotBeMoved) {
 // Ends.
 
 TEST_F(WindowsTest, AFailureInAMessageBoxWithinAnImportReachesTheEnd) {
+    test::PictureFolder pictures(services_);
+    pictures.add_plain_bmp("a.bmp", 4, 4);
+    QtMessageBoxes boxes;
+    const ServicesInstallation real_boxes({&boxes, nullptr, nullptr, nullptr});
     open_sprite(1);
-    main().List1.AddItem("Frame 1");
-    // A failing click while a question is open.
-    services_.on_question = [&] { ui_driver::click_line(main().List1, 1); };
-    click(main().elboton7);
-    open("");
-    EXPECT_EQ(failures_, std::vector<std::string>{"SubscriptOutOfRange"});
+    click(main().elboton4);
+    Form4& dialog = *desk_->form4();
+    ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures.path())));
+    ui_driver::click_line(dialog.File1, 0);
+
+    // While the message at the import's end is open, an event fails.
+    bool told_in_box = false;
+    QTimer event;
+    event.setSingleShot(true);
+    on_event(&event, &QTimer::timeout, &main(), [] { fail(Failure::Overflow); });
+    QTimer::singleShot(0, [&] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        ASSERT_NE(desk_->form4(), nullptr); // the import is not over
+        event.start(0);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !event.isActive(); }));
+        told_in_box = failures_ == std::vector<std::string>{"Overflow"} && box->isVisible();
+        box->accept();
+    });
+    click(dialog.elboton2);
+    ui_driver::settle();
+    EXPECT_TRUE(told_in_box);
+    EXPECT_EQ(failures_, std::vector<std::string>{"Overflow"});
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Frame 0", "Frame 1"}));
 }
 
-TEST_F(WindowsTest, TheExitPictureEndsTheProgramByAClickOrItsTimer) {
-    Form9 form;
-    int ends = 0;
-    QObject::connect(&form, &Form9::end_wanted, [&] { ++ends; });
-    form.show_over(main());
+TEST_F(WindowsTest, TheExitPictureIsOf24BitsAndItsTimerStandsStill) {
+    const Form9 form;
     EXPECT_EQ(form.size(), QSize(597, 255));
+    EXPECT_EQ(form.Picture1.geometry(), form.rect());
     EXPECT_EQ(form.Picture1.surface().bitmap().bits_per_pixel(), 24);
     EXPECT_EQ(form.Timer1.interval(), 5000);
     EXPECT_FALSE(form.Timer1.isActive());
-    click(form.Picture1);
-    EXPECT_EQ(ends, 1);
-    form.Timer1.start(0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ends == 2; }));
+}
+
+TEST_F(WindowsTest, AClickOnTheExitPictureEndsTheProgram) {
+    Form9 form;
+    form.show_over(main());
+    EXPECT_EQ(status_after([&] { click(form); }), 0);
+}
+
+TEST_F(WindowsTest, ATickOfTheExitPicturesTimerEndsTheProgram) {
+    Form9 form;
+    EXPECT_EQ(status_after([&] { form.Timer1.start(0); }), 0);
 }
 
 } // namespace
