@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 
 #include <QAccessible>
 #include <QCoreApplication>
@@ -257,11 +258,13 @@ TEST_F(AddFramesTest, AnotherDriveOpensItsRootAndListsItsFiles) {
 TEST_F(AddFramesTest, ChoosingTheDriveThatIsShownChangesNothing) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
     open_dialog();
-    const int line = add_drive(pictures_.path());
+    const int line = add_drive(std::filesystem::path(pictures_.path()).parent_path());
     dialog().Drive1.show_drive_of(pictures_.path());
+    ASSERT_EQ(dialog().Drive1.ListIndex(), line);
     select({0});
     pictures_.add_plain_bmp("b.bmp", 4, 4);
     choose(dialog().Drive1, line);
+    EXPECT_EQ(dialog().Dir1.Path(), pictures_.path());
     EXPECT_EQ(files(), std::vector<std::string>{"a.bmp"});
     EXPECT_TRUE(dialog().File1.Selected(0));
 }
