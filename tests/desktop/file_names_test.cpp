@@ -12,8 +12,8 @@
 namespace varnoth {
 namespace {
 
-using hand::click;
-using hand::click_line;
+using ui_driver::click;
+using ui_driver::click_line;
 using test::EditorTest;
 
 constexpr Colour red = 0x0000FA;
@@ -26,7 +26,7 @@ class FileNamesTest : public EditorTest {
     void open_import() {
         open_sprite(1);
         click(main().elboton4);
-        ASSERT_TRUE(hand::walk_to(dialog().Dir1, text_of_path(odd_folder_)));
+        ASSERT_TRUE(ui_driver::walk_to(dialog().Dir1, text_of_path(odd_folder_)));
     }
 
     Form4& dialog() { return *desk_->form4(); }
@@ -68,7 +68,7 @@ TEST_F(FileNamesTest, ADriveOfSuchANameIsOpened) {
     drives.AddItem("stick");
     drives.setItemData(drives.ListCount() - 1, text_of_path(odd_folder_));
     dialog().Dir1.SetPath("/");
-    hand::choose(drives, drives.ListCount() - 1);
+    ui_driver::choose(drives, drives.ListCount() - 1);
     EXPECT_EQ(drives.Drive(), odd_folder_);
     EXPECT_EQ(dialog().File1.Path(), odd_folder_);
 }
@@ -77,7 +77,7 @@ TEST_F(FileNamesTest, FramesAreExportedToAFolderOfSuchAName) {
     open(write_sprite("\xFC.spr", 1));
     click(main().elboton6);
     click(desk_->form3()->elboton1);
-    ASSERT_TRUE(hand::walk_to(desk_->form5()->Dir1, text_of_path(odd_folder_)));
+    ASSERT_TRUE(ui_driver::walk_to(desk_->form5()->Dir1, text_of_path(odd_folder_)));
     click(desk_->form5()->elboton1);
     EXPECT_EQ(hlspr::ExtractFolder, odd_folder_);
     click(desk_->form3()->elboton2);

@@ -14,7 +14,7 @@
 #include "platform/qt/fast_pair.h"
 #include "platform/qt/look.h"
 #include "platform/qt/path_text.h"
-#include "shared/Hand.h"
+#include "ui_driver/UiDriver.h"
 #include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
 
@@ -300,10 +300,10 @@ TEST(DriveList, ChoosingTheDriveThatIsShownIsNoChange) {
     int choices = 0;
     on_event(&drives, &DriveList::Change, &drives, [&] { ++changes; });
     on_event(&drives, &DropDownList::Click, &drives, [&] { ++choices; });
-    hand::choose(drives, drives.ListCount() - 1);
+    ui_driver::choose(drives, drives.ListCount() - 1);
     EXPECT_EQ(choices, 1);
     EXPECT_EQ(changes, 0);
-    hand::choose(drives, 0);
+    ui_driver::choose(drives, 0);
     EXPECT_EQ(choices, 2);
     EXPECT_EQ(changes, 1);
 }
