@@ -12,9 +12,9 @@
 namespace varnoth {
 namespace {
 
+using test::EditorTest;
 using ui_driver::click;
 using ui_driver::click_line;
-using test::EditorTest;
 
 constexpr Colour red = 0x0000FA;
 

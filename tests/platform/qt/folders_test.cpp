@@ -14,9 +14,9 @@
 #include "platform/qt/fast_pair.h"
 #include "platform/qt/look.h"
 #include "platform/qt/path_text.h"
-#include "ui_driver/UiDriver.h"
 #include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
+#include "ui_driver/UiDriver.h"
 
 namespace varnoth {
 namespace {
