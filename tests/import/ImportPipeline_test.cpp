@@ -318,7 +318,7 @@ TEST_F(ImportPipeline, AnAbortDuringThePaletteStageEndsInTheSuccessMessageWithou
     EXPECT_EQ(view_.releases, 0);
 }
 
-TEST_F(ImportPipeline, ASecondImportCancelledInThePaletteStageKeepsTheListButNoFrame) {
+TEST_F(ImportPipeline, ASecondImportCancelledAtItsPaletteKeepsTheListButNoFrame) {
     add_noise("a.bmp", 1);
     const auto first = open_all();
     import_frames(*first, view_);
