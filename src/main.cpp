@@ -1,6 +1,8 @@
 // The editor: starts in its main window and runs until the window's close box is clicked.
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 
 #include <QApplication>
 
@@ -14,15 +16,10 @@
 #include "platform/qt/no_settings.h"
 #include "workbench/Desk.h"
 
-int main(int argument_count, char** arguments) {
-    varnoth::keep_large_blocks_apart();
-    varnoth::keep_no_settings();
-    // Qt gets the program's name alone: it would act on -style, -stylesheet, -reverse and others.
-    argument_count = std::min(argument_count, 1);
-    QApplication application(argument_count, arguments);
-    varnoth::look::apply(application);
-    varnoth::install_accessible_controls();
+namespace {
 
+/// From the main window's opening to its close. Gives the exit status.
+int run_editor() {
     varnoth::QtMessageBoxes message_boxes;
     varnoth::QtEventQueue event_queue;
     varnoth::QtPictureLoader picture_loader;
@@ -34,4 +31,26 @@ int main(int argument_count, char** arguments) {
     QObject::connect(&desk, &varnoth::Desk::ended, [] { QCoreApplication::exit(0); });
     desk.start();
     return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argument_count, char** arguments) {
+    varnoth::keep_large_blocks_apart();
+    varnoth::keep_no_settings();
+    // Qt gets the program's name alone: it would act on -style, -stylesheet, -reverse and others.
+    argument_count = std::min(argument_count, 1);
+    QApplication application(argument_count, arguments);
+    varnoth::look::apply(application);
+    varnoth::install_accessible_controls();
+
+    const int status = run_editor();
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+        // ~QApplication can block for ever: it stops the two threads that read from the compositor one after
+        // the other, and the first, if told to stop just after it was woken, keeps the other one waiting for
+        // its read.
+        std::fflush(nullptr);
+        std::_Exit(status);
+    }
+    return status;
 }

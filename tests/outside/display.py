@@ -17,7 +17,7 @@ PATIENCE = 60
 PR_SET_PDEATHSIG = 1
 
 # What libraries of the desktop do not give back at the end is not the program's.
-LEAKS = "leak:libdbus-1.so\nleak:libwayland-client.so\n"
+LEAKS = "leak:libdbus-1.so\n"
 GLANCE = 0.02
 
 

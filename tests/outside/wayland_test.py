@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Drags the built editor's window by its title on a Wayland compositor, with a real pointer: the compositor has a
-window on a virtual display. Usage: wayland_test.py VARNOTH [TEST...]"""
+window on a virtual display. Usage: wayland_test.py VARNOTH LATE_READER [TEST...]"""
 import os
 import re
 import subprocess
@@ -10,7 +10,7 @@ import unittest
 from display import Display, wait_for
 from hand import CLOSE_MAIN
 
-VARNOTH = os.path.abspath(sys.argv[1])
+VARNOTH, LATE_READER = map(os.path.abspath, sys.argv[1:3])
 
 # The compositor's window is at the left of the display.
 SCREEN = 1024, 768
@@ -55,16 +55,14 @@ class Wayland(unittest.TestCase):
                             f"--height={SCREEN[1]}", "--socket=wayland-varnoth", "--config=" + settings],
                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.ground = wait_for("the compositor's ground", self.find_ground)
-        self.start()
 
-    def start(self):
+    def start(self, **more):
         self.protocol = os.path.join(self.display.folder, "protocol")
         with open(self.protocol, "wb") as protocol:
             self.editor = self.display.start(
                 [VARNOTH], stdout=protocol, stderr=protocol,
                 more={"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": "wayland-varnoth", "WAYLAND_DEBUG": "1",
-                      # No driver of OpenGL, for which Qt looks and which leaves memory behind when it goes.
-                      "__EGL_VENDOR_LIBRARY_DIRS": "/nonexistent"})
+                      **more})
         self.corner = wait_for("the window", self.find_window)
 
     def screen(self):
@@ -104,11 +102,16 @@ class Wayland(unittest.TestCase):
     def painted(self):
         return self.display.look(*self.corner, WIDTH, HEIGHT)
 
+    def wait_for_end(self):
+        wait_for("the end of the editor", lambda: self.editor.poll() is not None)
+        self.assertEqual(self.editor.returncode, 0)
+
     def wait_for_corner(self, corner):
         wait_for(f"the window at {corner}", lambda: self.find_window() == corner)
         self.corner = corner
 
     def test_the_title_drag_asks_the_compositor_which_moves_the_window_until_the_release(self):
+        self.start()
         self.move_pointer_away()
         before = self.display.wait_until_still(0, 0, *SCREEN)
         painted = self.painted()
@@ -146,9 +149,15 @@ class Wayland(unittest.TestCase):
 
         self.point(*CLOSE_MAIN)
         self.display.xdotool("click", 1)
-        wait_for("the end of the editor", lambda: self.editor.poll() is not None)
-        self.assertEqual(self.editor.returncode, 0)
+        self.wait_for_end()
+
+    def test_the_editor_ends_though_the_thread_that_reads_from_the_compositor_is_late(self):
+        self.start(LD_PRELOAD=LATE_READER)
+        self.point(*CLOSE_MAIN)
+        # The pointer goes on, so that there is something to read while the editor ends.
+        self.display.xdotool("click", 1, *["mousemove_relative", "--", -1, 1, "sleep", 0.01] * 50)
+        self.wait_for_end()
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[2:]])
+    unittest.main(argv=[sys.argv[0], *sys.argv[3:]])
