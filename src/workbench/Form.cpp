@@ -107,6 +107,23 @@ void Form::drag() {
     windowHandle()->startSystemMove();
 }
 
+bool Form::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate) {
+        at_event_edge([this] { correct_window_place(); });
+    }
+    return QWidget::event(event);
+}
+
+// Under X11, Qt may ask where the window is before the window manager has put it there, and then believes it
+// at the screen's corner. A list that drops down would open there, and the pointer be moved there. The widget
+// keeps the right place. A pixel or two of difference are rounding.
+void Form::correct_window_place() {
+    QWindow& handle = *windowHandle();
+    if (clients_place_windows() && (handle.position() - pos()).manhattanLength() > 4) {
+        handle.setPosition(pos());
+    }
+}
+
 void Form::closeEvent(QCloseEvent* event) {
     event->ignore();
     at_event_edge([this] {

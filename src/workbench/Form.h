@@ -37,9 +37,11 @@ class Form : public QWidget {
     /// Lays the panel over the whole form and lets its title move the form.
     void wear(elpanel& panel, const QString& title);
 
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    void correct_window_place();
     void begin_drag(float x, float y);
     void drag();
 
