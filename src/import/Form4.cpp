@@ -1,5 +1,9 @@
 #include "import/Form4.h"
 
+#include <algorithm>
+
+#include <QCursor>
+
 #include "base/number_text.h"
 #include "base/numbers.h"
 #include "import/PictureSelection.h"
@@ -87,6 +91,7 @@ Form4::Form4(Form1& main_window)
       import_side_(std::make_unique<ImportSide>(*this)) {
     design();
     connect_controls();
+    design_keys();
     for (const PictureFormat format :
          {PictureFormat::Bmp, PictureFormat::Jpg, PictureFormat::Tga, PictureFormat::Pcx}) {
         Combo1.AddItem("*" + QString::fromLatin1(extension_of(format)));
@@ -259,6 +264,70 @@ void Form4::take_colour_under(const MouseArguments& mouse) {
     show_colour_under(mouse);
     set_armed(false);
     TransparentPicked = true;
+}
+
+// Keys.
+
+void Form4::design_keys() {
+    // The picker comes first: while it is armed, Return is its own.
+    add_keys(picker_keys());
+    add_keys(dialog_keys(elboton2, elboton3));
+    add_keys({shortcut(Qt::ALT | Qt::Key_D, Drive1), shortcut(Qt::ALT | Qt::Key_T, Combo1),
+              shortcut(Qt::ALT | Qt::Key_S, elradio1[0]), shortcut(Qt::ALT | Qt::Key_R, elradio1[1]),
+              shortcut(Qt::ALT | Qt::Key_P, elboton1)});
+}
+
+std::vector<FormKey> Form4::picker_keys() {
+    struct Step {
+        QKeyCombination key;
+        QPoint step;
+    };
+
+    constexpr int leap = 10;
+    constexpr std::array steps{
+        Step{Qt::Key_Left, {-1, 0}}, Step{Qt::SHIFT | Qt::Key_Left, {-leap, 0}},
+        Step{Qt::Key_Right, {1, 0}}, Step{Qt::SHIFT | Qt::Key_Right, {leap, 0}},
+        Step{Qt::Key_Up, {0, -1}},   Step{Qt::SHIFT | Qt::Key_Up, {0, -leap}},
+        Step{Qt::Key_Down, {0, 1}},  Step{Qt::SHIFT | Qt::Key_Down, {0, leap}},
+    };
+    const auto is_armed = [this] { return armed(); };
+    std::vector<FormKey> keys;
+    for (const Step& each : steps) {
+        keys.push_back({each.key, &Picture1, [this, step = each.step] { move_picker(step); },
+                        FormKey::First::Form, is_armed, true});
+    }
+    keys.push_back({Qt::Key_Return, &Picture1,
+                    [this] { Picture1.act_as_clicked_at(place_in_picture(picker_place_)); },
+                    FormKey::First::Form, is_armed});
+    on_event(&Picture1, &PictureBox::MouseMove, this,
+             [this](const MouseArguments& mouse) { follow_pointer(mouse); });
+    return keys;
+}
+
+// Where the arrow keys put the pointer, the window system tells of it as of any move, and that may come when
+// the next key has moved the picker on.
+void Form4::follow_pointer(const MouseArguments& mouse) {
+    if (QCursor::pos() != pointer_set_to_) {
+        pointer_set_to_.reset();
+        picker_place_ =
+            place_in_picture({round_to_even<int>(double{mouse.x}), round_to_even<int>(double{mouse.y})});
+    }
+}
+
+// The pointer goes along where it can, and shows the place.
+void Form4::move_picker(const QPoint& step) {
+    picker_place_ = place_in_picture(picker_place_ + step);
+    if (clients_place_windows()) {
+        pointer_set_to_ = Picture1.mapToGlobal(picker_place_);
+        QCursor::setPos(*pointer_set_to_);
+    }
+    Picture1.act_as_moved_to(picker_place_);
+}
+
+QPoint Form4::place_in_picture(const QPoint& place) const {
+    const QRect seen = Picture1.rect() & Picture3.rect();
+    return {std::clamp(place.x(), 0, std::max(seen.right(), 0)),
+            std::clamp(place.y(), 0, std::max(seen.bottom(), 0))};
 }
 
 } // namespace varnoth

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "controls/elboton.h"
 #include "controls/elframe.h"
@@ -91,11 +93,18 @@ class Form4 : public Form {
     void click_pick();
     void show_colour_under(const MouseArguments& mouse);
     void take_colour_under(const MouseArguments& mouse);
+    void design_keys();
+    std::vector<FormKey> picker_keys();
+    void follow_pointer(const MouseArguments& mouse);
+    void move_picker(const QPoint& step);
+    QPoint place_in_picture(const QPoint& place) const;
 
     class ImportSide;
 
     Form1& main_window_;
     std::unique_ptr<ImportSide> import_side_;
+    QPoint picker_place_;                  ///< in Picture1, where the arrow keys and Return work
+    std::optional<QPoint> pointer_set_to_; ///< on the screen, by the arrow keys
 };
 
 } // namespace varnoth

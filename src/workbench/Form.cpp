@@ -27,10 +27,6 @@ Qt::WindowFlags flags_of(Form::Kind kind) {
     return (kind == Form::Kind::Main ? Qt::Window : Qt::Dialog) | Qt::FramelessWindowHint;
 }
 
-bool clients_place_windows() {
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-}
-
 /// What a screen reader sees: a window, or a dialog that is to be ended before its opener goes on.
 class AccessibleForm : public QAccessibleWidget {
   public:
@@ -131,6 +127,10 @@ void Form::closeEvent(QCloseEvent* event) {
             emit close_wanted();
         }
     });
+}
+
+bool clients_place_windows() {
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
 QPoint place_on_screen(const QPoint& wanted, const QSize& size, const QRect& screen) {

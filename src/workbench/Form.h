@@ -2,7 +2,11 @@
 // them, and the drag by the panel's title.
 #pragma once
 
+#include <vector>
+
 #include <QWidget>
+
+#include "workbench/FormKeys.h"
 
 namespace varnoth {
 
@@ -19,6 +23,8 @@ class Form : public QWidget {
 
     /// Whether the form takes the user's input. A form that does not looks as before.
     void SetEnabled(bool enabled) { setEnabled(enabled); }
+
+    const std::vector<FormKey>& keys() const { return keys_.keys(); }
 
     /// Shows the form above its owner, centred on it, and wholly on the screen.
     void show_over(QWidget& owner);
@@ -37,6 +43,9 @@ class Form : public QWidget {
     /// Lays the panel over the whole form and lets its title move the form.
     void wear(elpanel& panel, const QString& title);
 
+    /// Gives the form its keys, once it has all its controls.
+    void add_keys(const std::vector<FormKey>& keys) { keys_.add(keys); }
+
     bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
@@ -48,7 +57,11 @@ class Form : public QWidget {
     int dragging_ = 0;
     float grab_x_ = 0; ///< in the title, in pixels
     float grab_y_ = 0;
+    FormKeys keys_{*this};
 };
+
+/// Whether a program may move its windows and the pointer. Wayland leaves both to the compositor.
+bool clients_place_windows();
 
 /// The corner of a window of that size that is to stand at `wanted`, moved so far that it lies on the screen.
 QPoint place_on_screen(const QPoint& wanted, const QSize& size, const QRect& screen);

@@ -46,6 +46,7 @@ Form1::Form1()
                {.parent = nullptr, .width = 256, .height = 256, .back_colour = look::field_background}) {
     design();
     connect_controls();
+    design_keys();
     hlspr::ExtractFolder.clear();
     hlspr::UnnamedSprite = false;
     hlspr::SpriteDirty = false;
@@ -128,6 +129,15 @@ void Form1::connect_controls() {
             emit preview_wanted();
         }
     });
+}
+
+void Form1::design_keys() {
+    add_keys({shortcut(Qt::CTRL | Qt::Key_N, elboton2), shortcut(Qt::CTRL | Qt::Key_O, elboton1),
+              shortcut(Qt::CTRL | Qt::Key_S, elboton3), shortcut(Qt::CTRL | Qt::Key_I, elboton4),
+              shortcut(Qt::CTRL | Qt::Key_E, elboton6), shortcut(Qt::ALT | Qt::Key_C, elboton7),
+              shortcut(Qt::ALT | Qt::Key_R, elboton5), shortcut(Qt::ALT | Qt::Key_Up, Label1),
+              shortcut(Qt::ALT | Qt::Key_Down, Label2), shortcut(Qt::CTRL | Qt::Key_Q, elpanel1),
+              plain_key(Qt::Key_Return, Picture1, [this] { return List1.hasFocus(); })});
 }
 
 // Commands.

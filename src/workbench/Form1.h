@@ -86,6 +86,7 @@ class Form1 : public Form {
     void design_picture();
     void design_fields();
     void connect_controls();
+    void design_keys();
 
     void Open();
     void show_sprite(const QString& path);

@@ -28,6 +28,9 @@ Form2::Form2(Form1& main_window)
     load();
     on_event(&elboton2, &elboton::Click, this, [this] { Ok(); });
     on_event(&elboton1, &elboton::Click, this, [this] { Cancel(); });
+    add_keys(dialog_keys(elboton2, elboton1));
+    add_keys(
+        {shortcut(Qt::ALT | Qt::Key_T, elcombo1.Combo1()), shortcut(Qt::ALT | Qt::Key_R, elcombo2.Combo1())});
 }
 
 void Form2::design() {

@@ -29,6 +29,7 @@ Form3::Form3(Form1& main_window)
     : Form("Form3", "Extract Frame/s", Kind::Dialog, 287, 260), main_window_(main_window) {
     design();
     connect_controls();
+    design_keys();
 }
 
 void Form3::design() {
@@ -101,6 +102,15 @@ void Form3::connect_controls() {
     for (std::size_t i = 0; i < elradio3.size(); ++i) {
         on_event(&elradio3[i], &elradio::Click, this, [this, i] { unset_others(elradio3, i); });
     }
+}
+
+void Form3::design_keys() {
+    add_keys(dialog_keys(elboton2, elboton3));
+    add_keys({shortcut(Qt::ALT | Qt::Key_D, elboton1), shortcut(Qt::ALT | Qt::Key_B, elradio1[0]),
+              shortcut(Qt::ALT | Qt::Key_T, elradio1[1]), shortcut(Qt::ALT | Qt::Key_P, elradio1[2]),
+              shortcut(Qt::ALT | Qt::Key_E, elradio2[0]), shortcut(Qt::ALT | Qt::Key_F, elradio2[1]),
+              shortcut(Qt::ALT | Qt::Key_C, elcheck1), shortcut(Qt::ALT | Qt::Key_S, elradio3[0]),
+              shortcut(Qt::ALT | Qt::Key_A, elradio3[1]), shortcut(Qt::ALT | Qt::Key_O, elradio3[2])});
 }
 
 void Form3::click_format(std::size_t index) {

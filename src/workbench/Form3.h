@@ -58,6 +58,7 @@ class Form3 : public Form {
     void design_format();
     void design_existing_files();
     void connect_controls();
+    void design_keys();
     void click_format(std::size_t index);
     void Ok();
     void Cancel();

@@ -16,6 +16,7 @@ Form5::Form5() : Form("Form5", "Select Extracting Folder:", Kind::Dialog, 224, 3
     design::place_button(elboton2, cancel_left, buttons_top, "Cancel");
     on_event(&elboton1, &elboton::Click, this, [this] { emit chosen(Dir1.Path()); });
     on_event(&elboton2, &elboton::Click, this, [this] { emit cancelled(); });
+    add_keys(dialog_keys(elboton1, elboton2));
 }
 
 } // namespace varnoth

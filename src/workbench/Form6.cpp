@@ -19,6 +19,7 @@ Form6::Form6() : Form("Form6", application_title, Kind::Dialog, 351, 110) {
     setCursor(Qt::BusyCursor);
     elboton1.setCursor(Qt::ArrowCursor);
     on_event(&elboton1, &elboton::Click, this, [this] { Cancel(); });
+    add_keys({plain_key(Qt::Key_Escape, elboton1)});
 }
 
 void Form6::refresh() {

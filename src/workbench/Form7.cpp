@@ -31,6 +31,10 @@ Form7::Form7(Form1& main_window)
     on_event(&Timer1, &QTimer::timeout, this, [this] { Tick(); });
     on_event(&elpanel1, &elpanel::CloseClick, this, [this] { Close(); });
     on_event(this, &Form::close_wanted, this, [this] { Close(); });
+    add_keys({plain_key(Qt::Key_Space, Label2, [this] { return !Timer1.isActive(); }),
+              plain_key(Qt::Key_Space, Label1, [this] { return Timer1.isActive(); }),
+              plain_key(Qt::Key_Left, Label4), plain_key(Qt::Key_Right, Label3),
+              plain_key(Qt::Key_Escape, elpanel1)});
 }
 
 void Form7::design() {

@@ -5,9 +5,9 @@
 #include <memory>
 
 #include <QAccessible>
-#include <QAccessibleWidget>
 
 #include "controls/parts/SkinnedControl.h"
+#include "platform/qt/accessible_key.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/in_force.h"
 
@@ -38,13 +38,13 @@ constexpr std::array descriptions{
     Description{"varnoth::elpanel", QAccessible::Pane, "Title", Action::None},
 };
 
-class AccessibleControl : public QAccessibleWidget {
+class AccessibleControl : public AccessibleWithKey {
   public:
     AccessibleControl(SkinnedControl& control, const Description& description)
-        : QAccessibleWidget(&control, description.role), control_(control), description_(description) {}
+        : AccessibleWithKey(&control, description.role), control_(control), description_(description) {}
 
     QString text(QAccessible::Text kind) const override {
-        const QString given = QAccessibleWidget::text(kind);
+        const QString given = AccessibleWithKey::text(kind);
         if (kind != QAccessible::Name || !given.isEmpty() || description_.name_property == nullptr) {
             return given;
         }
@@ -52,7 +52,7 @@ class AccessibleControl : public QAccessibleWidget {
     }
 
     QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
+        QAccessible::State state = AccessibleWithKey::state();
         add_in_force(control_, state);
         if (role() == QAccessible::Client) {
             state.focused = false; // what speaks for the control has the keyboard
@@ -146,6 +146,9 @@ class AccessibleCloseButton final : public QAccessibleInterface, public QAccessi
     QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
 
     QString text(QAccessible::Text kind) const override {
+        if (kind == QAccessible::Accelerator) {
+            return accessible_key(panel_);
+        }
         return kind == QAccessible::Name ? SkinnedControl::tr("Close") : QString();
     }
 
@@ -180,7 +183,10 @@ class AccessibleCloseButton final : public QAccessibleInterface, public QAccessi
         }
     }
 
-    QStringList keyBindingsForAction(const QString& /*name*/) const override { return {}; }
+    QStringList keyBindingsForAction(const QString& name) const override {
+        const QString key = accessible_key(panel_);
+        return actionNames().contains(name) && !key.isEmpty() ? QStringList{key} : QStringList{};
+    }
 
   private:
     SkinnedControl& panel_;

@@ -1,7 +1,6 @@
 #include "platform/qt/DropDownList.h"
 
 #include <QAbstractItemView>
-#include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -10,6 +9,7 @@
 
 #include "base/RunTimeFailure.h"
 #include "platform/qt/accessible_factory.h"
+#include "platform/qt/accessible_key.h"
 #include "platform/qt/edges.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/look.h"
@@ -24,10 +24,10 @@ constexpr int arrow_width = 18;
 
 /// What a screen reader sees. On the way to it a drop-down list has no value, so Qt gives the chosen line for
 /// the name, and what is chosen there goes unsaid; this name has both.
-class AccessibleDropDownList : public QAccessibleWidget {
+class AccessibleDropDownList : public AccessibleWithKey {
   public:
     explicit AccessibleDropDownList(DropDownList* list)
-        : QAccessibleWidget(list, QAccessible::ComboBox), list_(list) {}
+        : AccessibleWithKey(list, QAccessible::ComboBox), list_(list) {}
 
     int childCount() const override { return 1; }
 
@@ -43,13 +43,13 @@ class AccessibleDropDownList : public QAccessibleWidget {
         if (kind == QAccessible::Value) {
             return list_->currentText();
         }
-        const QString given = QAccessibleWidget::text(kind);
+        const QString given = AccessibleWithKey::text(kind);
         const bool is_name = kind == QAccessible::Name && list_->currentIndex() >= 0;
         return is_name ? given + ": " + list_->currentText() : given;
     }
 
     QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
+        QAccessible::State state = AccessibleWithKey::state();
         state.hasPopup = true;
         state.expandable = true;
         state.expanded = list_->view()->isVisible();
@@ -132,6 +132,11 @@ void DropDownList::SetColours(Colour background, Colour text) {
 void DropDownList::set_bare(bool bare) {
     bare_ = bare;
     update();
+}
+
+void DropDownList::act_as_clicked() {
+    setFocus(Qt::ShortcutFocusReason);
+    showPopup();
 }
 
 void DropDownList::showPopup() {

@@ -36,6 +36,9 @@ class DropDownList : public QComboBox {
     /// Draws no edge and no arrow of its own: whoever holds it draws them over it.
     void set_bare(bool bare);
 
+    /// Takes the focus and opens the list, as the mouse does.
+    void act_as_clicked();
+
     /// Opens the list, under the name that the field has for a screen reader.
     void showPopup() override;
 

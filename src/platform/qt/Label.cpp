@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "platform/qt/accessible_factory.h"
+#include "platform/qt/accessible_key.h"
 #include "platform/qt/event_edge.h"
 #include "platform/qt/in_force.h"
 #include "platform/qt/look.h"
@@ -17,15 +17,15 @@ namespace varnoth {
 namespace {
 
 /// What a screen reader sees: static text, or a button where a symbol is clicked.
-class AccessibleLabel : public QAccessibleWidget {
+class AccessibleLabel : public AccessibleWithKey {
   public:
     explicit AccessibleLabel(Label* label)
-        : QAccessibleWidget(label, label->kind() == Label::Kind::Symbol ? QAccessible::Button
+        : AccessibleWithKey(label, label->kind() == Label::Kind::Symbol ? QAccessible::Button
                                                                         : QAccessible::StaticText),
           label_(label) {}
 
     QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
+        QAccessible::State state = AccessibleWithKey::state();
         add_in_force(*label_, state);
         return state;
     }
@@ -37,7 +37,7 @@ class AccessibleLabel : public QAccessibleWidget {
     void doAction(const QString& action) override {
         at_event_edge([&] {
             if (actionNames().contains(action)) {
-                emit label_->Click();
+                label_->act_as_clicked();
             }
         });
     }

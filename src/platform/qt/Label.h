@@ -30,6 +30,9 @@ class Label : public QWidget {
 
     void SetForeColor(Colour colour);
 
+    /// Raises Click, as the mouse does.
+    void act_as_clicked() { emit Click(); }
+
   signals:
     /// Pressed and released on the label with the left button; each press of a fast pair counts.
     void Click();

@@ -89,13 +89,8 @@ class AccessiblePicture : public QAccessibleWidget, public QAccessibleImageInter
 
     void doAction(const QString& action) override {
         at_event_edge([&] {
-            if (!actionNames().contains(action)) {
-                return;
-            }
-            if (picture_->hears_clicks()) {
-                emit picture_->Click();
-            } else {
-                emit picture_->DblClick();
+            if (actionNames().contains(action)) {
+                picture_->act_as_clicked();
             }
         });
     }
@@ -133,6 +128,25 @@ bool PictureBox::hears_clicks() const {
 
 bool PictureBox::hears_double_clicks() const {
     return isSignalConnected(QMetaMethod::fromSignal(&PictureBox::DblClick));
+}
+
+void PictureBox::act_as_clicked() {
+    if (hears_clicks()) {
+        emit Click();
+    } else {
+        emit DblClick();
+    }
+}
+
+void PictureBox::act_as_moved_to(const QPoint& place) {
+    emit MouseMove(mouse_arguments(Qt::NoButton, Qt::NoModifier, place));
+}
+
+void PictureBox::act_as_clicked_at(const QPoint& place) {
+    const MouseArguments mouse = mouse_arguments(Qt::LeftButton, Qt::NoModifier, place);
+    emit MouseDown(mouse);
+    emit MouseUp(mouse);
+    emit Click();
 }
 
 void PictureBox::follow_surface() {

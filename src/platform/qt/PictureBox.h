@@ -29,6 +29,13 @@ class PictureBox : public QWidget {
     bool hears_clicks() const;
     bool hears_double_clicks() const;
 
+    /// Raises what its user waits for, Click or else DblClick, as the mouse does.
+    void act_as_clicked();
+
+    /// Moves to, or clicks, a place of the surface, as the mouse does.
+    void act_as_moved_to(const QPoint& place);
+    void act_as_clicked_at(const QPoint& place);
+
   signals:
     void Click();
     void DblClick();
