@@ -20,7 +20,7 @@
 #include "platform/qt/Label.h"
 #include "platform/qt/ListBox.h"
 #include "platform/qt/event_edge.h"
-#include "shared/Hand.h"
+#include "ui_driver/UiDriver.h"
 #include "workbench/FormKeys.h"
 
 namespace varnoth {
@@ -41,7 +41,7 @@ class FormKeysTest : public testing::Test {
         QObject::connect(&control_, &Label::Click, [this] { ++clicks_; });
         window_.show();
         window_.activateWindow();
-        hand::settle();
+        ui_driver::settle();
     }
 
     void focus(QWidget& widget) {
@@ -138,7 +138,7 @@ TEST_F(FormKeysTest, NothingIsClickedBehindAnOpenDropDownList) {
 TEST_F(FormKeysTest, OpenDropDownListKeepsItsKeys) {
     keys_.add({plain_key(Qt::Key_Return, control_), plain_key(Qt::Key_Escape, control_)});
     choice_.SetListIndex(0);
-    hand::choose(choice_, 2);
+    ui_driver::choose(choice_, 2);
     EXPECT_EQ(choice_.ListIndex(), 2);
     EXPECT_EQ(clicks_, 0);
 }

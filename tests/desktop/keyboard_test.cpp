@@ -68,7 +68,7 @@ class KeyboardTest : public EditorTest {
             for (std::size_t i = 0; i < count; ++i) {
                 const std::unique_ptr<Form> form = window.make();
                 form->show_over(main());
-                hand::settle();
+                ui_driver::settle();
                 const FormKey& key = form->keys()[i];
                 make_clickable(*key.control);
                 make_true(*form, key);
@@ -334,7 +334,7 @@ TEST_F(KeyboardTest, MainWindowOpensItsDialogsAndHasNoKeysBehindThem) {
     press(main(), Qt::Key_I, Qt::ControlModifier);
     EXPECT_EQ(desk_->form4(), nullptr);
     press(*desk_->form2(), Qt::Key_Escape);
-    hand::settle();
+    ui_driver::settle();
     EXPECT_EQ(desk_->form2(), nullptr);
     press(main(), Qt::Key_I, Qt::ControlModifier);
     EXPECT_NE(desk_->form4(), nullptr);
@@ -401,12 +401,12 @@ TEST_F(KeyboardTest, NewSpriteTakesReturnInEveryFieldForOk) {
     for (int tabs = 0; tabs < 5; ++tabs) {
         press(main(), Qt::Key_N, Qt::ControlModifier);
         ASSERT_NE(desk_->form2(), nullptr);
-        hand::settle();
+        ui_driver::settle();
         for (int i = 0; i < tabs; ++i) {
             press(*desk_->form2(), Qt::Key_Tab);
         }
         press(*desk_->form2(), Qt::Key_Return);
-        hand::settle();
+        ui_driver::settle();
         EXPECT_EQ(desk_->form2(), nullptr) << tabs;
         EXPECT_EQ(enabled_buttons(), test::new_without_frames);
     }
@@ -415,7 +415,7 @@ TEST_F(KeyboardTest, NewSpriteTakesReturnInEveryFieldForOk) {
 TEST_F(KeyboardTest, OpenDropDownListTakesReturnAndEscape) {
     press(main(), Qt::Key_N, Qt::ControlModifier);
     Form2& dialog = *desk_->form2();
-    hand::settle();
+    ui_driver::settle();
     for (const auto& [key, chosen] : {std::pair{Qt::Key_Return, 3}, std::pair{Qt::Key_Escape, 3}}) {
         press(dialog, Qt::Key_T, Qt::AltModifier);
         QWidget* const list = QApplication::activePopupWidget();
@@ -435,7 +435,7 @@ TEST_F(KeyboardTest, FolderListTakesReturnAndLeavesItWithCtrl) {
     press(*desk_->form3(), Qt::Key_D, Qt::AltModifier);
     ASSERT_NE(desk_->form5(), nullptr);
     Form5& dialog = *desk_->form5();
-    hand::settle();
+    ui_driver::settle();
     dialog.Dir1.SetPath(folder_.path());
     dialog.Dir1.setFocus();
     press(dialog, Qt::Key_Home);
@@ -443,7 +443,7 @@ TEST_F(KeyboardTest, FolderListTakesReturnAndLeavesItWithCtrl) {
     ASSERT_EQ(desk_->form5(), &dialog);
     EXPECT_EQ(dialog.Dir1.Path(), "/");
     press(dialog, Qt::Key_Return, Qt::ControlModifier);
-    hand::settle();
+    ui_driver::settle();
     EXPECT_EQ(desk_->form5(), nullptr);
     EXPECT_EQ(text(desk_->form3()->eltexto1.Text()), "/");
 }
@@ -452,7 +452,7 @@ TEST_F(KeyboardTest, KeysOfTheFormatShowAndSetTheirChoices) {
     open_sprite(1);
     press(main(), Qt::Key_E, Qt::ControlModifier);
     Form3& dialog = *desk_->form3();
-    hand::settle();
+    ui_driver::settle();
     press(dialog, Qt::Key_C, Qt::AltModifier); // hidden
     EXPECT_FALSE(dialog.elcheck1.Value());
     press(dialog, Qt::Key_T, Qt::AltModifier);
@@ -473,7 +473,7 @@ TEST_F(KeyboardTest, PreviewPlaysStopsAndChangesItsSpeed) {
     main().List1.setFocus();
     press(main(), Qt::Key_Return);
     Form7& dialog = *desk_->form7();
-    hand::settle();
+    ui_driver::settle();
     press(dialog, Qt::Key_Space);
     EXPECT_TRUE(dialog.Timer1.isActive());
     press(dialog, Qt::Key_Space);
@@ -484,7 +484,7 @@ TEST_F(KeyboardTest, PreviewPlaysStopsAndChangesItsSpeed) {
     press(dialog, Qt::Key_Left);
     EXPECT_EQ(text(dialog.Label5.Caption()), "16 fps");
     press(dialog, Qt::Key_Escape);
-    hand::settle();
+    ui_driver::settle();
     EXPECT_EQ(desk_->form7(), nullptr);
     EXPECT_TRUE(main().isEnabled());
 }
@@ -493,7 +493,7 @@ TEST_F(KeyboardTest, SpeedOf0ByTheKeyEndsTheProgram) {
     open_sprite(1);
     main().List1.setFocus();
     press(main(), Qt::Key_Return);
-    hand::settle();
+    ui_driver::settle();
     for (int i = 0; i < 15; ++i) {
         EXPECT_TRUE(failures_.empty());
         press(*desk_->form7(), Qt::Key_Left);
@@ -510,10 +510,10 @@ class ImportKeysTest : public EditorTest {
     /// Import of a new sprite in a mode with a transparent colour, on the folder of the pictures.
     void open_dialog() {
         press(main(), Qt::Key_N, Qt::ControlModifier);
-        hand::choose(desk_->form2()->elcombo2.Combo1(), 3);
+        ui_driver::choose(desk_->form2()->elcombo2.Combo1(), 3);
         press(*desk_->form2(), Qt::Key_Return);
         press(main(), Qt::Key_I, Qt::ControlModifier);
-        hand::settle();
+        ui_driver::settle();
         dialog().Dir1.SetPath(pictures_.path());
     }
 
@@ -640,7 +640,7 @@ TEST_F(ImportKeysTest, PickerGoesOnFromThePointersPlace) {
     open_dialog();
     select_first_file();
     press(dialog(), Qt::Key_P, Qt::AltModifier);
-    hand::point_at(dialog().Picture1, {1, 0});
+    ui_driver::point_at(dialog().Picture1, {1, 0});
     EXPECT_EQ(transparent(), green);
     press(dialog(), Qt::Key_Right);
     EXPECT_EQ(transparent(), blue);
@@ -676,7 +676,7 @@ TEST_F(ImportKeysTest, PickerFollowsThePointerBackToWhereTheArrowsPutIt) {
     press(dialog(), Qt::Key_Right);
     for (const int x : {2, 1}) {
         QCursor::setPos(dialog().Picture1.mapToGlobal(QPoint(x, 0)));
-        hand::point_at(dialog().Picture1, {x, 0});
+        ui_driver::point_at(dialog().Picture1, {x, 0});
     }
     EXPECT_EQ(transparent(), green);
     press(dialog(), Qt::Key_Right);
