@@ -17,8 +17,8 @@ class elradio final : public MarkControl {
     bool Value() const override { return value_; }
 
   private:
-    /// The circle, painted in pixels of the screen, upon the piece of the control's background that the last
-    /// redrawing copied. What is drawn on the control later does not show around the circle.
+    /// The circle in whole pixels of the screen, on a copy of the control's background. What is drawn on the
+    /// control later shows around the circle only after the next redrawing.
     class Circle final : public BoxPart {
       public:
         explicit Circle(const elradio& control) : control_(control) {}
@@ -31,16 +31,10 @@ class elradio final : public MarkControl {
 
     void keep_value(bool value) override { value_ = value; }
 
-    /// Redraws: also copies the background anew. A value and every colour of the control itself do.
+    /// The redrawing: also copies the background.
     void update_look() override;
 
     void show_back_colour() override { update_look(); }
-
-    void show_back_colour2() override { update_look(); }
-
-    void show_light() override { update_look(); }
-
-    void show_dark() override { update_look(); }
 
     void part_clicked(Part* part) override;
 
