@@ -1,8 +1,7 @@
-// Files and folders whose names are no UTF-8, through all windows, under the bytes of their names.
+// Files and folders whose names are not UTF-8, in every window, under the bytes of their names.
+#include <algorithm>
 #include <filesystem>
 
-#include <QAccessible>
-#include <QImage>
 #include <QLabel>
 
 #include "desktop/EditorTest.h"

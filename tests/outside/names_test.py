@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Files and folders whose names are no UTF-8, in the built editor: a picture is imported and frames are exported by
+"""Files and folders whose names are not UTF-8, in the built editor: a picture is imported and frames are exported by
 the bytes of their names. Usage: names_test.py VARNOTH [TEST...]"""
 import os
 import sys

@@ -99,7 +99,7 @@ class State(Hand, unittest.TestCase):
         self.end()
         return place, picture
 
-    def test_settings_of_qt_do_not_reach_the_file_chooser_and_stay_as_they_are(self):
+    def test_qt_settings_neither_reach_the_file_chooser_nor_change(self):
         plain = self.look_at_chooser()
         self.assertEqual(self.below_home(), [])
         for folder in (self.display.make_folder("empty_home", ".config"), self.display.make_folder("system")):

@@ -1,5 +1,5 @@
-// Paths as Qt's texts. A path is bytes, and a text is UTF-16: bytes that are no UTF-8 become lone surrogates,
-// as in PEP 383, so that every path comes back from its text unchanged.
+// Paths as Qt's texts. A path is bytes, and a text is UTF-16: bytes that are not valid UTF-8 become lone
+// surrogates, as in PEP 383, so that every path comes back from its text unchanged.
 #pragma once
 
 #include <string>
