@@ -292,6 +292,7 @@ std::vector<FormKey> Form4::picker_keys() {
     };
     const auto is_armed = [this] { return armed(); };
     std::vector<FormKey> keys;
+    keys.reserve(steps.size() + 1);
     for (const Step& each : steps) {
         keys.push_back({each.key, &Picture1, [this, step = each.step] { move_picker(step); },
                         FormKey::First::Form, is_armed, true});

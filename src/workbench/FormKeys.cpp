@@ -71,10 +71,11 @@ bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
 // A shortcut of Qt also finds the letter on a keyboard layout without Latin letters. What a text box keeps
 // from shortcuts, Ctrl+E for one, still comes as a key press.
 void FormKeys::add_shortcut(std::size_t index) {
-    auto made = std::make_unique<QShortcut>(QKeySequence(keys_[index].combination), &form_);
-    made->setAutoRepeat(keys_[index].repeats);
-    on_event(made.get(), &QShortcut::activated, this, [this, index] { click(keys_[index]); });
-    made.release(); // the form owns it
+    const FormKey& key = keys_[index];
+    // The form owns it.
+    auto* const made = std::make_unique<QShortcut>(QKeySequence(key.combination), &form_).release();
+    made->setAutoRepeat(key.repeats);
+    on_event(made, &QShortcut::activated, this, [this, index] { click(keys_[index]); });
 }
 
 const FormKey* FormKeys::find(QKeyCombination pressed, bool focused_control_had_it) const {
