@@ -80,7 +80,8 @@ void Form::wear(elpanel& panel, const QString& title) {
     panel.SetDropShadow(true);
     on_event(&panel, &elpanel::TitleMouseDown, this,
              [this](std::int16_t, std::int16_t, float x, float y) { begin_drag(x, y); });
-    on_event(&panel, &elpanel::TitleMouseMove, this, [this] { drag(); });
+    on_event(&panel, &elpanel::TitleMouseMove, this,
+             [this](std::int16_t Button, std::int16_t, float, float) { drag(Button); });
     on_event(&panel, &elpanel::TitleMouseUp, this, [this] { dragging_ = 0; });
 }
 
@@ -90,7 +91,10 @@ void Form::begin_drag(float x, float y) {
     grab_y_ = y;
 }
 
-void Form::drag() {
+void Form::drag(std::int16_t Button) {
+    if (Button == 0) {
+        dragging_ = 0; // the release never came, as when the form was disabled meanwhile
+    }
     if (dragging_ != 1) {
         return;
     }

@@ -2,6 +2,7 @@
 // them, and the drag by the panel's title.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include <QWidget>
@@ -52,7 +53,7 @@ class Form : public QWidget {
   private:
     void correct_window_place();
     void begin_drag(float x, float y);
-    void drag();
+    void drag(std::int16_t Button);
 
     int dragging_ = 0;
     float grab_x_ = 0; ///< in the title, in pixels

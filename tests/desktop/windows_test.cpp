@@ -281,7 +281,18 @@ TEST_F(WindowsTest, TheCornerFollowsThePointerLessAFifteenthOfTheGrab) {
 
 TEST_F(WindowsTest, ATitleMoveWithoutAPressMovesNothing) {
     main().move(50, 50);
-    emit main().elpanel1.TitleMouseMove(0, 0, 5, 5);
+    emit main().elpanel1.TitleMouseMove(1, 0, 5, 5);
+    EXPECT_EQ(main().pos(), QPoint(50, 50));
+}
+
+// The release is lost when the form is disabled during the drag.
+TEST_F(WindowsTest, ATitleMoveWithoutAButtonEndsTheDrag) {
+    main().move(50, 50);
+    elpanel& panel = main().elpanel1;
+    emit panel.TitleMouseDown(1, 0, 45, 3);
+    QCursor::setPos(300, 200);
+    emit panel.TitleMouseMove(0, 0, 5, 5);
+    emit panel.TitleMouseMove(1, 0, 5, 5);
     EXPECT_EQ(main().pos(), QPoint(50, 50));
 }
 
@@ -316,7 +327,7 @@ TEST_F(WindowsTest, TheFiveWithAPanelMoveByItsTitleAndTheOthersCannotBeMoved) {
         EXPECT_EQ(form->pos(), dragged) << text(form->objectName());
         panel->TitleMouseUp(1, 0, 0, 0);
         QCursor::setPos(10, 10);
-        panel->TitleMouseMove(0, 0, 0, 0);
+        panel->TitleMouseMove(1, 0, 0, 0);
         EXPECT_EQ(form->pos(), dragged) << text(form->objectName());
         const bool closes = form == &main() || form == &windows.form7;
         EXPECT_EQ(panel->Cerrar(), closes) << text(form->objectName());
