@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <span>
 
-#include "base/bytes.h"
 #include "base/files.h"
 #include "base/numbers.h"
 
@@ -14,36 +13,23 @@ BITMAPINFOHEADER InfoHeader;
 
 namespace {
 
-constexpr std::size_t file_header_size = 14;
-constexpr std::size_t info_header_size = 40;
-
-BITMAPFILEHEADER file_header_from(std::span<const std::uint8_t> bytes) {
-    return {
-        {bytes[0], bytes[1]}, get_i32(bytes, 2), get_i16(bytes, 6), get_i16(bytes, 8), get_i32(bytes, 10)};
-}
-
-BITMAPINFOHEADER info_header_from(std::span<const std::uint8_t> bytes) {
-    return {get_i32(bytes, 0),  get_i32(bytes, 4),  get_i32(bytes, 8),  get_i16(bytes, 12),
-            get_i16(bytes, 14), get_u32(bytes, 16), get_i32(bytes, 20), get_i32(bytes, 24),
-            get_i32(bytes, 28), get_i32(bytes, 32), get_i32(bytes, 36)};
-}
-
 bool read_records(const std::string& fileName) {
-    const std::vector<std::uint8_t> head = read_head(fileName, file_header_size + info_header_size);
-    if (head.size() < file_header_size + info_header_size) {
+    constexpr std::size_t size = BITMAPFILEHEADER::size + BITMAPINFOHEADER::size;
+    const std::vector<std::uint8_t> head = read_head(fileName, size);
+    if (head.size() < size) {
         return false;
     }
-    const std::span<const std::uint8_t> bytes = head;
-    FileHeader = file_header_from(bytes.first(file_header_size));
-    InfoHeader = info_header_from(bytes.subspan(file_header_size));
+    const std::span<const std::uint8_t, size> bytes(head);
+    FileHeader = BITMAPFILEHEADER::from_bytes(bytes.first<BITMAPFILEHEADER::size>());
+    InfoHeader = BITMAPINFOHEADER::from_bytes(bytes.last<BITMAPINFOHEADER::size>());
     return true;
 }
 
 // Stricter than the format: a top-down bitmap and the older 12-byte header are refused.
 bool is_usable() {
-    return FileHeader.bfType[0] == 'B' && FileHeader.bfType[1] == 'M' && FileHeader.bfOffBits >= 54 &&
-           InfoHeader.biSize == 40 && InfoHeader.biHeight > 0 && InfoHeader.biWidth > 0 &&
-           InfoHeader.biPlanes == 1 && InfoHeader.biSizeImage < FileHeader.bfSize;
+    return FileHeader.is_bmp() && FileHeader.bfOffBits >= 54 && InfoHeader.biSize == 40 &&
+           InfoHeader.biHeight > 0 && InfoHeader.biWidth > 0 && InfoHeader.biPlanes == 1 &&
+           InfoHeader.biSizeImage < FileHeader.bfSize;
 }
 
 } // namespace

@@ -3,19 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 #include <new>
 #include <utility>
 
-#include "base/bytes.h"
 #include "base/files.h"
 #include "base/numbers.h"
 
 namespace varnoth {
 
 namespace {
-
-constexpr std::int32_t file_header_bytes = 14;
-constexpr std::int32_t info_header_bytes = 40;
 
 bool is_section_depth(std::int32_t bits) {
     return bits == 1 || bits == 4 || bits == 8 || bits == 16 || bits == 24 || bits == 32;
@@ -60,7 +57,7 @@ void delete_if_there(const std::string& path) {
 
 bool cDIB::Create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp) {
     Destroy();
-    header_.biSize = info_header_bytes;
+    header_.biSize = BITMAPINFOHEADER::size;
     header_.biPlanes = 1;
     header_.biBitCount = narrow<std::int16_t>(Newbpp);
     header_.biWidth = NewWidth;
@@ -150,21 +147,15 @@ void cDIB::Save(const std::string& filename) const {
 std::vector<std::uint8_t> cDIB::file_head() const {
     std::vector<std::uint8_t> palette;
     GetPalette(palette);
-    const std::int32_t pixels_at =
-        file_header_bytes + info_header_bytes + static_cast<std::int32_t>(palette.size());
+    const auto pixels_at =
+        static_cast<std::int32_t>(BITMAPFILEHEADER::size + BITMAPINFOHEADER::size + palette.size());
+    const BITMAPFILEHEADER file_header{{'B', 'M'}, checked_add(pixels_at, size_), 0, 0, pixels_at};
 
-    std::vector<std::uint8_t> head(static_cast<std::size_t>(pixels_at));
-    head[0] = 'B';
-    head[1] = 'M';
-    put_i32(head, 2, checked_add(pixels_at, size_));
-    put_i32(head, 10, pixels_at);
-    put_i32(head, 14, header_.biSize);
-    put_i32(head, 18, header_.biWidth);
-    put_i32(head, 22, header_.biHeight);
-    put_i16(head, 26, header_.biPlanes);
-    put_i16(head, 28, header_.biBitCount);
-    // All that follows stays 0, the size of the pixels too: readers take that from the file's length.
-    std::ranges::copy(palette, head.end() - static_cast<std::ptrdiff_t>(palette.size()));
+    std::vector<std::uint8_t> head;
+    // The size of the pixels stays 0, as most of the header does: readers take it from the file's length.
+    std::ranges::copy(file_header.to_bytes(), std::back_inserter(head));
+    std::ranges::copy(header_.to_bytes(), std::back_inserter(head));
+    std::ranges::copy(palette, std::back_inserter(head));
     return head;
 }
 
