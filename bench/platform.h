@@ -1,5 +1,5 @@
 // The platform services for the benchmarks of the import: the program's own in a build with Qt, otherwise a
-// loader that copies 24-bit BMP files and a yield that only reads the clock.
+// loader of BMP files and a yield that only reads the clock.
 #pragma once
 
 #include <memory>

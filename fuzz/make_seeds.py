@@ -248,34 +248,36 @@ def make_pictures():
                               ("jpeg-of-four-inks", "convert ppm:- -colorspace CMYK -quality 30 jpg:-"),
                               ("jpeg-full-samples", "convert ppm:- -sampling-factor 1x1 -quality 30 jpg:-")):
             data = run(command, picture)
-            put("load_picture", name + "-" + label, data)
-            put("load_picture", name + "-cut-" + label, data[:len(data) * 4 // 5])
+            target = "load_picture" if name.startswith("jpeg") else "read_bmp"
+            put(target, name + "-" + label, data)
+            put(target, name + "-cut-" + label, data[:len(data) * 4 // 5])
     for depth in (1, 4, 8, 16, 24, 32, 2, 0):
         table = noise(4 << depth, depth) if 0 < depth <= 8 else b""
         row = (6 * depth + 31) // 32 * 4
         fields = {"width": 6, "height": 5, "depth": depth, "offset": 54 + len(table), "image": 5 * row,
                   "file_size": 54 + len(table) + 5 * row}
         head = bmp_header(**fields) + table
-        put("load_picture", "plain-%d-bit" % depth, head + noise(5 * row, depth))
-        put("load_picture", "short-%d-bit" % depth, head + noise(3 * row, depth))
-        put("load_picture", "top-down-%d-bit" % depth, bmp_header(**{**fields, "height": -5}) + table + noise(5 * row))
-        put("load_picture", "huge-%d-bit" % depth, bmp_header(**{**fields, "width": 32767, "height": 32767}) + table)
+        put("read_bmp", "plain-%d-bit" % depth, head + noise(5 * row, depth))
+        put("read_bmp", "short-%d-bit" % depth, head + noise(3 * row, depth))
+        put("read_bmp", "top-down-%d-bit" % depth, bmp_header(**{**fields, "height": -5}) + table + noise(5 * row))
+        put("read_bmp", "huge-%d-bit" % depth, bmp_header(**{**fields, "width": 32767, "height": 32767}) + table)
     masks = struct.pack("<III", 0xF800, 0x7E0, 0x1F)
-    put("load_picture", "masks-16-bit", bmp_header(width=6, height=5, depth=16, compression=3, offset=66)
+    put("read_bmp", "masks-16-bit", bmp_header(width=6, height=5, depth=16, compression=3, offset=66)
         + masks + noise(60))
-    put("load_picture", "masks-of-nothing", bmp_header(width=6, height=5, depth=32, compression=3, offset=66)
+    put("read_bmp", "masks-of-nothing", bmp_header(width=6, height=5, depth=32, compression=3, offset=66)
         + bytes(12) + noise(120))
     for bits, compression in ((8, 1), (4, 2)):
         table = noise(4 << bits, bits)
         head = bmp_header(width=6, height=5, depth=bits, compression=compression, offset=54 + len(table)) + table
-        put("load_picture", "packed-%d-bit" % bits, head + b"\x06\x11\0\0\0\4\1\2\3\4\0\2\1\1\3\5\0\1")
-        put("load_picture", "packed-short-%d-bit" % bits, head + b"\x06\x11\0\0\0\4\1\2")
-        put("load_picture", "packed-outside-%d-bit" % bits, head + b"\xff\x11\0\2\xff\xff\5\5\0\1")
+        put("read_bmp", "packed-%d-bit" % bits, head + b"\x06\x11\0\0\0\4\1\2\3\4\0\2\1\1\3\5\0\1")
+        put("read_bmp", "packed-short-%d-bit" % bits, head + b"\x06\x11\0\0\0\4\1\2")
+        put("read_bmp", "packed-outside-%d-bit" % bits, head + b"\xff\x11\0\2\xff\xff\5\5\0\1")
     core = b"BM" + struct.pack("<IHHIIHHHH", 200, 0, 0, 26, 12, 6, 5, 1, 24)
-    put("load_picture", "core-header", core + noise(100))
+    put("read_bmp", "core-header", core + noise(100))
     put("load_picture", "sample.jpg", sample(".jpg"))
-    put("load_picture", "sample.bmp", sample(".bmp"))
+    put("read_bmp", "sample.bmp", sample(".bmp"))
     put("load_picture", "empty", b"")
+    put("read_bmp", "empty", b"")
 
 
 # Sprites ------------------------------------------------------------------------------------------------------------

@@ -36,9 +36,8 @@ class PictureLoader {
   public:
     virtual ~PictureLoader() = default;
 
-    /// Decodes a BMP or JPEG file, told by its content, to a 32-bit picture of the file's own size. Rows that
-    /// a cut file does not bring are black. FileNotFound and the like when it cannot be read, InvalidPicture
-    /// when it does not decode.
+    /// Decodes a BMP or JPEG file, told by its content, to a 32-bit picture of the file's own size.
+    /// FileNotFound and the like when it cannot be read, InvalidPicture when it does not decode.
     virtual Picture load(const std::string& path) = 0;
 };
 

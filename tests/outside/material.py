@@ -104,7 +104,7 @@ class Pictures:
     def add_bad_ones(self):
         size = (128, 96)
         bmp, jpg, tga, pcx = (self.read(MEDIUM, f"pd00.{kind}") for kind in FORMATS)
-        # A cut picture is black where nothing came.
+        # What a truncated picture lacks is black in a BMP file, grey in a JPEG file.
         self.put(BAD, "pd0cut.bmp", size, size, bmp[:len(bmp) // 2])
         self.put(BAD, "pd0cut.jpg", size, size, jpg[:len(jpg) // 2])
         self.put(BAD, "pd1down.bmp", None, size, bmp[:22] + struct.pack("<i", -size[1]) + bmp[26:])

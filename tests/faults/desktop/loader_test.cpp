@@ -139,7 +139,7 @@ TEST(LoaderOverPoison, ResultsDoNotDependOnUninitialisedMemory) {
             ++files;
         }
     }
-    for (const std::string corpus : {"probe_bmp", "probe_jpeg"}) {
+    for (const std::string corpus : {"read_bmp", "load_picture", "probe_bmp", "probe_jpeg"}) {
         for (const auto& entry : std::filesystem::directory_iterator(std::string(VARNOTH_SOURCE_DIR) +
                                                                      "/fuzz/corpus/" + corpus)) {
             EXPECT_TRUE(loaded_over(0xA5, entry.path().string()) == loaded_over(0x5A, entry.path().string()))
