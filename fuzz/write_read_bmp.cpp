@@ -1,6 +1,8 @@
-// Writes a picture made from the input, of any depth, as a BMP file and checks the file against the format.
+// Writes a picture made from the input, of any depth, as a BMP file, checks the file against the format, and
+// reads it back as the same picture.
 #include "base/bytes.h"
 #include "codecs/BmpMod.h"
+#include "codecs/read_bmp.h"
 #include "fuzzing.h"
 #include "pictures/cDIB.h"
 
@@ -46,6 +48,15 @@ void require_written(std::span<const std::uint8_t> file, const cDIB& picture) {
     fuzzing::require(std::ranges::equal(file.subspan(pixels_at), pixels), "the rows are the picture's");
 }
 
+void require_read_back(std::span<const std::uint8_t> file, const cDIB& picture) {
+    const Bitmap back = read_bmp(file, largest_side * largest_side);
+    for (std::int32_t y = 0; y < picture.Height(); ++y) {
+        for (std::int32_t x = 0; x < picture.Width(); ++x) {
+            fuzzing::require(back.pixel(x, y) == picture.hDIB()->pixel(x, y), "the pixels are read back");
+        }
+    }
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -59,6 +70,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string path = fuzzing::scratch_path("written.bmp");
     picture.Save(path);
     require_probed(path, picture);
-    require_written(fuzzing::scratch_bytes(path), picture);
+    const std::vector<std::uint8_t> file = fuzzing::scratch_bytes(path);
+    require_written(file, picture);
+    require_read_back(file, picture);
     return 0;
 }

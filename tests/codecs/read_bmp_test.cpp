@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "pictures/cDIB.h"
+#include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
 #include "support/made_bmp.h"
 
@@ -340,6 +342,28 @@ TEST(ReadBmp, AJumpOutOfThePictureEndsItsRowOrThePicture) {
 
 TEST(ReadBmp, WhatFollowsTheLastRowIsPassedOver) {
     EXPECT_EQ(colours_of(runs_of_8_bits(1, 1, {1, 1, 0, 0, 1, 2, 0, 1})), (Colours{striking_colour(1)}));
+}
+
+// ---- Our own files
+
+TEST(ReadBmp, WhatTheWriterSavesOfEveryDepthIsReadBack) {
+    const test::TemporaryFolder folder;
+    test::RandomBmps random(5);
+    for (const std::int32_t bits : {1, 4, 8, 16, 24, 32}) {
+        SCOPED_TRACE(bits);
+        cDIB picture;
+        ASSERT_TRUE(picture.Create(9, 5, bits));
+        picture.SetPalette(random.bytes(4 * 256));
+        std::ranges::copy(random.bytes(static_cast<std::size_t>(picture.Size())), picture.lpBits());
+        const std::string path = folder.file("written.bmp");
+        picture.Save(path);
+        const Bitmap back = read_bmp(test::read_file(path), most_pixels);
+        for (std::int32_t y = 0; y < 5; ++y) {
+            for (std::int32_t x = 0; x < 9; ++x) {
+                EXPECT_EQ(back.pixel(x, y), picture.hDIB()->pixel(x, y)) << x << ", " << y;
+            }
+        }
+    }
 }
 
 // ---- Truncated files
