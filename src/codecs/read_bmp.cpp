@@ -41,6 +41,9 @@ constexpr std::size_t v5_header_size = 124;
 
 enum Compression : std::uint32_t { uncompressed = 0, rle8 = 1, rle4 = 2, bit_fields = 3 };
 
+/// What follows a run-length of 0. Every higher number is that of the indices behind it.
+enum RunCode : std::uint8_t { end_of_row = 0, end_of_picture = 1, jump = 2 };
+
 void require(bool holds) {
     if (!holds) {
         fail(Failure::InvalidPicture);
@@ -110,7 +113,6 @@ class Parser {
             BITMAPFILEHEADER::from_bytes(take(BITMAPFILEHEADER::size).first<BITMAPFILEHEADER::size>());
         require(header.is_bmp() && header.bfOffBits >= 0);
         pixels_at_ = static_cast<std::size_t>(header.bfOffBits);
-        require(pixels_at_ <= file_size_);
     }
 
     void read_info_header() {
@@ -260,14 +262,14 @@ class Parser {
     }
 
     void read_triples(Bytes from, std::size_t count, std::uint8_t* to) const {
-        constexpr auto colours = std::bit_cast<std::uint32_t>(RGBQUAD{255, 255, 255, 0});
+        constexpr auto colour_bytes = std::bit_cast<std::uint32_t>(RGBQUAD{255, 255, 255, 0});
         std::size_t x = 0;
         // Four pixels at a time, each with the byte behind it, which the last pixel may not have.
         for (; x + 4 < count; x += 4) {
             for (std::size_t i = x; i < x + 4; ++i) {
                 std::uint32_t pixel = 0;
                 std::memcpy(&pixel, &from[3 * i], sizeof pixel);
-                pixel &= colours;
+                pixel &= colour_bytes;
                 std::memcpy(to + 4 * i, &pixel, sizeof pixel);
             }
         }
@@ -280,7 +282,6 @@ class Parser {
         std::memcpy(to + 4 * x, &colour, sizeof colour);
     }
 
-    /// Commands of two bytes and what belongs to them: a run (length, index), or 0 and a code.
     void read_runs() {
         const int bits = info_.biBitCount;
         while (run_row_ < height_ && rest_.size() >= 2 && rest_.size() >= command_size()) {
@@ -301,10 +302,7 @@ class Parser {
         }
     }
 
-    static constexpr std::uint8_t end_of_row = 0;
-    static constexpr std::uint8_t end_of_picture = 1;
-    static constexpr std::uint8_t jump = 2; ///< every higher code is a number of indices, padded to 2 bytes
-
+    /// Two bytes, a run (length and index) or 0 and a code, and what belongs to the code, padded to 2 bytes.
     std::size_t command_size() const {
         const std::uint8_t code = rest_[1];
         if (rest_[0] > 0 || code < jump) {
@@ -314,7 +312,7 @@ class Parser {
         return code == jump ? 4 : 2 + (code * bits + 15) / 16 * 2;
     }
 
-    /// `length` pixels, of which every `period` have the same indices. The row's end cuts them off.
+    /// `length` pixels, whose indices repeat after `period`. The end of the row cuts them off.
     void put_run(Bytes indices, std::size_t length, std::size_t period) {
         std::uint8_t* to = row(run_row_);
         for (std::size_t i = 0; i < length && run_column_ < width_; ++i, ++run_column_) {

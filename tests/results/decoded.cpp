@@ -10,6 +10,7 @@
 #include "codecs/JpgMod.h"
 #include "codecs/LoadPCX.h"
 #include "codecs/LoadTGA.h"
+#include "codecs/read_bmp.h"
 #include "results/Results.h"
 #include "sprite/hlspr.h"
 #include "support/RecordedServices.h"
@@ -59,6 +60,13 @@ void decode_tga(Digest& digest, const std::string& path) {
     reader.SetAutoscale(False);
     attempt(digest, [&] { reader.DrawTGA(framed); });
     digest.add(framed.bitmap());
+}
+
+void decode_bmp(Digest& digest, const std::string& path) {
+    InputFile file(path);
+    ByteArray bytes(static_cast<std::size_t>(file.length()));
+    file.read(bytes.bytes());
+    attempt(digest, [&] { digest.add(read_bmp(bytes.bytes(), 1 << 16)); });
 }
 
 void probe_bmp(Digest& digest, const std::string& path) {
@@ -127,6 +135,7 @@ void add_folder(Results& results, const std::string& seeds, const std::string& t
 void add_decoded_seeds(Results& results, const std::string& seeds) {
     add_folder(results, seeds, "load_pcx", decode_pcx);
     add_folder(results, seeds, "load_tga", decode_tga);
+    add_folder(results, seeds, "read_bmp", decode_bmp);
     add_folder(results, seeds, "probe_bmp", probe_bmp);
     add_folder(results, seeds, "probe_jpeg", probe_jpeg);
     add_folder(results, seeds, "load_sprite", load_sprite);
