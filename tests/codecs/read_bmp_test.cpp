@@ -1,5 +1,8 @@
 #include "codecs/read_bmp.h"
 
+#include <limits>
+#include <optional>
+
 #include <gtest/gtest.h>
 
 #include "pictures/cDIB.h"

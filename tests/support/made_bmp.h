@@ -5,9 +5,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <random>
+#include <span>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 #include "base/bytes.h"

@@ -1,4 +1,7 @@
 // BMP files through the loader, and the reader of BMP files held equal to Qt's.
+#include <bit>
+#include <optional>
+
 #include <gtest/gtest.h>
 
 #include <QBuffer>
