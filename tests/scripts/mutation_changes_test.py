@@ -46,6 +46,7 @@ class Changes(unittest.TestCase):
         self.expect_changes("void f() { g(h); }", "void f() { ; }")
         self.expect_changes("int f() { return a; }", "int f() { return {}; }")
         self.expect_changes("void f() { if (a) { return; } }", "void f() { if (a) { ; } }")
+        self.expect_changes("void f() { emit g(h); }", "void f() { ; }")
         self.expect_changes("void f() { a(b, [c] { d(c); }); }", "void f() { ; }", "void f() { a(b, [c] { ; }); }")
 
     def test_declarations_are_not_changed(self):

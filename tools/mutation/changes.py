@@ -177,6 +177,8 @@ def statement_changes(text, tokens):
 
 def is_expression(part):
     """Whether a statement does something rather than declare it: an assignment, a step or a call."""
+    if part[0].text == "emit":
+        return True
     texts = [token.text for token in part]
     if texts[-1] in ("default", "delete") or texts[0] == "~":
         return False

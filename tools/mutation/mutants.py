@@ -1,10 +1,10 @@
-"""The changes of the core that scripts/mutate tries, and how they are drawn."""
+"""The changes that scripts/mutate tries, and how they are drawn."""
 import hashlib
 import os
 import random
 
 from changes import changes_in
-from core import ROOT, is_core
+from core import ROOT
 
 
 def digest(*texts):
@@ -27,20 +27,11 @@ class Mutant:
         return f"src/{self.path}:{self.change.line}: {self.change.what}: {self.before}  ->  {self.after}"
 
 
-def core_files():
-    found = []
-    for room in sorted(os.listdir(os.path.join(ROOT, "src"))):
-        folder = os.path.join(ROOT, "src", room)
-        if os.path.isdir(folder):
-            found += [f"{room}/{name}" for name in sorted(os.listdir(folder))]
-    return [path for path in found if is_core(path)]
-
-
-def sample(count, seed, prefixes):
+def sample(paths, count, seed, prefixes):
     """`count` lists of mutants that may stand for each other: neighbouring lines of a file, each list in random order.
     Every file has as many as is its share of the lines, and what is drawn in it depends on no other file."""
     files = {}
-    for path in core_files():
+    for path in paths:
         if prefixes and not any(path.startswith(prefix) for prefix in prefixes):
             continue
         with open(os.path.join(ROOT, "src", path), encoding="utf-8") as file:

@@ -1,5 +1,5 @@
-"""Shared by the scripts that measure the core's tests: which files are core, the lists of justified exceptions, and
-the tools that are needed."""
+"""Shared by the scripts that measure the tests: which files belong to the core and which to the desktop, the lists of
+justified exceptions, and the tools that are needed."""
 import os
 import re
 import shutil
@@ -15,6 +15,19 @@ DESKTOP = re.compile(r"(workbench/(Form|Desk)|import/Form4)[^/]*$")
 def is_core(path):
     """Whether a path below src/ belongs to the core, which does not use Qt."""
     return bool(CORE_FOLDERS.match(path)) and not DESKTOP.match(path)
+
+
+def is_desktop(path):
+    """Whether a path below src/ is that of a control, a form or a part of the platform made of Qt."""
+    return bool(re.match(r"(controls|platform/qt)/.*\.(h|cpp)$", path)) or bool(DESKTOP.match(path))
+
+
+def source_files(wanted):
+    """The paths below src/ that are wanted, in order."""
+    root = os.path.join(ROOT, "src")
+    paths = [os.path.relpath(os.path.join(folder, name), root)
+             for folder, _, names in os.walk(root) for name in names]
+    return sorted(filter(wanted, paths))
 
 
 def have_tools(tools, packages):

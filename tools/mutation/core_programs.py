@@ -1,0 +1,64 @@
+"""The programs of the tests over the core."""
+import json
+import os
+import re
+
+from core import ROOT, is_core
+from programs import FLAGS, QUICK_SECONDS, Programs, run
+
+
+class CorePrograms(Programs):
+    preset = "coverage"
+    flags = FLAGS + ["-O1"]
+    wanted = staticmethod(is_core)
+    library = "libvarnoth_core.a"
+    tests = programs = ("core_tests", "fault_tests")
+
+    def __init__(self):
+        super().__init__()
+        self.reached = self.what_slow_tests_reach()
+
+    def what_slow_tests_reach(self):
+        """Slow test of core_tests to the lines of the core that it runs, {path: [line, ...]}, by Clang's counts."""
+        kept = os.path.join(self.folder, "reached.json")
+        program = os.path.join(self.build, "bin", "core_tests")
+        stamp = self.code + str(os.path.getmtime(program))
+        if os.path.exists(kept):
+            with open(kept, encoding="utf-8") as file:
+                known = json.load(file)
+            if known["stamp"] == stamp:
+                return known["reached"]
+        reached = {}
+        raw, merged = os.path.join(self.folder, "one.profraw"), os.path.join(self.folder, "one.profdata")
+        for test, seconds in self.times["core_tests"].items():
+            if seconds > QUICK_SECONDS:
+                run([program, f"--gtest_filter={test}"], cwd=self.folder, env={**os.environ, "LLVM_PROFILE_FILE": raw})
+                run(["llvm-profdata", "merge", "-sparse", raw, "-o", merged])
+                reached[test] = self.lines_of(program, merged)
+        with open(kept, "w", encoding="utf-8") as file:
+            json.dump({"stamp": stamp, "reached": reached}, file)
+        return reached
+
+    @staticmethod
+    def lines_of(program, merged):
+        report = json.loads(run(["llvm-cov", "export", program, f"-instr-profile={merged}"]))["data"][0]
+        lines = {}
+        for function in report["functions"]:
+            for first, _, last, _, times, file, _, kind in function["regions"]:
+                name = os.path.relpath(function["filenames"][file], os.path.join(ROOT, "src"))
+                if times and kind == 0 and not name.startswith(".."):
+                    lines.setdefault(name, set()).update(range(first, last + 1))
+        return {name: sorted(numbers) for name, numbers in lines.items()}
+
+    def may_reach(self, test, mutant):
+        # What a constant of a header does shows elsewhere than on its own line.
+        if mutant.path.endswith(".h"):
+            return True
+        lines = range(mutant.change.line - 1, mutant.change.line + 2)
+        return not set(self.reached.get(test, {}).get(mutant.path, ())).isdisjoint(lines)
+
+    def tests_to_compile(self, mutant):
+        """The tests of a header's own, which call its inline functions themselves, and no later ones."""
+        stem = os.path.join(ROOT, "tests", mutant.path.removesuffix(".h"))
+        own = re.compile(re.escape(stem) + r"(_\w+)?_test\.cpp")
+        return [file for file in self.compilations if own.fullmatch(file)], []
