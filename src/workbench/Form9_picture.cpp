@@ -35,7 +35,7 @@ void draw_explosion(QPainter& painter, int frame) {
     fire.setColorAt(0, QColor(255, 255, 224));
     fire.setColorAt(0.35, look::to_qcolor(look::highlight));
     fire.setColorAt(0.7, QColor(168, 72, 24));
-    fire.setColorAt(1, QColor(40, 8, 0, 0));
+    fire.setColorAt(1, Qt::transparent);
     painter.fillRect(box, fire);
 }
 
@@ -56,7 +56,6 @@ void draw_exit_picture(PictureSurface& surface) {
     QImage image(exit_picture_width, exit_picture_height, QImage::Format_RGB32);
     image.fill(look::to_qcolor(look::window_background));
     QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
     draw_film(painter);
     for (int frame = 0; frame < frames; ++frame) {
         draw_explosion(painter, frame);

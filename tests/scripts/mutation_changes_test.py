@@ -57,6 +57,11 @@ class Changes(unittest.TestCase):
         self.expect_changes('// a + b\n#if A + 1\nauto a = "b + 1";\n[[nodiscard]] int c();\n'
                             'static_assert(1 + 1 == 2);')
 
+    def test_properties_of_qt_are_not_changed(self):
+        self.expect_changes("class A { Q_PROPERTY(bool b READ b STORED false)\n int c = 7; };",
+                            "class A { Q_PROPERTY(bool b READ b STORED false)\n int c = 8; };",
+                            "class A { Q_PROPERTY(bool b READ b STORED false)\n int c = 6; };")
+
     def test_return_false_is_only_inverted(self):
         self.expect_changes("bool f() { return false; }", "bool f() { return true; }")
 

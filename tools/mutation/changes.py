@@ -56,8 +56,9 @@ class Change:
 
 
 def tokens_of(text):
-    """The tokens that compile to something, without preprocessor lines, attributes and static assertions."""
-    found, depth, asserting = [], 0, False
+    """The tokens that compile to something, without preprocessor lines, attributes, static assertions and what is said
+    to Qt's generator."""
+    found, depth, asserting, generating = [], 0, False, False
     for match in TOKEN.finditer(text):
         kind = match.lastgroup
         if kind in ("comment", "directive"):
@@ -65,6 +66,10 @@ def tokens_of(text):
         token = Token(kind, match.group(), match.start(), match.end())
         if asserting:
             asserting = token.text != ";"
+        elif generating:
+            generating = token.text != ")"
+        elif token.text == "Q_PROPERTY":
+            generating = True
         elif token.text == "static_assert":
             asserting = True
         elif token.text == "[[":

@@ -1,0 +1,62 @@
+// What assistive technology is told when a control changes.
+#include <vector>
+
+#include <QAccessible>
+
+#include "controls/elcheck.h"
+#include "controls/elradio.h"
+#include "controls/shown.h"
+#include "desktop/accessibility_on.h"
+
+namespace varnoth {
+namespace {
+
+using test::Shown;
+
+/// The changes of whether an object is checked that are told while one lives.
+class Told {
+  public:
+    Told() {
+        test::switch_accessibility_on();
+        objects_.clear();
+        handler_ = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+            const auto* change = event->type() == QAccessible::StateChanged
+                                     ? static_cast<QAccessibleStateChangeEvent*>(event)
+                                     : nullptr;
+            if (change != nullptr && change->changedStates().checked) {
+                objects_.push_back(event->object());
+            }
+        });
+    }
+
+    ~Told() { QAccessible::installUpdateHandler(handler_); }
+
+    Told(const Told&) = delete;
+    Told& operator=(const Told&) = delete;
+
+    const std::vector<QObject*>& checked() const { return objects_; }
+
+  private:
+    static inline std::vector<QObject*> objects_;
+    static inline QAccessible::UpdateHandler handler_ = nullptr;
+};
+
+TEST(Told, AClickOnACheckBoxTellsThatItIsChecked) {
+    Shown<elcheck> shown(80);
+    const Told told;
+    QTest::mouseClick(&shown.control, Qt::LeftButton, {}, {6, 8});
+    ASSERT_TRUE(shown->Value());
+    EXPECT_EQ(told.checked(), std::vector<QObject*>{&shown.control});
+}
+
+TEST(Told, AValueThatIsSetTellsThatItIsChecked) {
+    Shown<elcheck> check(80);
+    Shown<elradio> radio(80);
+    const Told told;
+    check->SetValue(true);
+    radio->SetValue(true);
+    EXPECT_EQ(told.checked(), (std::vector<QObject*>{&check.control, &radio.control}));
+}
+
+} // namespace
+} // namespace varnoth
