@@ -133,7 +133,7 @@ class Programs:
     # The code as it is ..............................................................................................
 
     def make_plain(self):
-        headers = set()
+        headers = {"gtest/gtest.h"}
         for path in self.files:
             with open(os.path.join(SRC, path), encoding="utf-8") as file:
                 headers.update(re.findall(r"^#include <([^>.]+)>", file.read(), re.MULTILINE))
