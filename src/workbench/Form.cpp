@@ -6,7 +6,6 @@
 #include <QCloseEvent>
 #include <QCursor>
 #include <QGuiApplication>
-#include <QPalette>
 #include <QScreen>
 #include <QWindow>
 
@@ -53,9 +52,7 @@ Form::Form(const QString& name, const QString& title, Kind kind, int width, int 
     setWindowTitle(title);
     setAccessibleName(title);
     setFixedSize(width, height);
-    QPalette colours = look::palette();
-    colours.setColor(QPalette::Window, look::to_qcolor(look::window_background));
-    setPalette(colours);
+    setPalette(look::palette());
 }
 
 void Form::show_over(QWidget& owner) {

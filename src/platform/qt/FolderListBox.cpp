@@ -70,7 +70,6 @@ FolderListBox::FolderListBox(const QString& name, QWidget* parent) : QListWidget
     setFont(look::display_font(look::design_font()));
     look::apply_palette(*this, true);
     setFrameStyle(QFrame::Panel | QFrame::Sunken);
-    setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setTextElideMode(Qt::ElideNone);
     setItemDelegate(std::make_unique<FolderDelegate>(this).release());

@@ -16,9 +16,6 @@ int run_box(std::string_view text, QMessageBox::StandardButtons buttons) {
     box.setTextFormat(Qt::PlainText);
     box.setText(QString::fromUtf8(text));
     box.setStandardButtons(buttons);
-    if (buttons.testFlag(QMessageBox::No)) {
-        box.setEscapeButton(QMessageBox::No);
-    }
     return box.exec();
 }
 
