@@ -4,6 +4,7 @@
 #include <QAccessible>
 
 #include "controls/elcheck.h"
+#include "controls/elprogress.h"
 #include "controls/elradio.h"
 #include "controls/shown.h"
 #include "desktop/accessibility_on.h"
@@ -56,6 +57,14 @@ TEST(Told, AValueThatIsSetTellsThatItIsChecked) {
     check->SetValue(true);
     radio->SetValue(true);
     EXPECT_EQ(told.checked(), (std::vector<QObject*>{&check.control, &radio.control}));
+}
+
+TEST(Told, AProgressBarCountsInStepsOfOne) {
+    elprogress progress("progress", nullptr);
+    QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&progress);
+    ASSERT_NE(accessible, nullptr);
+    ASSERT_NE(accessible->valueInterface(), nullptr);
+    EXPECT_EQ(accessible->valueInterface()->minimumStepSize(), 1);
 }
 
 } // namespace

@@ -270,7 +270,6 @@ PictureSurface& SkinnedControl::surface() {
                                                                            .bits_per_pixel = 32,
                                                                            .border = 0,
                                                                            .back_colour = back_colour_});
-        surface_->on_change = [this] { update(); };
     }
     return *surface_;
 }
