@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/qt/FolderListBox.h"
+#include "platform/qt/edges.h"
 #include "platform/qt/look.h"
 #include "platform/qt/symbols.h"
 #include "support/TemporaryFolder.h"
@@ -93,6 +94,20 @@ TEST(Symbols, SlopesAreAntialiased) {
             const int grey = page.pixelColor(triangle.topLeft() + QPoint(column, row)).red();
             EXPECT_EQ(grey == 255, from_slope < 0) << column << ", " << row;
             EXPECT_EQ(grey == 0, from_slope > 0) << column << ", " << row;
+        }
+    }
+}
+
+TEST(Edges, ALineOfNoSideIsDrawnWholeWhereverItStands) {
+    QImage image(10, 10, QImage::Format_RGB32);
+    image.fill(Qt::magenta);
+    QPainter painter(&image);
+    draw_edge(painter, {2, 3, 4, 5}, LineSide::None, look::edge_light);
+    painter.end();
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const bool inside = QRect(2, 3, 4, 5).contains(x, y);
+            ASSERT_EQ(image.pixelColor(x, y), inside ? edge_light : QColor(Qt::magenta)) << x << ", " << y;
         }
     }
 }
