@@ -1,5 +1,6 @@
 // How often the loader has Qt decode a file, and over which memory.
 #include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/qt/QtPictureLoader.h"
+#include "platform/qt/cut_jpeg.h"
 #include "platform/qt/made_jpeg.h"
 #include "platform/qt/made_pictures.h"
 #include "support/TemporaryFolder.h"
@@ -88,6 +90,14 @@ TEST(QtPictureLoader, RowsMissingFromAPictureWithAnAlphaMaskAreBlack) {
     EXPECT_GT(there, 0);
     EXPECT_GT(missing, 0);
     EXPECT_EQ(there + missing, std::ssize(colours));
+}
+
+TEST(JpegFiller, TheFirstTwoBitsOfTheFillersHaveAllTheirValues) {
+    std::set<int> values;
+    for (unsigned number = 0; number < jpeg_fillers; ++number) {
+        values.insert(jpeg_filler({}, number).front() >> 6);
+    }
+    EXPECT_EQ(values, (std::set<int>{0, 1, 2, 3}));
 }
 
 } // namespace
