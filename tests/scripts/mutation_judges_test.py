@@ -9,7 +9,7 @@ import unittest
 TOOLS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools")
 sys.path[:0] = [os.path.join(TOOLS, "mutation"), os.path.join(TOOLS, "shared")]
 from core import is_core, is_desktop, source_files  # noqa: E402
-from programs import Stage  # noqa: E402
+from programs import Stage, used_by_group  # noqa: E402
 
 
 class Files(unittest.TestCase):
@@ -26,14 +26,14 @@ class Files(unittest.TestCase):
 
 
 class Judgements(unittest.TestCase):
-    def judge(self, script, silence=600):
+    def judge(self, script, idle_seconds=600):
         with tempfile.TemporaryDirectory() as folder:
             program = os.path.join(folder, "program")
             with open(program, "w", encoding="ascii") as file:
                 file.write("#!/bin/sh\n" + script)
             os.chmod(program, stat.S_IRWXU)
             stage = Stage("program", {"Suite.Test": 0.1})
-            stage.silence = silence
+            stage.idle_seconds = idle_seconds
             return stage.passes({"program": program}, folder)
 
     def test_a_program_that_ends_with_0_passes(self):
@@ -43,8 +43,13 @@ class Judgements(unittest.TestCase):
         self.assertEqual(self.judge("exit 1"), "failed")
         self.assertEqual(self.judge("kill -SEGV $$"), "failed")
 
-    def test_one_that_says_nothing_for_too_long_hits_the_limit(self):
-        self.assertEqual(self.judge("echo started; sleep 60", silence=0.2), "limit")
+    def test_one_that_neither_says_nor_computes_anything_hits_the_limit(self):
+        self.assertEqual(self.judge("echo started; sleep 600", idle_seconds=0.2), "limit")
+
+    def test_what_a_group_computes_is_seen(self):
+        before = used_by_group(os.getpgrp())
+        while used_by_group(os.getpgrp()) == before:
+            pass
 
     def test_it_is_given_the_tests_of_the_stage(self):
         self.assertEqual(self.judge('grep -qx -- "--gtest_filter=Suite.Test" "${1#--gtest_flagfile=}"'), "passed")
