@@ -10,7 +10,7 @@ using NamesTest = test::EditorTest;
 
 TEST_F(NamesTest, TheGroundBehindThePreviewOfAPictureHasOne) {
     open_sprite(1);
-    hand::click(main().elboton4);
+    ui_driver::click(main().elboton4);
     const QWidget* const ground = desk_->form4()->findChild<QWidget*>("Picture3");
     ASSERT_NE(ground, nullptr);
     EXPECT_EQ(ground->geometry(), QRect(1, 1, 256, 256));

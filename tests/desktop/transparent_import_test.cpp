@@ -5,8 +5,8 @@
 namespace varnoth {
 namespace {
 
-using hand::choose;
-using hand::click;
+using ui_driver::choose;
+using ui_driver::click;
 
 constexpr Colour red = 0x0000FA;
 constexpr Colour green = 0x00F000;
@@ -18,16 +18,16 @@ class TransparentImport : public test::EditorTest {
         pictures_.add_bmp("a.bmp", 2, 1, {red, green});
         click(main().elboton2);
         Form2& form = *desk_->form2();
-        hand::type_into(form.eltexto2, "2");
-        hand::type_into(form.eltexto3, "1");
+        ui_driver::type_into(form.eltexto2, "2");
+        ui_driver::type_into(form.eltexto3, "1");
         choose(*form.elcombo2.findChild<DropDownList*>("Combo1"), render_mode);
         click(form.elboton2);
         click(main().elboton4);
         Form4& dialog = *desk_->form4();
-        ASSERT_TRUE(hand::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
-        hand::click_line(dialog.File1, 0);
+        ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
+        ui_driver::click_line(dialog.File1, 0);
         click(dialog.elboton2);
-        hand::settle();
+        ui_driver::settle();
     }
 
     Colour pixel(int x) { return main().Picture1.surface().Point(x, 0); }
