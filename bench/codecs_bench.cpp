@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "codecs/LoadPCX.h"
-#include "codecs/LoadTGA.h"
-#include "codecs/SavePCX.h"
-#include "codecs/SaveTGA.h"
+#include "core/codecs/LoadPCX.h"
+#include "core/codecs/LoadTGA.h"
+#include "core/codecs/SavePCX.h"
+#include "core/codecs/SaveTGA.h"
 #include "photographs.h"
 #include "reference/LoadPCX.h"
 #include "reference/LoadTGA.h"

@@ -10,14 +10,14 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "controls/parts/accessible.h"
-#include "platform/Services.h"
-#include "platform/qt/QtEventQueue.h"
-#include "platform/qt/QtFileChooser.h"
-#include "platform/qt/QtMessageBoxes.h"
-#include "platform/qt/QtPictureLoader.h"
-#include "platform/qt/look.h"
-#include "workbench/Desk.h"
+#include "desktop/controls/parts/accessible.h"
+#include "core/services/Services.h"
+#include "desktop/services/QtEventQueue.h"
+#include "desktop/services/QtFileChooser.h"
+#include "desktop/services/QtMessageBoxes.h"
+#include "qt/QtPictureLoader.h"
+#include "desktop/theme/theme.h"
+#include "desktop/forms/FormCoordinator.h"
 
 namespace {
 

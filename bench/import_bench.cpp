@@ -2,14 +2,14 @@
 // import, which import_job measures.
 #include <benchmark/benchmark.h>
 
-#include "colour/mDither8bpp.h"
-#include "import/mixpals.h"
+#include "core/quantize/mDither8bpp.h"
+#include "core/quantize/mixpals.h"
 #include "photographs.h"
 #include "platform.h"
-#include "platform/Services.h"
+#include "core/services/Services.h"
 #include "reference/Dither.h"
 #include "reference/Import.h"
-#include "sprite/hlspr.h"
+#include "core/sprite/hlspr.h"
 
 namespace varnoth::bench {
 namespace {

@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "base/large_blocks.h"
+#include "core/base/large_blocks.h"
 #include "platform.h"
 #include "reference/Import.h"
 #include "whole_folder.h"

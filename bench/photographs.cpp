@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "base/files.h"
-#include "colour/mDither8bpp.h"
+#include "core/base/files.h"
+#include "core/quantize/mDither8bpp.h"
 #include "support/PictureFolder.h"
 
 namespace varnoth::bench {

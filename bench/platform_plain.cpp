@@ -3,9 +3,9 @@
 #include <chrono>
 #include <limits>
 
-#include "base/files.h"
-#include "codecs/read_bmp.h"
-#include "platform/Services.h"
+#include "core/base/files.h"
+#include "core/codecs/read_bmp.h"
+#include "core/services/Services.h"
 
 namespace varnoth::bench {
 

@@ -2,9 +2,9 @@
 
 #include <QCoreApplication>
 
-#include "platform/Services.h"
-#include "platform/qt/QtEventQueue.h"
-#include "platform/qt/QtPictureLoader.h"
+#include "core/services/Services.h"
+#include "desktop/services/QtEventQueue.h"
+#include "qt/QtPictureLoader.h"
 
 namespace varnoth::bench {
 

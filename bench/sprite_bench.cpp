@@ -9,7 +9,7 @@
 #include <random>
 
 #include "photographs.h"
-#include "sprite/hlspr.h"
+#include "core/sprite/hlspr.h"
 #include "support/TemporaryFolder.h"
 
 namespace varnoth::bench {

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "import/ImportPipeline.h"
-#include "import/PictureSelection.h"
-#include "sprite/hlspr.h"
+#include "core/jobs/ImportPipeline.h"
+#include "core/jobs/PictureSelection.h"
+#include "core/sprite/hlspr.h"
 #include "support/ScriptedAddFrames.h"
 
 namespace varnoth::bench {

@@ -14,13 +14,13 @@
 #include <QTest>
 
 #include "photographs.h"
-#include "platform/Services.h"
-#include "platform/qt/QtEventQueue.h"
-#include "platform/qt/QtPictureLoader.h"
-#include "platform/qt/look.h"
+#include "core/services/Services.h"
+#include "desktop/services/QtEventQueue.h"
+#include "qt/QtPictureLoader.h"
+#include "desktop/theme/theme.h"
 #include "ui_driver/UiDriver.h"
 #include "whole_folder.h"
-#include "workbench/Desk.h"
+#include "desktop/forms/FormCoordinator.h"
 
 namespace varnoth::bench {
 namespace {

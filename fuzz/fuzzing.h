@@ -14,8 +14,8 @@
 #include <utility>
 #include <vector>
 
-#include "base/RunTimeFailure.h"
-#include "base/files.h"
+#include "core/base/RunTimeFailure.h"
+#include "core/base/files.h"
 #include "support/TemporaryFolder.h"
 #include "support/pictures.h"
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdlib>
 
-#include "codecs/CBitmap.h"
-#include "codecs/LoadPCX.h"
+#include "core/codecs/CBitmap.h"
+#include "core/codecs/LoadPCX.h"
 #include "fuzzing.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <QLoggingCategory>
 
 #include "fuzzing.h"
-#include "platform/qt/QtPictureLoader.h"
+#include "qt/QtPictureLoader.h"
 
 namespace {
 

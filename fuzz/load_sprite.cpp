@@ -4,8 +4,8 @@
 #include <limits>
 
 #include "fuzzing.h"
-#include "platform/PictureSurface.h"
-#include "sprite/hlspr.h"
+#include "core/image/PictureSurface.h"
+#include "core/sprite/hlspr.h"
 
 namespace {
 

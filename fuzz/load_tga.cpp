@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "base/bytes.h"
-#include "codecs/CBitmap.h"
-#include "codecs/LoadTGA.h"
+#include "core/base/bytes.h"
+#include "core/codecs/CBitmap.h"
+#include "core/codecs/LoadTGA.h"
 #include "fuzzing.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // The input is a BMP file, which is probed.
-#include "codecs/BmpMod.h"
+#include "core/codecs/BmpMod.h"
 #include "fuzzing.h"
 
 using namespace varnoth;

@@ -1,5 +1,5 @@
 // The input is a JPEG file, which is probed.
-#include "codecs/JpgMod.h"
+#include "core/codecs/JpgMod.h"
 #include "fuzzing.h"
 
 using namespace varnoth;

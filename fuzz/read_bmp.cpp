@@ -1,5 +1,5 @@
 // The bytes are a BMP file to be decoded, whole and without its last byte.
-#include "codecs/read_bmp.h"
+#include "core/codecs/read_bmp.h"
 
 #include <optional>
 

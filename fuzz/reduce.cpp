@@ -2,9 +2,9 @@
 // another picture before.
 #include <set>
 
-#include "colour/mDither8bpp.h"
+#include "core/quantize/mDither8bpp.h"
 #include "fuzzing.h"
-#include "pictures/ProcessPicture1.h"
+#include "core/image/ProcessPicture1.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <map>
 #include <optional>
 
-#include "codecs/CBitmap.h"
+#include "core/codecs/CBitmap.h"
 #include "fuzzing.h"
-#include "import/ImportPipeline.h"
+#include "core/jobs/ImportPipeline.h"
 #include "reference/Import.h"
-#include "sprite/hlspr.h"
+#include "core/sprite/hlspr.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/RecordedServices.h"

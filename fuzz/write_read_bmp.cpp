@@ -1,10 +1,10 @@
 // Writes a picture made from the input, of any depth, as a BMP file, checks the file against the format, and
 // reads it back as the same picture.
-#include "base/bytes.h"
-#include "codecs/BmpMod.h"
-#include "codecs/read_bmp.h"
+#include "core/base/bytes.h"
+#include "core/codecs/BmpMod.h"
+#include "core/codecs/read_bmp.h"
 #include "fuzzing.h"
-#include "pictures/cDIB.h"
+#include "core/image/cDIB.h"
 
 namespace {
 

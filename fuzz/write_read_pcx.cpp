@@ -1,8 +1,8 @@
 // Writes a picture made from the input as a PCX file, uncompressed and compressed; reading must give the
 // same.
-#include "codecs/CBitmap.h"
-#include "codecs/LoadPCX.h"
-#include "codecs/SavePCX.h"
+#include "core/codecs/CBitmap.h"
+#include "core/codecs/LoadPCX.h"
+#include "core/codecs/SavePCX.h"
 #include "fuzzing.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "fuzzing.h"
-#include "sprite/hlspr.h"
+#include "core/sprite/hlspr.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Writes a picture made from the input as a TGA file. Reading the uncompressed file must give the same
 // picture. The compressed file may lack pixels: it must only be readable, of the right size, and always the
 // same for the same picture.
-#include "codecs/CBitmap.h"
-#include "codecs/LoadTGA.h"
-#include "codecs/SaveTGA.h"
+#include "core/codecs/CBitmap.h"
+#include "core/codecs/LoadTGA.h"
+#include "core/codecs/SaveTGA.h"
 #include "fuzzing.h"
 
 namespace {

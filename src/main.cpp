@@ -6,15 +6,15 @@
 
 #include <QApplication>
 
-#include "base/large_blocks.h"
-#include "controls/parts/accessible.h"
-#include "platform/qt/QtEventQueue.h"
-#include "platform/qt/QtFileChooser.h"
-#include "platform/qt/QtMessageBoxes.h"
-#include "platform/qt/QtPictureLoader.h"
-#include "platform/qt/look.h"
-#include "platform/qt/no_settings.h"
-#include "workbench/Desk.h"
+#include "core/base/large_blocks.h"
+#include "desktop/controls/parts/accessible.h"
+#include "desktop/services/QtEventQueue.h"
+#include "desktop/services/QtFileChooser.h"
+#include "desktop/services/QtMessageBoxes.h"
+#include "qt/QtPictureLoader.h"
+#include "desktop/theme/theme.h"
+#include "desktop/services/no_settings.h"
+#include "desktop/forms/FormCoordinator.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "base/RunTimeFailure.h"
-#include "base/numbers.h"
-#include "pictures/cDIB.h"
+#include "core/base/RunTimeFailure.h"
+#include "core/base/numbers.h"
+#include "core/image/cDIB.h"
 #include "reference/OptimalPalette.h"
 
 namespace varnoth::reference {

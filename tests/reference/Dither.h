@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/Colour.h"
-#include "platform/PictureSurface.h"
+#include "core/image/Colour.h"
+#include "core/image/PictureSurface.h"
 
 namespace varnoth::reference {
 

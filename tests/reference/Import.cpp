@@ -3,14 +3,14 @@
 #include <cmath>
 #include <string>
 
-#include "base/number_text.h"
-#include "base/numbers.h"
-#include "codecs/BmpMod.h"
-#include "import/PictureSelection.h"
-#include "platform/Services.h"
+#include "core/base/number_text.h"
+#include "core/base/numbers.h"
+#include "core/codecs/BmpMod.h"
+#include "core/jobs/PictureSelection.h"
+#include "core/services/Services.h"
 #include "reference/Dither.h"
 #include "reference/ProcessPicture1.h"
-#include "sprite/hlspr.h"
+#include "core/sprite/hlspr.h"
 
 namespace varnoth::reference {
 

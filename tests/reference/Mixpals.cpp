@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "base/RunTimeFailure.h"
+#include "core/base/RunTimeFailure.h"
 
 namespace varnoth::reference {
 

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/Bitmap.h"
-#include "platform/PictureSurface.h"
+#include "core/image/Bitmap.h"
+#include "core/image/PictureSurface.h"
 
 namespace varnoth::reference {
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <cstddef>
 
-#include "base/RunTimeFailure.h"
-#include "base/numbers.h"
+#include "core/base/RunTimeFailure.h"
+#include "core/base/numbers.h"
 
 namespace varnoth::reference {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "pictures/cDIB.h"
-#include "platform/Colour.h"
+#include "core/image/cDIB.h"
+#include "core/image/Colour.h"
 
 namespace varnoth::reference {
 

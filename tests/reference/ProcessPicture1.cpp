@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "platform/Services.h"
+#include "core/services/Services.h"
 
 namespace varnoth::reference {
 

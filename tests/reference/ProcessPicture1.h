@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/PictureSurface.h"
-#include "platform/PixelBlock.h"
+#include "core/image/PictureSurface.h"
+#include "core/image/PixelBlock.h"
 
 namespace varnoth::reference {
 

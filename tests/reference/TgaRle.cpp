@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-#include "base/numbers.h"
+#include "core/base/numbers.h"
 
 namespace varnoth::reference {
 

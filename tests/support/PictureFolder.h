@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "base/bytes.h"
+#include "core/base/bytes.h"
 #include "support/RecordedServices.h"
 #include "support/TemporaryFolder.h"
 #include "support/pictures.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "import/ImportView.h"
+#include "core/jobs/ImportView.h"
 
 namespace varnoth::test {
 

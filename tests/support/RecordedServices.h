@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "base/RunTimeFailure.h"
-#include "platform/Services.h"
+#include "core/base/RunTimeFailure.h"
+#include "core/services/Services.h"
 
 namespace varnoth::test {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "import/AddFramesForm.h"
-#include "import/PictureSelection.h"
-#include "platform/FileList.h"
+#include "core/jobs/AddFramesForm.h"
+#include "core/jobs/PictureSelection.h"
+#include "core/services/FileList.h"
 
 namespace varnoth::test {
 

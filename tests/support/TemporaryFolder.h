@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "base/files.h"
+#include "core/base/files.h"
 
 namespace varnoth::test {
 

@@ -8,10 +8,10 @@
 #include <span>
 #include <vector>
 
-#include "base/ByteArray.h"
-#include "base/Truth.h"
-#include "codecs/CBitmap.h"
-#include "platform/Bitmap.h"
+#include "core/base/ByteArray.h"
+#include "core/base/Truth.h"
+#include "core/codecs/CBitmap.h"
+#include "core/image/Bitmap.h"
 
 namespace varnoth::test {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "platform/Colour.h"
+#include "core/image/Colour.h"
 
 namespace varnoth::test {
 

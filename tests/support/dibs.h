@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pictures/cDIB.h"
+#include "core/image/cDIB.h"
 
 namespace varnoth::test {
 

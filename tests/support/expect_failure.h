@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/RunTimeFailure.h"
+#include "core/base/RunTimeFailure.h"
 
 namespace varnoth::test {
 

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Colour.h"
+#include "core/image/Colour.h"
 
 namespace varnoth::test {
 

@@ -11,8 +11,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "base/bytes.h"
-#include "platform/Bitmap.h"
+#include "core/base/bytes.h"
+#include "core/image/Bitmap.h"
 #include "support/codec_files.h"
 #include "support/foreign_tools.h"
 

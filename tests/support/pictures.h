@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "platform/PictureSurface.h"
+#include "core/image/PictureSurface.h"
 
 namespace varnoth::test {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "import/mixpals.h"
-#include "sprite/hlspr.h"
+#include "core/quantize/mixpals.h"
+#include "core/sprite/hlspr.h"
 
 namespace varnoth::test {
 

@@ -13,16 +13,16 @@
 #include <QJsonObject>
 #include <QString>
 
-#include "base/RunTimeFailure.h"
-#include "codecs/BmpMod.h"
-#include "codecs/CBitmap.h"
-#include "codecs/JpgMod.h"
-#include "codecs/LoadPCX.h"
-#include "codecs/LoadTGA.h"
-#include "platform/PictureSurface.h"
-#include "platform/Services.h"
+#include "core/base/RunTimeFailure.h"
+#include "core/codecs/BmpMod.h"
+#include "core/codecs/CBitmap.h"
+#include "core/codecs/JpgMod.h"
+#include "core/codecs/LoadPCX.h"
+#include "core/codecs/LoadTGA.h"
+#include "core/image/PictureSurface.h"
+#include "core/services/Services.h"
 #include "shared/ppm.h"
-#include "sprite/hlspr.h"
+#include "core/sprite/hlspr.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/Colour.h"
+#include "core/image/Colour.h"
 
 namespace varnoth::samples {
 

@@ -7,12 +7,12 @@
 #include <QImage>
 #include <QImageWriter>
 
-#include "base/RunTimeFailure.h"
-#include "base/files.h"
-#include "codecs/SavePCX.h"
-#include "codecs/SaveTGA.h"
+#include "core/base/RunTimeFailure.h"
+#include "core/base/files.h"
+#include "core/codecs/SavePCX.h"
+#include "core/codecs/SaveTGA.h"
 #include "explosion.h"
-#include "platform/PictureSurface.h"
+#include "core/image/PictureSurface.h"
 
 namespace varnoth::samples {
 

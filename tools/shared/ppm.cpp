@@ -1,6 +1,6 @@
 #include "shared/ppm.h"
 
-#include "base/files.h"
+#include "core/base/files.h"
 
 namespace varnoth {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Bitmap.h"
+#include "core/image/Bitmap.h"
 
 namespace varnoth {
 

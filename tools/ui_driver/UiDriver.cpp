@@ -9,11 +9,11 @@
 #include <QTest>
 #include <QWindow>
 
-#include "controls/eltexto.h"
-#include "platform/qt/DropDownList.h"
-#include "platform/qt/FolderListBox.h"
-#include "platform/qt/ListBox.h"
-#include "platform/qt/path_text.h"
+#include "desktop/controls/eltexto.h"
+#include "desktop/widgets/DropDownList.h"
+#include "desktop/widgets/FolderListBox.h"
+#include "desktop/widgets/ListBox.h"
+#include "qt/path_text.h"
 
 namespace varnoth::ui_driver {
 

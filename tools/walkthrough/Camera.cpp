@@ -4,7 +4,7 @@
 #include <QDir>
 #include <QPixmap>
 
-#include "base/RunTimeFailure.h"
+#include "core/base/RunTimeFailure.h"
 
 namespace varnoth::walkthrough {
 

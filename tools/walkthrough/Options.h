@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "import/PictureFormat.h"
-#include "workbench/FrameExtraction.h"
+#include "core/jobs/PictureFormat.h"
+#include "core/jobs/FrameExtraction.h"
 
 namespace varnoth::walkthrough {
 

@@ -7,16 +7,16 @@
 #include <QFileInfo>
 #include <QTest>
 
-#include "base/files.h"
-#include "base/numbers.h"
-#include "platform/FileList.h"
+#include "core/base/files.h"
+#include "core/base/numbers.h"
+#include "core/services/FileList.h"
 #include "shared/ppm.h"
-#include "sprite/hlspr.h"
+#include "core/sprite/hlspr.h"
 #include "ui_driver/UiDriver.h"
 #include "walkthrough/Camera.h"
 #include "walkthrough/Watch.h"
-#include "workbench/Desk.h"
-#include "workbench/Form9.h"
+#include "desktop/forms/FormCoordinator.h"
+#include "desktop/forms/exit_picture/Form9.h"
 
 namespace varnoth::walkthrough {
 

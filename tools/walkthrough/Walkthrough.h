@@ -2,7 +2,7 @@
 // again and Export, in this order.
 #pragma once
 
-#include "platform/Services.h"
+#include "core/services/Services.h"
 #include "walkthrough/Options.h"
 #include "walkthrough/Report.h"
 

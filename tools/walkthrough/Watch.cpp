@@ -6,7 +6,7 @@
 #include <QTimer>
 
 #include "ui_driver/UiDriver.h"
-#include "workbench/Desk.h"
+#include "desktop/forms/FormCoordinator.h"
 
 namespace varnoth::walkthrough {
 

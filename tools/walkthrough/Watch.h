@@ -7,9 +7,9 @@
 
 #include <QObject>
 
-#include "platform/Services.h"
-#include "platform/qt/QtEventQueue.h"
-#include "platform/qt/QtMessageBoxes.h"
+#include "core/services/Services.h"
+#include "desktop/services/QtEventQueue.h"
+#include "desktop/services/QtMessageBoxes.h"
 #include "walkthrough/Report.h"
 
 namespace varnoth {

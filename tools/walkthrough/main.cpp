@@ -10,10 +10,10 @@
 #include <QApplication>
 #include <QLoggingCategory>
 
-#include "controls/parts/accessible.h"
-#include "platform/qt/QtPictureLoader.h"
-#include "platform/qt/event_edge.h"
-#include "platform/qt/look.h"
+#include "desktop/controls/parts/accessible.h"
+#include "qt/QtPictureLoader.h"
+#include "desktop/services/exception_barrier.h"
+#include "desktop/theme/theme.h"
 #include "walkthrough/Walkthrough.h"
 
 namespace {

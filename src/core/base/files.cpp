@@ -1,0 +1,303 @@
+#include "core/base/files.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "core/base/RunTimeFailure.h"
+
+#ifndef _WIN32
+#include <dirent.h>
+#include <sys/uio.h>
+#endif
+
+namespace varnoth {
+
+namespace {
+
+Failure failure_of(int error) {
+    switch (error) {
+    case ENOENT:
+        return Failure::FileNotFound;
+    case ENOTDIR:
+        return Failure::PathNotFound;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+        return Failure::PermissionDenied;
+    case ENOSPC:
+        return Failure::DiskFull;
+    case ENOMEM:
+        return Failure::OutOfMemory;
+    default:
+        return Failure::DeviceIo;
+    }
+}
+
+// The system has one error for a missing file and for a missing folder on the way to it.
+[[noreturn]] void fail_at(const std::filesystem::path& native, int error) {
+    std::error_code ignored;
+    const std::filesystem::path folder = native.parent_path();
+    if (error == ENOENT && !folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
+        fail(Failure::PathNotFound);
+    }
+    fail(failure_of(error));
+}
+
+void refuse_folder(const std::string& path) {
+    if (folder_exists(path)) {
+        fail(Failure::PermissionDenied);
+    }
+}
+
+std::FILE* open_file(const std::string& path, const char* mode) {
+    const std::filesystem::path native = native_path(path);
+    refuse_folder(path);
+#ifdef _WIN32
+    const std::wstring wide_mode(mode, mode + std::char_traits<char>::length(mode));
+    std::FILE* file = _wfopen(native.c_str(), wide_mode.c_str());
+#else
+    std::FILE* file = std::fopen(native.c_str(), mode);
+#endif
+    if (file == nullptr) {
+        fail_at(native, errno);
+    }
+    return file;
+}
+
+void put(std::FILE* file, std::span<const std::uint8_t> bytes) {
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) {
+        fail(failure_of(errno));
+    }
+}
+
+void put_each(std::FILE* file, std::span<const std::span<const std::uint8_t>> parts) {
+    for (const auto& part : parts) {
+        put(file, part);
+    }
+}
+
+#ifdef _WIN32
+
+constexpr auto& put_all = put_each;
+
+#else
+
+// Takes so many bytes off the front and returns the parts that are left.
+std::span<iovec> behind(std::span<iovec> parts, std::size_t taken) {
+    while (!parts.empty() && taken >= parts.front().iov_len) {
+        taken -= parts.front().iov_len;
+        parts = parts.subspan(1);
+    }
+    if (!parts.empty()) {
+        parts.front().iov_base = static_cast<std::uint8_t*>(parts.front().iov_base) + taken;
+        parts.front().iov_len -= taken;
+    }
+    return parts;
+}
+
+// All parts in one call, so that the system need not put together its pages from pieces.
+void put_all(std::FILE* file, std::span<const std::span<const std::uint8_t>> parts) {
+    const int descriptor = fileno(file);
+    if (descriptor < 0) { // a stream in memory
+        put_each(file, parts);
+        return;
+    }
+    if (std::fflush(file) != 0) {
+        fail(failure_of(errno));
+    }
+    std::array<iovec, OutputFile::most_pending> records;
+    const std::span<iovec> all = std::span(records).first(parts.size());
+    std::ranges::transform(parts, all.begin(), [](std::span<const std::uint8_t> part) {
+        // The system's record has no const, but writing changes nothing.
+        return iovec{const_cast<std::uint8_t*>(part.data()), part.size()}; // NOLINT
+    });
+    for (std::span<iovec> left = all; !left.empty();) {
+        const ssize_t written = ::writev(descriptor, left.data(), static_cast<int>(left.size()));
+        if (written < 0 && errno != EINTR) {
+            fail(failure_of(errno));
+        }
+        left = behind(left, static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+}
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+
+#endif
+
+// The standard functions count in a long, which ends at 2 GiB on some machines.
+int seek_in(std::FILE* file, std::int64_t offset, int origin) {
+#ifdef _WIN32
+    return _fseeki64(file, offset, origin);
+#else
+    return fseeko(file, offset, origin);
+#endif
+}
+
+std::int64_t position_in(std::FILE* file) {
+#ifdef _WIN32
+    return _ftelli64(file);
+#else
+    return ftello(file);
+#endif
+}
+
+} // namespace
+
+std::filesystem::path native_path(const std::string& path) {
+    return std::filesystem::path(std::u8string(path.begin(), path.end()));
+}
+
+std::string join_path(const std::string& folder, const std::string& name) {
+    constexpr char separator = static_cast<char>(std::filesystem::path::preferred_separator);
+    if (folder.empty() || folder.back() == separator || folder.back() == '/') {
+        return folder + name;
+    }
+    return folder + separator + name;
+}
+
+bool file_exists(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(native_path(path), ignored);
+}
+
+bool folder_exists(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(native_path(path), ignored);
+}
+
+bool is_read_only(const std::string& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(native_path(path), error);
+    return !error &&
+           (status.permissions() & std::filesystem::perms::owner_write) == std::filesystem::perms::none;
+}
+
+#ifdef _WIN32
+std::vector<std::string> names_in(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator it(native_path(folder), error), end; !error && it != end;
+         it.increment(error)) {
+        const std::u8string name = it->path().filename().u8string();
+        names.emplace_back(name.begin(), name.end());
+    }
+    return names;
+}
+#else
+// The standard library's iterator of libstdc++ ends the program when memory runs out on its way.
+std::vector<std::string> names_in(const std::string& folder) {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
+    while (const dirent* entry = open ? readdir(open.get()) : nullptr) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") {
+            names.emplace_back(name);
+        }
+    }
+    return names;
+}
+#endif
+
+void delete_file(const std::string& path) {
+    const std::filesystem::path native = native_path(path);
+    refuse_folder(path);
+    if (file_exists(path) && is_read_only(path)) {
+        fail(Failure::PermissionDenied);
+    }
+    std::error_code error;
+    if (!std::filesystem::remove(native, error)) {
+        fail_at(native, error ? error.value() : ENOENT);
+    }
+}
+
+InputFile::InputFile(const std::string& path) : file_(open_file(path, "rb")) {
+    if (seek_in(file_.get(), 0, SEEK_END) != 0) {
+        fail(Failure::DeviceIo);
+    }
+    length_ = position_in(file_.get());
+    if (length_ < 0) {
+        fail(Failure::DeviceIo);
+    }
+    seek(0);
+}
+
+std::int64_t InputFile::remaining() const {
+    const std::int64_t position = position_in(file_.get());
+    if (position < 0) {
+        fail(Failure::DeviceIo);
+    }
+    return length_ - position;
+}
+
+void InputFile::seek(std::int64_t position) {
+    if (seek_in(file_.get(), position, SEEK_SET) != 0) {
+        fail(Failure::DeviceIo);
+    }
+}
+
+std::size_t InputFile::read(std::span<std::uint8_t> target) {
+    const std::size_t count = std::fread(target.data(), 1, target.size(), file_.get());
+    if (count < target.size() && std::ferror(file_.get()) != 0) {
+        fail(failure_of(errno));
+    }
+    return count;
+}
+
+OutputFile::OutputFile(const std::string& path) {
+    if (file_exists(path) && is_read_only(path)) {
+        fail(Failure::PermissionDenied);
+    }
+    file_.reset(open_file(path, "wb"));
+}
+
+OutputFile::~OutputFile() {
+    if (file_) {
+        try {
+            write_pending();
+        } catch (const RunTimeFailure&) {
+            // Whoever wants to know closes the file.
+        }
+    }
+}
+
+void OutputFile::write(std::span<const std::uint8_t> bytes) {
+    write_pending();
+    put(file_.get(), bytes);
+}
+
+void OutputFile::write_later(std::span<const std::uint8_t> bytes) {
+    pending_.push_back(bytes);
+    if (pending_.size() == most_pending) {
+        write_pending();
+    }
+}
+
+void OutputFile::write_pending() {
+    const std::vector<std::span<const std::uint8_t>> parts = std::exchange(pending_, {});
+    if (!parts.empty()) {
+        put_all(file_.get(), parts);
+    }
+}
+
+void OutputFile::close() {
+    write_pending();
+    if (std::fclose(file_.release()) != 0) {
+        fail(failure_of(errno));
+    }
+}
+
+std::vector<std::uint8_t> read_head(const std::string& path, std::size_t count) {
+    InputFile file(path);
+    std::vector<std::uint8_t> bytes(count);
+    bytes.resize(file.read(bytes));
+    return bytes;
+}
+
+} // namespace varnoth

@@ -1,0 +1,47 @@
+// Platform palettes: up to 256 colours that answer which of them is nearest to a given one.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "core/image/Colour.h"
+
+namespace varnoth {
+
+/// One colour of a platform palette, red first. Flags are read by nobody.
+struct PALETTEENTRY {
+    std::uint8_t peRed = 0;
+    std::uint8_t peGreen = 0;
+    std::uint8_t peBlue = 0;
+    std::uint8_t peFlags = 0;
+};
+
+/// Version 768, a count, and the entries. The count may be lower than the entries given.
+struct LOGPALETTE {
+    std::uint16_t palVersion = 0x300;
+    std::uint16_t palNumEntries = 0;
+    std::array<PALETTEENTRY, 256> palPalEntry{};
+};
+
+class LogicalPalette {
+  public:
+    /// InvalidPropertyValue when the version is not 768 or the count not 1 to 256.
+    explicit LogicalPalette(const LOGPALETTE& record);
+
+    /// Index of the entry nearest to the colour: squared Euclidean distance over red, green and blue, the
+    /// lowest index among equals.
+    std::int32_t GetNearestPaletteIndex(Colour colour) const;
+
+    std::int32_t size() const { return count_; }
+
+  private:
+    // Channels apart, so that the search runs over whole vectors.
+    std::array<std::int16_t, 256> red_{};
+    std::array<std::int16_t, 256> green_{};
+    std::array<std::int16_t, 256> blue_{};
+    std::int32_t count_ = 0;
+};
+
+} // namespace varnoth

@@ -1,0 +1,26 @@
+// A picture object as it passes between the picture loader, surfaces and cDIB: shared, never changed.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "core/image/Bitmap.h"
+
+namespace varnoth {
+
+/// What kind of handle a picture holds; only bitmaps can be read.
+enum class PictureKind : std::int32_t { None = 0, Bitmap = 7, Icon = 10, Metafile = 13 };
+
+struct Picture {
+    PictureKind kind = PictureKind::None;
+    std::shared_ptr<const Bitmap> bitmap;
+
+    bool empty() const { return kind == PictureKind::None; }
+};
+
+/// A picture of a bitmap of its own.
+inline Picture make_picture(Bitmap bitmap) {
+    return {PictureKind::Bitmap, std::make_shared<const Bitmap>(std::move(bitmap))};
+}
+
+} // namespace varnoth

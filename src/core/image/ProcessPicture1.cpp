@@ -1,0 +1,259 @@
+#include "core/image/ProcessPicture1.h"
+
+#include <cstddef>
+
+#include "core/image/picture_pixels.h"
+#include "core/services/Services.h"
+
+namespace varnoth {
+
+namespace {
+
+constexpr std::size_t list_size = 256;
+
+// The listed part of the colour list as a hash set: a scan asks it once per pixel, not once per entry.
+class ListedColours {
+  public:
+    bool contains(Colour colour) const { return slots_[slot_of(colour)] == mark_of(colour); }
+
+    void insert(Colour colour) {
+        // Pixels have plain colours only; nothing else is ever asked for.
+        if (colour >= 0 && colour <= 0xFFFFFF) {
+            slots_[slot_of(colour)] = mark_of(colour);
+        }
+    }
+
+  private:
+    static std::uint32_t mark_of(Colour colour) { return static_cast<std::uint32_t>(colour) + 1; }
+
+    // The colour's slot, or the free one where it belongs. At most 256 of the slots are ever taken.
+    std::size_t slot_of(Colour colour) const {
+        std::size_t slot = static_cast<std::uint32_t>(colour) * 0x9E3779B1U >> 22;
+        while (slots_[slot] != 0 && slots_[slot] != mark_of(colour)) {
+            slot = (slot + 1) % slots_.size();
+        }
+        return slot;
+    }
+
+    std::array<std::uint32_t, 1024> slots_{};
+};
+
+// A scan that appends each colour met for the first time. It neither clears the list before nor stops at its
+// own end: the entry about to be filled counts as listed with whatever it holds.
+class ColourListing {
+  public:
+    explicit ColourListing(std::array<Colour, list_size>& list) : list_(list) {}
+
+    bool is_listed(Colour colour) const {
+        // The bound is inclusive: black takes no entry of a new list, and a later scan skips what an earlier
+        // one left there.
+        return (!is_full() && list_[count_] == colour) || listed_.contains(colour);
+    }
+
+    bool is_full() const { return count_ == list_size; }
+
+    void append(Colour colour) {
+        listed_.insert(colour);
+        list_[count_] = colour;
+        ++count_;
+    }
+
+    // After someone else has changed the list.
+    void reread() {
+        listed_ = {};
+        for (std::size_t i = 0; i < count_; ++i) {
+            listed_.insert(list_[i]);
+        }
+    }
+
+  private:
+    std::array<Colour, list_size>& list_;
+    ListedColours listed_;
+    std::size_t count_ = 0;
+};
+
+} // namespace
+
+ProcessPicture1::ProcessPicture1() {
+    // No picture has this size, so the first one is always prepared.
+    src_info_.bmWidth = -1;
+    src_info_.bmHeight = -1;
+}
+
+void ProcessPicture1::get_palette(std::span<Colour> donde) const {
+    for (std::size_t i = 0; i < list_size; ++i) {
+        check_subscript(i, donde.size());
+        donde[i] = color_list_[i];
+    }
+}
+
+void ProcessPicture1::set_palette(std::span<const Colour> donde) {
+    ++list_changes_;
+    for (std::size_t i = 0; i < list_size; ++i) {
+        check_subscript(i, donde.size());
+        color_list_[i] = donde[i];
+    }
+}
+
+void ProcessPicture1::DrawThePalette(PictureSurface& donde) const {
+    for (std::int32_t row = 0; row < 16; ++row) {
+        for (std::int32_t column = 0; column < 16; ++column) {
+            const Colour colour = color_list_[static_cast<std::size_t>(row * 16 + column)];
+            donde.Line(column * 10, row * 10, column * 10 + 9, row * 10 + 9, colour);
+        }
+    }
+}
+
+bool ProcessPicture1::existe_en_pal(Colour thecolor, std::int16_t upto) const {
+    for (std::size_t i = 0; i < list_size && static_cast<std::int32_t>(i) <= upto; ++i) {
+        if (color_list_[i] == thecolor) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void ProcessPicture1::init_pal(Colour thecolor) {
+    ++list_changes_;
+    color_list_.fill(thecolor);
+}
+
+bool ProcessPicture1::Copy_Picture(const PictureSurface& Picture1, PictureSurface& Picture2) {
+    if (Picture1.ScaleWidth() != Picture2.ScaleWidth() || Picture1.ScaleHeight() != Picture2.ScaleHeight() ||
+        !PrepareBits(Picture1)) {
+        return false;
+    }
+    ReadBits(Picture1);
+    for (std::int32_t y = 0; y < src_info_.bmHeight; ++y) {
+        const PixelRow source(SrcBits(), y, src_info_.bmWidth);
+        PixelRow result(dst_bits_, y, src_info_.bmWidth);
+        for (std::int32_t x = 0; x < src_info_.bmWidth; ++x) {
+            result.set(x, source[x]);
+        }
+    }
+    // The bytes go over as they are: both surfaces are taken to have the same depth.
+    WriteBits(Picture2);
+    return true;
+}
+
+bool ProcessPicture1::Make_Pal_From_Pic(const PictureSurface& picture) {
+    if (!PrepareBits(picture)) {
+        return false;
+    }
+    ReadBits(picture);
+    ++list_changes_;
+    ColourListing listing(color_list_);
+    for (std::int32_t y = 0; y < src_info_.bmHeight && !listing.is_full(); ++y) {
+        const PixelRow row(SrcBits(), y, src_info_.bmWidth);
+        for (std::int32_t x = 0; x < src_info_.bmWidth && !listing.is_full(); ++x) {
+            const Colour colour = colour_of(row[x]);
+            if (!listing.is_listed(colour)) {
+                listing.append(colour);
+            }
+        }
+    }
+    return true;
+}
+
+bool ProcessPicture1::is_more_than_256(const PictureSurface& picture) {
+    // The 257th colour decides; the scan goes on a little behind it.
+    constexpr int too_many = 257;
+    constexpr int enough = 260;
+    if (!PrepareBits(picture)) {
+        return false;
+    }
+    ReadBits(picture);
+    const std::int32_t width = src_info_.bmWidth;
+    const std::int32_t height = src_info_.bmHeight;
+    std::uint64_t own_change = ++list_changes_;
+    ColourListing listing(color_list_);
+    int misses = 0;
+    for (std::int32_t y = 0; y < height && misses < enough; ++y) {
+        yield_to_events(); // stands for the yields of the row's pixels too, which take no time
+        if (list_changes_ != own_change) {
+            own_change = list_changes_;
+            listing.reread();
+        }
+        const PixelRow row(SrcBits(), y, width);
+        Colour listed_before = no_colour;
+        for (std::int32_t x = 0; x < width && misses < enough; ++x) {
+            const Colour colour = colour_of(row[x]);
+            if (colour == listed_before) {
+                continue;
+            }
+            if (!listing.is_listed(colour)) {
+                ++misses;
+                if (listing.is_full()) {
+                    continue; // counts once for each pixel, not for each colour
+                }
+                listing.append(colour);
+            }
+            listed_before = colour;
+        }
+    }
+    return misses >= too_many;
+}
+
+template <typename Rule>
+bool ProcessPicture1::all_pixels(const PictureSurface& picture, Rule passes) {
+    if (!PrepareBits(picture)) {
+        return false;
+    }
+    ReadBits(picture);
+    const std::int32_t width = src_info_.bmWidth;
+    const std::int32_t height = src_info_.bmHeight;
+    for (std::int32_t y = 0; y < height; ++y) {
+        yield_to_events(); // stands for the yields of the row's pixels too
+        const PixelRow row(SrcBits(), y, width);
+        for (std::int32_t x = 0; x < width; ++x) {
+            if (!passes(row[x])) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+bool ProcessPicture1::is_greyscale(const PictureSurface& picture) {
+    return all_pixels(picture, is_grey);
+}
+
+bool ProcessPicture1::is_greyscale_and_PRGB(const PictureSurface& picture) {
+    // Red and green pass besides grey; blue, for all the name says, does not.
+    return all_pixels(picture, [](const Pixel& pixel) {
+        return is_grey(pixel) || pixel == pure_red || pixel == pure_green;
+    });
+}
+
+void ProcessPicture1::Destroy_TheBits() {
+    src_bits_.shrink();
+    dst_bits_.shrink();
+}
+
+bool ProcessPicture1::PrepareBits(const PictureSurface& picture) {
+    // The size alone is compared, neither the depth nor which picture it is.
+    if (picture.ScaleWidth() == src_info_.bmWidth && picture.ScaleHeight() == src_info_.bmHeight) {
+        return true;
+    }
+    src_info_ = picture.description();
+    dst_info_ = picture.description();
+    if (src_info_.bmBitsPixel < 24) {
+        src_bits_.shrink();
+        dst_bits_.shrink();
+        return false;
+    }
+    src_bits_.size_for(src_info_);
+    dst_bits_.size_for(dst_info_);
+    return true;
+}
+
+void ProcessPicture1::ReadBits(const PictureSurface& picture) {
+    src_bits_.read(picture);
+}
+
+void ProcessPicture1::WriteBits(PictureSurface& picture) const {
+    dst_bits_.write(picture);
+    picture.Refresh();
+}
+
+} // namespace varnoth

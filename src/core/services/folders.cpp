@@ -1,0 +1,73 @@
+#include "core/services/folders.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+#include "core/base/files.h"
+#include "core/services/FileList.h"
+
+namespace varnoth {
+
+namespace {
+
+using Path = std::filesystem::path;
+
+std::string utf8(const Path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+} // namespace
+
+std::string plain_folder(const std::string& path) {
+    std::error_code error;
+    Path plain = std::filesystem::absolute(path.empty() ? Path(".") : native_path(path), error);
+    plain = plain.lexically_normal();
+    if (!plain.has_filename() && plain.has_relative_path()) {
+        plain = plain.parent_path();
+    }
+    return utf8(plain);
+}
+
+std::string current_folder() {
+    return plain_folder({});
+}
+
+std::vector<std::string> folders_down_to(const std::string& folder) {
+    const Path path = native_path(folder);
+    Path reached = path.root_path();
+    std::vector<std::string> folders{utf8(reached)};
+    for (const Path& part : path.relative_path()) {
+        reached /= part;
+        folders.push_back(utf8(reached));
+    }
+    return folders;
+}
+
+std::vector<std::string> folders_in(const std::string& folder) {
+    std::vector<std::string> names;
+    for (std::string& name : names_in(folder)) {
+        if (folder_exists(join_path(folder, name))) {
+            names.push_back(std::move(name));
+        }
+    }
+    std::ranges::sort(names, comes_before);
+    for (std::string& name : names) {
+        name = join_path(folder, name);
+    }
+    return names;
+}
+
+std::string folder_name(const std::string& folder) {
+    const Path path = native_path(folder);
+    return path.has_filename() ? utf8(path.filename()) : folder;
+}
+
+bool is_within(const std::string& folder, const std::string& outer) {
+    const Path inner_path = native_path(plain_folder(folder));
+    const Path outer_path = native_path(plain_folder(outer));
+    return std::ranges::mismatch(inner_path, outer_path).in2 == outer_path.end();
+}
+
+} // namespace varnoth

@@ -1,0 +1,83 @@
+// The records of the one sprite that the program edits, as they stand in memory, and their form in the file:
+// little-endian, without gaps.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "core/base/ByteArray.h"
+
+namespace varnoth {
+
+/// 40 bytes in the file, in this order.
+struct SpriteHeaderRecord {
+    static constexpr std::size_t file_size = 40;
+
+    std::array<char, 4> Ident{}; ///< "IDSP"
+    std::int32_t Version = 0;    ///< 2 in a new sprite
+    std::int32_t SpriteType = 0; ///< orientation, 0 to 4; hlspr::sprite_type_name has the names
+    std::int32_t RenderMode = 0; ///< 0 to 3; hlspr::render_mode_name has the names
+    float BoundingRadius = 0;    ///< pixels, from the middle to a corner
+    std::int32_t Width = 0;      ///< pixels
+    std::int32_t Height = 0;     ///< pixels
+    std::int32_t FrameCount = 0;
+    float BeamLength = 0;      ///< 0 in a new sprite
+    std::int32_t SyncType = 0; ///< 1 in a new sprite
+};
+
+/// One colour of the document's palette, red first as in the file. Palettes elsewhere are blue first.
+struct PaletteColour {
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+
+    friend bool operator==(const PaletteColour&, const PaletteColour&) = default;
+};
+
+/// 770 bytes in the file: all 256 colours, whatever the count says.
+struct PaletteRecord {
+    static constexpr std::size_t file_size = 770;
+
+    std::int16_t ColourCount = 0; ///< always 256 in a document in use
+    std::array<PaletteColour, 256> Colours{};
+};
+
+/// 20 bytes in the file, in front of every frame.
+struct FrameHeaderRecord {
+    static constexpr std::size_t file_size = 20;
+
+    std::int32_t FrameType = 0;   ///< 0 in a new sprite
+    std::int32_t OriginX = 0;     ///< pixels, of the left edge from the middle: -width / 2
+    std::int32_t OriginY = 0;     ///< pixels, of the upper edge from the middle: height / 2
+    std::int32_t FrameWidth = 0;  ///< pixels
+    std::int32_t FrameHeight = 0; ///< pixels
+};
+
+struct SpriteDocument {
+    SpriteHeaderRecord SpriteHeader;
+    PaletteRecord Palette;
+
+    /// One record, not one per frame: loading leaves the last frame's, saving writes it before every frame.
+    FrameHeaderRecord FrameHeader;
+
+    /// Palette indices, a byte a pixel, rows from the top without padding. Without frames there is one slot
+    /// nevertheless; nothing may read it.
+    std::vector<ByteArray> FrameStore;
+
+    /// The number in FrameStore of the frame at each display position.
+    std::vector<std::int16_t> FrameOrder;
+};
+
+std::array<std::uint8_t, SpriteHeaderRecord::file_size> to_bytes(const SpriteHeaderRecord& header);
+std::array<std::uint8_t, PaletteRecord::file_size> to_bytes(const PaletteRecord& palette);
+std::array<std::uint8_t, FrameHeaderRecord::file_size> to_bytes(const FrameHeaderRecord& header);
+
+SpriteHeaderRecord
+sprite_header_from_bytes(std::span<const std::uint8_t, SpriteHeaderRecord::file_size> bytes);
+PaletteRecord palette_from_bytes(std::span<const std::uint8_t, PaletteRecord::file_size> bytes);
+FrameHeaderRecord frame_header_from_bytes(std::span<const std::uint8_t, FrameHeaderRecord::file_size> bytes);
+
+} // namespace varnoth

@@ -1,0 +1,35 @@
+// The check box: a box with a mark, and a caption. The mark's visibility is all there is of its value.
+#pragma once
+
+#include "desktop/controls/parts/EdgeLines.h"
+#include "desktop/controls/parts/MarkControl.h"
+
+namespace varnoth {
+
+/// Parts: `Picture2`, the box, with its edges `Line1` left, `Line2` top, `Line3` bottom and `Line4` right and
+/// the mark `Label1`; `Label2`, the caption; `shadow1`. Always 270 twips high and at least 500 wide. The
+/// surface beside the caption takes no click.
+class elcheck final : public MarkControl {
+    Q_OBJECT
+
+  public:
+    elcheck(const QString& name, QWidget* parent);
+
+    bool Value() const override { return label1_.Visible; }
+
+    void act_as_clicked() override { part_clicked(&picture2_); }
+
+  private:
+    void keep_value(bool value) override { label1_.Visible = value; }
+
+    void update_look() override;
+    void show_back_colour2() override;
+    void show_dark() override;
+    void part_clicked(Part* part) override;
+
+    BoxPart picture2_;
+    EdgeLines box_edges_;
+    TextPart label1_;
+};
+
+} // namespace varnoth

@@ -1,0 +1,40 @@
+// A small widget of one colour with parts upon it, for the controls that hold a widget of the platform: parts
+// of the control itself always lie behind its widgets.
+#pragma once
+
+#include <vector>
+
+#include <QPainter>
+#include <QWidget>
+
+#include "desktop/controls/parts/Part.h"
+#include "desktop/services/exception_barrier.h"
+#include "desktop/theme/theme.h"
+
+namespace varnoth {
+
+class PartSurface : public QWidget {
+  public:
+    PartSurface(const QString& name, QWidget* parent) : QWidget(parent) {
+        setObjectName(name);
+        setAttribute(Qt::WA_OpaquePaintEvent);
+    }
+
+    Colour BackColor = 0;
+
+    /// Back to front. The parts belong to the control.
+    std::vector<Part*> contents;
+
+  protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        at_paint_edge([this] {
+            QPainter painter(this);
+            painter.fillRect(rect(), look::to_qcolor(BackColor));
+            for (const Part* part : contents) {
+                part->paint(painter);
+            }
+        });
+    }
+};
+
+} // namespace varnoth

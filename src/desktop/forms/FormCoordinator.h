@@ -1,0 +1,83 @@
+// The desk on which the windows lie: opens the dialogs, wires them and unloads them. There is one instance of
+// each, made when it is shown; while one is open, its opener is disabled.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <QObject>
+
+#include "desktop/forms/add_frames/Form4.h"
+#include "desktop/forms/main_window/Form1.h"
+#include "desktop/forms/new_sprite/Form2.h"
+#include "desktop/forms/extract/Form3.h"
+#include "desktop/forms/folder/Form5.h"
+#include "desktop/forms/progress/Form6.h"
+#include "desktop/forms/preview/Form7.h"
+
+namespace varnoth {
+
+class Desk : public QObject {
+    Q_OBJECT
+
+  public:
+    Desk();
+    ~Desk() override;
+
+    /// Shows the main window.
+    void start();
+
+    Form1& form1() { return form1_; }
+
+    // The dialogs that are open, null otherwise.
+
+    Form2* form2() { return form2_.get(); }
+
+    Form3* form3() { return form3_.get(); }
+
+    Form4* form4() { return form4_.get(); }
+
+    Form5* form5() { return form5_.get(); }
+
+    Form6* form6() { return form6_.get(); }
+
+    Form7* form7() { return form7_.get(); }
+
+  signals:
+    /// A dialog has been made and is about to be filled and shown.
+    void dialog_made(varnoth::Form& dialog);
+
+    /// The main window's close box was clicked: the program ends at once, and nothing is asked or saved.
+    void ended();
+
+    /// A frame has been handed to the writer of that file.
+    void frame_written(const std::string& path);
+
+  private:
+    void open_new();
+    void open_import();
+    void open_export();
+    void open_preview();
+    void open_folder();
+    void take_folder(const std::string& folder);
+    template <typename Dialog, typename... Arguments>
+    Dialog& make(std::unique_ptr<Dialog>& dialog, Arguments&... arguments);
+    Form6& make_progress(const Form& opener);
+    void import();
+    void extract(const ExtractionOptions& options);
+    std::string first_folder(const std::string& last) const;
+
+    class ImportWindows;
+    class ExtractionWindows;
+
+    Form1 form1_;
+    std::unique_ptr<Form2> form2_;
+    std::unique_ptr<Form3> form3_;
+    std::unique_ptr<Form4> form4_;
+    std::unique_ptr<Form5> form5_;
+    std::unique_ptr<Form6> form6_;
+    std::unique_ptr<Form7> form7_;
+    std::string picture_folder_; ///< where pictures were last looked for
+};
+
+} // namespace varnoth

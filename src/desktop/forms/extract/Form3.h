@@ -1,0 +1,72 @@
+// The Extract Frame/s dialog: where the selected frames are written to, as what, and what becomes of files
+// that are there already. It tells when the writing is wanted; the writing itself goes on behind the progress
+// dialog.
+#pragma once
+
+#include <array>
+
+#include "desktop/controls/elboton.h"
+#include "desktop/controls/elcheck.h"
+#include "desktop/controls/elframe.h"
+#include "desktop/controls/ellabel.h"
+#include "desktop/controls/elpanel.h"
+#include "desktop/controls/elradio.h"
+#include "desktop/controls/eltexto.h"
+#include "core/image/PictureSurface.h"
+#include "desktop/forms/Form.h"
+#include "core/jobs/FrameExtraction.h"
+
+namespace varnoth {
+
+class Form1;
+
+class Form3 : public Form {
+    Q_OBJECT
+
+  public:
+    explicit Form3(Form1& main_window);
+
+    elpanel elpanel1{"elpanel1", this};
+    ellabel ellabel1{"ellabel1", this};
+    eltexto eltexto1{"eltexto1", this}; ///< output folder
+    elboton elboton1{"elboton1", this}; ///< ...
+    ellabel ellabel2{"ellabel2", this};
+    std::array<elradio, 3> elradio1{
+        {{"elradio1(0)", this}, {"elradio1(1)", this}, {"elradio1(2)", this}}}; ///< Bmp, Tga, Pcx
+    elframe elframe2{"elframe2", this};                                         ///< for Tga and Pcx
+    elcheck elcheck1{"elcheck1", &elframe2};                                    ///< Compressed
+    elframe elframe1{"elframe1", this}; ///< for Bmp, at the same place
+    std::array<elradio, 2> elradio2{{{"elradio2(0)", &elframe1}, {"elradio2(1)", &elframe1}}}; ///< depth
+    ellabel ellabel3{"ellabel3", this};
+    std::array<elradio, 3> elradio3{
+        {{"elradio3(0)", this}, {"elradio3(1)", this}, {"elradio3(2)", this}}}; ///< Skip, Ask, Overwrite
+    elboton elboton2{"elboton2", this};                                         ///< Ok
+    elboton elboton3{"elboton3", this};                                         ///< Cancel
+
+    /// Picture1: takes each frame on its way to a file.
+    PictureSurface& scratch() { return picture1_; }
+
+  signals:
+    void folder_wanted();
+    /// Ok was clicked, and the output folder is there.
+    void extraction_wanted(const varnoth::ExtractionOptions& options);
+    void unload_wanted();
+
+  private:
+    void design();
+    void design_folder();
+    void design_format();
+    void design_existing_files();
+    void connect_controls();
+    void design_keys();
+    void click_format(std::size_t index);
+    void Ok();
+    void Cancel();
+    ExtractionOptions options() const;
+
+    Form1& main_window_;
+    SurfaceContainer container_;
+    PictureSurface picture1_{{.parent = &container_, .width = 1, .height = 1}};
+};
+
+} // namespace varnoth

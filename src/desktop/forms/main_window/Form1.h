@@ -1,0 +1,101 @@
+// The main window: shows the one sprite's fields, lists its frames, draws the chosen frame, and owns the
+// commands. It opens no dialog by itself: it tells what the user asked for.
+#pragma once
+
+#include <QWidget>
+
+#include "desktop/controls/elboton.h"
+#include "desktop/controls/elframe.h"
+#include "desktop/controls/ellabel.h"
+#include "desktop/controls/elpanel.h"
+#include "desktop/controls/eltexto.h"
+#include "desktop/widgets/Label.h"
+#include "desktop/widgets/ListBox.h"
+#include "desktop/widgets/PictureBox.h"
+#include "desktop/forms/Form.h"
+
+namespace varnoth {
+
+class Form1 : public Form {
+    Q_OBJECT
+
+  public:
+    /// The program's variables are as at its start from here on.
+    Form1();
+
+    // The controls are the form's interface to the dialogs.
+
+    elpanel elpanel1{"elpanel1", this};
+
+    elframe elframe1{"elframe1", this};
+    eltexto eltexto1{"eltexto1", &elframe1}; ///< path of the sprite, or the name typed for a new one
+    elboton elboton1{"elboton1", &elframe1}; ///< Open
+    elboton elboton2{"elboton2", &elframe1}; ///< New
+    elboton elboton3{"elboton3", &elframe1}; ///< Save
+
+    elframe elframe2{"elframe2", this};
+    ListBox List1{"List1", &elframe2}; ///< the frames, one line a display position
+    Label Label1{"Label1", &elframe2, Label::Kind::Symbol, "5", tr("Move frame up")};
+    Label Label2{"Label2", &elframe2, Label::Kind::Symbol, "6", tr("Move frame down")};
+    elboton elboton7{"elboton7", &elframe2}; ///< Clear
+    elboton elboton6{"elboton6", &elframe2}; ///< Export
+    elboton elboton5{"elboton5", &elframe2}; ///< Remove
+    elboton elboton4{"elboton4", &elframe2}; ///< Import
+
+    elframe elframe3{"elframe3", this};
+    elframe elframe5{"elframe5", &elframe3};
+    QWidget picture_clip{&elframe5}; ///< keeps a large sprite off the edge around it
+    PictureBox Picture1;             ///< the chosen frame
+
+    elframe elframe4{"elframe4", this};
+    ellabel ellabel1{"ellabel1", &elframe4}; ///< captions Name, Size, Origin, Type, Render
+    ellabel ellabel2{"ellabel2", &elframe4};
+    ellabel ellabel3{"ellabel3", &elframe4};
+    ellabel ellabel4{"ellabel4", &elframe4};
+    ellabel ellabel5{"ellabel5", &elframe4};
+    ellabel ellabel8{"ellabel8", &elframe4}; ///< their values, in this order
+    ellabel ellabel7{"ellabel7", &elframe4};
+    ellabel ellabel6{"ellabel6", &elframe4};
+    ellabel ellabel9{"ellabel9", &elframe4};
+    ellabel ellabel10{"ellabel10", &elframe4};
+
+    // What the dialogs do to it.
+
+    /// The five captions take the colour of an enabled caption.
+    void enable_captions();
+
+    /// Enables the frame list, Save, Remove, Export and Clear, and makes the last line the current and
+    /// selected one. It is drawn if the sprite has that frame: after a second import the list is longer than
+    /// the sprite.
+    void release_frames();
+
+    /// Adds a line to the frame list.
+    void add_frame_line(const QString& text) { List1.AddItem(text); }
+
+  signals:
+    void new_wanted();
+    void import_wanted();
+    void export_wanted();
+    void preview_wanted();
+    void end_wanted();
+
+  private:
+    void design();
+    void design_files();
+    void design_frames();
+    void design_picture();
+    void design_fields();
+    void connect_controls();
+    void design_keys();
+
+    void Open();
+    void show_sprite(const QString& path);
+    void Save();
+    void Clear();
+    void draw_current();
+    void move_frame(int step);
+
+    bool current_has_frame_ = true; ///< whether the current line is to be drawn
+};
+
+} // namespace varnoth

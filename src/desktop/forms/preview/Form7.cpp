@@ -1,0 +1,92 @@
+#include "desktop/forms/preview/Form7.h"
+
+#include "desktop/services/exception_barrier.h"
+#include "desktop/widgets/checked_state.h"
+#include "desktop/forms/main_window/Form1.h"
+#include "desktop/forms/FormParts.h"
+
+namespace varnoth {
+
+Form7::Form7(Form1& main_window)
+    : Form("Form7", "Animation Preview", Kind::Dialog, 281, 327),
+      Picture1("Picture1", &picture_clip,
+               {.parent = nullptr, .width = 256, .height = 256, .back_colour = look::field_background}),
+      main_window_(main_window) {
+    design();
+    Timer1.setObjectName("Timer1");
+    Timer1.setTimerType(Qt::PreciseTimer);
+    Timer1.setInterval(walk_.interval());
+    on_event(&Label1, &Label::Click, this, [this] { Stop(); });
+    on_event(&Label2, &Label::Click, this, [this] { Play(); });
+    on_event(&Label3, &Label::Click, this, [this] {
+        if (walk_.faster()) {
+            show_speed();
+        }
+    });
+    on_event(&Label4, &Label::Click, this, [this] {
+        if (walk_.slower()) {
+            show_speed();
+        }
+    });
+    on_event(&Timer1, &QTimer::timeout, this, [this] { Tick(); });
+    on_event(&elpanel1, &elpanel::CloseClick, this, [this] { Close(); });
+    on_event(this, &Form::close_wanted, this, [this] { Close(); });
+    add_keys({plain_key(Qt::Key_Space, Label2, [this] { return !Timer1.isActive(); }),
+              plain_key(Qt::Key_Space, Label1, [this] { return Timer1.isActive(); }),
+              plain_key(Qt::Key_Left, Label4), plain_key(Qt::Key_Right, Label3),
+              plain_key(Qt::Key_Escape, elpanel1)});
+}
+
+void Form7::design() {
+    wear(elpanel1, "Animation Preview");
+    picture_clip.setGeometry(13, 37, 256, 256);
+    Picture1.move(0, 0);
+    Picture1.setAccessibleName(tr("Animation"));
+    constexpr int top = 300;
+    constexpr int side = 20;
+    Label1.setGeometry(13, top, side, side);
+    Label2.setGeometry(37, top, side, side);
+    Label4.setGeometry(161, top, side, side);
+    Label3.setGeometry(185, top, side, side);
+    Label5.setGeometry(213, top, 56, side);
+    show_in_force(Label1, Label2);
+    Label3.SetForeColor(look::light_text);
+    Label4.SetForeColor(look::light_text);
+}
+
+void Form7::show_in_force(Label& one, Label& other) {
+    other.SetForeColor(look::black);
+    one.SetForeColor(look::highlight);
+    set_in_force(other, false);
+    set_in_force(one, true);
+}
+
+void Form7::Stop() {
+    show_in_force(Label1, Label2);
+    Timer1.stop();
+}
+
+void Form7::Play() {
+    show_in_force(Label2, Label1);
+    if (!Timer1.isActive()) { // to start it again would put off the next tick
+        Timer1.start();
+    }
+}
+
+// Nothing guards the speed of 0: the interval's division is what ends the program there.
+void Form7::show_speed() {
+    Timer1.setInterval(walk_.interval());
+    Label5.SetCaption(QString("%1 fps").arg(walk_.FramesPerSecond));
+}
+
+void Form7::Tick() {
+    walk_.tick(Picture1.surface(), main_window_.List1.ListCount());
+}
+
+void Form7::Close() {
+    Timer1.stop();
+    main_window_.SetEnabled(true);
+    emit unload_wanted();
+}
+
+} // namespace varnoth

@@ -1,0 +1,50 @@
+// The animation preview: plays the sprite's frames, round and round.
+#pragma once
+
+#include <QTimer>
+
+#include "desktop/controls/elpanel.h"
+#include "desktop/widgets/Label.h"
+#include "desktop/widgets/PictureBox.h"
+#include "desktop/forms/Form.h"
+#include "core/jobs/PreviewWalk.h"
+
+namespace varnoth {
+
+class Form1;
+
+class Form7 : public Form {
+    Q_OBJECT
+
+  public:
+    explicit Form7(Form1& main_window);
+
+    elpanel elpanel1{"elpanel1", this};
+    QWidget picture_clip{this};
+    PictureBox Picture1;
+    Label Label1{"Label1", this, Label::Kind::Symbol, "g", tr("Stop")};
+    Label Label2{"Label2", this, Label::Kind::Symbol, "4", tr("Play")};
+    Label Label4{"Label4", this, Label::Kind::Symbol, "3", tr("Slower")};
+    Label Label3{"Label3", this, Label::Kind::Symbol, "4", tr("Faster")};
+    Label Label5{"Label5", this, Label::Kind::Text, "15 fps"}; ///< the speed
+    QTimer Timer1{this};
+
+    const PreviewWalk& walk() const { return walk_; }
+
+  signals:
+    void unload_wanted();
+
+  private:
+    void design();
+    static void show_in_force(Label& one, Label& other);
+    void Stop();
+    void Play();
+    void show_speed();
+    void Tick();
+    void Close();
+
+    Form1& main_window_;
+    PreviewWalk walk_;
+};
+
+} // namespace varnoth

@@ -1,0 +1,14 @@
+#include "desktop/services/no_settings.h"
+
+#include <QSettings>
+
+namespace varnoth {
+
+void keep_no_settings() {
+    // No file can exist or be created below a device.
+    const QString nowhere = QStringLiteral("/dev/null");
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, nowhere);
+    QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, nowhere);
+}
+
+} // namespace varnoth

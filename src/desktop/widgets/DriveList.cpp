@@ -1,0 +1,77 @@
+#include "desktop/widgets/DriveList.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QFileInfo>
+#include <QStorageInfo>
+
+#include "core/services/folders.h"
+#include "qt/path_text.h"
+
+namespace varnoth {
+
+namespace {
+
+/// What is no volume that a user keeps files on.
+constexpr std::array<std::string_view, 29> system_types{
+    "autofs",    "binfmt_misc", "bpf",      "cgroup",    "cgroup2", "configfs",        "debugfs",
+    "devpts",    "devtmpfs",    "efivarfs", "efivars",   "fusectl", "hugetlbfs",       "mqueue",
+    "nsfs",      "proc",        "pstore",   "ramfs",     "rootfs",  "rpc_pipefs",      "securityfs",
+    "selinuxfs", "squashfs",    "sysfs",    "systemd-1", "tracefs", "fuse.gvfsd-fuse", "fuse.portal",
+    "fuse.lxcfs"};
+
+} // namespace
+
+bool is_system_volume(const std::string& root, std::string_view type) {
+    if (type == "overlay" || std::ranges::find(system_types, type) != system_types.end()) {
+        return true;
+    }
+    if (is_within(root, "/run")) {
+        return type == "tmpfs"; // sticks and discs may be mounted there
+    }
+    return is_within(root, "/proc") || is_within(root, "/sys") || is_within(root, "/dev");
+}
+
+DriveList::DriveList(const QString& name, QWidget* parent) : DropDownList(name, parent) {
+    // The root is no mount of its own in some surroundings, but always a place to look.
+    add_volume("/", QStorageInfo::root().name());
+    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
+        // A single file may be mounted too, and several volumes in one place.
+        const QString root = volume.rootPath();
+        if (volume.isReady() && findData(root) < 0 && QFileInfo(root).isDir() &&
+            !is_system_volume(path_of_text(root), volume.fileSystemType().toStdString())) {
+            add_volume(root, volume.name());
+        }
+    }
+    show_drive_of(current_folder());
+    connect(this, &QComboBox::currentIndexChanged, this, [this] {
+        if (!quiet_) {
+            emit Change();
+        }
+    });
+}
+
+void DriveList::add_volume(const QString& root, const QString& name) {
+    AddItem(name.isEmpty() ? root : root + " [" + name + "]");
+    setItemData(count() - 1, root);
+}
+
+std::string DriveList::Drive() const {
+    return path_of_text(currentData().toString());
+}
+
+void DriveList::show_drive_of(const std::string& folder) {
+    int best = 0; // the root holds every folder
+    for (int line = 1; line < count(); ++line) {
+        const QString root = itemData(line).toString();
+        if (is_within(folder, path_of_text(root)) && root.size() > itemData(best).toString().size()) {
+            best = line;
+        }
+    }
+    quiet_ = true;
+    setCurrentIndex(best);
+    quiet_ = false;
+}
+
+} // namespace varnoth

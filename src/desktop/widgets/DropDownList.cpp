@@ -1,0 +1,190 @@
+#include "desktop/widgets/DropDownList.h"
+
+#include <QAbstractItemView>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+#include <QWindow>
+
+#include "core/base/RunTimeFailure.h"
+#include "desktop/widgets/accessible_factory.h"
+#include "desktop/widgets/accessible_key.h"
+#include "desktop/theme/edges.h"
+#include "desktop/services/exception_barrier.h"
+#include "desktop/theme/theme.h"
+#include "desktop/theme/symbols.h"
+
+namespace varnoth {
+
+namespace {
+
+constexpr int text_inset = 4;
+constexpr int arrow_width = 18;
+
+/// What a screen reader sees. On the way to it a drop-down list has no value, so Qt gives the chosen line for
+/// the name, and what is chosen there goes unsaid; this name has both.
+class AccessibleDropDownList : public AccessibleWithKey {
+  public:
+    explicit AccessibleDropDownList(DropDownList* list)
+        : AccessibleWithKey(list, QAccessible::ComboBox), list_(list) {}
+
+    int childCount() const override { return 1; }
+
+    QAccessibleInterface* child(int index) const override {
+        return index == 0 ? QAccessible::queryAccessibleInterface(list_->view()) : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface* child) const override {
+        return child != nullptr && child->object() == list_->view() ? 0 : -1;
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        if (kind == QAccessible::Value) {
+            return list_->currentText();
+        }
+        const QString given = AccessibleWithKey::text(kind);
+        const bool is_name = kind == QAccessible::Name && list_->currentIndex() >= 0;
+        return is_name ? given + ": " + list_->currentText() : given;
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = AccessibleWithKey::state();
+        state.hasPopup = true;
+        state.expandable = true;
+        state.expanded = list_->view()->isVisible();
+        return state;
+    }
+
+    QStringList actionNames() const override {
+        return list_->isEnabled() ? QStringList{pressAction()} : QStringList{};
+    }
+
+    void doAction(const QString& action) override {
+        at_event_edge([&] {
+            if (!actionNames().contains(action)) {
+                return;
+            }
+            if (list_->view()->isVisible()) {
+                list_->hidePopup();
+            } else {
+                list_->showPopup();
+            }
+        });
+    }
+
+  private:
+    DropDownList* list_;
+};
+
+} // namespace
+
+DropDownList::DropDownList(const QString& name, QWidget* parent) : QComboBox(parent) {
+    describe_to_screen_readers<DropDownList, AccessibleDropDownList>();
+    setObjectName(name);
+    setFont(look::display_font(look::design_font()));
+    // The wheel over the list does not give it the keyboard.
+    setFocusPolicy(Qt::StrongFocus);
+    view()->setTextElideMode(Qt::ElideNone);
+    SetColours(look::field_background, look::light_text);
+    connect(this, &QComboBox::activated, this, &DropDownList::Click);
+    connect(this, &QComboBox::currentIndexChanged, this, [this] {
+        QAccessibleEvent event(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    });
+}
+
+QString DropDownList::List(std::int32_t line) const {
+    check_subscript(line, count());
+    return itemText(line);
+}
+
+void DropDownList::SetList(std::int32_t line, const QString& text) {
+    check_subscript(line, count());
+    setItemText(line, text);
+}
+
+void DropDownList::AddItem(const QString& text) {
+    const int chosen = currentIndex();
+    const QSignalBlocker quiet(this);
+    addItem(text);
+    setCurrentIndex(chosen); // Qt chooses the first line that there is
+}
+
+void DropDownList::SetListIndex(std::int32_t line) {
+    if (line < -1 || line >= count()) {
+        fail(Failure::InvalidPropertyValue);
+    }
+    setCurrentIndex(line);
+    emit Click();
+}
+
+void DropDownList::SetColours(Colour background, Colour text) {
+    background_ = background;
+    text_ = text;
+    QPalette colours = look::palette();
+    colours.setColor(QPalette::All, QPalette::Base, look::to_qcolor(background));
+    colours.setColor(QPalette::All, QPalette::Text, look::to_qcolor(text));
+    view()->setPalette(colours);
+    update();
+}
+
+void DropDownList::set_bare(bool bare) {
+    bare_ = bare;
+    update();
+}
+
+void DropDownList::act_as_clicked() {
+    setFocus(Qt::ShortcutFocusReason);
+    showPopup();
+}
+
+void DropDownList::showPopup() {
+    view()->setAccessibleName(accessibleName());
+    QComboBox::showPopup();
+}
+
+void DropDownList::paintEvent(QPaintEvent* /*event*/) {
+    at_paint_edge([&] {
+        QPainter painter(this);
+        painter.fillRect(rect(), look::to_qcolor(background_));
+        const bool grey = testAttribute(Qt::WA_ForceDisabled);
+        const QColor text = look::to_qcolor(grey ? look::disabled_text : text_);
+        const QRect arrow(width() - arrow_width, 0, bare_ ? 0 : arrow_width - 1, height());
+        painter.setFont(look::display_font(font()));
+        painter.setPen(text);
+        painter.drawText(rect().adjusted(text_inset, 0, bare_ ? 0 : -arrow_width, 0),
+                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, currentText());
+        if (!bare_) {
+            draw_symbol(painter, u'6', arrow, look::to_qcolor(grey ? look::disabled_text : look::edge_light));
+            draw_edges(painter, rect(), look::edge_dark, look::edge_light);
+        }
+    });
+}
+
+// Qt may miss where a busy window manager put the window and believe it at the screen's corner; the list
+// would open there. The pointer knows better: its places on the screen and in the field come in one message.
+// A pixel or two of difference are rounding.
+void DropDownList::mousePressEvent(QMouseEvent* event) {
+    at_event_edge([&] {
+        const QPoint in_window = mapTo(window(), event->position().toPoint());
+        const QPoint place = event->globalPosition().toPoint() - in_window;
+        QWindow* handle = window()->windowHandle();
+        if (handle != nullptr && (handle->position() - place).manhattanLength() > 4) {
+            handle->setPosition(place);
+        }
+        QComboBox::mousePressEvent(event);
+    });
+}
+
+void DropDownList::wheelEvent(QWheelEvent* event) {
+    at_event_edge([&] {
+        if (hasFocus()) {
+            QComboBox::wheelEvent(event);
+        } else {
+            event->ignore();
+        }
+    });
+}
+
+} // namespace varnoth

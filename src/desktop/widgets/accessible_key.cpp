@@ -1,0 +1,33 @@
+#include "desktop/widgets/accessible_key.h"
+
+#include <QVariant>
+#include <QWidget>
+
+namespace varnoth {
+
+namespace {
+
+constexpr const char* key_property = "accessibleKey";
+
+} // namespace
+
+void set_accessible_key(QWidget& control, const QString& key) {
+    if (accessible_key(control).isEmpty()) {
+        control.setProperty(key_property, key);
+    }
+}
+
+QString accessible_key(const QWidget& control) {
+    return control.property(key_property).toString();
+}
+
+QString AccessibleWithKey::text(QAccessible::Text kind) const {
+    return kind == QAccessible::Accelerator ? accessible_key(*widget()) : QAccessibleWidget::text(kind);
+}
+
+QStringList AccessibleWithKey::keyBindingsForAction(const QString& action) const {
+    const QString key = accessible_key(*widget());
+    return actionNames().contains(action) && !key.isEmpty() ? QStringList{key} : QStringList{};
+}
+
+} // namespace varnoth

@@ -1,0 +1,55 @@
+#include "core/base/RunTimeFailure.h"
+
+#include <cstddef>
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support/expect_failure.h"
+
+namespace varnoth {
+namespace {
+
+TEST(RunTimeFailure, HasAnIdentifierAndWordsForTheUser) {
+    EXPECT_EQ(name_of(Failure::Overflow), "Overflow");
+    EXPECT_EQ(words_of(Failure::SubscriptOutOfRange), "Subscript out of range");
+    EXPECT_EQ(name_of(Failure::SubscriptOutOfRange), "SubscriptOutOfRange");
+    EXPECT_EQ(name_of(Failure::InvalidPropertyValue), "InvalidPropertyValue");
+    EXPECT_EQ(name_of(Failure::InvalidProcedureCall), "InvalidProcedureCall");
+    EXPECT_EQ(words_of(Failure::DivisionByZero), "Division by zero");
+    EXPECT_EQ(name_of(Failure::DeviceIo), "DeviceIo");
+    EXPECT_EQ(name_of(Failure::InvalidPicture), "InvalidPicture");
+}
+
+TEST(RunTimeFailure, NoTwoFailuresShareANameOrTheirWords) {
+    std::set<std::string> names;
+    std::set<std::string> words;
+    constexpr int count = static_cast<int>(Failure::InvalidProcedureCall) + 1;
+    for (int i = 0; i < count; ++i) {
+        names.emplace(name_of(static_cast<Failure>(i)));
+        words.emplace(words_of(static_cast<Failure>(i)));
+    }
+    EXPECT_EQ(names.size(), static_cast<std::size_t>(count));
+    EXPECT_EQ(words.size(), static_cast<std::size_t>(count));
+}
+
+TEST(RunTimeFailure, IsThrownAsAnExceptionThatNamesItself) {
+    EXPECT_FAILURE(fail(Failure::PathNotFound), PathNotFound);
+    const RunTimeFailure failure(Failure::PathNotFound);
+    EXPECT_STREQ(static_cast<const std::exception&>(failure).what(), "PathNotFound");
+    EXPECT_EQ(failure.name(), "PathNotFound");
+    EXPECT_EQ(failure.words(), "Path not found");
+}
+
+TEST(RunTimeFailure, ASubscriptIsHeldToBothBounds) {
+    check_subscript(0, 1);
+    check_subscript(4, 5U);
+    EXPECT_FAILURE(check_subscript(-1, 5), SubscriptOutOfRange);
+    EXPECT_FAILURE(check_subscript(5, 5), SubscriptOutOfRange);
+    EXPECT_FAILURE(check_subscript(0, 0), SubscriptOutOfRange);
+    EXPECT_FAILURE(check_subscript(~0ULL, 5), SubscriptOutOfRange);
+}
+
+} // namespace
+} // namespace varnoth

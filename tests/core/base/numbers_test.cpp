@@ -1,0 +1,60 @@
+#include "core/base/numbers.h"
+
+#include <cstdint>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "support/expect_failure.h"
+
+namespace varnoth {
+namespace {
+
+TEST(Numbers, RealsRoundToNearestWithTiesToEven) {
+    EXPECT_EQ(round_to_even<std::int32_t>(0.5), 0);
+    EXPECT_EQ(round_to_even<std::int32_t>(1.5), 2);
+    EXPECT_EQ(round_to_even<std::int32_t>(2.5), 2);
+    EXPECT_EQ(round_to_even<std::int32_t>(-0.5), 0);
+    EXPECT_EQ(round_to_even<std::int32_t>(-1.5), -2);
+    EXPECT_EQ(round_to_even<std::int32_t>(2.4999), 2);
+    EXPECT_EQ(round_to_even<std::int32_t>(-2.6), -3);
+}
+
+TEST(Numbers, RoundingFailsWhereTheResultDoesNotFit) {
+    EXPECT_EQ(round_to_even<std::int16_t>(32767.4), 32767);
+    EXPECT_FAILURE(round_to_even<std::int16_t>(32767.5), Overflow);
+    EXPECT_EQ(round_to_even<std::int16_t>(-32768.5), -32768);
+    EXPECT_FAILURE(round_to_even<std::int16_t>(-32769.0), Overflow);
+    EXPECT_EQ(round_to_even<std::uint8_t>(255.4), 255);
+    EXPECT_FAILURE(round_to_even<std::uint8_t>(255.5), Overflow);
+    EXPECT_FAILURE(round_to_even<std::uint8_t>(-1.0), Overflow);
+    EXPECT_EQ(round_to_even<std::int32_t>(2147483647.0), 2147483647);
+    EXPECT_FAILURE(round_to_even<std::int32_t>(2147483648.0), Overflow);
+    EXPECT_FAILURE(round_to_even<std::int32_t>(std::numeric_limits<double>::quiet_NaN()), Overflow);
+    EXPECT_FAILURE(round_to_even<std::int32_t>(std::numeric_limits<double>::infinity()), Overflow);
+}
+
+TEST(Numbers, ArithmeticFailsInsteadOfWrapping) {
+    EXPECT_EQ(checked_add<std::int16_t>(32000, 767), 32767);
+    EXPECT_FAILURE(checked_add<std::int16_t>(32000, 768), Overflow);
+    EXPECT_FAILURE(checked_subtract<std::int16_t>(-32768, 1), Overflow);
+    EXPECT_FAILURE(checked_multiply<std::int32_t>(65536, 32768), Overflow);
+    EXPECT_EQ(checked_multiply<std::int32_t>(-65536, 32768), std::numeric_limits<std::int32_t>::min());
+}
+
+TEST(Numbers, NarrowingFailsWhereTheValueDoesNotFit) {
+    EXPECT_EQ(narrow<std::uint8_t>(255), 255);
+    EXPECT_FAILURE(narrow<std::uint8_t>(256), Overflow);
+    EXPECT_FAILURE(narrow<std::uint8_t>(-1), Overflow);
+    EXPECT_FAILURE(narrow<std::int16_t>(32768), Overflow);
+    EXPECT_FAILURE(narrow<std::int32_t>(std::size_t{1} << 31), Overflow);
+    EXPECT_FAILURE(narrow<std::uint32_t>(std::int32_t{-1}), Overflow);
+}
+
+TEST(Numbers, DivisionByZeroIsAFailure) {
+    EXPECT_EQ(divide(1, 4), 0.25);
+    EXPECT_FAILURE(divide(1, 0), DivisionByZero);
+}
+
+} // namespace
+} // namespace varnoth

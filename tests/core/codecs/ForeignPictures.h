@@ -1,0 +1,274 @@
+// Files that other programs wrote, for tests of the readers: what a reader draws is held equal to what those
+// programs decode, and where it is different on purpose, to what it is meant to draw instead.
+#pragma once
+
+#include <random>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "core/codecs/LoadPCX.h"
+#include "core/codecs/LoadTGA.h"
+#include "support/TemporaryFolder.h"
+#include "support/codec_files.h"
+#include "support/foreign_tools.h"
+#include "support/pictures.h"
+
+namespace varnoth::test {
+
+using Colours = std::vector<Colour>;
+
+struct Size {
+    std::int32_t width, height;
+};
+
+inline constexpr Size usual_sizes[] = {{1, 1}, {1, 3}, {2, 3},  {3, 2},   {4, 1},
+                                       {5, 4}, {7, 5}, {33, 9}, {255, 2}, {256, 256}};
+
+enum class Palette { Any, Of200, Of16, RedAndBlue, BlackAndWhite, Greys };
+
+/// The colours of a palette; of any colour, none.
+inline Colours colours_in(Palette palette) {
+    std::mt19937 random(7);
+    Colours colours;
+    switch (palette) {
+    case Palette::Any:
+        break;
+    case Palette::Of200:
+    case Palette::Of16:
+        for (std::size_t i = 0; i < (palette == Palette::Of16 ? 16U : 200U); ++i) {
+            colours.push_back(static_cast<Colour>(random() % 0x1000000));
+        }
+        break;
+    case Palette::RedAndBlue:
+        colours = {0x0000FF, 0xFF0000};
+        break;
+    case Palette::BlackAndWhite:
+        colours = {0x000000, 0xFFFFFF};
+        break;
+    case Palette::Greys:
+        for (Colour i = 0; i < 256; ++i) {
+            colours.push_back(i * 0x010101);
+        }
+        break;
+    }
+    return colours;
+}
+
+/// Colours of these, or any, in runs of random length.
+inline Colours random_runs(const Colours& choice, std::size_t count, std::uint32_t seed) {
+    std::mt19937 random(seed);
+    Colours colours;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i > 0 && random() % 3 == 0) {
+            colours.push_back(colours.back());
+        } else {
+            colours.push_back(choice.empty() ? static_cast<Colour>(random() % 0x1000000)
+                                             : choice[random() % choice.size()]);
+        }
+    }
+    return colours;
+}
+
+/// Whether two pictures of that width have the same pixels, or where they first differ.
+inline testing::AssertionResult same(const Colours& drawn, const Colours& expected, std::int32_t width) {
+    if (drawn.size() != expected.size()) {
+        return testing::AssertionFailure() << drawn.size() << " pixels, expected " << expected.size();
+    }
+    for (std::size_t i = 0; i < drawn.size(); ++i) {
+        if (drawn[i] != expected[i]) {
+            const auto across = static_cast<std::size_t>(width);
+            return testing::AssertionFailure()
+                   << "pixel " << i % across << ", " << i / across << " is " << std::hex << drawn[i]
+                   << ", expected " << expected[i] << " (width " << std::dec << width << ")";
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+/// What a reader draws on a surface that takes its size.
+inline Colours drawn_by(const LoadPCX& reader) {
+    TestSurface target(1, 1);
+    reader.DrawPCX(target);
+    EXPECT_EQ(target.bitmap().width(), reader.Width());
+    return colours_of(target);
+}
+
+inline Colours drawn_by(const LoadTGA& reader) {
+    TestSurface target(1, 1);
+    reader.DrawTGA(target);
+    EXPECT_EQ(target.bitmap().width(), reader.Width());
+    return colours_of(target);
+}
+
+inline Truth probe(LoadPCX& reader, const std::string& path, Size& size, std::int16_t& bpp) {
+    return reader.GetInfoPCX(path, size.width, size.height, bpp);
+}
+
+inline Truth probe(LoadTGA& reader, const std::string& path, Size& size, std::int16_t& bpp) {
+    return reader.GetInfoTGA(path, size.width, size.height, bpp);
+}
+
+class ForeignPictures : public testing::Test {
+  protected:
+    /// Writes one source picture of each of the usual sizes, 0.ppm and so on, and the palette as map.ppm.
+    void write_sources(Palette palette) {
+        sources_of({std::begin(usual_sizes), std::end(usual_sizes)}, palette);
+    }
+
+    void sources_of(const std::vector<Size>& wanted, Palette palette) {
+        sizes = wanted;
+        map = colours_in(palette);
+        if (!map.empty()) {
+            write_ppm(folder.file("map.ppm"), static_cast<std::int32_t>(map.size()), map);
+        }
+        sources.clear();
+        for (const Size& size : sizes) {
+            const auto count = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
+            const auto seed = static_cast<std::uint32_t>(sources.size());
+            sources.push_back(random_runs(map, count, seed));
+            write_ppm(folder.file(std::to_string(seed) + ".ppm"), size.width, sources.back());
+        }
+    }
+
+    /// "0.ppm 1.ppm ..." with another ending.
+    std::string names(const std::string& ending) const {
+        std::string all;
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            all += std::to_string(i) + "." + ending + " ";
+        }
+        return all;
+    }
+
+    // One thread: on a busy machine ImageMagick's threads wait for each other longer than they work.
+    std::string in_folder(const std::string& command) const {
+        return "cd " + folder.path() + "; export OMP_NUM_THREADS=1; " + command;
+    }
+
+    std::string path(std::size_t i, const std::string& ending) const {
+        return folder.file(std::to_string(i) + "." + ending);
+    }
+
+    /// Lets ImageMagick write every source with these options.
+    void convert(const std::string& options, const std::string& ending, const std::string& from = "ppm") {
+        run_tool(in_folder("convert " + names(from) + options + " +adjoin %d." + ending));
+    }
+
+    /// Runs a Netpbm program on every source, by standard input.
+    void netpbm(const std::string& program, const std::string& ending, const std::string& from = "ppm") {
+        run_tool(in_folder("for i in " + numbers() + "; do " + program + " < $i." + from + " > $i." + ending +
+                           "; done"));
+    }
+
+    /// Without -auto-orient, ImageMagick leaves the rows in the order of the file.
+    std::vector<ForeignPicture> decoded_by_convert(const std::string& ending) {
+        return pictures_from_tool(
+            in_folder("convert " + names(ending) + "-auto-orient -alpha off -depth 8 ppm:-"));
+    }
+
+    std::vector<ForeignPicture> decoded_by(const std::string& program, const std::string& ending) {
+        return pictures_from_tool(
+            in_folder("for i in " + numbers() + "; do " + program + " $i." + ending + "; done"));
+    }
+
+    /// Every file of that ending: the probe tells its size and what a new reader draws is what the sources,
+    /// and all the foreign decoders, show.
+    template <typename Reader>
+    void expect_equal(const std::string& ending, const std::vector<std::vector<ForeignPicture>>& decoded) {
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            SCOPED_TRACE(path(i, ending));
+            Reader reader;
+            Size size{};
+            std::int16_t bpp = 0;
+            EXPECT_EQ(probe(reader, path(i, ending), size, bpp), True);
+            EXPECT_EQ(size.width, sizes[i].width);
+            EXPECT_EQ(size.height, sizes[i].height);
+            reader.Load(path(i, ending));
+            EXPECT_EQ(reader.Bpp(), bpp);
+            const Colours drawn = drawn_by(reader);
+            EXPECT_TRUE(same(drawn, sources[i], size.width));
+            for (const std::vector<ForeignPicture>& pictures : decoded) {
+                ASSERT_EQ(pictures.size(), sources.size());
+                EXPECT_TRUE(same(drawn, pictures[i].colours, size.width));
+            }
+        }
+    }
+
+    void expect_equal_pcx() {
+        expect_equal<LoadPCX>("pcx", {decoded_by_convert("pcx"), decoded_by("pcxtoppm", "pcx")});
+    }
+
+    void expect_equal_tga() {
+        expect_equal<LoadTGA>("tga", {decoded_by_convert("tga"), decoded_by("tgatoppm", "tga")});
+    }
+
+    PcxHeader pcx_header(std::size_t i) const {
+        const Bytes bytes = read_file(path(i, "pcx"));
+        return PcxHeader::from_bytes(std::span<const std::uint8_t>(bytes).first<PcxHeader::size>());
+    }
+
+    TgaHeader tga_header(std::size_t i) const {
+        const Bytes bytes = read_file(path(i, "tga"));
+        return TgaHeader::from_bytes(std::span<const std::uint8_t>(bytes).first<TgaHeader::size>());
+    }
+
+    /// Every PCX file has this layout.
+    void expect_layout(int bits, int planes, int encoding) const {
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            EXPECT_EQ(pcx_header(i).BitsPerPixel, bits) << i;
+            EXPECT_EQ(pcx_header(i).NPlanes, planes) << i;
+            EXPECT_EQ(pcx_header(i).Encoding, encoding) << i;
+        }
+    }
+
+    /// What is drawn of the 1-bit PCX files is white where the sources have the second colour of the file's
+    /// map, else black.
+    void expect_white_for_the_second_colour() const {
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            const PcxHeader header = pcx_header(i);
+            const Colour second = make_colour(header.ColorMap[3], header.ColorMap[4], header.ColorMap[5]);
+            Colours expected;
+            for (const Colour colour : sources[i]) {
+                expected.push_back(colour == second ? 0xFFFFFF : 0x000000);
+            }
+            LoadPCX reader;
+            reader.Load(path(i, "pcx"));
+            EXPECT_TRUE(same(drawn_by(reader), expected, sizes[i].width)) << i;
+        }
+    }
+
+    /// Every TGA file is of this kind.
+    void expect_kind(int type, int depth, int descriptor_bit_5) const {
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            EXPECT_EQ(tga_header(i).ImageType, type) << i;
+            EXPECT_EQ(tga_header(i).PixelDepth, depth) << i;
+            EXPECT_EQ(tga_header(i).ImageDescriptor & 32, descriptor_bit_5) << i;
+        }
+    }
+
+    /// "width height" of every file, as ImageMagick tells it.
+    std::vector<std::string> identified(const std::string& ending) {
+        std::istringstream text(run_tool(in_folder("identify -format '%w %h\\n' " + names(ending))));
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(text, line);) {
+            lines.push_back(line);
+        }
+        return lines;
+    }
+
+    TemporaryFolder folder;
+    std::vector<Size> sizes;
+    Colours map;
+    std::vector<Colours> sources;
+
+  private:
+    std::string numbers() const {
+        std::string all;
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            all += std::to_string(i) + " ";
+        }
+        return all;
+    }
+};
+
+} // namespace varnoth::test

@@ -1,0 +1,222 @@
+#include <numeric>
+
+#include "core/codecs/CBitmap.h"
+#include "core/codecs/LoadPCX.h"
+#include "core/codecs/LoadTgaTest.h"
+#include "core/codecs/reader_parts.h"
+#include "support/expect_failure.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using namespace test::tga; // NOLINT: what the tests of this reader share
+using test::Bytes;
+using test::bytes_of;
+using test::counting;
+using test::decoded_colours;
+using test::Info;
+using test::joined;
+using test::TestSurface;
+
+using Colours = std::vector<Colour>;
+
+TEST(ReaderParts, BitsAreCountedFromTheMostSignificantAs1) {
+    for (std::int32_t position = 1; position <= 8; ++position) {
+        for (int bit = 0; bit < 8; ++bit) {
+            EXPECT_EQ(TestBit(static_cast<std::uint8_t>(1 << bit), position), position == 8 - bit ? 1 : 0);
+        }
+    }
+    EXPECT_EQ(TestBit(255, 0), 0);
+    EXPECT_EQ(TestBit(255, 9), 0);
+    EXPECT_EQ(TestBit(255, -1), 0);
+}
+
+TEST_F(LoadTga, ANewObjectCountsInTwipsScalesItsTargetAndHasNoSize) {
+    EXPECT_EQ(reader.ScaleMode(), 1);
+    EXPECT_EQ(reader.Autoscale(), -1);
+    EXPECT_EQ(reader.TGAWidth(), 0);
+    EXPECT_EQ(reader.TGAHeight(), 0);
+    EXPECT_EQ(reader.IsTGA(), False);
+    EXPECT_EQ(reader.Compressed(), False);
+}
+
+TEST_F(LoadTga, ScaleModeSetTo5ReadsBackAs1AndMinus1StaysAndGivesNoSize) {
+    load(header_of(2, 24, 2, 1), counting(6));
+    reader.SetScaleMode(5);
+    EXPECT_EQ(reader.ScaleMode(), 1);
+    EXPECT_EQ(reader.TGAWidth(), 30);
+    EXPECT_EQ(reader.TGAHeight(), 15);
+    reader.SetScaleMode(0);
+    EXPECT_EQ(reader.TGAWidth(), 2);
+    EXPECT_EQ(reader.TGAHeight(), 1);
+    reader.SetScaleMode(-1);
+    EXPECT_EQ(reader.ScaleMode(), -1);
+    EXPECT_EQ(reader.TGAWidth(), 0);
+    EXPECT_EQ(reader.TGAHeight(), 0);
+    reader.SetAutoscale(5);
+    EXPECT_EQ(reader.Autoscale(), 5);
+}
+
+// The look at the header.
+
+TEST_F(LoadTga, TheProbeTellsTheFilesSizeWithoutSubtractingTheOriginAndLeavesTheObjectAlone) {
+    EXPECT_EQ(info(with_origin(header_of(2, 24, 100, 50), 10, 20)), (Info{True, 100, 50, 24}));
+    EXPECT_EQ(reader.Width(), 0);
+    EXPECT_EQ(reader.Header(), TgaHeader{});
+}
+
+TEST_F(LoadTga, TheProbeAcceptsEightTypesAndFourDepths) {
+    for (int type = 0; type < 40; ++type) {
+        const bool known = (type >= 1 && type <= 3) || (type >= 9 && type <= 11) || type == 32 || type == 33;
+        EXPECT_EQ(info(header_of(type, 24, 3, 2)), (Info{truth(known), 3, 2, 24})) << type;
+    }
+    for (int depth = 0; depth < 40; ++depth) {
+        const bool known = depth == 8 || depth == 16 || depth == 24 || depth == 32;
+        EXPECT_EQ(info(header_of(2, depth, 3, 2)).answer, truth(known)) << depth;
+    }
+}
+
+TEST_F(LoadTga, TheProbeAcceptsASideOf0AndBelow) {
+    EXPECT_EQ(info(header_of(2, 24, 3, 0)), (Info{True, 3, 0, 24}));
+    EXPECT_EQ(info(header_of(2, 24, 0, 2)), (Info{True, 0, 2, 24}));
+    EXPECT_EQ(info(header_of(2, 24, -3, -2)), (Info{True, -3, -2, 24}));
+}
+
+TEST_F(LoadTga, TheProbeTurnsAFileThatCannotBeOpenedIntoFalse) {
+    EXPECT_EQ(info_of(folder.file("none.tga")), (Info{False, 77, 77, 77}));
+    EXPECT_EQ(info_of(folder.path()), (Info{False, 77, 77, 77}));
+}
+
+TEST_F(LoadTga, TheProbeTakesWhatAShortFileLacksForZero) {
+    EXPECT_EQ(info_of(folder.write("a.tga", Bytes{})), (Info{False, 0, 0, 0}));
+    EXPECT_EQ(info_of(folder.write("a.tga", Bytes{0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 9})),
+              (Info{False, 9, 0, 0}));
+}
+
+TEST_F(LoadTga, TheLoadedHeaderIsJudgedByTheSameTests) {
+    load(header_of(99, 24, 1, 1), {1, 2, 3});
+    EXPECT_EQ(reader.IsTGA(), False);
+    EXPECT_EQ(reader.Bpp(), 24);
+    EXPECT_EQ(decoded_colours(), (Colours{0x010203}));
+    load(header_of(33, 24, 1, 1), {1, 2, 3});
+    EXPECT_EQ(reader.IsTGA(), True);
+}
+
+TEST_F(LoadTga, CompressedIsTrueForTypes9And10Only) {
+    for (const int type : {1, 2, 3, 9, 10, 11, 32, 33}) {
+        load(header_of(type, 24, 1, 1), {0, 1, 2, 3});
+        EXPECT_EQ(reader.Compressed(), truth(type == 9 || type == 10)) << type;
+    }
+}
+
+TEST_F(LoadTga, ADepthThatIsNotKnownKeepsThePictureAndTheSizeInPixelsButNotInTwips) {
+    load(header_of(2, 24, 2, 1), counting(6));
+    const auto old = CBitmap::CurrentBitmap;
+    load(header_of(2, 15, 7, 5), counting(99));
+    EXPECT_EQ(CBitmap::CurrentBitmap, old);
+    EXPECT_EQ(reader.Width(), 2);
+    EXPECT_EQ(reader.Height(), 1);
+    EXPECT_EQ(reader.TwipWidth(), 7 * 15);
+    EXPECT_EQ(reader.TwipHeight(), 5 * 15);
+}
+
+// Sizes and direction.
+
+TEST_F(LoadTga, AnOriginOf10OnAWidthOf100GivesAWidthOf90AndTwipsOf100AndSkewsThePicture) {
+    Bytes data;
+    for (int y = 0; y < 2; ++y) {
+        for (int x = 0; x < 100; ++x) {
+            data.insert(data.end(), {static_cast<std::uint8_t>(x), static_cast<std::uint8_t>(y), 0});
+        }
+    }
+    load(with_origin(header_of(2, 24, 100, 2), 10, 0), data);
+    EXPECT_EQ(reader.Width(), 90);
+    EXPECT_EQ(reader.TwipWidth(), 1500);
+    EXPECT_EQ(reader.TGAWidth(), 1500);
+    reader.SetScaleMode(0);
+    EXPECT_EQ(reader.TGAWidth(), 90);
+    const Colours colours = decoded_colours();
+    ASSERT_EQ(colours.size(), 180U);
+    EXPECT_EQ(colours[89], make_colour(0, 0, 89));
+    // The second row starts with the ten pixels that the first had left.
+    EXPECT_EQ(colours[90], make_colour(0, 0, 90));
+    EXPECT_EQ(colours[100], make_colour(0, 1, 0));
+}
+
+TEST_F(LoadTga, AtEightBitsAnOriginCutsRowsThatStayAsLongAsTheyAre) {
+    load(with_origin(with_map(header_of(1, 8, 8, 2), 16, 24), 4, 0),
+         joined({map24(16), {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}}));
+    // Rows of 8 bytes meet a picture of rows of 4.
+    EXPECT_EQ(decoded_colours(), (Colours{map_colour(0), map_colour(1), map_colour(2), map_colour(3),
+                                          map_colour(4), map_colour(5), map_colour(6), map_colour(7)}));
+}
+
+TEST_F(LoadTga, ASizeOutside16BitsIsAnOverflow) {
+    EXPECT_FAILURE(load(with_origin(header_of(2, 24, 1, 1), -32767, 0), counting(3)), Overflow);
+    EXPECT_FAILURE(load(with_origin(header_of(2, 24, 1, 1), 0, -32767), counting(3)), Overflow);
+    read_map24(1);
+    EXPECT_FAILURE(load(with_origin(header_of(3, 8, 1, 1), -32767, 0), counting(3)), Overflow);
+}
+
+TEST_F(LoadTga, ABottomUpPictureHasItsFirstRowAtTheBottomAndBit5ShowsItUprightWithoutMovingARow) {
+    TgaHeader header = header_of(2, 24, 1, 2);
+    load(header, {1, 1, 1, 2, 2, 2});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010101, 0x020202}));
+    header.ImageDescriptor = static_cast<std::uint8_t>(~32);
+    load(header, {1, 1, 1, 2, 2, 2});
+    EXPECT_EQ(decoded_colours(), (Colours{0x020202, 0x010101}));
+}
+
+TEST_F(LoadTga, RightToLeftIsNotRead) {
+    TgaHeader header = header_of(2, 24, 2, 1);
+    header.ImageDescriptor = 32 + 16;
+    load(header, {1, 1, 1, 2, 2, 2});
+    EXPECT_EQ(decoded_colours(), (Colours{0x010101, 0x020202}));
+}
+
+// Objects and files.
+
+TEST_F(LoadTga, TwoReadersShareThePictureOfTheLaterLoadEachWithItsOwnSize) {
+    load(header_of(2, 24, 2, 1), {1, 1, 1, 2, 2, 2});
+    LoadTGA later;
+    later.Load(file(header_of(2, 24, 1, 2), {8, 8, 8, 9, 9, 9}));
+    TestSurface target(1, 1);
+    reader.DrawTGA(target);
+    EXPECT_EQ(test::colours_of(target), (Colours{0x080808, 0}));
+    later.DrawTGA(target);
+    EXPECT_EQ(test::colours_of(target), (Colours{0x080808, 0x090909}));
+}
+
+TEST_F(LoadTga, BothReadersShareTheColourTableOf256) {
+    read_map24(2);
+    load(with_map(header_of(1, 8, 1, 1), 2, 24), joined({map24(2), {1}}));
+    // The picture keeps its colours when the other reader fills the table anew.
+    PcxHeader header;
+    header.BitsPerPixel = 8;
+    header.NPlanes = 1;
+    header.BytesPerLine = 1;
+    LoadPCX other;
+    const auto current = CBitmap::CurrentBitmap;
+    other.Load(folder.write("a.pcx", joined({bytes_of(header), Bytes(769, 1)})));
+    EXPECT_EQ(current->pixel(0, 0), map_colour(1));
+    CBitmap::CreateBitmap8(Bytes{1}, 1, 1, 0);
+    EXPECT_EQ(decoded_colours(), (Colours{0x010101}));
+}
+
+TEST_F(LoadTga, AFileThatIsNotThereIsAFailure) {
+    EXPECT_FAILURE(reader.Load(folder.file("none.tga")), FileNotFound);
+}
+
+TEST_F(LoadTga, AHeaderThatTheFileCutsShortIsZeroInTheMissingBytes) {
+    load(header_of(2, 24, 1, 1), {1, 2, 3});
+    const auto old = CBitmap::CurrentBitmap;
+    reader.Load(folder.write("b.tga", Bytes{1, 1, 2, 1, 1, 1, 1, 1, 0, 0, 0, 0, 9, 0, 8}));
+    EXPECT_EQ(reader.TwipWidth(), 9 * 15);
+    EXPECT_EQ(reader.TwipHeight(), 8 * 15);
+    EXPECT_EQ(reader.Bpp(), 0);
+    EXPECT_EQ(CBitmap::CurrentBitmap, old);
+}
+
+} // namespace
+} // namespace varnoth

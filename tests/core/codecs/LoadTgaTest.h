@@ -1,0 +1,86 @@
+// For tests of LoadTGA: headers, small pieces of files, and a reader with a folder for files.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "core/codecs/LoadTGA.h"
+#include "support/TemporaryFolder.h"
+#include "support/codec_files.h"
+
+namespace varnoth::test::tga {
+
+/// Top row first, so that colours come out in the order of the file.
+inline TgaHeader header_of(int type, int depth, int width, int height) {
+    TgaHeader header;
+    header.ImageType = static_cast<std::uint8_t>(type);
+    header.PixelDepth = static_cast<std::uint8_t>(depth);
+    header.ImageWidth = static_cast<std::int16_t>(width);
+    header.ImageHeight = static_cast<std::int16_t>(height);
+    header.ImageDescriptor = 32;
+    return header;
+}
+
+inline TgaHeader with_map(TgaHeader header, int entries, int depth) {
+    header.ColorMapType = 1;
+    header.ColorMapLength = static_cast<std::int16_t>(entries);
+    header.ColorMapDepth = static_cast<std::uint8_t>(depth);
+    return header;
+}
+
+inline TgaHeader with_origin(TgaHeader header, int x, int y) {
+    header.XOrigin = static_cast<std::int16_t>(x);
+    header.YOrigin = static_cast<std::int16_t>(y);
+    return header;
+}
+
+/// Entries of blue i, green 2i, red 3i, as far as a byte goes.
+inline Bytes map24(int entries) {
+    Bytes bytes;
+    for (int i = 0; i < entries; ++i) {
+        for (const int factor : {1, 2, 3}) {
+            bytes.push_back(static_cast<std::uint8_t>(factor * i));
+        }
+    }
+    return bytes;
+}
+
+inline Colour map_colour(int i) {
+    return make_colour(static_cast<std::uint8_t>(3 * i), static_cast<std::uint8_t>(2 * i),
+                       static_cast<std::uint8_t>(i));
+}
+
+/// All of it, the zeros that are not held included.
+inline Bytes whole(const LoadTGA::Expansion& expansion) {
+    Bytes bytes = bytes_of(expansion.held);
+    EXPECT_LE(static_cast<std::int64_t>(bytes.size()), expansion.length);
+    bytes.resize(static_cast<std::size_t>(expansion.length));
+    return bytes;
+}
+
+class LoadTga : public testing::Test {
+  protected:
+    std::string file(const TgaHeader& header, const Bytes& data = {}) {
+        return folder.write("a.tga", joined({bytes_of(header), data}));
+    }
+
+    void load(const TgaHeader& header, const Bytes& data = {}) { reader.Load(file(header, data)); }
+
+    Info info_of(const std::string& path) {
+        Info result;
+        result.answer = reader.GetInfoTGA(path, result.width, result.height, result.bpp);
+        return result;
+    }
+
+    Info info(const TgaHeader& header) { return info_of(file(header)); }
+
+    /// Lets the object read a 24-bit map, as an 8-bit picture of one pixel brings it.
+    void read_map24(int entries) { load(with_map(header_of(1, 8, 1, 1), entries, 24), map24(entries)); }
+
+    TemporaryFolder folder;
+    LoadTGA reader;
+};
+
+} // namespace varnoth::test::tga

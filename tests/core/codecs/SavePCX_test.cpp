@@ -1,0 +1,287 @@
+#include "core/codecs/SavePCX.h"
+
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "core/base/bytes.h"
+#include "core/base/files.h"
+#include "reference/PcxRle.h"
+#include "support/TemporaryFolder.h"
+#include "support/expect_failure.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using test::read_file;
+using test::surface_of;
+using test::TemporaryFolder;
+using test::TestSurface;
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::size_t header_bytes = 128;
+
+Bytes encoded(const Bytes& bytes, std::int32_t line = 1) {
+    const ByteArray packed = SavePCX::EncodeRle(bytes, line);
+    return {packed.bytes().begin(), packed.bytes().end()};
+}
+
+// By the format's own rule: a byte above 192 repeats the next one.
+Bytes decoded(std::span<const std::uint8_t> bytes) {
+    Bytes out;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (bytes[i] >= 192) {
+            EXPECT_NE(bytes[i], 192) << "a run of nothing";
+            out.insert(out.end(), bytes[i] - 192U, bytes[i + 1]);
+            ++i;
+        } else {
+            out.push_back(bytes[i]);
+        }
+    }
+    return out;
+}
+
+Bytes written(PictureSurface& picture, Truth compress) {
+    const TemporaryFolder folder;
+    SavePCX writer;
+    writer.SavePCXinFile(folder.file("a.pcx"), picture, compress);
+    return read_file(folder.file("a.pcx"));
+}
+
+Bytes data_of(const Bytes& file) {
+    return {file.begin() + header_bytes, file.end()};
+}
+
+TEST(SavePcx, APictureOf5By2HasXMax5YMax2BytesPerLine6And36BytesOfPlainData) {
+    const Bytes file = written(*test::random_surface(5, 2, test::Character::Noise, 1), False);
+    EXPECT_EQ(get_i16(file, 8), 5);
+    EXPECT_EQ(get_i16(file, 10), 2);
+    EXPECT_EQ(get_i16(file, 66), 6);
+    EXPECT_EQ(file.size(), header_bytes + 36);
+}
+
+TEST(SavePcx, TheHeaderSaysVersion5ThreePlanesOf8BitsOriginOneAnd96DotsAndIsZeroElsewhere) {
+    TestSurface picture(4, 3);
+    Bytes expected(header_bytes);
+    expected[0] = 10;
+    expected[1] = 5;
+    expected[3] = 8;
+    expected[4] = expected[6] = 1;
+    expected[8] = 4;
+    expected[10] = 3;
+    expected[12] = expected[14] = 96;
+    expected[65] = 3;
+    expected[66] = 4;
+    Bytes header = written(picture, False);
+    header.resize(header_bytes);
+    EXPECT_EQ(header, expected);
+    expected[2] = 1;
+    header = written(picture, True);
+    header.resize(header_bytes);
+    EXPECT_EQ(header, expected);
+}
+
+TEST(SavePcx, CompressFalseWritesEncoding0AndThePlainPlanes) {
+    const auto picture = surface_of(2, 2, {0x030201, 0x060504, 0x090807, 0x0C0B0A});
+    const Bytes file = written(*picture, False);
+    EXPECT_EQ(file[2], 0);
+    EXPECT_EQ(data_of(file), (Bytes{1, 4, 2, 5, 3, 6, 7, 10, 8, 11, 9, 12}))
+        << "red, green, blue lines, top row first";
+}
+
+TEST(SavePcx, CompressTrueWritesEncoding1AndThePackedPlanes) {
+    const auto picture = surface_of(2, 1, {0x0302C8, 0x0302C9});
+    const Bytes file = written(*picture, True);
+    EXPECT_EQ(file[2], 1);
+    EXPECT_EQ(data_of(file), (Bytes{193, 200, 193, 201, 194, 2, 194, 3}));
+}
+
+TEST(SavePcx, AnotherCompressThanTrueOrFalseWritesWhatWasPackedBefore) {
+    const TemporaryFolder folder;
+    const std::string path = folder.file("a.pcx");
+    const auto picture = surface_of(2, 1, {0x030201, 0x060504});
+    TestSurface earlier(2, 2, 32, 0, 0x050505);
+    SavePCX writer;
+    writer.SavePCXinFile(path, *picture, 1);
+    Bytes file = read_file(path);
+    EXPECT_EQ(file.size(), header_bytes) << "nothing was";
+    EXPECT_EQ(file[2], 0);
+    writer.SavePCXinFile(path, earlier, True);
+    for (const Truth compress : {Truth{1}, Truth{-2}}) {
+        writer.SavePCXinFile(path, *picture, compress);
+        file = read_file(path);
+        EXPECT_EQ(get_i16(file, 8), 2);
+        EXPECT_EQ(get_i16(file, 10), 1);
+        EXPECT_EQ(file[2], 0);
+        EXPECT_EQ(data_of(file), (Bytes{192 + 12, 5}));
+    }
+}
+
+TEST(SavePcx, PlainPlanesLeaveWhatWasPackedBefore) {
+    const TemporaryFolder folder;
+    TestSurface picture(2, 2, 32, 0, 0x050505);
+    SavePCX writer;
+    writer.SavePCXinFile(folder.file("a"), picture, True);
+    writer.SavePCXinFile(folder.file("b"), picture, False);
+    writer.SavePCXinFile(folder.file("c"), picture, 1);
+    EXPECT_EQ(data_of(read_file(folder.file("b"))), Bytes(12, 5));
+    EXPECT_EQ(data_of(read_file(folder.file("c"))), (Bytes{192 + 12, 5}));
+}
+
+TEST(SavePcx, TheExtraColumnOfAnOddWidthIsWhatFollowsTheRow) {
+    // One pixel and a padding byte make a row of 4 bytes: the extra pixel is the padding, then the next row's
+    // blue and green; behind the last row there is nothing but zeros.
+    const auto narrow_picture = surface_of(1, 2, {0x030201, 0x060504});
+    EXPECT_EQ(data_of(written(*narrow_picture, False)), (Bytes{1, 5, 2, 6, 3, 0, 4, 0, 5, 0, 6, 0}));
+    // Three pixels are padded by three bytes, which are the extra pixel.
+    const auto black_behind = surface_of(3, 2, {0x010101, 0x020202, 0x030303, 0x040404, 0x050505, 0x060606});
+    const Bytes rows = data_of(written(*black_behind, False));
+    EXPECT_EQ((Bytes{rows.begin(), rows.begin() + 4}), (Bytes{1, 2, 3, 0}));
+    EXPECT_EQ((Bytes{rows.begin() + 12, rows.begin() + 16}), (Bytes{4, 5, 6, 0}));
+    // Five pixels are padded by one byte again.
+    const auto five = surface_of(5, 2, {1, 1, 1, 1, 1, 0x0A0908, 1, 1, 1, 1});
+    const Bytes lines = data_of(written(*five, False));
+    EXPECT_EQ(lines[5], 9) << "red: the green of the next row's first pixel";
+    EXPECT_EQ(lines[11], 10) << "green: its blue";
+    EXPECT_EQ(lines[17], 0) << "blue: the padding byte";
+}
+
+TEST(SavePcx, OneHundredAndThirtyEqualBytesEncodeAsTwoRunsOf63AndOneOf4) {
+    EXPECT_EQ(encoded(Bytes(130, 7)), (Bytes{255, 7, 255, 7, 196, 7}));
+}
+
+TEST(SavePcx, ASingleByte200EncodesAs193And200) {
+    EXPECT_EQ(encoded({200}), (Bytes{193, 200}));
+    EXPECT_EQ(encoded({192}), (Bytes{193, 192}));
+}
+
+TEST(SavePcx, ASingleByte191EncodesAsItself) {
+    EXPECT_EQ(encoded({191}), (Bytes{191}));
+}
+
+TEST(SavePcx, TwoEqualBytesAreARunWhateverTheirValue) {
+    EXPECT_EQ(encoded({0, 0, 255, 255}), (Bytes{194, 0, 194, 255}));
+    EXPECT_EQ(encoded(Bytes(63, 1)), (Bytes{255, 1}));
+    EXPECT_EQ(encoded(Bytes(64, 1)), (Bytes{255, 1, 1}));
+}
+
+TEST(SavePcx, RunsGoOverLineEndsAndTheLineLengthChangesNothing) {
+    // Grey of one level: nine lines of two bytes are one run.
+    const auto picture = surface_of(2, 3, std::vector<Colour>(6, 0x070707));
+    EXPECT_EQ(data_of(written(*picture, True)), (Bytes{192 + 18, 7}));
+    const Bytes bytes{1, 1, 1, 200, 5, 5};
+    EXPECT_EQ(encoded(bytes, 2), encoded(bytes, 6));
+}
+
+TEST(SavePcx, TheEncoderDividesByTheLineLength) {
+    EXPECT_FAILURE(SavePCX::EncodeRle(Bytes{1, 2}, 0), DivisionByZero);
+}
+
+TEST(SavePcx, TheEncoderAlwaysEqualsThePlainStepsAndDecodesToItsInput) {
+    std::mt19937 random(5);
+    for (int i = 0; i < 5000; ++i) {
+        Bytes bytes(i < 200 ? static_cast<std::size_t>(i % 8) : random() % 400);
+        const std::size_t sameness = random() % 40;
+        for (std::size_t k = 0; k < bytes.size(); ++k) {
+            bytes[k] =
+                k > 0 && random() % 40 < sameness ? bytes[k - 1] : static_cast<std::uint8_t>(random() % 256);
+        }
+        const Bytes packed = encoded(bytes);
+        ASSERT_EQ(packed, reference::encode_pcx_rle(bytes)) << "input " << i;
+        ASSERT_EQ(decoded(packed), bytes) << "input " << i;
+    }
+}
+
+TEST(SavePcx, TheOldFileIsReplacedWithoutAQuestion) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.pcx", Bytes(5000, 1));
+    TestSurface picture(2, 2);
+    SavePCX().SavePCXinFile(path, picture, False);
+    EXPECT_EQ(read_file(path).size(), header_bytes + 12);
+}
+
+TEST(SavePcx, AReadOnlyFileStaysAndIsAFailure) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.pcx", Bytes{1, 2, 3});
+    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+    TestSurface picture(2, 2);
+    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, picture, False), PermissionDenied);
+    EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
+}
+
+TEST(SavePcx, AFolderInTheFilesPlaceOrAMissingFolderIsAFailure) {
+    const TemporaryFolder folder;
+    TestSurface picture(2, 2);
+    EXPECT_FAILURE(SavePCX().SavePCXinFile(folder.path(), picture, False), PermissionDenied);
+    EXPECT_FAILURE(SavePCX().SavePCXinFile(folder.file("none/a.pcx"), picture, False), PathNotFound);
+}
+
+TEST(SavePcx, APictureWithoutPixelsIsAFailureAndTheOldFileStays) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.pcx", Bytes{1, 2, 3});
+    TestSurface no_width(0, 2);
+    TestSurface no_height(2, 0);
+    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, no_width, True), SubscriptOutOfRange);
+    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, no_height, False), SubscriptOutOfRange);
+    EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
+}
+
+TEST(SavePcx, SidesThatTheHeaderCannotHoldAreAnOverflowBeforeTheOldFileIsTouched) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.pcx", Bytes{1, 2, 3});
+    TestSurface wide(32768, 1);
+    TestSurface high(1, 32768);
+    TestSurface wide_line(32767, 1);
+    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, wide, False), Overflow);
+    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, high, False), Overflow);
+    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, wide_line, False), Overflow)
+        << "its line would take 32768 bytes";
+    EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
+    TestSurface widest(32766, 1);
+    SavePCX().SavePCXinFile(path, widest, True);
+    EXPECT_EQ(get_i16(read_file(path), 66), 32766);
+    TestSurface highest(1, 32767);
+    SavePCX().SavePCXinFile(path, highest, True);
+    EXPECT_EQ(get_i16(read_file(path), 10), 32767);
+}
+
+TEST(SavePcx, SizesCountInPixelsWhateverTheScaleModesWhichStayAsTheyWere) {
+    TestSurface picture(4, 3);
+    picture.ScaleMode = ScaleTwips;
+    picture.Parent()->ScaleMode = ScaleTwips;
+    const Bytes file = written(picture, False);
+    EXPECT_EQ(get_i16(file, 8), 4);
+    EXPECT_EQ(get_i16(file, 10), 3);
+    EXPECT_EQ(picture.ScaleMode, ScaleTwips);
+    EXPECT_EQ(picture.Parent()->ScaleMode, ScaleTwips);
+}
+
+TEST(SavePcx, ATopLevelFormIsWrittenToo) {
+    PictureSurface form({nullptr, 2, 1, 32, 0, 0x332211});
+    EXPECT_EQ(data_of(written(form, False)), (Bytes{0x11, 0x11, 0x22, 0x22, 0x33, 0x33}));
+}
+
+TEST(SavePcx, OnlyTheInnerAreaIsWrittenAndEveryDepthGives24Bits) {
+    for (const std::int32_t bits : {16, 24, 32}) {
+        TestSurface picture(2, 1, bits, 3, 0);
+        picture.PSet(0, 0, 0xFF0000);
+        picture.PSet(1, 0, 0x0000FF);
+        EXPECT_EQ(data_of(written(picture, False)), (Bytes{0, 255, 0, 0, 255, 0})) << bits;
+    }
+}
+
+TEST(SavePcx, OneObjectWritesAnyNumberOfFiles) {
+    const TemporaryFolder folder;
+    SavePCX writer;
+    TestSurface large(9, 9);
+    TestSurface small(2, 1, 32, 0, 0x050505);
+    writer.SavePCXinFile(folder.file("a"), large, True);
+    writer.SavePCXinFile(folder.file("b"), small, False);
+    writer.SavePCXinFile(folder.file("c"), small, True);
+    EXPECT_EQ(data_of(read_file(folder.file("b"))), Bytes(6, 5));
+    EXPECT_EQ(data_of(read_file(folder.file("c"))), (Bytes{198, 5}));
+}
+
+} // namespace
+} // namespace varnoth

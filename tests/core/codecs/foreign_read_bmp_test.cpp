@@ -1,0 +1,146 @@
+// BMP files that other programs wrote, and random ones that ImageMagick reads too.
+#include <gtest/gtest.h>
+
+#include "core/codecs/read_bmp.h"
+#include "support/TemporaryFolder.h"
+#include "support/made_bmp.h"
+#include "support/pictures.h"
+#include "support/thoroughness.h"
+
+namespace varnoth {
+namespace {
+
+using test::Bytes;
+using test::Character;
+using test::ForeignPicture;
+using test::MadeBmp;
+
+struct Size {
+    std::int32_t width;
+    std::int32_t height;
+};
+
+constexpr Size odd_sizes[] = {{1, 1}, {2, 3}, {3, 2}, {4, 4}, {5, 3}, {17, 9}, {256, 256}};
+
+ForeignPicture read(const Bytes& file) {
+    return test::picture_of(read_bmp(file, 256 * 256));
+}
+
+class ForeignBmpFiles : public testing::Test {
+  protected:
+    /// Lets a command turn in.ppm into out.bmp for every size and holds the reader equal to what ImageMagick
+    /// reads from it.
+    void expect_read_as_by_imagemagick(Character character, const std::string& command) const {
+        std::uint32_t seed = 0;
+        for (const Size size : odd_sizes) {
+            SCOPED_TRACE(command + " at " + std::to_string(size.width) + "x" + std::to_string(size.height));
+            const auto count = static_cast<std::size_t>(size.width * size.height);
+            test::write_ppm(
+                folder_.file("in.ppm"), size.width,
+                test::random_colours(count, static_cast<std::size_t>(size.width), character, ++seed));
+            test::run_tool("cd " + folder_.path() + "; " + command);
+            const ForeignPicture theirs =
+                test::picture_from_tool("convert " + folder_.file("out.bmp") + " -alpha off -depth 8 ppm:-");
+            const ForeignPicture ours = read(written());
+            ASSERT_EQ(ours.width, size.width);
+            ASSERT_EQ(ours.height, size.height);
+            EXPECT_EQ(ours.colours, theirs.colours);
+        }
+    }
+
+    Bytes written() const { return test::read_file(folder_.file("out.bmp")); }
+
+    /// Bits a pixel of the last file, so that a tool's choice cannot empty a test.
+    std::uint16_t written_bits() const {
+        const Bytes bytes = written();
+        return get_u16(bytes, get_u32(bytes, 14) == 12 ? 24 : 28);
+    }
+
+    test::TemporaryFolder folder_;
+};
+
+TEST_F(ForeignBmpFiles, Of24BitsAreReadAsByOthers) {
+    expect_read_as_by_imagemagick(Character::Noise, "convert in.ppm -type TrueColor BMP3:out.bmp");
+    EXPECT_EQ(written_bits(), 24);
+}
+
+TEST_F(ForeignBmpFiles, WithTheHeaderOf12BytesAreReadAsByOthers) {
+    expect_read_as_by_imagemagick(Character::Noise, "convert in.ppm -type TrueColor BMP2:out.bmp");
+    EXPECT_EQ(written()[14], 12);
+    expect_read_as_by_imagemagick(Character::FewColours, "ppmtobmp -os2 -bpp=8 in.ppm > out.bmp");
+    EXPECT_EQ(written()[14], 12);
+}
+
+TEST_F(ForeignBmpFiles, Of8BitsAreReadAsByOthers) {
+    expect_read_as_by_imagemagick(Character::Smooth,
+                                  "convert in.ppm -colors 200 -type Palette -compress None BMP3:out.bmp");
+    EXPECT_EQ(written_bits(), 8);
+    expect_read_as_by_imagemagick(Character::FewColours, "ppmtobmp -windows -bpp=8 in.ppm > out.bmp");
+}
+
+TEST_F(ForeignBmpFiles, Of4BitsAreReadAsByOthers) {
+    expect_read_as_by_imagemagick(Character::Smooth,
+                                  "pnmquant 16 in.ppm | ppmtobmp -windows -bpp=4 > out.bmp");
+    EXPECT_EQ(written_bits(), 4);
+}
+
+TEST_F(ForeignBmpFiles, Of1BitAreReadAsByOthers) {
+    expect_read_as_by_imagemagick(Character::Smooth, "convert in.ppm -monochrome BMP3:out.bmp");
+    EXPECT_EQ(written_bits(), 1);
+    expect_read_as_by_imagemagick(Character::Noise, "pnmquant 2 in.ppm | ppmtobmp -windows -bpp=1 > out.bmp");
+    EXPECT_EQ(written_bits(), 1);
+}
+
+TEST_F(ForeignBmpFiles, Of16BitsAreReadAsByOthers) {
+    expect_read_as_by_imagemagick(Character::Noise,
+                                  "convert in.ppm -type TrueColor -define bmp:subtype=RGB565 BMP:out.bmp");
+    EXPECT_EQ(written_bits(), 16);
+    expect_read_as_by_imagemagick(Character::Noise,
+                                  "convert in.ppm -type TrueColor -define bmp:subtype=RGB555 BMP:out.bmp");
+    EXPECT_EQ(written_bits(), 16);
+}
+
+TEST_F(ForeignBmpFiles, WithAnAlphaChannelAreReadWithoutBlending) {
+    expect_read_as_by_imagemagick(Character::Noise,
+                                  "convert in.ppm -alpha set -channel A -evaluate set 40% BMP:out.bmp");
+    EXPECT_EQ(written_bits(), 32);
+}
+
+TEST_F(ForeignBmpFiles, RunLengthEncodedAreReadAsByOthers) {
+    expect_read_as_by_imagemagick(Character::Runs,
+                                  "convert in.ppm -colors 200 -type Palette -compress RLE BMP3:out.bmp");
+    EXPECT_EQ(get_u32(written(), 30), 1U);
+}
+
+/// ImageMagick complains about indices beyond the colour table, takes 3 bytes an entry with the header of 64
+/// bytes, widens bit fields by another rule and knows no 16 and 32 bits with the header of 12 bytes.
+bool is_read_by_imagemagick(const MadeBmp& bmp) {
+    const bool has_full_table = bmp.colours_used == 0 || bmp.colours_used == 1U << bmp.bits;
+    if (bmp.bits <= 8) {
+        return has_full_table && bmp.header_size != 64;
+    }
+    return bmp.compression != 3 && (bmp.header_size != 12 || bmp.bits == 24);
+}
+
+TEST_F(ForeignBmpFiles, RandomOnesAreReadAsByImageMagick) {
+    test::RandomBmps random(2);
+    std::vector<ForeignPicture> ours;
+    std::string names;
+    while (ours.size() < test::cases(400U)) {
+        const MadeBmp bmp = random.next();
+        if (is_read_by_imagemagick(bmp)) {
+            names += folder_.write(std::to_string(ours.size()) + ".bmp", bmp.file()) + " ";
+            ours.push_back(read(bmp.file()));
+        }
+    }
+    const std::vector<ForeignPicture> theirs =
+        test::pictures_from_tool("convert " + names + "-alpha off -depth 8 ppm:-");
+    ASSERT_EQ(theirs.size(), ours.size());
+    for (std::size_t i = 0; i < ours.size(); ++i) {
+        EXPECT_EQ(ours[i].width, theirs[i].width) << i;
+        EXPECT_EQ(ours[i].colours, theirs[i].colours) << i;
+    }
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,222 @@
+// What the writers write, as ImageMagick and Netpbm read it; and where TGA compression loses pixels, which
+// ones are left.
+#include <algorithm>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "core/codecs/SavePCX.h"
+#include "core/codecs/SaveTGA.h"
+#include "support/TemporaryFolder.h"
+#include "support/foreign_tools.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using test::all_characters;
+using test::Character;
+using test::colours_of;
+using test::ForeignPicture;
+using test::picture_from_tool;
+using test::TemporaryFolder;
+using test::TestSurface;
+
+struct Size {
+    std::int32_t width;
+    std::int32_t height;
+};
+
+// How a failing test tells its size.
+void PrintTo(const Size& size, std::ostream* stream) {
+    *stream << size.width << " by " << size.height;
+}
+
+// Widths 1 to 5, where padding differs, some odd ones, and a whole frame.
+constexpr Size sizes[] = {{1, 1}, {1, 5},  {2, 3},   {3, 4},   {4, 1},
+                          {5, 2}, {31, 9}, {65, 33}, {257, 3}, {256, 256}};
+
+// ImageMagick hands the rows over in file order and says which way up they are.
+std::string imagemagick(const std::string& path) {
+    return "convert '" + path + "' -auto-orient -depth 8 ppm:-";
+}
+
+void expect_same(const ForeignPicture& read, const PictureSurface& picture, const std::string& what) {
+    ASSERT_EQ(read.width, picture.bitmap().width()) << what;
+    ASSERT_EQ(read.height, picture.bitmap().height()) << what;
+    ASSERT_EQ(read.colours, colours_of(picture)) << what;
+}
+
+void expect_tga_reads_back(const PictureSurface& picture, const std::string& path, const std::string& what) {
+    expect_same(picture_from_tool(imagemagick(path)), picture, "ImageMagick, " + what);
+    expect_same(picture_from_tool("tgatoppm '" + path + "'"), picture, "Netpbm, " + what);
+}
+
+// Netpbm knows no PCX without compression.
+void expect_pcx_reads_back(const PictureSurface& picture, const std::string& path, Truth compress,
+                           const std::string& what) {
+    expect_same(picture_from_tool(imagemagick(path)), picture, "ImageMagick, " + what);
+    if (compress == True) {
+        expect_same(picture_from_tool("pcxtoppm '" + path + "'"), picture, "Netpbm, " + what);
+    }
+}
+
+std::string told(const Size& size, std::size_t character) {
+    return std::to_string(size.width) + " by " + std::to_string(size.height) + ", character " +
+           std::to_string(character);
+}
+
+class ForeignWritten : public ::testing::TestWithParam<Size> {};
+
+TEST_P(ForeignWritten, PcxReadsBackEqualPlainAndCompressed) {
+    const TemporaryFolder folder;
+    const Size size = GetParam();
+    const std::string path = folder.file("a.pcx");
+    // Each picture takes three runs of the tools, so only one size goes through several characters.
+    const std::size_t step = size.width == 65 ? 2 : std::size(all_characters);
+    for (std::size_t i = 0; i < std::size(all_characters); i += step) {
+        const auto picture =
+            test::random_surface(size.width, size.height, all_characters[i], static_cast<std::uint32_t>(i));
+        for (const Truth compress : {True, False}) {
+            SavePCX().SavePCXinFile(path, *picture, compress);
+            ASSERT_NO_FATAL_FAILURE(expect_pcx_reads_back(*picture, path, compress, told(size, i)));
+        }
+    }
+}
+
+TEST_P(ForeignWritten, PlainTgaReadsBackEqual) {
+    const TemporaryFolder folder;
+    const Size size = GetParam();
+    const std::string path = folder.file("a.tga");
+    const auto picture = test::random_surface(size.width, size.height, Character::Noise, 5);
+    SaveTGA().SaveTGAinFile(path, *picture, False);
+    expect_tga_reads_back(*picture, path, told(size, 0));
+}
+
+std::string name_of_size(const ::testing::TestParamInfo<Size>& size) {
+    return "Of" + std::to_string(size.param.width) + "By" + std::to_string(size.param.height);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, ForeignWritten, ::testing::ValuesIn(sizes), name_of_size);
+
+// Rows that begin anyhow and end in a run of at least three pixels, beginning behind the first.
+std::vector<Colour> rows_ending_in_runs(const Size& size, std::uint32_t seed) {
+    const auto width = static_cast<std::size_t>(size.width);
+    const std::size_t count = width * static_cast<std::size_t>(size.height);
+    std::vector<Colour> colours = test::random_colours(count, width, Character::FewColours, seed);
+    for (std::size_t row = 0; row < count; row += width) {
+        for (std::size_t x = width - std::min<std::size_t>(width, 3); x < width; ++x) {
+            colours[row + x] = colours[row + width - std::min<std::size_t>(width, 3)];
+        }
+    }
+    return colours;
+}
+
+TEST(ForeignWrittenTga, CompressedTgaWhoseRowsAllEndInARunReadsBackEqual) {
+    const TemporaryFolder folder;
+    const std::string path = folder.file("a.tga");
+    for (const Size& size :
+         {Size{2, 2}, Size{3, 1}, Size{4, 5}, Size{5, 5}, Size{31, 9}, Size{128, 7}, Size{64, 64}}) {
+        const auto picture = test::surface_of(size.width, size.height, rows_ending_in_runs(size, 4));
+        SaveTGA().SaveTGAinFile(path, *picture, True);
+        ASSERT_NO_FATAL_FAILURE(expect_tga_reads_back(*picture, path, told(size, 0)));
+    }
+}
+
+TEST(ForeignWrittenTga, CompressedTgaOfPlainAreasReadsBackEqual) {
+    const TemporaryFolder folder;
+    const std::string path = folder.file("a.tga");
+    TestSurface picture(256, 256, 32, 0, 0x203040);
+    picture.Line(50, 60, 150, 200, 0xFF0080);
+    picture.Line(70, 80, 90, 100, 0);
+    SaveTGA().SaveTGAinFile(path, picture, True);
+    ASSERT_LT(test::read_file(path).size(), 8000U);
+    expect_tga_reads_back(picture, path, "plain areas");
+}
+
+// The pixels that the packets of a compressed TGA stand for, in file order.
+std::vector<Colour> unpacked(const std::vector<std::uint8_t>& file) {
+    std::vector<Colour> colours;
+    const auto pixel = [&](std::size_t at) {
+        return make_colour(file.at(at + 2), file.at(at + 1), file.at(at));
+    };
+    for (std::size_t at = 18; at < file.size();) {
+        const std::size_t code = file[at++];
+        const bool is_run = code >= 128;
+        const std::size_t count = code % 128 + 1;
+        for (std::size_t i = 0; i < count; ++i) {
+            colours.push_back(pixel(is_run ? at : at + 3 * i));
+        }
+        at += is_run ? 3 : 3 * count;
+    }
+    return colours;
+}
+
+struct Lossy {
+    std::int32_t width;
+    std::vector<Colour> rows;     ///< in file order, the bottom row first
+    std::vector<Colour> unpacked; ///< what comes out
+};
+
+// Pixels of one letter each, rows from the bottom up; the expected outcomes follow from how raw packets meet
+// row ends.
+const Lossy lossy_pictures[] = {
+    // The 2 at the row's end equals the next row's beginning and is gone.
+    {2, {1, 2, 2, 3}, {1, 2, 3}},
+    // Nothing equal: nothing is lost, whatever the packets.
+    {2, {1, 2, 3, 4}, {1, 2, 3, 4}},
+    // The last pixel is black behind a raw packet: it equals the zeros behind the picture.
+    {3, {1, 2, 0}, {1, 2}},
+    // Black and white rows that lose the very last pixel only.
+    {4, {0, 0, 1, 0, 1, 1, 1, 1, 0, 0, 1, 0}, {0, 0, 1, 0, 1, 1, 1, 1, 0, 0, 1}},
+    // One pixel wide: equal neighbours vanish.
+    {1, {0, 0, 1, 1}, {0, 1}},
+    {1, {5, 5, 5, 6, 6, 7}, {5, 6, 7}},
+    // Out of step, the black run at the end takes in the zeros behind the picture.
+    {2, {1, 2, 3, 4, 0, 0}, {1, 2, 3, 4, 0, 0, 0}},
+    // Two row ends in turn are gone; the plain row behind them is whole.
+    {3, {1, 2, 3, 3, 4, 5, 5, 5, 5}, {1, 2, 3, 4, 5, 5, 5}},
+};
+
+TEST(ForeignWrittenTga, CompressedTgaLeavesOutThePixelsThatItIsKnownToLose) {
+    const TemporaryFolder folder;
+    const std::string path = folder.file("a.tga");
+    for (const Lossy& lossy : lossy_pictures) {
+        const auto height = static_cast<std::int32_t>(lossy.rows.size()) / lossy.width;
+        TestSurface picture(lossy.width, height);
+        for (std::size_t i = 0; i < lossy.rows.size(); ++i) {
+            const auto at = static_cast<std::int32_t>(i);
+            picture.PSet(at % lossy.width, height - 1 - at / lossy.width, lossy.rows[i]);
+        }
+        SaveTGA().SaveTGAinFile(path, picture, True);
+        EXPECT_EQ(unpacked(test::read_file(path)), lossy.unpacked) << testing::PrintToString(lossy.rows);
+    }
+}
+
+TEST(ForeignWrittenTga, APhotographLosesExactlyTheRowEndsThatEqualTheirNextPixel) {
+    // Seven pixels a row without equal neighbours, but for the rows' ends, which equal the next row's
+    // beginning. Each lost end lets the row counter go on in step, so that every row loses its last pixel.
+    constexpr std::int32_t width = 7;
+    constexpr std::int32_t height = 6;
+    std::vector<Colour> rows;
+    for (std::int32_t i = 0; i < width * height; ++i) {
+        rows.push_back(i % width == 0 && i > 0 ? rows.back() : 1000 + 37 * i);
+    }
+    TestSurface picture(width, height);
+    std::vector<Colour> expected;
+    for (std::int32_t i = 0; i < width * height; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        picture.PSet(i % width, height - 1 - i / width, rows[at]);
+        if (i % width != width - 1 || i == width * height - 1) {
+            expected.push_back(rows[at]);
+        }
+    }
+    const TemporaryFolder folder;
+    SaveTGA().SaveTGAinFile(folder.file("a.tga"), picture, True);
+    EXPECT_EQ(unpacked(test::read_file(folder.file("a.tga"))), expected);
+}
+
+} // namespace
+} // namespace varnoth

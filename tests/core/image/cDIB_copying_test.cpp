@@ -1,0 +1,269 @@
+// Copies into and out of a cDIB, its palette and its sizes.
+#include "core/image/cDIB.h"
+
+#include <cstring>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "support/dibs.h"
+#include "support/expect_failure.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using test::bytes_of;
+using test::colours_of;
+using test::expect_empty;
+using test::fill_dib;
+using test::indexed_picture;
+using test::surface_of;
+using test::TestSurface;
+using Bytes = std::vector<std::uint8_t>;
+using Colours = std::vector<Colour>;
+
+constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
+
+// Copying
+
+TEST(CDib, LoadBltWithASizeOf0OrBelowUsesTheWholePicture) {
+    const auto surface = surface_of(2, 2, {1, 2, 3, 4});
+    cDIB dib;
+    ASSERT_TRUE(dib.Create(2, 2, 32));
+    EXPECT_EQ(dib.LoadBlt(surface->hDC(), 0, 0, 0, -3), 1);
+    EXPECT_EQ(colours_of(dib), (Colours{1, 2, 3, 4}));
+    dib.Cls(0);
+    EXPECT_EQ(dib.LoadBlt(surface->hDC(), 0, 0, 1, 0), 1);
+    EXPECT_EQ(colours_of(dib), (Colours{1, 0, 3, 0}));
+}
+
+TEST(CDib, LoadBltKeepsTheRectangleAtItsPlace) {
+    const auto surface = surface_of(2, 2, {1, 2, 3, 4});
+    cDIB dib;
+    ASSERT_TRUE(dib.Create(2, 2, 32));
+    EXPECT_EQ(dib.LoadBlt(surface->hDC(), 1, 1), 1);
+    EXPECT_EQ(colours_of(dib), (Colours{0, 0, 0, 4}));
+    EXPECT_EQ(dib.LoadBlt(DrawingContext()), 0);
+}
+
+TEST(CDib, StretchWithASourceSizeOf0OrBelowUsesTheWholePicture) {
+    cDIB dib;
+    fill_dib(dib, 2, 2, {1, 2, 3, 4});
+    TestSurface surface(2, 2);
+    EXPECT_EQ(dib.Stretch(surface.hDC(), 0, 0, 2, 2, 0, 0, 0, -1), 1);
+    EXPECT_EQ(colours_of(surface), (Colours{1, 2, 3, 4}));
+    TestSurface part(2, 2);
+    EXPECT_EQ(dib.Stretch(part.hDC(), 0, 0, 2, 2, 1, 0, 1, 2), 1);
+    EXPECT_EQ(colours_of(part), (Colours{2, 2, 4, 4}));
+}
+
+TEST(CDib, StretchPassesADestinationSizeOnWhateverItsSign) {
+    cDIB dib;
+    fill_dib(dib, 2, 2, {1, 2, 3, 4});
+    TestSurface surface(2, 2);
+    EXPECT_EQ(dib.Stretch(surface.hDC(), 1, 0, -2, 2), 1);
+    EXPECT_EQ(colours_of(surface), (Colours{2, 1, 4, 3}));
+    TestSurface untouched(2, 2);
+    EXPECT_EQ(dib.Stretch(untouched.hDC(), 0, 0, 0, 2), 1);
+    EXPECT_EQ(colours_of(untouched), (Colours{0, 0, 0, 0}));
+}
+
+TEST(CDib, StretchPutsTheContextsModeBackAndAnswersWhatThePlatformAnswers) {
+    cDIB dib;
+    fill_dib(dib, 1, 1, {1});
+    TestSurface surface(1, 1);
+    surface.hDC().set_stretch_mode(4);
+    EXPECT_EQ(dib.Stretch(surface.hDC(), 0, 0, 1, 1), 1);
+    EXPECT_EQ(surface.hDC().stretch_mode(), 4);
+    EXPECT_EQ(dib.Stretch(surface.hDC(), 0, 0, 1, 1, 0, 0, 0, 0, 0x660046), 0);
+    DrawingContext nothing;
+    EXPECT_EQ(dib.Stretch(nothing, 0, 0, 1, 1), 0);
+}
+
+TEST(CDib, ClsFillsWithAPlainOrASystemColour) {
+    cDIB dib;
+    ASSERT_TRUE(dib.Create(2, 1, 32));
+    dib.Cls(0x123456);
+    EXPECT_EQ(bytes_of(dib), (Bytes{0x12, 0x34, 0x56, 0, 0x12, 0x34, 0x56, 0}));
+    dib.Cls(std::numeric_limits<Colour>::min() + 5);
+    EXPECT_EQ(colours_of(dib), (Colours{0xFFFFFF, 0xFFFFFF}));
+}
+
+TEST(CDib, ClsOfAnIndexedPictureTakesTheNearestColourOfItsTable) {
+    cDIB dib;
+    ASSERT_TRUE(dib.Create(2, 1, 8));
+    dib.SetPalette(Bytes{0, 0, 0, 0, 250, 0, 0, 0});
+    dib.Cls(0xFF0000);
+    EXPECT_EQ(bytes_of(dib), (Bytes{1, 1, 0, 0}));
+}
+
+// Palettes
+
+TEST(CDib, AShortColourTableLeavesTheRemainingEntriesAsTheyWere) {
+    cDIB dib;
+    ASSERT_TRUE(dib.Create(1, 1, 4));
+    dib.SetPalette(Bytes(64, 7));
+    dib.SetPalette(Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 9, 9});
+    Bytes palette;
+    dib.GetPalette(palette);
+    Bytes expected(64, 7);
+    std::ranges::copy(Bytes{1, 2, 3, 4, 5, 6, 7, 8}, expected.begin());
+    EXPECT_EQ(palette, expected);
+    dib.SetPalette({});
+    dib.GetPalette(palette);
+    EXPECT_EQ(palette, expected);
+}
+
+TEST(CDib, ALongColourTableIsCutAtTheDepthsOwn) {
+    cDIB dib;
+    ASSERT_TRUE(dib.Create(1, 1, 1));
+    dib.SetPalette(Bytes(2000, 7));
+    Bytes palette(5000, 1);
+    dib.GetPalette(palette);
+    EXPECT_EQ(palette, Bytes(8, 7));
+}
+
+TEST(CDib, AboveEightBitsThereIsNoPaletteAndTheArrayIsLeftAsItCame) {
+    for (const std::int32_t bits : {16, 24, 32}) {
+        cDIB dib;
+        ASSERT_TRUE(dib.Create(1, 1, bits));
+        dib.SetPalette(Bytes(1024, 7));
+        Bytes palette{1, 2};
+        dib.GetPalette(palette);
+        EXPECT_EQ(palette, (Bytes{1, 2}));
+        EXPECT_EQ(bytes_of(dib), Bytes(4, 0));
+    }
+}
+
+// Sizes
+
+TEST(CDib, ResizeStretchesThePictureIntoTheNewSize) {
+    cDIB dib;
+    fill_dib(dib, 2, 2, {1, 2, 3, 4});
+    dib.Resize(4, 1, true);
+    EXPECT_EQ(colours_of(dib), (Colours{1, 1, 2, 2}));
+    EXPECT_EQ(dib.bmiHeader().biWidth, 4);
+    EXPECT_EQ(dib.Size(), 16);
+}
+
+TEST(CDib, ResizeWithoutStretchingKeepsTheTopLeftCornerAndBlackBeyond) {
+    cDIB dib;
+    fill_dib(dib, 2, 2, {1, 2, 3, 4});
+    dib.Resize(3, 1, false);
+    EXPECT_EQ(colours_of(dib), (Colours{1, 2, 0}));
+    dib.Resize(1, 2, false);
+    EXPECT_EQ(colours_of(dib), (Colours{1, 0}));
+}
+
+TEST(CDib, ResizeKeepsDepthColoursAndIndices) {
+    for (const bool stretch : {true, false}) {
+        cDIB dib;
+        ASSERT_EQ(dib.CreateFromStdPicture(indexed_picture(2, 1, 8, {200, 7}), false), 8);
+        Bytes before;
+        dib.GetPalette(before);
+        dib.Resize(2, 2, stretch);
+        Bytes after;
+        dib.GetPalette(after);
+        EXPECT_EQ(before, after);
+        EXPECT_EQ(bytes_of(dib),
+                  stretch ? (Bytes{200, 7, 0, 0, 200, 7, 0, 0}) : (Bytes{0, 0, 0, 0, 200, 7, 0, 0}));
+    }
+}
+
+TEST(CDib, ResizeToASizeThatCannotBeEmptiesTheObject) {
+    cDIB dib;
+    fill_dib(dib, 1, 1, {1});
+    dib.Resize(0, 5, true);
+    expect_empty(dib);
+    fill_dib(dib, 1, 1, {1});
+    EXPECT_FAILURE(dib.Resize(largest, 1, true), Overflow);
+    EXPECT_EQ(colours_of(dib), Colours{1});
+}
+
+struct Fit {
+    std::int32_t x = 0, y = 0, width = 0, height = 0;
+
+    friend bool operator==(const Fit&, const Fit&) = default;
+
+    friend std::ostream& operator<<(std::ostream& stream, const Fit& fit) {
+        return stream << fit.width << " by " << fit.height << " at " << fit.x << ", " << fit.y;
+    }
+};
+
+Fit best_fit(std::int32_t width, std::int32_t height, std::int32_t box_width, std::int32_t box_height,
+             bool stretch) {
+    cDIB dib;
+    EXPECT_TRUE(dib.Create(width, height, 8));
+    Fit fit;
+    dib.GetBestFitInfo(box_width, box_height, fit.x, fit.y, fit.width, fit.height, stretch);
+    return fit;
+}
+
+TEST(CDib, APictureOf100By50InABoxOf200By200StaysOrFillsTheWidth) {
+    EXPECT_EQ(best_fit(100, 50, 200, 200, false), (Fit{50, 75, 100, 50}));
+    EXPECT_EQ(best_fit(100, 50, 200, 200, true), (Fit{0, 50, 200, 100}));
+}
+
+TEST(CDib, ASquarePictureScaledIntoASquareBoxIsTheBoxItself) {
+    EXPECT_EQ(best_fit(256, 256, 150, 150, false), (Fit{0, 0, 150, 150}));
+    EXPECT_EQ(best_fit(7, 7, 150, 150, true), (Fit{0, 0, 150, 150}));
+}
+
+TEST(CDib, OfTwoEqualRatiosTheVerticalOneIsTaken) {
+    // In a huge box the stored ratio, 333333344 for 333333333.3, is too coarse to give the box itself.
+    EXPECT_EQ(best_fit(3, 3, 1'000'000'000, 1'000'000'000, true),
+              (Fit{-16, 0, 1'000'000'032, 1'000'000'000}));
+}
+
+TEST(CDib, ALargePictureIsScaledByTheSmallerRatio) {
+    EXPECT_EQ(best_fit(256, 128, 150, 150, false), (Fit{0, 37, 150, 75}));
+    EXPECT_EQ(best_fit(128, 256, 150, 150, false), (Fit{37, 0, 75, 150}));
+    EXPECT_EQ(best_fit(150, 151, 150, 150, false), (Fit{0, 0, 149, 150})); // 149.006...
+}
+
+TEST(CDib, ASideOfABestFitMayRoundToNothing) {
+    EXPECT_EQ(best_fit(512, 1, 150, 150, false), (Fit{0, 75, 150, 0}));
+    EXPECT_EQ(best_fit(1, 512, 150, 150, false), (Fit{75, 0, 0, 150}));
+}
+
+TEST(CDib, TheProductOfABestFitIsRoundedTiesToEvenFromTheStoredRatio) {
+    EXPECT_EQ(best_fit(4, 2, 1, 9, false), (Fit{0, 4, 1, 0}));  // 0.25 * 2 = 0.5
+    EXPECT_EQ(best_fit(4, 6, 1, 9, false), (Fit{0, 3, 1, 2}));  // 0.25 * 6 = 1.5
+    EXPECT_EQ(best_fit(4, 10, 1, 9, false), (Fit{0, 3, 1, 2})); // 0.25 * 10 = 2.5
+    // 1/6 stored as a float lies a little above, and the product keeps that: 2.50000007, no tie.
+    EXPECT_EQ(best_fit(6, 15, 1, 99, false).height, 3);
+}
+
+TEST(CDib, ABestFitInABoxSmallerThanItsPictureTruncatesItsPlaceTowardsZero) {
+    EXPECT_EQ(best_fit(3, 3, 3, -1, false), (Fit{2, 0, -1, -1}));
+    EXPECT_EQ(best_fit(2, 1, 7, 2, true), (Fit{1, 0, 4, 2}));
+    EXPECT_EQ(best_fit(2, 1, -1, 0, true), (Fit{0, 0, -1, 0})); // height -0.5 rounds to 0
+}
+
+TEST(CDib, ABestFitThatLeaves32BitsIsAnOverflow) {
+    cDIB dib;
+    ASSERT_TRUE(dib.Create(1, 1, 8));
+    Fit fit;
+    // Both ratios are stored as 2^31.
+    EXPECT_FAILURE(dib.GetBestFitInfo(largest - 1, largest, fit.x, fit.y, fit.width, fit.height, true),
+                   Overflow);
+}
+
+TEST(CDib, TheImageIsANew32BitPictureAndTheObjectStaysAsItWas) {
+    cDIB dib;
+    ASSERT_EQ(dib.CreateFromStdPicture(indexed_picture(2, 2, 8, {0, 1, 2, 85}), false), 8);
+    const Bytes before = bytes_of(dib);
+    const Picture picture = dib.Image();
+    ASSERT_EQ(picture.kind, PictureKind::Bitmap);
+    EXPECT_EQ(picture.bitmap->bits_per_pixel(), 32);
+    EXPECT_EQ(picture.bitmap->pixel(1, 0), make_colour(3, 2, 1));
+    EXPECT_EQ(picture.bitmap->pixel(1, 1), make_colour(255, 170, 85));
+    std::memset(dib.lpBits(), 9, 8);
+    EXPECT_EQ(picture.bitmap->pixel(0, 0), 0);
+    std::ranges::copy(before, dib.lpBits());
+    EXPECT_EQ(dib.Bpp(), 8);
+}
+
+} // namespace
+} // namespace varnoth

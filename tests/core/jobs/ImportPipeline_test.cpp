@@ -1,0 +1,499 @@
+#include "core/jobs/ImportPipeline.h"
+
+#include <algorithm>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "core/quantize/mixpals.h"
+#include "reference/Import.h"
+#include "core/sprite/hlspr.h"
+#include "support/PictureFolder.h"
+#include "support/RecordedImport.h"
+#include "support/ScriptedAddFrames.h"
+#include "support/expect_failure.h"
+#include "support/sprites.h"
+
+namespace varnoth {
+namespace {
+
+using test::Character;
+using test::random_colours;
+using test::ScriptedAddFrames;
+
+constexpr const char* success = "Frames Generated Successfully !";
+constexpr const char* abort_message = "Process Aborted By User. Some Pictures Where Not Imported.";
+
+class ImportPipeline : public testing::Test {
+  protected:
+    ImportPipeline() {
+        mixpals::ImportPalette.fill({});
+        hlspr::new_sprite(16, 16, 2, 0);
+        hlspr::SpriteDirty = false;
+    }
+
+    std::unique_ptr<ScriptedAddFrames> open(PictureFormat format = PictureFormat::Bmp,
+                                            bool pick_enabled = false) {
+        return std::make_unique<ScriptedAddFrames>(folder_.path(), format, pick_enabled);
+    }
+
+    std::unique_ptr<ScriptedAddFrames> open_all(PictureFormat format = PictureFormat::Bmp,
+                                                bool pick_enabled = false) {
+        auto form = open(format, pick_enabled);
+        for (std::int16_t i = 0; i < form->entry_count(); ++i) {
+            form->click(i);
+        }
+        return form;
+    }
+
+    void add_noise(const std::string& name, std::uint32_t seed, std::int16_t bit_count = 24) {
+        folder_.add_bmp(name, 16, 16, random_colours(256, 16, Character::FewColours, seed), bit_count);
+    }
+
+    // The colours of a stored frame through the document's palette.
+    static std::vector<Colour> frame_colours(std::size_t number) {
+        const SpriteDocument& sprite = hlspr::document();
+        std::vector<Colour> colours;
+        for (const std::uint8_t index : sprite.FrameStore.at(number).bytes()) {
+            const PaletteColour& entry = sprite.Palette.Colours[index];
+            colours.push_back(make_colour(entry.red, entry.green, entry.blue));
+        }
+        return colours;
+    }
+
+    std::vector<std::string> steps() const {
+        std::vector<std::string> steps;
+        std::ranges::copy_if(view_.events, std::back_inserter(steps),
+                             [](const std::string& event) { return event.starts_with("step "); });
+        return steps;
+    }
+
+    bool happened(const std::string& event) const { return std::ranges::count(view_.events, event) > 0; }
+
+    test::RecordedServices services_;
+    test::PictureFolder folder_{services_};
+    test::RecordedImport view_;
+};
+
+TEST_F(ImportPipeline, NothingSelectedGivesTheMessageAndChangesNothing) {
+    hlspr::document().SpriteHeader.FrameCount = 7;
+    const auto empty = open();
+    import_frames(*empty, view_);
+    add_noise("a.bmp", 1);
+    const auto unselected = open();
+    import_frames(*unselected, view_);
+    EXPECT_EQ(services_.messages,
+              (std::vector<std::string>{"Select Picture/s To Add.", "Select Picture/s To Add."}));
+    EXPECT_TRUE(view_.events.empty());
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 7);
+}
+
+TEST_F(ImportPipeline, EverythingHappensInTheToldOrder) {
+    add_noise("a.bmp", 1);
+    folder_.add_bmp("b.bmp", 16, 16, random_colours(256, 16, Character::Noise, 2));
+    folder_.add_bmp("c.bmp", 16, 16, random_colours(256, 16, Character::Noise, 3));
+    const auto form = open_all();
+    import_frames(*form, view_);
+    EXPECT_EQ(view_.events, (std::vector<std::string>{"open Building Palette...",
+                                                      "step Initializing...",
+                                                      "step Loading Picture...",
+                                                      "step Picture Color Lookup...",
+                                                      "step Loading Picture...",
+                                                      "step Picture Color Lookup...",
+                                                      "step Loading Picture...",
+                                                      "step Picture Color Lookup...",
+                                                      "step Dithering Palette...",
+                                                      "step Finalizing Palette...",
+                                                      "phase Adding Frames...",
+                                                      "step Frame 0",
+                                                      "line Frame 0",
+                                                      "step Frame 1",
+                                                      "line Frame 1",
+                                                      "step Frame 2",
+                                                      "line Frame 2",
+                                                      "close",
+                                                      "release",
+                                                      "finish"}));
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_TRUE(hlspr::SpriteDirty);
+}
+
+TEST_F(ImportPipeline, TheStepTextOfTheReductionComesInTheFirstPassOnly) {
+    folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 2));
+    const auto form = open_all();
+    import_frames(*form, view_);
+    EXPECT_EQ(steps(), (std::vector<std::string>{"step Initializing...", "step Loading Picture...",
+                                                 "step Dithering...", "step Picture Color Lookup...",
+                                                 "step Finalizing Palette...", "step Frame 0"}));
+}
+
+TEST_F(ImportPipeline, TheBarNeverQuiteFillsItsRange) {
+    add_noise("a.bmp", 1);
+    add_noise("b.bmp", 2);
+    const auto form = open_all();
+    import_frames(*form, view_);
+    EXPECT_EQ(view_.maximum, 5);
+    EXPECT_EQ(view_.progress, 4);
+}
+
+// All entries selected, of files that are not there.
+class ManySelected : public ScriptedAddFrames {
+  public:
+    explicit ManySelected(std::size_t count)
+        : ScriptedAddFrames("/none", PictureFormat::Tga, false, std::vector<std::string>(count, "a.tga")) {}
+
+    bool is_selected(std::int32_t /*index*/) const override { return true; }
+};
+
+TEST_F(ImportPipeline, TheBarsRangeGoesBeyond16Bits) {
+    ManySelected form(20000);
+    view_.abort = true;
+    import_frames(form, view_);
+    EXPECT_EQ(view_.maximum, 40001);
+    ManySelected too_many(32768);
+    EXPECT_FAILURE(import_frames(too_many, view_), Overflow);
+}
+
+TEST_F(ImportPipeline, AnEightBitBmpOfTheSpritesSizeComesThroughExactly) {
+    std::vector<Colour> colours;
+    for (Colour i = 0; i < 256; ++i) {
+        colours.push_back(i * 0x010307 & 0xFFFFFF);
+    }
+    folder_.add_bmp("a.bmp", 16, 16, colours, 8);
+    const auto form = open_all();
+    import_frames(*form, view_);
+    EXPECT_EQ(frame_colours(0), colours);
+    EXPECT_FALSE(happened("step Dithering..."));
+    EXPECT_FALSE(happened("step Dithering Palette..."));
+}
+
+// The black that is always in the mix is the 257th colour on the sheet, which is therefore reduced, from a
+// sample of one row of 150 pixels.
+TEST_F(ImportPipeline, AnEightBitBmpOf256OtherColoursThanBlackIsReducedOnTheSheet) {
+    std::vector<Colour> colours;
+    for (Colour i = 1; i <= 256; ++i) {
+        colours.push_back(i * 0x00FB07 & 0xFFFFFF);
+    }
+    ASSERT_EQ(std::set(colours.begin(), colours.end()).size(), 256U);
+    folder_.add_bmp("a.bmp", 16, 16, colours, 8);
+    const auto form = open_all();
+    import_frames(*form, view_);
+    EXPECT_FALSE(happened("step Dithering..."));
+    EXPECT_TRUE(happened("step Dithering Palette..."));
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    const std::vector<Colour> shown = frame_colours(0);
+    EXPECT_LE(std::set(shown.begin(), shown.end()).size(), 150U);
+    const std::vector<std::uint8_t> frame = test::indices_of(hlspr::document().FrameStore.at(0));
+    const auto palette = hlspr::document().Palette.Colours;
+
+    hlspr::new_sprite(16, 16, 2, 0);
+    test::RecordedImport plain_view;
+    reference::Mixpals plain;
+    const auto plain_form = open_all();
+    reference::import_frames(*plain_form, plain_view, plain);
+    EXPECT_EQ(test::indices_of(hlspr::document().FrameStore.at(0)), frame);
+    EXPECT_EQ(hlspr::document().Palette.Colours, palette);
+    EXPECT_EQ(plain_view.events, view_.events);
+}
+
+TEST_F(ImportPipeline, ABmpOfAtMost8BitsIsNeverReducedWhateverItHolds) {
+    hlspr::new_sprite(20, 20, 2, 0);
+    folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 5), 8);
+    const auto eight = open_all();
+    import_frames(*eight, view_);
+    EXPECT_FALSE(happened("step Dithering..."));
+    EXPECT_TRUE(happened("step Dithering Palette..."));
+    folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 5), 9);
+    const auto nine = open_all();
+    import_frames(*nine, view_);
+    EXPECT_TRUE(happened("step Dithering..."));
+}
+
+TEST_F(ImportPipeline, OtherFormatsAreReducedByTheirColoursAlone) {
+    hlspr::new_sprite(20, 20, 2, 0);
+    folder_.write("a.tga", test::tga_file(20, 20, random_colours(400, 20, Character::Noise, 5)));
+    const auto form = open_all(PictureFormat::Tga);
+    import_frames(*form, view_);
+    EXPECT_TRUE(happened("step Dithering..."));
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+}
+
+TEST_F(ImportPipeline, ResizedPicturesTakeTheSpritesSizeAndTheSpriteKeepsIt) {
+    folder_.add_bmp("a.bmp", 2, 2, {0x0000FF, 0x00FF00, 0xFF0000, 0xFFFFFF});
+    const auto form = open_all();
+    form->choose_resize(true);
+    import_frames(*form, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.Width, 16);
+    const auto colours = frame_colours(0);
+    ASSERT_EQ(colours.size(), 256U);
+    for (std::size_t y = 0; y < 16; ++y) {
+        for (std::size_t x = 0; x < 16; ++x) {
+            const Colour expected = y < 8 ? (x < 8 ? 0x0000FF : 0x00FF00) : (x < 8 ? 0xFF0000 : 0xFFFFFF);
+            EXPECT_EQ(colours[y * 16 + x], expected);
+        }
+    }
+}
+
+TEST_F(ImportPipeline, SettingTheSpriteChangesItsLabelsBeforeAnyPictureIsReadAndKeepsTypeAndMode) {
+    hlspr::new_sprite(16, 16, 3, 1);
+    folder_.add_plain_bmp("a.bmp", 25, 33);
+    const auto form = open_all();
+    import_frames(*form, view_);
+    const auto size = std::ranges::find(view_.events, "size 25 x 33 | -12.5, 16.5");
+    const auto loading = std::ranges::find(view_.events, "step Loading Picture...");
+    ASSERT_NE(size, view_.events.end());
+    EXPECT_LT(size, loading);
+    const SpriteHeaderRecord& header = hlspr::document().SpriteHeader;
+    EXPECT_EQ(header.Width, 25);
+    EXPECT_EQ(header.Height, 33);
+    EXPECT_EQ(header.SpriteType, 3);
+    EXPECT_EQ(header.RenderMode, 1);
+    EXPECT_EQ(hlspr::document().FrameStore.at(0).size(), 25U * 33U);
+}
+
+TEST_F(ImportPipeline, AnAbortAfterTheSpriteWasSetLeavesTheNewSizeAndAClearedPalette) {
+    hlspr::document().Palette.Colours[9] = {1, 2, 3};
+    folder_.add_plain_bmp("a.bmp", 8, 8);
+    const auto form = open_all();
+    services_.on_yield = [&] { view_.abort = true; };
+    import_frames(*form, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.Width, 8);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+    EXPECT_EQ(hlspr::document().Palette.Colours[9], PaletteColour());
+    EXPECT_EQ(services_.messages, std::vector<std::string>{abort_message});
+}
+
+TEST_F(ImportPipeline, AnAbortInTheFirstPassLeavesNoFramesThePaletteAsItWasAndTheListUnchanged) {
+    hlspr::document().Palette.Colours[9] = {1, 2, 3};
+    hlspr::document().SpriteHeader.FrameCount = 2;
+    view_.lines = {"Frame 0", "Frame 1"};
+    add_noise("a.bmp", 1);
+    add_noise("b.bmp", 2);
+    const auto form = open_all();
+    view_.on_event = [&](const std::string& event) { view_.abort = event == "step Picture Color Lookup..."; };
+    import_frames(*form, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+    EXPECT_EQ(hlspr::document().Palette.Colours[9], (PaletteColour{1, 2, 3}));
+    EXPECT_EQ(view_.lines.size(), 2U);
+    EXPECT_EQ(services_.messages, std::vector<std::string>{abort_message});
+    EXPECT_FALSE(happened("step Finalizing Palette..."));
+    EXPECT_EQ(std::ranges::count(view_.events, "step Loading Picture..."), 1);
+    EXPECT_EQ(view_.releases, 0);
+    EXPECT_EQ(view_.ends, 1);
+    EXPECT_FALSE(hlspr::SpriteDirty);
+}
+
+TEST_F(ImportPipeline, AnAbortInTheSecondPassKeepsTheFramesMadeSoFarAndShowsTheSuccessMessage) {
+    add_noise("a.bmp", 1);
+    add_noise("b.bmp", 2);
+    add_noise("c.bmp", 3);
+    const auto form = open_all();
+    view_.on_event = [&](const std::string& event) { view_.abort = view_.abort || event == "step Frame 1"; };
+    import_frames(*form, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 2);
+    EXPECT_EQ(view_.lines, (std::vector<std::string>{"Frame 0", "Frame 1"}));
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(view_.releases, 1);
+    EXPECT_TRUE(hlspr::SpriteDirty);
+}
+
+TEST_F(ImportPipeline, AnAbortWhileTheLastPictureOfTheSecondPassIsProcessedShowsTheSuccessMessage) {
+    add_noise("a.bmp", 1);
+    const auto form = open_all();
+    view_.on_event = [&](const std::string& event) { view_.abort = view_.abort || event == "step Frame 0"; };
+    import_frames(*form, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+}
+
+TEST_F(ImportPipeline, AnAbortDuringThePaletteStageEndsInTheSuccessMessageWithoutFrames) {
+    add_noise("a.bmp", 1);
+    const auto form = open_all();
+    view_.on_event = [&](const std::string& event) {
+        view_.abort = view_.abort || event == "step Finalizing Palette...";
+    };
+    import_frames(*form, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(view_.releases, 0);
+}
+
+TEST_F(ImportPipeline, ASecondImportCancelledAtItsPaletteKeepsTheListButNoFrame) {
+    add_noise("a.bmp", 1);
+    const auto first = open_all();
+    import_frames(*first, view_);
+    const auto palette = hlspr::document().Palette.Colours;
+    hlspr::SpriteDirty = false;
+    services_.messages.clear();
+    view_.events.clear();
+    view_.releases = 0;
+    add_noise("a.bmp", 2);
+    const auto second = open_all();
+    view_.on_event = [&](const std::string& event) {
+        view_.abort = view_.abort || event == "step Finalizing Palette...";
+    };
+    import_frames(*second, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+    EXPECT_EQ(hlspr::document().Palette.Colours, palette) << "no first frame brought the new one";
+    EXPECT_EQ(view_.lines, std::vector<std::string>{"Frame 0"});
+    EXPECT_TRUE(happened("phase Adding Frames..."));
+    EXPECT_FALSE(happened("step Frame 0"));
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(view_.releases, 1) << "the list has a line";
+    EXPECT_TRUE(hlspr::SpriteDirty);
+}
+
+TEST_F(ImportPipeline, ASecondImportOfFaultedFilesAloneKeepsTheListButNoFrame) {
+    add_noise("a.bmp", 1);
+    const auto first = open_all();
+    import_frames(*first, view_);
+    const auto palette = hlspr::document().Palette.Colours;
+    hlspr::SpriteDirty = false;
+    services_.messages.clear();
+    view_.events.clear();
+    view_.releases = 0;
+    const auto second = open_all();
+    folder_.write("a.bmp", std::vector<std::uint8_t>(60, 1));
+    import_frames(*second, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+    EXPECT_EQ(hlspr::document().Palette.Colours, palette);
+    EXPECT_EQ(view_.lines, std::vector<std::string>{"Frame 0"});
+    EXPECT_TRUE(happened("step Finalizing Palette..."));
+    EXPECT_FALSE(happened("step Frame 0"));
+    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: a.bmp Bad Format/Corrupt.", success}));
+    EXPECT_EQ(view_.releases, 1) << "the list has a line";
+    EXPECT_TRUE(hlspr::SpriteDirty);
+}
+
+TEST_F(ImportPipeline, ImportingTwiceKeepsTheSecondImportsFramesAndBothSetsOfNames) {
+    add_noise("a.bmp", 1);
+    add_noise("b.bmp", 2);
+    const auto first = open_all();
+    import_frames(*first, view_);
+    const auto second = open();
+    second->click(1);
+    import_frames(*second, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
+    EXPECT_EQ(view_.lines, (std::vector<std::string>{"Frame 0", "Frame 1", "Frame 2"}));
+    EXPECT_TRUE(happened("step Frame 1"));
+    EXPECT_EQ(frame_colours(0), random_colours(256, 16, Character::FewColours, 2));
+}
+
+TEST_F(ImportPipeline, AFaultedFileIsSkippedByBothPassesAndTheCountIsNotTakenAgain) {
+    add_noise("a.bmp", 1);
+    add_noise("b.bmp", 2);
+    const auto form = open_all();
+    folder_.write("b.bmp", std::vector<std::uint8_t>(60, 1));
+    import_frames(*form, view_);
+    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: b.bmp Bad Format/Corrupt.", success}));
+    EXPECT_EQ(view_.maximum, 5);
+    EXPECT_EQ(view_.progress, 2);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
+}
+
+TEST_F(ImportPipeline, WhenEveryFileWasUnselectedTheDocumentIsEmptiedAllTheSame) {
+    add_noise("a.bmp", 1);
+    const auto form = open_all();
+    folder_.write("a.bmp", std::vector<std::uint8_t>(60, 1));
+    hlspr::document().SpriteHeader.FrameCount = 3;
+    import_frames(*form, view_);
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+    EXPECT_TRUE(happened("step Finalizing Palette..."));
+    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: a.bmp Bad Format/Corrupt.", success}));
+    EXPECT_EQ(view_.releases, 0);
+    EXPECT_FALSE(hlspr::SpriteDirty);
+}
+
+TEST_F(ImportPipeline, UnselectedEntriesCountInTheStepNumber) {
+    add_noise("a.bmp", 1);
+    add_noise("b.bmp", 2);
+    const auto form = open();
+    form->click(1);
+    import_frames(*form, view_);
+    EXPECT_TRUE(happened("step Frame 1"));
+    EXPECT_EQ(view_.lines, std::vector<std::string>{"Frame 0"});
+}
+
+TEST_F(ImportPipeline, WithThePickerTheTransparentColourVanishesFromThePaletteAndItsPixelsKeepTheirIndex) {
+    folder_.add_bmp("a.bmp", 16, 16, [] {
+        std::vector<Colour> colours(256, 0x0000FF);
+        colours[0] = 0x00FF00;
+        return colours;
+    }());
+    const auto form = open_all(PictureFormat::Bmp, true);
+    import_frames(*form, view_);
+    const SpriteDocument& sprite = hlspr::document();
+    EXPECT_EQ(sprite.FrameStore.at(0)[0], 0);
+    EXPECT_EQ(sprite.FrameStore.at(0)[1], 1);
+    EXPECT_EQ(sprite.Palette.Colours[0], PaletteColour());
+    EXPECT_EQ(sprite.Palette.Colours[255], PaletteColour());
+    EXPECT_EQ(sprite.Palette.Colours[1], (PaletteColour{255, 0, 0}));
+}
+
+TEST_F(ImportPipeline, WithoutThePickerNothingIsSwapped) {
+    folder_.add_plain_bmp("a.bmp", 16, 16, 0x00FF00);
+    const auto form = open_all();
+    import_frames(*form, view_);
+    EXPECT_EQ(hlspr::document().Palette.Colours[0], (PaletteColour{0, 255, 0}));
+}
+
+// A scan compares with the entry of the toolbox's list that it has not filled yet. The first picture leaves
+// its first colour there, so the second picture, which starts with that colour and has 256 others, counts as
+// one of 256.
+TEST_F(ImportPipeline, OneColourListServesAllPicturesOfAnImport) {
+    hlspr::new_sprite(16, 17, 2, 0);
+    std::vector<Colour> first;
+    std::vector<Colour> second{0x010000};
+    for (Colour i = 0; i < 272; ++i) {
+        first.push_back(0x010000 + i % 256);
+        second.push_back(0x020000 + i % 256);
+    }
+    second.pop_back();
+    folder_.add_bmp("b.bmp", 16, 17, second);
+    const auto alone = open_all();
+    import_frames(*alone, view_);
+    EXPECT_TRUE(happened("step Dithering..."));
+
+    view_.events.clear();
+    folder_.add_bmp("a.bmp", 16, 17, first);
+    const auto together = open_all();
+    import_frames(*together, view_);
+    EXPECT_FALSE(happened("step Dithering..."));
+}
+
+TEST_F(ImportPipeline, APictureThatDoesNotLoadInAPassIsAFailureThatGoesThrough) {
+    add_noise("a.bmp", 1);
+    const auto form = open_all();
+    services_.pictures.clear();
+    EXPECT_FAILURE(import_frames(*form, view_), InvalidPicture);
+    EXPECT_TRUE(view_.open);
+}
+
+TEST_F(ImportPipeline, TheSpriteRememberedPaletteTailOfAnEarlierImportStays) {
+    folder_.add_bmp("a.bmp", 16, 16, random_colours(256, 16, Character::FewColours, 8));
+    const auto first = open_all();
+    import_frames(*first, view_);
+    const auto before = hlspr::document().Palette.Colours;
+    folder_.add_plain_bmp("a.bmp", 16, 16, 0xABCDEF);
+    const auto second = open_all();
+    import_frames(*second, view_);
+    EXPECT_EQ(hlspr::document().Palette.Colours[0], (PaletteColour{0xEF, 0xCD, 0xAB}));
+    for (std::size_t i = 2; i < 256; ++i) {
+        EXPECT_EQ(hlspr::document().Palette.Colours[i], before[i]) << i;
+    }
+}
+
+TEST_F(ImportPipeline, MoreThan256ColoursInAllAreReducedOnTheSheet) {
+    for (std::uint32_t seed = 0; seed < 4; ++seed) {
+        folder_.add_bmp("p" + std::to_string(seed) + ".bmp", 16, 16,
+                        random_colours(256, 16, Character::Noise, 20 + seed));
+    }
+    const auto form = open_all();
+    import_frames(*form, view_);
+    EXPECT_TRUE(happened("step Dithering Palette..."));
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 4);
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+}
+
+} // namespace
+} // namespace varnoth

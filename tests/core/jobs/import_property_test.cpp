@@ -1,0 +1,299 @@
+// The shipped import held equal to its plain steps, on sets of random pictures.
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "core/jobs/ImportPipeline.h"
+#include "core/quantize/mixpals.h"
+#include "reference/Import.h"
+#include "core/sprite/hlspr.h"
+#include "support/PictureFolder.h"
+#include "support/RecordedImport.h"
+#include "support/ScriptedAddFrames.h"
+#include "support/expect_failure.h"
+#include "support/thoroughness.h"
+
+namespace varnoth {
+namespace {
+
+using test::Character;
+using test::ScriptedAddFrames;
+
+// What the user does in the dialog for one import.
+struct Clicks {
+    PictureFormat format = PictureFormat::Bmp;
+    std::vector<bool> selected;
+    bool resize = false;
+    bool pick_enabled = false;
+    std::int32_t pick_x = 0;
+    std::int32_t pick_y = 0;
+    std::optional<std::size_t> cancel_at; ///< number of the event that Cancel is pressed at
+};
+
+// A random set of pictures with the clicks for them.
+class Case {
+  public:
+    Case(std::uint32_t seed, std::int32_t most_side) : random_(seed) {
+        const std::array formats{PictureFormat::Bmp, PictureFormat::Bmp, PictureFormat::Tga,
+                                 PictureFormat::Pcx};
+        clicks_.format = formats.at(below(formats.size()));
+        const auto width = side(most_side);
+        const auto height = side(most_side);
+        const std::size_t pictures = 1 + below(5);
+        for (std::size_t i = 0; i < pictures; ++i) {
+            // One of another size now and then, which the selection refuses.
+            const bool other_size = below(12) == 0;
+            add_picture("p" + std::to_string(i), other_size ? side(most_side) : width, height);
+            clicks_.selected.push_back(below(6) != 0);
+        }
+        clicks_.selected[below(pictures)] = true;
+        clicks_.resize = below(2) == 0;
+        clicks_.pick_enabled = below(2) == 0;
+        clicks_.pick_x = static_cast<std::int32_t>(below(static_cast<std::uint32_t>(width)));
+        clicks_.pick_y = static_cast<std::int32_t>(below(static_cast<std::uint32_t>(height)));
+        if (below(4) == 0) {
+            clicks_.cancel_at = 1 + below(8 * pictures);
+        }
+        sprite_width_ = below(3) == 0 ? width : side(most_side);
+        sprite_height_ = below(3) == 0 ? height : side(most_side);
+    }
+
+    const Clicks& clicks() const { return clicks_; }
+
+    std::int32_t sprite_width() const { return sprite_width_; }
+
+    std::int32_t sprite_height() const { return sprite_height_; }
+
+    std::unique_ptr<ScriptedAddFrames> form() const {
+        auto form =
+            std::make_unique<ScriptedAddFrames>(folder_->path(), clicks_.format, clicks_.pick_enabled);
+        for (std::size_t i = 0; i < clicks_.selected.size(); ++i) {
+            if (clicks_.selected[i]) {
+                form->click(static_cast<std::int16_t>(i));
+            }
+        }
+        form->choose_resize(clicks_.resize);
+        form->pick(clicks_.pick_x, clicks_.pick_y);
+        return form;
+    }
+
+    const std::vector<std::string>& messages() const { return services_->messages; }
+
+  private:
+    std::uint32_t number() { return static_cast<std::uint32_t>(random_()); }
+
+    std::uint32_t below(std::size_t limit) { return number() % static_cast<std::uint32_t>(limit); }
+
+    std::int32_t side(std::int32_t most) {
+        return 1 + static_cast<std::int32_t>(below(static_cast<std::size_t>(most)));
+    }
+
+    void add_picture(const std::string& name, std::int32_t width, std::int32_t height) {
+        const Character character = test::all_characters[below(std::size(test::all_characters))];
+        const std::vector<Colour> colours =
+            test::random_colours(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
+                                 static_cast<std::size_t>(width), character, number());
+        const auto short_width = static_cast<std::int16_t>(width);
+        const auto short_height = static_cast<std::int16_t>(height);
+        switch (clicks_.format) {
+        case PictureFormat::Tga:
+            folder_->write(name + ".tga", test::tga_file(short_width, short_height, colours));
+            break;
+        case PictureFormat::Pcx:
+            folder_->write(name + ".pcx", test::pcx_file(short_width, short_height, colours));
+            break;
+        default:
+            folder_->add_bmp(name + ".bmp", width, height, colours, below(3) == 0 ? 8 : 24);
+        }
+    }
+
+    std::mt19937 random_;
+    std::unique_ptr<test::RecordedServices> services_ = std::make_unique<test::RecordedServices>();
+    std::unique_ptr<test::PictureFolder> folder_ = std::make_unique<test::PictureFolder>(*services_);
+    Clicks clicks_;
+    std::int32_t sprite_width_ = 0;
+    std::int32_t sprite_height_ = 0;
+};
+
+std::string text_of(const SpriteDocument& sprite) {
+    const auto append = [](std::string& text, const auto& bytes) { text.append(bytes.begin(), bytes.end()); };
+    std::string text;
+    append(text, to_bytes(sprite.SpriteHeader));
+    append(text, to_bytes(sprite.Palette));
+    append(text, to_bytes(sprite.FrameHeader));
+    return text;
+}
+
+// What one of the two imports starts from and leaves behind.
+struct Side {
+    SpriteDocument sprite;
+    bool dirty = false;
+    test::RecordedImport view;
+    std::optional<Failure> failure;
+    std::vector<Colour> last_picture;
+    std::vector<Colour> sheet;
+};
+
+// Runs an import on a side's own document.
+template <typename Import>
+void run(Side& side, const Case& input, Import&& import) {
+    hlspr::document() = side.sprite;
+    hlspr::SpriteDirty = side.dirty;
+    const std::unique_ptr<ScriptedAddFrames> form = input.form();
+    side.view.abort = false;
+    side.view.events.clear();
+    side.view.on_event = [&](const std::string&) {
+        if (side.view.events.size() == input.clicks().cancel_at) {
+            side.view.abort = true;
+        }
+    };
+    side.failure = test::failure_in([&] { import(*form); });
+    side.sprite = hlspr::document();
+    side.dirty = hlspr::SpriteDirty;
+    side.last_picture = test::colours_of(form->Buffer2());
+    side.sheet = test::colours_of(form->jojoPalette());
+}
+
+std::vector<Colour> colours_of(const std::array<RGBQUAD, 256>& palette) {
+    std::vector<Colour> colours;
+    std::ranges::transform(palette, std::back_inserter(colours),
+                           [](const RGBQUAD& entry) { return colour_of(entry); });
+    return colours;
+}
+
+// How often the interesting things happened, so that a test can say that it has seen them.
+struct Sightings {
+    int reduced_pictures = 0;
+    int reduced_sheets = 0;
+    int aborts_before_frames = 0;
+    int aborts_among_frames = 0;
+    int frames = 0;
+};
+
+class ImportProperty : public testing::Test {
+  protected:
+    ImportProperty() {
+        mixpals::InitColorTable();
+        mixpals::ImportPalette.fill({});
+        mixpals::hLookupPalette.reset();
+        mixpals::MixInfo = {};
+        mixpals::MixBits = {};
+    }
+
+    void new_sprite(std::int32_t width, std::int32_t height) {
+        hlspr::new_sprite(width, height, 2, 0);
+        shipped_.sprite = hlspr::document();
+        plain_.sprite = hlspr::document();
+    }
+
+    void expect_same_import(std::uint32_t seed, std::int32_t most_side) {
+        Case shipped_case(seed, most_side);
+        if (shipped_.sprite.SpriteHeader.Width == 0) {
+            new_sprite(shipped_case.sprite_width(), shipped_case.sprite_height());
+        }
+        run(shipped_, shipped_case, [&](AddFramesForm& form) { import_frames(form, shipped_.view); });
+        const std::vector<std::string> shipped_messages = shipped_case.messages();
+        // The same case once more, with messages of its own.
+        Case plain_case(seed, most_side);
+        run(plain_, plain_case,
+            [&](AddFramesForm& form) { reference::import_frames(form, plain_.view, mixing_); });
+        EXPECT_EQ(shipped_messages, plain_case.messages());
+        expect_same_state();
+        note(shipped_case.clicks());
+    }
+
+    void expect_same_state() const {
+        EXPECT_EQ(shipped_.failure, plain_.failure);
+        EXPECT_EQ(shipped_.view.events, plain_.view.events);
+        EXPECT_EQ(shipped_.view.lines, plain_.view.lines);
+        EXPECT_EQ(shipped_.view.progress, plain_.view.progress);
+        EXPECT_EQ(shipped_.view.maximum, plain_.view.maximum);
+        EXPECT_EQ(shipped_.view.ends, plain_.view.ends);
+        EXPECT_EQ(shipped_.dirty, plain_.dirty);
+        EXPECT_EQ(text_of(shipped_.sprite), text_of(plain_.sprite));
+        EXPECT_EQ(shipped_.sprite.FrameStore, plain_.sprite.FrameStore);
+        EXPECT_EQ(shipped_.sprite.FrameOrder, plain_.sprite.FrameOrder);
+        EXPECT_EQ(shipped_.last_picture, plain_.last_picture);
+        EXPECT_EQ(shipped_.sheet, plain_.sheet);
+        EXPECT_EQ(mixpals::ColorCount, mixing_.ColorCount);
+        EXPECT_EQ(colours_of(mixpals::ImportPalette), colours_of(mixing_.ImportPalette));
+    }
+
+    void note(const Clicks& clicks) {
+        const auto& events = shipped_.view.events;
+        const auto count = [&](const char* event) {
+            return static_cast<int>(std::ranges::count(events, event));
+        };
+        sightings_.reduced_pictures += count("step Dithering...");
+        sightings_.reduced_sheets += count("step Dithering Palette...");
+        sightings_.frames += shipped_.sprite.SpriteHeader.FrameCount;
+        if (clicks.cancel_at && shipped_.view.abort) {
+            const bool before = count("phase Adding Frames...") == 0;
+            ++(before ? sightings_.aborts_before_frames : sightings_.aborts_among_frames);
+        }
+    }
+
+    Side shipped_;
+    Side plain_;
+    reference::Mixpals mixing_;
+    Sightings sightings_;
+};
+
+TEST_F(ImportProperty, EveryPictureOfOnePixelUpToThreeComesOutAsOfThePlainSteps) {
+    for (std::uint32_t seed = 0; seed < 150; ++seed) {
+        SCOPED_TRACE(seed);
+        shipped_.sprite.SpriteHeader.Width = 0; // a new sprite each time, the palette stays
+        expect_same_import(seed, 3);
+        if (HasFailure()) {
+            break;
+        }
+    }
+    EXPECT_GT(sightings_.frames, 150);
+}
+
+TEST_F(ImportProperty, SetsOfPicturesOfEveryCharacterComeOutAsOfThePlainSteps) {
+    for (std::uint32_t seed = 1000; seed < 1000 + test::cases(160U); ++seed) {
+        SCOPED_TRACE(seed);
+        shipped_.sprite.SpriteHeader.Width = 0;
+        expect_same_import(seed, 40);
+        if (HasFailure()) {
+            break;
+        }
+    }
+    EXPECT_GT(sightings_.reduced_pictures, test::cases(50));
+    EXPECT_GT(sightings_.reduced_sheets, test::cases(30));
+    EXPECT_GE(sightings_.aborts_before_frames, test::cases(6));
+    EXPECT_GE(sightings_.aborts_among_frames, test::cases(2));
+    EXPECT_GT(sightings_.frames, test::cases(150));
+}
+
+TEST_F(ImportProperty, ImportsOneAfterTheOtherIntoOneSpriteComeOutAsOfThePlainSteps) {
+    new_sprite(17, 23);
+    for (std::uint32_t seed = 2000; seed < 2000 + test::cases(120U); ++seed) {
+        SCOPED_TRACE(seed);
+        expect_same_import(seed, 30);
+        if (HasFailure()) {
+            break;
+        }
+    }
+    EXPECT_GT(sightings_.reduced_sheets, test::cases(15));
+    EXPECT_GT(sightings_.frames, test::cases(80));
+}
+
+TEST_F(ImportProperty, PicturesOfOneSizeForTheFrameAndTheSheetComeOutAsOfThePlainSteps) {
+    // 512 by 1 is the size of a small sheet, too wide for a picture; 256 by 256 is the largest frame.
+    new_sprite(256, 256);
+    for (std::uint32_t seed = 3000; seed < 3000 + test::cases(3U); ++seed) {
+        SCOPED_TRACE(seed);
+        expect_same_import(seed, 256);
+    }
+}
+
+} // namespace
+} // namespace varnoth

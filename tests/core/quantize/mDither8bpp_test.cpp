@@ -1,0 +1,502 @@
+#include "core/quantize/mDither8bpp.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <random>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "core/base/numbers.h"
+#include "reference/Dither.h"
+#include "support/TemporaryFolder.h"
+#include "support/expect_failure.h"
+#include "support/pictures.h"
+#include "support/thoroughness.h"
+
+namespace varnoth {
+namespace {
+
+using test::all_characters;
+using test::Character;
+using test::colours_of;
+using test::surface_of;
+using test::TestSurface;
+using Bytes = std::vector<std::uint8_t>;
+using Colours = std::vector<Colour>;
+
+constexpr Colour grey(std::int32_t value) {
+    return value * 0x010101;
+}
+
+std::size_t number_of_colours(const PictureSurface& surface) {
+    const Colours colours = colours_of(surface);
+    return std::set<Colour>(colours.begin(), colours.end()).size();
+}
+
+// The nearest of the multiples of `step`, 0 to `highest`; no tie is possible with an odd step.
+std::int32_t nearest_multiple(std::int32_t value, std::int32_t step, std::int32_t highest) {
+    std::int32_t nearest = 0;
+    for (std::int32_t level = 0; level <= highest; ++level) {
+        if (std::abs(level * step - value) < std::abs(nearest * step - value)) {
+            nearest = level;
+        }
+    }
+    return nearest;
+}
+
+// Tables
+
+TEST(Dither, TheMatricesAreOneOrderInThreeScales) {
+    for (std::size_t place = 0; place < 16; ++place) {
+        const std::int32_t order = mDither8bpp::Offset16[place];
+        EXPECT_EQ(mDither8bpp::Threshold256[place], 16 * order);
+        EXPECT_EQ(mDither8bpp::Offset51[place], round_to_even<std::int32_t>(51.0 * order / 16));
+    }
+    const std::set<std::int32_t> orders(mDither8bpp::Offset16.begin(), mDither8bpp::Offset16.end());
+    EXPECT_EQ(orders.size(), 16U);
+    EXPECT_EQ(*orders.begin(), 1);
+    EXPECT_EQ(*orders.rbegin(), 16);
+}
+
+TEST(Dither, TheOrderIsBayersWithRowsGoingUp) {
+    const mDither8bpp::Matrix order{1, 9, 3, 11, 13, 5, 15, 7, 4, 12, 2, 10, 16, 8, 14, 6};
+    EXPECT_EQ(mDither8bpp::Offset16, order);
+    // Each quarter of the square holds one number of every group of four.
+    for (std::size_t quarter = 0; quarter < 4; ++quarter) {
+        const std::size_t corner = quarter % 2 * 2 + quarter / 2 * 8;
+        std::set<std::int32_t> groups;
+        for (const std::size_t place : {corner, corner + 1, corner + 4, corner + 5}) {
+            groups.insert((order[place] - 1) / 4);
+        }
+        EXPECT_EQ(groups.size(), 4U);
+    }
+}
+
+TEST(Dither, Level16IsTheNearestSeventeenthHeldWithin0To15) {
+    const mDither8bpp dither;
+    for (std::int32_t i = -8; i <= 262; ++i) {
+        EXPECT_EQ(dither.Level16().at(static_cast<std::size_t>(i + 8)), nearest_multiple(i, 17, 15)) << i;
+    }
+}
+
+TEST(Dither, Level6IsTheNearestFiftyFirstHeldWithin0To5) {
+    const mDither8bpp dither;
+    for (std::int32_t i = -51; i <= 280; ++i) {
+        EXPECT_EQ(dither.Level6().at(static_cast<std::size_t>(i + 51)), nearest_multiple(i, 51, 5)) << i;
+    }
+}
+
+TEST(Dither, CubeIndexIsTheIdentity) {
+    const mDither8bpp dither;
+    for (std::size_t i = 0; i < 216; ++i) {
+        EXPECT_EQ(dither.CubeIndex().at(i), i);
+    }
+}
+
+TEST(Dither, ANewObjectIsInTheOptimalMode) {
+    EXPECT_EQ(mDither8bpp().DitherMode, 1);
+}
+
+// Levels, seen on pictures
+
+// A picture of 600 by 600 is sampled at every fourth column and row only. The sampled pixels hold the 16
+// greys that levels stand for, which become the palette; all others are free to hold what is to be dithered.
+class SampledGreys {
+  public:
+    static constexpr std::int32_t side = 600;
+
+    SampledGreys() : surface(side, side) {
+        for (std::int32_t y = 0; y < side; ++y) {
+            for (std::int32_t x = 0; x < side; ++x) {
+                surface.PSet(x, y, grey(is_sampled(x, y) ? x / 4 % 16 * 17 : value_at(x, y)));
+            }
+        }
+    }
+
+    static bool is_sampled(std::int32_t x, std::int32_t y) { return x % 4 == 1 && y % 4 == 1; }
+
+    static std::int32_t value_at(std::int32_t x, std::int32_t y) { return (y / 4 * 150 + x / 4) % 256; }
+
+    TestSurface surface;
+};
+
+TEST(Dither, EveryChannelValueTakesTheLevelThatItsPlaceInTheMatrixGives) {
+    SampledGreys greys;
+    ASSERT_TRUE(mDither8bpp().transform_to_8bit(greys.surface, greys.surface));
+    for (std::int32_t y = 0; y < SampledGreys::side; ++y) {
+        for (std::int32_t x = 0; x < SampledGreys::side; ++x) {
+            if (SampledGreys::is_sampled(x, y)) {
+                continue;
+            }
+            const std::int32_t from_below = SampledGreys::side - 1 - y;
+            const std::int32_t offset =
+                mDither8bpp::Offset16[static_cast<std::size_t>(x % 4 + from_below % 4 * 4)];
+            const std::int32_t level = nearest_multiple(SampledGreys::value_at(x, y) + 8 - offset, 17, 15);
+            ASSERT_EQ(greys.surface.Point(x, y), grey(17 * level)) << x << ", " << y;
+        }
+    }
+}
+
+// What a grey becomes at column phase and row phase 0 to 3, among the 16 greys.
+Colour dithered_grey(std::int32_t value, std::int32_t column_phase, std::int32_t row_phase) {
+    SampledGreys greys;
+    const std::int32_t x = 300 + column_phase;
+    const std::int32_t y = 299 - row_phase;
+    EXPECT_FALSE(SampledGreys::is_sampled(x, y));
+    greys.surface.PSet(x, y, grey(value));
+    EXPECT_TRUE(mDither8bpp().transform_to_8bit(greys.surface, greys.surface));
+    return greys.surface.Point(x, y);
+}
+
+// Black and white are level 0 and 15 at every place: the values beside show which place it is.
+
+TEST(Dither, AtPlace0BlackAnd1AreLevel0And2IsLevel1) {
+    EXPECT_EQ(dithered_grey(0, 0, 0), grey(0)); // 0 + 8 - 1 = 7
+    EXPECT_EQ(dithered_grey(1, 0, 0), grey(0)); // 8 / 17 = 0.47
+    EXPECT_EQ(dithered_grey(2, 0, 0), grey(17));
+}
+
+TEST(Dither, AtThePlaceOf16White255IsLevel15And254IsLevel14) {
+    EXPECT_EQ(dithered_grey(255, 0, 3), grey(255)); // 247 / 17 = 14.53
+    EXPECT_EQ(dithered_grey(254, 0, 3), grey(238)); // 246 / 17 = 14.47
+}
+
+TEST(Dither, AtPlace0White255And240AreLevel15And239IsLevel14) {
+    EXPECT_EQ(dithered_grey(255, 0, 0), grey(255)); // 262 / 17 = 15.41, held to 15
+    EXPECT_EQ(dithered_grey(240, 0, 0), grey(255)); // 247 / 17 = 14.53
+    EXPECT_EQ(dithered_grey(239, 0, 0), grey(238));
+}
+
+TEST(Dither, Channel8IsLevel0AtThePlaceOf16AndLevel1AtThePlaceOf1) {
+    EXPECT_EQ(dithered_grey(8, 0, 3), grey(0));
+    EXPECT_EQ(dithered_grey(8, 0, 0), grey(17)); // 15 / 17 = 0.88
+}
+
+TEST(Dither, InTheHalftoneModeEveryValueTakesTheLevelOfTheCubeThatItsPlaceGives) {
+    TestSurface surface(1024, 4);
+    for (std::int32_t x = 0; x < 1024; ++x) {
+        for (std::int32_t y = 0; y < 4; ++y) {
+            surface.PSet(x, y, grey(x / 4));
+        }
+    }
+    mDither8bpp dither;
+    dither.DitherMode = mDither8bpp::HalftoneMode;
+    ASSERT_TRUE(dither.transform_to_8bit(surface, surface));
+    for (std::int32_t x = 0; x < 1024; ++x) {
+        for (std::int32_t y = 0; y < 4; ++y) {
+            const std::int32_t offset = mDither8bpp::Offset51[static_cast<std::size_t>(x % 4 + (3 - y) * 4)];
+            ASSERT_EQ(surface.Point(x, y), grey(51 * nearest_multiple(x / 4 + 26 - offset, 51, 5)))
+                << x << ", " << y;
+        }
+    }
+}
+
+TEST(Dither, InTheHalftoneModeColoursOfTheCubeStay) {
+    const Colours cube{0x0033FF, 0xFF9900, 0x663300, 0x00CC99, 0xFFFFFF, 0x000000, 0x3366CC, 0xFF0000};
+    const auto surface = surface_of(4, 2, cube);
+    mDither8bpp dither;
+    dither.DitherMode = mDither8bpp::HalftoneMode;
+    ASSERT_TRUE(dither.transform_to_8bit(*surface, *surface));
+    EXPECT_EQ(colours_of(*surface), cube);
+}
+
+// Samples
+
+// How many of the places of a white pixel, moved along a black picture's row or column, the palette takes
+// notice of.
+int noticed_places(std::int32_t width, std::int32_t height, bool along_the_row) {
+    int noticed = 0;
+    TestSurface surface(width, height);
+    mDither8bpp dither;
+    for (std::int32_t i = 0; i < (along_the_row ? width : height); ++i) {
+        surface.Cls();
+        const std::int32_t x = along_the_row ? i : 0;
+        const std::int32_t y = along_the_row ? 0 : i;
+        surface.PSet(x, y, 0xFFFFFF);
+        EXPECT_TRUE(dither.transform_to_8bit(surface, surface));
+        noticed += surface.Point(x, y) == 0xFFFFFF ? 1 : 0;
+    }
+    return noticed;
+}
+
+TEST(Dither, APictureOf100By100IsItsOwnSample) {
+    EXPECT_EQ(noticed_places(100, 100, true), 100);
+    EXPECT_EQ(noticed_places(100, 100, false), 100);
+}
+
+TEST(Dither, APictureOf256By128IsSampledAt150By75) {
+    EXPECT_EQ(noticed_places(256, 128, true), 150);
+    EXPECT_EQ(noticed_places(256, 128, false), 75);
+}
+
+TEST(Dither, ASheetOfOneRowIsSampledInOneRowAndOneOfOneColumnInOneColumn) {
+    EXPECT_EQ(noticed_places(512, 1, true), 150);
+    EXPECT_EQ(noticed_places(1, 512, false), 150);
+}
+
+TEST(Dither, ASheetOf512ByAFewRowsKeepsAtMostAsManyColoursAsItsSampleHasPixels) {
+    const auto sheet = test::random_surface(512, 1, Character::Noise, 3);
+    ASSERT_TRUE(mDither8bpp().transform_to_8bit(*sheet, *sheet));
+    EXPECT_LE(number_of_colours(*sheet), 150U);
+    EXPECT_GT(number_of_colours(*sheet), 100U);
+}
+
+// The whole reduction
+
+TEST(Dither, WithSourceAndTargetTheSameTheResultHasTheSizeAndNoMoreThan256Colours) {
+    for (const Character character : all_characters) {
+        const auto surface = test::random_surface(100, 70, character, 17);
+        ASSERT_TRUE(mDither8bpp().transform_to_8bit(*surface, *surface));
+        EXPECT_EQ(surface->bitmap().width(), 100);
+        EXPECT_EQ(surface->bitmap().height(), 70);
+        EXPECT_LE(number_of_colours(*surface), 256U);
+    }
+}
+
+TEST(Dither, AOneColourPictureStaysAsItIs) {
+    for (const Colour colour : {0x000000, 0x123456, 0xFFFFFF}) {
+        TestSurface surface(9, 5, 32, 0, colour);
+        ASSERT_TRUE(mDither8bpp().transform_to_8bit(surface, surface));
+        EXPECT_EQ(colours_of(surface), Colours(45, colour));
+    }
+}
+
+TEST(Dither, RedGreenAndBlueKeepTheirPlaces) {
+    const Colours colours{0x0000FF, 0x00FF00, 0xFF0000};
+    const auto surface = surface_of(3, 1, colours);
+    ASSERT_TRUE(mDither8bpp().transform_to_8bit(*surface, *surface));
+    EXPECT_EQ(colours_of(*surface), colours);
+}
+
+TEST(Dither, TheFourthByteOfEveryPixelBecomes0) {
+    TestSurface surface(2, 1);
+    surface.SetBitmapBits(Bytes{1, 2, 3, 99, 1, 2, 3, 7});
+    ASSERT_TRUE(mDither8bpp().transform_to_8bit(surface, surface));
+    EXPECT_TRUE(std::ranges::equal(surface.bitmap().bytes(), Bytes{1, 2, 3, 0, 1, 2, 3, 0}));
+}
+
+TEST(Dither, ADifferentTargetIsDrawnAtItsTopLeftAndTheSourceStays) {
+    const auto source = surface_of(2, 2, {0x0000FF, 0x00FF00, 0xFF0000, 0xFFFFFF});
+    const Colours before = colours_of(*source);
+    TestSurface larger(3, 3, 32, 0, 0x070707);
+    ASSERT_TRUE(mDither8bpp().transform_to_8bit(*source, larger));
+    EXPECT_EQ(colours_of(larger), (Colours{0x0000FF, 0x00FF00, 0x070707, 0xFF0000, 0xFFFFFF, 0x070707,
+                                           0x070707, 0x070707, 0x070707}));
+    TestSurface smaller(1, 1);
+    ASSERT_TRUE(mDither8bpp().transform_to_8bit(*source, smaller));
+    EXPECT_EQ(colours_of(smaller), Colours{0x0000FF});
+    EXPECT_EQ(colours_of(*source), before);
+}
+
+TEST(Dither, TheTargetIsRefreshedOnceAndTheSourceNot) {
+    TestSurface source(2, 2);
+    TestSurface target(2, 2);
+    int source_refreshed = 0;
+    int target_refreshed = 0;
+    source.on_change = [&] { ++source_refreshed; };
+    target.on_change = [&] { ++target_refreshed; };
+    ASSERT_TRUE(mDither8bpp().transform_to_8bit(source, target));
+    EXPECT_EQ(source_refreshed, 0);
+    EXPECT_EQ(target_refreshed, 1);
+}
+
+TEST(Dither, ASurfaceWithoutPixelsGivesFalseAndNothingElseHappens) {
+    TestSurface nothing(0, 5);
+    TestSurface target(1, 1, 32, 0, 7);
+    target.on_change = [] { FAIL() << "the target must not be touched"; };
+    EXPECT_FALSE(mDither8bpp().transform_to_8bit(nothing, target));
+    TestSurface flat(5, 0);
+    EXPECT_FALSE(mDither8bpp().transform_to_8bit(flat, target));
+    EXPECT_EQ(colours_of(target), Colours{7});
+}
+
+TEST(Dither, ASurfaceWhoseRowsHaveMoreBitsThanCanBeCountedIsAnOverflow) {
+    mDither8bpp dither;
+    TestSurface wide(0x7FFFFFFF / 32 + 1, 1);
+    EXPECT_FAILURE(dither.transform_to_8bit(wide, wide), Overflow);
+}
+
+TEST(Dither, ABordersWidthMakesTheCopyLargerAndTheSourceIsDrawnSmallerBlackAround) {
+    TestSurface source(4, 4, 32, 2, 0xFFFFFF); // outer size 8 by 8
+    ASSERT_TRUE(mDither8bpp().transform_to_8bit(source, source));
+    const Colour w = 0xFFFFFF;
+    EXPECT_EQ(colours_of(source), (Colours{w, w, 0, 0, w, w, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+// Palettes as lookups
+
+TEST(Dither, TheLookupIsOverflowWithoutAPlatformPalette) {
+    mDither8bpp dither;
+    cPal8bpp palette;
+    EXPECT_FAILURE(dither.BuildColorLookup(palette), Overflow);
+    palette.Initialize(5);
+    EXPECT_FAILURE(dither.BuildColorLookup(palette), Overflow);
+}
+
+TEST(Dither, TheLookupGoesByThePlatformPaletteAndHasRedFastest) {
+    cPal8bpp palette;
+    palette.CreateHalftone(0);
+    palette.SetrgbR(0, 255);
+    mDither8bpp dither;
+    EXPECT_EQ(dither.ColorLookup(), (std::array<std::uint8_t, 4096>{})) << "before there is a lookup";
+    dither.BuildColorLookup(palette);
+    const auto lookup = dither.ColorLookup();
+    EXPECT_EQ(lookup[0], 0);
+    EXPECT_EQ(lookup[15], 1);
+    EXPECT_EQ(lookup[15 * 16], 2);
+    EXPECT_EQ(lookup[15 * 256], 4);
+    for (std::size_t i = 0; i < 4096; ++i) {
+        std::uint8_t index = 0;
+        palette.ClosestIndex(static_cast<std::uint8_t>(i % 16 * 17),
+                             static_cast<std::uint8_t>(i / 16 % 16 * 17),
+                             static_cast<std::uint8_t>(i / 256 * 17), index);
+        ASSERT_EQ(lookup.at(i), index) << i;
+    }
+}
+
+TEST(Dither, TheLookupIsThatOf4096PlainSearches) {
+    mDither8bpp dither;
+    for (std::uint32_t seed = 0; seed < test::cases(120U); ++seed) {
+        std::mt19937 random(seed);
+        const auto any = [&](std::uint32_t limit) { return static_cast<std::uint8_t>(random() % limit); };
+        const std::size_t count = seed < 40 ? 1 + seed % 8 : 1 + random() % 256;
+        // Near each other, in few values with many equals, on the lookup's own grid with many ties, or
+        // anywhere.
+        const std::uint32_t kind = seed % 4;
+        const std::uint8_t base = any(200);
+        std::vector<RGBQUAD> entries(count);
+        for (RGBQUAD& entry : entries) {
+            for (std::uint8_t* channel : {&entry.rgbBlue, &entry.rgbGreen, &entry.rgbRed}) {
+                *channel = kind == 0   ? static_cast<std::uint8_t>(base + any(30))
+                           : kind == 1 ? static_cast<std::uint8_t>(any(3) * 120)
+                           : kind == 2 ? static_cast<std::uint8_t>(any(16) * 17)
+                                       : any(256);
+            }
+        }
+        cPal8bpp palette;
+        palette.Initialize(static_cast<std::int16_t>(count));
+        std::ranges::copy(entries, palette.lpPalette().begin());
+        palette.BuildLogicalPalette();
+        dither.BuildColorLookup(palette);
+        ASSERT_EQ(dither.ColorLookup(), reference::color_lookup(entries)) << seed;
+    }
+}
+
+// Equal to the plain steps
+
+void expect_as_plain(std::int32_t width, std::int32_t height, Character character, std::uint32_t seed,
+                     std::int32_t bits = 32, std::int32_t mode = mDither8bpp::OptimalMode) {
+    const auto shipped = test::random_surface(width, height, character, seed, bits);
+    const auto plain = test::random_surface(width, height, character, seed, bits);
+    mDither8bpp dither;
+    dither.DitherMode = mode;
+    ASSERT_TRUE(dither.transform_to_8bit(*shipped, *shipped));
+    ASSERT_TRUE(reference::transform_to_8bit(mode, *plain, *plain));
+    ASSERT_TRUE(std::ranges::equal(shipped->bitmap().bytes(), plain->bitmap().bytes()))
+        << width << " by " << height << ", character " << static_cast<int>(character) << ", seed " << seed
+        << ", " << bits << " bits, mode " << mode;
+}
+
+TEST(Dither, TinyPicturesComeOutAsByThePlainSteps) {
+    std::uint32_t seed = 0;
+    for (const Character character : all_characters) {
+        for (std::int32_t height = 1; height <= 6; ++height) {
+            for (std::int32_t width = 1; width <= 6; ++width) {
+                expect_as_plain(width, height, character, seed++);
+                expect_as_plain(width, height, character, seed++, 32, mDither8bpp::HalftoneMode);
+                ASSERT_FALSE(HasFatalFailure());
+            }
+        }
+    }
+}
+
+TEST(Dither, SmallPicturesOfEveryDepthComeOutAsByThePlainSteps) {
+    constexpr std::int32_t depths[] = {32, 24, 16};
+    for (std::uint32_t seed = 0; seed < test::cases(360U); ++seed) {
+        expect_as_plain(static_cast<std::int32_t>(1 + seed * 7 % 40),
+                        static_cast<std::int32_t>(1 + seed * 11 % 40), all_characters[seed % 6], seed,
+                        depths[seed / 6 % 3], seed % 10 == 9 ? 0 : 1);
+        ASSERT_FALSE(HasFatalFailure());
+    }
+}
+
+TEST(Dither, PicturesLargerThanTheSampleComeOutAsByThePlainSteps) {
+    std::uint32_t seed = 70;
+    for (const Character character : all_characters) {
+        for (const auto& [width, height] :
+             {std::pair{512, 1}, {512, 9}, {1, 512}, {256, 128}, {151, 150}, {256, 256}}) {
+            expect_as_plain(width, height, character, seed++);
+            ASSERT_FALSE(HasFatalFailure());
+        }
+    }
+}
+
+TEST(Dither, BorderedSurfacesAndTwipsComeOutAsByThePlainSteps) {
+    for (std::uint32_t seed = 0; seed < test::cases(30U); ++seed) {
+        const auto make = [&](bool twips) {
+            auto surface = std::make_unique<TestSurface>(12, 10, 32, static_cast<std::int32_t>(seed % 4));
+            const auto picture = test::random_surface(12, 10, all_characters[seed % 6], seed);
+            surface->SetBitmapBits(picture->bitmap().bytes());
+            surface->ScaleMode = twips ? ScaleTwips : ScalePixels;
+            surface->Parent()->ScaleMode = seed % 3 == 0 ? ScaleTwips : ScalePixels;
+            return surface;
+        };
+        for (const bool twips : {false, true}) {
+            const auto shipped = make(twips);
+            const auto plain = make(twips);
+            const auto shipped_target = make(false);
+            const auto plain_target = make(false);
+            ASSERT_TRUE(mDither8bpp().transform_to_8bit(*shipped, *shipped_target));
+            ASSERT_TRUE(reference::transform_to_8bit(1, *plain, *plain_target));
+            ASSERT_EQ(colours_of(*shipped), colours_of(*plain)) << seed;
+            ASSERT_EQ(colours_of(*shipped_target), colours_of(*plain_target)) << seed;
+        }
+    }
+}
+
+// Saving
+
+TEST(Dither, ASavedSurfaceIsA32BitBmpWhateverItsDepth) {
+    const test::TemporaryFolder folder;
+    for (const std::int32_t bits : {32, 24}) {
+        const auto surface = surface_of(1, 2, {0x010203, 0x040506}, bits);
+        ASSERT_TRUE(mDither8bpp().save_bmp(folder.file("a.bmp"), *surface));
+        Bytes expected{'B', 'M', 62, 0, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0,  40,
+                       0,   0,   0,  1, 0, 0, 0, 2, 0, 0, 0,  1, 0, 32, 0};
+        expected.resize(54);
+        expected.insert(expected.end(), {4, 5, 6, 0, 1, 2, 3, 0});
+        EXPECT_EQ(test::read_file(folder.file("a.bmp")), expected);
+    }
+}
+
+TEST(Dither, ASurfaceWithoutPixelsIsNotSaved) {
+    const test::TemporaryFolder folder;
+    TestSurface nothing(0, 0);
+    EXPECT_FALSE(mDither8bpp().save_bmp(folder.file("a.bmp"), nothing));
+    EXPECT_FALSE(std::filesystem::exists(folder.file("a.bmp")));
+}
+
+TEST(Dither, SavingOntoAReadOnlyFileFailsAndTheFileStays) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.write("a.bmp", Bytes{1, 2, 3});
+    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+    TestSurface surface(1, 1);
+    EXPECT_FAILURE(mDither8bpp().save_bmp(path, surface), PermissionDenied);
+    EXPECT_EQ(test::read_file(path), (Bytes{1, 2, 3}));
+}
+
+TEST(Dither, ASavedSurfaceWithABorderHasItsOuterSizeAndBlackBeyondItsPixels) {
+    const test::TemporaryFolder folder;
+    TestSurface surface(1, 1, 32, 1, 0xFFFFFF);
+    ASSERT_TRUE(mDither8bpp().save_bmp(folder.file("a.bmp"), surface));
+    const Bytes file = test::read_file(folder.file("a.bmp"));
+    ASSERT_EQ(file.size(), 54U + 36);
+    EXPECT_EQ(file[18], 3);
+    Bytes pixels(36, 0);
+    std::fill_n(pixels.begin() + 24, 3, std::uint8_t{255}); // the top row is stored last
+    EXPECT_EQ(Bytes(file.begin() + 54, file.end()), pixels);
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,73 @@
+// For tests of sprite files: a folder, recorded messages, and the sprite module as at program start before
+// and after each test.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "core/sprite/hlspr.h"
+#include "support/RecordedServices.h"
+#include "support/TemporaryFolder.h"
+#include "support/sprites.h"
+
+namespace varnoth::test {
+
+inline const std::string loading_failed = "Unknown Error Loading Sprite.";
+inline const std::string saving_failed = "Unknown Error Saving Sprite.";
+
+class SpriteFileTest : public testing::Test {
+  protected:
+    SpriteFileTest() { reset_sprite(); }
+
+    ~SpriteFileTest() override { reset_sprite(); }
+
+    Truth load(const std::vector<std::uint8_t>& bytes) {
+        return hlspr::load_sprite(folder.write("a.spr", bytes));
+    }
+
+    Truth load(const SpriteFile& file) { return load(file.bytes()); }
+
+    /// The file does not load, and the message of the error trap comes.
+    void expect_trap(const SpriteFile& file) {
+        services.messages.clear();
+        EXPECT_EQ(load(file), False);
+        EXPECT_EQ(services.messages, (std::vector<std::string>{loading_failed}));
+    }
+
+    /// A document in use, with a frame of its own, that a refused file does or does not overwrite.
+    void put_old_sprite() {
+        hlspr::new_sprite(2, 1, 0, 0);
+        hlspr::document().SpriteHeader.FrameCount = 1;
+        hlspr::document().FrameStore[0] = indices({5, 6});
+        hlspr::document().Palette.Colours[5] = {9, 9, 9};
+        hlspr::document().FrameHeader.OriginX = 44;
+    }
+
+    void expect_old_frames() {
+        ASSERT_EQ(hlspr::document().FrameStore.size(), 1U);
+        EXPECT_EQ(indices_of(hlspr::document().FrameStore[0]), (std::vector<std::uint8_t>{5, 6}));
+        EXPECT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{0}));
+        EXPECT_EQ(hlspr::document().FrameHeader.OriginX, 44);
+    }
+
+    TemporaryFolder folder;
+    RecordedServices services;
+};
+
+/// Three frames of 2 by 1 with origins of their own.
+inline SpriteFile three_frames() {
+    SpriteFile file;
+    file.width = 2;
+    file.height = 1;
+    file.palette[3] = 10;
+    file.palette[4] = 20;
+    file.palette[5] = 30;
+    file.add({2, 1, {1, 2}, 0, -1, 1});
+    file.add({2, 1, {3, 4}, 0, -2, 2});
+    file.add({2, 1, {5, 6}, 0, -3, 3});
+    return file;
+}
+
+} // namespace varnoth::test

@@ -1,0 +1,171 @@
+#include "desktop/controls/parts/accessible.h"
+
+#include <memory>
+
+#include <QAccessible>
+
+#include "core/base/RunTimeFailure.h"
+#include "desktop/controls/elboton.h"
+#include "desktop/controls/elcheck.h"
+#include "desktop/controls/elcombo.h"
+#include "desktop/controls/elframe.h"
+#include "desktop/controls/ellabel.h"
+#include "desktop/controls/elline3d.h"
+#include "desktop/controls/elpanel.h"
+#include "desktop/controls/elprogress.h"
+#include "desktop/controls/elradio.h"
+#include "desktop/controls/eltexto.h"
+#include "desktop/controls/shown.h"
+
+namespace varnoth {
+namespace {
+
+QAccessibleInterface& interface_of(QWidget& control) {
+    install_accessible_controls();
+    install_accessible_controls();
+    return *QAccessible::queryAccessibleInterface(&control);
+}
+
+void act(QWidget& control, const QString& action) {
+    interface_of(control).actionInterface()->doAction(action);
+}
+
+QStringList actions_of(QWidget& control) {
+    return interface_of(control).actionInterface()->actionNames();
+}
+
+template <typename Control>
+QAccessible::Role role_of() {
+    Control control("c", nullptr);
+    return interface_of(control).role();
+}
+
+TEST(Accessible, EachControlHasItsRole) {
+    EXPECT_EQ(role_of<elboton>(), QAccessible::Button);
+    EXPECT_EQ(role_of<elcheck>(), QAccessible::CheckBox);
+    EXPECT_EQ(role_of<elradio>(), QAccessible::RadioButton);
+    EXPECT_EQ(role_of<ellabel>(), QAccessible::StaticText);
+    EXPECT_EQ(role_of<elprogress>(), QAccessible::ProgressBar);
+    EXPECT_EQ(role_of<elframe>(), QAccessible::Grouping);
+    EXPECT_EQ(role_of<elline3d>(), QAccessible::Separator);
+    EXPECT_EQ(role_of<elpanel>(), QAccessible::Pane);
+}
+
+TEST(Accessible, TheNameIsTheCaptionUnlessOneIsGiven) {
+    elboton button("b", nullptr);
+    button.SetCaption("...");
+    EXPECT_EQ(interface_of(button).text(QAccessible::Name), "...");
+    button.setAccessibleName("Browse");
+    button.SetCaption("....");
+    EXPECT_EQ(interface_of(button).text(QAccessible::Name), "Browse");
+    elpanel panel("p", nullptr);
+    panel.SetTitle("New Sprite");
+    EXPECT_EQ(interface_of(panel).text(QAccessible::Name), "New Sprite");
+}
+
+TEST(Accessible, AButtonIsPressedAsByAClick) {
+    elboton button("b", nullptr);
+    int clicks = 0;
+    on_event(&button, &elboton::Click, &button, [&] { ++clicks; });
+    ASSERT_EQ(actions_of(button), QStringList{QAccessibleActionInterface::pressAction()});
+    act(button, QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(clicks, 1);
+    act(button, QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(clicks, 1);
+    button.SetEnabled(false);
+    EXPECT_TRUE(actions_of(button).isEmpty());
+    act(button, QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(clicks, 1);
+    EXPECT_TRUE(interface_of(button).state().disabled);
+}
+
+TEST(Accessible, ACheckBoxTellsItsMarkAndIsToggledAsByAClick) {
+    elcheck check("c", nullptr);
+    int clicks = 0;
+    on_event(&check, &elcheck::Click, &check, [&] { ++clicks; });
+    EXPECT_TRUE(interface_of(check).state().checkable);
+    EXPECT_FALSE(interface_of(check).state().checked);
+    act(check, QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(check.Value());
+    EXPECT_TRUE(interface_of(check).state().checked);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST(Accessible, ARadioButtonTellsItsValueAndIsChosenAsByAClick) {
+    elradio radio("r", nullptr);
+    int clicks = 0;
+    on_event(&radio, &elradio::Click, &radio, [&] { ++clicks; });
+    EXPECT_FALSE(interface_of(radio).state().checked);
+    act(radio, QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(interface_of(radio).state().checked);
+    EXPECT_TRUE(interface_of(radio).state().checkable);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST(Accessible, AFailureInAHandlerEndsAtTheEventsEdge) {
+    elboton button("b", nullptr);
+    QObject::connect(&button, &elboton::Click, &button, [] { fail(Failure::DeviceIo); });
+    std::vector<std::string> ends;
+    const FatalEndInstallation recording(
+        [&](std::string_view name, std::string_view) { ends.emplace_back(name); });
+    act(button, QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(ends, std::vector<std::string>{"DeviceIo"});
+}
+
+TEST(Accessible, APanelIsClosedWhereItHasACloseButton) {
+    elpanel panel("p", nullptr);
+    int closes = 0;
+    on_event(&panel, &elpanel::CloseClick, &panel, [&] { ++closes; });
+    EXPECT_TRUE(actions_of(panel).isEmpty());
+    QAccessibleInterface& shown = interface_of(panel);
+    ASSERT_EQ(shown.childCount(), 1);
+    QAccessibleInterface* button = shown.child(0);
+    EXPECT_EQ(button->role(), QAccessible::Button);
+    EXPECT_EQ(button->text(QAccessible::Name), "Close");
+    EXPECT_EQ(shown.indexOfChild(button), 0);
+    EXPECT_EQ(button->parent(), &shown);
+    EXPECT_EQ(button->actionInterface()->actionNames(),
+              QStringList{QAccessibleActionInterface::pressAction()});
+    button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(closes, 1);
+    panel.SetEnabled(false);
+    EXPECT_TRUE(button->state().disabled);
+    button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(closes, 1);
+    panel.SetCerrar(false);
+    EXPECT_EQ(shown.childCount(), 0);
+    EXPECT_EQ(shown.child(0), nullptr);
+}
+
+TEST(Accessible, AProgressBarTellsItsNumberAndCannotBeSet) {
+    elprogress progress("p", nullptr);
+    progress.SetMax(40);
+    progress.SetMin(2);
+    progress.SetValue(7);
+    QAccessibleValueInterface* value = interface_of(progress).valueInterface();
+    ASSERT_NE(value, nullptr);
+    EXPECT_EQ(value->currentValue().toInt(), 7);
+    EXPECT_EQ(value->minimumValue().toInt(), 2);
+    EXPECT_EQ(value->maximumValue().toInt(), 40);
+    value->setCurrentValue(9);
+    EXPECT_EQ(progress.Value(), 7);
+    EXPECT_TRUE(interface_of(progress).state().readOnly);
+}
+
+TEST(Accessible, TheFieldsSpeakThroughWhatIsWithinThem) {
+    eltexto text("t", nullptr);
+    text.setAccessibleName("Width");
+    EXPECT_EQ(text.Text1().accessibleName(), "Width");
+    EXPECT_EQ(interface_of(text).text(QAccessible::Name), "");
+    EXPECT_EQ(interface_of(text).role(), QAccessible::Client);
+    EXPECT_EQ(interface_of(text.Text1()).role(), QAccessible::EditableText);
+    elcombo combo("c", nullptr);
+    combo.setAccessibleName("Type");
+    EXPECT_EQ(combo.Combo1().accessibleName(), "Type");
+    EXPECT_EQ(interface_of(combo).text(QAccessible::Name), "");
+    EXPECT_EQ(interface_of(combo).role(), QAccessible::Client);
+    EXPECT_EQ(interface_of(combo.Combo1()).role(), QAccessible::ComboBox);
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,436 @@
+#include "desktop/controls/elpanel.h"
+
+#include "desktop/controls/parts/panel_icon.h"
+#include "desktop/controls/shown.h"
+#include "desktop/theme/theme.h"
+#include "support/expect_failure.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using test::colour_at;
+using test::count_of;
+using test::picture_of;
+using test::record;
+using test::Shown;
+
+constexpr Colour light = 0x95AAA0;
+constexpr Colour dark = 0x222E28;
+
+struct Panel : Shown<elpanel> {
+    QStringList log;
+
+    explicit Panel(int width = 300, int height = 200) : Shown(width, height) {
+        control.SetColor3DDark(dark);
+        record(control, log);
+    }
+
+    const TextPart& text(const char* name) { return control.part<TextPart>(name); }
+
+    const BoxPart& box(const char* name) { return control.part<BoxPart>(name); }
+
+    Colour line(const char* name) { return control.part<LinePart>(name).BorderColor; }
+
+    QPoint on_surface() { return {50, 100}; }
+
+    QPoint on_title() { return {40, 15}; }
+
+    QPoint on_icon() { return {12, 14}; }
+
+    QPoint on_close_glyph() { return {control.width() - 26 + 9, 17}; }
+
+    QPoint on_close_edge() { return {control.width() - 26 + 1, 25}; }
+
+    bool close_raised() {
+        return line("Line1A(0)") == light && line("Line1A(1)") == light && line("Line1B(0)") == dark &&
+               line("Line1B(1)") == dark;
+    }
+
+    bool close_sunken() {
+        return line("Line1A(0)") == dark && line("Line1A(1)") == dark && line("Line1B(0)") == light &&
+               line("Line1B(1)") == light;
+    }
+};
+
+TEST(Elpanel, ItsPartsStandWhereTheyBelong) {
+    Panel panel;
+    EXPECT_EQ(panel.box("Picture1").place(), QRectF(9, 10, 16, 16));
+    EXPECT_EQ(panel.box("Picture2").place(), QRectF(274, 8, 18, 18));
+    EXPECT_EQ(panel.text("Label2").place(), QRectF(2, 2, 14, 14));
+    EXPECT_EQ(panel.text("Label1").place(), QRectF(30, 9, 245, 18));
+    EXPECT_EQ(panel.text("shadow1").place(), QRectF(31, 10, 245, 18));
+    EXPECT_EQ(panel.text("Label2").Caption(), "r");
+    EXPECT_EQ(panel.text("Label1").Caption(), "Title");
+    EXPECT_EQ(panel.text("shadow1").Caption(), "Title");
+}
+
+TEST(Elpanel, ItsEdgesFollowTheSize) {
+    Panel panel;
+    panel->resize(200, 90);
+    const auto ends = [&](const char* name) {
+        const LinePart& line = panel->part<LinePart>(name);
+        return std::vector<double>{line.X1, line.Y1, line.X2, line.Y2};
+    };
+    EXPECT_EQ(ends("LineA(0)"), (std::vector<double>{0, 0, 200, 0}));
+    EXPECT_EQ(ends("LineA(1)"), (std::vector<double>{0, 0, 0, 89}));
+    EXPECT_EQ(ends("LineB(0)"), (std::vector<double>{199, 0, 199, 89}));
+    EXPECT_EQ(ends("LineB(1)"), (std::vector<double>{1, 89, 200, 89}));
+    for (const int scale : {1, 2}) {
+        const QImage picture = picture_of(panel.control, scale);
+        EXPECT_EQ(count_of(picture, light, QRect(0, 0, 199 * scale, scale)), 199 * scale * scale) << scale;
+        EXPECT_EQ(count_of(picture, light, QRect(0, 0, scale, 90 * scale)), 90 * scale * scale) << scale;
+        EXPECT_EQ(count_of(picture, dark, QRect(199 * scale, 0, scale, 90 * scale)), 90 * scale * scale);
+        EXPECT_EQ(count_of(picture, dark, QRect(scale, 89 * scale, 199 * scale, scale)), 199 * scale * scale);
+    }
+}
+
+TEST(Elpanel, ItsPartsFollowASizeSetWhileItIsHidden) {
+    elpanel panel("p", nullptr);
+    panel.setGeometry(0, 0, 200, 90);
+    EXPECT_EQ(panel.part<LinePart>("LineB(0)").X1, 199);
+    EXPECT_EQ(panel.part<LinePart>("LineB(1)").Y1, 89);
+    EXPECT_EQ(panel.part<BoxPart>("Picture2").Left, 174);
+    EXPECT_EQ(panel.part<TextPart>("Label1").Width, 145);
+}
+
+TEST(Elpanel, ItsDrawingContextFollowsASizeSetWhileItIsHidden) {
+    elpanel panel("p", nullptr);
+    panel.resize(30, 20);
+    panel.get_the_hdc();
+    panel.resize(50, 40);
+    const Bitmap& pixels = *panel.get_the_hdc().bitmap();
+    EXPECT_EQ(pixels.width(), 50);
+    EXPECT_EQ(pixels.height(), 40);
+    EXPECT_EQ(pixels.pixel(49, 39), look::window_background);
+}
+
+TEST(Elpanel, AHiddenOneTakesABackgroundOfItsNewSize) {
+    elpanel panel("p", nullptr);
+    panel.resize(30, 20);
+    panel.get_the_hdc();
+    panel.resize(50, 40);
+    test::TestSurface behind(100, 100, 32, 0, 0xFFFFFF);
+    panel.obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
+    EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(48, 38), 0xFFFFFF);
+    EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(49, 38), look::window_background);
+}
+
+TEST(Elpanel, BothSizesAreDividedByTheHorizontalTwips) {
+    const test::OtherScreen flat(20, 12);
+    Panel panel(100, 50);
+    EXPECT_EQ(panel->part<LinePart>("LineB(0)").X1, 99);
+    EXPECT_EQ(panel->part<LinePart>("LineB(1)").Y1, 50.0 * 12 / 20 - 1);
+}
+
+TEST(Elpanel, NarrowerThan26PixelsItPutsTheCloseButtonAtANegativeLeft) {
+    Panel panel(20, 40);
+    EXPECT_EQ(panel.box("Picture2").Left, -6);
+    picture_of(panel.control);
+}
+
+TEST(Elpanel, WithoutTheCloseButtonNothingElseMoves) {
+    Panel panel;
+    const QRectF title = panel.text("Label1").place();
+    panel->SetCerrar(false);
+    EXPECT_FALSE(panel->Cerrar());
+    EXPECT_FALSE(panel.box("Picture2").Visible);
+    EXPECT_EQ(panel.text("Label1").place(), title);
+    EXPECT_EQ(count_of(picture_of(panel.control), look::window_background, QRect(274, 8, 18, 18)), 18 * 18);
+    QTest::mouseClick(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
+    EXPECT_EQ(panel.log.count("CloseClick"), 0);
+    EXPECT_EQ(panel.log.count("Click"), 1);
+}
+
+TEST(Elpanel, WithoutTheIconItsGapStays) {
+    Panel panel;
+    panel->SetIcon(false);
+    EXPECT_FALSE(panel->Icon());
+    EXPECT_EQ(panel.text("Label1").Left, 30);
+    EXPECT_EQ(count_of(picture_of(panel.control), look::window_background, QRect(9, 10, 16, 16)), 16 * 16);
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_icon());
+    EXPECT_EQ(panel.log, QStringList{"MouseDown 1 0 12,14"});
+}
+
+TEST(Elpanel, ItCloseClicksFromTheGlyphAndFromTheButtonAroundIt) {
+    Panel panel;
+    for (const QPoint point : {panel.on_close_glyph(), panel.on_close_edge()}) {
+        panel.log.clear();
+        QTest::mouseClick(&panel.control, Qt::LeftButton, {}, point);
+        EXPECT_EQ(panel.log, QStringList{"CloseClick"});
+    }
+}
+
+TEST(Elpanel, NoCloseClickComesFromAPressAndReleaseOnTheTitle) {
+    Panel panel;
+    QTest::mouseClick(&panel.control, Qt::LeftButton, {}, panel.on_title());
+    EXPECT_EQ(panel.log, (QStringList{"TitleMouseDown 1 0 10,6", "TitleMouseUp 1 0 10,6", "Click"}));
+}
+
+TEST(Elpanel, NoCloseClickComesFromAReleaseBesideTheButton) {
+    Panel panel;
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
+    EXPECT_TRUE(panel.close_sunken());
+    QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, panel.on_surface());
+    EXPECT_TRUE(panel.close_raised());
+    EXPECT_TRUE(panel.log.isEmpty());
+}
+
+TEST(Elpanel, NoCloseClickComesFromAReleaseOnThePixelBehindTheButton) {
+    Panel panel;
+    for (const QPoint behind : {QPoint(274 + 18, 25), QPoint(280, 8 + 18)}) {
+        QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_edge());
+        QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, behind);
+    }
+    EXPECT_TRUE(panel.log.isEmpty());
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_edge());
+    QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, QPoint(274 + 17, 8 + 17));
+    EXPECT_EQ(panel.log, QStringList{"CloseClick"});
+}
+
+TEST(Elpanel, TheCloseButtonIsSunkenWhileTheLeftButtonIsHeldOnIt) {
+    Panel panel;
+    EXPECT_TRUE(panel.close_raised());
+    for (const QPoint point : {panel.on_close_glyph(), panel.on_close_edge()}) {
+        QTest::mousePress(&panel.control, Qt::LeftButton, {}, point);
+        EXPECT_TRUE(panel.close_sunken());
+        QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, point);
+        EXPECT_TRUE(panel.close_raised());
+        QTest::mousePress(&panel.control, Qt::RightButton, {}, point);
+        EXPECT_TRUE(panel.close_raised());
+        QTest::mouseRelease(&panel.control, Qt::RightButton, {}, point);
+    }
+}
+
+TEST(Elpanel, TheCloseButtonRisesAtTheNextMoveAfterALostRelease) {
+    Panel panel;
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
+    panel->SetEnabled(false);
+    QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
+    panel->SetEnabled(true);
+    ASSERT_TRUE(panel.close_sunken());
+    test::move(panel.control, panel.on_surface());
+    EXPECT_TRUE(panel.close_raised());
+    EXPECT_EQ(panel.log, QStringList{"MouseMove 0 0 50,100"});
+}
+
+TEST(Elpanel, TheTitleLetsGoOfThePointerAfterALostRelease) {
+    Panel panel;
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_title());
+    test::move(panel.control, panel.on_surface()); // the window system kept the release to itself
+    EXPECT_EQ(panel.log.last(), "MouseMove 0 0 50,100");
+    QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, panel.on_surface());
+    EXPECT_EQ(panel.log.last(), "MouseMove 0 0 50,100");
+}
+
+TEST(Elpanel, TheCloseButtonsEdgesAreOneCrispPixel) {
+    Panel panel;
+    for (const int scale : {1, 2}) {
+        const QImage picture = picture_of(panel.control, scale);
+        const int left = 274 * scale;
+        const int top = 8 * scale;
+        const int size = 18 * scale;
+        EXPECT_EQ(count_of(picture, light, QRect(left, top, size, scale)), size * scale) << scale;
+        EXPECT_EQ(count_of(picture, light, QRect(left, top, scale, size)), size * scale) << scale;
+        EXPECT_EQ(count_of(picture, dark, QRect(left + scale, top + size - scale, size - scale, scale)),
+                  (size - scale) * scale)
+            << scale;
+    }
+}
+
+TEST(Elpanel, AfterANewEdgeColourAPressAndReleaseBringItIntoTheCloseButton) {
+    Panel panel;
+    panel->SetColor3DLight(0x0000FF);
+    EXPECT_EQ(panel.line("Line1A(0)"), 0x0000FF);
+    EXPECT_EQ(panel.line("Line1A(1)"), 0x0000FF);
+    panel->SetColor3DDark(0x00FF00);
+    EXPECT_EQ(panel.line("Line1B(0)"), 0x00FF00);
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
+    EXPECT_EQ(panel.line("Line1A(0)"), 0x00FF00);
+    EXPECT_EQ(panel.line("Line1B(1)"), 0x0000FF);
+    QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
+    EXPECT_EQ(panel.line("Line1A(0)"), 0x0000FF);
+    EXPECT_EQ(panel.line("Line1B(1)"), 0x00FF00);
+}
+
+TEST(Elpanel, ALongTitleIsCutByItsLabelWithoutAnEllipsis) {
+    Panel panel(120, 40);
+    panel->SetCerrar(false);
+    panel->SetTitle(QString(60, QChar('W')));
+    const QImage picture = picture_of(panel.control);
+    const QRect beyond(95, 1, 24, 38); // from 30 + 120 - 55 on
+    EXPECT_EQ(count_of(picture, look::window_background, beyond), 24 * 38);
+    panel->SetTitle(QString(30, QChar('W')));
+    EXPECT_EQ(picture_of(panel.control), picture);
+}
+
+TEST(Elpanel, ATitleWithoutRoomIsNotSeen) {
+    Panel panel(50, 40);
+    EXPECT_EQ(count_of(picture_of(panel.control), look::white, QRect(30, 1, 19, 38)), 0);
+}
+
+TEST(Elpanel, EachPartRaisesItsOwnMouseEvents) {
+    Panel panel;
+    test::move(panel.control, panel.on_title());
+    test::move(panel.control, panel.on_icon());
+    test::move(panel.control, panel.on_close_glyph());
+    test::move(panel.control, panel.on_surface());
+    EXPECT_EQ(panel.log,
+              (QStringList{"TitleMouseMove 0 0 10,6", "IconMouseMove 0 0 3,4", "MouseMove 0 0 50,100"}));
+    panel.log.clear();
+    QTest::mouseClick(&panel.control, Qt::LeftButton, {}, panel.on_icon());
+    QTest::mouseClick(&panel.control, Qt::LeftButton, {}, panel.on_surface());
+    EXPECT_EQ(panel.log, (QStringList{"IconMouseDown 1 0 3,4", "IconMouseUp 1 0 3,4", "MouseDown 1 0 50,100",
+                                      "MouseUp 1 0 50,100", "Click"}));
+}
+
+TEST(Elpanel, ADoubleClickComesFromTheTitleAndTheSurface) {
+    Panel panel;
+    for (const QPoint point : {panel.on_title(), panel.on_surface()}) {
+        panel.log.clear();
+        test::double_click(panel.control, point);
+        EXPECT_EQ(panel.log.count("Click"), 1);
+        EXPECT_EQ(panel.log.count("DblClick"), 1);
+    }
+    panel.log.clear();
+    test::double_click(panel.control, panel.on_close_glyph());
+    test::double_click(panel.control, panel.on_icon());
+    EXPECT_EQ(panel.log.count("CloseClick"), 2);
+    EXPECT_EQ(panel.log.count("DblClick"), 0);
+}
+
+TEST(Elpanel, ADragOfTheTitleIsToldInTheTitlesPixelsWhereverItGoes) {
+    Panel panel;
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_title());
+    test::move(panel.control, panel.on_surface(), Qt::LeftButton);
+    QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, panel.on_surface());
+    EXPECT_EQ(panel.log.value(1), "TitleMouseMove 1 0 20,91");
+    EXPECT_EQ(panel.log.value(2), "TitleMouseUp 1 0 20,91");
+}
+
+TEST(Elpanel, TheTitleIsDraggedThroughItsShadow) {
+    Panel panel;
+    panel->SetDropShadow(true);
+    QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_title());
+    EXPECT_EQ(panel.log, QStringList{"TitleMouseDown 1 0 10,6"});
+}
+
+TEST(Elpanel, TheTitleCoversTheFirstColumnOfTheCloseButton) {
+    Panel panel; // from 30 on, 300 - 55 pixels reach one beyond 300 - 26
+    QTest::mouseClick(&panel.control, Qt::LeftButton, {}, QPoint(274, 15));
+    QTest::mouseClick(&panel.control, Qt::LeftButton, {}, QPoint(275, 15));
+    EXPECT_EQ(panel.log.value(0), "TitleMouseDown 1 0 244,6");
+    EXPECT_EQ(panel.log.count("CloseClick"), 1);
+}
+
+TEST(Elpanel, TheShadowLiesBehindTheTitle) {
+    Panel panel;
+    panel->SetTitle("Sprite");
+    panel->SetFontSize(24); // strokes of more than a pixel
+    const int white = count_of(picture_of(panel.control), look::white);
+    panel->SetDropShadow(true);
+    EXPECT_TRUE(panel.text("shadow1").Visible);
+    EXPECT_EQ(count_of(picture_of(panel.control), look::white), white);
+    EXPECT_GT(count_of(picture_of(panel.control), look::black), 0);
+}
+
+TEST(Elpanel, ItsBackgroundIsTheCloseButtonsToo) {
+    Panel panel;
+    panel->SetBackColor(0x123456);
+    panel->SetCloseColor(0x00FFFF);
+    const QImage picture = picture_of(panel.control);
+    EXPECT_EQ(colour_at(picture, 276, 10), 0x123456);
+    EXPECT_EQ(colour_at(picture, 150, 100), 0x123456);
+    EXPECT_GT(count_of(picture, 0x00FFFF, QRect(276, 10, 14, 14)), 4);
+}
+
+TEST(Elpanel, ANewPanelShowsItsOwnIconAt24Bits) {
+    Panel panel;
+    const Bitmap& icon = *panel->get_icon_hdc().bitmap();
+    EXPECT_EQ(icon.bits_per_pixel(), 24);
+    test::TestSurface drawn(16, 16, 24, 0, look::window_background);
+    draw_panel_icon(drawn);
+    const QImage picture = picture_of(panel.control);
+    for (int y = 0; y < 16; ++y) {
+        for (int x = 0; x < 16; ++x) {
+            const Colour expected = drawn.Point(x, y);
+            EXPECT_EQ(icon.pixel(x, y), expected) << x << ',' << y;
+            EXPECT_EQ(colour_at(picture, 9 + x, 10 + y), expected) << x << ',' << y;
+        }
+    }
+}
+
+TEST(Elpanel, TheIconIsDrawnInSeveralColoursAndLeavesItsCorners) {
+    constexpr Colour before = 0xFF00FF;
+    test::TestSurface drawn(16, 16, 24, 0, before);
+    draw_panel_icon(drawn);
+    QSet<Colour> colours;
+    int left_alone = 0;
+    for (int y = 0; y < 16; ++y) {
+        for (int x = 0; x < 16; ++x) {
+            colours.insert(drawn.Point(x, y));
+            left_alone += drawn.Point(x, y) == before ? 1 : 0;
+        }
+    }
+    EXPECT_GE(colours.size(), 6);
+    EXPECT_EQ(left_alone, 4);
+    EXPECT_EQ(drawn.Point(0, 0), before);
+}
+
+TEST(Elpanel, AnIconIsTakenFromTheTopLeftOfAContext) {
+    Panel panel;
+    test::TestSurface source(20, 20, 32, 0, 0x0000FF);
+    source.PSet(15, 15, 0x00FF00);
+    panel->set_icon(source.hDC());
+    EXPECT_EQ(panel->get_icon_hdc().bitmap()->pixel(15, 15), 0x00FF00);
+    EXPECT_EQ(colour_at(panel.control, 9, 10), 0x0000FF);
+    EXPECT_EQ(colour_at(panel.control, 24, 25), 0x00FF00);
+    EXPECT_EQ(colour_at(panel.control, 25, 26), look::window_background);
+}
+
+TEST(Elpanel, AContextIsCopiedOverTheWholePanelAndTheAnswerIsAlways0) {
+    Panel panel;
+    test::TestSurface source(300, 200, 32, 0, 0x654321);
+    source.PSet(0, 0, 0x111111);
+    EXPECT_EQ(panel->set_the_hdc(source.hDC()), 0);
+    EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(0, 0), 0x111111);
+    EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(299, 199), 0x654321);
+    EXPECT_EQ(colour_at(panel.control, 150, 100), 0x654321);
+    DrawingContext none;
+    EXPECT_EQ(panel->set_the_hdc(none), 0);
+}
+
+TEST(Elpanel, TheCloseButtonTakesItsShareOfTheObtainedBackground) {
+    Panel panel;
+    test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
+    behind.PSet(10 + 274, 20 + 8, 0x0000FF);
+    panel->obtener_imagen_fondo(behind.hDC(), 10, 20, 255);
+    EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(0, 5), look::window_background);
+    EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(1, 5), 0xFFFFFF);
+    const QImage picture = picture_of(panel.control);
+    EXPECT_EQ(colour_at(picture, 275, 9), 0x0000FF);
+    EXPECT_EQ(colour_at(picture, 276, 9), 0xFFFFFF);
+    EXPECT_FAILURE(panel->obtener_imagen_fondo(behind.hDC(), 0x7FFFFFFF, 0, 255), Overflow);
+}
+
+TEST(Elpanel, AnAlphaOutOfRangeFailsBeforeThePanelIsCleared) {
+    Panel panel;
+    test::TestSurface drawn(300, 200, 32, 0, 0x0000FF);
+    panel->set_the_hdc(drawn.hDC());
+    test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
+    EXPECT_FAILURE(panel->obtener_imagen_fondo(behind.hDC(), 0, 0, 256), Overflow);
+    EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(5, 5), 0x0000FF);
+}
+
+TEST(Elpanel, TheCloseButtonIsNotClearedBeforeItTakesABackground) {
+    Panel panel;
+    panel->SetBackColor(0);
+    test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
+    panel->obtener_imagen_fondo(behind.hDC(), 0, 0, 51);
+    panel->obtener_imagen_fondo(behind.hDC(), 0, 0, 51);
+    EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(5, 5), 0x333333);
+    EXPECT_EQ(colour_at(panel.control, 275, 9), 0x5C5C5C); // a fifth, and a fifth of the other four
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,304 @@
+// The sunken wells: progress bar, frame and 3-D line.
+#include <limits>
+
+#include "desktop/controls/elframe.h"
+#include "desktop/controls/elline3d.h"
+#include "desktop/controls/elprogress.h"
+#include "desktop/controls/shown.h"
+#include "desktop/theme/theme.h"
+#include "support/expect_failure.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using test::colour_at;
+using test::count_of;
+using test::OtherScreen;
+using test::picture_of;
+using test::record;
+using test::Shown;
+
+constexpr Colour light = 0x95AAA0;
+constexpr Colour dark = 0x222E28;
+constexpr Colour block = 0x50B5C4;
+
+struct Progress : Shown<elprogress> {
+    explicit Progress(int width = 120) : Shown(width) { control.SetColor3DDark(dark); }
+};
+
+// How many blocks the picture has, by the row through their middle. The right edge covers the last pixel of a
+// block that reaches it.
+int blocks_of(elprogress& progress) {
+    const QImage picture = picture_of(progress);
+    const int pixels = count_of(picture, block, QRect(0, 12, picture.width(), 1));
+    EXPECT_TRUE(pixels % 8 == 0 || pixels % 8 == 7);
+    return (pixels + 1) / 8;
+}
+
+TEST(Elprogress, Value5Of10On120PixelsDrawsFiveBlocks) {
+    Progress progress;
+    progress->SetValue(5);
+    EXPECT_EQ(blocks_of(progress.control), 5);
+}
+
+TEST(Elprogress, Value11Of10IsStoredAs10AndDrawsTen) {
+    Progress progress;
+    progress->SetValue(11);
+    EXPECT_EQ(progress->Value(), 10);
+    EXPECT_EQ(blocks_of(progress.control), 10);
+}
+
+TEST(Elprogress, AValueBelowMinBecomesMin) {
+    Progress progress;
+    progress->SetMin(3);
+    progress->SetValue(2);
+    EXPECT_EQ(progress->Value(), 3);
+}
+
+TEST(Elprogress, MinPlaysNoPartInTheNumberOfBlocks) {
+    Progress progress;
+    progress->SetMin(5);
+    progress->SetValue(5);
+    EXPECT_EQ(blocks_of(progress.control), 5);
+}
+
+TEST(Elprogress, TheNumberOfBlocksIsTakenDownToAWholeOne) {
+    Progress progress;
+    progress->SetMax(7);
+    progress->SetValue(4); // 40 / 7
+    EXPECT_EQ(blocks_of(progress.control), 5);
+    progress->SetMax(1000);
+    progress->SetValue(99);
+    EXPECT_EQ(blocks_of(progress.control), 0);
+}
+
+TEST(Elprogress, ANegativeValueDrawsNone) {
+    Progress progress;
+    progress->SetMin(-10);
+    progress->SetValue(-10);
+    EXPECT_EQ(blocks_of(progress.control), 0);
+}
+
+TEST(Elprogress, NarrowerThanTwelvePixelsItHasNoCells) {
+    const OtherScreen coarse(60); // the least width of 360 twips is six pixels
+    elprogress progress("p", nullptr);
+    progress.resize(11, 24);
+    progress.SetValue(10);
+    ASSERT_EQ(progress.ScaleWidth(), 11);
+    EXPECT_EQ(count_of(picture_of(progress), block), 0);
+    progress.resize(12, 24);
+    EXPECT_GT(count_of(picture_of(progress), block), 0);
+}
+
+TEST(Elprogress, WithoutStepsNothingIsFilled) {
+    Progress progress;
+    progress->SetMax(0);
+    progress->SetValue(0);
+    EXPECT_EQ(progress->Value(), 0);
+    EXPECT_EQ(blocks_of(progress.control), 0);
+}
+
+TEST(Elprogress, ItsProductIsOf32Bits) {
+    Progress progress;
+    progress->SetMax(std::numeric_limits<std::int32_t>::max());
+    progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10);
+    EXPECT_EQ(blocks_of(progress.control), 0);
+    EXPECT_FAILURE(progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10 + 1), Overflow);
+}
+
+TEST(Elprogress, AValueThatFailsChangesNothing) {
+    Progress progress;
+    progress->SetMax(std::numeric_limits<std::int32_t>::max());
+    progress->SetValue(7);
+    EXPECT_FAILURE(progress->SetValue(std::numeric_limits<std::int32_t>::max()), Overflow);
+    EXPECT_EQ(progress->Value(), 7);
+    progress->resize(132, 24);
+    EXPECT_EQ(blocks_of(progress.control), 0);
+}
+
+TEST(Elprogress, AProductBeyond32BitsAfterAChangeOfSizeIsFatalAtTheEventsEdge) {
+    Progress progress;
+    progress->SetMax(std::numeric_limits<std::int32_t>::max());
+    progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10);
+    std::vector<std::string> ends;
+    const FatalEndInstallation recording(
+        [&](std::string_view name, std::string_view) { ends.emplace_back(name); });
+    progress->resize(132, 24);
+    EXPECT_EQ(ends, std::vector<std::string>{"Overflow"});
+}
+
+TEST(Elprogress, EachBlockIs8By16InACellOf12) {
+    Progress progress;
+    progress->SetValue(2);
+    for (const int scale : {1, 2}) {
+        const QImage picture = picture_of(progress.control, scale);
+        for (const int left : {4, 16}) {
+            const QRect place(left * scale, 4 * scale, 8 * scale, 16 * scale);
+            EXPECT_EQ(count_of(picture, block, place), 128 * scale * scale) << scale << ' ' << left;
+        }
+        EXPECT_EQ(count_of(picture, block), 256 * scale * scale) << scale;
+    }
+}
+
+TEST(Elprogress, ANewSizeDrawsTheBlocksAnew) {
+    Progress progress;
+    progress->SetValue(5);
+    progress->resize(240, 24);
+    EXPECT_EQ(blocks_of(progress.control), 10);
+    progress->resize(100, 24); // eight cells
+    EXPECT_EQ(blocks_of(progress.control), 4);
+}
+
+TEST(Elprogress, ANewBoundOrColourWaitsForTheNextValue) {
+    Progress progress;
+    progress->SetValue(5);
+    progress->SetMax(5);
+    EXPECT_EQ(blocks_of(progress.control), 5);
+    progress->SetForeColor(0x0000FF);
+    EXPECT_EQ(blocks_of(progress.control), 5);
+    progress->SetValue(5);
+    EXPECT_EQ(count_of(picture_of(progress.control), 0x0000FF),
+              10 * 128 - 16); // the right edge covers a column
+}
+
+TEST(Elprogress, AValueAboveANewMaxFillsNoMoreThanTheBarAtTheNextSize) {
+    Progress progress;
+    progress->SetMax(10'000'000);
+    progress->SetValue(10'000'000);
+    progress->SetMax(1);
+    progress->resize(132, 24);
+    EXPECT_EQ(blocks_of(progress.control), 11);
+}
+
+TEST(Elprogress, IsASunkenWellOfFixedHeightAndLeastWidth) {
+    Progress progress;
+    const QImage picture = picture_of(progress.control);
+    EXPECT_EQ(count_of(picture, dark, QRect(0, 0, 119, 1)), 119);
+    EXPECT_EQ(count_of(picture, dark, QRect(0, 0, 1, 24)), 24);
+    EXPECT_EQ(count_of(picture, light, QRect(1, 23, 119, 1)), 119);
+    EXPECT_EQ(count_of(picture, light, QRect(119, 0, 1, 24)), 24);
+    EXPECT_EQ(progress->part<LinePart>("Line1(0)").BorderColor, dark);
+    EXPECT_EQ(progress->part<LinePart>("Line1(1)").BorderColor, light);
+    EXPECT_EQ(progress->part<LinePart>("Line1(2)").X1, 119);
+    EXPECT_EQ(progress->part<LinePart>("Line1(3)").Y2, 23);
+    progress->SetWidth(10);
+    EXPECT_EQ(progress->Width(), 360);
+    EXPECT_EQ(progress->Height(), 360);
+}
+
+TEST(Elprogress, TheObtainedBackgroundIsBlendedAgainAtEveryRedrawing) {
+    Progress progress;
+    test::TestSurface behind(300, 100, 32, 0, 0xFFFFFF);
+    progress->SetValue(1);
+    progress->obtener_imagen_fondo(behind.hDC(), 3, 4, 255);
+    EXPECT_EQ(colour_at(progress.control, 100, 12), 0xFFFFFF);
+    behind.PSet(3, 4, 0x0000FF);
+    progress->SetValue(2);
+    EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(1, 1), 0x0000FF);
+    EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(118, 22), 0xFFFFFF);
+    EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(0, 0), look::field_background);
+    EXPECT_EQ(blocks_of(progress.control), 2);
+}
+
+// All three hand on the mouse.
+
+template <typename Control>
+class Forwarding : public testing::Test {};
+
+using Forwarders = testing::Types<elprogress, elframe, elline3d>;
+TYPED_TEST_SUITE(Forwarding, Forwarders);
+
+TYPED_TEST(Forwarding, TheFiveMouseEventsComeFromTheSurface) {
+    Shown<TypeParam> shown(100, 24);
+    QStringList log;
+    record(shown.control, log);
+    test::move(shown.control, QPoint(50, 1));
+    QTest::mouseClick(&shown.control, Qt::LeftButton, {}, QPoint(50, 1));
+    EXPECT_EQ(log, (QStringList{"MouseMove 0 0 50,1", "MouseDown 1 0 50,1", "MouseUp 1 0 50,1", "Click"}));
+    log.clear();
+    test::double_click(shown.control, QPoint(60, 1));
+    EXPECT_EQ(log, (QStringList{"MouseDown 1 0 60,1", "MouseUp 1 0 60,1", "Click", "MouseDown 1 0 60,1",
+                                "DblClick", "MouseUp 1 0 60,1"}));
+}
+
+TEST(Elframe, IsASunkenRectangleThatFollowsItsSize) {
+    Shown<elframe> frame(100, 50);
+    frame->SetColor3DDark(dark);
+    frame->resize(80, 60);
+    for (const int scale : {1, 2}) {
+        const QImage picture = picture_of(frame.control, scale);
+        EXPECT_EQ(count_of(picture, dark, QRect(0, 0, 79 * scale, scale)), 79 * scale * scale);
+        EXPECT_EQ(count_of(picture, dark, QRect(0, 0, scale, 60 * scale)), 60 * scale * scale);
+        EXPECT_EQ(count_of(picture, light, QRect(79 * scale, 0, scale, 60 * scale)), 60 * scale * scale);
+        EXPECT_EQ(count_of(picture, light, QRect(scale, 59 * scale, 79 * scale, scale)), 79 * scale * scale);
+        EXPECT_EQ(count_of(picture, look::field_background), 78 * 58 * scale * scale);
+    }
+    const LinePart& bottom = frame->part<LinePart>("LineB(1)");
+    EXPECT_EQ(bottom.X2, 80);
+    EXPECT_EQ(bottom.Y1, 59);
+    EXPECT_EQ(frame->part<LinePart>("LineB(0)").X1, 79);
+    EXPECT_EQ(frame->part<LinePart>("LineA(1)").Y2, 59);
+    EXPECT_EQ(frame->part<LinePart>("LineA(0)").BorderColor, dark);
+}
+
+TEST(Elframe, IsSizedByTheTwipsOfEachDirection) {
+    const OtherScreen flat(20, 12);
+    Shown<elframe> frame(10, 10);
+    frame->SetWidth(600);
+    frame->SetHeight(600);
+    EXPECT_EQ(frame->size(), QSize(30, 50));
+    EXPECT_EQ(frame->Width(), 600);
+    EXPECT_EQ(frame->Height(), 600);
+    EXPECT_EQ(frame->part<LinePart>("LineB(0)").X1, 29);
+    EXPECT_EQ(frame->part<LinePart>("LineB(1)").Y1, 49);
+}
+
+TEST(Elframe, TheObtainedBackgroundLeavesOutTheEdge) {
+    Shown<elframe> frame(40, 30);
+    test::TestSurface behind(100, 100, 32, 0, 0xFFFFFF);
+    frame->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
+    const Bitmap& pixels = *frame->get_the_hdc().bitmap();
+    EXPECT_EQ(pixels.pixel(0, 0), look::field_background);
+    EXPECT_EQ(pixels.pixel(1, 1), 0xFFFFFF);
+    EXPECT_EQ(pixels.pixel(38, 28), 0xFFFFFF);
+    EXPECT_EQ(pixels.pixel(39, 29), look::field_background);
+}
+
+TEST(Elline3d, IsAGrooveOfTwoPixelsDarkAboveLight) {
+    Shown<elline3d> line(100, 30);
+    EXPECT_EQ(line->height(), 2);
+    for (const int scale : {1, 2}) {
+        const QImage picture = picture_of(line.control, scale);
+        EXPECT_EQ(count_of(picture, dark, QRect(0, 0, 100 * scale, scale)), 100 * scale * scale);
+        EXPECT_EQ(count_of(picture, light, QRect(0, scale, 100 * scale, scale)), 100 * scale * scale);
+    }
+    line->SetWidth(1);
+    EXPECT_EQ(line->Width(), 30);
+    EXPECT_EQ(line->Height(), 30);
+}
+
+TEST(Elline3d, ItsLinesEndAtTheWidthInTwips) {
+    Shown<elline3d> line(100);
+    EXPECT_EQ(line->part<LinePart>("Line1").X2, 1500);
+    EXPECT_EQ(line->part<LinePart>("Line2").X2, 1500);
+}
+
+template <typename Control>
+concept HasDrawingContext = requires(Control& control) {
+    control.get_the_hdc();
+};
+
+template <typename Control>
+concept TakesBackground = requires(Control& control, const DrawingContext& context) {
+    control.obtener_imagen_fondo(context, 0, 0, std::int16_t{0});
+};
+
+TEST(Elline3d, HasNoDrawingContextAndTakesNoBackgroundUnlikeTheOthers) {
+    static_assert(!HasDrawingContext<elline3d> && !TakesBackground<elline3d>);
+    static_assert(HasDrawingContext<elframe> && TakesBackground<elframe>);
+    static_assert(HasDrawingContext<elprogress> && TakesBackground<elprogress>);
+}
+
+} // namespace
+} // namespace varnoth

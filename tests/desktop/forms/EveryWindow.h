@@ -1,0 +1,109 @@
+// Every window of the editor, opened as its user opens it, in each of its states that have controls of their
+// own.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "desktop/forms/EditorTest.h"
+#include "desktop/forms/accessibility_on.h"
+#include "support/PictureFolder.h"
+#include "desktop/forms/exit_picture/Form9.h"
+
+namespace varnoth::test {
+
+class EveryWindowTest : public EditorTest {
+  protected:
+    using Look = std::function<void(const std::string& state, Form& window)>;
+
+    EveryWindowTest() { switch_accessibility_on(); }
+
+    /// Shows one window after the other to `look`, each with the name of its state. What was opened is closed
+    /// again.
+    void in_every_window(const Look& look) {
+        look("main window at the start", main());
+        open_sprite(3);
+        ui_driver::settle();
+        look("main window with a sprite", main());
+        in_new_sprite(look);
+        in_preview(look);
+        in_extract(look);
+        in_add_frames(look);
+        in_exit_picture(look);
+    }
+
+    void in_new_sprite(const Look& look) {
+        ui_driver::click(main().elboton2);
+        look("new sprite", *desk_->form2());
+        ui_driver::click(desk_->form2()->elboton1);
+    }
+
+    void in_preview(const Look& look) {
+        ui_driver::double_click(main().Picture1);
+        look("preview, stopped", *desk_->form7());
+        ui_driver::click(desk_->form7()->Label2);
+        look("preview, playing", *desk_->form7());
+        emit desk_->form7()->elpanel1.CloseClick();
+        ui_driver::settle();
+    }
+
+    void in_extract(const Look& look) {
+        ui_driver::click(main().elboton6);
+        Form3& dialog = *desk_->form3();
+        look("extract, BMP", dialog);
+        ui_driver::click(dialog.elboton1);
+        look("folder", *desk_->form5());
+        ui_driver::click(desk_->form5()->elboton2);
+        ui_driver::click(dialog.elradio1[1]);
+        look("extract, TGA", dialog);
+        ui_driver::click(dialog.elcheck1);
+        look("extract, TGA compressed", dialog);
+        ui_driver::type_into(dialog.eltexto1, QString::fromStdString(folder_.path()));
+        services_.on_yield = [&] {
+            if (desk_->form6() != nullptr && desk_->form6()->Progressbar1.Value() == 1) {
+                services_.on_yield = nullptr;
+                look("progress", *desk_->form6());
+                ui_driver::click(desk_->form6()->elboton1);
+                look("progress, aborting", *desk_->form6());
+            }
+        };
+        main().List1.SetSelected(1, true);
+        ui_driver::click(dialog.elboton2);
+        ui_driver::settle();
+    }
+
+    void in_add_frames(const Look& look) {
+        open_import(1);
+        look("add frames", *desk_->form4());
+        ui_driver::click(desk_->form4()->elboton3);
+        open_import(3);
+        Form4& dialog = *desk_->form4();
+        pictures_.add_plain_bmp("a.bmp", 8, 6, make_colour(10, 20, 30));
+        pictures_.add_plain_bmp("b.bmp", 8, 6);
+        ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
+        ui_driver::click_line(dialog.File1, 0);
+        look("add frames, sizes differ", dialog);
+        ui_driver::click(dialog.elboton1);
+        look("add frames, picking", dialog);
+        ui_driver::click(dialog.elboton3);
+    }
+
+    void in_exit_picture(const Look& look) {
+        Form9 form;
+        form.show_over(main());
+        ui_driver::settle();
+        look("exit picture", form);
+    }
+
+    /// A new sprite of that render mode and its Import.
+    void open_import(int render_mode) {
+        ui_driver::click(main().elboton2);
+        ui_driver::choose(desk_->form2()->elcombo2.Combo1(), render_mode);
+        ui_driver::click(desk_->form2()->elboton2);
+        ui_driver::click(main().elboton4);
+    }
+
+    PictureFolder pictures_{services_};
+};
+
+} // namespace varnoth::test

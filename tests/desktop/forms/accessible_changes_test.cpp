@@ -1,0 +1,346 @@
+// What assistive technology is told when a control changes, and what it can do with the controls.
+#include <algorithm>
+
+#include <QAbstractItemView>
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QApplication>
+#include <QTest>
+#include <QWindow>
+
+#include "desktop/forms/EveryWindow.h"
+
+namespace varnoth {
+namespace {
+
+using test::EveryWindowTest;
+using ui_driver::click;
+
+/// Writes down what is told to assistive technology for as long as it lives.
+class Told {
+  public:
+    Told() : before_(QAccessible::installUpdateHandler(hear)) { events().clear(); }
+
+    ~Told() { QAccessible::installUpdateHandler(before_); }
+
+    Told(const Told&) = delete;
+    Told& operator=(const Told&) = delete;
+
+    /// How many events of that kind there were about an object.
+    static std::ptrdiff_t count(QAccessible::Event type, const QObject& about) {
+        return std::ranges::count_if(
+            events(), [&](const Entry& entry) { return entry.type == type && entry.object == &about; });
+    }
+
+    static bool checked_changed(const QObject& about) {
+        return std::ranges::any_of(events(), [&](const Entry& entry) {
+            return entry.object == &about && entry.changed.checked != 0U;
+        });
+    }
+
+    static bool disabled_changed(const QObject& about) {
+        return std::ranges::any_of(events(), [&](const Entry& entry) {
+            return entry.object == &about && entry.changed.disabled != 0U;
+        });
+    }
+
+  private:
+    struct Entry {
+        QAccessible::Event type;
+        const QObject* object;
+        QAccessible::State changed;
+    };
+
+    static std::vector<Entry>& events() {
+        static std::vector<Entry> events;
+        return events;
+    }
+
+    static void hear(QAccessibleEvent* event) {
+        const bool is_state = event->type() == QAccessible::StateChanged;
+        events().push_back({event->type(), event->object(),
+                            is_state ? static_cast<QAccessibleStateChangeEvent*>(event)->changedStates()
+                                     : QAccessible::State()});
+    }
+
+    QAccessible::UpdateHandler before_;
+};
+
+QAccessibleInterface& tree_of(QWidget& widget) {
+    return *QAccessible::queryAccessibleInterface(&widget);
+}
+
+QAccessible::State state_of(QWidget& widget) {
+    return tree_of(widget).state();
+}
+
+QString name_of(QWidget& widget) {
+    return tree_of(widget).text(QAccessible::Name);
+}
+
+/// The first object of that role and name below another one, or null.
+QAccessibleInterface* find(QAccessibleInterface& interface, QAccessible::Role role, const QString& name) {
+    if (interface.role() == role && interface.text(QAccessible::Name) == name) {
+        return &interface;
+    }
+    for (int i = 0; i < interface.childCount(); ++i) {
+        if (QAccessibleInterface* found = find(*interface.child(i), role, name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+QStringList actions_of(QAccessibleInterface& interface) {
+    QAccessibleActionInterface* actions = interface.actionInterface();
+    return actions == nullptr ? QStringList() : actions->actionNames();
+}
+
+/// Does what a screen reader's user does with a control that is found by its role and name.
+void act(QWidget& window, QAccessible::Role role, const QString& name, const QString& action) {
+    QAccessibleInterface* control = find(tree_of(window), role, name);
+    ASSERT_NE(control, nullptr) << name.toStdString();
+    ASSERT_TRUE(actions_of(*control).contains(action)) << name.toStdString();
+    control->actionInterface()->doAction(action);
+    ui_driver::settle();
+}
+
+void press(QWidget& window, const QString& button) {
+    act(window, QAccessible::Button, button, QAccessibleActionInterface::pressAction());
+}
+
+class AccessibleChangesTest : public EveryWindowTest {};
+
+TEST_F(AccessibleChangesTest, ButtonsAndTheListTellWhenTheyAreEnabled) {
+    EXPECT_TRUE(state_of(main().elboton6).disabled);
+    EXPECT_TRUE(state_of(main().List1).disabled);
+    const Told told;
+    open_sprite(3);
+    EXPECT_FALSE(state_of(main().elboton6).disabled);
+    EXPECT_FALSE(state_of(main().List1).disabled);
+    EXPECT_TRUE(Told::disabled_changed(main().elboton6));
+    EXPECT_TRUE(Told::disabled_changed(main().List1));
+    EXPECT_FALSE(Told::disabled_changed(main().elboton1));
+    click(main().elboton2);
+    EXPECT_TRUE(state_of(main().elboton6).disabled); // with its window
+    EXPECT_TRUE(state_of(main()).disabled);
+    EXPECT_TRUE(Told::disabled_changed(main()));
+}
+
+TEST_F(AccessibleChangesTest, AValueTellsWhenItsTextChanges) {
+    const Told told;
+    open_sprite(3);
+    EXPECT_EQ(name_of(main().ellabel7), "4 x 4");
+    EXPECT_GE(Told::count(QAccessible::NameChanged, main().ellabel7), 1);
+    EXPECT_EQ(Told::count(QAccessible::NameChanged, main().ellabel2), 0);
+}
+
+TEST_F(AccessibleChangesTest, TheFrameListTellsWhatIsSelected) {
+    open_sprite(3);
+    QAccessibleInterface& list = tree_of(main().List1);
+    ASSERT_EQ(list.childCount(), 3);
+    EXPECT_TRUE(list.child(0)->state().selected);
+    EXPECT_FALSE(list.child(2)->state().selected);
+    EXPECT_EQ(list.child(2)->text(QAccessible::Name), "Frame 2");
+    EXPECT_EQ(list.child(2)->role(), QAccessible::ListItem);
+    const Told told;
+    ui_driver::click_line(main().List1, 2);
+    EXPECT_FALSE(list.child(0)->state().selected);
+    EXPECT_TRUE(list.child(2)->state().selected);
+    EXPECT_TRUE(list.child(2)->state().focused);
+    EXPECT_GE(Told::count(QAccessible::Selection, main().List1) +
+                  Told::count(QAccessible::SelectionAdd, main().List1),
+              1);
+}
+
+TEST_F(AccessibleChangesTest, RadioButtonsAndTheCheckBoxTellWhatIsChosen) {
+    open_sprite(1);
+    click(main().elboton6);
+    Form3& dialog = *desk_->form3();
+    const Told told;
+    click(dialog.elradio1[1]);
+    EXPECT_FALSE(state_of(dialog.elradio1[0]).checked);
+    EXPECT_TRUE(state_of(dialog.elradio1[1]).checked);
+    EXPECT_TRUE(Told::checked_changed(dialog.elradio1[0]));
+    EXPECT_TRUE(Told::checked_changed(dialog.elradio1[1]));
+    EXPECT_EQ(Told::count(QAccessible::ObjectShow, dialog.elframe2), 1);
+    EXPECT_EQ(Told::count(QAccessible::ObjectHide, dialog.elframe1), 1);
+    EXPECT_FALSE(state_of(dialog.elcheck1).checked);
+    click(dialog.elcheck1);
+    EXPECT_TRUE(state_of(dialog.elcheck1).checked);
+    EXPECT_GE(Told::count(QAccessible::StateChanged, dialog.elcheck1), 1);
+}
+
+TEST_F(AccessibleChangesTest, TheQuestionOfARadioButtonIsItsDescription) {
+    open_sprite(1);
+    click(main().elboton6);
+    Form3& dialog = *desk_->form3();
+    EXPECT_EQ(tree_of(dialog.elradio1[2]).text(QAccessible::Description), "Format");
+    EXPECT_EQ(tree_of(dialog.elradio2[1]).text(QAccessible::Description), "Depth");
+    EXPECT_EQ(tree_of(dialog.elradio3[0]).text(QAccessible::Description), "If File Exists Then");
+}
+
+TEST_F(AccessibleChangesTest, StopAndPlayTellWhichIsInForceAndTheSpeedItsNumber) {
+    open_sprite(2);
+    ui_driver::double_click(main().Picture1);
+    Form7& dialog = *desk_->form7();
+    EXPECT_TRUE(state_of(dialog.Label1).checked);
+    EXPECT_TRUE(state_of(dialog.Label2).checkable);
+    EXPECT_FALSE(state_of(dialog.Label2).checked);
+    EXPECT_FALSE(state_of(dialog.Label3).checkable);
+    const Told told;
+    click(dialog.Label2);
+    EXPECT_FALSE(state_of(dialog.Label1).checked);
+    EXPECT_TRUE(state_of(dialog.Label2).checked);
+    EXPECT_TRUE(Told::checked_changed(dialog.Label1));
+    EXPECT_TRUE(Told::checked_changed(dialog.Label2));
+    click(dialog.Label3);
+    EXPECT_EQ(name_of(dialog.Label5), "16 fps");
+    EXPECT_EQ(Told::count(QAccessible::NameChanged, dialog.Label5), 1);
+}
+
+TEST_F(AccessibleChangesTest, ThePickerTellsWhetherItIsArmedAndThePictureItsColour) {
+    open_import(3);
+    Form4& dialog = *desk_->form4();
+    EXPECT_TRUE(state_of(dialog.elboton1).checkable);
+    EXPECT_FALSE(state_of(dialog.elboton1).checked);
+    EXPECT_EQ(tree_of(dialog.elboton1).text(QAccessible::Description), "Pick Transparent Color From Picture");
+    pictures_.add_plain_bmp("a.bmp", 8, 6, make_colour(10, 20, 30));
+    ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
+    const Told told;
+    ui_driver::click_line(dialog.File1, 0);
+    EXPECT_EQ(tree_of(dialog.Picture2).text(QAccessible::Description), "Red 10, green 20, blue 30");
+    EXPECT_EQ(Told::count(QAccessible::DescriptionChanged, dialog.Picture2), 1);
+    EXPECT_EQ(tree_of(dialog.Picture1).text(QAccessible::Description), "8 x 6 pixels");
+    EXPECT_EQ(Told::count(QAccessible::DescriptionChanged, dialog.Picture1), 1);
+    EXPECT_EQ(tree_of(dialog.Picture1).imageInterface()->imageSize(), QSize(8, 6));
+    click(dialog.elboton1);
+    EXPECT_TRUE(state_of(dialog.elboton1).checked);
+    EXPECT_TRUE(Told::checked_changed(dialog.elboton1));
+    ui_driver::click_at(dialog.Picture1, {1, 1});
+    EXPECT_FALSE(state_of(dialog.elboton1).checked);
+}
+
+TEST_F(AccessibleChangesTest, TheProgressBarTellsEachStepAndItsLabelsWhatIsDone) {
+    open_sprite(3);
+    for (const int line : {0, 1, 2}) {
+        main().List1.SetSelected(line, true);
+    }
+    click(main().elboton6);
+    ui_driver::type_into(desk_->form3()->eltexto1, QString::fromStdString(folder_.path()));
+    const Told told;
+    std::vector<int> steps;
+    std::vector<std::string> items;
+    bool each_told = true;
+    services_.on_yield = [&] {
+        if (Form6* progress = desk_->form6()) {
+            const int value = tree_of(progress->Progressbar1).valueInterface()->currentValue().toInt();
+            if (value > 0 && (steps.empty() || steps.back() != value)) {
+                steps.push_back(value);
+                items.push_back(text(name_of(progress->Label2)));
+                each_told = each_told &&
+                            Told::count(QAccessible::ValueChanged, progress->Progressbar1) > value &&
+                            Told::count(QAccessible::NameChanged, progress->Label2) >= value;
+            }
+        }
+    };
+    click(desk_->form3()->elboton2);
+    services_.on_yield = nullptr;
+    EXPECT_EQ(steps, (std::vector<int>{1, 2, 3}));
+    EXPECT_EQ(items, (std::vector<std::string>{"sprite_0.bmp", "sprite_1.bmp", "sprite_2.bmp"}));
+    EXPECT_TRUE(each_told);
+}
+
+TEST_F(AccessibleChangesTest, FieldsTellTheirTextAndListsTheirChoice) {
+    click(main().elboton2);
+    Form2& dialog = *desk_->form2();
+    QAccessibleInterface& name = tree_of(dialog.eltexto1.Text1());
+    EXPECT_EQ(name.text(QAccessible::Value), "Untitled");
+    const Told told;
+    ui_driver::type_into(dialog.eltexto1, "spark");
+    EXPECT_EQ(name.text(QAccessible::Value), "spark");
+    EXPECT_GE(Told::count(QAccessible::TextInserted, dialog.eltexto1.Text1()) +
+                  Told::count(QAccessible::TextUpdated, dialog.eltexto1.Text1()),
+              5);
+    QAccessibleInterface& type = tree_of(dialog.elcombo1.Combo1());
+    EXPECT_EQ(type.text(QAccessible::Value), "VP_PARALLEL");
+    ui_driver::choose(dialog.elcombo1.Combo1(), 3);
+    EXPECT_EQ(type.text(QAccessible::Value), "ORIENTED");
+    EXPECT_EQ(type.text(QAccessible::Name), "Type: ORIENTED");
+    EXPECT_GE(Told::count(QAccessible::NameChanged, dialog.elcombo1.Combo1()), 1);
+}
+
+TEST_F(AccessibleChangesTest, ADropDownListOpensAndClosesByItsAction) {
+    click(main().elboton2);
+    DropDownList& list = desk_->form2()->elcombo1.Combo1();
+    QAccessibleInterface& type = tree_of(list);
+    ASSERT_EQ(type.childCount(), 1);
+    EXPECT_EQ(type.child(0)->role(), QAccessible::List);
+    EXPECT_EQ(type.indexOfChild(type.child(0)), 0);
+    EXPECT_EQ(type.child(0)->parent(), &type);
+    EXPECT_FALSE(type.state().expanded);
+    type.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(type.state().expanded);
+    EXPECT_TRUE(list.view()->isVisible());
+    EXPECT_EQ(type.child(0)->text(QAccessible::Name), "Type");
+    type.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_FALSE(type.state().expanded);
+}
+
+TEST_F(AccessibleChangesTest, TheFocusIsToldAsItMoves) {
+    click(main().elboton2);
+    Form2& dialog = *desk_->form2();
+    dialog.eltexto1.Text1().setFocus();
+    EXPECT_TRUE(state_of(dialog.eltexto1.Text1()).focused);
+    const Told told;
+    QTest::keyClick(dialog.windowHandle(), Qt::Key_Tab);
+    EXPECT_FALSE(state_of(dialog.eltexto1.Text1()).focused);
+    EXPECT_TRUE(state_of(dialog.eltexto2.Text1()).focused);
+    EXPECT_GE(Told::count(QAccessible::Focus, dialog.eltexto2.Text1()), 1);
+}
+
+TEST_F(AccessibleChangesTest, TheWholeEditorCanBeWorkedThroughTheTree) {
+    press(main(), "New");
+    ASSERT_NE(desk_->form2(), nullptr);
+    EXPECT_EQ(actions_of(*find(tree_of(main()), QAccessible::Button, "New")), QStringList()); // disabled
+    press(*desk_->form2(), "Cancel");
+    EXPECT_EQ(desk_->form2(), nullptr);
+    services_.next_open = write_sprite("sprite.spr", 3);
+    press(main(), "Open");
+    EXPECT_EQ(lines().size(), 3U);
+    press(main(), "Move frame down");
+    EXPECT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
+    press(main(), "Export");
+    act(*desk_->form3(), QAccessible::RadioButton, "Tga", QAccessibleActionInterface::pressAction());
+    act(*desk_->form3(), QAccessible::CheckBox, "Compressed", QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(desk_->form3()->elcheck1.Value());
+    press(*desk_->form3(), "Choose the output folder");
+    press(*desk_->form5(), "Cancel");
+    press(*desk_->form3(), "Cancel");
+    act(main(), QAccessible::Graphic, "Selected frame", QAccessibleActionInterface::pressAction());
+    ASSERT_NE(desk_->form7(), nullptr);
+    press(*desk_->form7(), "Play");
+    EXPECT_TRUE(desk_->form7()->Timer1.isActive());
+    press(*desk_->form7(), "Close");
+    EXPECT_EQ(desk_->form7(), nullptr);
+    EXPECT_FALSE(ended_);
+    press(main(), "Close");
+    EXPECT_TRUE(ended_);
+}
+
+TEST_F(AccessibleChangesTest, APictureThatIsNotClickedHasNoAction) {
+    open_import(3);
+    EXPECT_EQ(actions_of(tree_of(desk_->form4()->Picture1)), QStringList());
+    EXPECT_EQ(actions_of(tree_of(desk_->form4()->Picture2)), QStringList());
+}
+
+TEST_F(AccessibleChangesTest, TheExitPictureEndsTheProgramWhenPressed) {
+    Form9 form;
+    const auto press_picture = [&] {
+        tree_of(form.Picture1).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    };
+    EXPECT_EQ(status_after(press_picture), 0);
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,712 @@
+#include <algorithm>
+#include <filesystem>
+
+#include <QAccessible>
+#include <QCoreApplication>
+#include <QTest>
+
+#include "desktop/forms/EditorTest.h"
+#include "desktop/forms/accessibility_on.h"
+#include "desktop/theme/theme.h"
+#include "support/PictureFolder.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using test::EditorTest;
+using ui_driver::choose;
+using ui_driver::click;
+using ui_driver::click_line;
+
+constexpr const char* success = "Frames Generated Successfully !";
+constexpr Colour armed = 0x50B5C4;
+constexpr Colour idle = 0xD3DED8;
+constexpr Colour red = 0x0000FA;
+constexpr Colour green = 0x00F000;
+
+class AddFramesTest : public EditorTest {
+  protected:
+    Form4& dialog() { return *desk_->form4(); }
+
+    /// A new sprite of that size and mode; its Import opened on the folder of the pictures.
+    void open_dialog(int width = 4, int height = 4, int render_mode = 1) {
+        click(main().elboton2);
+        Form2& form = *desk_->form2();
+        ui_driver::type_into(form.eltexto2, QString::number(width));
+        ui_driver::type_into(form.eltexto3, QString::number(height));
+        choose(*form.elcombo2.findChild<DropDownList*>("Combo1"), render_mode);
+        click(form.elboton2);
+        open_import();
+    }
+
+    void open_import() {
+        click(main().elboton4);
+        ASSERT_TRUE(ui_driver::walk_to(dialog().Dir1, QString::fromStdString(pictures_.path())));
+    }
+
+    void select(std::initializer_list<int> entries) {
+        for (const int entry : entries) {
+            click_line(dialog().File1, entry, Qt::ControlModifier);
+        }
+    }
+
+    void import() {
+        click(dialog().elboton2);
+        ui_driver::settle();
+    }
+
+    bool question_is_open() {
+        EXPECT_EQ(dialog().elradio1[0].Enabled(), dialog().elradio1[0].isVisible());
+        EXPECT_EQ(dialog().elradio1[0].Enabled(), dialog().elradio1[1].Enabled());
+        EXPECT_EQ(dialog().elradio1[0].isVisible(), dialog().elradio1[1].isVisible());
+        EXPECT_EQ(dialog().elradio1[0].isVisible(), dialog().ellabel6.isVisible());
+        return dialog().elradio1[0].Enabled();
+    }
+
+    Colour transparent() { return dialog().Picture2.surface().BackColor(); }
+
+    std::string spoken_transparent() { return text(dialog().Picture2.accessibleDescription()); }
+
+    std::vector<std::string> files() {
+        std::vector<std::string> names;
+        for (std::int32_t i = 0; i < dialog().File1.ListCount(); ++i) {
+            names.push_back(text(dialog().File1.List(i)));
+        }
+        return names;
+    }
+
+    /// Lists a folder among the drives, as one that is mounted; its line.
+    int add_drive(const std::string& root) {
+        DriveList& drives = dialog().Drive1;
+        drives.AddItem("stick");
+        drives.setItemData(drives.ListCount() - 1, QString::fromStdString(root));
+        return drives.ListCount() - 1;
+    }
+
+    test::PictureFolder pictures_{services_};
+};
+
+TEST_F(AddFramesTest, OpensWithItsStartStateOverTheDisabledMainWindow) {
+    open_dialog(48, 32);
+    EXPECT_FALSE(main().isEnabled());
+    EXPECT_EQ(dialog().size(), QSize(752, 503));
+    EXPECT_EQ(text(dialog().elpanel1.Title()), "Add Frame/s");
+    EXPECT_EQ(text(dialog().ellabel5.Caption()), "48x32");
+    EXPECT_EQ(dialog().Combo1.ListIndex(), 0);
+    EXPECT_EQ(text(dialog().Combo1.List(1) + dialog().Combo1.List(2) + dialog().Combo1.List(3)),
+              "*.jpg*.tga*.pcx");
+    EXPECT_EQ(text(dialog().File1.Pattern()), "*.bmp");
+    EXPECT_EQ(dialog().Picture1.size(), QSize(256, 256));
+    EXPECT_FALSE(question_is_open());
+    EXPECT_TRUE(dialog().elradio1[0].Value());
+    EXPECT_FALSE(dialog().elradio1[1].Value());
+    EXPECT_EQ(text(dialog().elradio1[0].Caption()), "Set Sprite To 256x256");
+    EXPECT_EQ(text(dialog().elradio1[1].Caption()), "Resize Pictures To 256x256");
+    EXPECT_FALSE(dialog().elboton1.Enabled());
+    EXPECT_EQ(dialog().elboton1.ForeColor(), 0x808080);
+    EXPECT_EQ(text(dialog().elboton1.toolTip()), "Pick Transparent Color From Picture");
+    EXPECT_FALSE(dialog().TransparentPicked);
+}
+
+TEST_F(AddFramesTest, ThePickerIsThereForTheTwoModesWithATransparentColour) {
+    for (const int mode : {0, 1, 2, 3}) {
+        open_dialog(4, 4, mode);
+        const bool there = mode == 2 || mode == 3;
+        EXPECT_EQ(dialog().elboton1.Enabled(), there) << mode;
+        EXPECT_EQ(dialog().elboton1.ForeColor(), there ? idle : 0x808080) << mode;
+        EXPECT_EQ(dialog().ellabel1.ForeColor(), there ? idle : 0x808080) << mode;
+        click(dialog().elboton3);
+    }
+}
+
+TEST_F(AddFramesTest, CancelGivesTheMainWindowBackAndChangesNothing) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    open_dialog();
+    select({0});
+    click(dialog().elboton3);
+    EXPECT_EQ(desk_->form4(), nullptr);
+    EXPECT_TRUE(main().isEnabled());
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+    EXPECT_EQ(lines().size(), 0U);
+}
+
+TEST_F(AddFramesTest, TheFormatChoosesWhatIsListed) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    pictures_.write("b.TGA", test::tga_file(1, 1, {red}));
+    open_dialog();
+    EXPECT_EQ(text(dialog().File1.List(0)), "a.bmp");
+    choose(dialog().Combo1, 2);
+    ASSERT_EQ(dialog().File1.ListCount(), 1);
+    EXPECT_EQ(text(dialog().File1.List(0)), "b.TGA");
+    choose(dialog().Combo1, 3);
+    EXPECT_EQ(dialog().File1.ListCount(), 0);
+}
+
+TEST_F(AddFramesTest, AClickShowsThePictureAndItsSize) {
+    pictures_.add_plain_bmp("a.bmp", 7, 5, red);
+    pictures_.add_plain_bmp("b.bmp", 7, 5, green);
+    open_dialog();
+    select({1});
+    EXPECT_EQ(dialog().Picture1.size(), QSize(7, 5));
+    EXPECT_EQ(dialog().Picture1.surface().Point(6, 4), green);
+    EXPECT_EQ(text(dialog().ellabel3.Caption()), "7x5");
+}
+
+TEST_F(AddFramesTest, TheSizeOfALongPictureIsPrintedInWholeNumbers) {
+    pictures_.add_plain_bmp("a.bmp", 1000001, 1);
+    open_dialog();
+    select({0});
+    EXPECT_EQ(text(dialog().ellabel3.Caption()), "1000001x1");
+}
+
+TEST_F(AddFramesTest, PicturesOf32By32InASpriteOf64By64OpenTheQuestionWithBothSizes) {
+    pictures_.add_plain_bmp("a.bmp", 32, 32);
+    open_dialog(64, 64);
+    select({0});
+    EXPECT_TRUE(question_is_open());
+    EXPECT_EQ(text(dialog().ellabel6.Caption()), "Sizes Dont Match:");
+    EXPECT_EQ(text(dialog().elradio1[0].Caption()), "Set Sprite To 32x32");
+    EXPECT_EQ(text(dialog().elradio1[1].Caption()), "Resize Pictures To 64x64");
+}
+
+TEST_F(AddFramesTest, EachChoiceSetsTheOtherOff) {
+    pictures_.add_plain_bmp("a.bmp", 32, 32);
+    open_dialog(64, 64);
+    select({0});
+    click(dialog().elradio1[1]);
+    EXPECT_FALSE(dialog().elradio1[0].Value());
+    EXPECT_TRUE(dialog().elradio1[1].Value());
+    click(dialog().elradio1[0]);
+    EXPECT_TRUE(dialog().elradio1[0].Value());
+    EXPECT_FALSE(dialog().elradio1[1].Value());
+}
+
+TEST_F(AddFramesTest, ASecondPictureThatIs300WideIsNamedUnselectedAndClosesTheQuestion) {
+    pictures_.add_plain_bmp("a.bmp", 8, 8);
+    pictures_.add_plain_bmp("b.bmp", 300, 8);
+    pictures_.write("c.bmp", std::vector<std::uint8_t>{0}); // never looked at
+    open_dialog(4, 4);
+    dialog().File1.SetSelected(0, true);
+    dialog().File1.SetSelected(2, true);
+    click_line(dialog().File1, 1, Qt::ControlModifier);
+    EXPECT_EQ(services_.messages, std::vector<std::string>{"File: b.bmp With Size Greater Than 256 x 256."});
+    EXPECT_FALSE(dialog().File1.Selected(1));
+    EXPECT_TRUE(dialog().File1.Selected(2));
+    EXPECT_FALSE(question_is_open());
+    EXPECT_EQ(dialog().Picture1.size(), QSize(300, 8)); // the preview shows it all the same
+}
+
+TEST_F(AddFramesTest, AllSelectedPicturesMustHaveOneSizeAndBeGood) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    pictures_.add_plain_bmp("b.bmp", 5, 4);
+    pictures_.write("c.tga", std::vector<std::uint8_t>{0});
+    open_dialog();
+    select({0, 1});
+    EXPECT_EQ(services_.messages, std::vector<std::string>{"All Selected Pictures Must Have Same Size."});
+    EXPECT_TRUE(dialog().File1.Selected(0));
+    EXPECT_FALSE(dialog().File1.Selected(1));
+    choose(dialog().Combo1, 2);
+    select({0});
+    EXPECT_EQ(services_.messages.back(), "File: c.tga Bad Format/Corrupt.");
+}
+
+TEST_F(AddFramesTest, APictureOfExactly256By256Passes) {
+    pictures_.add_plain_bmp("a.bmp", 256, 256);
+    open_dialog(256, 256);
+    select({0});
+    EXPECT_EQ(services_.messages, std::vector<std::string>());
+    EXPECT_TRUE(dialog().File1.Selected(0));
+}
+
+TEST_F(AddFramesTest, NothingClosesAnOpenQuestionWhenTheFirstPictureHasTheSpritesSize) {
+    pictures_.add_plain_bmp("a.bmp", 8, 8);
+    pictures_.add_plain_bmp("b.bmp", 4, 4);
+    open_dialog(4, 4);
+    click_line(dialog().File1, 0);
+    EXPECT_TRUE(question_is_open());
+    click_line(dialog().File1, 1);
+    EXPECT_TRUE(question_is_open());
+    EXPECT_EQ(text(dialog().elradio1[0].Caption()), "Set Sprite To 8x8");
+}
+
+TEST_F(AddFramesTest, AllFilesMarkedByTheKeyboardBeforeOneWasChosenShowTheFirst) {
+    pictures_.add_plain_bmp("a.bmp", 4, 3, red);
+    pictures_.add_plain_bmp("b.bmp", 4, 3, green);
+    open_dialog();
+    dialog().File1.setFocus();
+    QTest::keyClick(&dialog().File1, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(failures_, std::vector<std::string>());
+    EXPECT_EQ(dialog().File1.SelCount(), 2);
+    EXPECT_EQ(text(dialog().ellabel3.Caption()), "4x3");
+    EXPECT_EQ(dialog().Picture1.surface().Point(0, 0), red);
+}
+
+TEST_F(AddFramesTest, AnotherDriveOpensItsRootAndListsItsFiles) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    const test::TemporaryFolder stick;
+    stick.write("on_stick.bmp", {});
+    open_dialog();
+    const int line = add_drive(stick.path());
+    ASSERT_NE(dialog().Drive1.Drive(), stick.path());
+    choose(dialog().Drive1, line);
+    EXPECT_EQ(dialog().Drive1.Drive(), stick.path());
+    EXPECT_EQ(dialog().Dir1.Path(), stick.path());
+    EXPECT_EQ(files(), std::vector<std::string>{"on_stick.bmp"});
+}
+
+TEST_F(AddFramesTest, ChoosingTheDriveThatIsShownChangesNothing) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    open_dialog();
+    const int line = add_drive(std::filesystem::path(pictures_.path()).parent_path());
+    dialog().Drive1.show_drive_of(pictures_.path());
+    ASSERT_EQ(dialog().Drive1.ListIndex(), line);
+    select({0});
+    pictures_.add_plain_bmp("b.bmp", 4, 4);
+    choose(dialog().Drive1, line);
+    EXPECT_EQ(dialog().Dir1.Path(), pictures_.path());
+    EXPECT_EQ(files(), std::vector<std::string>{"a.bmp"});
+    EXPECT_TRUE(dialog().File1.Selected(0));
+}
+
+TEST_F(AddFramesTest, ChoosingTheSameFileTypeAgainListsTheFilesAnew) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    open_dialog();
+    select({0});
+    pictures_.add_plain_bmp("b.bmp", 4, 4);
+    choose(dialog().Combo1, 0);
+    EXPECT_EQ(files(), (std::vector<std::string>{"a.bmp", "b.bmp"}));
+    EXPECT_FALSE(dialog().File1.Selected(0));
+}
+
+// The picker.
+
+TEST_F(AddFramesTest, TheTopLeftPixelIsTransparentUntilOneIsPicked) {
+    pictures_.add_bmp("a.bmp", 2, 1, {red, green});
+    pictures_.add_bmp("b.bmp", 2, 1, {green, red});
+    open_dialog(2, 1, 3);
+    click_line(dialog().File1, 0);
+    EXPECT_EQ(transparent(), red);
+    click_line(dialog().File1, 1);
+    EXPECT_EQ(transparent(), green);
+    click(dialog().elboton1);
+    ui_driver::click_at(dialog().Picture1, {1, 0});
+    EXPECT_EQ(transparent(), red);
+    EXPECT_TRUE(dialog().TransparentPicked);
+    click_line(dialog().File1, 0);
+    click_line(dialog().File1, 1);
+    EXPECT_EQ(transparent(), red);
+}
+
+TEST_F(AddFramesTest, WhileArmedTheColourUnderThePointerIsFollowed) {
+    pictures_.add_bmp("a.bmp", 2, 1, {red, green});
+    open_dialog(2, 1, 2);
+    click_line(dialog().File1, 0);
+    ui_driver::point_at(dialog().Picture1, {1, 0});
+    EXPECT_EQ(transparent(), red);
+    click(dialog().elboton1);
+    EXPECT_EQ(dialog().elboton1.ForeColor(), armed);
+    ui_driver::point_at(dialog().Picture1, {1, 0});
+    EXPECT_EQ(transparent(), green);
+    ui_driver::point_at(dialog().Picture1, {0, 0});
+    EXPECT_EQ(transparent(), red);
+    ui_driver::click_at(dialog().Picture1, {1, 0});
+    EXPECT_EQ(transparent(), green);
+    EXPECT_EQ(dialog().elboton1.ForeColor(), idle);
+    ui_driver::point_at(dialog().Picture1, {0, 0});
+    EXPECT_EQ(transparent(), green);
+}
+
+TEST_F(AddFramesTest, AnyButtonPicksAndAPlaceBesideThePictureHasNoColour) {
+    pictures_.add_bmp("a.bmp", 2, 1, {red, green});
+    open_dialog(2, 1, 2);
+    click_line(dialog().File1, 0);
+    click(dialog().elboton1);
+    emit dialog().Picture1.MouseMove({.x = 2, .y = 0});
+    emit dialog().Picture1.MouseMove({.x = -1, .y = 0});
+    EXPECT_EQ(transparent(), red);
+    QTest::mousePress(&dialog().Picture1, Qt::RightButton, {}, QPoint(1, 0));
+    EXPECT_EQ(transparent(), green);
+    EXPECT_EQ(dialog().elboton1.ForeColor(), idle);
+    EXPECT_TRUE(dialog().TransparentPicked);
+    QTest::mouseRelease(&dialog().Picture1, Qt::RightButton, {}, QPoint(1, 0));
+}
+
+TEST_F(AddFramesTest, ThePlaceUnderThePointerIsRounded) {
+    pictures_.add_bmp("a.bmp", 3, 3, {0, 1, 2, 3, 4, 5, 6, 7, 8});
+    open_dialog(3, 3, 2);
+    click_line(dialog().File1, 0);
+    click(dialog().elboton1);
+    emit dialog().Picture1.MouseMove({.x = 0.6F, .y = 1.4F});
+    EXPECT_EQ(transparent(), 4); // column 1, row 1
+    emit dialog().Picture1.MouseMove({.x = 1.5F, .y = 0.5F});
+    EXPECT_EQ(transparent(), 2); // halves go to the even neighbour
+    emit dialog().Picture1.MouseMove({.x = -0.4F, .y = 2.4F});
+    EXPECT_EQ(transparent(), 6);
+    emit dialog().Picture1.MouseMove({.x = -0.6F, .y = 0});
+    EXPECT_EQ(transparent(), 6); // beside the picture
+}
+
+TEST_F(AddFramesTest, APictureWithoutPixelsHasNoColourToSpeakOf) {
+    pictures_.add_bmp("a.bmp", 1, 1, {make_colour(1, 2, 3)});
+    const std::string empty = pictures_.write("b.bmp", test::bmp_header(1, 1, 24));
+    services_.pictures[empty] = test::surface_of(0, 0, {})->Image();
+    open_dialog(4, 4, 2);
+    click_line(dialog().File1, 0);
+    EXPECT_EQ(spoken_transparent(), "Red 1, green 2, blue 3");
+    click_line(dialog().File1, 1);
+    ASSERT_EQ(dialog().Picture1.surface().Point(0, 0), no_colour);
+    EXPECT_EQ(spoken_transparent(), "No color");
+}
+
+TEST_F(AddFramesTest, ASecondClickOnPickDisarmsItAndTheLastColourStays) {
+    pictures_.add_bmp("a.bmp", 2, 1, {red, green});
+    open_dialog(2, 1, 2);
+    click_line(dialog().File1, 0);
+    click(dialog().elboton1);
+    ui_driver::point_at(dialog().Picture1, {1, 0});
+    click(dialog().elboton1);
+    EXPECT_EQ(dialog().elboton1.ForeColor(), idle);
+    EXPECT_EQ(transparent(), green);
+    EXPECT_FALSE(dialog().TransparentPicked);
+    ui_driver::click_at(dialog().Picture1, {0, 0});
+    EXPECT_EQ(transparent(), green);
+}
+
+TEST_F(AddFramesTest, WithoutThePickerClicksOnFilesDoNotChangeTheColour) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4, red);
+    open_dialog();
+    const Colour before = transparent();
+    click(dialog().elboton1);
+    select({0});
+    ui_driver::click_at(dialog().Picture1, {1, 1});
+    EXPECT_EQ(transparent(), before);
+    EXPECT_EQ(dialog().elboton1.ForeColor(), 0x808080);
+}
+
+// The import.
+
+TEST_F(AddFramesTest, WithNothingSelectedOkAsksForPicturesAndTheDialogStays) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    open_dialog();
+    import();
+    EXPECT_EQ(services_.messages, std::vector<std::string>{"Select Picture/s To Add."});
+    ASSERT_NE(desk_->form4(), nullptr);
+    EXPECT_TRUE(dialog().isEnabled());
+}
+
+TEST_F(AddFramesTest, SelectedPicturesBecomeFramesAndTheCommandsAreReleased) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4, red);
+    pictures_.add_plain_bmp("b.bmp", 4, 4, 0x123456);
+    pictures_.add_plain_bmp("c.bmp", 4, 4, green);
+    open_dialog();
+    select({0, 2});
+    import();
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Frame 0", "Frame 1"}));
+    EXPECT_EQ(main().List1.ListIndex(), 1);
+    EXPECT_TRUE(main().List1.Selected(1));
+    EXPECT_TRUE(main().List1.isEnabled());
+    EXPECT_EQ(shown(), green);
+    for (elboton* button : {&main().elboton3, &main().elboton5, &main().elboton6, &main().elboton7}) {
+        EXPECT_TRUE(button->Enabled());
+        EXPECT_EQ(button->ForeColor(), 0xFFFFFF);
+    }
+    EXPECT_TRUE(hlspr::SpriteDirty);
+    EXPECT_TRUE(main().isEnabled());
+    EXPECT_EQ(desk_->form4(), nullptr);
+    EXPECT_EQ(desk_->form6(), nullptr);
+}
+
+TEST_F(AddFramesTest, ResizedPicturesTakeTheSpritesSize) {
+    pictures_.add_plain_bmp("a.bmp", 3, 5, red);
+    open_dialog(8, 8);
+    select({0});
+    click(dialog().elradio1[1]);
+    import();
+    EXPECT_EQ(hlspr::document().SpriteHeader.Width, 8);
+    EXPECT_EQ(main().Picture1.size(), QSize(8, 8));
+    EXPECT_EQ(text(main().ellabel7.Caption()), "8 x 8");
+}
+
+TEST_F(AddFramesTest, SettingTheSpriteChangesItsLabelsBeforeAnyPictureIsReadAndAnAbortLeavesThem) {
+    pictures_.add_plain_bmp("a.bmp", 25, 6, red);
+    open_dialog(8, 8);
+    select({0});
+    std::string size_at_first_yield;
+    services_.on_yield = [&] {
+        if (size_at_first_yield.empty() && desk_->form6() != nullptr) {
+            size_at_first_yield = text(main().ellabel7.Caption());
+            click(desk_->form6()->elboton1);
+        }
+    };
+    import();
+    EXPECT_EQ(size_at_first_yield, "25 x 6");
+    EXPECT_EQ(services_.messages,
+              std::vector<std::string>{"Process Aborted By User. Some Pictures Where Not Imported."});
+    EXPECT_EQ(text(main().ellabel7.Caption()), "25 x 6");
+    EXPECT_EQ(text(main().ellabel6.Caption()), "-12.5, 3");
+    EXPECT_EQ(hlspr::document().SpriteHeader.Width, 25);
+    EXPECT_EQ(lines().size(), 0U);
+    EXPECT_TRUE(main().isEnabled());
+}
+
+TEST_F(AddFramesTest, TheProgressDialogCountsBothPassesAndNeverQuiteFills) {
+    for (const char* name : {"a.bmp", "b.bmp", "c.bmp"}) {
+        pictures_.add_plain_bmp(name, 4, 4, red);
+    }
+    open_dialog();
+    select({0, 1, 2});
+    std::vector<std::int32_t> values;
+    std::int32_t maximum = 0;
+    bool opener_enabled = true;
+    services_.on_yield = [&] {
+        if (Form6* progress = desk_->form6()) {
+            values.push_back(progress->Progressbar1.Value());
+            maximum = progress->Progressbar1.Max();
+            opener_enabled = dialog().isEnabled();
+        }
+    };
+    import();
+    EXPECT_EQ(maximum, 7);
+    EXPECT_FALSE(opener_enabled);
+    EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+    EXPECT_EQ(values.front(), 0);
+    EXPECT_EQ(values.back(), 5); // the last yield is within the sixth step
+}
+
+TEST_F(AddFramesTest, TheProgressDialogTellsThePhaseAndTheStepAndNobodyElseTakesInput) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4, red);
+    open_dialog();
+    select({0});
+    std::vector<std::string> seen;
+    bool others_enabled = false;
+    services_.on_yield = [&] {
+        if (Form6* progress = desk_->form6()) {
+            seen.push_back(text(progress->Label1.Caption()) + " " + text(progress->Label2.Caption()));
+            others_enabled = others_enabled || main().isEnabled() || dialog().isEnabled();
+        }
+    };
+    import();
+    seen.erase(std::unique(seen.begin(), seen.end()), seen.end());
+    EXPECT_EQ(seen, (std::vector<std::string>{
+                        "Building Palette... Initializing...", "Building Palette... Loading Picture...",
+                        "Building Palette... Picture Color Lookup...",
+                        "Building Palette... Finalizing Palette...", "Adding Frames... Frame 0"}));
+    EXPECT_FALSE(others_enabled);
+}
+
+/// How many lines a list has whenever it is painted.
+class PaintedLines : public QObject {
+  public:
+    explicit PaintedLines(ListBox& list) : list_(list) { list.viewport()->installEventFilter(this); }
+
+    std::vector<std::int32_t> counts;
+
+  private:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            counts.push_back(list_.ListCount());
+        }
+        return false;
+    }
+
+    ListBox& list_;
+};
+
+TEST_F(AddFramesTest, TheFrameListShowsEachLineWhileTheImportRuns) {
+    for (const char* name : {"a.bmp", "b.bmp", "c.bmp"}) {
+        pictures_.add_plain_bmp(name, 4, 4, red);
+    }
+    open_dialog();
+    select({0, 1, 2});
+    PaintedLines painted(main().List1);
+    services_.on_yield = [] { QCoreApplication::processEvents(); };
+    bool open = true;
+    services_.on_message = [&] {
+        open = false; // the import is over
+        painted.counts.erase(std::unique(painted.counts.begin(), painted.counts.end()), painted.counts.end());
+        EXPECT_EQ(painted.counts, (std::vector<std::int32_t>{1, 2}));
+    };
+    import();
+    EXPECT_FALSE(open);
+}
+
+/// Writes down, in order, what an import changes on the windows: the texts and the bar of the progress dialog
+/// and the lines of the frame list.
+class WindowChanges {
+  public:
+    explicit WindowChanges(Desk& desk) {
+        test::switch_accessibility_on(); // captions and bars tell of their changes
+        changes().clear();
+        before_ = QAccessible::installUpdateHandler(hear);
+        const ListBox& list = desk.form1().List1;
+        connection_ =
+            QObject::connect(list.model(), &QAbstractItemModel::rowsInserted, [&list](const auto&, int line) {
+                changes().push_back("line " + list.List(line).toStdString());
+            });
+    }
+
+    ~WindowChanges() {
+        QObject::disconnect(connection_);
+        QAccessible::installUpdateHandler(before_);
+    }
+
+    WindowChanges(const WindowChanges&) = delete;
+    WindowChanges& operator=(const WindowChanges&) = delete;
+
+    static std::vector<std::string>& changes() {
+        static std::vector<std::string> changes;
+        return changes;
+    }
+
+  private:
+    static void hear(QAccessibleEvent* event) {
+        const auto* label = qobject_cast<const ellabel*>(event->object());
+        const auto* bar = qobject_cast<const elprogress*>(event->object());
+        if (label != nullptr && qobject_cast<const Form6*>(label->window()) != nullptr &&
+            event->type() == QAccessible::NameChanged && !label->Caption().isEmpty()) {
+            changes().push_back((label->objectName() + ' ' + label->Caption()).toStdString());
+        } else if (bar != nullptr && event->type() == QAccessible::ValueChanged) {
+            changes().push_back("bar " + std::to_string(bar->Value()));
+        }
+    }
+
+    QAccessible::UpdateHandler before_ = nullptr;
+    QMetaObject::Connection connection_;
+};
+
+TEST_F(AddFramesTest, EachFrameIsToldInTheCaptionThenInTheListThenOnTheBar) {
+    for (const char* name : {"a.bmp", "b.bmp", "c.bmp"}) {
+        pictures_.add_plain_bmp(name, 4, 4, red);
+    }
+    open_dialog();
+    select({0, 2});
+    const WindowChanges windows(*desk_);
+    import();
+    EXPECT_EQ(
+        WindowChanges::changes(),
+        (std::vector<std::string>{"Label1 Building Palette...", "bar 0", "Label2 Initializing...",
+                                  "Label2 Loading Picture...", "Label2 Picture Color Lookup...", "bar 1",
+                                  "Label2 Loading Picture...", "Label2 Picture Color Lookup...", "bar 2",
+                                  "Label2 Finalizing Palette...", "Label1 Adding Frames...", "Label2 Frame 0",
+                                  "line Frame 0", "bar 3", "Label2 Frame 2", "line Frame 1", "bar 4"}));
+}
+
+TEST_F(AddFramesTest, CancelWhileTheLastPictureIsAddedStillTellsOfSuccess) {
+    for (const char* name : {"a.bmp", "b.bmp"}) {
+        pictures_.add_plain_bmp(name, 4, 4, red);
+    }
+    open_dialog();
+    select({0, 1});
+    services_.on_yield = [&] {
+        Form6* progress = desk_->form6();
+        if (progress != nullptr && text(progress->Label2.Caption()) == "Frame 1") {
+            click(progress->elboton1);
+        }
+    };
+    import();
+    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 2);
+}
+
+TEST_F(AddFramesTest, ImportingTwiceKeepsTheOldLinesAndDrawsNothingBehindTheFrames) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4, red);
+    pictures_.add_plain_bmp("b.bmp", 4, 4, green);
+    open_dialog();
+    select({0, 1});
+    import();
+    open_import();
+    select({0});
+    import();
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Frame 0", "Frame 1", "Frame 2"}));
+    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
+    EXPECT_EQ(main().List1.ListIndex(), 2);
+    EXPECT_EQ(services_.messages, (std::vector<std::string>{success, success}));
+    EXPECT_EQ(failures_, std::vector<std::string>());
+}
+
+TEST_F(AddFramesTest, APictureThatDoesNotDecodeIsFatal) {
+    pictures_.write("a.bmp", test::bmp_header(4, 4, 24)); // passes the probe, but the loader does not know it
+    open_dialog();
+    select({0});
+    EXPECT_EQ(failures_, std::vector<std::string>{"InvalidPicture"});
+}
+
+// Where the browser starts.
+
+TEST_F(AddFramesTest, TheBrowserStartsAtTheSpritesFolderAndThenWhereItWasLeft) {
+    open(write_sprite("sprite.spr", 1));
+    click(main().elboton4);
+    EXPECT_EQ(dialog().Dir1.Path(), folder_.path());
+    EXPECT_EQ(dialog().File1.Path(), folder_.path());
+    ASSERT_TRUE(ui_driver::walk_to(dialog().Dir1, QString::fromStdString(pictures_.path())));
+    click(dialog().elboton3);
+    click(main().elboton4);
+    EXPECT_EQ(dialog().Dir1.Path(), pictures_.path());
+}
+
+TEST_F(AddFramesTest, TheBrowserStartsAtTheRootForASpriteThatLiesThere) {
+    open(write_sprite("sprite.spr", 1));
+    main().eltexto1.SetText("/x.spr");
+    click(main().elboton4);
+    EXPECT_EQ(dialog().Dir1.Path(), "/");
+}
+
+TEST_F(AddFramesTest, BothSeparatorsEndTheSpritesFolder) {
+    open(write_sprite("sprite.spr", 1));
+    main().eltexto1.SetText(QString::fromStdString(folder_.path() + "\\x.spr"));
+    click(main().elboton4);
+    EXPECT_EQ(dialog().Dir1.Path(), folder_.path());
+}
+
+// Progress dialog.
+
+class ProgressTest : public AddFramesTest {};
+
+TEST_F(ProgressTest, StartsWithTheMark0AndCancelSetsItOnce) {
+    Form6 dialog;
+    dialog.show_over(main());
+    EXPECT_EQ(dialog.size(), QSize(351, 110));
+    EXPECT_EQ(text(dialog.Label3.Caption()), "0");
+    EXPECT_FALSE(dialog.Label3.isVisible());
+    EXPECT_EQ(text(dialog.Label1.Caption() + dialog.Label2.Caption()), "");
+    dialog.Label1.SetCaption("Working...");
+    dialog.Label2.SetCaption("this");
+    int clicks = 0;
+    QObject::connect(&dialog.elboton1, &elboton::Click, [&] { ++clicks; });
+    click(dialog.elboton1);
+    EXPECT_EQ(text(dialog.Label1.Caption()), "Aborting Process...");
+    EXPECT_EQ(text(dialog.Label2.Caption()), "");
+    EXPECT_EQ(text(dialog.Label3.Caption()), "1");
+    EXPECT_FALSE(dialog.elboton1.Enabled());
+    EXPECT_EQ(dialog.elboton1.ForeColor(), 0x808080);
+    click(dialog.elboton1);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(ProgressTest, AfterAJobTheNextOpeningReads0Again) {
+    pictures_.add_plain_bmp("a.bmp", 4, 4, red);
+    open_dialog();
+    select({0});
+    services_.on_yield = [&] {
+        if (Form6* progress = desk_->form6()) {
+            click(progress->elboton1);
+        }
+    };
+    import();
+    std::string mark;
+    services_.on_yield = [&] {
+        if (Form6* progress = desk_->form6()) {
+            mark = text(progress->Label3.Caption());
+        }
+    };
+    open_import();
+    select({0});
+    import();
+    EXPECT_EQ(mark, "0");
+    EXPECT_EQ(services_.messages.back(), success);
+}
+
+} // namespace
+} // namespace varnoth

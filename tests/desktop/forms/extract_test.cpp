@@ -1,0 +1,386 @@
+#include <algorithm>
+#include <array>
+#include <filesystem>
+
+#include "desktop/forms/EditorTest.h"
+#include "desktop/theme/theme.h"
+
+namespace varnoth {
+namespace {
+
+using test::EditorTest;
+using ui_driver::click;
+using ui_driver::click_line;
+
+class ExtractTest : public EditorTest {
+  protected:
+    ExtractTest() { std::filesystem::create_directory(out_); }
+
+    Form3& dialog() { return *desk_->form3(); }
+
+    void open_dialog() { click(main().elboton6); }
+
+    /// All lines of the main window's list.
+    void select_all() {
+        for (int line = 0; line < main().List1.ListCount(); ++line) {
+            click_line(main().List1, line, line == 0 ? Qt::NoModifier : Qt::ControlModifier);
+        }
+    }
+
+    void extract() {
+        open_dialog();
+        ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
+        click(dialog().elboton2);
+    }
+
+    std::vector<std::string> written() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(out_)) {
+            names.push_back(entry.path().filename());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    /// Which of the three radio buttons are set.
+    static std::string set_of(const std::array<elradio, 3>& group) {
+        std::string set;
+        for (const elradio& radio : group) {
+            set += radio.Value() ? 'x' : '-';
+        }
+        return set;
+    }
+
+    const std::string out_ = folder_.file("out");
+};
+
+TEST_F(ExtractTest, StandsAsDesignedWithBmpSet) {
+    open_sprite(2);
+    open_dialog();
+    EXPECT_FALSE(main().isEnabled());
+    EXPECT_EQ(dialog().size(), QSize(287, 260));
+    EXPECT_EQ(text(dialog().elpanel1.Title()), "Extract Frame/s");
+    EXPECT_FALSE(dialog().elpanel1.Cerrar());
+    EXPECT_EQ(text(dialog().eltexto1.Text()), "");
+    EXPECT_EQ(set_of(dialog().elradio1), "x--");
+    EXPECT_EQ(set_of(dialog().elradio3), "-x-");
+    EXPECT_FALSE(dialog().elradio2[0].Value());
+    EXPECT_TRUE(dialog().elradio2[1].Value());
+    EXPECT_FALSE(dialog().elcheck1.Value());
+    EXPECT_TRUE(dialog().elframe1.isVisible());
+    EXPECT_FALSE(dialog().elframe2.isVisible());
+    EXPECT_EQ(dialog().elframe1.geometry(), dialog().elframe2.geometry());
+}
+
+TEST_F(ExtractTest, PcxAndThenBmpHidesCompressedAgainAndSets24Bpp) {
+    open_sprite(1);
+    open_dialog();
+    click(dialog().elradio1[2]);
+    EXPECT_EQ(set_of(dialog().elradio1), "--x");
+    EXPECT_FALSE(dialog().elframe1.isVisible());
+    EXPECT_FALSE(dialog().elframe1.Enabled());
+    EXPECT_TRUE(dialog().elframe2.isVisible());
+    EXPECT_TRUE(dialog().elframe2.Enabled());
+    click(dialog().elcheck1);
+    EXPECT_TRUE(dialog().elcheck1.Value());
+    dialog().elradio2[0].SetValue(true);
+    dialog().elradio2[1].SetValue(false);
+    click(dialog().elradio1[0]);
+    EXPECT_EQ(set_of(dialog().elradio1), "x--");
+    EXPECT_TRUE(dialog().elframe1.isVisible());
+    EXPECT_TRUE(dialog().elframe1.Enabled());
+    EXPECT_FALSE(dialog().elradio2[0].Value());
+    EXPECT_FALSE(dialog().elframe2.isVisible());
+    EXPECT_FALSE(dialog().elframe2.Enabled());
+    EXPECT_TRUE(dialog().elradio2[1].Value());
+}
+
+TEST_F(ExtractTest, AnotherFormatTurnsCompressedOff) {
+    open_sprite(1);
+    open_dialog();
+    click(dialog().elradio1[1]);
+    click(dialog().elcheck1);
+    click(dialog().elradio1[2]);
+    EXPECT_FALSE(dialog().elcheck1.Value());
+}
+
+TEST_F(ExtractTest, EightBitsCannotBeChosen) {
+    open_sprite(1);
+    open_dialog();
+    EXPECT_FALSE(dialog().elradio2[0].Enabled());
+    EXPECT_EQ(dialog().elradio2[0].UncheckedColor(), 0x808080);
+    click(dialog().elradio2[0]);
+    EXPECT_FALSE(dialog().elradio2[0].Value());
+    EXPECT_TRUE(dialog().elradio2[1].Value());
+    click(dialog().elradio1[2]);
+    click(dialog().elradio1[0]);
+    EXPECT_FALSE(dialog().elradio2[0].Enabled());
+}
+
+TEST_F(ExtractTest, EachGroupKeepsOneSet) {
+    open_sprite(1);
+    open_dialog();
+    dialog().elradio2[0].SetValue(true);
+    click(dialog().elradio2[1]);
+    EXPECT_FALSE(dialog().elradio2[0].Value());
+    EXPECT_TRUE(dialog().elradio2[1].Value());
+    click(dialog().elradio3[2]);
+    EXPECT_EQ(set_of(dialog().elradio3), "--x");
+    click(dialog().elradio3[0]);
+    EXPECT_EQ(set_of(dialog().elradio3), "x--");
+    click(dialog().elradio3[0]);
+    EXPECT_EQ(set_of(dialog().elradio3), "x--");
+}
+
+TEST_F(ExtractTest, WithNoLineSelectedNothingIsWrittenAndTheDialogsClose) {
+    open_sprite(3);
+    main().List1.SetSelected(0, false);
+    extract();
+    EXPECT_EQ(written(), std::vector<std::string>());
+    EXPECT_EQ(desk_->form3(), nullptr);
+    EXPECT_EQ(desk_->form6(), nullptr);
+    EXPECT_TRUE(main().isEnabled());
+    EXPECT_EQ(failures_, std::vector<std::string>());
+}
+
+TEST_F(ExtractTest, WritesTheSelectedFramesUnderTheSpritesName) {
+    open(write_sprite("boom.v2.spr", 12));
+    select_all();
+    extract();
+    EXPECT_EQ(written().size(), 12U);
+    EXPECT_TRUE(file_exists(out_ + "/boom_0.bmp"));
+    EXPECT_TRUE(file_exists(out_ + "/boom_10.bmp"));
+    EXPECT_EQ(desk_->form3(), nullptr);
+    EXPECT_TRUE(main().isEnabled());
+    EXPECT_EQ(services_.messages, std::vector<std::string>());
+}
+
+TEST_F(ExtractTest, ANewSpriteNeverSavedTakesItsNameFromWhatWasTyped) {
+    open_sprite(1);
+    main().eltexto1.SetText("typed");
+    extract();
+    EXPECT_EQ(written(), std::vector<std::string>{"typed_0.bmp"});
+}
+
+TEST_F(ExtractTest, FormatAndCompressionReachTheWriters) {
+    open_sprite(1);
+    open_dialog();
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
+    click(dialog().elradio1[2]);
+    click(dialog().elcheck1);
+    click(dialog().elboton2);
+    const std::vector<std::uint8_t> pcx = test::read_file(out_ + "/sprite_0.pcx");
+    ASSERT_GT(pcx.size(), 3U);
+    EXPECT_EQ(pcx[2], 1); // run-length encoded
+    open_dialog();
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
+    click(dialog().elradio1[1]);
+    click(dialog().elboton2);
+    const std::vector<std::uint8_t> tga = test::read_file(out_ + "/sprite_0.tga");
+    ASSERT_GT(tga.size(), 3U);
+    EXPECT_EQ(tga[2], 2); // plain
+}
+
+TEST_F(ExtractTest, SkipAskAndOverwriteDoWhatTheySay) {
+    open_sprite(1);
+    const std::string file = folder_.write("out/sprite_0.bmp", std::vector<std::uint8_t>{1, 2, 3});
+    const auto extract_with = [&](std::size_t choice) {
+        open_dialog();
+        ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
+        click(dialog().elradio3[choice]);
+        click(dialog().elboton2);
+        return test::read_file(file).size() == 3;
+    };
+    services_.answer = false;
+    EXPECT_TRUE(extract_with(0));
+    EXPECT_EQ(services_.questions, std::vector<std::string>());
+    EXPECT_TRUE(extract_with(1));
+    EXPECT_EQ(services_.questions, std::vector<std::string>{"File sprite_0.bmp Already Exists. Overwrite?"});
+    EXPECT_FALSE(extract_with(2));
+    EXPECT_EQ(services_.questions.size(), 1U);
+}
+
+TEST_F(ExtractTest, AskWithTheAnswerNoLeavesTheOldFileAndGoesOnToTheNextLine) {
+    open_sprite(2);
+    select_all();
+    folder_.write("out/sprite_0.bmp", std::vector<std::uint8_t>{1, 2, 3});
+    services_.answer = false;
+    extract();
+    EXPECT_EQ(services_.questions.size(), 1U);
+    EXPECT_EQ(test::read_file(out_ + "/sprite_0.bmp"), (std::vector<std::uint8_t>{1, 2, 3}));
+    EXPECT_EQ(written(), (std::vector<std::string>{"sprite_0.bmp", "sprite_1.bmp"}));
+}
+
+TEST_F(ExtractTest, SkipWithAllFilesPresentWritesNothingAndTheBarStillFills) {
+    open_sprite(3);
+    select_all();
+    for (const int number : {0, 1, 2}) {
+        folder_.write("out/sprite_" + std::to_string(number) + ".bmp", std::vector<std::uint8_t>{7});
+    }
+    std::int32_t most = -1;
+    std::int32_t maximum = -1;
+    services_.on_yield = [&] {
+        most = desk_->form6()->Progressbar1.Value();
+        maximum = desk_->form6()->Progressbar1.Max();
+    };
+    open_dialog();
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
+    click(dialog().elradio3[0]);
+    click(dialog().elboton2);
+    EXPECT_EQ(most, 3);
+    EXPECT_EQ(maximum, 3);
+    EXPECT_EQ(test::read_file(out_ + "/sprite_2.bmp"), std::vector<std::uint8_t>{7});
+}
+
+TEST_F(ExtractTest, WithTheOrder102TheWalkJumpsOverFrame0) {
+    open_sprite(3);
+    click(main().Label2); // frame 0 down
+    ASSERT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
+    select_all();
+    extract();
+    EXPECT_EQ(written(), (std::vector<std::string>{"sprite_1.bmp", "sprite_2.bmp"}));
+}
+
+TEST_F(ExtractTest, TheProgressDialogTellsTheFileAndItsOpenerIsDisabled) {
+    open_sprite(2);
+    select_all();
+    std::vector<std::string> seen;
+    bool opener_enabled = true;
+    services_.on_yield = [&] {
+        Form6& progress = *desk_->form6();
+        seen.push_back(text(progress.Label1.Caption()) + " " + text(progress.Label2.Caption()));
+        opener_enabled = dialog().isEnabled();
+    };
+    extract();
+    seen.erase(std::unique(seen.begin(), seen.end()), seen.end());
+    EXPECT_EQ(seen, (std::vector<std::string>{"Extracting Frames... ", "Extracting Frames... sprite_0.bmp",
+                                              "Extracting Frames... sprite_1.bmp"}));
+    EXPECT_FALSE(opener_enabled);
+}
+
+TEST_F(ExtractTest, CancelIsHeardAndEndsTheWalkAtTheNextLine) {
+    open_sprite(5);
+    select_all();
+    services_.on_yield = [&] {
+        if (!written().empty() && desk_->form6()->elboton1.Enabled()) {
+            click(desk_->form6()->elboton1);
+        }
+    };
+    extract();
+    EXPECT_EQ(written(), std::vector<std::string>{"sprite_0.bmp"});
+    EXPECT_EQ(desk_->form6(), nullptr);
+    EXPECT_EQ(desk_->form3(), nullptr);
+    EXPECT_TRUE(main().isEnabled());
+}
+
+// Position 0 holds frame 1 and position 1 frame 0: with line 1 alone selected, the walk goes from 1 back to
+// it again.
+TEST_F(ExtractTest, CancelEndsAWalkThatTurnsInACircle) {
+    open_sprite(2);
+    click(main().Label2);
+    ASSERT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0}));
+    ASSERT_TRUE(main().List1.Selected(1));
+    int yields = 0;
+    services_.on_yield = [&] {
+        if (++yields == 200) {
+            click(desk_->form6()->elboton1);
+        }
+    };
+    extract();
+    EXPECT_GE(yields, 200);
+    EXPECT_EQ(desk_->form6(), nullptr);
+    EXPECT_EQ(written(), std::vector<std::string>{"sprite_0.bmp"});
+}
+
+TEST_F(ExtractTest, WithoutAFolderItAsksForOneAndOpensTheFolderDialog) {
+    open_sprite(1);
+    open_dialog();
+    click(dialog().elboton2);
+    EXPECT_EQ(services_.messages, std::vector<std::string>{"Select Output Folder First."});
+    ASSERT_NE(desk_->form5(), nullptr);
+    EXPECT_FALSE(dialog().isEnabled());
+    click(desk_->form5()->elboton2);
+    EXPECT_EQ(desk_->form5(), nullptr);
+    EXPECT_TRUE(dialog().isEnabled());
+    EXPECT_EQ(text(dialog().eltexto1.Text()), "");
+}
+
+TEST_F(ExtractTest, AFolderThatDoesNotExistHasItsMessage) {
+    open_sprite(1);
+    open_dialog();
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(folder_.file("none")));
+    click(dialog().elboton2);
+    EXPECT_EQ(services_.messages, std::vector<std::string>{"Output Folder Doesnt Exist."});
+    EXPECT_NE(desk_->form5(), nullptr);
+}
+
+TEST_F(ExtractTest, TheFolderDialogsOkGoesIntoTheBoxAndIsRememberedForTheRun) {
+    open_sprite(1);
+    open_dialog();
+    click(dialog().elboton1);
+    Form5& folders = *desk_->form5();
+    EXPECT_EQ(folders.size(), QSize(224, 325));
+    EXPECT_EQ(text(folders.ellabel1.Caption()), "Select Extracting Folder:");
+    ASSERT_TRUE(ui_driver::walk_to(folders.Dir1, QString::fromStdString(out_)));
+    click(folders.elboton1);
+    EXPECT_EQ(text(dialog().eltexto1.Text()), out_);
+    EXPECT_EQ(hlspr::ExtractFolder, out_);
+    EXPECT_TRUE(dialog().isEnabled());
+    click(dialog().elboton3);
+    EXPECT_EQ(desk_->form3(), nullptr);
+    EXPECT_TRUE(main().isEnabled());
+    open_dialog();
+    EXPECT_EQ(text(dialog().eltexto1.Text()), out_);
+}
+
+TEST_F(ExtractTest, TheFolderDialogOpensOnTheRememberedFolderAndNotOnTheTypedOne) {
+    open_sprite(1);
+    hlspr::ExtractFolder = out_;
+    open_dialog();
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(folder_.path()));
+    click(dialog().elboton1);
+    EXPECT_EQ(desk_->form5()->Dir1.Path(), out_);
+}
+
+TEST_F(ExtractTest, WithoutAFolderInTheBoxTheFolderDialogDoesNotOpenOnTheRememberedOne) {
+    open_sprite(1);
+    hlspr::ExtractFolder = out_;
+    open_dialog();
+    for (const QString& typed : {QString(), QString::fromStdString(folder_.file("none"))}) {
+        ui_driver::type_into(dialog().eltexto1, typed);
+        click(dialog().elboton1);
+        EXPECT_EQ(desk_->form5()->Dir1.Path(), folder_.path()) << text(typed);
+        ASSERT_TRUE(ui_driver::walk_to(desk_->form5()->Dir1, "/"));
+        click(desk_->form5()->elboton2);
+        EXPECT_EQ(hlspr::ExtractFolder, out_) << "Cancel chooses nothing";
+        EXPECT_EQ(dialog().eltexto1.Text(), typed);
+    }
+}
+
+TEST_F(ExtractTest, AFolderThatWasTypedIsNotRemembered) {
+    open_sprite(1);
+    extract();
+    EXPECT_EQ(written().size(), 1U);
+    EXPECT_EQ(hlspr::ExtractFolder, "");
+    open_dialog();
+    EXPECT_EQ(text(dialog().eltexto1.Text()), "");
+}
+
+TEST_F(ExtractTest, AtFirstTheFolderDialogOpensAtTheSpritesFolder) {
+    open_sprite(1);
+    open_dialog();
+    click(dialog().elboton1);
+    EXPECT_EQ(desk_->form5()->Dir1.Path(), folder_.path());
+}
+
+TEST_F(ExtractTest, ARememberedFolderThatIsGoneFails) {
+    open_sprite(1);
+    hlspr::ExtractFolder = folder_.file("gone");
+    open_dialog();
+    ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
+    click(dialog().elboton1);
+    EXPECT_EQ(failures_, std::vector<std::string>{"PathNotFound"});
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,169 @@
+#include <vector>
+
+#include <QTest>
+
+#include "desktop/forms/EditorTest.h"
+
+namespace varnoth {
+namespace {
+
+using test::EditorTest;
+using ui_driver::click;
+
+class PreviewTest : public EditorTest {
+  protected:
+    Form7& dialog() { return *desk_->form7(); }
+
+    void open_preview(int frames) {
+        open_sprite(frames);
+        ui_driver::double_click(main().Picture1);
+    }
+
+    void play_at_1_frame_a_second() {
+        for (int i = 0; i < 14; ++i) {
+            click(dialog().Label4);
+        }
+        click(dialog().Label2);
+    }
+
+    Colour playing() { return dialog().Picture1.surface().Point(0, 0); }
+
+    /// The frames of the next ticks at 60 frames a second.
+    std::vector<int> play(std::size_t ticks) {
+        std::vector<int> drawn;
+        QObject::connect(&dialog().Timer1, &QTimer::timeout, [&] { drawn.push_back(red_of(playing())); });
+        for (int i = 0; i < 45; ++i) {
+            click(dialog().Label3);
+        }
+        click(dialog().Label2);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return drawn.size() >= ticks; }, 10'000));
+        click(dialog().Label1);
+        drawn.resize(ticks);
+        return drawn;
+    }
+};
+
+TEST_F(PreviewTest, OpensStoppedAt15FramesASecondWithTheFirstFrame) {
+    open_preview(3);
+    EXPECT_FALSE(main().isEnabled());
+    EXPECT_EQ(dialog().size(), QSize(281, 327));
+    EXPECT_EQ(dialog().Picture1.mapTo(&dialog(), QPoint(0, 0)), QPoint(13, 37));
+    EXPECT_EQ(text(dialog().elpanel1.Title()), "Animation Preview");
+    EXPECT_EQ(playing(), colour_of_frame(0));
+    EXPECT_FALSE(dialog().Timer1.isActive());
+    EXPECT_EQ(dialog().Timer1.interval(), 66);
+    EXPECT_EQ(text(dialog().Label5.Caption()), "15 fps");
+    EXPECT_EQ(dialog().Label1.ForeColor(), 0x50B5C4);
+    EXPECT_EQ(dialog().Label2.ForeColor(), 0);
+}
+
+TEST_F(PreviewTest, WithoutFramesNothingOpens) {
+    ui_driver::double_click(main().Picture1);
+    EXPECT_EQ(desk_->form7(), nullptr);
+    EXPECT_TRUE(main().isEnabled());
+}
+
+TEST_F(PreviewTest, PlayAndStopColourTheOneInForce) {
+    open_preview(2);
+    click(dialog().Label2);
+    EXPECT_TRUE(dialog().Timer1.isActive());
+    EXPECT_EQ(dialog().Label1.ForeColor(), 0);
+    EXPECT_EQ(dialog().Label2.ForeColor(), 0x50B5C4);
+    click(dialog().Label1);
+    EXPECT_FALSE(dialog().Timer1.isActive());
+    EXPECT_EQ(dialog().Label1.ForeColor(), 0x50B5C4);
+    EXPECT_EQ(dialog().Label2.ForeColor(), 0);
+}
+
+TEST_F(PreviewTest, TheTimerDrawsFrameAfterFrameAndWraps) {
+    open_preview(3);
+    EXPECT_EQ(play(7), (std::vector<int>{0, 1, 2, 0, 1, 2, 0}));
+}
+
+TEST_F(PreviewTest, ASingleFrameIsDrawnAtEachTickAndStaysTheCurrentOne) {
+    open_preview(1);
+    EXPECT_EQ(play(3), (std::vector<int>{0, 0, 0}));
+    EXPECT_EQ(dialog().walk().CurrentFrame, 0);
+}
+
+TEST_F(PreviewTest, AChangedOrderIsFollowedAsAChainThatLeavesFrame0Out) {
+    open_sprite(3);
+    click(main().Label2); // frame 0 down
+    ASSERT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
+    ui_driver::double_click(main().Picture1);
+    EXPECT_EQ(playing(), colour_of_frame(1)); // position 0
+    EXPECT_EQ(play(6), (std::vector<int>{1, 2, 1, 2, 1, 2}));
+}
+
+TEST_F(PreviewTest, At60AFurtherFasterDoesNothingAndTheLabelStays) {
+    open_preview(1);
+    for (int i = 0; i < 45; ++i) {
+        click(dialog().Label3);
+    }
+    EXPECT_EQ(text(dialog().Label5.Caption()), "60 fps");
+    EXPECT_EQ(dialog().Timer1.interval(), 16);
+    click(dialog().Label3);
+    EXPECT_EQ(text(dialog().Label5.Caption()), "60 fps");
+    EXPECT_EQ(dialog().Timer1.interval(), 16);
+}
+
+TEST_F(PreviewTest, TheIntervalIsTakenDownToAWholeNumber) {
+    open_preview(1);
+    for (int i = 0; i < 8; ++i) {
+        click(dialog().Label4);
+    }
+    EXPECT_EQ(text(dialog().Label5.Caption()), "7 fps");
+    EXPECT_EQ(dialog().Timer1.interval(), 142);
+    for (int i = 0; i < 6; ++i) {
+        click(dialog().Label4);
+    }
+    EXPECT_EQ(text(dialog().Label5.Caption()), "1 fps");
+    EXPECT_EQ(dialog().Timer1.interval(), 1000);
+}
+
+TEST_F(PreviewTest, SlowerGoesFrom1To0WhichIsADivisionByZero) {
+    open_preview(1);
+    for (int i = 0; i < 14; ++i) {
+        click(dialog().Label4);
+    }
+    EXPECT_EQ(failures_, std::vector<std::string>());
+    click(dialog().Label4);
+    EXPECT_EQ(failures_, std::vector<std::string>{"DivisionByZero"});
+    EXPECT_EQ(text(dialog().Label5.Caption()), "1 fps");
+}
+
+TEST_F(PreviewTest, ANewSpeedAppliesAtOnceWhilePlaying) {
+    open_preview(2);
+    play_at_1_frame_a_second();
+    EXPECT_EQ(dialog().Timer1.interval(), 1000);
+    click(dialog().Label3);
+    EXPECT_TRUE(dialog().Timer1.isActive());
+    EXPECT_LE(dialog().Timer1.remainingTime(), 500);
+}
+
+TEST_F(PreviewTest, ASecondPlayDoesNotPutOffTheNextTick) {
+    open_preview(2);
+    play_at_1_frame_a_second();
+    int ticks = 0;
+    QObject::connect(&dialog().Timer1, &QTimer::timeout, [&] { ++ticks; });
+    QTest::qSleep(50);
+    click(dialog().Label2);
+    EXPECT_TRUE(dialog().Timer1.isActive());
+    // Only a tick, on a machine that stood still for a second, may have begun another interval.
+    EXPECT_TRUE(dialog().Timer1.remainingTime() <= 975 || ticks > 0);
+}
+
+TEST_F(PreviewTest, TheCloseBoxGivesTheMainWindowBackAndTheNextOpeningStartsAnew) {
+    open_preview(2);
+    click(dialog().Label3);
+    click(dialog().Label2);
+    ui_driver::click_at(dialog().elpanel1, {281 - 26 + 9, 17});
+    EXPECT_EQ(desk_->form7(), nullptr);
+    EXPECT_TRUE(main().isEnabled());
+    ui_driver::double_click(main().Picture1);
+    EXPECT_EQ(text(dialog().Label5.Caption()), "15 fps");
+    EXPECT_FALSE(dialog().Timer1.isActive());
+}
+
+} // namespace
+} // namespace varnoth

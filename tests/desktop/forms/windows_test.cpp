@@ -1,0 +1,394 @@
+#include <cmath>
+#include <utility>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QFontMetricsF>
+#include <QIcon>
+#include <QImage>
+#include <QMessageBox>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+
+#include "core/base/RunTimeFailure.h"
+#include "desktop/forms/EditorTest.h"
+#include "desktop/services/QtMessageBoxes.h"
+#include "desktop/theme/theme.h"
+#include "support/PictureFolder.h"
+#include "desktop/forms/exit_picture/Form9.h"
+
+namespace varnoth {
+namespace {
+
+using test::EditorTest;
+using ui_driver::click;
+
+class WindowsTest : public EditorTest {};
+
+QImage installed_icon(int size) {
+    const QImage image(
+        QString(VARNOTH_SOURCE_DIR "/packaging/icons/hicolor/%1x%1/apps/varnoth.png").arg(size));
+    return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+TEST_F(WindowsTest, HaveNoSystemTitleBarButATitle) {
+    EXPECT_TRUE(main().windowFlags().testFlag(Qt::FramelessWindowHint));
+    click(main().elboton2);
+    EXPECT_TRUE(desk_->form2()->windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_EQ(text(desk_->form2()->windowTitle()), "New Sprite");
+}
+
+TEST_F(WindowsTest, AllShowTheProgramsIconInTheSizesOfTaskBars) {
+    click(main().elboton2);
+    for (const QWidget* window : {static_cast<QWidget*>(&main()), static_cast<QWidget*>(desk_->form2())}) {
+        EXPECT_EQ(window->windowIcon().availableSizes().size(), 5);
+        for (const int size : {16, 24, 32, 48, 64}) {
+            const QImage drawn = window->windowIcon().pixmap(QSize(size, size)).toImage();
+            EXPECT_EQ(drawn.size(), QSize(size, size));
+            EXPECT_EQ(drawn, installed_icon(size)) << size;
+        }
+    }
+}
+
+TEST_F(WindowsTest, ShareOneIconHoweverOftenTheyOpen) {
+    const qint64 icon = main().windowIcon().cacheKey();
+    for (int opening = 0; opening < 3; ++opening) {
+        click(main().elboton2);
+        EXPECT_EQ(desk_->form2()->windowIcon().cacheKey(), icon);
+        click(desk_->form2()->elboton1);
+    }
+}
+
+TEST_F(WindowsTest, ADialogStandsAboveItsOwnerAndCentredOnIt) {
+    main().move(40, 60);
+    click(main().elboton2);
+    Form2& dialog = *desk_->form2();
+    EXPECT_EQ(dialog.windowHandle()->transientParent(), main().windowHandle());
+    EXPECT_EQ(dialog.geometry().center(), main().geometry().center());
+}
+
+TEST_F(WindowsTest, AWindowThatWouldOpenOffTheScreenOpensOnIt) {
+    const QRect screen(0, 0, 800, 600);
+    EXPECT_EQ(place_on_screen({-30, 700}, {200, 100}, screen), QPoint(0, 500));
+    EXPECT_EQ(place_on_screen({750, -5}, {200, 100}, screen), QPoint(600, 0));
+    EXPECT_EQ(place_on_screen({10, 20}, {200, 100}, screen), QPoint(10, 20));
+    EXPECT_EQ(place_on_screen({50, 50}, {1000, 700}, screen), QPoint(0, 0)); // its title stays in reach
+    main().move(-560, -470);
+    click(main().elboton2);
+    EXPECT_TRUE(main().screen()->availableGeometry().contains(desk_->form2()->geometry()));
+}
+
+TEST_F(WindowsTest, ADisabledWindowLooksAsBefore) {
+    open_sprite(40);
+    QApplication::focusWidget()->clearFocus(); // whose cursor blinks
+    const QImage before = main().grab().toImage();
+    main().SetEnabled(false);
+    ui_driver::settle();
+    EXPECT_EQ(main().grab().toImage(), before);
+}
+
+TEST_F(WindowsTest, AListThatIsItselfDisabledIsGrey) {
+    open_sprite(2);
+    main().List1.SetSelected(0, false);
+    main().List1.SetEnabled(false);
+    EXPECT_EQ(main().List1.palette().color(QPalette::Text), QColor(128, 128, 128));
+    main().List1.SetEnabled(true);
+    EXPECT_EQ(main().List1.palette().color(QPalette::Text), look::to_qcolor(look::light_text));
+}
+
+TEST_F(WindowsTest, EveryControlIsFoundByItsGivenName) {
+    click(main().elboton2);
+    for (const char* name : {"elpanel1", "eltexto1", "List1", "Label1", "Label2", "Picture1", "elboton7",
+                             "ellabel10", "elframe1", "elframe2", "elframe3", "elframe4", "elframe5"}) {
+        EXPECT_NE(main().findChild<QWidget*>(name), nullptr) << name;
+    }
+    for (const char* name : {"ellabel1(4)", "elcombo1", "eltexto3", "elboton2"}) {
+        EXPECT_NE(desk_->form2()->findChild<QWidget*>(name), nullptr) << name;
+    }
+}
+
+TEST_F(WindowsTest, StandWhereTheyWereDesigned) {
+    const auto place = [&](QWidget& widget) { return widget.geometry(); };
+    EXPECT_EQ(place(main().elpanel1), QRect(0, 0, 575, 477));
+    EXPECT_EQ(place(main().elframe1), QRect(7, 35, 561, 36));
+    EXPECT_EQ(place(main().eltexto1), QRect(8, 8, 363, 20));
+    EXPECT_EQ(place(main().elboton1), QRect(378, 6, 56, 24));
+    EXPECT_EQ(place(main().elboton2), QRect(438, 6, 56, 24));
+    EXPECT_EQ(place(main().elboton3), QRect(498, 6, 56, 24));
+    EXPECT_EQ(place(main().elframe2), QRect(7, 75, 282, 396));
+    EXPECT_EQ(place(main().List1), QRect(6, 6, 247, 355));
+    EXPECT_EQ(main().Label1.pos(), QPoint(258, 163));
+    EXPECT_EQ(main().Label2.pos(), QPoint(258, 187));
+    EXPECT_EQ(place(main().elboton7), QRect(6, 366, 56, 24));
+    EXPECT_EQ(place(main().elboton6), QRect(76, 366, 56, 24));
+    EXPECT_EQ(place(main().elboton5), QRect(137, 366, 56, 24));
+    EXPECT_EQ(place(main().elboton4), QRect(198, 366, 56, 24));
+    EXPECT_EQ(place(main().elframe3), QRect(294, 75, 273, 269));
+    EXPECT_EQ(main().elframe5.size(), QSize(258, 258));
+    EXPECT_EQ(place(main().elframe4), QRect(294, 349, 273, 122));
+    int top = 10;
+    for (ellabel* caption :
+         {&main().ellabel1, &main().ellabel2, &main().ellabel3, &main().ellabel4, &main().ellabel5}) {
+        EXPECT_EQ(caption->pos(), QPoint(10, top));
+        top += 21;
+    }
+    top = 10;
+    for (ellabel* value :
+         {&main().ellabel8, &main().ellabel7, &main().ellabel6, &main().ellabel9, &main().ellabel10}) {
+        EXPECT_EQ(value->pos(), QPoint(55, top));
+        top += 21;
+    }
+}
+
+TEST_F(WindowsTest, WearTheStatedColours) {
+    const QImage image = main().grab().toImage();
+    EXPECT_EQ(image.pixelColor(3, 30), QColor(76, 88, 68));                  // window
+    EXPECT_EQ(image.pixelColor(0, 200), look::to_qcolor(look::edge_light));  // its left edge
+    EXPECT_EQ(image.pixelColor(574, 200), look::to_qcolor(look::edge_dark)); // its right edge
+    EXPECT_EQ(image.pixelColor(7, 50), look::to_qcolor(look::edge_dark));    // a frame is sunken
+    EXPECT_EQ(image.pixelColor(567, 50), look::to_qcolor(look::edge_light));
+    EXPECT_EQ(image.pixelColor(7 + 378, 35 + 12), look::to_qcolor(look::edge_light)); // a button is raised
+    EXPECT_EQ(image.pixelColor(7 + 378 + 55, 35 + 12), look::to_qcolor(look::edge_dark));
+    EXPECT_EQ(image.pixelColor(7 + 378 + 2, 35 + 8), QColor(76, 88, 68));
+}
+
+/// Every dialog, made as the desk makes it, with the texts that it shows at its fullest.
+class AllWindows {
+  public:
+    explicit AllWindows(Form1& main) : form2(main), form3(main), form4(main), form7(main) {
+        form4.elradio1[0].SetCaption("Set Sprite To 256x256");
+        form4.elradio1[1].SetCaption("Resize Pictures To 256x256");
+        form6.Label1.SetCaption("Extracting Frames...");
+        form7.Label5.SetCaption("60 fps");
+    }
+
+    std::vector<QWidget*> all() { return {&form2, &form3, &form4, &form5, &form6, &form7}; }
+
+    Form2 form2;
+    Form3 form3;
+    Form4 form4;
+    Form5 form5;
+    Form6 form6;
+    Form7 form7;
+};
+
+/// Where the ink of a text ends: the empty space behind its last letter may be cut.
+double ink_end(const QFont& font, const QString& words) {
+    return std::ceil(QFontMetricsF(look::display_font(font)).tightBoundingRect(words).right());
+}
+
+/// Where a control's caption ends, and where it may end at most; the first is 0 for a control without one.
+std::pair<double, double> extent_of_caption(const QWidget& widget) {
+    const auto end = [](const SkinnedControl& control, const char* part) {
+        const TextPart& text = control.part<TextPart>(part);
+        return text.Caption().isEmpty() ? 0 : text.Left + ink_end(text.Font(), text.Caption());
+    };
+    if (const auto* button = qobject_cast<const elboton*>(&widget)) {
+        return {end(*button, "label"), button->width() - 1};
+    }
+    if (const auto* radio = qobject_cast<const elradio*>(&widget)) {
+        return {end(*radio, "Label1"), radio->width()};
+    }
+    if (const auto* check = qobject_cast<const elcheck*>(&widget)) {
+        return {end(*check, "Label2"), check->width()};
+    }
+    if (const auto* label = qobject_cast<const ellabel*>(&widget)) {
+        return {end(*label, "Label2"), label->width()};
+    }
+    return {0, 0};
+}
+
+TEST_F(WindowsTest, EveryCaptionFitsItsControl) {
+    AllWindows windows(main());
+    std::vector<QWidget*> all = windows.all();
+    all.push_back(&main());
+    int captions = 0;
+    for (const QWidget* window : all) {
+        for (const QWidget* widget : window->findChildren<QWidget*>()) {
+            const auto [end, most] = extent_of_caption(*widget);
+            EXPECT_LE(end, most) << text(window->objectName() + " " + widget->objectName());
+            captions += end > 0 ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(captions, 48);
+    for (const elcombo* combo : {&windows.form2.elcombo1, &windows.form2.elcombo2}) {
+        for (std::int16_t i = 0; i < combo->ListCount(); ++i) {
+            const int arrow_left = combo->width() - 20;
+            EXPECT_LE(4 + ink_end(combo->Font(), combo->GetList(i)), arrow_left) << i;
+        }
+    }
+}
+
+TEST_F(WindowsTest, ControlsStandWithinTheirWindowsAndApart) {
+    AllWindows windows(main());
+    std::vector<QWidget*> all = windows.all();
+    all.push_back(&main());
+    for (const QWidget* window : all) {
+        const QList<SkinnedControl*> controls = window->findChildren<SkinnedControl*>();
+        for (const SkinnedControl* control : controls) {
+            const QString name = window->objectName() + " " + control->objectName();
+            EXPECT_TRUE(control->parentWidget()->rect().contains(control->geometry())) << text(name);
+            for (const SkinnedControl* other : controls) {
+                // The panel lies under all, and two frames stand at one place on purpose: one of them is
+                // hidden.
+                const bool apart = control != other && control->parentWidget() == other->parentWidget() &&
+                                   control->objectName() != "elpanel1" && other->objectName() != "elpanel1" &&
+                                   control->geometry() != other->geometry();
+                if (apart) {
+                    EXPECT_FALSE(control->geometry().intersects(other->geometry()))
+                        << text(name + " and " + other->objectName());
+                }
+            }
+        }
+    }
+}
+
+TEST_F(WindowsTest, EveryControlHasANameForScreenReaders) {
+    AllWindows windows(main());
+    std::vector<QWidget*> all = windows.all();
+    all.push_back(&main());
+    int named = 0;
+    for (const QWidget* window : all) {
+        for (QWidget* widget : window->findChildren<QWidget*>()) {
+            const bool is_used =
+                qobject_cast<elboton*>(widget) != nullptr || qobject_cast<elradio*>(widget) != nullptr ||
+                qobject_cast<elcheck*>(widget) != nullptr || qobject_cast<elprogress*>(widget) != nullptr ||
+                qobject_cast<elpanel*>(widget) != nullptr || qobject_cast<PictureBox*>(widget) != nullptr ||
+                qobject_cast<Label*>(widget) != nullptr || qobject_cast<QListWidget*>(widget) != nullptr ||
+                qobject_cast<DropDownList*>(widget) != nullptr || widget->objectName() == "Text1";
+            if (is_used) {
+                QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget);
+                ASSERT_NE(interface, nullptr);
+                EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty())
+                    << text(window->objectName() + " " + widget->objectName());
+                ++named;
+            }
+        }
+    }
+    EXPECT_GT(named, 50);
+}
+
+// The drag by the title.
+
+TEST_F(WindowsTest, TheCornerFollowsThePointerLessAFifteenthOfTheGrab) {
+    EXPECT_EQ(dragged_place({100, 200}, 0, 0), QPoint(100, 200));
+    EXPECT_EQ(dragged_place({100, 200}, 30, 7), QPoint(98, 200));   // 1470 and 2993 units
+    EXPECT_EQ(dragged_place({100, 200}, 8, 300), QPoint(99, 180));  // 99.47
+    EXPECT_EQ(dragged_place({0, 0}, 22.5F, 37.5F), QPoint(-2, -2)); // halves go to the even neighbour
+}
+
+TEST_F(WindowsTest, ATitleMoveWithoutAPressMovesNothing) {
+    main().move(50, 50);
+    emit main().elpanel1.TitleMouseMove(1, 0, 5, 5);
+    EXPECT_EQ(main().pos(), QPoint(50, 50));
+}
+
+// The release is lost when the form is disabled during the drag.
+TEST_F(WindowsTest, ATitleMoveWithoutAButtonEndsTheDrag) {
+    main().move(50, 50);
+    elpanel& panel = main().elpanel1;
+    emit panel.TitleMouseDown(1, 0, 45, 3);
+    QCursor::setPos(300, 200);
+    emit panel.TitleMouseMove(0, 0, 5, 5);
+    emit panel.TitleMouseMove(1, 0, 5, 5);
+    EXPECT_EQ(main().pos(), QPoint(50, 50));
+}
+
+TEST_F(WindowsTest, APressOnTheTitleMovesTheWindowToThePointerUntilTheRelease) {
+    main().move(50, 50);
+    elpanel& panel = main().elpanel1;
+    const QPoint in_title(30 + 45, 9 + 3);
+    QTest::mousePress(&panel, Qt::LeftButton, Qt::NoModifier, in_title);
+    QCursor::setPos(300, 200);
+    QTest::mouseMove(&panel, in_title + QPoint(1, 0));
+    const QPoint dragged = dragged_place(QCursor::pos(), 45, 3);
+    EXPECT_EQ(main().pos(), dragged);
+    QTest::mouseRelease(&panel, Qt::LeftButton, Qt::NoModifier, in_title);
+    QCursor::setPos(10, 10);
+    QTest::mouseMove(&panel, in_title);
+    EXPECT_EQ(main().pos(), dragged);
+}
+
+TEST_F(WindowsTest, TheFiveWithAPanelMoveByItsTitleAndTheOthersCannotBeMoved) {
+    AllWindows windows(main());
+    main().move(200, 150);
+    const std::vector<std::pair<Form*, elpanel*>> movable{{&main(), &main().elpanel1},
+                                                          {&windows.form2, &windows.form2.elpanel1},
+                                                          {&windows.form3, &windows.form3.elpanel1},
+                                                          {&windows.form4, &windows.form4.elpanel1},
+                                                          {&windows.form7, &windows.form7.elpanel1}};
+    for (const auto& [form, panel] : movable) {
+        panel->TitleMouseDown(1, 0, 45, 3);
+        QCursor::setPos(300, 200);
+        panel->TitleMouseMove(1, 0, 0, 0);
+        const QPoint dragged = dragged_place(QCursor::pos(), 45, 3);
+        EXPECT_EQ(form->pos(), dragged) << text(form->objectName());
+        panel->TitleMouseUp(1, 0, 0, 0);
+        QCursor::setPos(10, 10);
+        panel->TitleMouseMove(1, 0, 0, 0);
+        EXPECT_EQ(form->pos(), dragged) << text(form->objectName());
+        const bool closes = form == &main() || form == &windows.form7;
+        EXPECT_EQ(panel->Cerrar(), closes) << text(form->objectName());
+    }
+    EXPECT_EQ(windows.form5.findChild<elpanel*>(), nullptr);
+    EXPECT_EQ(windows.form6.findChild<elpanel*>(), nullptr);
+}
+
+// Ends.
+
+TEST_F(WindowsTest, AFailureInAMessageBoxWithinAnImportReachesTheEnd) {
+    test::PictureFolder pictures(services_);
+    pictures.add_plain_bmp("a.bmp", 4, 4);
+    QtMessageBoxes boxes;
+    const ServicesInstallation real_boxes({&boxes, nullptr, nullptr, nullptr});
+    open_sprite(1);
+    click(main().elboton4);
+    Form4& dialog = *desk_->form4();
+    ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures.path())));
+    ui_driver::click_line(dialog.File1, 0);
+
+    // While the message at the import's end is open, an event fails.
+    bool told_in_box = false;
+    QTimer event;
+    event.setSingleShot(true);
+    on_event(&event, &QTimer::timeout, &main(), [] { fail(Failure::Overflow); });
+    QTimer::singleShot(0, [&] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        ASSERT_NE(desk_->form4(), nullptr); // the import is not over
+        event.start(0);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !event.isActive(); }));
+        told_in_box = failures_ == std::vector<std::string>{"Overflow"} && box->isVisible();
+        box->accept();
+    });
+    click(dialog.elboton2);
+    ui_driver::settle();
+    EXPECT_TRUE(told_in_box);
+    EXPECT_EQ(failures_, std::vector<std::string>{"Overflow"});
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Frame 0", "Frame 1"}));
+}
+
+TEST_F(WindowsTest, TheExitPictureIsOf24BitsAndItsTimerStandsStill) {
+    const Form9 form;
+    EXPECT_EQ(form.size(), QSize(597, 255));
+    EXPECT_EQ(form.Picture1.geometry(), form.rect());
+    EXPECT_EQ(form.Picture1.surface().bitmap().bits_per_pixel(), 24);
+    EXPECT_EQ(form.Timer1.interval(), 5000);
+    EXPECT_FALSE(form.Timer1.isActive());
+}
+
+TEST_F(WindowsTest, AClickOnTheExitPictureEndsTheProgram) {
+    Form9 form;
+    form.show_over(main());
+    EXPECT_EQ(status_after([&] { click(form); }), 0);
+}
+
+TEST_F(WindowsTest, ATickOfTheExitPicturesTimerEndsTheProgram) {
+    Form9 form;
+    EXPECT_EQ(status_after([&] { form.Timer1.start(0); }), 0);
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,67 @@
+// Every role of the palette that Qt's own widgets are given.
+#include <utility>
+#include <vector>
+
+#include <QApplication>
+#include <QToolTip>
+
+#include <gtest/gtest.h>
+
+#include "desktop/theme/theme.h"
+
+namespace varnoth {
+namespace {
+
+using Roles = std::vector<std::pair<QPalette::ColorRole, QColor>>;
+
+const QColor ground(76, 88, 68);
+const QColor field(62, 70, 55);
+const QColor text(216, 222, 211);
+const QColor grey(128, 128, 128);
+const QColor light(160, 170, 149);
+const QColor dark(40, 46, 34);
+const QColor marked(196, 181, 80);
+const QColor glyph(136, 145, 128);
+
+Roles roles(bool enabled) {
+    return {{QPalette::Window, ground},
+            {QPalette::WindowText, enabled ? text : grey},
+            {QPalette::Base, field},
+            {QPalette::AlternateBase, field},
+            {QPalette::Text, enabled ? text : grey},
+            {QPalette::PlaceholderText, grey},
+            {QPalette::Button, ground},
+            {QPalette::ButtonText, enabled ? Qt::white : grey},
+            {QPalette::BrightText, Qt::white},
+            {QPalette::Light, light},
+            {QPalette::Midlight, glyph},
+            {QPalette::Mid, field},
+            {QPalette::Dark, dark},
+            {QPalette::Shadow, dark},
+            {QPalette::Highlight, enabled ? marked : dark},
+            {QPalette::HighlightedText, enabled ? QColor(Qt::black) : grey},
+            {QPalette::Link, marked},
+            {QPalette::LinkVisited, marked},
+            {QPalette::ToolTipBase, field},
+            {QPalette::ToolTipText, text}};
+}
+
+void expect_roles(const QPalette& palette, bool enabled) {
+    for (const auto& [role, colour] : roles(enabled)) {
+        EXPECT_EQ(palette.color(role), colour) << role;
+    }
+}
+
+TEST(LookPalette, EveryRoleHasItsColour) {
+    expect_roles(look::palette(true), true);
+    expect_roles(look::palette(false), false);
+}
+
+TEST(LookPalette, TheApplicationAndItsToolTipsHaveIt) {
+    expect_roles(QApplication::palette(), true);
+    expect_roles(QToolTip::palette(), true);
+    EXPECT_EQ(QToolTip::font(), look::display_font(look::design_font()));
+}
+
+} // namespace
+} // namespace varnoth

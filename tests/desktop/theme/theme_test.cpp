@@ -1,0 +1,333 @@
+#include "desktop/theme/theme.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QFontMetricsF>
+#include <QImage>
+#include <QLineEdit>
+#include <QPainter>
+#include <QProxyStyle>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QStyleOption>
+#include <QToolTip>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include "core/image/Screen.h"
+#include "desktop/widgets/DropDownList.h"
+#include "desktop/widgets/FolderListBox.h"
+#include "desktop/widgets/ListBox.h"
+
+namespace varnoth {
+namespace {
+
+int count_of(const QImage& image, Colour colour) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            count += image.pixelColor(x, y) == look::to_qcolor(colour) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+QImage shown(QWidget& widget) {
+    QCoreApplication::processEvents();
+    return widget.grab().toImage();
+}
+
+/// Draws like its base and notes the numbers of the palettes that it is given.
+class PaletteWitness : public QProxyStyle {
+  public:
+    PaletteWitness() : QProxyStyle(QStyleFactory::create("Fusion")) {}
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override {
+        keys.push_back(option->palette.cacheKey());
+        groups.push_back(option->palette.currentColorGroup());
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+    }
+
+    mutable std::vector<qint64> keys;
+    mutable std::vector<QPalette::ColorGroup> groups;
+};
+
+TEST(Look, WhatIsPaintedForOneDialogIsFoundAgainForTheNext) {
+    auto* style = qobject_cast<QProxyStyle*>(QApplication::style());
+    ASSERT_NE(style, nullptr);
+    auto* witness = std::make_unique<PaletteWitness>().release();
+    style->setBaseStyle(witness); // which takes it over
+    QImage image(100, 30, QImage::Format_ARGB32);
+    QPainter painter(&image);
+    QStyleOptionComboBox option;
+    option.rect = image.rect();
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        option.palette = look::palette(); // a new one each time
+        option.palette.setCurrentColorGroup(group);
+        const qint64 own = option.palette.cacheKey();
+        style->drawComplexControl(QStyle::CC_ComboBox, &option, &painter);
+        EXPECT_EQ(option.palette.cacheKey(), own); // it has its own back
+    }
+    option.palette = look::palette(false);
+    style->drawComplexControl(QStyle::CC_ComboBox, &option, &painter);
+    ASSERT_EQ(witness->keys.size(), 3U);
+    EXPECT_EQ(witness->keys[0], witness->keys[1]);
+    EXPECT_NE(witness->keys[0], witness->keys[2]);
+    EXPECT_EQ(witness->groups[1], QPalette::Inactive);
+    style->setBaseStyle(QStyleFactory::create("Fusion"));
+}
+
+TEST(Look, AHeaderHasNoIcon) {
+    const auto painted_with = [](const QIcon& icon) {
+        QImage image(100, 20, QImage::Format_ARGB32);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        QStyleOptionHeader option;
+        option.rect = image.rect();
+        option.text = "Name";
+        option.icon = icon;
+        QApplication::style()->drawControl(QStyle::CE_HeaderLabel, &option, &painter);
+        EXPECT_EQ(option.icon.cacheKey(), icon.cacheKey()); // it has its own back
+        return image;
+    };
+    EXPECT_EQ(painted_with(QApplication::style()->standardIcon(QStyle::SP_DirIcon)), painted_with(QIcon()));
+}
+
+TEST(Look, AStandardIconIsTheSameEveryTime) {
+    const QStyle& style = *QApplication::style();
+    EXPECT_FALSE(style.standardIcon(QStyle::SP_DialogOkButton).isNull());
+    EXPECT_EQ(style.standardIcon(QStyle::SP_DialogOkButton).cacheKey(),
+              style.standardIcon(QStyle::SP_DialogOkButton).cacheKey());
+    EXPECT_NE(style.standardIcon(QStyle::SP_DialogOkButton).cacheKey(),
+              style.standardIcon(QStyle::SP_DirIcon).cacheKey());
+}
+
+TEST(Look, ColoursHaveRedInTheLowByteAndMayBeReferences) {
+    EXPECT_EQ(look::to_qcolor(0x123456), QColor(0x56, 0x34, 0x12));
+    EXPECT_EQ(look::to_qcolor(look::window_text), QColor(0, 0, 0));
+    EXPECT_EQ(look::to_qcolor(static_cast<Colour>(0x80000005U)), QColor(255, 255, 255));
+}
+
+// Fonts.
+
+constexpr std::array captions{"Set Sprite To 256x256",
+                              "Resize Pictures To 256x256",
+                              "Transparent Color:",
+                              "If File Exists Then:",
+                              "Animation Preview",
+                              "Overwrite",
+                              "Export",
+                              "Remove",
+                              "Sizes Dont Match:"};
+
+// How wide these are in Tahoma, in sizes of the font.
+constexpr std::array<double, captions.size()> tahoma_widths{9.71, 11.96, 8.16, 8.22, 8.15,
+                                                            4.28, 2.85,  3.52, 7.94};
+
+TEST(LookFont, TheDesignAsksForTahoma) {
+    const QFont font = look::design_font();
+    EXPECT_EQ(font.family(), "Tahoma");
+    EXPECT_EQ(font.pointSizeF(), 9.75);
+    EXPECT_EQ(font.weight(), QFont::Normal);
+}
+
+TEST(LookFont, TheDesignFontIsThirteenPixelsOnEveryScreen) {
+    EXPECT_EQ(look::display_font(look::design_font()).pixelSize(), 13);
+}
+
+TEST(LookFont, SizesFollowTheTwipsOfAPixel) {
+    screen().TwipsPerPixelY = 7.5;
+    EXPECT_EQ(look::display_font(look::design_font()).pixelSize(), 26);
+    screen().TwipsPerPixelY = 15;
+    EXPECT_EQ(look::display_font(look::design_font()).pixelSize(), 13);
+}
+
+TEST(LookFont, AFontInPixelsKeepsItsSizeAndADisplayFontStaysAsItIs) {
+    QFont font = look::design_font();
+    font.setPixelSize(20);
+    EXPECT_EQ(look::display_font(font).pixelSize(), 20);
+    const QFont display = look::display_font(look::design_font());
+    EXPECT_EQ(look::display_font(display), display);
+}
+
+TEST(LookFont, AnotherFamilyThatExistsIsUsedAsItIs) {
+    for (const QString& family : QFontDatabase::families()) {
+        QFont font(family);
+        font.setPointSizeF(9.75);
+        const QFont display = look::display_font(font);
+        EXPECT_EQ(display.family(), family);
+        EXPECT_EQ(display.stretch(), font.stretch());
+        EXPECT_EQ(display.pixelSize(), 13);
+    }
+}
+
+TEST(LookFont, StylesAreKept) {
+    QFont font = look::design_font();
+    font.setItalic(true);
+    font.setUnderline(true);
+    EXPECT_TRUE(look::display_font(font).italic());
+    EXPECT_TRUE(look::display_font(font).underline());
+    EXPECT_FALSE(look::display_font(look::design_font()).italic());
+}
+
+TEST(LookFont, CaptionsAreTogetherNoWiderThanInTahomaAndEachHardlyWider) {
+    const QFont font = look::display_font(look::design_font());
+    const QFontMetricsF metrics(font);
+    double together = 0;
+    double tahoma_together = 0;
+    for (std::size_t i = 0; i < captions.size(); ++i) {
+        const double width = metrics.horizontalAdvance(QLatin1String(captions[i]));
+        const double tahoma_width = tahoma_widths[i] * font.pixelSize();
+        together += width;
+        tahoma_together += tahoma_width;
+        // Letters have other proportions in another family; two pixels fit into every control.
+        EXPECT_LE(width, tahoma_width + 2) << captions[i];
+    }
+    EXPECT_LE(together, tahoma_together * 1.01);
+    // Capitals are wide in some families: one or the other is as wide as in Tahoma.
+    const double capitals = metrics.horizontalAdvance("VP_PARALLEL_ORIENTED") / (11.39 * font.pixelSize());
+    EXPECT_LE(capitals, 1);
+    EXPECT_GE(std::max(together / tahoma_together, capitals), 0.9) << "narrower than need be";
+}
+
+// Palette.
+
+TEST(LookPalette, NeitherInactiveNorDisabledGroupsLookDifferent) {
+    for (const bool enabled : {true, false}) {
+        const QPalette palette = look::palette(enabled);
+        EXPECT_TRUE(palette.isEqual(QPalette::Active, QPalette::Inactive));
+        EXPECT_TRUE(palette.isEqual(QPalette::Active, QPalette::Disabled));
+    }
+}
+
+TEST(LookPalette, HasTheColoursOfTheProgramWhateverTheDesktop) {
+    const QPalette palette = QApplication::palette();
+    EXPECT_EQ(palette.color(QPalette::Window), QColor(76, 88, 68));
+    EXPECT_EQ(palette.color(QPalette::Base), look::to_qcolor(0x37463E));
+    EXPECT_EQ(palette.color(QPalette::Text), QColor(216, 222, 211));
+    EXPECT_EQ(palette.color(QPalette::ButtonText), QColor(255, 255, 255));
+    EXPECT_EQ(palette.color(QPalette::Highlight), QColor(196, 181, 80));
+    EXPECT_EQ(palette.color(QPalette::HighlightedText), QColor(0, 0, 0));
+    QPalette of_the_desktop(Qt::red);
+    QApplication::style()->polish(of_the_desktop);
+    EXPECT_EQ(of_the_desktop, look::palette());
+    EXPECT_EQ(QApplication::style()->standardPalette(), look::palette());
+}
+
+TEST(LookPalette, ToolTipsAreLegible) {
+    const QPalette palette = QToolTip::palette();
+    const int contrast =
+        palette.color(QPalette::ToolTipText).lightness() - palette.color(QPalette::ToolTipBase).lightness();
+    EXPECT_GT(contrast, 100);
+}
+
+TEST(LookPalette, AWidgetThatIsItselfDisabledHasGreyText) {
+    const QPalette palette = look::palette(false);
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
+        EXPECT_EQ(palette.color(role), QColor(128, 128, 128));
+    }
+}
+
+TEST(Look, TheProgramHasItsName) {
+    EXPECT_EQ(QApplication::applicationDisplayName(), application_title);
+    EXPECT_EQ(std::string(application_title), "Varnoth 1.0");
+    EXPECT_EQ(QApplication::font(), look::display_font(look::design_font()));
+}
+
+// Widgets.
+
+/// A window with one of everything that Qt draws.
+class LookWindow : public testing::Test {
+  protected:
+    LookWindow() {
+        window_.resize(400, 300);
+        list_.setGeometry(10, 10, 120, 100);
+        for (int i = 0; i < 30; ++i) {
+            list_.AddItem("Frame with a long name " + QString::number(i));
+        }
+        list_.SetSelected(1, true);
+        drop_down_.setGeometry(140, 10, 100, 24);
+        drop_down_.AddItem("*.bmp");
+        drop_down_.SetListIndex(0);
+        field_.setGeometry(140, 40, 100, 20);
+        field_.setText("Text");
+        button_.setGeometry(140, 70, 80, 24);
+        folders_.setGeometry(10, 120, 120, 100);
+        for (QWidget* widget : window_.findChildren<QWidget*>()) {
+            widget->setFocusPolicy(Qt::NoFocus); // the keyboard leaves a disabled window, and is seen
+        }
+        window_.show();
+    }
+
+    QWidget window_;
+    ListBox list_{"List1", &window_};
+    DropDownList drop_down_{"Combo1", &window_};
+    QLineEdit field_{&window_};
+    QPushButton button_{"&Yes", &window_};
+    FolderListBox folders_{"Dir1", &window_};
+};
+
+TEST_F(LookWindow, AFormThatStandsDisabledBehindItsDialogLooksAsBefore) {
+    const QImage before = shown(window_);
+    window_.setEnabled(false);
+    EXPECT_EQ(shown(window_), before);
+    window_.setEnabled(true);
+    EXPECT_EQ(shown(window_), before);
+}
+
+TEST_F(LookWindow, AListThatIsItselfDisabledShowsGreyTextAlsoInADisabledWindow) {
+    EXPECT_GT(count_of(shown(list_), look::light_text), 0);
+    list_.SetEnabled(false);
+    const QImage disabled = shown(list_);
+    EXPECT_EQ(count_of(disabled, look::light_text), 0);
+    EXPECT_GT(count_of(disabled, look::disabled_text), 0);
+    window_.setEnabled(false);
+    EXPECT_EQ(shown(list_), disabled);
+    window_.setEnabled(true);
+    EXPECT_EQ(shown(list_), disabled);
+    list_.SetEnabled(true);
+    EXPECT_GT(count_of(shown(list_), look::light_text), 0);
+}
+
+TEST_F(LookWindow, AFieldAndAButtonThatAreThemselvesDisabledShowGreyText) {
+    for (QWidget* widget : std::array<QWidget*, 2>{&field_, &button_}) {
+        const QImage enabled = shown(*widget);
+        widget->setEnabled(false);
+        look::apply_palette(*widget, false);
+        EXPECT_NE(shown(*widget), enabled);
+        widget->setEnabled(true);
+        look::apply_palette(*widget, true);
+        EXPECT_EQ(shown(*widget), enabled);
+    }
+}
+
+TEST_F(LookWindow, AWindowThatIsNotActiveLooksAsBefore) {
+    const QImage before = shown(window_);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shown(window_), before);
+}
+
+TEST_F(LookWindow, ScrollBarsAreFlatAndRaised) {
+    const QScrollBar* bar = list_.verticalScrollBar();
+    const QImage image = shown(*list_.verticalScrollBar());
+    ASSERT_TRUE(bar->isVisible());
+    EXPECT_EQ(image.pixelColor(1, image.height() / 2 + 20), look::to_qcolor(look::edge_dark)) << "groove";
+    EXPECT_EQ(image.pixelColor(0, 0), look::to_qcolor(look::edge_light)) << "the upper arrow's edge";
+}
+
+} // namespace
+} // namespace varnoth

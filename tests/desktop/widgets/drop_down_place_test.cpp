@@ -1,0 +1,66 @@
+// Where the drop-down list has its text, and where it takes its window to be.
+#include <QAbstractItemView>
+#include <QCoreApplication>
+#include <QImage>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+#include "desktop/widgets/DropDownList.h"
+#include "desktop/theme/theme.h"
+
+namespace varnoth {
+namespace {
+
+constexpr int arrow_width = 18;
+
+TEST(DropDownList, ItsTextStandsFourPixelsFromTheLeftInTheMiddle) {
+    DropDownList list("Combo1", nullptr);
+    list.resize(120, 20);
+    list.AddItem("HHH");
+    list.SetListIndex(0);
+    QImage expected(list.size(), QImage::Format_RGB32);
+    expected.fill(look::to_qcolor(look::field_background));
+    QPainter painter(&expected);
+    painter.setFont(look::display_font(look::design_font()));
+    painter.setPen(look::to_qcolor(look::light_text));
+    painter.drawText(QRect(4, 0, 100, 20), Qt::AlignLeft | Qt::AlignVCenter, "HHH");
+    painter.end();
+    const QRect inside = list.rect().adjusted(1, 1, -arrow_width, -1);
+    EXPECT_EQ(list.grab().toImage().convertToFormat(QImage::Format_RGB32).copy(inside),
+              expected.copy(inside));
+}
+
+/// How far a window moves by a press on its list when the pointer's places are off by that much.
+QPoint moved_by_press(const QPoint& offset) {
+    QWidget window;
+    window.resize(200, 100);
+    DropDownList list("Combo1", &window);
+    list.AddItem("one");
+    window.move(100, 100);
+    window.show();
+    QCoreApplication::processEvents();
+    const QPoint before = window.windowHandle()->position();
+    const QPointF place(5, 5);
+    QMouseEvent event(QEvent::MouseButtonPress, place, place, QPointF(before + offset) + place,
+                      Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&list, &event);
+    list.hidePopup();
+    return window.windowHandle()->position() - before;
+}
+
+TEST(DropDownList, AWindowThatThePointerSeesElsewhereIsTakenToBeThere) {
+    EXPECT_EQ(moved_by_press({3, 2}), QPoint(3, 2));
+    EXPECT_EQ(moved_by_press({-3, -2}), QPoint(-3, -2));
+    EXPECT_EQ(moved_by_press({50, 0}), QPoint(50, 0));
+}
+
+TEST(DropDownList, ADifferenceOfAPixelOrTwoIsRounding) {
+    EXPECT_EQ(moved_by_press({2, 2}), QPoint(0, 0));
+    EXPECT_EQ(moved_by_press({-4, 0}), QPoint(0, 0));
+}
+
+} // namespace
+} // namespace varnoth

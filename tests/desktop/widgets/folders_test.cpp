@@ -1,0 +1,312 @@
+// The lists of files, folders and drives, with the events of a real mouse and keyboard.
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include "desktop/widgets/DriveList.h"
+#include "desktop/widgets/FileListBox.h"
+#include "desktop/widgets/FolderListBox.h"
+#include "desktop/services/exception_barrier.h"
+#include "desktop/widgets/fast_pair.h"
+#include "desktop/theme/theme.h"
+#include "qt/path_text.h"
+#include "support/TemporaryFolder.h"
+#include "support/expect_failure.h"
+#include "ui_driver/UiDriver.h"
+
+namespace varnoth {
+namespace {
+
+using test::TemporaryFolder;
+
+QPoint middle_of(const QListWidget& list, int line) {
+    return list.visualItemRect(list.item(line)).center();
+}
+
+void click(QListWidget& list, int line, Qt::KeyboardModifiers keys = {}) {
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, middle_of(list, line));
+}
+
+std::vector<std::string> lines_of(const ListBox& list) {
+    std::vector<std::string> lines;
+    for (int i = 0; i < list.ListCount(); ++i) {
+        lines.push_back(list.List(i).toStdString());
+    }
+    return lines;
+}
+
+TEST(FileListBox, ListsTheFilesThatEndAsThePatternSays) {
+    const TemporaryFolder folder;
+    for (const char* name : {"b10.bmp", "b2.BMP", "a.jpg", "bmp", "ü.bmp"}) {
+        folder.write(name, {});
+    }
+    std::filesystem::create_directory(folder.file("folder.bmp"));
+    FileListBox list("File1", nullptr);
+    int clicks = 0;
+    on_event(&list, &ListBox::Click, &list, [&] { ++clicks; });
+    EXPECT_EQ(list.Pattern(), "*.bmp");
+    list.SetPath(folder.path());
+    EXPECT_EQ(lines_of(list), (std::vector<std::string>{"b2.BMP", "b10.bmp", "ü.bmp"}));
+    list.SetPattern("*.jpg");
+    EXPECT_EQ(lines_of(list), std::vector<std::string>{"a.jpg"});
+    EXPECT_EQ(list.Path(), folder.path());
+    EXPECT_EQ(list.ListIndex(), -1);
+    EXPECT_EQ(clicks, 0);
+}
+
+TEST(FileListBox, AFolderThatCannotBeReadHasNoEntries) {
+    const TemporaryFolder folder;
+    folder.write("a.bmp", {});
+    FileListBox list("File1", nullptr);
+    list.SetPath(folder.path());
+    EXPECT_EQ(list.ListCount(), 1);
+    list.SetPath(folder.file("none"));
+    EXPECT_EQ(list.ListCount(), 0);
+}
+
+TEST(FileListBox, ANameThatIsNoUtf8ComesBackFromItsLine) {
+    const TemporaryFolder folder;
+    folder.write("a\xFF.bmp", {});
+    FileListBox list("File1", nullptr);
+    list.SetPath(folder.path());
+    ASSERT_EQ(list.ListCount(), 1);
+    EXPECT_EQ(path_of_text(list.List(0)), "a\xFF.bmp");
+}
+
+TEST(FileListBox, StartsInTheCurrentFolder) {
+    EXPECT_EQ(FileListBox("File1", nullptr).Path(), std::filesystem::current_path().string());
+}
+
+std::vector<std::string> lines_of(const QListWidget& list) {
+    std::vector<std::string> lines;
+    for (int i = 0; i < list.count(); ++i) {
+        lines.push_back(list.item(i)->text().toStdString());
+    }
+    return lines;
+}
+
+/// A tree of folders and a folder list that tells of its changes.
+class FolderListBoxTest : public testing::Test {
+  protected:
+    FolderListBoxTest() {
+        for (const char* name : {"f10", "f2/inner", ".hidden", "ä b"}) {
+            std::filesystem::create_directories(tree_.file(name));
+        }
+        tree_.write("file", {});
+        std::filesystem::create_directory_symlink(tree_.file("f2"), tree_.file("link"));
+        list_.resize(200, 400);
+        list_.show();
+        list_.SetPath(tree_.path());
+        on_event(&list_, &FolderListBox::Change, &list_, [this] { changes_.push_back(list_.Path()); });
+    }
+
+    /// The line of a folder, counted from the open folder's line.
+    int line(int below) const { return open_line() + below; }
+
+    int open_line() const {
+        const std::filesystem::path path(list_.Path());
+        return static_cast<int>(std::distance(path.begin(), path.end())) - 1;
+    }
+
+    void double_click(int line) {
+        list_.scrollToItem(list_.item(line));
+        test::fast_pair(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, line));
+    }
+
+    TemporaryFolder tree_;
+    FolderListBox list_{"Dir1", nullptr};
+    std::vector<std::string> changes_;
+};
+
+TEST_F(FolderListBoxTest, ListsTheFoldersDownToTheOpenOneAndThoseInIt) {
+    std::vector<std::string> expected;
+    for (const std::filesystem::path& part : std::filesystem::path(tree_.path())) {
+        expected.push_back(part.string());
+    }
+    EXPECT_EQ(expected.front(), "/");
+    expected.insert(expected.end(), {".hidden", "f2", "f10", "link", "ä b"});
+    EXPECT_EQ(lines_of(list_), expected);
+    EXPECT_EQ(list_.currentRow(), open_line());
+    EXPECT_EQ(list_.item(line(2))->toolTip().toStdString(), tree_.file("f2"));
+}
+
+TEST_F(FolderListBoxTest, EachFolderIsIndentedUnderTheOneThatHoldsIt) {
+    const auto text_left = [&](int row) {
+        list_.scrollToItem(list_.item(row));
+        const QImage image = list_.viewport()->grab(list_.visualItemRect(list_.item(row))).toImage();
+        // The figure of the folder begins with its dark outline.
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixelColor(x, image.height() / 2) == look::to_qcolor(look::edge_dark)) {
+                return x;
+            }
+        }
+        return -1;
+    };
+    EXPECT_EQ(text_left(1) - text_left(0), 10);
+    EXPECT_EQ(text_left(line(1)) - text_left(line(0)), 10);
+    EXPECT_EQ(text_left(line(2)) - text_left(line(1)), 0);
+}
+
+TEST_F(FolderListBoxTest, IsPaintedWhileAFailureIsTold) {
+    const QImage before = list_.viewport()->grab().toImage();
+    QImage during;
+    const FatalEndInstallation end(
+        [&](std::string_view, std::string_view) { during = list_.viewport()->grab().toImage(); });
+    at_event_edge([] { fail(Failure::Overflow); });
+    EXPECT_EQ(during, before);
+}
+
+TEST_F(FolderListBoxTest, ADoubleClickOpensAFolderAndTellsOfIt) {
+    double_click(line(2));
+    EXPECT_EQ(list_.Path(), tree_.file("f2"));
+    EXPECT_EQ(lines_of(list_).back(), "inner");
+    double_click(open_line() - 1);
+    EXPECT_EQ(changes_, (std::vector<std::string>{tree_.file("f2"), tree_.path()}));
+    double_click(0);
+    EXPECT_EQ(list_.Path(), "/");
+    EXPECT_EQ(lines_of(list_).front(), "/");
+}
+
+TEST_F(FolderListBoxTest, ASingleClickOpensNothing) {
+    click(list_, line(2));
+    EXPECT_EQ(list_.Path(), tree_.path());
+    EXPECT_TRUE(changes_.empty());
+}
+
+TEST_F(FolderListBoxTest, EnterOpensTheCurrentFolder) {
+    for (int i = 0; i < 2; ++i) {
+        QTest::keyClick(&list_, Qt::Key_Down);
+    }
+    QTest::keyClick(&list_, Qt::Key_Return);
+    EXPECT_EQ(changes_, std::vector<std::string>{tree_.file("f2")});
+}
+
+TEST_F(FolderListBoxTest, ALinkToAFolderOpensUnderItsOwnName) {
+    double_click(line(4));
+    EXPECT_EQ(list_.Path(), tree_.file("link"));
+    EXPECT_EQ(lines_of(list_).back(), "inner");
+}
+
+TEST_F(FolderListBoxTest, AFolderWhoseNameIsNoUtf8IsShownAndOpened) {
+    std::filesystem::create_directories(tree_.file("f2/z\xFF/inner"));
+    list_.SetPath(tree_.file("f2"));
+    const int line = list_.count() - 1;
+    EXPECT_EQ(path_of_text(list_.item(line)->text()), "z\xFF");
+    EXPECT_EQ(path_of_text(list_.item(line)->toolTip()), tree_.file("f2/z\xFF"));
+    double_click(line);
+    EXPECT_EQ(list_.Path(), tree_.file("f2/z\xFF"));
+    EXPECT_EQ(lines_of(list_).back(), "inner");
+}
+
+TEST_F(FolderListBoxTest, AFolderThatHasGoneIsTakenFromTheList) {
+    std::filesystem::remove_all(tree_.file("f2"));
+    double_click(line(2));
+    EXPECT_EQ(list_.Path(), tree_.path());
+    EXPECT_EQ(list_.item(line(2))->text(), "f10");
+    EXPECT_TRUE(changes_.empty());
+}
+
+TEST_F(FolderListBoxTest, SetPathRaisesChangeOnlyForAnotherFolder) {
+    list_.SetPath(tree_.path() + "/");
+    list_.SetPath(tree_.file("f2/../f10/.."));
+    EXPECT_TRUE(changes_.empty());
+    EXPECT_EQ(list_.Path(), tree_.path());
+    list_.SetPath(tree_.file("f10"));
+    EXPECT_EQ(changes_, std::vector<std::string>{tree_.file("f10")});
+}
+
+TEST_F(FolderListBoxTest, AnEmptyPathChangesNothingAndAMissingFolderIsAFailure) {
+    list_.SetPath("");
+    EXPECT_EQ(list_.Path(), tree_.path());
+    EXPECT_FAILURE(list_.SetPath(tree_.file("none")), PathNotFound);
+    EXPECT_FAILURE(list_.SetPath(tree_.file("file")), PathNotFound);
+    EXPECT_EQ(list_.Path(), tree_.path());
+    EXPECT_TRUE(changes_.empty());
+}
+
+TEST_F(FolderListBoxTest, StartsInTheCurrentFolder) {
+    EXPECT_EQ(FolderListBox("Dir1", nullptr).Path(), std::filesystem::current_path().string());
+}
+
+// Drives.
+
+TEST(DriveList, KnowsWhatTheSystemMountsForItself) {
+    EXPECT_FALSE(is_system_volume("/home", "ext4"));
+    EXPECT_FALSE(is_system_volume("/run/media/me/STICK", "vfat"));
+    EXPECT_FALSE(is_system_volume("/tmp", "tmpfs"));
+    EXPECT_FALSE(is_system_volume("/development", "ext4"));
+    EXPECT_TRUE(is_system_volume("/run/user/1000", "tmpfs"));
+    EXPECT_TRUE(is_system_volume("/dev/shm", "tmpfs"));
+    EXPECT_TRUE(is_system_volume("/proc/sys/fs/binfmt_misc", "other"));
+    EXPECT_TRUE(is_system_volume("/snap/core/1", "squashfs"));
+    EXPECT_TRUE(is_system_volume("/var/lib/docker/overlay2/x/merged", "overlay"));
+}
+
+TEST(DriveList, TheRootIsThereOnceAndWhatTheSystemMountsForItselfIsNot) {
+    const DriveList drives("Drive1", nullptr);
+    int roots = 0;
+    for (int i = 0; i < drives.ListCount(); ++i) {
+        const std::string root = drives.itemData(i).toString().toStdString();
+        roots += root == "/" ? 1 : 0;
+        EXPECT_TRUE(drives.List(i).startsWith(QString::fromStdString(root)));
+        EXPECT_TRUE(std::filesystem::is_directory(root)) << root;
+        for (const std::string system : {"/proc", "/sys", "/dev"}) {
+            EXPECT_NE(root.substr(0, system.size()), system);
+        }
+    }
+    EXPECT_EQ(roots, 1);
+    EXPECT_NE(drives.Drive(), "");
+}
+
+TEST(DriveList, ShowsTheDriveOfAFolderWithoutRaisingChange) {
+    DriveList drives("Drive1", nullptr);
+    const int root = drives.findData("/");
+    drives.AddItem("/somewhere [STICK]");
+    drives.setItemData(drives.ListCount() - 1, "/somewhere");
+    int changes = 0;
+    on_event(&drives, &DriveList::Change, &drives, [&] { ++changes; });
+    drives.show_drive_of("/somewhere/else");
+    EXPECT_EQ(drives.Drive(), "/somewhere");
+    drives.show_drive_of("/somewhere");
+    EXPECT_EQ(drives.Drive(), "/somewhere");
+    drives.show_drive_of("/somewhere_else");
+    EXPECT_EQ(drives.ListIndex(), root);
+    EXPECT_EQ(changes, 0);
+}
+
+TEST(DriveList, AChoiceOfTheUserRaisesChange) {
+    DriveList drives("Drive1", nullptr);
+    drives.AddItem("/somewhere");
+    drives.setItemData(drives.ListCount() - 1, "/somewhere");
+    drives.SetListIndex(0);
+    drives.show();
+    std::vector<std::string> changes;
+    on_event(&drives, &DriveList::Change, &drives, [&] { changes.push_back(drives.Drive()); });
+    QTest::keyClick(&drives, Qt::Key_End);
+    EXPECT_EQ(changes, std::vector<std::string>{"/somewhere"});
+}
+
+TEST(DriveList, ChoosingTheDriveThatIsShownIsNoChange) {
+    DriveList drives("Drive1", nullptr);
+    drives.AddItem("/somewhere");
+    drives.setItemData(drives.ListCount() - 1, "/somewhere");
+    drives.show_drive_of("/somewhere");
+    drives.show();
+    int changes = 0;
+    int choices = 0;
+    on_event(&drives, &DriveList::Change, &drives, [&] { ++changes; });
+    on_event(&drives, &DropDownList::Click, &drives, [&] { ++choices; });
+    ui_driver::choose(drives, drives.ListCount() - 1);
+    EXPECT_EQ(choices, 1);
+    EXPECT_EQ(changes, 0);
+    ui_driver::choose(drives, 0);
+    EXPECT_EQ(choices, 2);
+    EXPECT_EQ(changes, 1);
+}
+
+} // namespace
+} // namespace varnoth

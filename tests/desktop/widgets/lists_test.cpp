@@ -1,0 +1,413 @@
+// The lists and the drop-down lists, with the events of a real mouse and keyboard.
+#include <string>
+#include <vector>
+
+#include <QAbstractItemView>
+#include <QMouseEvent>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+#include "desktop/widgets/DropDownList.h"
+#include "desktop/widgets/ListBox.h"
+#include "desktop/services/exception_barrier.h"
+#include "desktop/widgets/fast_pair.h"
+#include "desktop/theme/theme.h"
+#include "support/expect_failure.h"
+
+namespace varnoth {
+namespace {
+
+void fill(ListBox& list, int lines) {
+    for (int i = 0; i < lines; ++i) {
+        list.AddItem("Frame " + QString::number(i));
+    }
+}
+
+QPoint middle_of(const QListWidget& list, int line) {
+    return list.visualItemRect(list.item(line)).center();
+}
+
+void click(QListWidget& list, int line, Qt::KeyboardModifiers keys = {}) {
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, middle_of(list, line));
+}
+
+std::vector<int> marks(const ListBox& list) {
+    std::vector<int> lines;
+    for (int i = 0; i < list.ListCount(); ++i) {
+        if (list.Selected(i)) {
+            lines.push_back(i);
+        }
+    }
+    EXPECT_EQ(static_cast<std::size_t>(list.SelCount()), lines.size());
+    return lines;
+}
+
+using Lines = std::vector<int>;
+
+/// A list on the screen with five lines, and what it raised: at each Click, the marks as they were then.
+class ListBoxTest : public testing::Test {
+  protected:
+    ListBoxTest() {
+        list_.resize(150, 200);
+        fill(list_, 5);
+        on_event(&list_, &ListBox::Click, &list_, [this] { clicks_.push_back(marks(list_)); });
+        on_event(&list_, &ListBox::DblClick, &list_, [this] { ++double_clicks_; });
+        list_.show();
+        QCoreApplication::processEvents();
+    }
+
+    ListBox list_{"List1", nullptr};
+    std::vector<Lines> clicks_;
+    int double_clicks_ = 0;
+};
+
+TEST_F(ListBoxTest, NothingIsCurrentUntilSomebodyChooses) {
+    EXPECT_EQ(list_.ListIndex(), -1);
+    list_.Clear();
+    EXPECT_EQ(list_.ListCount(), 0);
+    fill(list_, 3);
+    EXPECT_EQ(list_.ListIndex(), -1);
+    EXPECT_TRUE(clicks_.empty());
+}
+
+TEST_F(ListBoxTest, TheKeyboardComingInMakesNoLineCurrent) {
+    for (const Qt::FocusReason reason : {Qt::TabFocusReason, Qt::MouseFocusReason, Qt::OtherFocusReason}) {
+        list_.clearFocus();
+        list_.setFocus(reason);
+        QCoreApplication::processEvents();
+        ASSERT_TRUE(list_.hasFocus());
+        EXPECT_EQ(list_.ListIndex(), -1) << reason;
+    }
+    EXPECT_TRUE(clicks_.empty());
+}
+
+TEST_F(ListBoxTest, TheKeyboardComingInLeavesTheCurrentLine) {
+    list_.SetListIndex(3);
+    list_.clearFocus();
+    list_.setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(list_.ListIndex(), 3);
+    EXPECT_EQ(clicks_.size(), 1U);
+}
+
+TEST_F(ListBoxTest, ClearForgetsTheCurrentLineAndTheMarksAndRaisesNothing) {
+    list_.SetListIndex(2);
+    list_.SetSelected(2, true);
+    clicks_.clear();
+    list_.Clear();
+    EXPECT_EQ(list_.ListIndex(), -1);
+    EXPECT_EQ(list_.SelCount(), 0);
+    EXPECT_TRUE(clicks_.empty());
+}
+
+TEST_F(ListBoxTest, SetListIndexIsASelectionAlsoOfTheLineThatIsCurrentAlready) {
+    list_.SetListIndex(1);
+    list_.SetListIndex(1);
+    EXPECT_EQ(clicks_.size(), 2U);
+    EXPECT_EQ(list_.ListIndex(), 1);
+}
+
+TEST_F(ListBoxTest, SetListIndexLeavesTheMarks) {
+    list_.SetSelected(0, true);
+    list_.SetSelected(4, true);
+    EXPECT_TRUE(clicks_.empty());
+    list_.SetListIndex(2);
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{0, 4}}));
+    EXPECT_EQ(marks(list_), (Lines{0, 4}));
+}
+
+TEST_F(ListBoxTest, SetListIndexScrollsToTheLine) {
+    fill(list_, 500);
+    list_.SetListIndex(400);
+    EXPECT_TRUE(list_.viewport()->rect().contains(list_.visualItemRect(list_.item(400))));
+}
+
+TEST_F(ListBoxTest, ALineThatIsNotThereIsAFailure) {
+    EXPECT_FAILURE(list_.SetListIndex(5), InvalidPropertyValue);
+    EXPECT_FAILURE(list_.SetListIndex(-1), InvalidPropertyValue);
+    EXPECT_FAILURE(list_.List(5), SubscriptOutOfRange);
+    EXPECT_FAILURE(list_.List(-1), SubscriptOutOfRange);
+    EXPECT_FAILURE(list_.Selected(5), SubscriptOutOfRange);
+    EXPECT_FAILURE(list_.SetSelected(-1, true), SubscriptOutOfRange);
+    EXPECT_EQ(list_.List(4), "Frame 4");
+    EXPECT_TRUE(clicks_.empty());
+}
+
+TEST_F(ListBoxTest, APressRaisesClickOnceWithItsMarkSetAlsoOnTheCurrentLine) {
+    click(list_, 1);
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{1}}));
+    EXPECT_EQ(list_.ListIndex(), 1);
+    list_.SetListIndex(3);
+    click(list_, 3);
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{1}, {1}, {3}}));
+}
+
+TEST_F(ListBoxTest, ControlAndShiftMarkSeveralLines) {
+    click(list_, 0);
+    click(list_, 2, Qt::ControlModifier);
+    click(list_, 4, Qt::ShiftModifier);
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{0}, {0, 2}, {2, 3, 4}}));
+    click(list_, 3, Qt::ControlModifier);
+    EXPECT_EQ(clicks_.back(), (Lines{2, 4}));
+    EXPECT_EQ(list_.ListIndex(), 3);
+}
+
+TEST_F(ListBoxTest, APlainPressOnOneOfSeveralMarkedLinesMarksItAloneBeforeClick) {
+    click(list_, 0);
+    click(list_, 3, Qt::ShiftModifier);
+    clicks_.clear();
+    click(list_, 1);
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{1}}));
+}
+
+TEST_F(ListBoxTest, AMarkThatClickTakesOffStaysOffWhenTheButtonIsReleased) {
+    on_event(&list_, &ListBox::Click, &list_, [this] { list_.SetSelected(2, false); });
+    click(list_, 2);
+    EXPECT_EQ(marks(list_), Lines{});
+    EXPECT_EQ(list_.ListIndex(), 2);
+}
+
+TEST_F(ListBoxTest, MarksThatClickSetsStayWhenTheButtonIsReleased) {
+    on_event(&list_, &ListBox::Click, &list_, [this] { list_.SetSelected(4, true); });
+    click(list_, 2);
+    EXPECT_EQ(marks(list_), (Lines{2, 4}));
+}
+
+TEST_F(ListBoxTest, APressBesideTheLinesChangesNothing) {
+    click(list_, 1);
+    clicks_.clear();
+    const QPoint empty(20, middle_of(list_, 4).y() + 40);
+    ASSERT_EQ(list_.itemAt(empty), nullptr);
+    QTest::mousePress(list_.viewport(), Qt::LeftButton, {}, empty);
+    QTest::mouseMove(list_.viewport(), middle_of(list_, 3));
+    QTest::mouseRelease(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 3));
+    test::fast_pair(list_.viewport(), Qt::LeftButton, {}, empty);
+    EXPECT_TRUE(clicks_.empty());
+    EXPECT_EQ(double_clicks_, 0);
+    EXPECT_EQ(list_.ListIndex(), 1);
+    EXPECT_EQ(marks(list_), Lines{1});
+}
+
+TEST_F(ListBoxTest, AReleaseBesideTheLinesLeavesTheMarks) {
+    QTest::mousePress(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 2));
+    QTest::mouseRelease(list_.viewport(), Qt::LeftButton, {}, {20, middle_of(list_, 4).y() + 40});
+    EXPECT_EQ(marks(list_), Lines{2});
+}
+
+TEST_F(ListBoxTest, OtherButtonsChangeNothing) {
+    click(list_, 1);
+    clicks_.clear();
+    QTest::mouseClick(list_.viewport(), Qt::RightButton, {}, middle_of(list_, 3));
+    EXPECT_TRUE(clicks_.empty());
+    EXPECT_EQ(list_.ListIndex(), 1);
+    EXPECT_EQ(marks(list_), Lines{1});
+}
+
+TEST_F(ListBoxTest, ADoubleClickIsOneClickAndADoubleClick) {
+    test::fast_pair(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 2));
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{2}}));
+    EXPECT_EQ(double_clicks_, 1);
+}
+
+TEST_F(ListBoxTest, AFastPairWithControlMarksAndUnmarks) {
+    test::fast_pair(list_.viewport(), Qt::LeftButton, Qt::ControlModifier, middle_of(list_, 2));
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{2}, {}}));
+}
+
+TEST_F(ListBoxTest, TheKeyboardMovesTheLineAndRaisesClickWithTheMarksSet) {
+    list_.SetListIndex(0);
+    clicks_.clear();
+    QTest::keyClick(&list_, Qt::Key_Down);
+    QTest::keyClick(&list_, Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{1}, {1, 2}}));
+    EXPECT_EQ(list_.ListIndex(), 2);
+    QTest::keyClick(&list_, Qt::Key_End);
+    EXPECT_EQ(clicks_.back(), Lines{4});
+    QTest::keyClick(&list_, Qt::Key_Down);
+    EXPECT_EQ(clicks_.size(), 3U) << "there is nowhere to go";
+}
+
+TEST_F(ListBoxTest, MarksSetByTheKeyboardAloneRaiseClickToo) {
+    click(list_, 0);
+    clicks_.clear();
+    QTest::keyClick(&list_, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{0, 1, 2, 3, 4}}));
+}
+
+TEST_F(ListBoxTest, AllLinesMarkedBeforeOneWasChosenMakeTheFirstTheCurrentOne) {
+    list_.setFocus();
+    std::vector<int> current;
+    on_event(&list_, &ListBox::Click, &list_, [&] { current.push_back(list_.ListIndex()); });
+    QTest::keyClick(&list_, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(current, std::vector<int>{0});
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{0, 1, 2, 3, 4}}));
+}
+
+TEST_F(ListBoxTest, DraggingOverLinesMarksThemAndRaisesClickAtEach) {
+    QTest::mousePress(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 1));
+    // QTest's own moves hold no button.
+    for (const int line : {2, 3}) {
+        const QPointF place = middle_of(list_, line);
+        QMouseEvent move(QEvent::MouseMove, place, list_.viewport()->mapToGlobal(place), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(list_.viewport(), &move);
+    }
+    QTest::mouseRelease(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 3));
+    EXPECT_EQ(clicks_, (std::vector<Lines>{{1}, {1, 2}, {1, 2, 3}}));
+    EXPECT_EQ(list_.ListIndex(), 3);
+}
+
+TEST_F(ListBoxTest, ADisabledListTakesNoPress) {
+    list_.SetEnabled(false);
+    EXPECT_FALSE(list_.isEnabled());
+    click(list_, 1);
+    EXPECT_EQ(list_.ListIndex(), -1);
+    EXPECT_TRUE(clicks_.empty());
+    list_.SetEnabled(true);
+    click(list_, 1);
+    EXPECT_EQ(list_.ListIndex(), 1);
+}
+
+TEST_F(ListBoxTest, AFailureInClickEndsTheProgramAndPassesNoEvent) {
+    std::vector<std::string> ends;
+    const FatalEndInstallation end([&](std::string_view name, std::string_view) { ends.emplace_back(name); });
+    on_event(&list_, &ListBox::Click, &list_, [] { fail(Failure::Overflow); });
+    click(list_, 1);
+    QTest::keyClick(&list_, Qt::Key_Down);
+    EXPECT_EQ(ends, (std::vector<std::string>{"Overflow", "Overflow"}));
+}
+
+TEST(ListBox, HoldsTheMostLinesThatThereCanBe) {
+    constexpr int most = 32767;
+    ListBox list("List1", nullptr);
+    fill(list, most);
+    list.show();
+    list.SetListIndex(most - 1);
+    list.selectAll();
+    EXPECT_EQ(list.SelCount(), most);
+    EXPECT_TRUE(list.Selected(most - 1));
+    EXPECT_EQ(list.List(most - 1), "Frame 32766");
+}
+
+// Drop-down lists.
+
+class DropDownListTest : public testing::Test {
+  protected:
+    DropDownListTest() {
+        for (const char* pattern : {"*.bmp", "*.jpg", "*.tga"}) {
+            list_.AddItem(pattern);
+        }
+        list_.resize(100, 24);
+        list_.move(20, 20);
+        window_.resize(200, 200);
+        window_.show();
+        on_event(&list_, &DropDownList::Click, &list_, [this] { clicks_.push_back(list_.ListIndex()); });
+        QCoreApplication::processEvents();
+    }
+
+    void choose(int line) {
+        QTest::mouseClick(&list_, Qt::LeftButton);
+        QAbstractItemView& lines = *list_.view();
+        ASSERT_TRUE(lines.isVisible());
+        QTest::keyClick(&lines, Qt::Key_Home);
+        for (int i = 0; i < line; ++i) {
+            QTest::keyClick(&lines, Qt::Key_Down);
+        }
+        QTest::keyClick(&lines, Qt::Key_Return);
+    }
+
+    bool turn_wheel() {
+        const QPointF place = list_.rect().center();
+        QWheelEvent wheel(place, list_.mapToGlobal(place), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&list_, &wheel);
+        return wheel.isAccepted();
+    }
+
+    QWidget window_;
+    DropDownList list_{"Combo1", &window_};
+    std::vector<int> clicks_;
+};
+
+TEST_F(DropDownListTest, AddedLinesAreNotChosen) {
+    EXPECT_EQ(list_.ListCount(), 3);
+    EXPECT_EQ(list_.ListIndex(), -1);
+    list_.SetListIndex(1);
+    list_.AddItem("*.pcx");
+    EXPECT_EQ(list_.ListIndex(), 1);
+    EXPECT_EQ(clicks_, std::vector<int>{1});
+}
+
+TEST_F(DropDownListTest, SetListIndexChoosesAndRaisesClickAlsoForTheSameLine) {
+    list_.SetListIndex(2);
+    list_.SetListIndex(2);
+    list_.SetListIndex(-1);
+    EXPECT_EQ(clicks_, (std::vector<int>{2, 2, -1}));
+    EXPECT_FAILURE(list_.SetListIndex(3), InvalidPropertyValue);
+    EXPECT_FAILURE(list_.SetListIndex(-2), InvalidPropertyValue);
+    EXPECT_EQ(clicks_.size(), 3U);
+}
+
+TEST_F(DropDownListTest, TextsAreReadAndReplaced) {
+    list_.SetList(1, "*.png");
+    EXPECT_EQ(list_.List(1), "*.png");
+    EXPECT_FAILURE(list_.List(3), SubscriptOutOfRange);
+    EXPECT_FAILURE(list_.List(-1), SubscriptOutOfRange);
+    EXPECT_FAILURE(list_.SetList(3, ""), SubscriptOutOfRange);
+}
+
+TEST_F(DropDownListTest, AChoiceOfTheUserRaisesClickAlsoForTheSameLine) {
+    choose(1);
+    choose(1);
+    EXPECT_EQ(clicks_, (std::vector<int>{1, 1}));
+}
+
+TEST_F(DropDownListTest, OpensBelowItsField) {
+    list_.SetListIndex(2);
+    QTest::mouseClick(&list_, Qt::LeftButton);
+    const QRect popup = list_.view()->window()->geometry();
+    EXPECT_GE(popup.top(), list_.mapToGlobal(QPoint(0, list_.height() - 1)).y() - 1);
+    list_.hidePopup();
+}
+
+TEST_F(DropDownListTest, TheWheelTurnsItOnlyWithTheKeyboardOnIt) {
+    QWidget other(&window_);
+    other.setFocusPolicy(Qt::StrongFocus);
+    other.show();
+    other.setFocus();
+    list_.SetListIndex(0);
+    clicks_.clear();
+    EXPECT_FALSE(turn_wheel());
+    EXPECT_EQ(list_.ListIndex(), 0);
+    list_.setFocus();
+    EXPECT_TRUE(turn_wheel());
+    EXPECT_EQ(clicks_, std::vector<int>{1});
+}
+
+TEST_F(DropDownListTest, IsDrawnFlatWithASunkenEdge) {
+    const QImage image = list_.grab().toImage();
+    EXPECT_EQ(image.pixelColor(50, 0), look::to_qcolor(look::edge_dark));
+    EXPECT_EQ(image.pixelColor(0, 12), look::to_qcolor(look::edge_dark));
+    EXPECT_EQ(image.pixelColor(50, 23), look::to_qcolor(look::edge_light));
+    EXPECT_EQ(image.pixelColor(99, 12), look::to_qcolor(look::edge_light));
+    EXPECT_EQ(image.pixelColor(50, 12), look::to_qcolor(look::field_background));
+}
+
+TEST_F(DropDownListTest, WhenBareItIsItsBackgroundAndItsTextAlone) {
+    list_.set_bare(true);
+    list_.SetColours(0x112233, 0xFFFFFF);
+    QImage plain(list_.size(), QImage::Format_RGB32);
+    plain.fill(look::to_qcolor(0x112233));
+    EXPECT_EQ(list_.grab().toImage().convertToFormat(QImage::Format_RGB32), plain);
+    list_.SetListIndex(0);
+    EXPECT_NE(list_.grab().toImage().convertToFormat(QImage::Format_RGB32), plain);
+}
+
+TEST_F(DropDownListTest, TheOpenListWearsTheColoursOfTheField) {
+    list_.SetColours(0x112233, 0x445566);
+    EXPECT_EQ(list_.view()->palette().color(QPalette::Base), look::to_qcolor(0x112233));
+    EXPECT_EQ(list_.view()->palette().color(QPalette::Text), look::to_qcolor(0x445566));
+}
+
+} // namespace
+} // namespace varnoth

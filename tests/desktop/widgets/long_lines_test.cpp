@@ -1,0 +1,20 @@
+// Lines that are too long for their list are cut at its edge, and have no dots in their place.
+#include <QAbstractItemView>
+
+#include <gtest/gtest.h>
+
+#include "desktop/widgets/DropDownList.h"
+#include "desktop/widgets/FolderListBox.h"
+#include "desktop/widgets/ListBox.h"
+
+namespace varnoth {
+namespace {
+
+TEST(LongLines, OfNoListEndInDots) {
+    EXPECT_EQ(ListBox("List1", nullptr).textElideMode(), Qt::ElideNone);
+    EXPECT_EQ(FolderListBox("Dir1", nullptr).textElideMode(), Qt::ElideNone);
+    EXPECT_EQ(DropDownList("Combo1", nullptr).view()->textElideMode(), Qt::ElideNone);
+}
+
+} // namespace
+} // namespace varnoth

@@ -1,0 +1,421 @@
+// The picture box, the label and the symbols, with the events of a real mouse.
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QImage>
+#include <QPainter>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include "core/base/RunTimeFailure.h"
+#include "desktop/widgets/Label.h"
+#include "desktop/widgets/PictureBox.h"
+#include "desktop/services/exception_barrier.h"
+#include "desktop/widgets/fast_pair.h"
+#include "desktop/theme/theme.h"
+#include "desktop/theme/symbols.h"
+
+namespace varnoth {
+namespace {
+
+constexpr PictureSurface::Design small{
+    .parent = nullptr, .width = 8, .height = 6, .bits_per_pixel = 32, .border = 0, .back_colour = 0x0000FF};
+
+PictureSurface::Design with(std::int32_t bits_per_pixel, std::int32_t border) {
+    PictureSurface::Design design = small;
+    design.bits_per_pixel = bits_per_pixel;
+    design.border = border;
+    return design;
+}
+
+QImage shown(QWidget& widget) {
+    return widget.grab().toImage();
+}
+
+QColor at(const QImage& image, int x, int y) {
+    return image.pixelColor(x, y);
+}
+
+/// The events of a picture box as short words.
+void record(PictureBox& box, std::vector<std::string>& events) {
+    const auto noted = [&events](const char* name) {
+        return [&events, name](const MouseArguments& mouse) {
+            events.push_back(name + std::string(" ") + std::to_string(mouse.Button) + " " +
+                             std::to_string(mouse.Shift) + " at " +
+                             std::to_string(static_cast<int>(mouse.x)) + "," +
+                             std::to_string(static_cast<int>(mouse.y)));
+        };
+    };
+    on_event(&box, &PictureBox::MouseDown, &box, noted("down"));
+    on_event(&box, &PictureBox::MouseMove, &box, noted("move"));
+    on_event(&box, &PictureBox::MouseUp, &box, noted("up"));
+    on_event(&box, &PictureBox::Click, &box, [&events] { events.emplace_back("click"); });
+    on_event(&box, &PictureBox::DblClick, &box, [&events] { events.emplace_back("double click"); });
+}
+
+TEST(PictureBox, ShowsTheSurfacePixelByPixel) {
+    for (const std::int32_t depth : {32, 24, 16}) {
+        PictureBox box("Picture1", nullptr, with(depth, 0));
+        box.surface().PSet(0, 0, 0xFFFFFF);
+        box.surface().PSet(7, 5, 0xFF0000);
+        const QImage image = shown(box);
+        ASSERT_EQ(image.size(), QSize(8, 6));
+        EXPECT_EQ(at(image, 0, 0), QColor(255, 255, 255)) << depth;
+        EXPECT_EQ(at(image, 7, 5), QColor(0, 0, 255)) << depth;
+        EXPECT_EQ(at(image, 3, 3), QColor(255, 0, 0)) << depth;
+    }
+}
+
+TEST(PictureBox, ActingAsTheMouseRaisesWhatTheMouseRaises) {
+    PictureBox box("Picture1", nullptr, with(32, 2));
+    box.show();
+    std::vector<std::string> events;
+    record(box, events);
+    QTest::mouseMove(&box, QPoint(5, 6));
+    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(5, 6));
+    const std::vector<std::string> by_mouse = std::exchange(events, {});
+    box.act_as_moved_to({3, 4});
+    box.act_as_clicked_at({3, 4});
+    EXPECT_EQ(events, by_mouse);
+    EXPECT_EQ(events,
+              (std::vector<std::string>{"move 0 0 at 3,4", "down 1 0 at 3,4", "up 1 0 at 3,4", "click"}));
+}
+
+TEST(PictureBox, TheFourthByteOfAPixelHasNoSay) {
+    constexpr int rows = 150;
+    PictureBox box("Picture1", nullptr, {.width = 8, .height = rows, .border = 2});
+    std::vector<std::uint8_t> bytes;
+    for (int i = 0; i < 8 * rows; ++i) {
+        bytes.insert(bytes.end(), {10, 20, 30, static_cast<std::uint8_t>(i * 5)});
+    }
+    box.surface().SetBitmapBits(bytes);
+    QImage page(12, rows + 4, QImage::Format_ARGB32_Premultiplied); // what lies behind may be transparent
+    page.fill(Qt::transparent);
+    box.render(&page);
+    for (int i = 0; i < 8 * rows; ++i) {
+        ASSERT_EQ(page.pixelColor(2 + i % 8, 2 + i / 8), QColor(30, 20, 10, 255)) << i;
+    }
+}
+
+TEST(PictureBox, TakesTheOuterSizeOfTheSurfaceAndFollowsIt) {
+    PictureBox box("Picture1", nullptr, with(32, 2));
+    EXPECT_EQ(box.size(), QSize(12, 10));
+    box.surface().SetWidth(30);
+    EXPECT_EQ(box.size(), QSize(30, 10));
+    box.surface().AutoSize = true;
+    box.surface().SetPicture(make_picture(Bitmap(20, 40, 32, Bitmap::Rows::Surface)));
+    EXPECT_EQ(box.size(), QSize(24, 44));
+}
+
+TEST(PictureBox, ABorderIsADarkFrameAroundThePicture) {
+    PictureBox box("Picture1", nullptr, with(32, 2));
+    const QColor dark = look::to_qcolor(look::edge_dark);
+    const QImage image = shown(box);
+    for (const QPoint point :
+         {QPoint(0, 0), QPoint(1, 5), QPoint(6, 1), QPoint(10, 5), QPoint(11, 9), QPoint(6, 8)}) {
+        EXPECT_EQ(image.pixelColor(point), dark) << point.x() << "," << point.y();
+    }
+    EXPECT_EQ(at(image, 2, 2), QColor(255, 0, 0));
+    EXPECT_EQ(at(image, 9, 7), QColor(255, 0, 0));
+}
+
+TEST(PictureBox, ASurfaceWithoutPixelsShowsNothing) {
+    PictureBox box("Picture1", nullptr, small);
+    box.surface().SetWidth(0);
+    EXPECT_EQ(box.width(), 0);
+    QImage page(8, 6, QImage::Format_RGB32);
+    page.fill(Qt::green);
+    box.render(&page);
+    EXPECT_EQ(page.pixelColor(0, 0), QColor(Qt::green));
+}
+
+TEST(PictureBox, APictureLongerThanQtsOwnLimitIsShown) {
+    QWidget window;
+    window.resize(40, 20);
+    PictureBox box("Picture1", &window, small);
+    box.surface().SetWidth(40000);
+    box.surface().PSet(39999, 0, 0x00FF00);
+    EXPECT_EQ(box.width(), 40000);
+    EXPECT_EQ(at(shown(window), 5, 3), QColor(255, 0, 0));
+    box.move(-39980, 0);
+    EXPECT_EQ(at(shown(window), 19, 0), QColor(0, 255, 0));
+    EXPECT_EQ(at(shown(window), 18, 0), QColor(255, 0, 0));
+}
+
+TEST(PictureBox, AnEnlargedPixelIsASharpSquare) {
+    PictureBox box("Picture1", nullptr, small);
+    box.surface().PSet(1, 1, 0xFFFFFF);
+    QImage page(16, 12, QImage::Format_RGB32);
+    page.setDevicePixelRatio(2);
+    box.render(&page);
+    for (int y = 0; y < 12; ++y) {
+        for (int x = 0; x < 16; ++x) {
+            const bool white = x / 2 == 1 && y / 2 == 1;
+            ASSERT_EQ(page.pixelColor(x, y), white ? QColor(255, 255, 255) : QColor(255, 0, 0))
+                << x << "," << y;
+        }
+    }
+}
+
+TEST(PictureBox, ANewBackgroundOrAnErasedPictureIsShownAtOnce) {
+    PictureBox box("Picture1", nullptr, small);
+    box.show();
+    QCoreApplication::processEvents();
+    box.SetBackColor(0x00FF00);
+    EXPECT_EQ(at(shown(box), 3, 3), QColor(0, 255, 0));
+    box.surface().PSet(3, 3, 0);
+    box.Cls();
+    EXPECT_EQ(at(shown(box), 3, 3), QColor(0, 255, 0));
+}
+
+class CountedPaints : public PictureBox {
+  public:
+    using PictureBox::PictureBox;
+    int paints = 0;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        ++paints;
+        PictureBox::paintEvent(event);
+    }
+};
+
+TEST(PictureBox, IsPaintedAgainAfterRefreshSetBackColorAndCls) {
+    CountedPaints box("Picture1", nullptr, small);
+    box.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&box));
+    QCoreApplication::processEvents();
+    const auto paints_after = [&](auto&& change) {
+        const int before = box.paints;
+        change();
+        QCoreApplication::processEvents();
+        return box.paints - before;
+    };
+    EXPECT_EQ(paints_after([&] { box.surface().Refresh(); }), 1);
+    EXPECT_EQ(paints_after([&] { box.SetBackColor(0x123456); }), 1);
+    EXPECT_EQ(paints_after([&] { box.Cls(); }), 1);
+    EXPECT_EQ(paints_after([] {}), 0);
+}
+
+TEST(PictureBox, TellsOfTheMouseInPixelsOfThePicture) {
+    PictureBox box("Picture1", nullptr, with(32, 2));
+    std::vector<std::string> events;
+    record(box, events);
+    QTest::mouseClick(&box, Qt::LeftButton, Qt::ShiftModifier, {5, 4});
+    EXPECT_EQ(events, (std::vector<std::string>{"down 1 1 at 3,2", "up 1 1 at 3,2", "click"}));
+    events.clear();
+    QTest::mouseClick(&box, Qt::RightButton, Qt::ControlModifier, {5, 4});
+    EXPECT_EQ(events, (std::vector<std::string>{"down 2 2 at 3,2", "up 2 2 at 3,2"}));
+}
+
+TEST(PictureBox, TellsOfMovesWithoutAButtonAndOfAllButtonsHeld) {
+    PictureBox box("Picture1", nullptr, small);
+    std::vector<std::string> events;
+    record(box, events);
+    box.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&box));
+    QTest::mouseMove(box.windowHandle(), {2, 3});
+    QTest::mousePress(&box, Qt::LeftButton, {}, {2, 3});
+    QTest::mousePress(&box, Qt::RightButton, {}, {2, 3});
+    QTest::mouseMove(&box, {4, 3});
+    QTest::mouseRelease(&box, Qt::LeftButton, {}, {4, 3});
+    QTest::mouseRelease(&box, Qt::RightButton, {}, {4, 3});
+    EXPECT_EQ(events, (std::vector<std::string>{"move 0 0 at 2,3", "down 1 0 at 2,3", "down 2 0 at 2,3",
+                                                "move 3 0 at 4,3", "up 1 0 at 4,3", "up 2 0 at 4,3"}));
+}
+
+TEST(PictureBox, AFourthMouseButtonRaisesNothing) {
+    PictureBox box("Picture1", nullptr, small);
+    std::vector<std::string> events;
+    record(box, events);
+    test::fast_pair(&box, Qt::BackButton, {}, {2, 3});
+    EXPECT_TRUE(events.empty());
+}
+
+TEST(PictureBox, ASecondPressOfTheLeftButtonIsADoubleClickAndNoClickMore) {
+    PictureBox box("Picture1", nullptr, small);
+    std::vector<std::string> events;
+    record(box, events);
+    test::fast_pair(&box, Qt::LeftButton, {}, {2, 3});
+    EXPECT_EQ(events, (std::vector<std::string>{"down 1 0 at 2,3", "up 1 0 at 2,3", "click",
+                                                "down 1 0 at 2,3", "double click", "up 1 0 at 2,3"}));
+    events.clear();
+    test::fast_pair(&box, Qt::RightButton, {}, {2, 3});
+    EXPECT_EQ(events, (std::vector<std::string>{"down 2 0 at 2,3", "up 2 0 at 2,3", "down 2 0 at 2,3",
+                                                "up 2 0 at 2,3"}));
+}
+
+TEST(PictureBox, AReleaseOutsideIsNoClick) {
+    PictureBox box("Picture1", nullptr, small);
+    std::vector<std::string> events;
+    record(box, events);
+    QTest::mousePress(&box, Qt::LeftButton, {}, {2, 3});
+    QTest::mouseRelease(&box, Qt::LeftButton, {}, {20, 3});
+    EXPECT_EQ(events, (std::vector<std::string>{"down 1 0 at 2,3", "up 1 0 at 20,3"}));
+}
+
+struct PressCounter : QWidget {
+    int presses = 0;
+
+  protected:
+    void mousePressEvent(QMouseEvent* /*event*/) override { ++presses; }
+};
+
+TEST(PictureBox, KeepsTheMouseToItselfAlsoWhenItIsDisabled) {
+    PressCounter window;
+    window.resize(100, 100);
+    PictureBox box("Picture1", &window, small);
+    box.setEnabled(false);
+    window.show();
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {3, 3});
+    EXPECT_EQ(window.presses, 0);
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {50, 50});
+    EXPECT_EQ(window.presses, 1);
+}
+
+TEST(PictureBox, AFailureInAHandlerEndsTheProgramAndPassesNoEvent) {
+    std::vector<std::string> ends;
+    const FatalEndInstallation end([&](std::string_view name, std::string_view) { ends.emplace_back(name); });
+    PictureBox box("Picture1", nullptr, small);
+    on_event(&box, &PictureBox::MouseDown, &box, [] { fail(Failure::Overflow); });
+    QTest::mousePress(&box, Qt::LeftButton, {}, {2, 3});
+    EXPECT_EQ(ends, std::vector<std::string>{"Overflow"});
+}
+
+// Labels.
+
+int count_of(const QImage& image, const QColor& colour) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            count += image.pixelColor(x, y) == colour ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+TEST(Label, ASymbolIsDrawnInItsColourBlackAtFirst) {
+    Label label("Label1", nullptr, Label::Kind::Symbol, "g", "Stop");
+    label.resize(14, 14);
+    EXPECT_EQ(count_of(shown(label), Qt::black), 8 * 8);
+    label.SetForeColor(look::highlight);
+    EXPECT_EQ(count_of(shown(label), look::to_qcolor(look::highlight)), 8 * 8);
+    EXPECT_EQ(count_of(shown(label), Qt::black), 0);
+    EXPECT_EQ(label.ForeColor(), look::highlight);
+    label.SetCaption("?");
+    EXPECT_EQ(count_of(shown(label), look::to_qcolor(look::highlight)), 0);
+}
+
+TEST(Label, ATextIsDrawnInLightLettersAndCanChange) {
+    Label label("Label5", nullptr, Label::Kind::Text, "15 fps");
+    label.resize(60, 20);
+    EXPECT_EQ(label.ForeColor(), look::light_text);
+    const QImage before = shown(label);
+    EXPECT_GT(count_of(before, look::to_qcolor(look::window_background)), 60 * 20 / 2);
+    label.SetCaption("16 fps");
+    EXPECT_EQ(label.Caption(), "16 fps");
+    EXPECT_NE(shown(label), before);
+    label.SetCaption("");
+    EXPECT_EQ(count_of(shown(label), look::to_qcolor(look::window_background)), 60 * 20);
+}
+
+TEST(Label, EveryPressOfAFastPairIsAClick) {
+    Label label("Label3", nullptr, Label::Kind::Symbol, "4", "Faster");
+    label.resize(14, 14);
+    int clicks = 0;
+    on_event(&label, &Label::Click, &label, [&] { ++clicks; });
+    QTest::mouseClick(&label, Qt::LeftButton);
+    EXPECT_EQ(clicks, 1);
+    test::fast_pair(&label, Qt::LeftButton, {}, {5, 5});
+    EXPECT_EQ(clicks, 3);
+}
+
+TEST(Label, OnlyTheLeftButtonReleasedOnTheLabelClicks) {
+    Label label("Label3", nullptr, Label::Kind::Symbol, "4", "Faster");
+    label.resize(14, 14);
+    int clicks = 0;
+    on_event(&label, &Label::Click, &label, [&] { ++clicks; });
+    QTest::mouseClick(&label, Qt::RightButton);
+    QTest::mousePress(&label, Qt::LeftButton, {}, {5, 5});
+    QTest::mouseRelease(&label, Qt::LeftButton, {}, {50, 5});
+    QTest::mouseRelease(&label, Qt::LeftButton, {}, {5, 5});
+    EXPECT_EQ(clicks, 0);
+}
+
+TEST(Label, AScreenReaderFindsASymbolAsAButtonThatItCanPress) {
+    Label label("Label1", nullptr, Label::Kind::Symbol, "5", "Move up");
+    int clicks = 0;
+    on_event(&label, &Label::Click, &label, [&] { ++clicks; });
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&label);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Button);
+    EXPECT_EQ(accessible->text(QAccessible::Name), "Move up");
+    ASSERT_NE(accessible->actionInterface(), nullptr);
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(clicks, 1);
+    label.setEnabled(false);
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(clicks, 1) << "disabled";
+}
+
+TEST(Label, AScreenReaderFindsATextAsWhatItSays) {
+    Label label("Label5", nullptr, Label::Kind::Text, "15 fps");
+    label.SetCaption("16 fps");
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&label);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::StaticText);
+    EXPECT_EQ(accessible->text(QAccessible::Name), "16 fps");
+}
+
+// Symbols.
+
+TEST(Symbols, EveryOutlineStandsInTheMiddleOfItsBox) {
+    for (const QSizeF size : {QSizeF(14, 14), QSizeF(12, 12), QSizeF(20, 18), QSizeF(16, 16)}) {
+        const QRectF box(QPointF(3, 40), size);
+        for (const char* symbol = "rb5634g"; *symbol != '\0'; ++symbol) {
+            const QRectF outline = symbol_path(QLatin1Char(*symbol), box).boundingRect();
+            EXPECT_TRUE(box.contains(outline)) << *symbol;
+            // Half a pixel and less comes from outlines that begin on a whole one; the arrows of a box of 18
+            // are 5 thick.
+            EXPECT_LE(std::abs(outline.center().x() - box.center().x()), 0.5) << *symbol;
+            EXPECT_LE(std::abs(outline.center().y() - box.center().y()), 0.5) << *symbol;
+            EXPECT_GE(std::max(outline.width(), outline.height()), box.height() * 0.45) << *symbol;
+        }
+    }
+}
+
+TEST(Symbols, ArrowsPointWhereTheyShould) {
+    const QRectF box(0, 0, 14, 14);
+    const auto inside = [&](char symbol, double x, double y) {
+        return symbol_path(QLatin1Char(symbol), box).contains(QPointF(x, y));
+    };
+    // Near the left and right, upper and lower corners of the middle square.
+    EXPECT_TRUE(inside('5', 4, 8.5) && inside('5', 10, 8.5) && !inside('5', 4, 5.5));
+    EXPECT_TRUE(inside('6', 4, 5.5) && inside('6', 10, 5.5) && !inside('6', 4, 8.5));
+    EXPECT_TRUE(inside('3', 8.5, 4) && inside('3', 8.5, 10) && !inside('3', 5.5, 4));
+    EXPECT_TRUE(inside('4', 5.5, 4) && inside('4', 5.5, 10) && !inside('4', 8.5, 4));
+}
+
+TEST(Symbols, OtherCharactersHaveNoOutline) {
+    for (const QChar other : {QChar(u'a'), QChar(u'7'), QChar(u' '), QChar()}) {
+        EXPECT_TRUE(symbol_path(other, {0, 0, 14, 14}).isEmpty());
+    }
+}
+
+TEST(Symbols, StraightEdgesLieOnPixels) {
+    QImage page(14, 14, QImage::Format_RGB32);
+    page.fill(Qt::white);
+    QPainter painter(&page);
+    draw_symbol(painter, u'g', page.rect(), Qt::black);
+    painter.end();
+    EXPECT_EQ(count_of(page, Qt::black) + count_of(page, Qt::white), 14 * 14);
+}
+
+} // namespace
+} // namespace varnoth
