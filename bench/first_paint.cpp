@@ -10,14 +10,14 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "desktop/controls/parts/accessible.h"
 #include "core/services/Services.h"
+#include "desktop/controls/parts/accessible.h"
+#include "desktop/forms/FormCoordinator.h"
 #include "desktop/services/QtEventQueue.h"
 #include "desktop/services/QtFileChooser.h"
 #include "desktop/services/QtMessageBoxes.h"
-#include "qt/QtPictureLoader.h"
 #include "desktop/theme/theme.h"
-#include "desktop/forms/FormCoordinator.h"
+#include "qt/QtPictureLoader.h"
 
 namespace {
 
@@ -49,7 +49,7 @@ int show_plain(int& argc, char** argv, FirstPaint& first_paint) {
 
 int show_editor(int& argc, char** argv, FirstPaint& first_paint) {
     QApplication application(argc, argv);
-    varnoth::look::apply(application);
+    varnoth::theme::apply(application);
     varnoth::install_accessible_controls();
     varnoth::QtMessageBoxes message_boxes;
     varnoth::QtEventQueue event_queue;
@@ -57,9 +57,9 @@ int show_editor(int& argc, char** argv, FirstPaint& first_paint) {
     varnoth::QtFileChooser file_chooser;
     const varnoth::ServicesInstallation services(
         {&message_boxes, &event_queue, &picture_loader, &file_chooser});
-    varnoth::Desk desk;
-    desk.form1().elpanel1.installEventFilter(&first_paint); // covers the whole form
-    desk.start();
+    varnoth::FormCoordinator coordinator;
+    coordinator.form1().elpanel1.installEventFilter(&first_paint); // covers the whole form
+    coordinator.start();
     return QApplication::exec();
 }
 

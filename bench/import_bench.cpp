@@ -2,14 +2,15 @@
 // import, which import_job measures.
 #include <benchmark/benchmark.h>
 
+#include "core/image/Picture.h"
 #include "core/quantize/mDither8bpp.h"
 #include "core/quantize/mixpals.h"
+#include "core/services/Services.h"
+#include "core/sprite/hlspr.h"
 #include "photographs.h"
 #include "platform.h"
-#include "core/services/Services.h"
 #include "reference/Dither.h"
 #include "reference/Import.h"
-#include "core/sprite/hlspr.h"
 
 namespace varnoth::bench {
 namespace {
@@ -30,7 +31,7 @@ void decode(benchmark::State& state) {
     surface.AutoSize = true;
     for (auto _ : state) {
         for (std::size_t i = 0; i < set_size; ++i) {
-            surface.SetPicture(load_picture(photograph_path(i)));
+            surface.SetPicture(picture_loader().load(photograph_path(i)));
         }
     }
 }

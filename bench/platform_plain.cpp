@@ -5,6 +5,7 @@
 
 #include "core/base/files.h"
 #include "core/codecs/read_bmp.h"
+#include "core/image/Picture.h"
 #include "core/services/Services.h"
 
 namespace varnoth::bench {

@@ -13,14 +13,14 @@
 #include <QApplication>
 #include <QTest>
 
-#include "photographs.h"
 #include "core/services/Services.h"
+#include "desktop/forms/FormCoordinator.h"
 #include "desktop/services/QtEventQueue.h"
-#include "qt/QtPictureLoader.h"
 #include "desktop/theme/theme.h"
+#include "photographs.h"
+#include "qt/QtPictureLoader.h"
 #include "ui_driver/UiDriver.h"
 #include "whole_folder.h"
-#include "desktop/forms/FormCoordinator.h"
 
 namespace varnoth::bench {
 namespace {
@@ -67,7 +67,7 @@ class PassingMessages : public MessageBoxes {
 class Editor {
   public:
     Editor() {
-        desk.start();
+        coordinator.start();
         ui_driver::settle();
         make_new();
     }
@@ -75,18 +75,18 @@ class Editor {
     /// Creates a new sprite of the photographs' size.
     void make_new() {
         ui_driver::click(main().elboton2);
-        ui_driver::type_into(desk.form2()->eltexto2, QString::number(photograph_side));
-        ui_driver::type_into(desk.form2()->eltexto3, QString::number(photograph_side));
-        ui_driver::click(desk.form2()->elboton2);
+        ui_driver::type_into(coordinator.form2()->eltexto2, QString::number(photograph_side));
+        ui_driver::type_into(coordinator.form2()->eltexto3, QString::number(photograph_side));
+        ui_driver::click(coordinator.form2()->elboton2);
         ui_driver::settle();
     }
 
-    Form1& main() { return desk.form1(); }
+    Form1& main() { return coordinator.form1(); }
 
     /// Opens Add Frame/s with every picture of the folder selected.
     void select_all(const std::string& folder) {
         ui_driver::click(main().elboton4);
-        Form4& dialog = *desk.form4();
+        Form4& dialog = *coordinator.form4();
         dialog.Dir1.SetPath(folder);
         for (int i = 0; i + 1 < dialog.File1.ListCount(); ++i) {
             dialog.File1.SetSelected(i, true);
@@ -97,7 +97,7 @@ class Editor {
     /// Clicks Ok; returns the processor time of the import in milliseconds.
     double import() {
         const double before = processor_milliseconds();
-        ui_driver::click(desk.form4()->elboton2);
+        ui_driver::click(coordinator.form4()->elboton2);
         return processor_milliseconds() - before;
     }
 
@@ -105,7 +105,7 @@ class Editor {
     QtEventQueue events;
     QtPictureLoader loader;
     ServicesInstallation services{{&messages, &events, &loader}};
-    Desk desk;
+    FormCoordinator coordinator;
 };
 
 void measure_import(Editor& editor) {
@@ -144,21 +144,22 @@ void measure_cancel(Editor& editor) {
             Clock::time_point clicked;
             std::atomic<bool> adding = false;
             std::thread user;
-            const auto opened = QObject::connect(&editor.desk, &Desk::dialog_made, [&](Form& dialog) {
-                progress = qobject_cast<Form6*>(&dialog);
-                adding = false;
-                QObject::connect(&progress->Label1, &ellabel::property_changed,
-                                 [&] { adding = progress->Label1.Caption() == "Adding Frames..."; });
-                user = std::thread([&, round] {
-                    while (second_pass && !adding) {
-                        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-                    }
-                    std::this_thread::sleep_for(std::chrono::milliseconds(15 + 20 * round));
-                    clicked = Clock::now();
-                    QMetaObject::invokeMethod(
-                        progress, [&] { ui_driver::click(progress->elboton1); }, Qt::QueuedConnection);
+            const auto opened =
+                QObject::connect(&editor.coordinator, &FormCoordinator::dialog_made, [&](Form& dialog) {
+                    progress = qobject_cast<Form6*>(&dialog);
+                    adding = false;
+                    QObject::connect(&progress->Label1, &ellabel::property_changed,
+                                     [&] { adding = progress->Label1.Caption() == "Adding Frames..."; });
+                    user = std::thread([&, round] {
+                        while (second_pass && !adding) {
+                            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                        }
+                        std::this_thread::sleep_for(std::chrono::milliseconds(15 + 20 * round));
+                        clicked = Clock::now();
+                        QMetaObject::invokeMethod(
+                            progress, [&] { ui_driver::click(progress->elboton1); }, Qt::QueuedConnection);
+                    });
                 });
-            });
             editor.import();
             user.join();
             QObject::disconnect(opened);
@@ -188,7 +189,7 @@ void measure_preview(Editor& editor) {
     editor.import();
     ui_driver::settle();
     ui_driver::double_click(editor.main().Picture1);
-    Form7& dialog = *editor.desk.form7();
+    Form7& dialog = *editor.coordinator.form7();
     for (int i = 0; i < 45; ++i) {
         ui_driver::click(dialog.Label3);
     }
@@ -227,6 +228,6 @@ int measure(const std::string& what) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    varnoth::look::apply(application);
+    varnoth::theme::apply(application);
     return varnoth::bench::measure(argc > 1 ? argv[1] : "all");
 }

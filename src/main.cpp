@@ -8,13 +8,13 @@
 
 #include "core/base/large_blocks.h"
 #include "desktop/controls/parts/accessible.h"
+#include "desktop/forms/FormCoordinator.h"
 #include "desktop/services/QtEventQueue.h"
 #include "desktop/services/QtFileChooser.h"
 #include "desktop/services/QtMessageBoxes.h"
-#include "qt/QtPictureLoader.h"
-#include "desktop/theme/theme.h"
 #include "desktop/services/no_settings.h"
-#include "desktop/forms/FormCoordinator.h"
+#include "desktop/theme/theme.h"
+#include "qt/QtPictureLoader.h"
 
 namespace {
 
@@ -27,9 +27,9 @@ int run_editor() {
     const varnoth::ServicesInstallation services(
         {&message_boxes, &event_queue, &picture_loader, &file_chooser});
 
-    varnoth::Desk desk;
-    QObject::connect(&desk, &varnoth::Desk::ended, [] { QCoreApplication::exit(0); });
-    desk.start();
+    varnoth::FormCoordinator coordinator;
+    QObject::connect(&coordinator, &varnoth::FormCoordinator::ended, [] { QCoreApplication::exit(0); });
+    coordinator.start();
     return QApplication::exec();
 }
 
@@ -41,7 +41,7 @@ int main(int argument_count, char** arguments) {
     // Qt gets the program's name alone: it would act on -style, -stylesheet, -reverse and others.
     argument_count = std::min(argument_count, 1);
     QApplication application(argument_count, arguments);
-    varnoth::look::apply(application);
+    varnoth::theme::apply(application);
     varnoth::install_accessible_controls();
 
     const int status = run_editor();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "core/image/Picture.h"
 #include "core/services/Services.h"
 
 namespace varnoth {

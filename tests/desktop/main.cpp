@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "desktop/controls/parts/accessible.h"
-#include "desktop/theme/theme.h"
 #include "desktop/services/no_settings.h"
+#include "desktop/theme/theme.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     varnoth::keep_no_settings(); // neither read nor written by a test
     QApplication application(argc, argv);
-    varnoth::look::apply(application);
+    varnoth::theme::apply(application);
     varnoth::install_accessible_controls();
     return RUN_ALL_TESTS();
 }

@@ -1,6 +1,6 @@
 #include "digests/Results.h"
 
-namespace varnoth::results {
+namespace varnoth::digests {
 
 void Digest::add(std::span<const std::uint8_t> bytes) {
     for (const std::uint8_t byte : bytes) {
@@ -45,4 +45,4 @@ std::string Digest::text() const {
     return digits;
 }
 
-} // namespace varnoth::results
+} // namespace varnoth::digests

@@ -12,7 +12,7 @@
 #include "core/image/Bitmap.h"
 #include "core/image/Colour.h"
 
-namespace varnoth::results {
+namespace varnoth::digests {
 
 /// 64-bit FNV-1a over bytes; numbers count as little-endian bytes.
 class Digest {
@@ -58,4 +58,4 @@ void add_pictures(Results& results);
 /// Sprite files from imports of generated pictures, and their exported frames.
 void add_sprites(Results& results);
 
-} // namespace varnoth::results
+} // namespace varnoth::digests

@@ -11,13 +11,13 @@
 #include "core/codecs/LoadPCX.h"
 #include "core/codecs/LoadTGA.h"
 #include "core/codecs/read_bmp.h"
-#include "digests/Results.h"
 #include "core/sprite/hlspr.h"
+#include "digests/Results.h"
 #include "support/RecordedServices.h"
 #include "support/pictures.h"
 #include "support/sprites.h"
 
-namespace varnoth::results {
+namespace varnoth::digests {
 
 namespace {
 
@@ -149,4 +149,4 @@ void add_decoded_pictures(Results& results, const std::string& pictures) {
     }
 }
 
-} // namespace varnoth::results
+} // namespace varnoth::digests

@@ -11,21 +11,21 @@
 #include "core/base/number_text.h"
 #include "core/codecs/SavePCX.h"
 #include "core/codecs/SaveTGA.h"
-#include "core/quantize/mDither8bpp.h"
-#include "core/jobs/ImportPipeline.h"
 #include "core/image/ProcessPicture1.h"
 #include "core/image/alpha_blend.h"
-#include "digests/Results.h"
+#include "core/jobs/FrameExtraction.h"
+#include "core/jobs/ImportPipeline.h"
+#include "core/quantize/mDither8bpp.h"
 #include "core/sprite/hlspr.h"
+#include "digests/Results.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/ScriptedAddFrames.h"
 #include "support/TemporaryFolder.h"
 #include "support/pictures.h"
 #include "support/sprites.h"
-#include "core/jobs/FrameExtraction.h"
 
-namespace varnoth::results {
+namespace varnoth::digests {
 
 namespace {
 
@@ -295,4 +295,4 @@ void add_sprites(Results& results) {
     }
 }
 
-} // namespace varnoth::results
+} // namespace varnoth::digests

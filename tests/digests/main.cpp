@@ -1,6 +1,6 @@
 // Computes results from the fuzzing corpus, the samples and generated pictures, and compares their digests
 // with a list, which verifies that all machines and compilers produce the same bytes. Without a list, it
-// prints one. Usage: results CORPUS PICTURES [LIST]
+// prints one. Usage: digests CORPUS PICTURES [LIST]
 #include <cstdio>
 #include <exception>
 #include <map>
@@ -15,11 +15,11 @@ namespace {
 using List = std::map<std::string, std::string>;
 
 List make_list(const std::string& seeds, const std::string& pictures) {
-    varnoth::results::Results results;
-    varnoth::results::add_decoded_seeds(results, seeds);
-    varnoth::results::add_decoded_pictures(results, pictures);
-    varnoth::results::add_pictures(results);
-    varnoth::results::add_sprites(results);
+    varnoth::digests::Results results;
+    varnoth::digests::add_decoded_seeds(results, seeds);
+    varnoth::digests::add_decoded_pictures(results, pictures);
+    varnoth::digests::add_pictures(results);
+    varnoth::digests::add_sprites(results);
     List list;
     for (const auto& [name, digest] : results) {
         list[name] = digest.text();

@@ -32,7 +32,7 @@ class EditorTest(Hand, unittest.TestCase):
         self.addCleanup(self.display.close)
         self.desktop = self.display.look()
 
-    def end_with(self, status):
+    def handle_fatal_error(self, status):
         wait_for("the end of the editor", lambda: self.editor.poll() is not None)
         self.assertEqual(read(self.errors).decode(), "")
         self.assertEqual(self.editor.returncode, status)
@@ -79,7 +79,7 @@ class Session(EditorTest):
 
         self.play()
         self.click(self.main, CLOSE_MAIN)
-        self.end_with(0)
+        self.handle_fatal_error(0)
 
     def make_new(self):
         self.click(self.main, NEW_BUTTON)
@@ -168,7 +168,7 @@ class Start(EditorTest):
         self.assertEqual([name for name in threads if name.startswith("Thread (pooled")], [])
 
 
-class FatalEnd(EditorTest):
+class FatalErrorHandler(EditorTest):
     def test_a_speed_of_0_is_told_in_one_box_and_ends_with_70(self):
         sprite = os.path.join(self.display.folder, "two.spr")
         self.walk("--pictures", SAMPLES, "--select", "explosion_1.bmp", "--select", "explosion_2.bmp", "--save", sprite)
@@ -188,7 +188,7 @@ class FatalEnd(EditorTest):
         self.assertIsNone(self.editor.poll())
         self.display.xdotool("windowactivate", "--sync", box)
         self.display.press("Return")
-        self.end_with(FATAL_END)
+        self.handle_fatal_error(FATAL_END)
 
 
 class Drag(EditorTest):

@@ -180,6 +180,6 @@ def check_fatal_ends(user):
         user.display.wait_for_window(MAIN, but=[user.main])
         user.display.press("Return")
         wait_for("the end", lambda: user.editor.poll() is not None)
-        user.end_with(FATAL_END)
+        user.handle_fatal_error(FATAL_END)
         user.messages[text] += 1
         user.actions["fatal end"] += 1

@@ -176,9 +176,9 @@ class WatchedUser(Hand):
     def end(self):
         """By the close box, which asks for nothing."""
         self.click(self.main, CLOSE_MAIN)
-        self.end_with(0)
+        self.handle_fatal_error(0)
 
-    def end_with(self, status):
+    def handle_fatal_error(self, status):
         wait_for("the end of the editor", lambda: self.editor.poll() is not None)
         if self.editor.returncode != status:
             raise Finding(f"the editor has ended with {self.editor.returncode} and not with {status}")

@@ -20,9 +20,10 @@
 
 #include "core/base/RunTimeFailure.h"
 #include "core/codecs/CBitmap.h"
-#include "fault_injection/Faults.h"
+#include "core/image/Picture.h"
 #include "core/services/Services.h"
 #include "core/sprite/hlspr.h"
+#include "fault_injection/Faults.h"
 #include "support/TemporaryFolder.h"
 
 namespace varnoth::test {

@@ -13,7 +13,7 @@ import tempfile
 import unittest
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-sys.path[:0] = [HERE, os.path.join(HERE, "..", "tools"), os.path.join(HERE, "..", "outside")]
+sys.path[:0] = [HERE, os.path.join(HERE, "..", "tools"), os.path.join(HERE, "..", "e2e")]
 import design  # noqa: E402
 from design import BLACK, DARK, FIELD, GLYPH, GROUND, LIGHT, MARKED, TEXT, WHITE  # noqa: E402
 from display import Display  # noqa: E402

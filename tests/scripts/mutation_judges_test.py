@@ -18,7 +18,7 @@ class Files(unittest.TestCase):
             self.assertEqual(is_core(path) + is_desktop(path), 0 if path == "main.cpp" else 1, path)
 
     def test_forms_controls_and_platform_qt_are_desktop(self):
-        for path in ("workbench/Form1.cpp", "workbench/Desk.h", "import/Form4.cpp", "controls/parts/Part.cpp",
+        for path in ("workbench/Form1.cpp", "workbench/FormCoordinator.h", "import/Form4.cpp", "controls/parts/Part.cpp",
                      "platform/qt/look.h"):
             self.assertTrue(is_desktop(path), path)
         for path in ("workbench/Module1.cpp", "import/mixpals.cpp", "platform/Bitmap.h"):

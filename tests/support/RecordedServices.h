@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/base/RunTimeFailure.h"
+#include "core/image/Picture.h"
 #include "core/services/Services.h"
 
 namespace varnoth::test {

@@ -7,7 +7,7 @@ from core import ROOT, is_desktop
 from programs import BUILD, FLAGS, SRC, Programs, Stage, run
 
 FIRST_LOOK = "Scales.test_the_windows_are_as_designed"
-LOOK = os.path.join(ROOT, "tests", "look", "look_test.py")
+LOOK = os.path.join(ROOT, "tests", "golden", "golden_test.py")
 
 
 class LookStage(Stage):

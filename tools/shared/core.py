@@ -9,7 +9,7 @@ import sys
 ROOT = os.path.realpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
 
 CORE_FOLDERS = re.compile(r"(base|platform|pictures|codecs|colour|sprite|import|workbench)/[^/]+\.(h|cpp)$")
-DESKTOP = re.compile(r"(workbench/(Form|Desk)|import/Form4)[^/]*$")
+DESKTOP = re.compile(r"(workbench/(Form|FormCoordinator)|import/Form4)[^/]*$")
 
 
 def is_core(path):

@@ -10,13 +10,13 @@
 #include "core/base/files.h"
 #include "core/base/numbers.h"
 #include "core/services/FileList.h"
-#include "shared/ppm.h"
 #include "core/sprite/hlspr.h"
+#include "desktop/forms/FormCoordinator.h"
+#include "desktop/forms/exit_picture/Form9.h"
+#include "shared/ppm.h"
 #include "ui_driver/UiDriver.h"
 #include "walkthrough/Camera.h"
 #include "walkthrough/Watch.h"
-#include "desktop/forms/FormCoordinator.h"
-#include "desktop/forms/exit_picture/Form9.h"
 
 namespace varnoth::walkthrough {
 
@@ -30,7 +30,7 @@ class Walk {
         : options_(options),
           boxes_(report, options.answer),
           services_({&boxes_, &events_, &loader, &chooser_}),
-          watch_(desk_, report),
+          watch_(coordinator_, report),
           report_(report),
           camera_(options.screenshots, report) {
         events_.on_yield = [this] {
@@ -68,7 +68,7 @@ class Walk {
     void press_cancel_when_due();
     bool cancel_is_due();
 
-    Form1& main() { return desk_.form1(); }
+    Form1& main() { return coordinator_.form1(); }
 
     bool has_line(std::int16_t position) { return position < main().List1.ListCount(); }
 
@@ -77,7 +77,7 @@ class Walk {
     WatchedEventQueue events_;
     AnsweredFileChooser chooser_;
     ServicesInstallation services_;
-    Desk desk_;
+    FormCoordinator coordinator_;
     Watch watch_;
     const Report& report_;
     Camera camera_;
@@ -87,7 +87,7 @@ class Walk {
 
 void Walk::run() {
     check_folders();
-    desk_.start();
+    coordinator_.start();
     settle();
     camera_.take(main(), "start");
     if (!start()) {
@@ -144,7 +144,7 @@ bool Walk::start() {
 
 void Walk::make_new() {
     click(main().elboton2);
-    Form2& dialog = *desk_.form2();
+    Form2& dialog = *coordinator_.form2();
     type_into(dialog.eltexto2, QString::number(options_.width));
     type_into(dialog.eltexto3, QString::number(options_.height));
     choose(*dialog.elcombo1.findChild<DropDownList*>("Combo1"), options_.type);
@@ -168,10 +168,10 @@ bool Walk::open(const std::string& path) {
 
 void Walk::import(const std::string& folder) {
     click(main().elboton4);
-    if (desk_.form4() == nullptr) {
+    if (coordinator_.form4() == nullptr) {
         return;
     }
-    Form4& dialog = *desk_.form4();
+    Form4& dialog = *coordinator_.form4();
     const QString absolute = QFileInfo(QString::fromStdString(folder)).absoluteFilePath();
     if (!walk_to(dialog.Dir1, absolute)) {
         throw WrongOption("cannot open the folder " + folder);
@@ -185,7 +185,7 @@ void Walk::import(const std::string& folder) {
         click(dialog.elradio1[1]);
     }
     click(dialog.elboton2);
-    if (desk_.form4() != nullptr) {
+    if (coordinator_.form4() != nullptr) {
         click(dialog.elboton3);
     }
     settle();
@@ -193,7 +193,7 @@ void Walk::import(const std::string& folder) {
 }
 
 void Walk::select_pictures() {
-    FileListBox& files = desk_.form4()->File1;
+    FileListBox& files = coordinator_.form4()->File1;
     for (int i = 0; i < files.ListCount(); ++i) {
         const std::string name = files.List(i).toStdString();
         if (options_.select.empty() || std::ranges::count(options_.select, name) > 0) {
@@ -204,7 +204,7 @@ void Walk::select_pictures() {
 
 // A point outside the preview cannot be clicked.
 void Walk::pick() {
-    Form4& dialog = *desk_.form4();
+    Form4& dialog = *coordinator_.form4();
     const std::optional<Point>& point = options_.pick;
     if (!point || !dialog.elboton1.Enabled() ||
         !dialog.Picture1.surface().bitmap().contains(point->x, point->y)) {
@@ -264,7 +264,7 @@ void Walk::preview() {
         return;
     }
     double_click(main().Picture1);
-    Form7& dialog = *desk_.form7();
+    Form7& dialog = *coordinator_.form7();
     settle();
     camera_.take(dialog, "preview");
     click(dialog.Label2);
@@ -281,27 +281,27 @@ void Walk::extract(const std::string& folder) {
     }
     select_lines();
     click(main().elboton6);
-    Form3& dialog = *desk_.form3();
+    Form3& dialog = *coordinator_.form3();
     camera_.take(dialog, "extract");
     set_extraction(folder);
     camera_.take(dialog, "extract_set");
     click(dialog.elboton2);
-    if (desk_.form5() != nullptr) {
-        camera_.take(*desk_.form5(), "folder");
-        click(desk_.form5()->elboton2);
+    if (coordinator_.form5() != nullptr) {
+        camera_.take(*coordinator_.form5(), "folder");
+        click(coordinator_.form5()->elboton2);
     }
-    if (desk_.form3() != nullptr) {
+    if (coordinator_.form3() != nullptr) {
         click(dialog.elboton3);
     }
     settle();
 }
 
 void Walk::set_extraction(const std::string& folder) {
-    Form3& dialog = *desk_.form3();
+    Form3& dialog = *coordinator_.form3();
     if (camera_.is_enabled()) {
         click(dialog.elboton1);
-        camera_.take(*desk_.form5(), "folder");
-        click(desk_.form5()->elboton2);
+        camera_.take(*coordinator_.form5(), "folder");
+        click(coordinator_.form5()->elboton2);
         settle();
     }
     type_into(dialog.eltexto1, QString::fromStdString(folder));
@@ -344,7 +344,7 @@ void Walk::show_exit_picture() {
 
 // Takes one screenshot, in the middle of the first import.
 void Walk::capture_progress() {
-    Form6* dialog = desk_.form6();
+    Form6* dialog = coordinator_.form6();
     if (dialog != nullptr && !captured_progress_ &&
         dialog->Progressbar1.Value() >= dialog->Progressbar1.Max() / 2) {
         captured_progress_ = true;
@@ -354,17 +354,17 @@ void Walk::capture_progress() {
 
 // Clicks Cancel while events are processed, as a user would.
 void Walk::press_cancel_when_due() {
-    Form6* dialog = desk_.form6();
+    Form6* dialog = coordinator_.form6();
     if (dialog == nullptr || !dialog->elboton1.Enabled() || !cancel_is_due()) {
         return;
     }
-    cancelled_import_ = cancelled_import_ || desk_.form4() != nullptr;
+    cancelled_import_ = cancelled_import_ || coordinator_.form4() != nullptr;
     click(dialog->elboton1);
     camera_.take(*dialog, "aborting");
 }
 
 bool Walk::cancel_is_due() {
-    if (desk_.form4() != nullptr) {
+    if (coordinator_.form4() != nullptr) {
         return options_.abort_after && !cancelled_import_ && watch_.pictures_begun() >= *options_.abort_after;
     }
     return options_.abort_export_after && watch_.frames_written() >= *options_.abort_export_after;

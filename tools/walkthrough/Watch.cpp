@@ -5,8 +5,8 @@
 #include <QMessageBox>
 #include <QTimer>
 
-#include "ui_driver/UiDriver.h"
 #include "desktop/forms/FormCoordinator.h"
+#include "ui_driver/UiDriver.h"
 
 namespace varnoth::walkthrough {
 
@@ -38,20 +38,20 @@ void AnsweredMessageBoxes::answer_when_open() {
     });
 }
 
-Watch::Watch(Desk& desk, Report report) : report_(std::move(report)) {
-    ListBox& lines = desk.form1().List1;
+Watch::Watch(FormCoordinator& coordinator, Report report) : report_(std::move(report)) {
+    ListBox& lines = coordinator.form1().List1;
     connect(lines.model(), &QAbstractItemModel::rowsInserted, this,
             [this, &lines](const QModelIndex&, int first, int last) {
                 for (int line = first; line <= last; ++line) {
                     report_("list", lines.List(line).toStdString());
                 }
             });
-    connect(&desk, &Desk::dialog_made, this, [this](Form& dialog) {
+    connect(&coordinator, &FormCoordinator::dialog_made, this, [this](Form& dialog) {
         if (auto* progress = qobject_cast<Form6*>(&dialog)) {
             watch_progress(*progress);
         }
     });
-    connect(&desk, &Desk::frame_written, this, [this](const std::string& path) {
+    connect(&coordinator, &FormCoordinator::frame_written, this, [this](const std::string& path) {
         ++frames_written_;
         report_("wrote", path);
     });

@@ -13,7 +13,7 @@
 #include "walkthrough/Report.h"
 
 namespace varnoth {
-class Desk;
+class FormCoordinator;
 class Form6;
 } // namespace varnoth
 
@@ -75,7 +75,7 @@ class WatchedEventQueue : public EventQueue {
 /// written, and counts pictures and files.
 class Watch : public QObject {
   public:
-    Watch(Desk& desk, Report report);
+    Watch(FormCoordinator& coordinator, Report report);
 
     /// Pictures that the import has begun to load, including the current one.
     int pictures_begun() const { return pictures_begun_; }

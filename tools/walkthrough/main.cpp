@@ -11,9 +11,9 @@
 #include <QLoggingCategory>
 
 #include "desktop/controls/parts/accessible.h"
-#include "qt/QtPictureLoader.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
+#include "qt/QtPictureLoader.h"
 #include "walkthrough/Walkthrough.h"
 
 namespace {
@@ -29,7 +29,7 @@ constexpr int exit_wrong_option = 64;
 int walk(const std::vector<std::string>& words) {
     int status = 0;
     // The walkthrough itself writes files, so it can fail like an event handler.
-    varnoth::at_event_edge([&] {
+    varnoth::guard_event([&] {
         try {
             varnoth::QtPictureLoader loader;
             varnoth::walkthrough::walk(
@@ -56,9 +56,9 @@ int main(int argument_count, char** arguments) {
     // limitations of a platform without a display do not matter here.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false\ndefault.warning=false"));
     QApplication application(argument_count, arguments);
-    varnoth::look::apply(application);
+    varnoth::theme::apply(application);
     varnoth::install_accessible_controls();
-    const varnoth::FatalEndInstallation fatal_end(
+    const varnoth::FatalErrorHandlerInstallation fatal_end(
         [](std::string_view name, std::string_view /*words*/) { end_fatally(name); });
     return walk({arguments + 1, arguments + argument_count});
 }

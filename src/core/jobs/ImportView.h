@@ -1,5 +1,5 @@
 // What the import shows while it runs: the progress dialog, the main window's frame list and its commands.
-// The desk implements it, and so does a scripted user; tests write it down.
+// The coordinator implements it, and so does a scripted user; tests write it down.
 #pragma once
 
 #include <cstdint>

@@ -8,6 +8,7 @@
 #include "core/codecs/JpgMod.h"
 #include "core/codecs/LoadPCX.h"
 #include "core/codecs/LoadTGA.h"
+#include "core/image/Picture.h"
 #include "core/services/Services.h"
 #include "core/sprite/hlspr.h"
 
@@ -153,7 +154,7 @@ void LoadSelectedPicture(AddFramesForm& form, std::int16_t index, PictureSurface
     case PictureFormat::Bmp:
     case PictureFormat::Jpg:
         target.AutoSize = true;
-        target.SetPicture(load_picture(path));
+        target.SetPicture(picture_loader().load(path));
         break;
     case PictureFormat::Tga:
         target.AutoSize = false;

@@ -49,14 +49,6 @@ void yield_to_events() {
     }
 }
 
-Picture load_picture(const std::string& path) {
-    PictureLoader* loader = installed().picture_loader;
-    if (loader == nullptr) {
-        fail(Failure::InvalidPicture);
-    }
-    return loader->load(path);
-}
-
 std::string choose_file_to_open(std::string_view filter) {
     FileChooser* chooser = installed().file_chooser;
     return chooser == nullptr ? std::string() : chooser->choose_to_open(filter);
@@ -65,6 +57,14 @@ std::string choose_file_to_open(std::string_view filter) {
 std::string choose_file_to_save(std::string_view filter) {
     FileChooser* chooser = installed().file_chooser;
     return chooser == nullptr ? std::string() : chooser->choose_to_save(filter);
+}
+
+PictureLoader& picture_loader() {
+    PictureLoader* loader = installed().picture_loader;
+    if (loader == nullptr) {
+        fail(Failure::InvalidPicture);
+    }
+    return *loader;
 }
 
 } // namespace varnoth

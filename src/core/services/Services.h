@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/image/Picture.h"
-
 namespace varnoth {
+
+struct Picture;
 
 /// How the program talks to its user.
 class MessageBoxes {
@@ -74,12 +74,14 @@ class ServicesInstallation {
 };
 
 /// The calls on the installed set. With nothing installed, messages are dropped, questions answered with Yes,
-/// the yield does nothing, every picture fails with InvalidPicture and every choice of a file is cancelled.
+/// the yield does nothing and every choice of a file is cancelled.
 void show_message(std::string_view text);
 bool ask_yes_no(std::string_view question);
 void yield_to_events();
-Picture load_picture(const std::string& path);
 std::string choose_file_to_open(std::string_view filter);
 std::string choose_file_to_save(std::string_view filter);
+
+/// The installed picture loader. InvalidPicture when there is none.
+PictureLoader& picture_loader();
 
 } // namespace varnoth

@@ -12,12 +12,12 @@ constexpr double caption_left = 6; ///< unless it stands in the middle
 
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
-        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::white},
-        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::window_background},
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, theme::white},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, theme::window_background},
         {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
         {"Caption", sets<&elboton::SetCaption>, QStringLiteral("Boton")},
-        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
-        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, theme::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, theme::window_text},
         {"Font", sets<&SkinnedControl::SetFont>},
         {"FontName", sets<&SkinnedControl::SetFontName>},
         {"FontSize", sets<&SkinnedControl::SetFontSize>},

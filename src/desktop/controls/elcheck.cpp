@@ -13,7 +13,7 @@ constexpr Colour box_light = 0x809188;
 } // namespace
 
 elcheck::elcheck(const QString& name, QWidget* parent)
-    : MarkControl(name, parent, 19, 0), box_edges_(box_size) {
+    : CheckableControl(name, parent, 19, 0), box_edges_(box_size) {
     picture2_.Top = 3;
     picture2_.Width = box_size;
     picture2_.Height = box_size;
@@ -41,7 +41,7 @@ void elcheck::update_look() {
     if (Value()) {
         label1_.ForeColor = CheckedColor();
     }
-    MarkControl::update_look();
+    CheckableControl::update_look();
 }
 
 void elcheck::show_back_colour2() {

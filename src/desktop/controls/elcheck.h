@@ -1,15 +1,15 @@
 // The check box: a box with a mark, and a caption. The mark's visibility is all there is of its value.
 #pragma once
 
+#include "desktop/controls/parts/CheckableControl.h"
 #include "desktop/controls/parts/EdgeLines.h"
-#include "desktop/controls/parts/MarkControl.h"
 
 namespace varnoth {
 
 /// Parts: `Picture2`, the box, with its edges `Line1` left, `Line2` top, `Line3` bottom and `Line4` right and
 /// the mark `Label1`; `Label2`, the caption; `shadow1`. Always 270 twips high and at least 500 wide. The
 /// surface beside the caption takes no click.
-class elcheck final : public MarkControl {
+class elcheck final : public CheckableControl {
     Q_OBJECT
 
   public:

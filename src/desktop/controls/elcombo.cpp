@@ -20,14 +20,14 @@ constexpr int list_height = 24;
 
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
-        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
-        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::light_text},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, theme::field_background},
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, theme::light_text},
         {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
         {"List", sets<static_cast<void (elcombo::*)(const QString&)>(&elcombo::SetList)>, QString()},
-        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
-        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
-        {"SymbolColor", sets<&elcombo::SetSymbolColor>, look::edge_light},
-        {"SymbolOverColor", sets<&elcombo::SetSymbolOverColor>, look::edge_light},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, theme::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, theme::window_text},
+        {"SymbolColor", sets<&elcombo::SetSymbolColor>, theme::edge_light},
+        {"SymbolOverColor", sets<&elcombo::SetSymbolOverColor>, theme::edge_light},
         {"Font", sets<&SkinnedControl::SetFont>},
         {"FontName", sets<&SkinnedControl::SetFontName>},
         {"FontSize", sets<&SkinnedControl::SetFontSize>},
@@ -206,7 +206,7 @@ void elcombo::show_dark() {
 }
 
 void elcombo::show_font() {
-    combo1_.setFont(look::display_font(Font()));
+    combo1_.setFont(theme::display_font(Font()));
 }
 
 } // namespace varnoth

@@ -9,10 +9,10 @@ namespace {
 
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
-        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, theme::field_background},
         {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
-        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
-        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, theme::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, theme::window_text},
     };
     return properties;
 }

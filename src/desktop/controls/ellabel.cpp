@@ -10,8 +10,8 @@ constexpr double height_in_twips = 300;
 
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
-        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
-        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::light_text},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, theme::field_background},
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, theme::light_text},
         {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
         {"Caption", sets<&ellabel::SetCaption>, QStringLiteral("Caption")},
         {"Font", sets<&SkinnedControl::SetFont>},

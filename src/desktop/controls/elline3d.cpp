@@ -11,8 +11,8 @@ constexpr double least_width_in_twips = 30;
 
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
-        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
-        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::edge_dark},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, theme::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, theme::edge_dark},
     };
     return properties;
 }

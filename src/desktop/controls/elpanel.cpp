@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "core/base/numbers.h"
-#include "desktop/controls/parts/panel_icon.h"
 #include "core/image/Screen.h"
 #include "core/image/alpha_blend.h"
+#include "desktop/controls/parts/panel_icon.h"
 #include "desktop/theme/theme.h"
 
 namespace varnoth {
@@ -20,17 +20,17 @@ constexpr std::int32_t icon_bits_per_pixel = 24;
 
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
-        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::window_background},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, theme::window_background},
         {"BackColor", sets<&SkinnedControl::SetBackColor>,
-         look::window_background}, // stored twice ever since
-        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::white},
-        {"CloseColor", sets<&elpanel::SetCloseColor>, look::close_glyph},
+         theme::window_background}, // stored twice ever since
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, theme::white},
+        {"CloseColor", sets<&elpanel::SetCloseColor>, theme::close_glyph},
         {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
         {"Title", sets<&elpanel::SetTitle>, QStringLiteral("Title")},
         {"Icon", sets<&elpanel::SetIcon>, true},
         {"Cerrar", sets<&elpanel::SetCerrar>, true},
-        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
-        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, theme::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, theme::window_text},
         {"Font", sets<&SkinnedControl::SetFont>},
         {"FontName", sets<&SkinnedControl::SetFontName>},
         {"FontSize", sets<&SkinnedControl::SetFontSize>},
@@ -49,7 +49,7 @@ elpanel::elpanel(const QString& name, QWidget* parent) : SkinnedControl(name, pa
     picture1_.Width = panel_icon_size;
     picture1_.Height = panel_icon_size;
     picture1_.bits_per_pixel = icon_bits_per_pixel;
-    picture1_.BackColor = look::window_background;
+    picture1_.BackColor = theme::window_background;
     draw_panel_icon(picture1_.surface());
     picture1_.surface().on_change = [this] { update(); };
     picture2_.Top = 8;

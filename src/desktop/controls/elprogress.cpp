@@ -23,14 +23,14 @@ constexpr std::int32_t block_height = 16;
 
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
-        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::highlight},
-        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, theme::highlight},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, theme::field_background},
         {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
         {"Min", sets<&elprogress::SetMin>, 0},
         {"Max", sets<&elprogress::SetMax>, 10},
         {"Value", sets<&elprogress::SetValue>, 0},
-        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
-        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, theme::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, theme::window_text},
     };
     return properties;
 }

@@ -98,7 +98,7 @@ void draw_circle(QPainter& painter, const QPointF& corner, const CircleColours& 
             }
             if (colour) {
                 const QRectF run(first.x() + x, first.y() + y, end - x, 1);
-                painter.fillRect(from_screen.mapRect(run), look::to_qcolor(*colour));
+                painter.fillRect(from_screen.mapRect(run), theme::to_qcolor(*colour));
             }
         }
     }
@@ -106,7 +106,7 @@ void draw_circle(QPainter& painter, const QPointF& corner, const CircleColours& 
 
 } // namespace
 
-elradio::elradio(const QString& name, QWidget* parent) : MarkControl(name, parent, 28, 1) {
+elradio::elradio(const QString& name, QWidget* parent) : CheckableControl(name, parent, 28, 1) {
     picture1_.Width = surface_size;
     picture1_.Height = surface_size;
     add_part("Picture1", picture1_);
@@ -121,7 +121,7 @@ void elradio::update_look() {
     alpha_blend(picture1_.surface().hDC(), {0, 0, surface_size, surface_size}, surface().hDC(),
                 round_to_even<std::int32_t>(picture1_.Left), round_to_even<std::int32_t>(picture1_.Top),
                 packed(opaque));
-    MarkControl::update_look();
+    CheckableControl::update_look();
 }
 
 void elradio::Circle::paint(QPainter& painter) const {

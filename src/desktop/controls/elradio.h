@@ -2,13 +2,13 @@
 // is chosen is the window's affair.
 #pragma once
 
-#include "desktop/controls/parts/MarkControl.h"
+#include "desktop/controls/parts/CheckableControl.h"
 
 namespace varnoth {
 
 /// Parts: `Picture1`, the circle's surface; `Label1`, the caption; `shadow1`. Always 285 twips high and at
 /// least 500 wide. A click comes from everywhere on it, also when it is chosen already.
-class elradio final : public MarkControl {
+class elradio final : public CheckableControl {
     Q_OBJECT
 
   public:

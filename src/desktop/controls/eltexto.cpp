@@ -28,12 +28,12 @@ constexpr int own_margin = 2;   // of QLineEdit, left and right of the text; oth
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
         {"MaxChars", sets<&eltexto::SetMaxChars>, QVariant::fromValue(std::int16_t{0})},
-        {"BackColor", sets<&SkinnedControl::SetBackColor>, look::field_background},
-        {"ForeColor", sets<&SkinnedControl::SetForeColor>, look::light_text},
+        {"BackColor", sets<&SkinnedControl::SetBackColor>, theme::field_background},
+        {"ForeColor", sets<&SkinnedControl::SetForeColor>, theme::light_text},
         {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
         {"Text", sets<&eltexto::SetText>, QStringLiteral("Text")},
-        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, look::edge_light},
-        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, look::window_text},
+        {"Color3DLight", sets<&SkinnedControl::SetColor3DLight>, theme::edge_light},
+        {"Color3DDark", sets<&SkinnedControl::SetColor3DDark>, theme::window_text},
         {"Font", sets<&SkinnedControl::SetFont>},
         {"FontName", sets<&SkinnedControl::SetFontName>},
         {"FontSize", sets<&SkinnedControl::SetFontSize>},
@@ -179,14 +179,14 @@ void eltexto::resized() {
 
 void eltexto::show_back_colour() {
     QPalette palette = text1_.palette();
-    palette.setColor(QPalette::Base, look::to_qcolor(BackColor()));
-    palette.setColor(QPalette::Window, look::to_qcolor(BackColor()));
+    palette.setColor(QPalette::Base, theme::to_qcolor(BackColor()));
+    palette.setColor(QPalette::Window, theme::to_qcolor(BackColor()));
     text1_.setPalette(palette);
 }
 
 void eltexto::show_fore_colour() {
     QPalette palette = text1_.palette();
-    palette.setColor(QPalette::Text, look::to_qcolor(ForeColor()));
+    palette.setColor(QPalette::Text, theme::to_qcolor(ForeColor()));
     text1_.setPalette(palette);
 }
 
@@ -199,13 +199,13 @@ void eltexto::show_dark() {
 }
 
 void eltexto::show_font() {
-    text1_.setFont(look::display_font(Font()));
+    text1_.setFont(theme::display_font(Font()));
 }
 
 // Events of the edit field, which goes on to take them itself.
 
 bool eltexto::eventFilter(QObject* /*watched*/, QEvent* event) {
-    at_event_edge([&] { forward(*event); });
+    guard_event([&] { forward(*event); });
     return false;
 }
 

@@ -12,9 +12,9 @@
 #include "core/base/numbers.h"
 #include "desktop/controls/elboton.h"
 #include "desktop/controls/elpanel.h"
-#include "desktop/widgets/accessible_factory.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
+#include "desktop/widgets/accessible_factory.h"
 
 namespace varnoth {
 
@@ -52,7 +52,7 @@ Form::Form(const QString& name, const QString& title, Kind kind, int width, int 
     setWindowTitle(title);
     setAccessibleName(title);
     setFixedSize(width, height);
-    setPalette(look::palette());
+    setPalette(theme::palette());
 }
 
 void Form::show_over(QWidget& owner) {
@@ -72,7 +72,7 @@ void Form::show_first() {
 
 void Form::wear(elpanel& panel, const QString& title) {
     panel.setGeometry(rect());
-    panel.SetColor3DDark(look::edge_dark);
+    panel.SetColor3DDark(theme::edge_dark);
     panel.SetTitle(title);
     panel.SetDropShadow(true);
     on_event(&panel, &elpanel::TitleMouseDown, this,
@@ -106,7 +106,7 @@ void Form::drag(std::int16_t Button) {
 
 bool Form::event(QEvent* event) {
     if (event->type() == QEvent::WindowActivate) {
-        at_event_edge([this] { correct_window_place(); });
+        guard_event([this] { correct_window_place(); });
     }
     return QWidget::event(event);
 }
@@ -123,9 +123,9 @@ void Form::correct_window_place() {
 
 void Form::closeEvent(QCloseEvent* event) {
     event->ignore();
-    at_event_edge([this] {
+    guard_event([this] {
         if (isEnabled()) {
-            emit close_wanted();
+            emit closeRequested();
         }
     });
 }
@@ -148,12 +148,12 @@ QPoint dragged_place(const QPoint& pointer, float grab_x, float grab_y) {
 
 void enable_button(elboton& button) {
     button.SetEnabled(true);
-    button.SetForeColor(look::white);
+    button.SetForeColor(theme::white);
 }
 
 void disable_button(elboton& button) {
     button.SetEnabled(false);
-    button.SetForeColor(look::disabled_text);
+    button.SetForeColor(theme::disabled_text);
 }
 
 } // namespace varnoth

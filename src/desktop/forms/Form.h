@@ -36,7 +36,7 @@ class Form : public QWidget {
   signals:
     /// The window system asked the form to close, as by a task bar or a key of the window manager. Who has a
     /// close box takes it for a click on it; for the others it means nothing.
-    void close_wanted();
+    void closeRequested();
 
   protected:
     Form(const QString& name, const QString& title, Kind kind, int width, int height);

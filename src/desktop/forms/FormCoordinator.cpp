@@ -4,13 +4,13 @@
 
 #include "core/base/files.h"
 #include "core/base/large_blocks.h"
+#include "core/jobs/FrameExtraction.h"
 #include "core/jobs/ImportPipeline.h"
 #include "core/jobs/ImportView.h"
+#include "core/jobs/Module1.h"
+#include "core/sprite/hlspr.h"
 #include "desktop/services/exception_barrier.h"
 #include "qt/path_text.h"
-#include "core/sprite/hlspr.h"
-#include "core/jobs/FrameExtraction.h"
-#include "core/jobs/Module1.h"
 
 namespace varnoth {
 
@@ -28,18 +28,18 @@ void unload(std::unique_ptr<Dialog>& dialog) {
 } // namespace
 
 // What the import shows, on the progress dialog and the main window.
-class Desk::ImportWindows : public ImportView {
+class FormCoordinator::ImportWindows : public ImportView {
   public:
-    explicit ImportWindows(Desk& desk) : desk_(desk) {}
+    explicit ImportWindows(FormCoordinator& coordinator) : coordinator_(coordinator) {}
 
     void open_progress(std::string_view phase, std::int32_t maximum) override {
-        desk_.make_progress(*desk_.form4_);
+        coordinator_.make_progress(*coordinator_.form4_);
         progress().Label1.SetCaption(QString::fromUtf8(phase));
         progress().Progressbar1.SetValue(0);
         progress().Progressbar1.SetMax(maximum);
-        progress().show_over(*desk_.form4_);
-        desk_.form4_->SetEnabled(false);
-        desk_.form4_->setCursor(Qt::WaitCursor);
+        progress().show_over(*coordinator_.form4_);
+        coordinator_.form4_->SetEnabled(false);
+        coordinator_.form4_->setCursor(Qt::WaitCursor);
     }
 
     void show_phase(std::string_view phase) override {
@@ -50,102 +50,102 @@ class Desk::ImportWindows : public ImportView {
 
     void advance() override { progress().Progressbar1.SetValue(progress().Progressbar1.Value() + 1); }
 
-    bool aborted() const override { return desk_.form6_->aborted(); }
+    bool aborted() const override { return coordinator_.form6_->aborted(); }
 
-    void close_progress() override { unload(desk_.form6_); }
+    void close_progress() override { unload(coordinator_.form6_); }
 
     void show_sprite_size(const std::string& size, const std::string& origin) override {
-        desk_.form1_.ellabel7.SetCaption(QString::fromStdString(size));
-        desk_.form1_.ellabel6.SetCaption(QString::fromStdString(origin));
+        coordinator_.form1_.ellabel7.SetCaption(QString::fromStdString(size));
+        coordinator_.form1_.ellabel6.SetCaption(QString::fromStdString(origin));
     }
 
-    std::int32_t frame_line_count() const override { return desk_.form1_.List1.ListCount(); }
+    std::int32_t frame_line_count() const override { return coordinator_.form1_.List1.ListCount(); }
 
     void add_frame_line(const std::string& line) override {
-        desk_.form1_.add_frame_line(QString::fromStdString(line));
+        coordinator_.form1_.add_frame_line(QString::fromStdString(line));
     }
 
-    void release_frames() override { desk_.form1_.release_frames(); }
+    void release_frames() override { coordinator_.form1_.release_frames(); }
 
     void finish() override {
-        desk_.form1_.SetEnabled(true);
-        unload(desk_.form4_);
+        coordinator_.form1_.SetEnabled(true);
+        unload(coordinator_.form4_);
     }
 
   private:
-    Form6& progress() { return *desk_.form6_; }
+    Form6& progress() { return *coordinator_.form6_; }
 
-    Desk& desk_;
+    FormCoordinator& coordinator_;
 };
 
 // What the extraction asks and shows, on the main window's frame list and the progress dialog. Each change is
 // painted at once, and Cancel is heard there: the walk itself yields to nobody.
-class Desk::ExtractionWindows : public ExtractionView {
+class FormCoordinator::ExtractionWindows : public ExtractionView {
   public:
-    explicit ExtractionWindows(Desk& desk) : desk_(desk) {}
+    explicit ExtractionWindows(FormCoordinator& coordinator) : coordinator_(coordinator) {}
 
-    std::int32_t line_count() const override { return desk_.form1_.List1.ListCount(); }
+    std::int32_t line_count() const override { return coordinator_.form1_.List1.ListCount(); }
 
-    bool is_selected(std::int16_t line) const override { return desk_.form1_.List1.Selected(line); }
+    bool is_selected(std::int16_t line) const override { return coordinator_.form1_.List1.Selected(line); }
 
-    bool aborted() const override { return desk_.form6_->aborted(); }
+    bool aborted() const override { return coordinator_.form6_->aborted(); }
 
     void show_item(std::string_view name) override {
-        desk_.form6_->Label2.SetCaption(QString::fromUtf8(name));
-        desk_.form6_->refresh();
+        coordinator_.form6_->Label2.SetCaption(QString::fromUtf8(name));
+        coordinator_.form6_->refresh();
     }
 
     void advance() override {
-        elprogress& bar = desk_.form6_->Progressbar1;
+        elprogress& bar = coordinator_.form6_->Progressbar1;
         if (bar.Value() + 1 <= bar.Max()) {
             bar.SetValue(bar.Value() + 1);
         }
-        desk_.form6_->refresh();
+        coordinator_.form6_->refresh();
     }
 
-    void frame_written(const std::string& path) override { emit desk_.frame_written(path); }
+    void frame_written(const std::string& path) override { emit coordinator_.frame_written(path); }
 
   private:
-    Desk& desk_;
+    FormCoordinator& coordinator_;
 };
 
 template <typename Dialog, typename... Arguments>
-Dialog& Desk::make(std::unique_ptr<Dialog>& dialog, Arguments&... arguments) {
+Dialog& FormCoordinator::make(std::unique_ptr<Dialog>& dialog, Arguments&... arguments) {
     dialog = std::make_unique<Dialog>(arguments...);
     emit dialog_made(*dialog);
     return *dialog;
 }
 
-Desk::Desk() {
-    on_event(&form1_, &Form1::new_wanted, this, [this] { open_new(); });
-    on_event(&form1_, &Form1::import_wanted, this, [this] { open_import(); });
-    on_event(&form1_, &Form1::export_wanted, this, [this] { open_export(); });
-    on_event(&form1_, &Form1::preview_wanted, this, [this] { open_preview(); });
-    on_event(&form1_, &Form1::end_wanted, this, [this] { emit ended(); });
+FormCoordinator::FormCoordinator() {
+    on_event(&form1_, &Form1::newRequested, this, [this] { open_new(); });
+    on_event(&form1_, &Form1::importRequested, this, [this] { open_import(); });
+    on_event(&form1_, &Form1::exportRequested, this, [this] { open_export(); });
+    on_event(&form1_, &Form1::previewRequested, this, [this] { open_preview(); });
+    on_event(&form1_, &Form1::endRequested, this, [this] { emit ended(); });
 }
 
-Desk::~Desk() = default;
+FormCoordinator::~FormCoordinator() = default;
 
-void Desk::start() {
+void FormCoordinator::start() {
     form1_.show_first();
 }
 
 // Dialogs.
 
-void Desk::open_new() {
+void FormCoordinator::open_new() {
     form1_.SetEnabled(false);
     make(form2_, form1_);
-    on_event(form2_.get(), &Form2::unload_wanted, this, [this] { unload(form2_); });
+    on_event(form2_.get(), &Form2::unloadRequested, this, [this] { unload(form2_); });
     form2_->show_over(form1_);
 }
 
-void Desk::open_import() {
+void FormCoordinator::open_import() {
     form1_.SetEnabled(false);
     make(form4_, form1_);
     // Its picture areas are gone by then too.
     connect(form4_.get(), &QObject::destroyed, [] { give_back_spare_memory(); });
-    on_event(form4_.get(), &Form4::import_wanted, this, [this] { import(); });
-    on_event(form4_.get(), &Form4::unload_wanted, this, [this] {
+    on_event(form4_.get(), &Form4::importRequested, this, [this] { import(); });
+    on_event(form4_.get(), &Form4::unloadRequested, this, [this] {
         picture_folder_ = form4_->Dir1.Path();
         unload(form4_);
     });
@@ -161,12 +161,12 @@ void Desk::open_import() {
     form4_->show_over(form1_);
 }
 
-void Desk::open_export() {
+void FormCoordinator::open_export() {
     make(form3_, form1_);
-    on_event(form3_.get(), &Form3::folder_wanted, this, [this] { open_folder(); });
-    on_event(form3_.get(), &Form3::extraction_wanted, this,
+    on_event(form3_.get(), &Form3::folderRequested, this, [this] { open_folder(); });
+    on_event(form3_.get(), &Form3::extractionRequested, this,
              [this](const ExtractionOptions& options) { extract(options); });
-    on_event(form3_.get(), &Form3::unload_wanted, this, [this] { unload(form3_); });
+    on_event(form3_.get(), &Form3::unloadRequested, this, [this] { unload(form3_); });
     if (!hlspr::ExtractFolder.empty()) {
         form3_->eltexto1.SetText(text_of_path(hlspr::ExtractFolder));
     }
@@ -174,17 +174,17 @@ void Desk::open_export() {
     form1_.SetEnabled(false);
 }
 
-void Desk::open_preview() {
+void FormCoordinator::open_preview() {
     form1_.SetEnabled(false);
     make(form7_, form1_);
-    on_event(form7_.get(), &Form7::unload_wanted, this, [this] { unload(form7_); });
+    on_event(form7_.get(), &Form7::unloadRequested, this, [this] { unload(form7_); });
     form7_->show_over(form1_);
     std::int16_t first = 0;
     hlspr::draw_frame(first, form7_->Picture1.surface());
 }
 
 // The folder shown is the remembered one and not the text's.
-void Desk::open_folder() {
+void FormCoordinator::open_folder() {
     make(form5_);
     on_event(form5_.get(), &Form5::chosen, this, [this](const std::string& folder) { take_folder(folder); });
     on_event(form5_.get(), &Form5::cancelled, this, [this] {
@@ -200,21 +200,21 @@ void Desk::open_folder() {
     form3_->SetEnabled(false);
 }
 
-void Desk::take_folder(const std::string& folder) {
+void FormCoordinator::take_folder(const std::string& folder) {
     form3_->SetEnabled(true);
     form3_->eltexto1.SetText(text_of_path(folder));
     hlspr::ExtractFolder = folder;
     unload(form5_);
 }
 
-Form6& Desk::make_progress(const Form& opener) {
+Form6& FormCoordinator::make_progress(const Form& opener) {
     make(form6_).setWindowTitle(opener.windowTitle());
     return *form6_;
 }
 
 // A folder list starts where it was left, else at the sprite's folder, else at the user's pictures, else (for
 // an empty path opens nothing) in the current folder.
-std::string Desk::first_folder(const std::string& last) const {
+std::string FormCoordinator::first_folder(const std::string& last) const {
     const std::string sprite_folder = Module1::folder_of(path_of_text(form1_.eltexto1.Text()));
     const QStringList pictures = QStandardPaths::standardLocations(QStandardPaths::PicturesLocation);
     for (const std::string& folder :
@@ -228,13 +228,13 @@ std::string Desk::first_folder(const std::string& last) const {
 
 // Jobs.
 
-void Desk::import() {
+void FormCoordinator::import() {
     picture_folder_ = form4_->Dir1.Path();
     ImportWindows windows(*this);
     import_frames(form4_->add_frames_form(), windows);
 }
 
-void Desk::extract(const ExtractionOptions& options) {
+void FormCoordinator::extract(const ExtractionOptions& options) {
     make_progress(*form3_).show_over(*form3_);
     form3_->SetEnabled(false);
     form3_->setCursor(Qt::WaitCursor);

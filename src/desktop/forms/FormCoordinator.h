@@ -1,5 +1,5 @@
-// The desk on which the windows lie: opens the dialogs, wires them and unloads them. There is one instance of
-// each, made when it is shown; while one is open, its opener is disabled.
+// The coordinator on which the windows lie: opens the dialogs, wires them and unloads them. There is one
+// instance of each, made when it is shown; while one is open, its opener is disabled.
 #pragma once
 
 #include <memory>
@@ -8,21 +8,21 @@
 #include <QObject>
 
 #include "desktop/forms/add_frames/Form4.h"
-#include "desktop/forms/main_window/Form1.h"
-#include "desktop/forms/new_sprite/Form2.h"
 #include "desktop/forms/extract/Form3.h"
 #include "desktop/forms/folder/Form5.h"
-#include "desktop/forms/progress/Form6.h"
+#include "desktop/forms/main_window/Form1.h"
+#include "desktop/forms/new_sprite/Form2.h"
 #include "desktop/forms/preview/Form7.h"
+#include "desktop/forms/progress/Form6.h"
 
 namespace varnoth {
 
-class Desk : public QObject {
+class FormCoordinator : public QObject {
     Q_OBJECT
 
   public:
-    Desk();
-    ~Desk() override;
+    FormCoordinator();
+    ~FormCoordinator() override;
 
     /// Shows the main window.
     void start();

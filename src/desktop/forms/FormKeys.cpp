@@ -8,8 +8,8 @@
 #include <QKeySequence>
 #include <QShortcut>
 
-#include "desktop/widgets/accessible_key.h"
 #include "desktop/services/exception_barrier.h"
+#include "desktop/widgets/accessible_key.h"
 
 namespace varnoth {
 
@@ -59,7 +59,7 @@ bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
     }
     const auto& press = static_cast<const QKeyEvent&>(*event);
     const FormKey* key = nullptr;
-    at_event_edge([&] {
+    guard_event([&] {
         key = find(combination_of(press), watched == &form_);
         if (key != nullptr && (key->repeats || !press.isAutoRepeat())) {
             click(*key);

@@ -29,7 +29,7 @@ void place_next(Control& control, const QRect& place) {
 /// Places a control that has edges, and gives it the dark edge that all forms have.
 template <typename Control>
 void place_edged(Control& control, const QRect& place) {
-    control.SetColor3DDark(look::edge_dark);
+    control.SetColor3DDark(theme::edge_dark);
     place_next(control, place);
 }
 
@@ -51,8 +51,8 @@ void place_label(Label& label, const QRect& place, const QString& caption, Colou
 
 /// A radio button or check box; `question` is what it answers, for a screen reader.
 template <typename Mark>
-void place_mark(Mark& mark, const QRect& place, const QString& caption, Colour background,
-                const QString& question = {}) {
+void place_checkable(Mark& mark, const QRect& place, const QString& caption, Colour background,
+                     const QString& question = {}) {
     mark.SetBackColor(background);
     place_edged(mark, place);
     mark.SetCaption(caption);

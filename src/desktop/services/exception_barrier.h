@@ -15,49 +15,49 @@ namespace varnoth {
 inline constexpr int exit_run_time_failure = 70;
 
 /// What is done about a fatal failure: its name as an identifier and its words.
-using FatalEnd = std::function<void(std::string_view name, std::string_view words)>;
+using FatalErrorHandler = std::function<void(std::string_view name, std::string_view words)>;
 
 /// Replaces, for its own lifetime, what is done about a fatal failure. Without one, the box "Run-time error:
 /// " and the words is shown and the process ends with exit_run_time_failure.
-class FatalEndInstallation {
+class FatalErrorHandlerInstallation {
   public:
-    explicit FatalEndInstallation(FatalEnd end);
-    ~FatalEndInstallation();
+    explicit FatalErrorHandlerInstallation(FatalErrorHandler end);
+    ~FatalErrorHandlerInstallation();
 
-    FatalEndInstallation(const FatalEndInstallation&) = delete;
-    FatalEndInstallation& operator=(const FatalEndInstallation&) = delete;
+    FatalErrorHandlerInstallation(const FatalErrorHandlerInstallation&) = delete;
+    FatalErrorHandlerInstallation& operator=(const FatalErrorHandlerInstallation&) = delete;
 
   private:
-    FatalEnd before_;
+    FatalErrorHandler before_;
 };
 
 /// Whether a failure is being told right now. The program does nothing more then.
-bool is_ending();
+bool is_handling_fatal_error();
 
 /// Ends on the exception in flight, or does nothing while another one is told; to be called in a catch block
 /// alone.
-void end_on_failure() noexcept;
+void handle_current_exception() noexcept;
 
 /// Runs the work of one event.
 template <typename Work>
-void at_event_edge(Work&& work) noexcept {
-    if (is_ending()) {
+void guard_event(Work&& work) noexcept {
+    if (is_handling_fatal_error()) {
         return;
     }
     try {
         std::forward<Work>(work)();
     } catch (...) {
-        end_on_failure();
+        handle_current_exception();
     }
 }
 
 /// Runs the painting of one event, also while a failure is told: what lies behind its box stays to be seen.
 template <typename Work>
-void at_paint_edge(Work&& work) noexcept {
+void guard_paint(Work&& work) noexcept {
     try {
         std::forward<Work>(work)();
     } catch (...) {
-        end_on_failure();
+        handle_current_exception();
     }
 }
 
@@ -68,11 +68,11 @@ QMetaObject::Connection on_event(const Sender* sender, Signal signal, const QObj
                                  Handler handler) {
     if constexpr (std::is_invocable_v<Handler>) {
         return QObject::connect(sender, signal, context,
-                                [handler = std::move(handler)]() mutable { at_event_edge(handler); });
+                                [handler = std::move(handler)]() mutable { guard_event(handler); });
     } else {
         return QObject::connect(sender, signal, context,
                                 [handler = std::move(handler)](auto&&... arguments) mutable {
-                                    at_event_edge([&] { handler(arguments...); });
+                                    guard_event([&] { handler(arguments...); });
                                 });
     }
 }

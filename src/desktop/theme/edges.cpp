@@ -52,7 +52,7 @@ void draw_edge(QPainter& painter, const QRectF& line, LineSide side, Colour colo
         break;
     }
     const QRectF pixels(left, top, right - left, bottom - top);
-    painter.fillRect(to_screen.inverted().mapRect(pixels), look::to_qcolor(colour));
+    painter.fillRect(to_screen.inverted().mapRect(pixels), theme::to_qcolor(colour));
 }
 
 void draw_edges(QPainter& painter, const QRect& box, Colour top_left, Colour bottom_right) {

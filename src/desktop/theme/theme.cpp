@@ -27,7 +27,7 @@
 #include "desktop/theme/edges.h"
 #include "desktop/theme/symbols.h"
 
-namespace varnoth::look {
+namespace varnoth::theme {
 
 namespace {
 
@@ -225,9 +225,9 @@ class LookStyle : public QProxyStyle {
 
     using QProxyStyle::polish;
 
-    void polish(QPalette& palette) override { palette = look::palette(); }
+    void polish(QPalette& palette) override { palette = theme::palette(); }
 
-    QPalette standardPalette() const override { return look::palette(); }
+    QPalette standardPalette() const override { return theme::palette(); }
 
     // The same one every time, so that its sizes are found again too.
     QIcon standardIcon(StandardPixmap picture, const QStyleOption* option,
@@ -416,4 +416,4 @@ void apply(QApplication& application) {
     QApplication::setWindowIcon(program_icon());
 }
 
-} // namespace varnoth::look
+} // namespace varnoth::theme

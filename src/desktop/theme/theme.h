@@ -16,7 +16,7 @@ namespace varnoth {
 /// The name that the user sees, in the title of the main window and of every message box.
 inline constexpr const char* application_title = "Varnoth 1.0";
 
-namespace look {
+namespace theme {
 
 // 0x00BBGGRR.
 inline constexpr Colour window_background = 0x44584C;
@@ -52,6 +52,6 @@ void apply_palette(QWidget& widget, bool enabled);
 /// Style, palette and font for everything that Qt draws by itself, and the icon of all windows.
 void apply(QApplication& application);
 
-} // namespace look
+} // namespace theme
 
 } // namespace varnoth

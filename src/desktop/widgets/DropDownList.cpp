@@ -8,12 +8,12 @@
 #include <QWindow>
 
 #include "core/base/RunTimeFailure.h"
+#include "desktop/services/exception_barrier.h"
+#include "desktop/theme/edges.h"
+#include "desktop/theme/symbols.h"
+#include "desktop/theme/theme.h"
 #include "desktop/widgets/accessible_factory.h"
 #include "desktop/widgets/accessible_key.h"
-#include "desktop/theme/edges.h"
-#include "desktop/services/exception_barrier.h"
-#include "desktop/theme/theme.h"
-#include "desktop/theme/symbols.h"
 
 namespace varnoth {
 
@@ -61,7 +61,7 @@ class AccessibleDropDownList : public AccessibleWithKey {
     }
 
     void doAction(const QString& action) override {
-        at_event_edge([&] {
+        guard_event([&] {
             if (!actionNames().contains(action)) {
                 return;
             }
@@ -82,11 +82,11 @@ class AccessibleDropDownList : public AccessibleWithKey {
 DropDownList::DropDownList(const QString& name, QWidget* parent) : QComboBox(parent) {
     describe_to_screen_readers<DropDownList, AccessibleDropDownList>();
     setObjectName(name);
-    setFont(look::display_font(look::design_font()));
+    setFont(theme::display_font(theme::design_font()));
     // The wheel over the list does not give it the keyboard.
     setFocusPolicy(Qt::StrongFocus);
     view()->setTextElideMode(Qt::ElideNone);
-    SetColours(look::field_background, look::light_text);
+    SetColours(theme::field_background, theme::light_text);
     connect(this, &QComboBox::activated, this, &DropDownList::Click);
     connect(this, &QComboBox::currentIndexChanged, this, [this] {
         QAccessibleEvent event(this, QAccessible::NameChanged);
@@ -122,9 +122,9 @@ void DropDownList::SetListIndex(std::int32_t line) {
 void DropDownList::SetColours(Colour background, Colour text) {
     background_ = background;
     text_ = text;
-    QPalette colours = look::palette();
-    colours.setColor(QPalette::All, QPalette::Base, look::to_qcolor(background));
-    colours.setColor(QPalette::All, QPalette::Text, look::to_qcolor(text));
+    QPalette colours = theme::palette();
+    colours.setColor(QPalette::All, QPalette::Base, theme::to_qcolor(background));
+    colours.setColor(QPalette::All, QPalette::Text, theme::to_qcolor(text));
     view()->setPalette(colours);
     update();
 }
@@ -145,19 +145,20 @@ void DropDownList::showPopup() {
 }
 
 void DropDownList::paintEvent(QPaintEvent* /*event*/) {
-    at_paint_edge([&] {
+    guard_paint([&] {
         QPainter painter(this);
-        painter.fillRect(rect(), look::to_qcolor(background_));
+        painter.fillRect(rect(), theme::to_qcolor(background_));
         const bool grey = testAttribute(Qt::WA_ForceDisabled);
-        const QColor text = look::to_qcolor(grey ? look::disabled_text : text_);
+        const QColor text = theme::to_qcolor(grey ? theme::disabled_text : text_);
         const QRect arrow(width() - arrow_width, 0, bare_ ? 0 : arrow_width - 1, height());
-        painter.setFont(look::display_font(font()));
+        painter.setFont(theme::display_font(font()));
         painter.setPen(text);
         painter.drawText(rect().adjusted(text_inset, 0, bare_ ? 0 : -arrow_width, 0),
                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, currentText());
         if (!bare_) {
-            draw_symbol(painter, u'6', arrow, look::to_qcolor(grey ? look::disabled_text : look::edge_light));
-            draw_edges(painter, rect(), look::edge_dark, look::edge_light);
+            draw_symbol(painter, u'6', arrow,
+                        theme::to_qcolor(grey ? theme::disabled_text : theme::edge_light));
+            draw_edges(painter, rect(), theme::edge_dark, theme::edge_light);
         }
     });
 }
@@ -166,7 +167,7 @@ void DropDownList::paintEvent(QPaintEvent* /*event*/) {
 // would open there. The pointer knows better: its places on the screen and in the field come in one message.
 // A pixel or two of difference are rounding.
 void DropDownList::mousePressEvent(QMouseEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         const QPoint in_window = mapTo(window(), event->position().toPoint());
         const QPoint place = event->globalPosition().toPoint() - in_window;
         QWindow* handle = window()->windowHandle();
@@ -178,7 +179,7 @@ void DropDownList::mousePressEvent(QMouseEvent* event) {
 }
 
 void DropDownList::wheelEvent(QWheelEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         if (hasFocus()) {
             QComboBox::wheelEvent(event);
         } else {

@@ -34,13 +34,13 @@ class FolderDelegate : public QStyledItemDelegate {
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
-        at_paint_edge([&] {
+        guard_paint([&] {
             QStyledItemDelegate::paint(painter, option, index);
             const bool open = index.data(open_role).toBool();
             const int left = option.rect.left() + 3 + index.data(depth_role).toInt() * indent;
             const int top = option.rect.top() + (option.rect.height() - glyph_height) / 2;
             draw_folder(*painter, {left, top, glyph_width, glyph_height},
-                        look::to_qcolor(open ? look::highlight : look::close_glyph));
+                        theme::to_qcolor(open ? theme::highlight : theme::close_glyph));
         });
     }
 
@@ -55,7 +55,7 @@ class FolderDelegate : public QStyledItemDelegate {
   private:
     static void draw_folder(QPainter& painter, const QRect& box, const QColor& colour) {
         constexpr int tab_height = 2;
-        const QColor dark = look::to_qcolor(look::edge_dark);
+        const QColor dark = theme::to_qcolor(theme::edge_dark);
         painter.fillRect(box.left(), box.top(), box.width() / 2, tab_height + 1, dark);
         painter.fillRect(box.adjusted(0, tab_height, 0, 0), dark);
         painter.fillRect(box.left() + 1, box.top() + 1, box.width() / 2 - 2, tab_height, colour);
@@ -67,8 +67,8 @@ class FolderDelegate : public QStyledItemDelegate {
 
 FolderListBox::FolderListBox(const QString& name, QWidget* parent) : QListWidget(parent) {
     setObjectName(name);
-    setFont(look::display_font(look::design_font()));
-    look::apply_palette(*this, true);
+    setFont(theme::display_font(theme::design_font()));
+    theme::apply_palette(*this, true);
     setFrameStyle(QFrame::Panel | QFrame::Sunken);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setTextElideMode(Qt::ElideNone);
@@ -134,7 +134,7 @@ void FolderListBox::open_current() {
 }
 
 void FolderListBox::mouseDoubleClickEvent(QMouseEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         QListWidgetItem* line = itemAt(event->position().toPoint());
         if (event->button() == Qt::LeftButton && line != nullptr) {
             setCurrentItem(line);
@@ -144,7 +144,7 @@ void FolderListBox::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void FolderListBox::keyPressEvent(QKeyEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
             open_current();
         } else {

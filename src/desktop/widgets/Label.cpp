@@ -5,12 +5,12 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "desktop/services/exception_barrier.h"
+#include "desktop/theme/symbols.h"
+#include "desktop/theme/theme.h"
 #include "desktop/widgets/accessible_factory.h"
 #include "desktop/widgets/accessible_key.h"
-#include "desktop/services/exception_barrier.h"
 #include "desktop/widgets/checked_state.h"
-#include "desktop/theme/theme.h"
-#include "desktop/theme/symbols.h"
 
 namespace varnoth {
 
@@ -26,7 +26,7 @@ class AccessibleLabel : public AccessibleWithKey {
 
     QAccessible::State state() const override {
         QAccessible::State state = AccessibleWithKey::state();
-        add_in_force(*label_, state);
+        add_checked_state(*label_, state);
         return state;
     }
 
@@ -35,7 +35,7 @@ class AccessibleLabel : public AccessibleWithKey {
     }
 
     void doAction(const QString& action) override {
-        at_event_edge([&] {
+        guard_event([&] {
             if (actionNames().contains(action)) {
                 label_->act_as_clicked();
             }
@@ -54,7 +54,7 @@ Label::Label(const QString& name, QWidget* parent, Kind kind, const QString& cap
     : QWidget(parent),
       kind_(kind),
       spoken_(spoken),
-      fore_colour_(kind == Kind::Symbol ? look::black : look::light_text) {
+      fore_colour_(kind == Kind::Symbol ? theme::black : theme::light_text) {
     describe_to_screen_readers<Label, AccessibleLabel>();
     setObjectName(name);
     setAttribute(Qt::WA_NoMousePropagation);
@@ -73,25 +73,25 @@ void Label::SetForeColor(Colour colour) {
 }
 
 void Label::paintEvent(QPaintEvent* /*event*/) {
-    at_paint_edge([&] {
+    guard_paint([&] {
         QPainter painter(this);
-        const QColor colour = look::to_qcolor(fore_colour_);
+        const QColor colour = theme::to_qcolor(fore_colour_);
         if (kind_ == Kind::Symbol) {
             draw_symbol(painter, caption_.isEmpty() ? QChar() : caption_.front(), rect(), colour);
             return;
         }
-        painter.setFont(look::display_font(look::design_font()));
+        painter.setFont(theme::display_font(theme::design_font()));
         painter.setPen(colour);
         painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, caption_);
     });
 }
 
 void Label::mousePressEvent(QMouseEvent* event) {
-    at_event_edge([&] { click_due_ = event->button() == Qt::LeftButton; });
+    guard_event([&] { click_due_ = event->button() == Qt::LeftButton; });
 }
 
 void Label::mouseReleaseEvent(QMouseEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         const bool clicked = event->button() == Qt::LeftButton && std::exchange(click_due_, false);
         if (clicked && rect().contains(event->position().toPoint())) {
             emit Click();

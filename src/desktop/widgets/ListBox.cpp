@@ -20,8 +20,8 @@ constexpr auto clear_and_select_range = QItemSelectionModel::ClearAndSelect | QI
 
 ListBox::ListBox(const QString& name, QWidget* parent) : QListWidget(parent) {
     setObjectName(name);
-    setFont(look::display_font(look::design_font()));
-    look::apply_palette(*this, true);
+    setFont(theme::display_font(theme::design_font()));
+    theme::apply_palette(*this, true);
     setFrameStyle(QFrame::Panel | QFrame::Sunken);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -76,7 +76,7 @@ std::int32_t ListBox::SelCount() const {
 
 void ListBox::SetEnabled(bool enabled) {
     setEnabled(enabled);
-    look::apply_palette(*this, enabled);
+    theme::apply_palette(*this, enabled);
 }
 
 // The user.
@@ -104,7 +104,7 @@ void ListBox::raise_due_click() {
 
 template <typename Work>
 void ListBox::handle(Work&& work) {
-    at_event_edge([&] {
+    guard_event([&] {
         // Qt moves the current line before it sets the marks; Click comes when both are as the user wants.
         in_event_ = true;
         click_due_ = false;
@@ -134,7 +134,7 @@ void ListBox::mouseDoubleClickEvent(QMouseEvent* event) {
         mousePressEvent(event);
     }
     if (same_line) {
-        at_event_edge([&] { emit DblClick(); });
+        guard_event([&] { emit DblClick(); });
     }
 }
 
@@ -156,7 +156,7 @@ void ListBox::keyPressEvent(QKeyEvent* event) {
 }
 
 void ListBox::focusInEvent(QFocusEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         const bool had_current = currentIndex().isValid();
         quiet_ = true;
         QListWidget::focusInEvent(event);

@@ -11,9 +11,9 @@
 #include <QPainter>
 
 #include "core/base/numbers.h"
-#include "desktop/widgets/accessible_factory.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
+#include "desktop/widgets/accessible_factory.h"
 
 namespace varnoth {
 
@@ -88,7 +88,7 @@ class AccessiblePicture : public QAccessibleWidget, public QAccessibleImageInter
     }
 
     void doAction(const QString& action) override {
-        at_event_edge([&] {
+        guard_event([&] {
             if (actionNames().contains(action)) {
                 picture_->act_as_clicked();
             }
@@ -160,12 +160,12 @@ void PictureBox::follow_surface() {
 }
 
 void PictureBox::paintEvent(QPaintEvent* event) {
-    at_paint_edge([&] {
+    guard_paint([&] {
         const Bitmap& bitmap = surface_.bitmap();
         const QRect inner(border_, border_, bitmap.width(), bitmap.height());
         QPainter painter(this);
         if (!inner.contains(event->rect())) {
-            painter.fillRect(event->rect(), look::to_qcolor(look::edge_dark));
+            painter.fillRect(event->rect(), theme::to_qcolor(theme::edge_dark));
         }
         const QRect seen = inner & event->rect();
         if (seen.isEmpty()) {
@@ -191,16 +191,16 @@ QPointF PictureBox::inside(const QMouseEvent& event) const {
 }
 
 void PictureBox::mousePressEvent(QMouseEvent* event) {
-    at_event_edge([&] { press(*event); });
+    guard_event([&] { press(*event); });
 }
 
 void PictureBox::mouseMoveEvent(QMouseEvent* event) {
-    at_event_edge(
+    guard_event(
         [&] { emit MouseMove(mouse_arguments(event->buttons(), event->modifiers(), inside(*event))); });
 }
 
 void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         if (!has_number(event->button())) {
             return;
         }
@@ -214,7 +214,7 @@ void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void PictureBox::mouseDoubleClickEvent(QMouseEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         press(*event);
         if (event->button() == Qt::LeftButton && std::exchange(click_due_, false)) {
             emit DblClick();

@@ -7,13 +7,13 @@ namespace varnoth {
 
 namespace {
 
-constexpr const char* mark = "inForce";
+constexpr const char* mark = "checkedState";
 
 } // namespace
 
-void set_in_force(QWidget& control, bool in_force) {
-    const bool changes = control.property(mark).toBool() != in_force;
-    control.setProperty(mark, in_force);
+void set_checked_state(QWidget& control, bool checked) {
+    const bool changes = control.property(mark).toBool() != checked;
+    control.setProperty(mark, checked);
     if (changes) {
         QAccessible::State changed;
         changed.checked = true;
@@ -22,11 +22,11 @@ void set_in_force(QWidget& control, bool in_force) {
     }
 }
 
-void add_in_force(const QWidget& control, QAccessible::State& state) {
-    const QVariant in_force = control.property(mark);
-    if (in_force.isValid()) {
+void add_checked_state(const QWidget& control, QAccessible::State& state) {
+    const QVariant checked = control.property(mark);
+    if (checked.isValid()) {
         state.checkable = true;
-        state.checked = in_force.toBool();
+        state.checked = checked.toBool();
     }
 }
 

@@ -9,10 +9,10 @@ class QWidget;
 namespace varnoth {
 
 /// Marks a control as one of that kind, and whether it is in force now. Tells a screen reader of a change.
-void set_in_force(QWidget& control, bool in_force);
+void set_checked_state(QWidget& control, bool checked);
 
 /// Adds to a control's state what was marked: it can be checked, and is or is not. A control that was never
 /// marked keeps its state.
-void add_in_force(const QWidget& control, QAccessible::State& state);
+void add_checked_state(const QWidget& control, QAccessible::State& state);
 
 } // namespace varnoth

@@ -20,7 +20,7 @@ TEST(Services, WithNothingInstalledQuestionsAreYesPicturesFailAndChoicesAreCance
     show_message("nobody sees this");
     yield_to_events();
     EXPECT_TRUE(ask_yes_no("Sure?"));
-    EXPECT_FAILURE(load_picture("a.bmp"), InvalidPicture);
+    EXPECT_FAILURE(picture_loader(), InvalidPicture);
     EXPECT_EQ(choose_file_to_open("Texts(*.txt)|*.txt"), "");
     EXPECT_EQ(choose_file_to_save("Texts(*.txt)|*.txt"), "");
 }
@@ -35,7 +35,7 @@ TEST(Services, CallsReachTheInstalledSet) {
     EXPECT_EQ(services.messages, (std::vector<std::string>{"Hello."}));
     EXPECT_EQ(services.questions, (std::vector<std::string>{"Sure?"}));
     EXPECT_EQ(services.yields, 1);
-    EXPECT_EQ(load_picture("a.bmp").bitmap->pixel(0, 0), 7);
+    EXPECT_EQ(picture_loader().load("a.bmp").bitmap->pixel(0, 0), 7);
 }
 
 TEST(Services, AFileIsChosenByTheInstalledChooserAndTheFilterHandedOn) {

@@ -106,7 +106,7 @@ TEST(Accessible, AFailureInAHandlerEndsAtTheEventsEdge) {
     elboton button("b", nullptr);
     QObject::connect(&button, &elboton::Click, &button, [] { fail(Failure::DeviceIo); });
     std::vector<std::string> ends;
-    const FatalEndInstallation recording(
+    const FatalErrorHandlerInstallation recording(
         [&](std::string_view name, std::string_view) { ends.emplace_back(name); });
     act(button, QAccessibleActionInterface::pressAction());
     EXPECT_EQ(ends, std::vector<std::string>{"DeviceIo"});

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "desktop/controls/shown.h"
-#include "desktop/widgets/fast_pair.h"
 #include "desktop/theme/theme.h"
+#include "desktop/widgets/fast_pair.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
@@ -125,8 +125,8 @@ TEST(Elboton, ItsEdgesAreOneLightAndOneDarkPixel) {
             EXPECT_EQ(colour_at(picture, right - inner, 20), dark) << scale;
             EXPECT_EQ(colour_at(picture, 30, bottom - inner), dark) << scale;
         }
-        EXPECT_EQ(colour_at(picture, 30, scale), look::window_background);
-        EXPECT_EQ(colour_at(picture, right - scale, 20), look::window_background);
+        EXPECT_EQ(colour_at(picture, 30, scale), theme::window_background);
+        EXPECT_EQ(colour_at(picture, right - scale, 20), theme::window_background);
     }
 }
 
@@ -270,28 +270,28 @@ TEST(Elboton, MovesAreToldFromTheCaptionAloneInItsOwnPixels) {
 
 TEST(Elboton, ADropShadowOfABlackCaptionChangesNothingVisible) {
     Button button("Shadow");
-    button->SetForeColor(look::black);
+    button->SetForeColor(theme::black);
     const QImage before = picture_of(button.control);
     button->SetDropShadow(true);
     EXPECT_TRUE(button.text("shadow1").Visible);
     EXPECT_EQ(picture_of(button.control), before);
-    button->SetForeColor(look::white);
+    button->SetForeColor(theme::white);
     EXPECT_NE(picture_of(button.control), before);
 }
 
 TEST(Elboton, TheDropShadowIsTheVisibilityOfABlackCopyBehindTheCaption) {
     Button button("Shadow");
     EXPECT_FALSE(button.text("shadow1").Visible);
-    EXPECT_EQ(count_of(picture_of(button.control), look::black), 0);
+    EXPECT_EQ(count_of(picture_of(button.control), theme::black), 0);
     button->SetDropShadow(true);
     EXPECT_TRUE(button.text("shadow1").Visible);
     EXPECT_TRUE(button.text("shadow1").Enabled);
     const QImage shadowed = picture_of(button.control);
-    EXPECT_GT(count_of(shadowed, look::black), 0);
+    EXPECT_GT(count_of(shadowed, theme::black), 0);
     button->SetDropShadow(false);
     EXPECT_FALSE(button.text("shadow1").Enabled);
     // In front of the shadow, the caption has lost nothing.
-    EXPECT_EQ(count_of(shadowed, look::white), count_of(picture_of(button.control), look::white));
+    EXPECT_EQ(count_of(shadowed, theme::white), count_of(picture_of(button.control), theme::white));
 }
 
 TEST(Elboton, TheShadowStaysBlackAndFollowsTheCaption) {
@@ -299,7 +299,7 @@ TEST(Elboton, TheShadowStaysBlackAndFollowsTheCaption) {
     button->SetForeColor(0x0000FF);
     button->SetCaption("Other");
     EXPECT_EQ(button.text("label").ForeColor, 0x0000FF);
-    EXPECT_EQ(button.text("shadow1").ForeColor, look::black);
+    EXPECT_EQ(button.text("shadow1").ForeColor, theme::black);
     EXPECT_EQ(button.text("shadow1").Caption(), "Other");
     EXPECT_EQ(button.text("shadow1").Top, button.text("label").Top + 1);
 }
@@ -341,7 +341,7 @@ TEST(Elboton, EveryFontPropertyMovesTheCaption) {
         [&] { button->SetFontName("DejaVu Sans Mono"); }, [&] { button->SetFontItalic(true); },
         [&] { button->SetFontUnderline(true); }};
     for (const auto& set : setters) {
-        button->SetFont(look::design_font());
+        button->SetFont(theme::design_font());
         set();
         const TextPart& label = button.text("label");
         EXPECT_EQ(label.Left, 150 - label.Width / 2);
@@ -385,9 +385,9 @@ TEST(Elboton, TheObtainedBackgroundLeavesOutTheEdge) {
     EXPECT_EQ(pixels.pixel(1, 1), 0x0000FF);
     EXPECT_EQ(pixels.pixel(2, 1), 0xFFFFFF);
     EXPECT_EQ(pixels.pixel(78, 22), 0xFFFFFF);
-    EXPECT_EQ(pixels.pixel(0, 1), look::window_background);
-    EXPECT_EQ(pixels.pixel(79, 22), look::window_background);
-    EXPECT_EQ(pixels.pixel(78, 23), look::window_background);
+    EXPECT_EQ(pixels.pixel(0, 1), theme::window_background);
+    EXPECT_EQ(pixels.pixel(79, 22), theme::window_background);
+    EXPECT_EQ(pixels.pixel(78, 23), theme::window_background);
     EXPECT_EQ(colour_at(button.control, 2, 2), 0xFFFFFF);
     EXPECT_EQ(colour_at(button.control, 0, 2), light);
 }
@@ -409,7 +409,7 @@ TEST(Elboton, IsClearedBeforeAnAlphaOutOfRangeFails) {
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     button->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     EXPECT_FAILURE(button->obtener_imagen_fondo(behind.hDC(), 0, 0, 256), Overflow);
-    EXPECT_EQ(button->get_the_hdc().bitmap()->pixel(5, 5), look::window_background);
+    EXPECT_EQ(button->get_the_hdc().bitmap()->pixel(5, 5), theme::window_background);
 }
 
 } // namespace

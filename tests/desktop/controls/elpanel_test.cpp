@@ -102,7 +102,7 @@ TEST(Elpanel, ItsDrawingContextFollowsASizeSetWhileItIsHidden) {
     const Bitmap& pixels = *panel.get_the_hdc().bitmap();
     EXPECT_EQ(pixels.width(), 50);
     EXPECT_EQ(pixels.height(), 40);
-    EXPECT_EQ(pixels.pixel(49, 39), look::window_background);
+    EXPECT_EQ(pixels.pixel(49, 39), theme::window_background);
 }
 
 TEST(Elpanel, AHiddenOneTakesABackgroundOfItsNewSize) {
@@ -113,7 +113,7 @@ TEST(Elpanel, AHiddenOneTakesABackgroundOfItsNewSize) {
     test::TestSurface behind(100, 100, 32, 0, 0xFFFFFF);
     panel.obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(48, 38), 0xFFFFFF);
-    EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(49, 38), look::window_background);
+    EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(49, 38), theme::window_background);
 }
 
 TEST(Elpanel, BothSizesAreDividedByTheHorizontalTwips) {
@@ -136,7 +136,7 @@ TEST(Elpanel, WithoutTheCloseButtonNothingElseMoves) {
     EXPECT_FALSE(panel->Cerrar());
     EXPECT_FALSE(panel.box("Picture2").Visible);
     EXPECT_EQ(panel.text("Label1").place(), title);
-    EXPECT_EQ(count_of(picture_of(panel.control), look::window_background, QRect(274, 8, 18, 18)), 18 * 18);
+    EXPECT_EQ(count_of(picture_of(panel.control), theme::window_background, QRect(274, 8, 18, 18)), 18 * 18);
     QTest::mouseClick(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
     EXPECT_EQ(panel.log.count("CloseClick"), 0);
     EXPECT_EQ(panel.log.count("Click"), 1);
@@ -147,7 +147,7 @@ TEST(Elpanel, WithoutTheIconItsGapStays) {
     panel->SetIcon(false);
     EXPECT_FALSE(panel->Icon());
     EXPECT_EQ(panel.text("Label1").Left, 30);
-    EXPECT_EQ(count_of(picture_of(panel.control), look::window_background, QRect(9, 10, 16, 16)), 16 * 16);
+    EXPECT_EQ(count_of(picture_of(panel.control), theme::window_background, QRect(9, 10, 16, 16)), 16 * 16);
     QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_icon());
     EXPECT_EQ(panel.log, QStringList{"MouseDown 1 0 12,14"});
 }
@@ -259,14 +259,14 @@ TEST(Elpanel, ALongTitleIsCutByItsLabelWithoutAnEllipsis) {
     panel->SetTitle(QString(60, QChar('W')));
     const QImage picture = picture_of(panel.control);
     const QRect beyond(95, 1, 24, 38); // from 30 + 120 - 55 on
-    EXPECT_EQ(count_of(picture, look::window_background, beyond), 24 * 38);
+    EXPECT_EQ(count_of(picture, theme::window_background, beyond), 24 * 38);
     panel->SetTitle(QString(30, QChar('W')));
     EXPECT_EQ(picture_of(panel.control), picture);
 }
 
 TEST(Elpanel, ATitleWithoutRoomIsNotSeen) {
     Panel panel(50, 40);
-    EXPECT_EQ(count_of(picture_of(panel.control), look::white, QRect(30, 1, 19, 38)), 0);
+    EXPECT_EQ(count_of(picture_of(panel.control), theme::white, QRect(30, 1, 19, 38)), 0);
 }
 
 TEST(Elpanel, EachPartRaisesItsOwnMouseEvents) {
@@ -327,11 +327,11 @@ TEST(Elpanel, TheShadowLiesBehindTheTitle) {
     Panel panel;
     panel->SetTitle("Sprite");
     panel->SetFontSize(24); // strokes of more than a pixel
-    const int white = count_of(picture_of(panel.control), look::white);
+    const int white = count_of(picture_of(panel.control), theme::white);
     panel->SetDropShadow(true);
     EXPECT_TRUE(panel.text("shadow1").Visible);
-    EXPECT_EQ(count_of(picture_of(panel.control), look::white), white);
-    EXPECT_GT(count_of(picture_of(panel.control), look::black), 0);
+    EXPECT_EQ(count_of(picture_of(panel.control), theme::white), white);
+    EXPECT_GT(count_of(picture_of(panel.control), theme::black), 0);
 }
 
 TEST(Elpanel, ItsBackgroundIsTheCloseButtonsToo) {
@@ -348,7 +348,7 @@ TEST(Elpanel, ANewPanelShowsItsOwnIconAt24Bits) {
     Panel panel;
     const Bitmap& icon = *panel->get_icon_hdc().bitmap();
     EXPECT_EQ(icon.bits_per_pixel(), 24);
-    test::TestSurface drawn(16, 16, 24, 0, look::window_background);
+    test::TestSurface drawn(16, 16, 24, 0, theme::window_background);
     draw_panel_icon(drawn);
     const QImage picture = picture_of(panel.control);
     for (int y = 0; y < 16; ++y) {
@@ -385,7 +385,7 @@ TEST(Elpanel, AnIconIsTakenFromTheTopLeftOfAContext) {
     EXPECT_EQ(panel->get_icon_hdc().bitmap()->pixel(15, 15), 0x00FF00);
     EXPECT_EQ(colour_at(panel.control, 9, 10), 0x0000FF);
     EXPECT_EQ(colour_at(panel.control, 24, 25), 0x00FF00);
-    EXPECT_EQ(colour_at(panel.control, 25, 26), look::window_background);
+    EXPECT_EQ(colour_at(panel.control, 25, 26), theme::window_background);
 }
 
 TEST(Elpanel, AContextIsCopiedOverTheWholePanelAndTheAnswerIsAlways0) {
@@ -405,7 +405,7 @@ TEST(Elpanel, TheCloseButtonTakesItsShareOfTheObtainedBackground) {
     test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
     behind.PSet(10 + 274, 20 + 8, 0x0000FF);
     panel->obtener_imagen_fondo(behind.hDC(), 10, 20, 255);
-    EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(0, 5), look::window_background);
+    EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(0, 5), theme::window_background);
     EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(1, 5), 0xFFFFFF);
     const QImage picture = picture_of(panel.control);
     EXPECT_EQ(colour_at(picture, 275, 9), 0x0000FF);

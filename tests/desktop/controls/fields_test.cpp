@@ -9,8 +9,8 @@
 #include "desktop/controls/ellabel.h"
 #include "desktop/controls/eltexto.h"
 #include "desktop/controls/shown.h"
-#include "desktop/widgets/fast_pair.h"
 #include "desktop/theme/theme.h"
+#include "desktop/widgets/fast_pair.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
@@ -97,8 +97,8 @@ TEST(Eltexto, ShownForTheFirstTimeItHasRisenOnce) {
 TEST(Eltexto, IsASunkenWell) {
     TextBox text;
     expect_sunken_edges(text.control);
-    EXPECT_EQ(colour_at(text.control, 2, 10), look::field_background);
-    EXPECT_EQ(colour_at(text.control, 50, 18), look::field_background);
+    EXPECT_EQ(colour_at(text.control, 2, 10), theme::field_background);
+    EXPECT_EQ(colour_at(text.control, 50, 18), theme::field_background);
 }
 
 TEST(Eltexto, ItsColoursAreTheFieldsToo) {
@@ -282,10 +282,10 @@ TEST(Eltexto, TheObtainedBackgroundLeavesOutTheEdge) {
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     text->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     const Bitmap& pixels = *text->get_the_hdc().bitmap();
-    EXPECT_EQ(pixels.pixel(0, 0), look::field_background);
+    EXPECT_EQ(pixels.pixel(0, 0), theme::field_background);
     EXPECT_EQ(pixels.pixel(1, 1), 0xFFFFFF);
     EXPECT_EQ(pixels.pixel(98, 18), 0xFFFFFF);
-    EXPECT_EQ(pixels.pixel(99, 18), look::field_background);
+    EXPECT_EQ(pixels.pixel(99, 18), theme::field_background);
 }
 
 // The combo box.
@@ -335,7 +335,7 @@ TEST(Elcombo, TheArrowIsInTheSymbolsColourOnThePlainField) {
         const QImage picture = picture_of(combo.control, scale);
         const QRect arrow(100 * scale, scale, 19 * scale, 18 * scale);
         EXPECT_GT(count_of(picture, 0x0000FF, arrow), 4 * scale * scale);
-        EXPECT_GT(count_of(picture, look::field_background, arrow), 200 * scale * scale);
+        EXPECT_GT(count_of(picture, theme::field_background, arrow), 200 * scale * scale);
         EXPECT_EQ(count_of(picture, 0x0000FF), count_of(picture, 0x0000FF, arrow));
     }
     EXPECT_EQ(combo->part<TextPart>("Label2").Caption(), "6");
@@ -345,9 +345,9 @@ TEST(Elcombo, IsPaintedWhileAFailureIsTold) {
     Combo combo;
     const QImage before = picture_of(combo.control);
     QImage during;
-    const FatalEndInstallation end(
+    const FatalErrorHandlerInstallation end(
         [&](std::string_view, std::string_view) { during = picture_of(combo.control); });
-    at_event_edge([] { fail(Failure::Overflow); });
+    guard_event([] { fail(Failure::Overflow); });
     EXPECT_EQ(during, before);
 }
 

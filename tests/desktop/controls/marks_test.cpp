@@ -83,7 +83,7 @@ TYPED_TEST(Marks, TheDropShadowIsTheVisibilityOfABlackCopyBehindTheCaption) {
     this->mark_->SetDropShadow(true);
     EXPECT_TRUE(this->shadow().Visible);
     EXPECT_TRUE(this->shadow().Enabled);
-    EXPECT_GT(count_of(picture_of(this->mark_.control), look::black), 0);
+    EXPECT_GT(count_of(picture_of(this->mark_.control), theme::black), 0);
     EXPECT_EQ(count_of(picture_of(this->mark_.control), unchecked), coloured);
 }
 
@@ -135,7 +135,7 @@ TEST(Elcheck, TheBoxIsDarkAtTheLeftAndTopAndItsOtherEdgesKeepTheirDesign) {
         EXPECT_EQ(count_of(picture, box_light, QRect(scale, 14 * scale, size - scale, scale)),
                   (size - scale) * scale);
         EXPECT_EQ(count_of(picture, box_light, QRect(11 * scale, 3 * scale, scale, size)), size * scale);
-        EXPECT_EQ(count_of(picture, look::field_background, QRect(scale, 4 * scale, 10 * scale, 10 * scale)),
+        EXPECT_EQ(count_of(picture, theme::field_background, QRect(scale, 4 * scale, 10 * scale, 10 * scale)),
                   100 * scale * scale);
         EXPECT_EQ(count_of(picture, 0x0000FF), 0);
     }
@@ -307,7 +307,7 @@ TEST(Elradio, ItsValueSetFromOutsideIsRedrawnWithoutAClick) {
     EXPECT_EQ(colour_at(radio.control, 9, 9), checked);
     radio->SetValue(false);
     EXPECT_EQ(radio.text("Label1").ForeColor, unchecked);
-    EXPECT_EQ(colour_at(radio.control, 9, 9), look::field_background);
+    EXPECT_EQ(colour_at(radio.control, 9, 9), theme::field_background);
     EXPECT_TRUE(radio.log.isEmpty());
 }
 
@@ -359,7 +359,7 @@ TEST(Elradio, TheArcsHaveTheirColoursAtTheExtremePoints) {
         EXPECT_EQ(colour_at(picture, extreme.right.x(), extreme.right.y()), light) << scale;
         for (const QPoint beside : {extreme.top - QPoint(0, 1), extreme.left - QPoint(1, 0),
                                     extreme.bottom + QPoint(0, 1), extreme.right + QPoint(1, 0)}) {
-            EXPECT_EQ(colour_at(picture, beside.x(), beside.y()), look::window_background) << scale;
+            EXPECT_EQ(colour_at(picture, beside.x(), beside.y()), theme::window_background) << scale;
         }
     }
 }
@@ -372,7 +372,8 @@ TEST(Elradio, NoColourOccursInTheCircleButTheStatedOnes) {
         const int side = static_cast<int>(18 * scale);
         const QRect surface(0, 0, side, side);
         int stated = 0;
-        for (const Colour colour : {look::window_background, look::field_background, dark, light, checked}) {
+        for (const Colour colour :
+             {theme::window_background, theme::field_background, dark, light, checked}) {
             EXPECT_GT(count_of(picture, colour, surface), 0) << scale << ' ' << colour;
             stated += count_of(picture, colour, surface);
         }
@@ -417,8 +418,8 @@ TEST(Elradio, TheCircleAtTheDesignsOwnScale) {
     const std::map<Colour, QChar> letters{{dark, 'D'},
                                           {light, 'L'},
                                           {checked, 'o'},
-                                          {look::field_background, ' '},
-                                          {look::window_background, '.'}};
+                                          {theme::field_background, ' '},
+                                          {theme::window_background, '.'}};
     const QImage picture = picture_of(radio.control);
     QStringList found;
     for (int y = 3; y < 16; ++y) {
@@ -453,8 +454,8 @@ TEST(Elradio, TheDotHasARadiusOfThree) {
     for (int x = 6; x <= 12; ++x) {
         EXPECT_EQ(colour_at(picture, x, 9), checked) << x;
     }
-    EXPECT_EQ(colour_at(picture, 5, 9), look::field_background);
-    EXPECT_EQ(colour_at(picture, 13, 9), look::field_background);
+    EXPECT_EQ(colour_at(picture, 5, 9), theme::field_background);
+    EXPECT_EQ(colour_at(picture, 13, 9), theme::field_background);
 }
 
 TEST(Elradio, TheCircleStandsOnTheBackgroundOfItsLastRedrawing) {
@@ -462,14 +463,14 @@ TEST(Elradio, TheCircleStandsOnTheBackgroundOfItsLastRedrawing) {
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     radio->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     for (const int corner : {0, 17}) {
-        EXPECT_EQ(colour_at(radio.control, corner, corner), look::window_background);
+        EXPECT_EQ(colour_at(radio.control, corner, corner), theme::window_background);
     }
     EXPECT_EQ(colour_at(radio.control, 18, 18), 0xFFFFFF);
     radio->SetValue(false);
     for (const int corner : {0, 17}) {
         EXPECT_EQ(colour_at(radio.control, corner, corner), 0xFFFFFF);
     }
-    EXPECT_EQ(colour_at(radio.control, 9, 9), look::field_background);
+    EXPECT_EQ(colour_at(radio.control, 9, 9), theme::field_background);
 }
 
 TEST(Elradio, AClickOnAChosenOneDoesNotRedrawIt) {
@@ -478,7 +479,7 @@ TEST(Elradio, AClickOnAChosenOneDoesNotRedrawIt) {
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     radio->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     radio.click({9, 9});
-    EXPECT_EQ(colour_at(radio.control, 0, 0), look::window_background);
+    EXPECT_EQ(colour_at(radio.control, 0, 0), theme::window_background);
 }
 
 TEST(Elradio, TheHoverLookIsForTheOneThatIsNotChosen) {

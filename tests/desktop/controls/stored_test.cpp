@@ -259,7 +259,7 @@ TEST_P(StoredControl, TheFontIsTheDesignFontWhereNoHostHasOne) {
     elframe frame("frame", &window);
     const std::unique_ptr<SkinnedControl> hosted = GetParam().make(&frame);
     if (hosted->property("Font").isValid()) {
-        EXPECT_EQ(hosted->Font(), look::design_font());
+        EXPECT_EQ(hosted->Font(), theme::design_font());
     }
 }
 

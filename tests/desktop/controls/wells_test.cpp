@@ -122,7 +122,7 @@ TEST(Elprogress, AProductBeyond32BitsAfterAChangeOfSizeIsFatalAtTheEventsEdge) {
     progress->SetMax(std::numeric_limits<std::int32_t>::max());
     progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10);
     std::vector<std::string> ends;
-    const FatalEndInstallation recording(
+    const FatalErrorHandlerInstallation recording(
         [&](std::string_view name, std::string_view) { ends.emplace_back(name); });
     progress->resize(132, 24);
     EXPECT_EQ(ends, std::vector<std::string>{"Overflow"});
@@ -197,7 +197,7 @@ TEST(Elprogress, TheObtainedBackgroundIsBlendedAgainAtEveryRedrawing) {
     progress->SetValue(2);
     EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(1, 1), 0x0000FF);
     EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(118, 22), 0xFFFFFF);
-    EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(0, 0), look::field_background);
+    EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(0, 0), theme::field_background);
     EXPECT_EQ(blocks_of(progress.control), 2);
 }
 
@@ -232,7 +232,7 @@ TEST(Elframe, IsASunkenRectangleThatFollowsItsSize) {
         EXPECT_EQ(count_of(picture, dark, QRect(0, 0, scale, 60 * scale)), 60 * scale * scale);
         EXPECT_EQ(count_of(picture, light, QRect(79 * scale, 0, scale, 60 * scale)), 60 * scale * scale);
         EXPECT_EQ(count_of(picture, light, QRect(scale, 59 * scale, 79 * scale, scale)), 79 * scale * scale);
-        EXPECT_EQ(count_of(picture, look::field_background), 78 * 58 * scale * scale);
+        EXPECT_EQ(count_of(picture, theme::field_background), 78 * 58 * scale * scale);
     }
     const LinePart& bottom = frame->part<LinePart>("LineB(1)");
     EXPECT_EQ(bottom.X2, 80);
@@ -259,10 +259,10 @@ TEST(Elframe, TheObtainedBackgroundLeavesOutTheEdge) {
     test::TestSurface behind(100, 100, 32, 0, 0xFFFFFF);
     frame->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     const Bitmap& pixels = *frame->get_the_hdc().bitmap();
-    EXPECT_EQ(pixels.pixel(0, 0), look::field_background);
+    EXPECT_EQ(pixels.pixel(0, 0), theme::field_background);
     EXPECT_EQ(pixels.pixel(1, 1), 0xFFFFFF);
     EXPECT_EQ(pixels.pixel(38, 28), 0xFFFFFF);
-    EXPECT_EQ(pixels.pixel(39, 29), look::field_background);
+    EXPECT_EQ(pixels.pixel(39, 29), theme::field_background);
 }
 
 TEST(Elline3d, IsAGrooveOfTwoPixelsDarkAboveLight) {

@@ -12,15 +12,15 @@
 #include <QTimer>
 
 #include "core/base/files.h"
-#include "desktop/services/QtEventQueue.h"
-#include "qt/QtPictureLoader.h"
-#include "desktop/services/exception_barrier.h"
 #include "core/sprite/hlspr.h"
+#include "desktop/forms/FormCoordinator.h"
+#include "desktop/services/QtEventQueue.h"
+#include "desktop/services/exception_barrier.h"
+#include "qt/QtPictureLoader.h"
 #include "support/RecordedServices.h"
 #include "support/TemporaryFolder.h"
 #include "support/sprites.h"
 #include "ui_driver/UiDriver.h"
-#include "desktop/forms/FormCoordinator.h"
 
 namespace varnoth::test {
 
@@ -39,18 +39,18 @@ class EditorTest : public testing::Test {
         hlspr::UnnamedSprite = true;
         hlspr::SpriteDirty = true;
         hlspr::ExtractFolder = "left over";
-        desk_ = std::make_unique<Desk>();
-        QObject::connect(desk_.get(), &Desk::ended, [this] { ended_ = true; });
-        desk_->start();
+        coordinator_ = std::make_unique<FormCoordinator>();
+        QObject::connect(coordinator_.get(), &FormCoordinator::ended, [this] { ended_ = true; });
+        coordinator_->start();
         ui_driver::settle();
     }
 
     ~EditorTest() override {
-        desk_.reset();
+        coordinator_.reset();
         ui_driver::settle();
     }
 
-    Form1& main() { return desk_->form1(); }
+    Form1& main() { return coordinator_->form1(); }
 
     /// A sprite file of frames of one pixel index each: frame n is all index n.
     std::string write_sprite(const std::string& name, int frames, std::int32_t width = 4,
@@ -134,10 +134,10 @@ class EditorTest : public testing::Test {
     TemporaryFolder folder_;
     RecordedServices services_;
     std::vector<std::string> failures_;
-    FatalEndInstallation fatal_end_{
+    FatalErrorHandlerInstallation fatal_end_{
         [this](std::string_view name, std::string_view /*words*/) { failures_.emplace_back(name); }};
     bool ended_ = false;
-    std::unique_ptr<Desk> desk_;
+    std::unique_ptr<FormCoordinator> coordinator_;
 };
 
 } // namespace varnoth::test

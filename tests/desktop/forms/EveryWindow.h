@@ -7,8 +7,8 @@
 
 #include "desktop/forms/EditorTest.h"
 #include "desktop/forms/accessibility_on.h"
-#include "support/PictureFolder.h"
 #include "desktop/forms/exit_picture/Form9.h"
+#include "support/PictureFolder.h"
 
 namespace varnoth::test {
 
@@ -34,37 +34,37 @@ class EveryWindowTest : public EditorTest {
 
     void in_new_sprite(const Look& look) {
         ui_driver::click(main().elboton2);
-        look("new sprite", *desk_->form2());
-        ui_driver::click(desk_->form2()->elboton1);
+        look("new sprite", *coordinator_->form2());
+        ui_driver::click(coordinator_->form2()->elboton1);
     }
 
     void in_preview(const Look& look) {
         ui_driver::double_click(main().Picture1);
-        look("preview, stopped", *desk_->form7());
-        ui_driver::click(desk_->form7()->Label2);
-        look("preview, playing", *desk_->form7());
-        emit desk_->form7()->elpanel1.CloseClick();
+        look("preview, stopped", *coordinator_->form7());
+        ui_driver::click(coordinator_->form7()->Label2);
+        look("preview, playing", *coordinator_->form7());
+        emit coordinator_->form7()->elpanel1.CloseClick();
         ui_driver::settle();
     }
 
     void in_extract(const Look& look) {
         ui_driver::click(main().elboton6);
-        Form3& dialog = *desk_->form3();
+        Form3& dialog = *coordinator_->form3();
         look("extract, BMP", dialog);
         ui_driver::click(dialog.elboton1);
-        look("folder", *desk_->form5());
-        ui_driver::click(desk_->form5()->elboton2);
+        look("folder", *coordinator_->form5());
+        ui_driver::click(coordinator_->form5()->elboton2);
         ui_driver::click(dialog.elradio1[1]);
         look("extract, TGA", dialog);
         ui_driver::click(dialog.elcheck1);
         look("extract, TGA compressed", dialog);
         ui_driver::type_into(dialog.eltexto1, QString::fromStdString(folder_.path()));
         services_.on_yield = [&] {
-            if (desk_->form6() != nullptr && desk_->form6()->Progressbar1.Value() == 1) {
+            if (coordinator_->form6() != nullptr && coordinator_->form6()->Progressbar1.Value() == 1) {
                 services_.on_yield = nullptr;
-                look("progress", *desk_->form6());
-                ui_driver::click(desk_->form6()->elboton1);
-                look("progress, aborting", *desk_->form6());
+                look("progress", *coordinator_->form6());
+                ui_driver::click(coordinator_->form6()->elboton1);
+                look("progress, aborting", *coordinator_->form6());
             }
         };
         main().List1.SetSelected(1, true);
@@ -74,10 +74,10 @@ class EveryWindowTest : public EditorTest {
 
     void in_add_frames(const Look& look) {
         open_import(1);
-        look("add frames", *desk_->form4());
-        ui_driver::click(desk_->form4()->elboton3);
+        look("add frames", *coordinator_->form4());
+        ui_driver::click(coordinator_->form4()->elboton3);
         open_import(3);
-        Form4& dialog = *desk_->form4();
+        Form4& dialog = *coordinator_->form4();
         pictures_.add_plain_bmp("a.bmp", 8, 6, make_colour(10, 20, 30));
         pictures_.add_plain_bmp("b.bmp", 8, 6);
         ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
@@ -98,8 +98,8 @@ class EveryWindowTest : public EditorTest {
     /// A new sprite of that render mode and its Import.
     void open_import(int render_mode) {
         ui_driver::click(main().elboton2);
-        ui_driver::choose(desk_->form2()->elcombo2.Combo1(), render_mode);
-        ui_driver::click(desk_->form2()->elboton2);
+        ui_driver::choose(coordinator_->form2()->elcombo2.Combo1(), render_mode);
+        ui_driver::click(coordinator_->form2()->elboton2);
         ui_driver::click(main().elboton4);
     }
 

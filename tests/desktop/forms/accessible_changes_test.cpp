@@ -156,7 +156,7 @@ TEST_F(AccessibleChangesTest, TheFrameListTellsWhatIsSelected) {
 TEST_F(AccessibleChangesTest, RadioButtonsAndTheCheckBoxTellWhatIsChosen) {
     open_sprite(1);
     click(main().elboton6);
-    Form3& dialog = *desk_->form3();
+    Form3& dialog = *coordinator_->form3();
     const Told told;
     click(dialog.elradio1[1]);
     EXPECT_FALSE(state_of(dialog.elradio1[0]).checked);
@@ -174,7 +174,7 @@ TEST_F(AccessibleChangesTest, RadioButtonsAndTheCheckBoxTellWhatIsChosen) {
 TEST_F(AccessibleChangesTest, TheQuestionOfARadioButtonIsItsDescription) {
     open_sprite(1);
     click(main().elboton6);
-    Form3& dialog = *desk_->form3();
+    Form3& dialog = *coordinator_->form3();
     EXPECT_EQ(tree_of(dialog.elradio1[2]).text(QAccessible::Description), "Format");
     EXPECT_EQ(tree_of(dialog.elradio2[1]).text(QAccessible::Description), "Depth");
     EXPECT_EQ(tree_of(dialog.elradio3[0]).text(QAccessible::Description), "If File Exists Then");
@@ -183,7 +183,7 @@ TEST_F(AccessibleChangesTest, TheQuestionOfARadioButtonIsItsDescription) {
 TEST_F(AccessibleChangesTest, StopAndPlayTellWhichIsInForceAndTheSpeedItsNumber) {
     open_sprite(2);
     ui_driver::double_click(main().Picture1);
-    Form7& dialog = *desk_->form7();
+    Form7& dialog = *coordinator_->form7();
     EXPECT_TRUE(state_of(dialog.Label1).checked);
     EXPECT_TRUE(state_of(dialog.Label2).checkable);
     EXPECT_FALSE(state_of(dialog.Label2).checked);
@@ -201,7 +201,7 @@ TEST_F(AccessibleChangesTest, StopAndPlayTellWhichIsInForceAndTheSpeedItsNumber)
 
 TEST_F(AccessibleChangesTest, ThePickerTellsWhetherItIsArmedAndThePictureItsColour) {
     open_import(3);
-    Form4& dialog = *desk_->form4();
+    Form4& dialog = *coordinator_->form4();
     EXPECT_TRUE(state_of(dialog.elboton1).checkable);
     EXPECT_FALSE(state_of(dialog.elboton1).checked);
     EXPECT_EQ(tree_of(dialog.elboton1).text(QAccessible::Description), "Pick Transparent Color From Picture");
@@ -227,13 +227,13 @@ TEST_F(AccessibleChangesTest, TheProgressBarTellsEachStepAndItsLabelsWhatIsDone)
         main().List1.SetSelected(line, true);
     }
     click(main().elboton6);
-    ui_driver::type_into(desk_->form3()->eltexto1, QString::fromStdString(folder_.path()));
+    ui_driver::type_into(coordinator_->form3()->eltexto1, QString::fromStdString(folder_.path()));
     const Told told;
     std::vector<int> steps;
     std::vector<std::string> items;
     bool each_told = true;
     services_.on_yield = [&] {
-        if (Form6* progress = desk_->form6()) {
+        if (Form6* progress = coordinator_->form6()) {
             const int value = tree_of(progress->Progressbar1).valueInterface()->currentValue().toInt();
             if (value > 0 && (steps.empty() || steps.back() != value)) {
                 steps.push_back(value);
@@ -244,7 +244,7 @@ TEST_F(AccessibleChangesTest, TheProgressBarTellsEachStepAndItsLabelsWhatIsDone)
             }
         }
     };
-    click(desk_->form3()->elboton2);
+    click(coordinator_->form3()->elboton2);
     services_.on_yield = nullptr;
     EXPECT_EQ(steps, (std::vector<int>{1, 2, 3}));
     EXPECT_EQ(items, (std::vector<std::string>{"sprite_0.bmp", "sprite_1.bmp", "sprite_2.bmp"}));
@@ -253,7 +253,7 @@ TEST_F(AccessibleChangesTest, TheProgressBarTellsEachStepAndItsLabelsWhatIsDone)
 
 TEST_F(AccessibleChangesTest, FieldsTellTheirTextAndListsTheirChoice) {
     click(main().elboton2);
-    Form2& dialog = *desk_->form2();
+    Form2& dialog = *coordinator_->form2();
     QAccessibleInterface& name = tree_of(dialog.eltexto1.Text1());
     EXPECT_EQ(name.text(QAccessible::Value), "Untitled");
     const Told told;
@@ -272,7 +272,7 @@ TEST_F(AccessibleChangesTest, FieldsTellTheirTextAndListsTheirChoice) {
 
 TEST_F(AccessibleChangesTest, ADropDownListOpensAndClosesByItsAction) {
     click(main().elboton2);
-    DropDownList& list = desk_->form2()->elcombo1.Combo1();
+    DropDownList& list = coordinator_->form2()->elcombo1.Combo1();
     QAccessibleInterface& type = tree_of(list);
     ASSERT_EQ(type.childCount(), 1);
     EXPECT_EQ(type.child(0)->role(), QAccessible::List);
@@ -289,7 +289,7 @@ TEST_F(AccessibleChangesTest, ADropDownListOpensAndClosesByItsAction) {
 
 TEST_F(AccessibleChangesTest, TheFocusIsToldAsItMoves) {
     click(main().elboton2);
-    Form2& dialog = *desk_->form2();
+    Form2& dialog = *coordinator_->form2();
     dialog.eltexto1.Text1().setFocus();
     EXPECT_TRUE(state_of(dialog.eltexto1.Text1()).focused);
     const Told told;
@@ -301,28 +301,29 @@ TEST_F(AccessibleChangesTest, TheFocusIsToldAsItMoves) {
 
 TEST_F(AccessibleChangesTest, TheWholeEditorCanBeWorkedThroughTheTree) {
     press(main(), "New");
-    ASSERT_NE(desk_->form2(), nullptr);
+    ASSERT_NE(coordinator_->form2(), nullptr);
     EXPECT_EQ(actions_of(*find(tree_of(main()), QAccessible::Button, "New")), QStringList()); // disabled
-    press(*desk_->form2(), "Cancel");
-    EXPECT_EQ(desk_->form2(), nullptr);
+    press(*coordinator_->form2(), "Cancel");
+    EXPECT_EQ(coordinator_->form2(), nullptr);
     services_.next_open = write_sprite("sprite.spr", 3);
     press(main(), "Open");
     EXPECT_EQ(lines().size(), 3U);
     press(main(), "Move frame down");
     EXPECT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
     press(main(), "Export");
-    act(*desk_->form3(), QAccessible::RadioButton, "Tga", QAccessibleActionInterface::pressAction());
-    act(*desk_->form3(), QAccessible::CheckBox, "Compressed", QAccessibleActionInterface::toggleAction());
-    EXPECT_TRUE(desk_->form3()->elcheck1.Value());
-    press(*desk_->form3(), "Choose the output folder");
-    press(*desk_->form5(), "Cancel");
-    press(*desk_->form3(), "Cancel");
+    act(*coordinator_->form3(), QAccessible::RadioButton, "Tga", QAccessibleActionInterface::pressAction());
+    act(*coordinator_->form3(), QAccessible::CheckBox, "Compressed",
+        QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(coordinator_->form3()->elcheck1.Value());
+    press(*coordinator_->form3(), "Choose the output folder");
+    press(*coordinator_->form5(), "Cancel");
+    press(*coordinator_->form3(), "Cancel");
     act(main(), QAccessible::Graphic, "Selected frame", QAccessibleActionInterface::pressAction());
-    ASSERT_NE(desk_->form7(), nullptr);
-    press(*desk_->form7(), "Play");
-    EXPECT_TRUE(desk_->form7()->Timer1.isActive());
-    press(*desk_->form7(), "Close");
-    EXPECT_EQ(desk_->form7(), nullptr);
+    ASSERT_NE(coordinator_->form7(), nullptr);
+    press(*coordinator_->form7(), "Play");
+    EXPECT_TRUE(coordinator_->form7()->Timer1.isActive());
+    press(*coordinator_->form7(), "Close");
+    EXPECT_EQ(coordinator_->form7(), nullptr);
     EXPECT_FALSE(ended_);
     press(main(), "Close");
     EXPECT_TRUE(ended_);
@@ -330,8 +331,8 @@ TEST_F(AccessibleChangesTest, TheWholeEditorCanBeWorkedThroughTheTree) {
 
 TEST_F(AccessibleChangesTest, APictureThatIsNotClickedHasNoAction) {
     open_import(3);
-    EXPECT_EQ(actions_of(tree_of(desk_->form4()->Picture1)), QStringList());
-    EXPECT_EQ(actions_of(tree_of(desk_->form4()->Picture2)), QStringList());
+    EXPECT_EQ(actions_of(tree_of(coordinator_->form4()->Picture1)), QStringList());
+    EXPECT_EQ(actions_of(tree_of(coordinator_->form4()->Picture2)), QStringList());
 }
 
 TEST_F(AccessibleChangesTest, TheExitPictureEndsTheProgramWhenPressed) {

@@ -27,12 +27,12 @@ constexpr Colour green = 0x00F000;
 
 class AddFramesTest : public EditorTest {
   protected:
-    Form4& dialog() { return *desk_->form4(); }
+    Form4& dialog() { return *coordinator_->form4(); }
 
     /// A new sprite of that size and mode; its Import opened on the folder of the pictures.
     void open_dialog(int width = 4, int height = 4, int render_mode = 1) {
         click(main().elboton2);
-        Form2& form = *desk_->form2();
+        Form2& form = *coordinator_->form2();
         ui_driver::type_into(form.eltexto2, QString::number(width));
         ui_driver::type_into(form.eltexto3, QString::number(height));
         choose(*form.elcombo2.findChild<DropDownList*>("Combo1"), render_mode);
@@ -125,7 +125,7 @@ TEST_F(AddFramesTest, CancelGivesTheMainWindowBackAndChangesNothing) {
     open_dialog();
     select({0});
     click(dialog().elboton3);
-    EXPECT_EQ(desk_->form4(), nullptr);
+    EXPECT_EQ(coordinator_->form4(), nullptr);
     EXPECT_TRUE(main().isEnabled());
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(lines().size(), 0U);
@@ -391,7 +391,7 @@ TEST_F(AddFramesTest, WithNothingSelectedOkAsksForPicturesAndTheDialogStays) {
     open_dialog();
     import();
     EXPECT_EQ(services_.messages, std::vector<std::string>{"Select Picture/s To Add."});
-    ASSERT_NE(desk_->form4(), nullptr);
+    ASSERT_NE(coordinator_->form4(), nullptr);
     EXPECT_TRUE(dialog().isEnabled());
 }
 
@@ -414,8 +414,8 @@ TEST_F(AddFramesTest, SelectedPicturesBecomeFramesAndTheCommandsAreReleased) {
     }
     EXPECT_TRUE(hlspr::SpriteDirty);
     EXPECT_TRUE(main().isEnabled());
-    EXPECT_EQ(desk_->form4(), nullptr);
-    EXPECT_EQ(desk_->form6(), nullptr);
+    EXPECT_EQ(coordinator_->form4(), nullptr);
+    EXPECT_EQ(coordinator_->form6(), nullptr);
 }
 
 TEST_F(AddFramesTest, ResizedPicturesTakeTheSpritesSize) {
@@ -435,9 +435,9 @@ TEST_F(AddFramesTest, SettingTheSpriteChangesItsLabelsBeforeAnyPictureIsReadAndA
     select({0});
     std::string size_at_first_yield;
     services_.on_yield = [&] {
-        if (size_at_first_yield.empty() && desk_->form6() != nullptr) {
+        if (size_at_first_yield.empty() && coordinator_->form6() != nullptr) {
             size_at_first_yield = text(main().ellabel7.Caption());
-            click(desk_->form6()->elboton1);
+            click(coordinator_->form6()->elboton1);
         }
     };
     import();
@@ -461,7 +461,7 @@ TEST_F(AddFramesTest, TheProgressDialogCountsBothPassesAndNeverQuiteFills) {
     std::int32_t maximum = 0;
     bool opener_enabled = true;
     services_.on_yield = [&] {
-        if (Form6* progress = desk_->form6()) {
+        if (Form6* progress = coordinator_->form6()) {
             values.push_back(progress->Progressbar1.Value());
             maximum = progress->Progressbar1.Max();
             opener_enabled = dialog().isEnabled();
@@ -482,7 +482,7 @@ TEST_F(AddFramesTest, TheProgressDialogTellsThePhaseAndTheStepAndNobodyElseTakes
     std::vector<std::string> seen;
     bool others_enabled = false;
     services_.on_yield = [&] {
-        if (Form6* progress = desk_->form6()) {
+        if (Form6* progress = coordinator_->form6()) {
             seen.push_back(text(progress->Label1.Caption()) + " " + text(progress->Label2.Caption()));
             others_enabled = others_enabled || main().isEnabled() || dialog().isEnabled();
         }
@@ -536,11 +536,11 @@ TEST_F(AddFramesTest, TheFrameListShowsEachLineWhileTheImportRuns) {
 /// and the lines of the frame list.
 class WindowChanges {
   public:
-    explicit WindowChanges(Desk& desk) {
+    explicit WindowChanges(FormCoordinator& coordinator) {
         test::switch_accessibility_on(); // captions and bars tell of their changes
         changes().clear();
         before_ = QAccessible::installUpdateHandler(hear);
-        const ListBox& list = desk.form1().List1;
+        const ListBox& list = coordinator.form1().List1;
         connection_ =
             QObject::connect(list.model(), &QAbstractItemModel::rowsInserted, [&list](const auto&, int line) {
                 changes().push_back("line " + list.List(line).toStdString());
@@ -582,7 +582,7 @@ TEST_F(AddFramesTest, EachFrameIsToldInTheCaptionThenInTheListThenOnTheBar) {
     }
     open_dialog();
     select({0, 2});
-    const WindowChanges windows(*desk_);
+    const WindowChanges windows(*coordinator_);
     import();
     EXPECT_EQ(
         WindowChanges::changes(),
@@ -600,7 +600,7 @@ TEST_F(AddFramesTest, CancelWhileTheLastPictureIsAddedStillTellsOfSuccess) {
     open_dialog();
     select({0, 1});
     services_.on_yield = [&] {
-        Form6* progress = desk_->form6();
+        Form6* progress = coordinator_->form6();
         if (progress != nullptr && text(progress->Label2.Caption()) == "Frame 1") {
             click(progress->elboton1);
         }
@@ -690,14 +690,14 @@ TEST_F(ProgressTest, AfterAJobTheNextOpeningReads0Again) {
     open_dialog();
     select({0});
     services_.on_yield = [&] {
-        if (Form6* progress = desk_->form6()) {
+        if (Form6* progress = coordinator_->form6()) {
             click(progress->elboton1);
         }
     };
     import();
     std::string mark;
     services_.on_yield = [&] {
-        if (Form6* progress = desk_->form6()) {
+        if (Form6* progress = coordinator_->form6()) {
             mark = text(progress->Label3.Caption());
         }
     };

@@ -45,7 +45,7 @@ double contrast(QRgb one, QRgb other) {
 }
 
 QRgb rgb(Colour colour) {
-    return look::to_qcolor(colour).rgb();
+    return theme::to_qcolor(colour).rgb();
 }
 
 /// A text on the screen: what it is a text of, its colour and where it is painted in its window.
@@ -111,10 +111,10 @@ class Texts {
   private:
     void take(QWidget& widget) {
         if (auto* button = qobject_cast<elboton*>(&widget)) {
-            const bool armed = button->ForeColor() == look::highlight;
+            const bool armed = button->ForeColor() == theme::highlight;
             add_part(*button, "label", "Button" + state_of(*button) + (armed ? ", armed" : ""));
         } else if (auto* label = qobject_cast<ellabel*>(&widget)) {
-            const bool grey = label->ForeColor() == look::disabled_text;
+            const bool grey = label->ForeColor() == theme::disabled_text;
             add_part(*label, "Label2", grey ? "Label, grey" : "Label");
         } else if (auto* check = qobject_cast<elcheck*>(&widget)) {
             add_part(*check, "Label2", "Check box" + state_of(*check) + (check->Value() ? ", checked" : ""));
@@ -149,7 +149,7 @@ class Texts {
             add(*drop_down, "Drop-down list", drop_down->view()->palette().color(QPalette::Text).rgb(),
                 drop_down->rect().adjusted(4, 4, -20, -4));
             if (has_arrow) {
-                add(*drop_down, "Drop-down arrow", rgb(look::edge_light),
+                add(*drop_down, "Drop-down arrow", rgb(theme::edge_light),
                     QRect(drop_down->width() - 18, 2, 16, drop_down->height() - 4));
             }
         } else if (auto* combo = qobject_cast<elcombo*>(&widget)) {
@@ -182,9 +182,9 @@ class Texts {
     void take_label(Label& label) {
         if (label.kind() == Label::Kind::Text) {
             add(label, "Label", rgb(label.ForeColor()), label.rect());
-        } else if (label.property("inForce").isValid()) {
-            const bool in_force = label.property("inForce").toBool();
-            add(label, in_force ? "Stop or Play, in force" : "Stop or Play, not in force",
+        } else if (label.property("checkedState").isValid()) {
+            const bool checked = label.property("checkedState").toBool();
+            add(label, checked ? "Stop or Play, in force" : "Stop or Play, not in force",
                 rgb(label.ForeColor()), label.rect());
         } else {
             add(label, "Arrow", rgb(label.ForeColor()), label.rect());

@@ -11,9 +11,9 @@
 
 #include <gtest/gtest.h>
 
-#include "desktop/theme/theme.h"
 #include "desktop/forms/exit_picture/Form9.h"
 #include "desktop/forms/exit_picture/Form9_picture.h"
+#include "desktop/theme/theme.h"
 
 namespace varnoth {
 namespace {
@@ -28,7 +28,7 @@ QImage drawn_picture() {
     QImage image(width, height, QImage::Format_RGB32);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            image.setPixelColor(x, y, look::to_qcolor(surface.Point(x, y)));
+            image.setPixelColor(x, y, theme::to_qcolor(surface.Point(x, y)));
         }
     }
     return image;
@@ -43,7 +43,7 @@ QColor film_colour(int x, int y) {
     const bool on_film = y >= 14 && y < 182;
     const bool in_hole_row = (y >= 20 && y < 28) || (y >= 168 && y < 176);
     const bool in_hole = in_hole_row && x >= 5 && (x - 5) % 18 < 9;
-    return look::to_qcolor(on_film && !in_hole ? look::edge_dark : look::window_background);
+    return theme::to_qcolor(on_film && !in_hole ? theme::edge_dark : theme::window_background);
 }
 
 struct Stop {
@@ -122,27 +122,27 @@ TEST(ExitPicture, TheTitleEndsBelowTheFilmWithTheLastFrame) {
     QImage alone(width, height, QImage::Format_RGB32);
     alone.fill(Qt::black);
     QPainter painter(&alone);
-    QFont font = look::display_font(look::design_font());
+    QFont font = theme::display_font(theme::design_font());
     font.setPixelSize(34);
     painter.setFont(font);
-    painter.setPen(look::to_qcolor(look::light_text));
+    painter.setPen(theme::to_qcolor(theme::light_text));
     painter.drawText(QRect(0, title_top, frame_box(3).right() + 2, 60), Qt::AlignRight | Qt::AlignVCenter,
                      "Varnoth 1.0");
     painter.end();
-    const QColor light = look::to_qcolor(look::light_text);
+    const QColor light = theme::to_qcolor(theme::light_text);
     EXPECT_EQ(extent_of(drawn_picture(), light), extent_of(alone, light));
 }
 
 TEST(ExitPicture, TheTitleHasAShadowTwoPixelsToTheLowerRight) {
     const QImage image = drawn_picture();
-    const QColor light = look::to_qcolor(look::light_text);
+    const QColor light = theme::to_qcolor(theme::light_text);
     const QRect letters = extent_of(image, light);
     const QRect shadow = extent_of(image, Qt::black);
     EXPECT_EQ(shadow.bottomRight(), letters.bottomRight() + QPoint(2, 2));
     for (int y = letters.top(); y <= letters.bottom(); ++y) {
         for (int x = letters.left(); x <= letters.right(); ++x) {
             if (image.pixelColor(x, y) == light) {
-                ASSERT_NE(image.pixelColor(x + 2, y + 2), look::to_qcolor(look::window_background))
+                ASSERT_NE(image.pixelColor(x + 2, y + 2), theme::to_qcolor(theme::window_background))
                     << x << ", " << y;
             }
         }

@@ -16,7 +16,7 @@ class ExtractTest : public EditorTest {
   protected:
     ExtractTest() { std::filesystem::create_directory(out_); }
 
-    Form3& dialog() { return *desk_->form3(); }
+    Form3& dialog() { return *coordinator_->form3(); }
 
     void open_dialog() { click(main().elboton6); }
 
@@ -137,8 +137,8 @@ TEST_F(ExtractTest, WithNoLineSelectedNothingIsWrittenAndTheDialogsClose) {
     main().List1.SetSelected(0, false);
     extract();
     EXPECT_EQ(written(), std::vector<std::string>());
-    EXPECT_EQ(desk_->form3(), nullptr);
-    EXPECT_EQ(desk_->form6(), nullptr);
+    EXPECT_EQ(coordinator_->form3(), nullptr);
+    EXPECT_EQ(coordinator_->form6(), nullptr);
     EXPECT_TRUE(main().isEnabled());
     EXPECT_EQ(failures_, std::vector<std::string>());
 }
@@ -150,7 +150,7 @@ TEST_F(ExtractTest, WritesTheSelectedFramesUnderTheSpritesName) {
     EXPECT_EQ(written().size(), 12U);
     EXPECT_TRUE(file_exists(out_ + "/boom_0.bmp"));
     EXPECT_TRUE(file_exists(out_ + "/boom_10.bmp"));
-    EXPECT_EQ(desk_->form3(), nullptr);
+    EXPECT_EQ(coordinator_->form3(), nullptr);
     EXPECT_TRUE(main().isEnabled());
     EXPECT_EQ(services_.messages, std::vector<std::string>());
 }
@@ -220,8 +220,8 @@ TEST_F(ExtractTest, SkipWithAllFilesPresentWritesNothingAndTheBarStillFills) {
     std::int32_t most = -1;
     std::int32_t maximum = -1;
     services_.on_yield = [&] {
-        most = desk_->form6()->Progressbar1.Value();
-        maximum = desk_->form6()->Progressbar1.Max();
+        most = coordinator_->form6()->Progressbar1.Value();
+        maximum = coordinator_->form6()->Progressbar1.Max();
     };
     open_dialog();
     ui_driver::type_into(dialog().eltexto1, QString::fromStdString(out_));
@@ -247,7 +247,7 @@ TEST_F(ExtractTest, TheProgressDialogTellsTheFileAndItsOpenerIsDisabled) {
     std::vector<std::string> seen;
     bool opener_enabled = true;
     services_.on_yield = [&] {
-        Form6& progress = *desk_->form6();
+        Form6& progress = *coordinator_->form6();
         seen.push_back(text(progress.Label1.Caption()) + " " + text(progress.Label2.Caption()));
         opener_enabled = dialog().isEnabled();
     };
@@ -262,14 +262,14 @@ TEST_F(ExtractTest, CancelIsHeardAndEndsTheWalkAtTheNextLine) {
     open_sprite(5);
     select_all();
     services_.on_yield = [&] {
-        if (!written().empty() && desk_->form6()->elboton1.Enabled()) {
-            click(desk_->form6()->elboton1);
+        if (!written().empty() && coordinator_->form6()->elboton1.Enabled()) {
+            click(coordinator_->form6()->elboton1);
         }
     };
     extract();
     EXPECT_EQ(written(), std::vector<std::string>{"sprite_0.bmp"});
-    EXPECT_EQ(desk_->form6(), nullptr);
-    EXPECT_EQ(desk_->form3(), nullptr);
+    EXPECT_EQ(coordinator_->form6(), nullptr);
+    EXPECT_EQ(coordinator_->form3(), nullptr);
     EXPECT_TRUE(main().isEnabled());
 }
 
@@ -283,12 +283,12 @@ TEST_F(ExtractTest, CancelEndsAWalkThatTurnsInACircle) {
     int yields = 0;
     services_.on_yield = [&] {
         if (++yields == 200) {
-            click(desk_->form6()->elboton1);
+            click(coordinator_->form6()->elboton1);
         }
     };
     extract();
     EXPECT_GE(yields, 200);
-    EXPECT_EQ(desk_->form6(), nullptr);
+    EXPECT_EQ(coordinator_->form6(), nullptr);
     EXPECT_EQ(written(), std::vector<std::string>{"sprite_0.bmp"});
 }
 
@@ -297,10 +297,10 @@ TEST_F(ExtractTest, WithoutAFolderItAsksForOneAndOpensTheFolderDialog) {
     open_dialog();
     click(dialog().elboton2);
     EXPECT_EQ(services_.messages, std::vector<std::string>{"Select Output Folder First."});
-    ASSERT_NE(desk_->form5(), nullptr);
+    ASSERT_NE(coordinator_->form5(), nullptr);
     EXPECT_FALSE(dialog().isEnabled());
-    click(desk_->form5()->elboton2);
-    EXPECT_EQ(desk_->form5(), nullptr);
+    click(coordinator_->form5()->elboton2);
+    EXPECT_EQ(coordinator_->form5(), nullptr);
     EXPECT_TRUE(dialog().isEnabled());
     EXPECT_EQ(text(dialog().eltexto1.Text()), "");
 }
@@ -311,14 +311,14 @@ TEST_F(ExtractTest, AFolderThatDoesNotExistHasItsMessage) {
     ui_driver::type_into(dialog().eltexto1, QString::fromStdString(folder_.file("none")));
     click(dialog().elboton2);
     EXPECT_EQ(services_.messages, std::vector<std::string>{"Output Folder Doesnt Exist."});
-    EXPECT_NE(desk_->form5(), nullptr);
+    EXPECT_NE(coordinator_->form5(), nullptr);
 }
 
 TEST_F(ExtractTest, TheFolderDialogsOkGoesIntoTheBoxAndIsRememberedForTheRun) {
     open_sprite(1);
     open_dialog();
     click(dialog().elboton1);
-    Form5& folders = *desk_->form5();
+    Form5& folders = *coordinator_->form5();
     EXPECT_EQ(folders.size(), QSize(224, 325));
     EXPECT_EQ(text(folders.ellabel1.Caption()), "Select Extracting Folder:");
     ASSERT_TRUE(ui_driver::walk_to(folders.Dir1, QString::fromStdString(out_)));
@@ -327,7 +327,7 @@ TEST_F(ExtractTest, TheFolderDialogsOkGoesIntoTheBoxAndIsRememberedForTheRun) {
     EXPECT_EQ(hlspr::ExtractFolder, out_);
     EXPECT_TRUE(dialog().isEnabled());
     click(dialog().elboton3);
-    EXPECT_EQ(desk_->form3(), nullptr);
+    EXPECT_EQ(coordinator_->form3(), nullptr);
     EXPECT_TRUE(main().isEnabled());
     open_dialog();
     EXPECT_EQ(text(dialog().eltexto1.Text()), out_);
@@ -339,7 +339,7 @@ TEST_F(ExtractTest, TheFolderDialogOpensOnTheRememberedFolderAndNotOnTheTypedOne
     open_dialog();
     ui_driver::type_into(dialog().eltexto1, QString::fromStdString(folder_.path()));
     click(dialog().elboton1);
-    EXPECT_EQ(desk_->form5()->Dir1.Path(), out_);
+    EXPECT_EQ(coordinator_->form5()->Dir1.Path(), out_);
 }
 
 TEST_F(ExtractTest, WithoutAFolderInTheBoxTheFolderDialogDoesNotOpenOnTheRememberedOne) {
@@ -349,9 +349,9 @@ TEST_F(ExtractTest, WithoutAFolderInTheBoxTheFolderDialogDoesNotOpenOnTheRemembe
     for (const QString& typed : {QString(), QString::fromStdString(folder_.file("none"))}) {
         ui_driver::type_into(dialog().eltexto1, typed);
         click(dialog().elboton1);
-        EXPECT_EQ(desk_->form5()->Dir1.Path(), folder_.path()) << text(typed);
-        ASSERT_TRUE(ui_driver::walk_to(desk_->form5()->Dir1, "/"));
-        click(desk_->form5()->elboton2);
+        EXPECT_EQ(coordinator_->form5()->Dir1.Path(), folder_.path()) << text(typed);
+        ASSERT_TRUE(ui_driver::walk_to(coordinator_->form5()->Dir1, "/"));
+        click(coordinator_->form5()->elboton2);
         EXPECT_EQ(hlspr::ExtractFolder, out_) << "Cancel chooses nothing";
         EXPECT_EQ(dialog().eltexto1.Text(), typed);
     }
@@ -370,7 +370,7 @@ TEST_F(ExtractTest, AtFirstTheFolderDialogOpensAtTheSpritesFolder) {
     open_sprite(1);
     open_dialog();
     click(dialog().elboton1);
-    EXPECT_EQ(desk_->form5()->Dir1.Path(), folder_.path());
+    EXPECT_EQ(coordinator_->form5()->Dir1.Path(), folder_.path());
 }
 
 TEST_F(ExtractTest, ARememberedFolderThatIsGoneFails) {

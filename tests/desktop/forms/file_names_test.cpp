@@ -28,7 +28,7 @@ class FileNamesTest : public EditorTest {
         ASSERT_TRUE(ui_driver::walk_to(dialog().Dir1, text_of_path(odd_folder_)));
     }
 
-    Form4& dialog() { return *desk_->form4(); }
+    Form4& dialog() { return *coordinator_->form4(); }
 
     std::vector<std::string> names_in_odd_folder() const {
         std::vector<std::string> names = names_in(odd_folder_);
@@ -75,11 +75,11 @@ TEST_F(FileNamesTest, ADriveOfSuchANameIsOpened) {
 TEST_F(FileNamesTest, FramesAreExportedToAFolderOfSuchAName) {
     open(write_sprite("\xFC.spr", 1));
     click(main().elboton6);
-    click(desk_->form3()->elboton1);
-    ASSERT_TRUE(ui_driver::walk_to(desk_->form5()->Dir1, text_of_path(odd_folder_)));
-    click(desk_->form5()->elboton1);
+    click(coordinator_->form3()->elboton1);
+    ASSERT_TRUE(ui_driver::walk_to(coordinator_->form5()->Dir1, text_of_path(odd_folder_)));
+    click(coordinator_->form5()->elboton1);
     EXPECT_EQ(hlspr::ExtractFolder, odd_folder_);
-    click(desk_->form3()->elboton2);
+    click(coordinator_->form3()->elboton2);
     EXPECT_EQ(services_.messages, std::vector<std::string>());
     EXPECT_EQ(names_in_odd_folder(), std::vector<std::string>{"\xFC_0.bmp"});
 }
@@ -88,9 +88,9 @@ TEST_F(FileNamesTest, TheRememberedFolderOfSuchANameIsShownAgain) {
     open_sprite(1);
     hlspr::ExtractFolder = odd_folder_;
     click(main().elboton6);
-    EXPECT_EQ(path_of_text(desk_->form3()->eltexto1.Text()), odd_folder_);
-    click(desk_->form3()->elboton1);
-    EXPECT_EQ(desk_->form5()->Dir1.Path(), odd_folder_);
+    EXPECT_EQ(path_of_text(coordinator_->form3()->eltexto1.Text()), odd_folder_);
+    click(coordinator_->form3()->elboton1);
+    EXPECT_EQ(coordinator_->form5()->Dir1.Path(), odd_folder_);
 }
 
 TEST_F(FileNamesTest, ASpriteIsOpenedAndSavedUnderItsOwnBytes) {

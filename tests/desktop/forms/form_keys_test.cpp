@@ -16,12 +16,12 @@
 #include <qpa/qwindowsysteminterface.h>
 
 #include "core/base/RunTimeFailure.h"
+#include "desktop/forms/FormKeys.h"
+#include "desktop/services/exception_barrier.h"
 #include "desktop/widgets/DropDownList.h"
 #include "desktop/widgets/Label.h"
 #include "desktop/widgets/ListBox.h"
-#include "desktop/services/exception_barrier.h"
 #include "ui_driver/UiDriver.h"
-#include "desktop/forms/FormKeys.h"
 
 namespace varnoth {
 namespace {
@@ -71,7 +71,7 @@ class FormKeysTest : public testing::Test {
     FormKeys keys_{window_};
     int clicks_ = 0;
     std::vector<std::string> failures_;
-    FatalEndInstallation fatal_end_{
+    FatalErrorHandlerInstallation fatal_end_{
         [this](std::string_view name, std::string_view /*words*/) { failures_.emplace_back(name); }};
 };
 

@@ -111,8 +111,8 @@ class KeyboardTest : public EditorTest {
             const auto count = [this] { ++count_; };
             if (auto* const button = qobject_cast<elboton*>(&control)) {
                 QObject::connect(button, &elboton::Click, &context_, count);
-            } else if (auto* const mark = qobject_cast<MarkControl*>(&control)) {
-                QObject::connect(mark, &MarkControl::Click, &context_, count);
+            } else if (auto* const mark = qobject_cast<CheckableControl*>(&control)) {
+                QObject::connect(mark, &CheckableControl::Click, &context_, count);
             } else if (auto* const label = qobject_cast<Label*>(&control)) {
                 QObject::connect(label, &Label::Click, &context_, count);
             } else if (auto* const panel = qobject_cast<elpanel*>(&control)) {
@@ -222,7 +222,7 @@ TEST_F(KeyboardTest, EveryControlThatIsClickedHasAKey) {
             const auto* const label = qobject_cast<Label*>(control);
             const auto* const panel = qobject_cast<elpanel*>(control);
             const bool is_clicked = qobject_cast<elboton*>(control) != nullptr ||
-                                    qobject_cast<MarkControl*>(control) != nullptr ||
+                                    qobject_cast<CheckableControl*>(control) != nullptr ||
                                     qobject_cast<DropDownList*>(control) != nullptr ||
                                     (label != nullptr && label->kind() == Label::Kind::Symbol) ||
                                     (panel != nullptr && panel->Cerrar());
@@ -330,21 +330,21 @@ TEST_F(KeyboardTest, AssistiveTechnologyIsToldTheKeyOfEachKindOfControl) {
 TEST_F(KeyboardTest, MainWindowOpensItsDialogsAndHasNoKeysBehindThem) {
     open_sprite(2);
     press(main(), Qt::Key_N, Qt::ControlModifier);
-    ASSERT_NE(desk_->form2(), nullptr);
+    ASSERT_NE(coordinator_->form2(), nullptr);
     press(main(), Qt::Key_I, Qt::ControlModifier);
-    EXPECT_EQ(desk_->form4(), nullptr);
-    press(*desk_->form2(), Qt::Key_Escape);
+    EXPECT_EQ(coordinator_->form4(), nullptr);
+    press(*coordinator_->form2(), Qt::Key_Escape);
     ui_driver::settle();
-    EXPECT_EQ(desk_->form2(), nullptr);
+    EXPECT_EQ(coordinator_->form2(), nullptr);
     press(main(), Qt::Key_I, Qt::ControlModifier);
-    EXPECT_NE(desk_->form4(), nullptr);
+    EXPECT_NE(coordinator_->form4(), nullptr);
 }
 
 TEST_F(KeyboardTest, CtrlEInThePathBoxExports) {
     open_sprite(1);
     main().eltexto1.Text1().setFocus();
     press(main(), Qt::Key_E, Qt::ControlModifier);
-    EXPECT_NE(desk_->form3(), nullptr);
+    EXPECT_NE(coordinator_->form3(), nullptr);
 }
 
 TEST_F(KeyboardTest, LettersInThePathBoxAreTyped) {
@@ -365,14 +365,14 @@ TEST_F(KeyboardTest, KeyInThePathBoxStillRaisesKeyDown) {
     press(main(), Qt::Key_Return);
     press(main(), Qt::Key_Escape);
     EXPECT_EQ(keys, (std::vector<int>{13, 27}));
-    EXPECT_EQ(desk_->form7(), nullptr);
+    EXPECT_EQ(coordinator_->form7(), nullptr);
 }
 
 TEST_F(KeyboardTest, ReturnOnTheFrameListOpensThePreview) {
     open_sprite(2);
     main().List1.setFocus();
     press(main(), Qt::Key_Return);
-    ASSERT_NE(desk_->form7(), nullptr);
+    ASSERT_NE(coordinator_->form7(), nullptr);
     EXPECT_FALSE(main().isEnabled());
 }
 
@@ -400,21 +400,21 @@ TEST_F(KeyboardTest, CtrlQEndsTheProgram) {
 TEST_F(KeyboardTest, NewSpriteTakesReturnInEveryFieldForOk) {
     for (int tabs = 0; tabs < 5; ++tabs) {
         press(main(), Qt::Key_N, Qt::ControlModifier);
-        ASSERT_NE(desk_->form2(), nullptr);
+        ASSERT_NE(coordinator_->form2(), nullptr);
         ui_driver::settle();
         for (int i = 0; i < tabs; ++i) {
-            press(*desk_->form2(), Qt::Key_Tab);
+            press(*coordinator_->form2(), Qt::Key_Tab);
         }
-        press(*desk_->form2(), Qt::Key_Return);
+        press(*coordinator_->form2(), Qt::Key_Return);
         ui_driver::settle();
-        EXPECT_EQ(desk_->form2(), nullptr) << tabs;
+        EXPECT_EQ(coordinator_->form2(), nullptr) << tabs;
         EXPECT_EQ(enabled_buttons(), test::new_without_frames);
     }
 }
 
 TEST_F(KeyboardTest, OpenDropDownListTakesReturnAndEscape) {
     press(main(), Qt::Key_N, Qt::ControlModifier);
-    Form2& dialog = *desk_->form2();
+    Form2& dialog = *coordinator_->form2();
     ui_driver::settle();
     for (const auto& [key, chosen] : {std::pair{Qt::Key_Return, 3}, std::pair{Qt::Key_Escape, 3}}) {
         press(dialog, Qt::Key_T, Qt::AltModifier);
@@ -425,33 +425,33 @@ TEST_F(KeyboardTest, OpenDropDownListTakesReturnAndEscape) {
         EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
         EXPECT_EQ(dialog.elcombo1.GetListIndex(), chosen);
         EXPECT_EQ(QApplication::focusWidget(), &dialog.elcombo1.Combo1());
-        EXPECT_EQ(desk_->form2(), &dialog);
+        EXPECT_EQ(coordinator_->form2(), &dialog);
     }
 }
 
 TEST_F(KeyboardTest, FolderListTakesReturnAndLeavesItWithCtrl) {
     open_sprite(1);
     press(main(), Qt::Key_E, Qt::ControlModifier);
-    press(*desk_->form3(), Qt::Key_D, Qt::AltModifier);
-    ASSERT_NE(desk_->form5(), nullptr);
-    Form5& dialog = *desk_->form5();
+    press(*coordinator_->form3(), Qt::Key_D, Qt::AltModifier);
+    ASSERT_NE(coordinator_->form5(), nullptr);
+    Form5& dialog = *coordinator_->form5();
     ui_driver::settle();
     dialog.Dir1.SetPath(folder_.path());
     dialog.Dir1.setFocus();
     press(dialog, Qt::Key_Home);
     press(dialog, Qt::Key_Return);
-    ASSERT_EQ(desk_->form5(), &dialog);
+    ASSERT_EQ(coordinator_->form5(), &dialog);
     EXPECT_EQ(dialog.Dir1.Path(), "/");
     press(dialog, Qt::Key_Return, Qt::ControlModifier);
     ui_driver::settle();
-    EXPECT_EQ(desk_->form5(), nullptr);
-    EXPECT_EQ(text(desk_->form3()->eltexto1.Text()), "/");
+    EXPECT_EQ(coordinator_->form5(), nullptr);
+    EXPECT_EQ(text(coordinator_->form3()->eltexto1.Text()), "/");
 }
 
 TEST_F(KeyboardTest, KeysOfTheFormatShowAndSetTheirChoices) {
     open_sprite(1);
     press(main(), Qt::Key_E, Qt::ControlModifier);
-    Form3& dialog = *desk_->form3();
+    Form3& dialog = *coordinator_->form3();
     ui_driver::settle();
     press(dialog, Qt::Key_C, Qt::AltModifier); // hidden
     EXPECT_FALSE(dialog.elcheck1.Value());
@@ -472,7 +472,7 @@ TEST_F(KeyboardTest, PreviewPlaysStopsAndChangesItsSpeed) {
     open_sprite(2);
     main().List1.setFocus();
     press(main(), Qt::Key_Return);
-    Form7& dialog = *desk_->form7();
+    Form7& dialog = *coordinator_->form7();
     ui_driver::settle();
     press(dialog, Qt::Key_Space);
     EXPECT_TRUE(dialog.Timer1.isActive());
@@ -485,7 +485,7 @@ TEST_F(KeyboardTest, PreviewPlaysStopsAndChangesItsSpeed) {
     EXPECT_EQ(text(dialog.Label5.Caption()), "16 fps");
     press(dialog, Qt::Key_Escape);
     ui_driver::settle();
-    EXPECT_EQ(desk_->form7(), nullptr);
+    EXPECT_EQ(coordinator_->form7(), nullptr);
     EXPECT_TRUE(main().isEnabled());
 }
 
@@ -496,7 +496,7 @@ TEST_F(KeyboardTest, SpeedOf0ByTheKeyEndsTheProgram) {
     ui_driver::settle();
     for (int i = 0; i < 15; ++i) {
         EXPECT_TRUE(failures_.empty());
-        press(*desk_->form7(), Qt::Key_Left);
+        press(*coordinator_->form7(), Qt::Key_Left);
     }
     EXPECT_EQ(failures_, std::vector<std::string>{"DivisionByZero"});
 }
@@ -505,13 +505,13 @@ TEST_F(KeyboardTest, SpeedOf0ByTheKeyEndsTheProgram) {
 
 class ImportKeysTest : public EditorTest {
   protected:
-    Form4& dialog() { return *desk_->form4(); }
+    Form4& dialog() { return *coordinator_->form4(); }
 
     /// Import of a new sprite in a mode with a transparent colour, on the folder of the pictures.
     void open_dialog() {
         press(main(), Qt::Key_N, Qt::ControlModifier);
-        ui_driver::choose(desk_->form2()->elcombo2.Combo1(), 3);
-        press(*desk_->form2(), Qt::Key_Return);
+        ui_driver::choose(coordinator_->form2()->elcombo2.Combo1(), 3);
+        press(*coordinator_->form2(), Qt::Key_Return);
         press(main(), Qt::Key_I, Qt::ControlModifier);
         ui_driver::settle();
         dialog().Dir1.SetPath(pictures_.path());
@@ -538,7 +538,7 @@ TEST_F(ImportKeysTest, EscapeDuringTheImportAbortsIt) {
     bool pressed = false;
     bool disabled = false;
     services_.on_yield = [&] {
-        Form6* const progress = desk_->form6();
+        Form6* const progress = coordinator_->form6();
         if (progress != nullptr && text(progress->Label2.Caption()) == "Frame 1" && !pressed) {
             pressed = true;
             press(*progress, Qt::Key_Escape);
@@ -581,7 +581,7 @@ TEST_F(ImportKeysTest, ArmedPickerMovesByArrowsAndTakesByReturn) {
     press(dialog(), Qt::Key_Return);
     EXPECT_TRUE(dialog().TransparentPicked);
     EXPECT_EQ(transparent(), green);
-    EXPECT_NE(desk_->form4(), nullptr);
+    EXPECT_NE(coordinator_->form4(), nullptr);
     EXPECT_EQ(dialog().elboton1.ForeColor(), 0xD3DED8);
 }
 

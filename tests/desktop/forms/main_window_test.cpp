@@ -19,7 +19,7 @@ class MainWindowTest : public EditorTest {
     /// OK of the New Sprite dialog, with its defaults.
     void make_new_sprite() {
         click(main().elboton2);
-        click(desk_->form2()->elboton2);
+        click(coordinator_->form2()->elboton2);
     }
 
     /// A sprite that was never saved and has a frame.
@@ -378,9 +378,9 @@ TEST_F(MainWindowTest, BehindADialogTheWindowDoesNotClose) {
 
 TEST_F(MainWindowTest, ADialogThatHasNoCloseBoxDoesNotCloseByTheWindowManager) {
     click(main().elboton2);
-    desk_->form2()->close();
-    ASSERT_NE(desk_->form2(), nullptr);
-    EXPECT_TRUE(desk_->form2()->isVisible());
+    coordinator_->form2()->close();
+    ASSERT_NE(coordinator_->form2(), nullptr);
+    EXPECT_TRUE(coordinator_->form2()->isVisible());
 }
 
 TEST_F(MainWindowTest, AnImportedListThatIsLongerThanTheSpriteIsShownWithoutDrawing) {
@@ -398,9 +398,9 @@ TEST_F(MainWindowTest, ALargeSpriteLeavesTheEdgeAroundThePictureFree) {
     open(write_sprite("large.spr", 1, 300, 280));
     EXPECT_EQ(main().Picture1.size(), QSize(300, 280));
     const QImage image = main().elframe5.grab().toImage();
-    EXPECT_EQ(image.pixelColor(257, 100), look::to_qcolor(look::edge_light));
-    EXPECT_EQ(image.pixelColor(100, 257), look::to_qcolor(look::edge_light));
-    EXPECT_EQ(image.pixelColor(256, 256), look::to_qcolor(colour_of_frame(0)));
+    EXPECT_EQ(image.pixelColor(257, 100), theme::to_qcolor(theme::edge_light));
+    EXPECT_EQ(image.pixelColor(100, 257), theme::to_qcolor(theme::edge_light));
+    EXPECT_EQ(image.pixelColor(256, 256), theme::to_qcolor(colour_of_frame(0)));
 }
 
 } // namespace

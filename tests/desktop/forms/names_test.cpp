@@ -11,7 +11,7 @@ using NamesTest = test::EditorTest;
 TEST_F(NamesTest, TheGroundBehindThePreviewOfAPictureHasOne) {
     open_sprite(1);
     ui_driver::click(main().elboton4);
-    const QWidget* const ground = desk_->form4()->findChild<QWidget*>("Picture3");
+    const QWidget* const ground = coordinator_->form4()->findChild<QWidget*>("Picture3");
     ASSERT_NE(ground, nullptr);
     EXPECT_EQ(ground->geometry(), QRect(1, 1, 256, 256));
 }

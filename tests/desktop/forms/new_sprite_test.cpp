@@ -11,7 +11,7 @@ class NewSpriteTest : public EditorTest {
   protected:
     NewSpriteTest() { click(main().elboton2); }
 
-    Form2& dialog() { return *desk_->form2(); }
+    Form2& dialog() { return *coordinator_->form2(); }
 
     void type_size(const QString& width, const QString& height) {
         ui_driver::type_into(dialog().eltexto2, width);
@@ -64,7 +64,7 @@ TEST_F(NewSpriteTest, OkMakesAnEmptySpriteAndResetsTheMainWindow) {
     ui_driver::type_into(dialog().eltexto1, "spark");
     type_size("48", "33");
     ok();
-    EXPECT_EQ(desk_->form2(), nullptr);
+    EXPECT_EQ(coordinator_->form2(), nullptr);
     EXPECT_TRUE(main().isEnabled());
     EXPECT_EQ(enabled_buttons(), new_without_frames);
     EXPECT_EQ(text(main().ellabel8.Caption()), "spark");
@@ -84,7 +84,7 @@ TEST_F(NewSpriteTest, CancelTouchesNothing) {
     const std::int32_t width = header().Width;
     type_size("99", "99");
     click(dialog().elboton1);
-    EXPECT_EQ(desk_->form2(), nullptr);
+    EXPECT_EQ(coordinator_->form2(), nullptr);
     EXPECT_TRUE(main().isEnabled());
     EXPECT_EQ(enabled_buttons(), at_start);
     EXPECT_EQ(header().Width, width);
@@ -129,7 +129,7 @@ TEST_F(NewSpriteTest, ASizeBeyond32BitsIsAnOverflowAfterTheMainWindowIsReset) {
     EXPECT_EQ(text(main().eltexto1.Text()), "Untitled");
     EXPECT_TRUE(main().isEnabled());
     EXPECT_TRUE(hlspr::SpriteDirty);
-    EXPECT_NE(desk_->form2(), nullptr);
+    EXPECT_NE(coordinator_->form2(), nullptr);
 }
 
 TEST_F(NewSpriteTest, UnsavedChangesAreLostWithoutAQuestion) {
@@ -142,7 +142,7 @@ TEST_F(NewSpriteTest, UnsavedChangesAreLostWithoutAQuestion) {
     EXPECT_EQ(lines().size(), 0U);
     EXPECT_FALSE(hlspr::SpriteDirty);
     EXPECT_FALSE(main().elboton3.Enabled());
-    EXPECT_EQ(shown(), static_cast<Colour>(look::field_background)); // the picture is cleared
+    EXPECT_EQ(shown(), static_cast<Colour>(theme::field_background)); // the picture is cleared
 }
 
 } // namespace

@@ -12,7 +12,7 @@ using ui_driver::click;
 
 class PreviewTest : public EditorTest {
   protected:
-    Form7& dialog() { return *desk_->form7(); }
+    Form7& dialog() { return *coordinator_->form7(); }
 
     void open_preview(int frames) {
         open_sprite(frames);
@@ -59,7 +59,7 @@ TEST_F(PreviewTest, OpensStoppedAt15FramesASecondWithTheFirstFrame) {
 
 TEST_F(PreviewTest, WithoutFramesNothingOpens) {
     ui_driver::double_click(main().Picture1);
-    EXPECT_EQ(desk_->form7(), nullptr);
+    EXPECT_EQ(coordinator_->form7(), nullptr);
     EXPECT_TRUE(main().isEnabled());
 }
 
@@ -158,7 +158,7 @@ TEST_F(PreviewTest, TheCloseBoxGivesTheMainWindowBackAndTheNextOpeningStartsAnew
     click(dialog().Label3);
     click(dialog().Label2);
     ui_driver::click_at(dialog().elpanel1, {281 - 26 + 9, 17});
-    EXPECT_EQ(desk_->form7(), nullptr);
+    EXPECT_EQ(coordinator_->form7(), nullptr);
     EXPECT_TRUE(main().isEnabled());
     ui_driver::double_click(main().Picture1);
     EXPECT_EQ(text(dialog().Label5.Caption()), "15 fps");

@@ -17,13 +17,13 @@ class TransparentImport : public test::EditorTest {
     void import(int render_mode) {
         pictures_.add_bmp("a.bmp", 2, 1, {red, green});
         click(main().elboton2);
-        Form2& form = *desk_->form2();
+        Form2& form = *coordinator_->form2();
         ui_driver::type_into(form.eltexto2, "2");
         ui_driver::type_into(form.eltexto3, "1");
         choose(*form.elcombo2.findChild<DropDownList*>("Combo1"), render_mode);
         click(form.elboton2);
         click(main().elboton4);
-        Form4& dialog = *desk_->form4();
+        Form4& dialog = *coordinator_->form4();
         ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
         ui_driver::click_line(dialog.File1, 0);
         click(dialog.elboton2);

@@ -14,10 +14,10 @@
 
 #include "core/base/RunTimeFailure.h"
 #include "desktop/forms/EditorTest.h"
+#include "desktop/forms/exit_picture/Form9.h"
 #include "desktop/services/QtMessageBoxes.h"
 #include "desktop/theme/theme.h"
 #include "support/PictureFolder.h"
-#include "desktop/forms/exit_picture/Form9.h"
 
 namespace varnoth {
 namespace {
@@ -36,13 +36,14 @@ QImage installed_icon(int size) {
 TEST_F(WindowsTest, HaveNoSystemTitleBarButATitle) {
     EXPECT_TRUE(main().windowFlags().testFlag(Qt::FramelessWindowHint));
     click(main().elboton2);
-    EXPECT_TRUE(desk_->form2()->windowFlags().testFlag(Qt::FramelessWindowHint));
-    EXPECT_EQ(text(desk_->form2()->windowTitle()), "New Sprite");
+    EXPECT_TRUE(coordinator_->form2()->windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_EQ(text(coordinator_->form2()->windowTitle()), "New Sprite");
 }
 
 TEST_F(WindowsTest, AllShowTheProgramsIconInTheSizesOfTaskBars) {
     click(main().elboton2);
-    for (const QWidget* window : {static_cast<QWidget*>(&main()), static_cast<QWidget*>(desk_->form2())}) {
+    for (const QWidget* window :
+         {static_cast<QWidget*>(&main()), static_cast<QWidget*>(coordinator_->form2())}) {
         EXPECT_EQ(window->windowIcon().availableSizes().size(), 5);
         for (const int size : {16, 24, 32, 48, 64}) {
             const QImage drawn = window->windowIcon().pixmap(QSize(size, size)).toImage();
@@ -56,15 +57,15 @@ TEST_F(WindowsTest, ShareOneIconHoweverOftenTheyOpen) {
     const qint64 icon = main().windowIcon().cacheKey();
     for (int opening = 0; opening < 3; ++opening) {
         click(main().elboton2);
-        EXPECT_EQ(desk_->form2()->windowIcon().cacheKey(), icon);
-        click(desk_->form2()->elboton1);
+        EXPECT_EQ(coordinator_->form2()->windowIcon().cacheKey(), icon);
+        click(coordinator_->form2()->elboton1);
     }
 }
 
 TEST_F(WindowsTest, ADialogStandsAboveItsOwnerAndCentredOnIt) {
     main().move(40, 60);
     click(main().elboton2);
-    Form2& dialog = *desk_->form2();
+    Form2& dialog = *coordinator_->form2();
     EXPECT_EQ(dialog.windowHandle()->transientParent(), main().windowHandle());
     EXPECT_EQ(dialog.geometry().center(), main().geometry().center());
 }
@@ -77,7 +78,7 @@ TEST_F(WindowsTest, AWindowThatWouldOpenOffTheScreenOpensOnIt) {
     EXPECT_EQ(place_on_screen({50, 50}, {1000, 700}, screen), QPoint(0, 0)); // its title stays in reach
     main().move(-560, -470);
     click(main().elboton2);
-    EXPECT_TRUE(main().screen()->availableGeometry().contains(desk_->form2()->geometry()));
+    EXPECT_TRUE(main().screen()->availableGeometry().contains(coordinator_->form2()->geometry()));
 }
 
 TEST_F(WindowsTest, ADisabledWindowLooksAsBefore) {
@@ -95,7 +96,7 @@ TEST_F(WindowsTest, AListThatIsItselfDisabledIsGrey) {
     main().List1.SetEnabled(false);
     EXPECT_EQ(main().List1.palette().color(QPalette::Text), QColor(128, 128, 128));
     main().List1.SetEnabled(true);
-    EXPECT_EQ(main().List1.palette().color(QPalette::Text), look::to_qcolor(look::light_text));
+    EXPECT_EQ(main().List1.palette().color(QPalette::Text), theme::to_qcolor(theme::light_text));
 }
 
 TEST_F(WindowsTest, EveryControlIsFoundByItsGivenName) {
@@ -105,7 +106,7 @@ TEST_F(WindowsTest, EveryControlIsFoundByItsGivenName) {
         EXPECT_NE(main().findChild<QWidget*>(name), nullptr) << name;
     }
     for (const char* name : {"ellabel1(4)", "elcombo1", "eltexto3", "elboton2"}) {
-        EXPECT_NE(desk_->form2()->findChild<QWidget*>(name), nullptr) << name;
+        EXPECT_NE(coordinator_->form2()->findChild<QWidget*>(name), nullptr) << name;
     }
 }
 
@@ -144,17 +145,17 @@ TEST_F(WindowsTest, StandWhereTheyWereDesigned) {
 
 TEST_F(WindowsTest, WearTheStatedColours) {
     const QImage image = main().grab().toImage();
-    EXPECT_EQ(image.pixelColor(3, 30), QColor(76, 88, 68));                  // window
-    EXPECT_EQ(image.pixelColor(0, 200), look::to_qcolor(look::edge_light));  // its left edge
-    EXPECT_EQ(image.pixelColor(574, 200), look::to_qcolor(look::edge_dark)); // its right edge
-    EXPECT_EQ(image.pixelColor(7, 50), look::to_qcolor(look::edge_dark));    // a frame is sunken
-    EXPECT_EQ(image.pixelColor(567, 50), look::to_qcolor(look::edge_light));
-    EXPECT_EQ(image.pixelColor(7 + 378, 35 + 12), look::to_qcolor(look::edge_light)); // a button is raised
-    EXPECT_EQ(image.pixelColor(7 + 378 + 55, 35 + 12), look::to_qcolor(look::edge_dark));
+    EXPECT_EQ(image.pixelColor(3, 30), QColor(76, 88, 68));                    // window
+    EXPECT_EQ(image.pixelColor(0, 200), theme::to_qcolor(theme::edge_light));  // its left edge
+    EXPECT_EQ(image.pixelColor(574, 200), theme::to_qcolor(theme::edge_dark)); // its right edge
+    EXPECT_EQ(image.pixelColor(7, 50), theme::to_qcolor(theme::edge_dark));    // a frame is sunken
+    EXPECT_EQ(image.pixelColor(567, 50), theme::to_qcolor(theme::edge_light));
+    EXPECT_EQ(image.pixelColor(7 + 378, 35 + 12), theme::to_qcolor(theme::edge_light)); // a button is raised
+    EXPECT_EQ(image.pixelColor(7 + 378 + 55, 35 + 12), theme::to_qcolor(theme::edge_dark));
     EXPECT_EQ(image.pixelColor(7 + 378 + 2, 35 + 8), QColor(76, 88, 68));
 }
 
-/// Every dialog, made as the desk makes it, with the texts that it shows at its fullest.
+/// Every dialog, made as the coordinator makes it, with the texts that it shows at its fullest.
 class AllWindows {
   public:
     explicit AllWindows(Form1& main) : form2(main), form3(main), form4(main), form7(main) {
@@ -176,7 +177,7 @@ class AllWindows {
 
 /// Where the ink of a text ends: the empty space behind its last letter may be cut.
 double ink_end(const QFont& font, const QString& words) {
-    return std::ceil(QFontMetricsF(look::display_font(font)).tightBoundingRect(words).right());
+    return std::ceil(QFontMetricsF(theme::display_font(font)).tightBoundingRect(words).right());
 }
 
 /// Where a control's caption ends, and where it may end at most; the first is 0 for a control without one.
@@ -345,7 +346,7 @@ TEST_F(WindowsTest, AFailureInAMessageBoxWithinAnImportReachesTheEnd) {
     const ServicesInstallation real_boxes({&boxes, nullptr, nullptr, nullptr});
     open_sprite(1);
     click(main().elboton4);
-    Form4& dialog = *desk_->form4();
+    Form4& dialog = *coordinator_->form4();
     ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures.path())));
     ui_driver::click_line(dialog.File1, 0);
 
@@ -357,7 +358,7 @@ TEST_F(WindowsTest, AFailureInAMessageBoxWithinAnImportReachesTheEnd) {
     QTimer::singleShot(0, [&] {
         auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         ASSERT_NE(box, nullptr);
-        ASSERT_NE(desk_->form4(), nullptr); // the import is not over
+        ASSERT_NE(coordinator_->form4(), nullptr); // the import is not over
         event.start(0);
         ASSERT_TRUE(QTest::qWaitFor([&] { return !event.isActive(); }));
         told_in_box = failures_ == std::vector<std::string>{"Overflow"} && box->isVisible();

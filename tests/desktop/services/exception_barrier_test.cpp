@@ -21,21 +21,21 @@ namespace {
 
 using Ends = std::vector<std::pair<std::string, std::string>>;
 
-class EventEdge : public testing::Test {
+class ExceptionBarrier : public testing::Test {
   protected:
     Ends ends_;
-    FatalEndInstallation installation_{
+    FatalErrorHandlerInstallation installation_{
         [this](std::string_view name, std::string_view words) { ends_.emplace_back(name, words); }};
 };
 
-TEST_F(EventEdge, AFailureInAHandlerReachesTheInstalledEndWithItsNameAndWords) {
+TEST_F(ExceptionBarrier, AFailureInAHandlerReachesTheInstalledEndWithItsNameAndWords) {
     QLineEdit field;
     on_event(&field, &QLineEdit::textChanged, &field, [] { fail(Failure::SubscriptOutOfRange); });
     field.setText("a");
     EXPECT_EQ(ends_, (Ends{{"SubscriptOutOfRange", "Subscript out of range"}}));
 }
 
-TEST_F(EventEdge, AFailureInANestedEventLoopReachesTheEndThereAndPassesNoLoop) {
+TEST_F(ExceptionBarrier, AFailureInANestedEventLoopReachesTheEndThereAndPassesNoLoop) {
     QLineEdit field;
     bool went_on = false;
     on_event(&field, &QLineEdit::textChanged, &field, [&] {
@@ -56,26 +56,26 @@ TEST_F(EventEdge, AFailureInANestedEventLoopReachesTheEndThereAndPassesNoLoop) {
     EXPECT_TRUE(went_on);
 }
 
-TEST_F(EventEdge, MemoryThatCannotBeHadIsOutOfMemory) {
-    at_event_edge([] { throw std::bad_alloc(); });
-    at_event_edge([] { throw std::length_error("too long"); });
+TEST_F(ExceptionBarrier, MemoryThatCannotBeHadIsOutOfMemory) {
+    guard_event([] { throw std::bad_alloc(); });
+    guard_event([] { throw std::length_error("too long"); });
     const std::pair<std::string, std::string> end{"OutOfMemory", words_of(Failure::OutOfMemory)};
     EXPECT_EQ(ends_, (Ends{end, end}));
 }
 
-TEST_F(EventEdge, AnyOtherExceptionIsToldInItsOwnWords) {
-    at_event_edge([] { throw std::runtime_error("the words"); });
+TEST_F(ExceptionBarrier, AnyOtherExceptionIsToldInItsOwnWords) {
+    guard_event([] { throw std::runtime_error("the words"); });
     EXPECT_EQ(ends_, (Ends{{"Exception", "the words"}}));
 }
 
-TEST_F(EventEdge, WorkThatGoesThroughEndsNothing) {
+TEST_F(ExceptionBarrier, WorkThatGoesThroughEndsNothing) {
     int runs = 0;
-    at_event_edge([&] { ++runs; });
+    guard_event([&] { ++runs; });
     EXPECT_EQ(runs, 1);
     EXPECT_TRUE(ends_.empty());
 }
 
-TEST_F(EventEdge, AHandlerTakesAsManyArgumentsAsItLikes) {
+TEST_F(ExceptionBarrier, AHandlerTakesAsManyArgumentsAsItLikes) {
     QLineEdit field;
     std::vector<std::string> taken;
     on_event(&field, &QLineEdit::textChanged, &field, [&] { taken.emplace_back("none"); });
@@ -85,7 +85,7 @@ TEST_F(EventEdge, AHandlerTakesAsManyArgumentsAsItLikes) {
     EXPECT_EQ(taken, (std::vector<std::string>{"none", "all"}));
 }
 
-TEST_F(EventEdge, AHandlerIsGoneWithItsContext) {
+TEST_F(ExceptionBarrier, AHandlerIsGoneWithItsContext) {
     QLineEdit field;
     int runs = 0;
     {
@@ -97,52 +97,52 @@ TEST_F(EventEdge, AHandlerIsGoneWithItsContext) {
     EXPECT_EQ(runs, 1);
 }
 
-TEST(EventEdgeEnding, NothingMoreRunsWhileAFailureIsTold) {
+TEST(FatalErrorHandling, NothingMoreRunsWhileAFailureIsTold) {
     QLineEdit field;
     int later_runs = 0;
     on_event(&field, &QLineEdit::textChanged, &field, [&] { ++later_runs; });
     bool was_ending = false;
-    const FatalEndInstallation installation([&](std::string_view, std::string_view) {
-        was_ending = is_ending();
+    const FatalErrorHandlerInstallation installation([&](std::string_view, std::string_view) {
+        was_ending = is_handling_fatal_error();
         field.setText("while it is told"); // as a message box's event loop would
     });
-    EXPECT_FALSE(is_ending());
-    at_event_edge([] { fail(Failure::Overflow); });
+    EXPECT_FALSE(is_handling_fatal_error());
+    guard_event([] { fail(Failure::Overflow); });
     EXPECT_TRUE(was_ending);
     EXPECT_EQ(later_runs, 0);
-    EXPECT_FALSE(is_ending());
+    EXPECT_FALSE(is_handling_fatal_error());
 }
 
-TEST(EventEdgeEnding, WhileAFailureIsToldWindowsArePaintedAndAFurtherFailureIsPassedOver) {
+TEST(FatalErrorHandling, WhileAFailureIsToldWindowsArePaintedAndAFurtherFailureIsPassedOver) {
     int told = 0;
     int painted = 0;
-    const FatalEndInstallation installation([&](std::string_view, std::string_view) {
+    const FatalErrorHandlerInstallation installation([&](std::string_view, std::string_view) {
         ++told;
-        at_paint_edge([&] { ++painted; });
-        at_paint_edge([] { fail(Failure::DivisionByZero); });
+        guard_paint([&] { ++painted; });
+        guard_paint([] { fail(Failure::DivisionByZero); });
     });
-    at_event_edge([] { fail(Failure::Overflow); });
+    guard_event([] { fail(Failure::Overflow); });
     EXPECT_EQ(painted, 1);
     EXPECT_EQ(told, 1);
 }
 
-TEST(EventEdgeEnding, AFailureWhilePaintingIsFatalToo) {
+TEST(FatalErrorHandling, AFailureWhilePaintingIsFatalToo) {
     std::string name;
-    const FatalEndInstallation installation(
+    const FatalErrorHandlerInstallation installation(
         [&](std::string_view failure, std::string_view) { name = failure; });
-    at_paint_edge([] { fail(Failure::DivisionByZero); });
+    guard_paint([] { fail(Failure::DivisionByZero); });
     EXPECT_EQ(name, "DivisionByZero");
 }
 
-TEST(EventEdgeEnding, TheEndBeforeComesBackAfterAnInstallation) {
+TEST(FatalErrorHandling, TheEndBeforeComesBackAfterAnInstallation) {
     int outer = 0;
     int inner = 0;
-    const FatalEndInstallation first([&](std::string_view, std::string_view) { ++outer; });
+    const FatalErrorHandlerInstallation first([&](std::string_view, std::string_view) { ++outer; });
     {
-        const FatalEndInstallation second([&](std::string_view, std::string_view) { ++inner; });
-        at_event_edge([] { fail(Failure::Overflow); });
+        const FatalErrorHandlerInstallation second([&](std::string_view, std::string_view) { ++inner; });
+        guard_event([] { fail(Failure::Overflow); });
     }
-    at_event_edge([] { fail(Failure::Overflow); });
+    guard_event([] { fail(Failure::Overflow); });
     EXPECT_EQ(inner, 1);
     EXPECT_EQ(outer, 1);
 }
@@ -157,11 +157,11 @@ class BoxesOnErrorStream : public MessageBoxes {
     bool ask(std::string_view /*question*/) override { return true; }
 };
 
-TEST(EventEdgeDeathTest, WithoutAnInstallationTheFailureIsToldInABoxAndTheProgramEnds) {
+TEST(ExceptionBarrierDeathTest, WithoutAnInstallationTheFailureIsToldInABoxAndTheProgramEnds) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     BoxesOnErrorStream boxes;
     const ServicesInstallation services({&boxes, nullptr, nullptr, nullptr});
-    EXPECT_EXIT(at_event_edge([] { fail(Failure::DivisionByZero); }), testing::ExitedWithCode(70),
+    EXPECT_EXIT(guard_event([] { fail(Failure::DivisionByZero); }), testing::ExitedWithCode(70),
                 "\\[Run-time error: Division by zero\\]\n$");
 }
 

@@ -13,18 +13,18 @@
 
 #include <gtest/gtest.h>
 
-#include "desktop/widgets/FolderListBox.h"
 #include "desktop/theme/edges.h"
-#include "desktop/theme/theme.h"
 #include "desktop/theme/symbols.h"
+#include "desktop/theme/theme.h"
+#include "desktop/widgets/FolderListBox.h"
 #include "support/TemporaryFolder.h"
 
 namespace varnoth {
 namespace {
 
-const QColor edge_light = look::to_qcolor(look::edge_light);
-const QColor edge_dark = look::to_qcolor(look::edge_dark);
-const QColor background = look::to_qcolor(look::window_background);
+const QColor edge_light = theme::to_qcolor(theme::edge_light);
+const QColor edge_dark = theme::to_qcolor(theme::edge_dark);
+const QColor background = theme::to_qcolor(theme::window_background);
 
 /// A raised or pressed box: edges of one pixel around a plain fill.
 void expect_box(const QImage& image, const QRect& box, const QColor& top_left, const QColor& bottom_right) {
@@ -102,7 +102,7 @@ TEST(Edges, ALineOfNoSideIsDrawnWholeWhereverItStands) {
     QImage image(10, 10, QImage::Format_RGB32);
     image.fill(Qt::magenta);
     QPainter painter(&image);
-    draw_edge(painter, {2, 3, 4, 5}, LineSide::None, look::edge_light);
+    draw_edge(painter, {2, 3, 4, 5}, LineSide::None, theme::edge_light);
     painter.end();
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
@@ -141,15 +141,16 @@ TEST(FolderListBox, AFolderHasAFigureAndAnOpenOneIsMarked) {
     list.show();
     QCoreApplication::processEvents();
     const QImage image = list.viewport()->grab().toImage();
-    const QColor ground = look::to_qcolor(look::field_background);
+    const QColor ground = theme::to_qcolor(theme::field_background);
     for (int line = 0; line < list.count(); ++line) {
         const bool open = line < list.count() - 1;
         const int depth = line;
         const QRect place = list.visualItemRect(list.item(line));
         const QRect seen(place.left() + 3 + 10 * depth - 1, place.top() + (place.height() - 10) / 2 - 1, 15,
                          12);
-        EXPECT_EQ(letters(image, seen, look::to_qcolor(open ? look::highlight : look::close_glyph), ground),
-                  figure)
+        EXPECT_EQ(
+            letters(image, seen, theme::to_qcolor(open ? theme::highlight : theme::close_glyph), ground),
+            figure)
             << line;
     }
 }

@@ -21,7 +21,7 @@ constexpr QSize size(9, 7);
 QImage drawn(double scale, const QPoint& place) {
     QImage image(64, 64, QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);
-    image.fill(look::to_qcolor(ground));
+    image.fill(theme::to_qcolor(ground));
     QPainter painter(&image);
     painter.translate(place);
     draw_edges(painter, {{0, 0}, size}, first, second);
@@ -43,7 +43,7 @@ QImage expected(double scale, const QPoint& place) {
             const bool near_left = inside && x < left + thick;
             const bool at_second = inside && (x >= right - thick || (y >= bottom - thick && !near_left));
             const bool at_first = inside && (near_left || y < top + thick);
-            image.setPixelColor(x, y, look::to_qcolor(at_second ? second : at_first ? first : ground));
+            image.setPixelColor(x, y, theme::to_qcolor(at_second ? second : at_first ? first : ground));
         }
     }
     image.setDevicePixelRatio(scale);
@@ -63,14 +63,14 @@ TEST(Edges, AreEquallyThickOnAllSidesAtEveryPlaceAndScale) {
 TEST(Edges, ALineThatIsNoEdgeLeavesNoGapToWhatStandsBesideIt) {
     QImage image(64, 64, QImage::Format_RGB32);
     image.setDevicePixelRatio(1.5);
-    image.fill(look::to_qcolor(ground));
+    image.fill(theme::to_qcolor(ground));
     QPainter painter(&image);
     draw_edge(painter, {0, 0, 40, 1}, LineSide::None, first);
     draw_edge(painter, {0, 1, 40, 1}, LineSide::None, second);
-    EXPECT_EQ(image.pixelColor(5, 0), look::to_qcolor(first));
-    EXPECT_EQ(image.pixelColor(5, 1), look::to_qcolor(first));
-    EXPECT_EQ(image.pixelColor(5, 2), look::to_qcolor(second));
-    EXPECT_EQ(image.pixelColor(5, 3), look::to_qcolor(ground));
+    EXPECT_EQ(image.pixelColor(5, 0), theme::to_qcolor(first));
+    EXPECT_EQ(image.pixelColor(5, 1), theme::to_qcolor(first));
+    EXPECT_EQ(image.pixelColor(5, 2), theme::to_qcolor(second));
+    EXPECT_EQ(image.pixelColor(5, 3), theme::to_qcolor(ground));
 }
 
 } // namespace

@@ -78,7 +78,7 @@ class FontFile {
 };
 
 TEST(FontsThatCome, TahomaIsUsedFromWhenItComesUntilItGoes) {
-    const QFont stand_in = look::display_font(look::design_font());
+    const QFont stand_in = theme::display_font(theme::design_font());
     ASSERT_NE(stand_in.family(), "Tahoma");
     const test::TemporaryFolder folder;
     test::run_tool("cp \"$(fc-match -f '%{file}' 'DejaVu Sans')\" " + folder.file("font.ttf"));
@@ -86,9 +86,9 @@ TEST(FontsThatCome, TahomaIsUsedFromWhenItComesUntilItGoes) {
     font.rename_family("Tahoma");
     const int number = QFontDatabase::addApplicationFontFromData(font.data());
     ASSERT_EQ(QFontDatabase::applicationFontFamilies(number), QStringList("Tahoma"));
-    EXPECT_EQ(look::display_font(look::design_font()).family(), "Tahoma");
+    EXPECT_EQ(theme::display_font(theme::design_font()).family(), "Tahoma");
     QFontDatabase::removeApplicationFont(number);
-    EXPECT_EQ(look::display_font(look::design_font()), stand_in);
+    EXPECT_EQ(theme::display_font(theme::design_font()), stand_in);
 }
 
 } // namespace

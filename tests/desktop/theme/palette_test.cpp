@@ -53,14 +53,14 @@ void expect_roles(const QPalette& palette, bool enabled) {
 }
 
 TEST(LookPalette, EveryRoleHasItsColour) {
-    expect_roles(look::palette(true), true);
-    expect_roles(look::palette(false), false);
+    expect_roles(theme::palette(true), true);
+    expect_roles(theme::palette(false), false);
 }
 
 TEST(LookPalette, TheApplicationAndItsToolTipsHaveIt) {
     expect_roles(QApplication::palette(), true);
     expect_roles(QToolTip::palette(), true);
-    EXPECT_EQ(QToolTip::font(), look::display_font(look::design_font()));
+    EXPECT_EQ(QToolTip::font(), theme::display_font(theme::design_font()));
 }
 
 } // namespace

@@ -36,7 +36,7 @@ int count_of(const QImage& image, Colour colour) {
     int count = 0;
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
-            count += image.pixelColor(x, y) == look::to_qcolor(colour) ? 1 : 0;
+            count += image.pixelColor(x, y) == theme::to_qcolor(colour) ? 1 : 0;
         }
     }
     return count;
@@ -73,13 +73,13 @@ TEST(Look, WhatIsPaintedForOneDialogIsFoundAgainForTheNext) {
     QStyleOptionComboBox option;
     option.rect = image.rect();
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        option.palette = look::palette(); // a new one each time
+        option.palette = theme::palette(); // a new one each time
         option.palette.setCurrentColorGroup(group);
         const qint64 own = option.palette.cacheKey();
         style->drawComplexControl(QStyle::CC_ComboBox, &option, &painter);
         EXPECT_EQ(option.palette.cacheKey(), own); // it has its own back
     }
-    option.palette = look::palette(false);
+    option.palette = theme::palette(false);
     style->drawComplexControl(QStyle::CC_ComboBox, &option, &painter);
     ASSERT_EQ(witness->keys.size(), 3U);
     EXPECT_EQ(witness->keys[0], witness->keys[1]);
@@ -114,9 +114,9 @@ TEST(Look, AStandardIconIsTheSameEveryTime) {
 }
 
 TEST(Look, ColoursHaveRedInTheLowByteAndMayBeReferences) {
-    EXPECT_EQ(look::to_qcolor(0x123456), QColor(0x56, 0x34, 0x12));
-    EXPECT_EQ(look::to_qcolor(look::window_text), QColor(0, 0, 0));
-    EXPECT_EQ(look::to_qcolor(static_cast<Colour>(0x80000005U)), QColor(255, 255, 255));
+    EXPECT_EQ(theme::to_qcolor(0x123456), QColor(0x56, 0x34, 0x12));
+    EXPECT_EQ(theme::to_qcolor(theme::window_text), QColor(0, 0, 0));
+    EXPECT_EQ(theme::to_qcolor(static_cast<Colour>(0x80000005U)), QColor(255, 255, 255));
 }
 
 // Fonts.
@@ -136,36 +136,36 @@ constexpr std::array<double, captions.size()> tahoma_widths{9.71, 11.96, 8.16, 8
                                                             4.28, 2.85,  3.52, 7.94};
 
 TEST(LookFont, TheDesignAsksForTahoma) {
-    const QFont font = look::design_font();
+    const QFont font = theme::design_font();
     EXPECT_EQ(font.family(), "Tahoma");
     EXPECT_EQ(font.pointSizeF(), 9.75);
     EXPECT_EQ(font.weight(), QFont::Normal);
 }
 
 TEST(LookFont, TheDesignFontIsThirteenPixelsOnEveryScreen) {
-    EXPECT_EQ(look::display_font(look::design_font()).pixelSize(), 13);
+    EXPECT_EQ(theme::display_font(theme::design_font()).pixelSize(), 13);
 }
 
 TEST(LookFont, SizesFollowTheTwipsOfAPixel) {
     screen().TwipsPerPixelY = 7.5;
-    EXPECT_EQ(look::display_font(look::design_font()).pixelSize(), 26);
+    EXPECT_EQ(theme::display_font(theme::design_font()).pixelSize(), 26);
     screen().TwipsPerPixelY = 15;
-    EXPECT_EQ(look::display_font(look::design_font()).pixelSize(), 13);
+    EXPECT_EQ(theme::display_font(theme::design_font()).pixelSize(), 13);
 }
 
 TEST(LookFont, AFontInPixelsKeepsItsSizeAndADisplayFontStaysAsItIs) {
-    QFont font = look::design_font();
+    QFont font = theme::design_font();
     font.setPixelSize(20);
-    EXPECT_EQ(look::display_font(font).pixelSize(), 20);
-    const QFont display = look::display_font(look::design_font());
-    EXPECT_EQ(look::display_font(display), display);
+    EXPECT_EQ(theme::display_font(font).pixelSize(), 20);
+    const QFont display = theme::display_font(theme::design_font());
+    EXPECT_EQ(theme::display_font(display), display);
 }
 
 TEST(LookFont, AnotherFamilyThatExistsIsUsedAsItIs) {
     for (const QString& family : QFontDatabase::families()) {
         QFont font(family);
         font.setPointSizeF(9.75);
-        const QFont display = look::display_font(font);
+        const QFont display = theme::display_font(font);
         EXPECT_EQ(display.family(), family);
         EXPECT_EQ(display.stretch(), font.stretch());
         EXPECT_EQ(display.pixelSize(), 13);
@@ -173,16 +173,16 @@ TEST(LookFont, AnotherFamilyThatExistsIsUsedAsItIs) {
 }
 
 TEST(LookFont, StylesAreKept) {
-    QFont font = look::design_font();
+    QFont font = theme::design_font();
     font.setItalic(true);
     font.setUnderline(true);
-    EXPECT_TRUE(look::display_font(font).italic());
-    EXPECT_TRUE(look::display_font(font).underline());
-    EXPECT_FALSE(look::display_font(look::design_font()).italic());
+    EXPECT_TRUE(theme::display_font(font).italic());
+    EXPECT_TRUE(theme::display_font(font).underline());
+    EXPECT_FALSE(theme::display_font(theme::design_font()).italic());
 }
 
 TEST(LookFont, CaptionsAreTogetherNoWiderThanInTahomaAndEachHardlyWider) {
-    const QFont font = look::display_font(look::design_font());
+    const QFont font = theme::display_font(theme::design_font());
     const QFontMetricsF metrics(font);
     double together = 0;
     double tahoma_together = 0;
@@ -205,7 +205,7 @@ TEST(LookFont, CaptionsAreTogetherNoWiderThanInTahomaAndEachHardlyWider) {
 
 TEST(LookPalette, NeitherInactiveNorDisabledGroupsLookDifferent) {
     for (const bool enabled : {true, false}) {
-        const QPalette palette = look::palette(enabled);
+        const QPalette palette = theme::palette(enabled);
         EXPECT_TRUE(palette.isEqual(QPalette::Active, QPalette::Inactive));
         EXPECT_TRUE(palette.isEqual(QPalette::Active, QPalette::Disabled));
     }
@@ -214,15 +214,15 @@ TEST(LookPalette, NeitherInactiveNorDisabledGroupsLookDifferent) {
 TEST(LookPalette, HasTheColoursOfTheProgramWhateverTheDesktop) {
     const QPalette palette = QApplication::palette();
     EXPECT_EQ(palette.color(QPalette::Window), QColor(76, 88, 68));
-    EXPECT_EQ(palette.color(QPalette::Base), look::to_qcolor(0x37463E));
+    EXPECT_EQ(palette.color(QPalette::Base), theme::to_qcolor(0x37463E));
     EXPECT_EQ(palette.color(QPalette::Text), QColor(216, 222, 211));
     EXPECT_EQ(palette.color(QPalette::ButtonText), QColor(255, 255, 255));
     EXPECT_EQ(palette.color(QPalette::Highlight), QColor(196, 181, 80));
     EXPECT_EQ(palette.color(QPalette::HighlightedText), QColor(0, 0, 0));
     QPalette of_the_desktop(Qt::red);
     QApplication::style()->polish(of_the_desktop);
-    EXPECT_EQ(of_the_desktop, look::palette());
-    EXPECT_EQ(QApplication::style()->standardPalette(), look::palette());
+    EXPECT_EQ(of_the_desktop, theme::palette());
+    EXPECT_EQ(QApplication::style()->standardPalette(), theme::palette());
 }
 
 TEST(LookPalette, ToolTipsAreLegible) {
@@ -233,7 +233,7 @@ TEST(LookPalette, ToolTipsAreLegible) {
 }
 
 TEST(LookPalette, AWidgetThatIsItselfDisabledHasGreyText) {
-    const QPalette palette = look::palette(false);
+    const QPalette palette = theme::palette(false);
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
         EXPECT_EQ(palette.color(role), QColor(128, 128, 128));
     }
@@ -242,7 +242,7 @@ TEST(LookPalette, AWidgetThatIsItselfDisabledHasGreyText) {
 TEST(Look, TheProgramHasItsName) {
     EXPECT_EQ(QApplication::applicationDisplayName(), application_title);
     EXPECT_EQ(std::string(application_title), "Varnoth 1.0");
-    EXPECT_EQ(QApplication::font(), look::display_font(look::design_font()));
+    EXPECT_EQ(QApplication::font(), theme::display_font(theme::design_font()));
 }
 
 // Widgets.
@@ -287,27 +287,27 @@ TEST_F(LookWindow, AFormThatStandsDisabledBehindItsDialogLooksAsBefore) {
 }
 
 TEST_F(LookWindow, AListThatIsItselfDisabledShowsGreyTextAlsoInADisabledWindow) {
-    EXPECT_GT(count_of(shown(list_), look::light_text), 0);
+    EXPECT_GT(count_of(shown(list_), theme::light_text), 0);
     list_.SetEnabled(false);
     const QImage disabled = shown(list_);
-    EXPECT_EQ(count_of(disabled, look::light_text), 0);
-    EXPECT_GT(count_of(disabled, look::disabled_text), 0);
+    EXPECT_EQ(count_of(disabled, theme::light_text), 0);
+    EXPECT_GT(count_of(disabled, theme::disabled_text), 0);
     window_.setEnabled(false);
     EXPECT_EQ(shown(list_), disabled);
     window_.setEnabled(true);
     EXPECT_EQ(shown(list_), disabled);
     list_.SetEnabled(true);
-    EXPECT_GT(count_of(shown(list_), look::light_text), 0);
+    EXPECT_GT(count_of(shown(list_), theme::light_text), 0);
 }
 
 TEST_F(LookWindow, AFieldAndAButtonThatAreThemselvesDisabledShowGreyText) {
     for (QWidget* widget : std::array<QWidget*, 2>{&field_, &button_}) {
         const QImage enabled = shown(*widget);
         widget->setEnabled(false);
-        look::apply_palette(*widget, false);
+        theme::apply_palette(*widget, false);
         EXPECT_NE(shown(*widget), enabled);
         widget->setEnabled(true);
-        look::apply_palette(*widget, true);
+        theme::apply_palette(*widget, true);
         EXPECT_EQ(shown(*widget), enabled);
     }
 }
@@ -325,8 +325,8 @@ TEST_F(LookWindow, ScrollBarsAreFlatAndRaised) {
     const QScrollBar* bar = list_.verticalScrollBar();
     const QImage image = shown(*list_.verticalScrollBar());
     ASSERT_TRUE(bar->isVisible());
-    EXPECT_EQ(image.pixelColor(1, image.height() / 2 + 20), look::to_qcolor(look::edge_dark)) << "groove";
-    EXPECT_EQ(image.pixelColor(0, 0), look::to_qcolor(look::edge_light)) << "the upper arrow's edge";
+    EXPECT_EQ(image.pixelColor(1, image.height() / 2 + 20), theme::to_qcolor(theme::edge_dark)) << "groove";
+    EXPECT_EQ(image.pixelColor(0, 0), theme::to_qcolor(theme::edge_light)) << "the upper arrow's edge";
 }
 
 } // namespace

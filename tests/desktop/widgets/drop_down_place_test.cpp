@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "desktop/widgets/DropDownList.h"
 #include "desktop/theme/theme.h"
+#include "desktop/widgets/DropDownList.h"
 
 namespace varnoth {
 namespace {
@@ -22,10 +22,10 @@ TEST(DropDownList, ItsTextStandsFourPixelsFromTheLeftInTheMiddle) {
     list.AddItem("HHH");
     list.SetListIndex(0);
     QImage expected(list.size(), QImage::Format_RGB32);
-    expected.fill(look::to_qcolor(look::field_background));
+    expected.fill(theme::to_qcolor(theme::field_background));
     QPainter painter(&expected);
-    painter.setFont(look::display_font(look::design_font()));
-    painter.setPen(look::to_qcolor(look::light_text));
+    painter.setFont(theme::display_font(theme::design_font()));
+    painter.setPen(theme::to_qcolor(theme::light_text));
     painter.drawText(QRect(4, 0, 100, 20), Qt::AlignLeft | Qt::AlignVCenter, "HHH");
     painter.end();
     const QRect inside = list.rect().adjusted(1, 1, -arrow_width, -1);

@@ -7,12 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include "desktop/services/exception_barrier.h"
+#include "desktop/theme/theme.h"
 #include "desktop/widgets/DriveList.h"
 #include "desktop/widgets/FileListBox.h"
 #include "desktop/widgets/FolderListBox.h"
-#include "desktop/services/exception_barrier.h"
 #include "desktop/widgets/fast_pair.h"
-#include "desktop/theme/theme.h"
 #include "qt/path_text.h"
 #include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
@@ -140,7 +140,7 @@ TEST_F(FolderListBoxTest, EachFolderIsIndentedUnderTheOneThatHoldsIt) {
         const QImage image = list_.viewport()->grab(list_.visualItemRect(list_.item(row))).toImage();
         // The figure of the folder begins with its dark outline.
         for (int x = 0; x < image.width(); ++x) {
-            if (image.pixelColor(x, image.height() / 2) == look::to_qcolor(look::edge_dark)) {
+            if (image.pixelColor(x, image.height() / 2) == theme::to_qcolor(theme::edge_dark)) {
                 return x;
             }
         }
@@ -154,9 +154,9 @@ TEST_F(FolderListBoxTest, EachFolderIsIndentedUnderTheOneThatHoldsIt) {
 TEST_F(FolderListBoxTest, IsPaintedWhileAFailureIsTold) {
     const QImage before = list_.viewport()->grab().toImage();
     QImage during;
-    const FatalEndInstallation end(
+    const FatalErrorHandlerInstallation end(
         [&](std::string_view, std::string_view) { during = list_.viewport()->grab().toImage(); });
-    at_event_edge([] { fail(Failure::Overflow); });
+    guard_event([] { fail(Failure::Overflow); });
     EXPECT_EQ(during, before);
 }
 

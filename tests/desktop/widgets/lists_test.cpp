@@ -9,11 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include "desktop/services/exception_barrier.h"
+#include "desktop/theme/theme.h"
 #include "desktop/widgets/DropDownList.h"
 #include "desktop/widgets/ListBox.h"
-#include "desktop/services/exception_barrier.h"
 #include "desktop/widgets/fast_pair.h"
-#include "desktop/theme/theme.h"
 #include "support/expect_failure.h"
 
 namespace varnoth {
@@ -271,7 +271,8 @@ TEST_F(ListBoxTest, ADisabledListTakesNoPress) {
 
 TEST_F(ListBoxTest, AFailureInClickEndsTheProgramAndPassesNoEvent) {
     std::vector<std::string> ends;
-    const FatalEndInstallation end([&](std::string_view name, std::string_view) { ends.emplace_back(name); });
+    const FatalErrorHandlerInstallation end(
+        [&](std::string_view name, std::string_view) { ends.emplace_back(name); });
     on_event(&list_, &ListBox::Click, &list_, [] { fail(Failure::Overflow); });
     click(list_, 1);
     QTest::keyClick(&list_, Qt::Key_Down);
@@ -386,18 +387,18 @@ TEST_F(DropDownListTest, TheWheelTurnsItOnlyWithTheKeyboardOnIt) {
 
 TEST_F(DropDownListTest, IsDrawnFlatWithASunkenEdge) {
     const QImage image = list_.grab().toImage();
-    EXPECT_EQ(image.pixelColor(50, 0), look::to_qcolor(look::edge_dark));
-    EXPECT_EQ(image.pixelColor(0, 12), look::to_qcolor(look::edge_dark));
-    EXPECT_EQ(image.pixelColor(50, 23), look::to_qcolor(look::edge_light));
-    EXPECT_EQ(image.pixelColor(99, 12), look::to_qcolor(look::edge_light));
-    EXPECT_EQ(image.pixelColor(50, 12), look::to_qcolor(look::field_background));
+    EXPECT_EQ(image.pixelColor(50, 0), theme::to_qcolor(theme::edge_dark));
+    EXPECT_EQ(image.pixelColor(0, 12), theme::to_qcolor(theme::edge_dark));
+    EXPECT_EQ(image.pixelColor(50, 23), theme::to_qcolor(theme::edge_light));
+    EXPECT_EQ(image.pixelColor(99, 12), theme::to_qcolor(theme::edge_light));
+    EXPECT_EQ(image.pixelColor(50, 12), theme::to_qcolor(theme::field_background));
 }
 
 TEST_F(DropDownListTest, WhenBareItIsItsBackgroundAndItsTextAlone) {
     list_.set_bare(true);
     list_.SetColours(0x112233, 0xFFFFFF);
     QImage plain(list_.size(), QImage::Format_RGB32);
-    plain.fill(look::to_qcolor(0x112233));
+    plain.fill(theme::to_qcolor(0x112233));
     EXPECT_EQ(list_.grab().toImage().convertToFormat(QImage::Format_RGB32), plain);
     list_.SetListIndex(0);
     EXPECT_NE(list_.grab().toImage().convertToFormat(QImage::Format_RGB32), plain);
@@ -405,8 +406,8 @@ TEST_F(DropDownListTest, WhenBareItIsItsBackgroundAndItsTextAlone) {
 
 TEST_F(DropDownListTest, TheOpenListWearsTheColoursOfTheField) {
     list_.SetColours(0x112233, 0x445566);
-    EXPECT_EQ(list_.view()->palette().color(QPalette::Base), look::to_qcolor(0x112233));
-    EXPECT_EQ(list_.view()->palette().color(QPalette::Text), look::to_qcolor(0x445566));
+    EXPECT_EQ(list_.view()->palette().color(QPalette::Base), theme::to_qcolor(0x112233));
+    EXPECT_EQ(list_.view()->palette().color(QPalette::Text), theme::to_qcolor(0x445566));
 }
 
 } // namespace

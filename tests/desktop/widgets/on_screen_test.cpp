@@ -1,10 +1,10 @@
 // Labels, lists and pictures: a change is seen on the screen at once.
 #include "desktop/controls/on_screen.h"
+#include "desktop/theme/theme.h"
 #include "desktop/widgets/DropDownList.h"
 #include "desktop/widgets/Label.h"
 #include "desktop/widgets/ListBox.h"
 #include "desktop/widgets/PictureBox.h"
-#include "desktop/theme/theme.h"
 
 namespace varnoth {
 namespace {
@@ -17,7 +17,7 @@ TEST(OnScreen, ALabelOfTheForms) {
     Label label("Label1", &window, Label::Kind::Text, "one");
     window.show();
     expect_shown_at_once(window, "Caption", [&] { label.SetCaption("two"); });
-    expect_shown_at_once(window, "ForeColor", [&] { label.SetForeColor(look::highlight); });
+    expect_shown_at_once(window, "ForeColor", [&] { label.SetForeColor(theme::highlight); });
 }
 
 TEST(OnScreen, ADropDownList) {

@@ -14,12 +14,12 @@
 #include <gtest/gtest.h>
 
 #include "core/base/RunTimeFailure.h"
+#include "desktop/services/exception_barrier.h"
+#include "desktop/theme/symbols.h"
+#include "desktop/theme/theme.h"
 #include "desktop/widgets/Label.h"
 #include "desktop/widgets/PictureBox.h"
-#include "desktop/services/exception_barrier.h"
 #include "desktop/widgets/fast_pair.h"
-#include "desktop/theme/theme.h"
-#include "desktop/theme/symbols.h"
 
 namespace varnoth {
 namespace {
@@ -115,7 +115,7 @@ TEST(PictureBox, TakesTheOuterSizeOfTheSurfaceAndFollowsIt) {
 
 TEST(PictureBox, ABorderIsADarkFrameAroundThePicture) {
     PictureBox box("Picture1", nullptr, with(32, 2));
-    const QColor dark = look::to_qcolor(look::edge_dark);
+    const QColor dark = theme::to_qcolor(theme::edge_dark);
     const QImage image = shown(box);
     for (const QPoint point :
          {QPoint(0, 0), QPoint(1, 5), QPoint(6, 1), QPoint(10, 5), QPoint(11, 9), QPoint(6, 8)}) {
@@ -281,7 +281,8 @@ TEST(PictureBox, KeepsTheMouseToItselfAlsoWhenItIsDisabled) {
 
 TEST(PictureBox, AFailureInAHandlerEndsTheProgramAndPassesNoEvent) {
     std::vector<std::string> ends;
-    const FatalEndInstallation end([&](std::string_view name, std::string_view) { ends.emplace_back(name); });
+    const FatalErrorHandlerInstallation end(
+        [&](std::string_view name, std::string_view) { ends.emplace_back(name); });
     PictureBox box("Picture1", nullptr, small);
     on_event(&box, &PictureBox::MouseDown, &box, [] { fail(Failure::Overflow); });
     QTest::mousePress(&box, Qt::LeftButton, {}, {2, 3});
@@ -304,25 +305,25 @@ TEST(Label, ASymbolIsDrawnInItsColourBlackAtFirst) {
     Label label("Label1", nullptr, Label::Kind::Symbol, "g", "Stop");
     label.resize(14, 14);
     EXPECT_EQ(count_of(shown(label), Qt::black), 8 * 8);
-    label.SetForeColor(look::highlight);
-    EXPECT_EQ(count_of(shown(label), look::to_qcolor(look::highlight)), 8 * 8);
+    label.SetForeColor(theme::highlight);
+    EXPECT_EQ(count_of(shown(label), theme::to_qcolor(theme::highlight)), 8 * 8);
     EXPECT_EQ(count_of(shown(label), Qt::black), 0);
-    EXPECT_EQ(label.ForeColor(), look::highlight);
+    EXPECT_EQ(label.ForeColor(), theme::highlight);
     label.SetCaption("?");
-    EXPECT_EQ(count_of(shown(label), look::to_qcolor(look::highlight)), 0);
+    EXPECT_EQ(count_of(shown(label), theme::to_qcolor(theme::highlight)), 0);
 }
 
 TEST(Label, ATextIsDrawnInLightLettersAndCanChange) {
     Label label("Label5", nullptr, Label::Kind::Text, "15 fps");
     label.resize(60, 20);
-    EXPECT_EQ(label.ForeColor(), look::light_text);
+    EXPECT_EQ(label.ForeColor(), theme::light_text);
     const QImage before = shown(label);
-    EXPECT_GT(count_of(before, look::to_qcolor(look::window_background)), 60 * 20 / 2);
+    EXPECT_GT(count_of(before, theme::to_qcolor(theme::window_background)), 60 * 20 / 2);
     label.SetCaption("16 fps");
     EXPECT_EQ(label.Caption(), "16 fps");
     EXPECT_NE(shown(label), before);
     label.SetCaption("");
-    EXPECT_EQ(count_of(shown(label), look::to_qcolor(look::window_background)), 60 * 20);
+    EXPECT_EQ(count_of(shown(label), theme::to_qcolor(theme::window_background)), 60 * 20);
 }
 
 TEST(Label, EveryPressOfAFastPairIsAClick) {

@@ -31,14 +31,14 @@ TEST_F(SpareMemory, GoesBackWithTheDialogOfAnImport) {
         {
             keep_large_blocks_apart();
             click(main().elboton2);
-            click(desk_->form2()->elboton2);
+            click(coordinator_->form2()->elboton2);
             ui_driver::settle();
             click(main().elboton4);
             give_back_block(take_block(size_), size_);
             EXPECT_TRUE(is_kept());
-            emit desk_->form4()->unload_wanted();
+            emit coordinator_->form4()->unloadRequested();
             ui_driver::settle();
-            EXPECT_EQ(desk_->form4(), nullptr);
+            EXPECT_EQ(coordinator_->form4(), nullptr);
             EXPECT_FALSE(is_kept());
             std::_Exit(HasFailure() ? 1 : 0);
         },

@@ -26,14 +26,14 @@ class WindowFaults : public EditorTest {
 
     /// Restarts the editor, as after a fatal error.
     void restart() {
-        desk_.reset();
+        coordinator_.reset();
         ui_driver::settle();
         test::reset_sprite();
         test::reset_mixpals();
         services_.messages.clear();
         failures_.clear();
-        desk_ = std::make_unique<Desk>();
-        desk_->start();
+        coordinator_ = std::make_unique<FormCoordinator>();
+        coordinator_->start();
         ui_driver::settle();
     }
 
@@ -139,9 +139,9 @@ TEST_F(WindowFaults, ExportErrorIsFatal) {
         open(sprite);
         select_all();
         click(main().elboton6);
-        ui_driver::type_into(desk_->form3()->eltexto1, QString::fromStdString(out));
+        ui_driver::type_into(coordinator_->form3()->eltexto1, QString::fromStdString(out));
     };
-    const auto act = [&] { click(desk_->form3()->elboton2); };
+    const auto act = [&] { click(coordinator_->form3()->elboton2); };
     const auto export_with = [&](const Fault& fault, const std::string& failure) {
         fail_at_growing_distances(fault, begin, act, [&] { expect_fatal(failure); });
     };
@@ -168,15 +168,16 @@ class WindowImportFaults : public WindowFaults {
     void open_dialog() {
         open(write_sprite("sprite.spr", 1));
         click(main().elboton4);
-        ASSERT_TRUE(ui_driver::walk_to(desk_->form4()->Dir1, QString::fromStdString(pictures_.path())));
-        ui_driver::choose(desk_->form4()->Combo1, 2);
+        ASSERT_TRUE(
+            ui_driver::walk_to(coordinator_->form4()->Dir1, QString::fromStdString(pictures_.path())));
+        ui_driver::choose(coordinator_->form4()->Combo1, 2);
         for (const int entry : {0, 1}) {
-            click_line(desk_->form4()->File1, entry, Qt::ControlModifier);
+            click_line(coordinator_->form4()->File1, entry, Qt::ControlModifier);
         }
     }
 
     void import() {
-        click(desk_->form4()->elboton2);
+        click(coordinator_->form4()->elboton2);
         ui_driver::settle();
     }
 

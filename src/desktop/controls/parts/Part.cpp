@@ -8,8 +8,8 @@
 #include <QPainter>
 
 #include "core/base/numbers.h"
-#include "desktop/theme/theme.h"
 #include "desktop/theme/symbols.h"
+#include "desktop/theme/theme.h"
 
 namespace varnoth {
 
@@ -45,7 +45,7 @@ void TextPart::set_auto_size() {
 }
 
 void TextPart::set_shadow_of(const TextPart& text) {
-    ForeColor = look::black;
+    ForeColor = theme::black;
     passes_mouse = true;
     shadowed_ = &text;
 }
@@ -72,11 +72,11 @@ void TextPart::paint(QPainter& painter) const {
     const QRectF box(nearest_on_screen(painter, {Left, Top}), QSizeF(Width, Height));
     if (symbol_) {
         draw_symbol(painter, caption_.isEmpty() ? QChar() : caption_.front(), box,
-                    look::to_qcolor(ForeColor));
+                    theme::to_qcolor(ForeColor));
         return;
     }
-    painter.setFont(look::display_font(font_));
-    painter.setPen(look::to_qcolor(ForeColor));
+    painter.setFont(theme::display_font(font_));
+    painter.setPen(theme::to_qcolor(ForeColor));
     painter.drawText(box, Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, caption_);
 }
 
@@ -124,7 +124,7 @@ void BoxPart::paint(QPainter& painter) const {
     painter.save();
     painter.translate(nearest_on_screen(painter, {Left, Top}));
     painter.setClipRect(QRectF(0, 0, Width, Height), Qt::IntersectClip);
-    painter.fillRect(QRectF(0, 0, Width, Height), look::to_qcolor(BackColor));
+    painter.fillRect(QRectF(0, 0, Width, Height), theme::to_qcolor(BackColor));
     if (surface_) {
         draw_surface(painter, *surface_);
     }
@@ -159,11 +159,11 @@ void draw_surface(QPainter& painter, const PictureSurface& surface) {
 }
 
 double text_height(const QFont& font) {
-    return std::ceil(QFontMetricsF(look::display_font(font)).height());
+    return std::ceil(QFontMetricsF(theme::display_font(font)).height());
 }
 
 double text_width(const QFont& font, const QString& text) {
-    return std::ceil(QFontMetricsF(look::display_font(font)).horizontalAdvance(text));
+    return std::ceil(QFontMetricsF(theme::display_font(font)).horizontalAdvance(text));
 }
 
 } // namespace varnoth

@@ -27,9 +27,9 @@ class PartSurface : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* /*event*/) override {
-        at_paint_edge([this] {
+        guard_paint([this] {
             QPainter painter(this);
-            painter.fillRect(rect(), look::to_qcolor(BackColor));
+            painter.fillRect(rect(), theme::to_qcolor(BackColor));
             for (const Part* part : contents) {
                 part->paint(painter);
             }

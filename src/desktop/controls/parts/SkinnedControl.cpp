@@ -11,8 +11,8 @@
 
 #include "core/base/RunTimeFailure.h"
 #include "core/base/numbers.h"
-#include "desktop/controls/parts/accessible.h"
 #include "core/image/Screen.h"
+#include "desktop/controls/parts/accessible.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
 
@@ -201,7 +201,7 @@ QVariant SkinnedControl::ambient(const char* property) const {
     if (std::strcmp(property, "Font") != 0) {
         return this->property(property);
     }
-    return is_font_set(parentWidget()) ? parentWidget()->font() : look::design_font();
+    return is_font_set(parentWidget()) ? parentWidget()->font() : theme::design_font();
 }
 
 // Sizes.
@@ -327,9 +327,9 @@ Part* SkinnedControl::part_at(const QPointF& point, QPointF& within) {
 // Events.
 
 void SkinnedControl::paintEvent(QPaintEvent* /*event*/) {
-    at_paint_edge([this] {
+    guard_paint([this] {
         QPainter painter(this);
-        painter.fillRect(rect(), look::to_qcolor(back_colour_));
+        painter.fillRect(rect(), theme::to_qcolor(back_colour_));
         if (surface_) {
             draw_surface(painter, *surface_);
         }
@@ -340,11 +340,11 @@ void SkinnedControl::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void SkinnedControl::resizeEvent(QResizeEvent* /*event*/) {
-    at_event_edge([this] { follow_size(); });
+    guard_event([this] { follow_size(); });
 }
 
 void SkinnedControl::mousePressEvent(QMouseEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         if (has_number(event->button())) {
             press(event);
         }
@@ -352,7 +352,7 @@ void SkinnedControl::mousePressEvent(QMouseEvent* event) {
 }
 
 void SkinnedControl::mouseDoubleClickEvent(QMouseEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         if (!has_number(event->button())) {
             return;
         }
@@ -386,7 +386,7 @@ void SkinnedControl::abandon_press() {
 }
 
 void SkinnedControl::mouseMoveEvent(QMouseEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         if (button_number(event->buttons()) == 0) {
             abandon_press();
         }
@@ -397,7 +397,7 @@ void SkinnedControl::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void SkinnedControl::mouseReleaseEvent(QMouseEvent* event) {
-    at_event_edge([&] {
+    guard_event([&] {
         if (!held_ || !has_number(event->button())) {
             return;
         }

@@ -7,8 +7,8 @@
 #include <QAccessible>
 
 #include "desktop/controls/parts/SkinnedControl.h"
-#include "desktop/widgets/accessible_key.h"
 #include "desktop/services/exception_barrier.h"
+#include "desktop/widgets/accessible_key.h"
 #include "desktop/widgets/checked_state.h"
 
 namespace varnoth {
@@ -53,7 +53,7 @@ class AccessibleControl : public AccessibleWithKey {
 
     QAccessible::State state() const override {
         QAccessible::State state = AccessibleWithKey::state();
-        add_in_force(control_, state);
+        add_checked_state(control_, state);
         if (role() == QAccessible::Client) {
             state.focused = false; // what speaks for the control has the keyboard
         }
@@ -71,7 +71,7 @@ class AccessibleControl : public AccessibleWithKey {
 
     void doAction(const QString& name) override {
         if (actionNames().contains(name)) {
-            at_event_edge([this] { control_.act_as_clicked(); });
+            guard_event([this] { control_.act_as_clicked(); });
         }
     }
 
@@ -179,7 +179,7 @@ class AccessibleCloseButton final : public QAccessibleInterface, public QAccessi
 
     void doAction(const QString& name) override {
         if (actionNames().contains(name)) {
-            at_event_edge([this] { panel_.act_as_clicked(); });
+            guard_event([this] { panel_.act_as_clicked(); });
         }
     }
 

@@ -39,14 +39,14 @@ struct Ink {
 };
 
 constexpr std::array inks{
-    Ink{'k', look::edge_dark},
-    Ink{'g', look::edge_light},
-    Ink{'h', look::edge_dark},
-    Ink{'f', look::field_background},
+    Ink{'k', theme::edge_dark},
+    Ink{'g', theme::edge_light},
+    Ink{'h', theme::edge_dark},
+    Ink{'f', theme::field_background},
     Ink{'r', make_colour(0xB0, 0x6A, 0x2C)},
-    Ink{'o', look::highlight},
+    Ink{'o', theme::highlight},
     Ink{'y', make_colour(0xF2, 0xE6, 0xA0)},
-    Ink{'w', look::white},
+    Ink{'w', theme::white},
 };
 
 // no_colour where the icon is transparent.

@@ -7,11 +7,11 @@
 #include "core/base/number_text.h"
 #include "core/base/numbers.h"
 #include "core/jobs/PictureSelection.h"
+#include "desktop/forms/FormParts.h"
+#include "desktop/forms/main_window/Form1.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/widgets/checked_state.h"
 #include "qt/path_text.h"
-#include "desktop/forms/main_window/Form1.h"
-#include "desktop/forms/FormParts.h"
 
 namespace varnoth {
 
@@ -22,8 +22,8 @@ constexpr int right_width = 267;
 constexpr int foot = 503 - design::margin - design::button_height;
 
 // The state of the picker is the text colour of its button; everybody asks that colour.
-constexpr Colour armed_colour = look::highlight;
-constexpr Colour idle_colour = look::light_text;
+constexpr Colour armed_colour = theme::highlight;
+constexpr Colour idle_colour = theme::light_text;
 
 } // namespace
 
@@ -85,7 +85,7 @@ class Form4::ImportSide : public AddFramesForm {
 Form4::Form4(Form1& main_window)
     : Form("Form4", "Add Frame/s", Kind::Dialog, 752, 503),
       Picture1("Picture1", &Picture3,
-               {.parent = nullptr, .width = 256, .height = 256, .back_colour = look::white}),
+               {.parent = nullptr, .width = 256, .height = 256, .back_colour = theme::white}),
       Picture2("Picture2", &elframe4, {.parent = nullptr, .width = 38, .height = 22, .border = 1}),
       main_window_(main_window),
       import_side_(std::make_unique<ImportSide>(*this)) {
@@ -149,7 +149,7 @@ void Form4::design_sizes() {
     constexpr int top = design::below_title + 268 + design::gap;
     design::place_edged(elframe4, {right_column, top, right_width, foot - design::gap - top});
     const auto line = [](int number) { return 9 + number * design::row; };
-    constexpr Colour ground = look::field_background;
+    constexpr Colour ground = theme::field_background;
     design::place_label(ellabel4, {10, line(0), 90, design::text_height}, "Sprite Size:", ground);
     design::place_label(ellabel5, {104, line(0), 153, design::text_height}, QString(), ground);
     design::place_label(ellabel2, {10, line(1), 90, design::text_height}, "Pictures Size:", ground);
@@ -159,14 +159,14 @@ void Form4::design_sizes() {
     ellabel6.hide();
     constexpr std::array choices{"Set Sprite To 256x256", "Resize Pictures To 256x256"};
     for (std::size_t i = 0; i < choices.size(); ++i) {
-        design::place_mark(elradio1[i], {10, line(3 + static_cast<int>(i)), 247, 19}, choices[i], ground,
-                           tr("Sizes Dont Match"));
+        design::place_checkable(elradio1[i], {10, line(3 + static_cast<int>(i)), 247, 19}, choices[i], ground,
+                                tr("Sizes Dont Match"));
         elradio1[i].SetEnabled(false);
         elradio1[i].hide();
     }
     elradio1[0].SetValue(true);
     design::place_label(ellabel1, {10, line(5) + 9, 122, design::text_height}, "Transparent Color:", ground);
-    ellabel1.SetForeColor(look::disabled_text);
+    ellabel1.SetForeColor(theme::disabled_text);
     Picture2.move(144, line(5) + 7);
     Picture2.raise(); // read after its caption
     Picture2.setAccessibleName(tr("Transparent Color"));
@@ -183,10 +183,10 @@ void Form4::connect_controls() {
     connect_picker();
     on_event(&elradio1[0], &elradio::Click, this, [this] { elradio1[1].SetValue(false); });
     on_event(&elradio1[1], &elradio::Click, this, [this] { elradio1[0].SetValue(false); });
-    on_event(&elboton2, &elboton::Click, this, [this] { emit import_wanted(); });
+    on_event(&elboton2, &elboton::Click, this, [this] { emit importRequested(); });
     on_event(&elboton3, &elboton::Click, this, [this] {
         main_window_.SetEnabled(true);
-        emit unload_wanted();
+        emit unloadRequested();
     });
 }
 
@@ -231,7 +231,7 @@ bool Form4::armed() const {
 
 void Form4::set_armed(bool armed) {
     elboton1.SetForeColor(armed ? armed_colour : idle_colour);
-    set_in_force(elboton1, armed);
+    set_checked_state(elboton1, armed);
 }
 
 void Form4::click_pick() {

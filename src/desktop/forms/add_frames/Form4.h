@@ -8,18 +8,18 @@
 #include <string>
 #include <vector>
 
+#include "core/jobs/AddFramesForm.h"
 #include "desktop/controls/elboton.h"
 #include "desktop/controls/elframe.h"
 #include "desktop/controls/ellabel.h"
 #include "desktop/controls/elpanel.h"
 #include "desktop/controls/elradio.h"
-#include "core/jobs/AddFramesForm.h"
+#include "desktop/forms/Form.h"
 #include "desktop/widgets/DriveList.h"
 #include "desktop/widgets/DropDownList.h"
 #include "desktop/widgets/FileListBox.h"
 #include "desktop/widgets/FolderListBox.h"
 #include "desktop/widgets/PictureBox.h"
-#include "desktop/forms/Form.h"
 
 namespace varnoth {
 
@@ -75,8 +75,8 @@ class Form4 : public Form {
     void enable_picker();
 
   signals:
-    void import_wanted();
-    void unload_wanted();
+    void importRequested();
+    void unloadRequested();
 
   private:
     void design();

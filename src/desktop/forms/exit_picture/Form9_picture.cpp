@@ -18,11 +18,11 @@ constexpr int frames_left = 18;
 constexpr int frames_top = 34;
 
 void draw_film(QPainter& painter) {
-    painter.fillRect(0, 14, exit_picture_width, 168, look::to_qcolor(look::edge_dark));
+    painter.fillRect(0, 14, exit_picture_width, 168, theme::to_qcolor(theme::edge_dark));
     constexpr int hole_pitch = 18;
     for (int x = 5; x < exit_picture_width; x += hole_pitch) {
         for (const int y : {20, 168}) {
-            painter.fillRect(x, y, 9, 8, look::to_qcolor(look::window_background));
+            painter.fillRect(x, y, 9, 8, theme::to_qcolor(theme::window_background));
         }
     }
 }
@@ -33,20 +33,20 @@ void draw_explosion(QPainter& painter, int frame) {
     const double radius = 14 + 16.0 * frame;
     QRadialGradient fire(QRectF(box).center(), radius);
     fire.setColorAt(0, QColor(255, 255, 224));
-    fire.setColorAt(0.35, look::to_qcolor(look::highlight));
+    fire.setColorAt(0.35, theme::to_qcolor(theme::highlight));
     fire.setColorAt(0.7, QColor(168, 72, 24));
     fire.setColorAt(1, Qt::transparent);
     painter.fillRect(box, fire);
 }
 
 void draw_title(QPainter& painter) {
-    QFont font = look::display_font(look::design_font());
+    QFont font = theme::display_font(theme::design_font());
     font.setPixelSize(34);
     painter.setFont(font);
     const QRect line(0, 188, exit_picture_width - frames_left, 60);
     painter.setPen(Qt::black);
     painter.drawText(line.translated(2, 2), Qt::AlignRight | Qt::AlignVCenter, application_title);
-    painter.setPen(look::to_qcolor(look::light_text));
+    painter.setPen(theme::to_qcolor(theme::light_text));
     painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, application_title);
 }
 
@@ -54,7 +54,7 @@ void draw_title(QPainter& painter) {
 
 void draw_exit_picture(PictureSurface& surface) {
     QImage image(exit_picture_width, exit_picture_height, QImage::Format_RGB32);
-    image.fill(look::to_qcolor(look::window_background));
+    image.fill(theme::to_qcolor(theme::window_background));
     QPainter painter(&image);
     draw_film(painter);
     for (int frame = 0; frame < frames; ++frame) {

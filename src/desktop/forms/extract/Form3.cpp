@@ -2,10 +2,10 @@
 
 #include "core/base/files.h"
 #include "core/services/Services.h"
+#include "desktop/forms/FormParts.h"
+#include "desktop/forms/main_window/Form1.h"
 #include "desktop/services/exception_barrier.h"
 #include "qt/path_text.h"
-#include "desktop/forms/main_window/Form1.h"
-#include "desktop/forms/FormParts.h"
 
 namespace varnoth {
 
@@ -46,7 +46,7 @@ void Form3::design() {
 
 void Form3::design_folder() {
     design::place_label(ellabel1, {design::margin, design::below_title, 200, design::text_height},
-                        "Output Folder:", look::window_background);
+                        "Output Folder:", theme::window_background);
     design::place_field(eltexto1, {design::margin, 57, 213, design::text_height}, QString(),
                         tr("Output Folder"));
     design::place_button(elboton1, 224, 55, "...");
@@ -55,42 +55,43 @@ void Form3::design_folder() {
 
 void Form3::design_format() {
     design::place_label(ellabel2, {design::margin, 85, 100, design::text_height},
-                        "Format:", look::window_background);
+                        "Format:", theme::window_background);
     constexpr std::array formats{"Bmp", "Tga", "Pcx"};
     for (std::size_t i = 0; i < formats.size(); ++i) {
-        design::place_mark(elradio1[i], {design::margin, 106 + static_cast<int>(i) * design::row, 100, 19},
-                           formats[i], look::window_background, tr("Format"));
+        design::place_checkable(elradio1[i],
+                                {design::margin, 106 + static_cast<int>(i) * design::row, 100, 19},
+                                formats[i], theme::window_background, tr("Format"));
     }
     elradio1[0].SetValue(true);
     design::place_edged(elframe1, choices_place);
     constexpr std::array depths{"8 bpp", "24 bpp"};
     for (std::size_t i = 0; i < depths.size(); ++i) {
-        design::place_mark(elradio2[i], {8, 10 + static_cast<int>(i) * design::row, 110, 19}, depths[i],
-                           look::field_background, tr("Depth"));
+        design::place_checkable(elradio2[i], {8, 10 + static_cast<int>(i) * design::row, 110, 19}, depths[i],
+                                theme::field_background, tr("Depth"));
     }
     elradio2[0].SetEnabled(false);
-    elradio2[0].SetUncheckedColor(look::disabled_text);
+    elradio2[0].SetUncheckedColor(theme::disabled_text);
     elradio2[1].SetValue(true);
     design::place_edged(elframe2, choices_place);
-    design::place_mark(elcheck1, {10, 21, 110, 18}, "Compressed", look::field_background);
+    design::place_checkable(elcheck1, {10, 21, 110, 18}, "Compressed", theme::field_background);
     elframe2.SetEnabled(false);
     elframe2.hide();
 }
 
 void Form3::design_existing_files() {
     design::place_label(ellabel3, {design::margin, 176, 260, design::text_height},
-                        "If File Exists Then:", look::window_background);
+                        "If File Exists Then:", theme::window_background);
     constexpr std::array choices{"Skip", "Ask", "Overwrite"};
     constexpr std::array lefts{design::margin, 93, 179};
     for (std::size_t i = 0; i < choices.size(); ++i) {
-        design::place_mark(elradio3[i], {lefts[i], 197, i == 2 ? 101 : 80, 19}, choices[i],
-                           look::window_background, tr("If File Exists Then"));
+        design::place_checkable(elradio3[i], {lefts[i], 197, i == 2 ? 101 : 80, 19}, choices[i],
+                                theme::window_background, tr("If File Exists Then"));
     }
     elradio3[1].SetValue(true);
 }
 
 void Form3::connect_controls() {
-    on_event(&elboton1, &elboton::Click, this, [this] { emit folder_wanted(); });
+    on_event(&elboton1, &elboton::Click, this, [this] { emit folderRequested(); });
     on_event(&elboton2, &elboton::Click, this, [this] { Ok(); });
     on_event(&elboton3, &elboton::Click, this, [this] { Cancel(); });
     for (std::size_t i = 0; i < elradio1.size(); ++i) {
@@ -131,20 +132,20 @@ void Form3::click_format(std::size_t index) {
 void Form3::Ok() {
     if (eltexto1.Text().isEmpty()) {
         show_message("Select Output Folder First.");
-        emit folder_wanted();
+        emit folderRequested();
         return;
     }
     if (!folder_exists(path_of_text(eltexto1.Text()))) {
         show_message("Output Folder Doesnt Exist.");
-        emit folder_wanted();
+        emit folderRequested();
         return;
     }
-    emit extraction_wanted(options());
+    emit extractionRequested(options());
 }
 
 void Form3::Cancel() {
     main_window_.SetEnabled(true);
-    emit unload_wanted();
+    emit unloadRequested();
 }
 
 ExtractionOptions Form3::options() const {

@@ -5,6 +5,8 @@
 
 #include <array>
 
+#include "core/image/PictureSurface.h"
+#include "core/jobs/FrameExtraction.h"
 #include "desktop/controls/elboton.h"
 #include "desktop/controls/elcheck.h"
 #include "desktop/controls/elframe.h"
@@ -12,9 +14,7 @@
 #include "desktop/controls/elpanel.h"
 #include "desktop/controls/elradio.h"
 #include "desktop/controls/eltexto.h"
-#include "core/image/PictureSurface.h"
 #include "desktop/forms/Form.h"
-#include "core/jobs/FrameExtraction.h"
 
 namespace varnoth {
 
@@ -47,10 +47,10 @@ class Form3 : public Form {
     PictureSurface& scratch() { return picture1_; }
 
   signals:
-    void folder_wanted();
+    void folderRequested();
     /// Ok was clicked, and the output folder is there.
-    void extraction_wanted(const varnoth::ExtractionOptions& options);
-    void unload_wanted();
+    void extractionRequested(const varnoth::ExtractionOptions& options);
+    void unloadRequested();
 
   private:
     void design();

@@ -1,13 +1,13 @@
 #include "desktop/forms/folder/Form5.h"
 
-#include "desktop/services/exception_barrier.h"
 #include "desktop/forms/FormParts.h"
+#include "desktop/services/exception_barrier.h"
 
 namespace varnoth {
 
 Form5::Form5() : Form("Form5", "Select Extracting Folder:", Kind::Dialog, 224, 325) {
     design::place_label(ellabel1, {design::margin, design::margin, 210, design::text_height},
-                        "Select Extracting Folder:", look::window_background);
+                        "Select Extracting Folder:", theme::window_background);
     design::place_next(Dir1, {design::margin, 31, 210, 256});
     Dir1.setAccessibleName(tr("Select Extracting Folder"));
     constexpr int buttons_top = 325 - design::margin - design::button_height;

@@ -9,10 +9,10 @@
 #include "core/base/RunTimeFailure.h"
 #include "core/base/numbers.h"
 #include "core/services/Services.h"
-#include "desktop/services/exception_barrier.h"
-#include "qt/path_text.h"
 #include "core/sprite/hlspr.h"
 #include "desktop/forms/FormParts.h"
+#include "desktop/services/exception_barrier.h"
+#include "qt/path_text.h"
 
 namespace varnoth {
 
@@ -43,7 +43,7 @@ QString title_of(const QString& path) {
 Form1::Form1()
     : Form("Form1", application_title, Kind::Main, 575, 477),
       Picture1("Picture1", &picture_clip,
-               {.parent = nullptr, .width = 256, .height = 256, .back_colour = look::field_background}) {
+               {.parent = nullptr, .width = 256, .height = 256, .back_colour = theme::field_background}) {
     design();
     connect_controls();
     design_keys();
@@ -78,8 +78,8 @@ void Form1::design_frames() {
     List1.SetEnabled(false);
     Label1.setGeometry(258, 163, 18, 18);
     Label2.setGeometry(258, 187, 18, 18);
-    Label1.SetForeColor(look::light_text);
-    Label2.SetForeColor(look::light_text);
+    Label1.SetForeColor(theme::light_text);
+    Label2.SetForeColor(theme::light_text);
     design::place_button(elboton7, 6, 366, "Clear");
     design::place_button(elboton6, 76, 366, "Export");
     design::place_button(elboton5, 137, 366, "Remove");
@@ -105,20 +105,20 @@ void Form1::design_fields() {
     const std::array texts{"Name:", "Size:", "Origin:", "Type:", "Render:"};
     for (std::size_t i = 0; i < captions.size(); ++i) {
         const int top = 10 + static_cast<int>(i) * design::row;
-        design::place_label(*captions[i], {10, top, 45, 20}, texts[i], look::field_background);
-        captions[i]->SetForeColor(look::disabled_text);
-        design::place_label(*values[i], {55, top, 211, 20}, QString(), look::field_background);
+        design::place_label(*captions[i], {10, top, 45, 20}, texts[i], theme::field_background);
+        captions[i]->SetForeColor(theme::disabled_text);
+        design::place_label(*values[i], {55, top, 211, 20}, QString(), theme::field_background);
     }
 }
 
 void Form1::connect_controls() {
-    on_event(&elpanel1, &elpanel::CloseClick, this, [this] { emit end_wanted(); });
-    on_event(this, &Form::close_wanted, this, [this] { emit end_wanted(); });
+    on_event(&elpanel1, &elpanel::CloseClick, this, [this] { emit endRequested(); });
+    on_event(this, &Form::closeRequested, this, [this] { emit endRequested(); });
     on_event(&elboton1, &elboton::Click, this, [this] { Open(); });
-    on_event(&elboton2, &elboton::Click, this, [this] { emit new_wanted(); });
+    on_event(&elboton2, &elboton::Click, this, [this] { emit newRequested(); });
     on_event(&elboton3, &elboton::Click, this, [this] { Save(); });
-    on_event(&elboton4, &elboton::Click, this, [this] { emit import_wanted(); });
-    on_event(&elboton6, &elboton::Click, this, [this] { emit export_wanted(); });
+    on_event(&elboton4, &elboton::Click, this, [this] { emit importRequested(); });
+    on_event(&elboton6, &elboton::Click, this, [this] { emit exportRequested(); });
     on_event(&elboton7, &elboton::Click, this, [this] { Clear(); });
     // Remove (elboton5) is there and can be pressed, and does nothing.
     on_event(&List1, &ListBox::Click, this, [this] { draw_current(); });
@@ -126,7 +126,7 @@ void Form1::connect_controls() {
     on_event(&Label2, &Label::Click, this, [this] { move_frame(1); });
     on_event(&Picture1, &PictureBox::DblClick, this, [this] {
         if (List1.ListCount() >= 1) {
-            emit preview_wanted();
+            emit previewRequested();
         }
     });
 }
@@ -242,7 +242,7 @@ void Form1::move_frame(int step) {
 
 void Form1::enable_captions() {
     for (ellabel* caption : {&ellabel1, &ellabel2, &ellabel3, &ellabel4, &ellabel5}) {
-        caption->SetForeColor(look::light_text);
+        caption->SetForeColor(theme::light_text);
     }
 }
 

@@ -9,10 +9,10 @@
 #include "desktop/controls/ellabel.h"
 #include "desktop/controls/elpanel.h"
 #include "desktop/controls/eltexto.h"
+#include "desktop/forms/Form.h"
 #include "desktop/widgets/Label.h"
 #include "desktop/widgets/ListBox.h"
 #include "desktop/widgets/PictureBox.h"
-#include "desktop/forms/Form.h"
 
 namespace varnoth {
 
@@ -73,11 +73,11 @@ class Form1 : public Form {
     void add_frame_line(const QString& text) { List1.AddItem(text); }
 
   signals:
-    void new_wanted();
-    void import_wanted();
-    void export_wanted();
-    void preview_wanted();
-    void end_wanted();
+    void newRequested();
+    void importRequested();
+    void exportRequested();
+    void previewRequested();
+    void endRequested();
 
   private:
     void design();

@@ -3,10 +3,10 @@
 #include "core/base/leading_number.h"
 #include "core/base/number_text.h"
 #include "core/base/numbers.h"
-#include "desktop/services/exception_barrier.h"
 #include "core/sprite/hlspr.h"
-#include "desktop/forms/main_window/Form1.h"
 #include "desktop/forms/FormParts.h"
+#include "desktop/forms/main_window/Form1.h"
+#include "desktop/services/exception_barrier.h"
 
 namespace varnoth {
 
@@ -44,7 +44,7 @@ void Form2::design() {
     const auto place_caption = [&](std::size_t row) {
         design::place_label(ellabel1[row],
                             {design::margin, tops[row], field_left - design::margin, design::text_height},
-                            captions[row], look::window_background);
+                            captions[row], theme::window_background);
     };
     place_caption(0);
     design::place_field(eltexto1, {field_left, tops[0], field_width, design::text_height}, "Untitled",
@@ -53,7 +53,7 @@ void Form2::design() {
     design::place_field(eltexto2, {field_left, tops[1], size_width, design::text_height}, "32",
                         tr("Size, width"));
     design::place_label(ellabel1[4], {field_left + size_width + 4, tops[1], 8, design::text_height}, "x",
-                        look::window_background);
+                        theme::window_background);
     design::place_field(eltexto3,
                         {field_left + field_width - size_width, tops[1], size_width, design::text_height},
                         "32", tr("Size, height"));
@@ -103,12 +103,12 @@ void Form2::Ok() {
                       round_to_even<std::int32_t>(number_in(eltexto3)), elcombo1.GetListIndex(),
                       elcombo2.GetListIndex());
     hlspr::SpriteDirty = false;
-    emit unload_wanted();
+    emit unloadRequested();
 }
 
 void Form2::Cancel() {
     main_window_.SetEnabled(true);
-    emit unload_wanted();
+    emit unloadRequested();
 }
 
 } // namespace varnoth

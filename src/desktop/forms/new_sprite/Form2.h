@@ -37,7 +37,7 @@ class Form2 : public Form {
     elboton elboton1{"elboton1", this}; ///< Cancel
 
   signals:
-    void unload_wanted();
+    void unloadRequested();
 
   private:
     void design();

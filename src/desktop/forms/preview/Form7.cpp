@@ -1,16 +1,16 @@
 #include "desktop/forms/preview/Form7.h"
 
+#include "desktop/forms/FormParts.h"
+#include "desktop/forms/main_window/Form1.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/widgets/checked_state.h"
-#include "desktop/forms/main_window/Form1.h"
-#include "desktop/forms/FormParts.h"
 
 namespace varnoth {
 
 Form7::Form7(Form1& main_window)
     : Form("Form7", "Animation Preview", Kind::Dialog, 281, 327),
       Picture1("Picture1", &picture_clip,
-               {.parent = nullptr, .width = 256, .height = 256, .back_colour = look::field_background}),
+               {.parent = nullptr, .width = 256, .height = 256, .back_colour = theme::field_background}),
       main_window_(main_window) {
     design();
     Timer1.setObjectName("Timer1");
@@ -30,7 +30,7 @@ Form7::Form7(Form1& main_window)
     });
     on_event(&Timer1, &QTimer::timeout, this, [this] { Tick(); });
     on_event(&elpanel1, &elpanel::CloseClick, this, [this] { Close(); });
-    on_event(this, &Form::close_wanted, this, [this] { Close(); });
+    on_event(this, &Form::closeRequested, this, [this] { Close(); });
     add_keys({plain_key(Qt::Key_Space, Label2, [this] { return !Timer1.isActive(); }),
               plain_key(Qt::Key_Space, Label1, [this] { return Timer1.isActive(); }),
               plain_key(Qt::Key_Left, Label4), plain_key(Qt::Key_Right, Label3),
@@ -49,25 +49,25 @@ void Form7::design() {
     Label4.setGeometry(161, top, side, side);
     Label3.setGeometry(185, top, side, side);
     Label5.setGeometry(213, top, 56, side);
-    show_in_force(Label1, Label2);
-    Label3.SetForeColor(look::light_text);
-    Label4.SetForeColor(look::light_text);
+    show_checked(Label1, Label2);
+    Label3.SetForeColor(theme::light_text);
+    Label4.SetForeColor(theme::light_text);
 }
 
-void Form7::show_in_force(Label& one, Label& other) {
-    other.SetForeColor(look::black);
-    one.SetForeColor(look::highlight);
-    set_in_force(other, false);
-    set_in_force(one, true);
+void Form7::show_checked(Label& one, Label& other) {
+    other.SetForeColor(theme::black);
+    one.SetForeColor(theme::highlight);
+    set_checked_state(other, false);
+    set_checked_state(one, true);
 }
 
 void Form7::Stop() {
-    show_in_force(Label1, Label2);
+    show_checked(Label1, Label2);
     Timer1.stop();
 }
 
 void Form7::Play() {
-    show_in_force(Label2, Label1);
+    show_checked(Label2, Label1);
     if (!Timer1.isActive()) { // to start it again would put off the next tick
         Timer1.start();
     }
@@ -86,7 +86,7 @@ void Form7::Tick() {
 void Form7::Close() {
     Timer1.stop();
     main_window_.SetEnabled(true);
-    emit unload_wanted();
+    emit unloadRequested();
 }
 
 } // namespace varnoth

@@ -3,11 +3,11 @@
 
 #include <QTimer>
 
+#include "core/jobs/PreviewWalk.h"
 #include "desktop/controls/elpanel.h"
+#include "desktop/forms/Form.h"
 #include "desktop/widgets/Label.h"
 #include "desktop/widgets/PictureBox.h"
-#include "desktop/forms/Form.h"
-#include "core/jobs/PreviewWalk.h"
 
 namespace varnoth {
 
@@ -32,11 +32,11 @@ class Form7 : public Form {
     const PreviewWalk& walk() const { return walk_; }
 
   signals:
-    void unload_wanted();
+    void unloadRequested();
 
   private:
     void design();
-    static void show_in_force(Label& one, Label& other);
+    static void show_checked(Label& one, Label& other);
     void Stop();
     void Play();
     void show_speed();

@@ -1,17 +1,17 @@
 #include "desktop/forms/progress/Form6.h"
 
 #include "core/services/Services.h"
-#include "desktop/services/exception_barrier.h"
 #include "desktop/forms/FormParts.h"
+#include "desktop/services/exception_barrier.h"
 
 namespace varnoth {
 
 Form6::Form6() : Form("Form6", application_title, Kind::Dialog, 351, 110) {
     constexpr int width = 351 - 2 * design::margin;
     design::place_label(Label1, {design::margin, design::margin, width, design::text_height}, QString(),
-                        look::window_background);
+                        theme::window_background);
     design::place_label(Label2, {design::margin, design::margin + design::row, width, design::text_height},
-                        QString(), look::window_background);
+                        QString(), theme::window_background);
     design::place_edged(Progressbar1, {design::margin, 52, width, design::button_height});
     Progressbar1.setAccessibleName(tr("Progress"));
     design::place_button(elboton1, 351 - design::margin - design::button_width, 79, "Cancel");

@@ -8,7 +8,7 @@
 namespace varnoth {
 
 /// At least 500 twips wide. The control adds its parts, of which the caption stands in front.
-class MarkControl : public SkinnedControl {
+class CheckableControl : public SkinnedControl {
     Q_OBJECT
     Q_PROPERTY(int BackColor READ BackColor)
     Q_PROPERTY(int BackColor2 READ BackColor2)
@@ -70,7 +70,7 @@ class MarkControl : public SkinnedControl {
 
   protected:
     /// The caption stands there until the control has a height.
-    MarkControl(const QString& name, QWidget* parent, double caption_left, double caption_top);
+    CheckableControl(const QString& name, QWidget* parent, double caption_left, double caption_top);
 
     ShadowedText& caption() { return caption_; }
 
