@@ -154,7 +154,7 @@ class Version(unittest.TestCase):
         self.assertEqual(self.release.get("version"), VERSION)
         self.assertEqual(self.newest[1], VERSION)
         self.assertEqual(re.match(r"varnoth \((.*)\) ", text("packaging", "debian", "changelog"))[1], VERSION)
-        title = re.search(r'application_title = "(.*)"', text("src", "platform", "qt", "look.h"))[1]
+        title = re.search(r'application_title = "(.*)"', text("src", "desktop", "theme", "theme.h"))[1]
         self.assertEqual(title, "Varnoth " + VERSION)
 
     def test_release_date_is_the_same_everywhere(self):
