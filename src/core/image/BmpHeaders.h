@@ -23,6 +23,7 @@ struct BITMAPFILEHEADER {
 
     bool is_bmp() const { return bfType == std::array<std::uint8_t, 2>{'B', 'M'}; }
 
+    /// Decodes the little-endian fields.
     static BITMAPFILEHEADER from_bytes(std::span<const std::uint8_t, size> bytes) {
         return {{bytes[0], bytes[1]},
                 get_i32(bytes, 2),
@@ -60,6 +61,7 @@ struct BITMAPINFOHEADER {
     std::int32_t biClrUsed = 0;
     std::int32_t biClrImportant = 0;
 
+    /// Decodes the little-endian fields.
     static BITMAPINFOHEADER from_bytes(std::span<const std::uint8_t, size> bytes) {
         return {get_i32(bytes, 0),  get_i32(bytes, 4),  get_i32(bytes, 8),  get_i16(bytes, 12),
                 get_i16(bytes, 14), get_u32(bytes, 16), get_i32(bytes, 20), get_i32(bytes, 24),

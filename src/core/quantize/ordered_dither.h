@@ -12,7 +12,7 @@ namespace varnoth {
 inline constexpr std::size_t dithered_at_once = 64;
 
 using DitheredPixels = std::span<const std::uint8_t, 4 * dithered_at_once>; ///< blue, green, red, not used
-using DitheredPlaces = std::array<std::uint32_t, dithered_at_once>;
+using DitheredPlaces = std::array<std::uint32_t, dithered_at_once>; ///< one index into the lookup a pixel
 
 /// What the dither matrix adds to the bytes of four neighbouring pixels, the first of them in its column 0.
 using MatrixRow = std::array<std::uint8_t, 16>;

@@ -10,6 +10,7 @@
 
 namespace varnoth {
 
+/// A key combination and the control that it clicks.
 struct FormKey {
     /// Who gets the key first. What the focused control does not take comes to the form.
     enum class First { Form, FocusedControl };

@@ -25,6 +25,7 @@ struct ShadowedText {
     /// Whether the shadow is to be seen.
     void set_shadow(bool shown);
 
+    /// Moves the text to that x position in pixels; the shadow keeps its offset from it.
     void set_left(double left);
 
     /// Puts a caption that is lower than that into the middle of it, taken down to a whole pixel. A higher

@@ -10,11 +10,11 @@
 #include <QVariant>
 #include <QWidget>
 
+#include "core/image/DrawingContext.h"
+#include "core/image/alpha_blend.h"
 #include "desktop/controls/parts/ControlProperty.h"
 #include "desktop/controls/parts/Part.h"
 #include "desktop/controls/parts/PropertyBag.h"
-#include "core/image/DrawingContext.h"
-#include "core/image/alpha_blend.h"
 #include "desktop/widgets/mouse.h"
 
 namespace varnoth {
@@ -85,15 +85,17 @@ class SkinnedControl : public QWidget {
     /// as setProperty does; the properties loaded before are kept then.
     void ReadProperties(const PropertyBag& bag);
 
-    // Geometry in pixels. The parts follow a new size at once, also while the control is hidden; QWidget
-    // tells a hidden widget of its size only when it is shown.
+    // Geometry in pixels.
 
+    /// The parts follow a new size at once, even while the control is hidden: QWidget sends a hidden widget
+    /// its resize event only when it is shown.
     void setGeometry(const QRect& geometry);
 
     void setGeometry(int left, int top, int width, int height) {
         setGeometry(QRect(left, top, width, height));
     }
 
+    /// Like setGeometry, but keeps the position.
     void resize(const QSize& size);
 
     void resize(int width, int height) { resize(QSize(width, height)); }
