@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds which files scripts/mutate changes, and how tools/mutation/programs.py judges what a test program does."""
+"""Tests which files scripts/mutate mutates, the list of equivalent mutants, and how a test program is judged."""
 import os
 import stat
 import sys
@@ -8,21 +8,46 @@ import unittest
 
 TOOLS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools")
 sys.path[:0] = [os.path.join(TOOLS, "mutation"), os.path.join(TOOLS, "shared")]
-from core import is_core, is_desktop, source_files  # noqa: E402
-from programs import Stage, used_by_group  # noqa: E402
+from core import ROOT, is_core, is_desktop, read_argued, source_files  # noqa: E402
+from mutants import without_comment  # noqa: E402
+from programs import Programs, Stage, used_by_group  # noqa: E402
 
 
 class Files(unittest.TestCase):
-    def test_every_source_file_but_main_is_core_or_desktop(self):
-        for path in source_files(lambda path: True):
+    def test_each_source_but_main_is_core_or_desktop(self):
+        for path in source_files(lambda path: path.endswith((".cpp", ".h"))):
             self.assertEqual(is_core(path) + is_desktop(path), 0 if path == "main.cpp" else 1, path)
 
-    def test_forms_controls_and_platform_qt_are_desktop(self):
-        for path in ("workbench/Form1.cpp", "workbench/FormCoordinator.h", "import/Form4.cpp", "controls/parts/Part.cpp",
-                     "platform/qt/look.h"):
+    def test_only_sources_below_qt_and_desktop_are_desktop(self):
+        for path in ("qt/QtPictureLoader.h", "desktop/theme/theme.h", "desktop/forms/FormCoordinator.h",
+                     "desktop/forms/preview/Form7.cpp", "desktop/controls/parts/Part.cpp"):
             self.assertTrue(is_desktop(path), path)
-        for path in ("workbench/Module1.cpp", "import/mixpals.cpp", "platform/Bitmap.h"):
+        for path in ("core/jobs/Module1.cpp", "core/image/Bitmap.h", "main.cpp", "CMakeLists.txt"):
             self.assertFalse(is_desktop(path), path)
+
+    def test_only_sources_below_core_are_core(self):
+        self.assertTrue(is_core("core/quantize/mixpals.cpp"))
+        for path in ("qt/QtPictureLoader.h", "main.cpp", "CMakeLists.txt"):
+            self.assertFalse(is_core(path), path)
+
+
+class EquivalentMutants(unittest.TestCase):
+    def test_each_listed_line_is_in_its_file(self):
+        for path, line, _ in read_argued("tests/equivalent_mutants.txt", ("path", "line", "mutated line", "why")):
+            with open(os.path.join(ROOT, "src", path), encoding="utf-8") as file:
+                self.assertIn(line, without_comment(file.read()), path)
+
+    def test_quoted_line_has_no_comment_and_single_blanks(self):
+        self.assertEqual(without_comment("  a = 1; // one\n  // two\n  b;"), "a = 1; b;")
+
+
+class TestFolders(unittest.TestCase):
+    def test_nearest_parent_with_tests_is_the_test_folder(self):
+        programs = Programs.__new__(Programs)
+        programs.files_of_suites = {"A": "core/base/files_test.cpp", "B": "desktop/forms/preview_test.cpp"}
+        self.assertEqual(programs.test_folder_of("core/base/files.cpp"), "core/base")
+        self.assertEqual(programs.test_folder_of("desktop/forms/preview/Form7.cpp"), "desktop/forms")
+        self.assertEqual(programs.test_folder_of("desktop/theme/theme.cpp"), "")
 
 
 class Judgements(unittest.TestCase):
@@ -36,22 +61,22 @@ class Judgements(unittest.TestCase):
             stage.idle_seconds = idle_seconds
             return stage.passes({"program": program}, folder)
 
-    def test_a_program_that_ends_with_0_passes(self):
+    def test_exit_status_0_passes(self):
         self.assertEqual(self.judge("exit 0"), "passed")
 
-    def test_one_that_ends_otherwise_or_crashes_fails(self):
+    def test_other_exit_status_or_crash_fails(self):
         self.assertEqual(self.judge("exit 1"), "failed")
         self.assertEqual(self.judge("kill -SEGV $$"), "failed")
 
-    def test_one_that_neither_says_nor_computes_anything_hits_the_limit(self):
+    def test_no_output_and_no_processor_time_is_a_limit(self):
         self.assertEqual(self.judge("echo started; sleep 600", idle_seconds=0.2), "limit")
 
-    def test_what_a_group_computes_is_seen(self):
+    def test_processor_time_of_a_group_increases(self):
         before = used_by_group(os.getpgrp())
         while used_by_group(os.getpgrp()) == before:
             pass
 
-    def test_it_is_given_the_tests_of_the_stage(self):
+    def test_program_gets_the_tests_of_its_stage(self):
         self.assertEqual(self.judge('grep -qx -- "--gtest_filter=Suite.Test" "${1#--gtest_flagfile=}"'), "passed")
 
 

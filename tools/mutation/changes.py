@@ -1,6 +1,6 @@
-"""Finds the small changes that a text of C++ can suffer: another operator, another bound, another constant, a statement
-less. Works on tokens, not on meaning; a change that does not compile is the caller's to drop. Relies on .clang-format:
-a binary operator has a space on either side, a reference, a pointer or a template's bracket has not."""
+"""Finds the possible mutations of C++ source text: replaced operators, bounds and constants, and removed statements.
+Works on tokens without understanding them; the caller drops mutations that do not compile. Relies on .clang-format:
+a binary operator has a space on either side, while references, pointers and template brackets have not."""
 import re
 from dataclasses import dataclass
 
@@ -14,7 +14,7 @@ TOKEN = re.compile(r"""
            |\+=|-=|\*=|/=|%=|&=|\|=|\^=|->|::|\[\[|\]\]|[^\s])
 """, re.VERBOSE | re.MULTILINE | re.DOTALL)
 
-# Each operator with those that may stand in its place.
+# The replacements of each operator.
 OPERATORS = {
     "+": ("-",), "-": ("+",), "*": ("/",), "/": ("*",), "%": ("*",),
     "<<": (">>",), ">>": ("<<",), "&": ("|",), "|": ("&",), "^": ("&",),
@@ -25,7 +25,7 @@ OPERATORS = {
 }
 STEPS = {"++": "--", "--": "++"}
 WORDS = {"true": "false", "false": "true", "True": "False", "False": "True"}
-# A statement that begins with one of these is a declaration or more than one expression.
+# A statement that begins with one of these words is not a single expression.
 NO_EXPRESSION = {
     "if", "else", "for", "while", "do", "switch", "case", "default", "try", "catch", "using", "namespace", "class",
     "struct", "enum", "template", "typedef", "static_assert", "public", "private", "protected", "friend", "constexpr",
@@ -33,7 +33,7 @@ NO_EXPRESSION = {
     "operator", "throw",
 }
 BLOCKS = {"if", "else", "for", "while", "do", "switch", "try", "catch", "template"}
-# What a return gives back that already is the nothing of its type.
+# Returned values that already are the empty value of their type.
 NOTHING = {"{}", "false", "False", "0", "nullptr", "std::nullopt"}
 
 
@@ -56,8 +56,7 @@ class Change:
 
 
 def tokens_of(text):
-    """The tokens that compile to something, without preprocessor lines, attributes, static assertions and what is said
-    to Qt's generator."""
+    """The tokens that generate code: without preprocessor lines, attributes, static assertions and Qt's properties."""
     found, depth, asserting, generating = [], 0, False, False
     for match in TOKEN.finditer(text):
         kind = match.lastgroup
@@ -82,7 +81,7 @@ def tokens_of(text):
 
 
 def spaced(text, token):
-    """Whether an operator stands between spaces or at the end of a line, as a binary one does."""
+    """Whether an operator is between spaces or at the end of a line, as a binary one is."""
     return text[token.start - 1] in " \n" and text[token.end:token.end + 1] in (" ", "\n")
 
 
@@ -92,7 +91,7 @@ def ends_operand(token):
 
 
 def numbers_beside(literal):
-    """A literal one higher and one lower, in the same base and of the same type."""
+    """The literal plus one and minus one, in the same base and of the same type."""
     body = re.fullmatch(r"(.*?)([uUlLfFzZ]*)", literal)
     digits, suffix = body.groups()
     if digits.lower().startswith("0x"):
@@ -111,7 +110,7 @@ def numbers_beside(literal):
 
 
 def token_changes(text, tokens):
-    """(token, replacement, what) for all tokens that can be another."""
+    """(token, replacement, what) for all tokens that can be replaced."""
     for i, token in enumerate(tokens):
         before = tokens[i - 1] if i else None
         after = tokens[i + 1] if i + 1 < len(tokens) else None
@@ -123,7 +122,7 @@ def token_changes(text, tokens):
         elif token.text in STEPS:
             yield token, STEPS[token.text], f"{token.text} to {STEPS[token.text]}"
         elif token.text in ("-", "!", "~") and not spaced(text, token) and not ends_operand(before):
-            yield token, "", f"{token.text} taken away"
+            yield token, "", f"{token.text} removed"
         elif token.kind == "number":
             for other in numbers_beside(token.text):
                 yield token, other, f"{token.text} to {other}"
@@ -132,7 +131,7 @@ def token_changes(text, tokens):
 
 
 def begins_value(part):
-    """Whether the statement so far asks for a value: it returns one or gives one to something."""
+    """Whether the statement so far expects a value: it is an assignment, an initialisation or a return."""
     if not part or part[0].text in BLOCKS:
         return False
     depth = 0
@@ -144,14 +143,14 @@ def begins_value(part):
 
 
 def statements(tokens):
-    """(first, last) index of the tokens of each statement that ends in a semicolon, those in lambdas too."""
+    """(first, last) token index of each statement that ends with a semicolon, including those in lambdas."""
     first, open_marks = 0, []
     for i, token in enumerate(tokens):
         inside = bool(open_marks) and open_marks[-1][0] != "{"
         if token.text in ("(", "["):
             open_marks.append((token.text, first))
         elif token.text == "{":
-            # A brace inside a statement is a lambda's or a list's; the statement goes on behind it.
+            # A brace inside a statement belongs to a lambda or a list; the statement continues after it.
             part_of_one = inside or begins_value(tokens[first:i])
             open_marks.append(("{", first if part_of_one else None))
             first = i + 1
@@ -166,22 +165,22 @@ def statements(tokens):
 
 
 def statement_changes(text, tokens):
-    """(start, end, replacement, what) for the statements that can be missing."""
+    """(start, end, replacement, what) for the statements that can be removed."""
     for first, last in statements(tokens):
         head, span = tokens[first], (tokens[first].start, tokens[last].end)
         if head.text == "return":
             if last == first + 1:
-                yield *span, ";", "return taken away"
+                yield *span, ";", "return removed"
             elif text[tokens[first + 1].start:tokens[last].start] not in NOTHING:
-                yield *span, "return {};", "return of nothing"
+                yield *span, "return {};", "returned value removed"
         elif head.text in ("break", "continue"):
-            yield *span, ";", f"{head.text} taken away"
+            yield *span, ";", f"{head.text} removed"
         elif head.text not in NO_EXPRESSION and is_expression(tokens[first:last]):
-            yield *span, ";", "statement taken away"
+            yield *span, ";", "statement removed"
 
 
 def is_expression(part):
-    """Whether a statement does something rather than declare it: an assignment, a step or a call."""
+    """Whether a statement is an assignment, an increment, a decrement or a call, and not a declaration."""
     if part[0].text == "emit":
         return True
     texts = [token.text for token in part]
@@ -190,7 +189,7 @@ def is_expression(part):
     if any(text in STEPS for text in texts):
         return True
     for i, (left, right) in enumerate(zip(part, part[1:])):
-        # Two words side by side, or a word behind a bracket, a star or an ampersand of a type: a declaration.
+        # Two adjacent words, or a word after the bracket, star or ampersand of a type: a declaration.
         if right.kind == "word" and (left.kind == "word" or left.text in (">", "&", "*", "&&") and i < 8
                                      and "(" not in texts[:i] and "=" not in texts[:i]):
             return False
@@ -200,7 +199,7 @@ def is_expression(part):
 
 
 def changes_in(text):
-    """All changes of a file's text, in the order of their places."""
+    """All changes of a file's text, ordered by position."""
     tokens = tokens_of(text)
     found = [(token.start, token.end, other, what) for token, other, what in token_changes(text, tokens)]
     found += statement_changes(text, tokens)

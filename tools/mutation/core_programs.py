@@ -1,4 +1,4 @@
-"""The programs of the tests over the core."""
+"""The test programs of the core."""
 import json
 import os
 import re
@@ -11,15 +11,14 @@ class CorePrograms(Programs):
     preset = "coverage"
     flags = FLAGS + ["-O1"]
     wanted = staticmethod(is_core)
-    library = "libvarnoth_core.a"
     tests = programs = ("core_tests", "fault_tests")
 
     def __init__(self):
         super().__init__()
-        self.reached = self.what_slow_tests_reach()
+        self.reached = self.measure_slow_tests()
 
-    def what_slow_tests_reach(self):
-        """Slow test of core_tests to the lines of the core that it runs, {path: [line, ...]}, by Clang's counts."""
+    def measure_slow_tests(self):
+        """{slow test of core_tests: {path: [executed line, ...]}}, from Clang's coverage counters."""
         kept = os.path.join(self.folder, "reached.json")
         program = os.path.join(self.build, "bin", "core_tests")
         stamp = self.code + str(os.path.getmtime(program))
@@ -51,14 +50,14 @@ class CorePrograms(Programs):
         return {name: sorted(numbers) for name, numbers in lines.items()}
 
     def may_reach(self, test, mutant):
-        # What a constant of a header does shows elsewhere than on its own line.
+        # A constant in a header has its effect on other lines.
         if mutant.path.endswith(".h"):
             return True
         lines = range(mutant.change.line - 1, mutant.change.line + 2)
         return not set(self.reached.get(test, {}).get(mutant.path, ())).isdisjoint(lines)
 
     def tests_to_compile(self, mutant):
-        """The tests of a header's own, which call its inline functions themselves, and no later ones."""
+        """The tests of the header itself, which call its inline functions, and no others."""
         stem = os.path.join(ROOT, "tests", mutant.path.removesuffix(".h"))
         own = re.compile(re.escape(stem) + r"(_\w+)?_test\.cpp")
         return [file for file in self.compilations if own.fullmatch(file)], []

@@ -1,4 +1,4 @@
-"""The programs of the tests over the controls, the forms and the platform made of Qt."""
+"""The test programs of the code that uses Qt."""
 import os
 import sys
 import time
@@ -6,19 +6,19 @@ import time
 from core import ROOT, is_desktop
 from programs import BUILD, FLAGS, SRC, Programs, Stage, run
 
-FIRST_LOOK = "Scales.test_the_windows_are_as_designed"
-LOOK = os.path.join(ROOT, "tests", "golden", "golden_test.py")
+FIRST_GOLDEN_TEST = "Scales.test_the_windows_are_as_designed"
+GOLDEN_TESTS = os.path.join(ROOT, "tests", "golden", "golden_test.py")
 
 
-class LookStage(Stage):
-    """Some of the comparisons of windows with the design sheet."""
+class GoldenStage(Stage):
+    """Some of the comparisons of windows with golden images."""
 
     def __init__(self, tests, seconds, inspect):
         super().__init__("walkthrough", {test: seconds for test in tests})
         self.programs, self.inspect = ("walkthrough", "desktop_tests"), inspect
 
     def command(self, paths, scratch):
-        return [sys.executable, LOOK, paths["walkthrough"], self.inspect, os.path.join(ROOT, "samples"),
+        return [sys.executable, GOLDEN_TESTS, paths["walkthrough"], self.inspect, os.path.join(ROOT, "samples"),
                 paths["desktop_tests"], "--failfast", *self.tests]
 
 
@@ -27,27 +27,28 @@ class DesktopPrograms(Programs):
     folder = os.path.join(BUILD, "desktop")
     flags = FLAGS + ["-O0", "-fPIC"]
     wanted = staticmethod(is_desktop)
-    library = "libvarnoth_desktop.a"
     tests = ("desktop_tests", "desktop_fault_tests")
     programs = tests + ("walkthrough",)
     helpers = ("inspect",)
-    # What Qt generates from the headers is linked as it is: it tells names, which no change alters.
-    generated = "CMakeFiles/varnoth_desktop.dir/varnoth_desktop_autogen/mocs_compilation.cpp.o"
 
     def __init__(self):
         super().__init__()
         self.includes = self.find_includes()
         self.reached = {}
-        self.look_seconds = self.measured("walkthrough", self.measure_look)
+        self.golden_seconds = self.measured("walkthrough", self.measure_golden)
 
-    def make_plain(self):
-        super().make_plain()
-        self.objects["generated"] = self.generated
+    def compile_original(self):
+        super().compile_original()
+        # The meta-objects contain only names, which no mutation changes, so the build's objects are linked.
+        for target in sorted(self.targets):
+            file = os.path.join(self.build, "src", f"{target}_autogen", "mocs_compilation.cpp")
+            if file in self.compilations:
+                self.objects[file] = self.object_of(file)
 
     def find_includes(self):
-        """File of a test program to the paths below src/ that it includes."""
+        """{source file of a test program: paths below src/ that it includes}"""
         linked = set().union(*self.links.values())
-        objects = {words[words.index("-o") + 1]: file for file, words in self.compilations.items()}
+        objects = {self.object_of(file): file for file in self.compilations}
         includes, own = {}, set()
         for line in run(["ninja", "-C", self.build, "-t", "deps"]).split("\n"):
             name = line.split(": ")[0]
@@ -61,25 +62,21 @@ class DesktopPrograms(Programs):
                     own.add(path)
         return includes
 
-    def measure_look(self, name):
-        paths = {program: self.link_plain(program) for program in ("walkthrough", "desktop_tests")}
-        stage, start = LookStage([FIRST_LOOK], 60, self.inspect), time.monotonic()
+    def measure_golden(self, name):
+        paths = {program: self.link_original(program) for program in ("walkthrough", "desktop_tests")}
+        stage, start = GoldenStage([FIRST_GOLDEN_TEST], 60, self.inspect), time.monotonic()
         if stage.passes(paths, self.folder) != "passed":
-            sys.exit(f"mutate: {FIRST_LOOK} does not pass as it is")
+            sys.exit(f"mutate: {FIRST_GOLDEN_TEST} fails without mutations")
         return time.monotonic() - start
 
     @property
     def inspect(self):
         return os.path.join(self.build, "bin", "inspect")
 
-    def room_of(self, path):
-        folder = os.path.dirname(path)
-        return "controls" if folder.startswith("controls") else folder if folder == "platform/qt" else "desktop"
-
     def stages_for(self, mutant):
-        return super().stages_for(mutant) + [LookStage([FIRST_LOOK], self.look_seconds, self.inspect),
-                                             LookStage(["Scales", "Desktop", "Fonts"], 10 * self.look_seconds,
-                                                       self.inspect)]
+        return super().stages_for(mutant) + [GoldenStage([FIRST_GOLDEN_TEST], self.golden_seconds, self.inspect),
+                                             GoldenStage(["Scales", "Desktop", "Fonts"], 10 * self.golden_seconds,
+                                                         self.inspect)]
 
     def may_reach(self, test, mutant):
         file = os.path.join(ROOT, "tests", self.file_of(test))
@@ -88,7 +85,7 @@ class DesktopPrograms(Programs):
         return mutant.path in self.reached[file]
 
     def reached_from(self, paths):
-        """What lies behind some headers: them, their source files, and what those include in turn."""
+        """The transitive closure of some headers: the headers, their source files, and what those include."""
         found, new = set(), set(paths)
         while new:
             found |= new
@@ -97,8 +94,8 @@ class DesktopPrograms(Programs):
         return found
 
     def tests_to_compile(self, mutant):
-        """All that include a header; those of its own room first."""
+        """All test files that include a header; those in its test folder first."""
         files = [file for file, paths in self.includes.items() if mutant.path in paths]
-        folder = os.path.join(ROOT, "tests", self.room_of(mutant.path)) + os.sep
+        folder = os.path.join(ROOT, "tests", self.test_folder_of(mutant.path)) + os.sep
         own = [file for file in files if file.startswith(folder)]
         return own, [file for file in files if file not in own]

@@ -1,4 +1,4 @@
-"""The programs of the tests over the code as it is and over the code with one change, for scripts/mutate."""
+"""Builds and runs the test programs of scripts/mutate, with the original code and with a mutant."""
 import glob
 import json
 import os
@@ -16,12 +16,13 @@ from mutants import digest
 
 BUILD = os.path.join(ROOT, "build", "mutate")
 SRC = os.path.join(ROOT, "src")
-# Warnings are no matter here: a change may leave a variable unused.
+# Without warnings, because a mutation may leave a variable unused.
 FLAGS = ["-std=c++20", "-w", "-D_GLIBCXX_ASSERTIONS", "-fbracket-depth=1024"]
 QUICK_SECONDS = 0.15
 MEMORY = 8 << 30
 FILE_SIZE = 1 << 30
-# A dialog that nobody closes waits for ever, with the cursor blinking; on a busy machine a test that works waits too.
+# A test that hangs in a dialog still uses a little processor time, because the cursor blinks. A correct test may wait
+# for a while on a busy machine.
 IDLE_SECONDS = 20
 IDLE_SHARE = 0.005
 
@@ -31,12 +32,12 @@ def run(command, **options):
                           **options)
     if done.returncode != 0:
         print(done.stdout[-4000:], file=sys.stderr)
-        sys.exit(f"mutate: this failed: {' '.join(command)[:300]}")
+        sys.exit(f"mutate: failed: {' '.join(command)[:300]}")
     return done.stdout
 
 
 def limit_process(cpu_seconds):
-    """Endless loops and endless lists end here."""
+    """Stops endless loops and endless allocation."""
     os.setpgid(0, 0)
     resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
@@ -45,21 +46,21 @@ def limit_process(cpu_seconds):
 
 
 def used_by_group(group):
-    """The processor time of all living processes of a group and of their ended children, in seconds."""
+    """The processor time of all running processes of a group and of their ended children, in seconds."""
     ticks = 0
     for path in glob.glob("/proc/[0-9]*/stat"):
         try:
             with open(path, encoding="utf-8", errors="replace") as file:
                 fields = file.read().rpartition(")")[2].split()
         except OSError:
-            continue  # it has ended since
+            continue  # the process has ended since
         if int(fields[2]) == group:
             ticks += sum(map(int, fields[11:15]))
     return ticks / os.sysconf("SC_CLK_TCK")
 
 
 def wait_for_end(process, idle_seconds):
-    """The exit status, or -9 for a process that hangs: whose group writes nothing and computes nothing for so long."""
+    """The exit status, or -9 if the process hangs: its group prints nothing and uses no processor time for that long."""
     used = 0.0
     with selectors.DefaultSelector() as selector:
         selector.register(process.stdout, selectors.EVENT_READ)
@@ -69,7 +70,7 @@ def wait_for_end(process, idle_seconds):
                     break
                 continue
             if process.poll() is not None:
-                break  # another one keeps its output open
+                break  # a child keeps the output open
             before, used = used, used_by_group(process.pid)
             if used - before < IDLE_SHARE * idle_seconds:
                 return -9
@@ -80,7 +81,7 @@ def wait_for_end(process, idle_seconds):
 
 
 class Stage:
-    """Some tests of one program, and how long they take when nothing is wrong."""
+    """Some tests of one program, with the time that each takes with the original code."""
 
     def __init__(self, program, times):
         self.programs, self.tests = (program,), list(times)
@@ -95,7 +96,7 @@ class Stage:
         return [paths[self.programs[0]], f"--gtest_flagfile={listed}"]
 
     def passes(self, paths, scratch):
-        """"passed", "failed" or "limit"; `paths` has the linked programs by name."""
+        """Returns "passed", "failed" or "limit"; `paths` maps program names to linked programs."""
         environment = {**os.environ, "TMPDIR": scratch, "LLVM_PROFILE_FILE": "/dev/null",
                        "GTEST_FLAGFILE": "", "GTEST_FAIL_FAST": "1"}
         process = subprocess.Popen(self.command(paths, scratch), stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
@@ -112,16 +113,15 @@ class Stage:
 
 
 class Programs:
-    """The test programs: how they are linked, their tests, and how long each takes. What is particular to the core and
-    to the desktop code stands in the classes made of this one."""
-    preset = None  # whose build has the tests' objects
+    """The test programs: how they are linked, their tests, and the time of each test. Derived classes contain what
+    differs between the core and the desktop."""
+    preset = None  # its build provides the objects of the tests
     folder = BUILD
     flags = FLAGS
-    wanted = None  # whether a path below src/ is one of the source files
-    library = None  # that is made of them
-    tests = ()  # programs of GoogleTest; the first has the most
-    programs = ()  # all that are linked with changes
-    helpers = ()  # what else the judges need built
+    wanted = None  # whether a path below src/ is mutated
+    tests = ()  # GoogleTest programs; the first has the most tests
+    programs = ()  # all programs that are linked with mutants
+    helpers = ()  # other programs that the tests run
 
     def __init__(self):
         self.build = os.path.join(ROOT, "build", self.preset)
@@ -132,16 +132,29 @@ class Programs:
         with open(os.path.join(self.build, "compile_commands.json"), encoding="utf-8") as file:
             self.compilations = {entry["file"]: shlex.split(entry["command"]) for entry in json.load(file)}
         self.linker = [f"-fuse-ld={name}" for name in ("lld", "gold") if shutil.which("ld." + name)][:1]
-        self.links = {name: self.link_command(name) for name in self.programs}
         self.files = source_files(self.wanted)
-        self.make_plain()
+        self.sources = [path for path in self.files if path.endswith(".cpp")]
+        self.targets = {self.target_of(path) for path in self.sources}
+        self.links = {name: self.link_command(name) for name in self.programs}
+        self.compile_original()
         self.times = {name: self.measured(name, self.measure_tests) for name in self.tests}
         self.files_of_suites = self.find_suites()
 
+    def object_of(self, file):
+        """The object file that the build makes of a source file, relative to the build folder."""
+        words = self.compilations[file]
+        return words[words.index("-o") + 1]
+
+    def target_of(self, path):
+        """The library that the build puts a source file into."""
+        return re.match(r"src/CMakeFiles/(\w+)\.dir/", self.object_of(os.path.join(SRC, path)))[1]
+
     def link_command(self, name):
+        """The link command of the build, without the output and without the libraries of the mutated code."""
         command = run(["ninja", "-C", self.build, "-t", "commands", name]).strip().split("\n")[-1]
         words = command.split("&&")[1].split()
-        words = [word for word in words if not word.endswith(self.library) and word != "ccache"]
+        libraries = {f"src/lib{target}.a" for target in self.targets}
+        words = [word for word in words if word not in libraries and word != "ccache"]
         del words[words.index("-o"):words.index("-o") + 2]
         return words
 
@@ -156,15 +169,14 @@ class Programs:
             print(done.stdout[-500:], file=sys.stderr)
         return done.returncode == 0
 
-    # The code as it is ..............................................................................................
+    # The original code ..............................................................................................
 
-    def make_plain(self):
+    def compile_original(self):
         headers = {"gtest/gtest.h"}
         for path in self.files:
             with open(os.path.join(SRC, path), encoding="utf-8") as file:
                 headers.update(re.findall(r"^#include <([^>.]+)>", file.read(), re.MULTILINE))
-        self.sources = [path for path in self.files if path.endswith(".cpp")]
-        words = self.own_words(os.path.join(SRC, self.sources[0]))
+        words = self.own_options(os.path.join(SRC, self.sources[0]))
         self.precompiled = os.path.join(self.folder, "library.h.pch")
         source = os.path.join(self.folder, "library.h")
         text = f"// {' '.join(self.flags + words)}\n" + "".join(f"#include <{header}>\n" for header in sorted(headers))
@@ -174,12 +186,12 @@ class Programs:
             run(["clang++", *self.flags, *words, "-x", "c++-header", source, "-o", self.precompiled])
         self.objects, self.users = {}, {}
         for path in self.sources:
-            self.objects[path] = os.path.join(self.folder, "plain", path.replace("/", "_") + ".o")
-            self.users[path] = self.compile_plain(path)
+            self.objects[path] = os.path.join(self.folder, "original", path.replace("/", "_") + ".o")
+            self.users[path] = self.compile_source(path)
         self.code = digest(*(open(self.objects[path] + ".of", encoding="utf-8").read() for path in self.sources))
 
-    def compile_plain(self, path):
-        """Compiles a source file when it or a header changed, and returns the files below src/ that it includes."""
+    def compile_source(self, path):
+        """Compiles a source file if it or a header has changed; returns the files below src/ that it includes."""
         target = self.objects[path]
         os.makedirs(os.path.dirname(target), exist_ok=True)
         includes = target + ".d"
@@ -204,8 +216,8 @@ class Programs:
                 file.write(now)
         return {os.path.relpath(name, SRC) for name in own}
 
-    def own_words(self, file):
-        """What the build defines for a file, where it looks for headers, and how it has numbers reckoned."""
+    def own_options(self, file):
+        """The build's options for a file that affect the code: definitions, include paths, floating point."""
         words = self.compilations[file]
         return [word for i, word in enumerate(words)
                 if word.startswith(("-D", "-I", "-isystem", "-ffp-contract")) or words[i - 1] == "-isystem"]
@@ -213,12 +225,12 @@ class Programs:
     def compile_command(self, file, source, target, overlay=None):
         """Compiles `source` as the build compiles `file`; headers in `overlay` come first."""
         return ["clang++", *self.flags, "-include-pch", self.precompiled, *([f"-I{overlay}"] if overlay else []),
-                *self.own_words(file), "-c", source, "-o", target]
+                *self.own_options(file), "-c", source, "-o", target]
 
-    # The tests as they are ..........................................................................................
+    # The tests ......................................................................................................
 
     def measured(self, name, measure):
-        """What `measure` finds out about a program linked with the unchanged code. It is kept until either changes."""
+        """The result of `measure` for a program linked with the original code, cached until the program changes."""
         kept = os.path.join(self.folder, f"{name}.times.json")
         stamp = self.code + str(os.path.getmtime(os.path.join(self.build, "bin", name)))
         if os.path.exists(kept):
@@ -231,15 +243,15 @@ class Programs:
             json.dump({"stamp": stamp, "times": times}, file)
         return times
 
-    def link_plain(self, name):
+    def link_original(self, name):
         program = os.path.join(self.folder, name)
         if not self.link(name, list(self.objects.values()), program):
             sys.exit(f"mutate: {name} does not link")
         return program
 
     def measure_tests(self, name):
-        """{test: seconds}, from one run of all, which must pass."""
-        program, report = self.link_plain(name), os.path.join(self.folder, "report.json")
+        """{test: seconds}, from one run of all tests, which must pass."""
+        program, report = self.link_original(name), os.path.join(self.folder, "report.json")
         run([program, f"--gtest_output=json:{report}"], cwd=self.folder, preexec_fn=lambda: limit_process(1800),
             env={**os.environ, "LLVM_PROFILE_FILE": "/dev/null"})
         with open(report, encoding="utf-8") as file:
@@ -249,7 +261,7 @@ class Programs:
 
     @staticmethod
     def find_suites():
-        """Suite of tests to the path of its file below tests/."""
+        """{test suite: path of its file below tests/}"""
         suites = {}
         root = os.path.join(ROOT, "tests")
         for path in (os.path.join(folder, name) for folder, _, names in os.walk(root) for name in names):
@@ -260,31 +272,36 @@ class Programs:
         return suites
 
     def file_of(self, test):
-        """The path below tests/ of the file that a test stands in."""
+        """The path below tests/ of the file with a test."""
         parts = test.split(".")[0].split("/")
         return next((self.files_of_suites[part] for part in parts if part in self.files_of_suites), "")
 
-    def room_of(self, path):
-        """The folder below tests/ with the tests of a source file's own room."""
-        return os.path.dirname(path)
+    def test_folder_of(self, path):
+        """The folder below tests/ with the tests of a source file: the counterpart of its folder or of the nearest
+        parent that has tests."""
+        folders = {os.path.dirname(file) for file in self.files_of_suites.values()}
+        folder = os.path.dirname(path)
+        while folder and folder not in folders:
+            folder = os.path.dirname(folder)
+        return folder
 
     def stages_for(self, mutant):
-        """Its own room's quick tests come first, and then the cheaper stages."""
-        room = self.room_of(mutant.path)
+        """The quick tests of the mutant's test folder come first, then the other stages, cheapest first."""
+        folder = self.test_folder_of(mutant.path)
         times = self.times[self.tests[0]]
         quick = [test for test, seconds in times.items() if seconds <= QUICK_SECONDS]
         slow = sorted((test for test in times if times[test] > QUICK_SECONDS), key=times.get)
-        in_room = [test for test in quick if os.path.dirname(self.file_of(test)) == room]
-        elsewhere = [test for test in quick if os.path.dirname(self.file_of(test)) != room]
-        groups = [in_room, elsewhere, [test for test in slow if self.may_reach(test, mutant)]]
+        own = [test for test in quick if os.path.dirname(self.file_of(test)) == folder]
+        others = [test for test in quick if os.path.dirname(self.file_of(test)) != folder]
+        groups = [own, others, [test for test in slow if self.may_reach(test, mutant)]]
         stages = [Stage(self.tests[0], {test: times[test] for test in group}) for group in groups if group]
         stages += [Stage(name, self.times[name]) for name in self.tests[1:]]
         return stages[:1] + sorted(stages[1:], key=lambda stage: stage.seconds)
 
-    # A change ........................................................................................................
+    # Mutants ........................................................................................................
 
     def try_out(self, mutant):
-        """"uncompiled", "failed", "limit" or "passed"."""
+        """Returns "uncompiled", "failed", "limit" or "passed"."""
         place = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
         with tempfile.TemporaryDirectory(prefix="varnoth-mutant-", dir=place, ignore_cleanup_errors=True) as scratch:
             changed = os.path.join(scratch, "src", mutant.path)
@@ -295,9 +312,10 @@ class Programs:
             stages = self.stages_for(mutant)
             objects, tests_instead = dict(self.objects), []
             if mutant.path.endswith(".h"):
-                # Most are found out by the tests of their own room, so only these meet the change at first.
+                # The tests of its folder kill most mutants, so compile only those first.
                 tests, more_tests = self.tests_to_compile(mutant)
-                own = [path for path in users if path.split("/")[0] == mutant.path.split("/")[0]]
+                folder = self.test_folder_of(mutant.path)
+                own = [path for path in users if self.test_folder_of(path) == folder]
                 if not self.compile_tests(tests, scratch, tests_instead) or \
                         not self.compile_changed(own, mutant, scratch, objects):
                     return "uncompiled"
@@ -322,11 +340,10 @@ class Programs:
         return True
 
     def compile_tests(self, files, scratch, instead):
-        """Compiles test files with the change; `instead` gets the objects that take the old ones' place."""
+        """Compiles test files with the mutant; appends (replaced object, new object) to `instead`."""
         for file in files:
-            words = self.compilations[file]
             target = os.path.join(scratch, f"changed.{len(instead)}.test.o")
-            instead.append((words[words.index("-o") + 1], target))
+            instead.append((self.object_of(file), target))
             command = self.compile_command(file, file, target, os.path.join(scratch, "src"))
             if subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode != 0:
                 return False
@@ -334,7 +351,7 @@ class Programs:
 
     def first_failure(self, stages, tests_instead, objects, scratch):
         linked = {}
-        # Objects that came of the change stand first, for an inline function is taken where it comes first.
+        # The linker takes an inline function from the first object that has it, so mutated objects come first.
         ordered = sorted(objects.values(), key=lambda name: not name.startswith(scratch))
         for stage in stages:
             for program in stage.programs:

@@ -1,29 +1,29 @@
 """Shared by the scripts that measure the tests: which files belong to the core and which to the desktop, the lists of
-justified exceptions, and the tools that are needed."""
+justified exceptions, and the installation of tools."""
 import os
-import re
 import shutil
 import subprocess
 import sys
 
 ROOT = os.path.realpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
 
-CORE_FOLDERS = re.compile(r"(base|platform|pictures|codecs|colour|sprite|import|workbench)/[^/]+\.(h|cpp)$")
-DESKTOP = re.compile(r"(workbench/(Form|FormCoordinator)|import/Form4)[^/]*$")
+CORE_FOLDERS = ("core/",)
+DESKTOP_FOLDERS = ("qt/", "desktop/")
+ENDINGS = (".h", ".cpp")
 
 
 def is_core(path):
-    """Whether a path below src/ belongs to the core, which does not use Qt."""
-    return bool(CORE_FOLDERS.match(path)) and not DESKTOP.match(path)
+    """Whether a path below src/ is a source file of the core, which does not use Qt."""
+    return path.startswith(CORE_FOLDERS) and path.endswith(ENDINGS)
 
 
 def is_desktop(path):
-    """Whether a path below src/ is that of a control, a form or a part of the platform made of Qt."""
-    return bool(re.match(r"(controls|platform/qt)/.*\.(h|cpp)$", path)) or bool(DESKTOP.match(path))
+    """Whether a path below src/ is a source file that uses Qt; main.cpp is neither core nor desktop."""
+    return path.startswith(DESKTOP_FOLDERS) and path.endswith(ENDINGS)
 
 
 def source_files(wanted):
-    """The paths below src/ that are wanted, in order."""
+    """The sorted paths below src/ for which `wanted` is true."""
     root = os.path.join(ROOT, "src")
     paths = [os.path.relpath(os.path.join(folder, name), root)
              for folder, _, names in os.walk(root) for name in names]
@@ -31,13 +31,14 @@ def source_files(wanted):
 
 
 def have_tools(tools, packages):
-    """Installs the Debian packages if one of the tools is missing."""
+    """Installs the Debian packages if a tool is missing."""
     if not all(map(shutil.which, tools)):
         subprocess.run([os.path.join(ROOT, "scripts", "install-packages"), *packages], check=True)
 
 
 def read_argued(path, columns):
-    """Reads a list of justified exceptions: maps the other columns, first a path below src/, to the reason."""
+    """Reads a list of justified exceptions. The first column is a path below src/, the last one the reason; the result
+    maps the columns before the reason to it."""
     argued = {}
     with open(os.path.join(ROOT, path), encoding="utf-8") as file:
         for number, line in enumerate(file, 1):
