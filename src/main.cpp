@@ -18,7 +18,7 @@
 
 namespace {
 
-/// From the main window's opening to its close. Gives the exit status.
+/// Opens the main window and runs until it is closed. Returns the exit status.
 int run_editor() {
     varnoth::QtMessageBoxes message_boxes;
     varnoth::QtEventQueue event_queue;
@@ -38,7 +38,7 @@ int run_editor() {
 int main(int argument_count, char** arguments) {
     varnoth::keep_large_blocks_apart();
     varnoth::keep_no_settings();
-    // Qt gets the program's name alone: it would act on -style, -stylesheet, -reverse and others.
+    // Qt gets only the program name: it would act on -style, -stylesheet, -reverse and others.
     argument_count = std::min(argument_count, 1);
     QApplication application(argument_count, arguments);
     varnoth::theme::apply(application);
@@ -46,9 +46,8 @@ int main(int argument_count, char** arguments) {
 
     const int status = run_editor();
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
-        // ~QApplication can block for ever: it stops the two threads that read from the compositor one after
-        // the other, and the first, if told to stop just after it was woken, keeps the other one waiting for
-        // its read.
+        // ~QApplication can hang: it stops the two threads that read from the compositor one after the other.
+        // If the first is stopped just after it woke up, the other waits for its read for ever.
         std::fflush(nullptr);
         std::_Exit(status);
     }

@@ -23,7 +23,7 @@ namespace {
 
 enum class Content { Bmp, Jpeg };
 
-/// Told by the first two bytes.
+/// Identifies the file by its first two bytes.
 Content content_of(InputFile& file) {
     using Magic = std::array<std::uint8_t, 2>;
     Magic magic{};
@@ -57,13 +57,12 @@ Bitmap bitmap_of(const QImage& image) {
 }
 
 Bitmap read_jpeg(std::span<const std::uint8_t> file) {
-    // Qt keeps bytes as signed characters.
     QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
                                                static_cast<qsizetype>(file.size()));
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, "jpg");
-    reader.setAutoDetectImageFormat(false); // no other reader shall try
+    reader.setAutoDetectImageFormat(false); // no other format
     reader.setAutoTransform(false);
     const QSize size = reader.size();
     if (std::int64_t{size.width()} * size.height() > QtPictureLoader::most_pixels) {

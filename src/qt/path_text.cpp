@@ -11,11 +11,11 @@ namespace varnoth {
 
 namespace {
 
-constexpr char16_t escape_base = 0xDC00; // of the byte 0
+constexpr char16_t escape_base = 0xDC00; // plus the byte
 constexpr char16_t first_escape = 0xDC80;
 constexpr char16_t last_escape = 0xDCFF;
 
-/// The length of the UTF-8 character at the front of some bytes, 0 when they begin with none.
+/// The length of the UTF-8 character that the bytes begin with; 0 when there is none.
 std::size_t character_length(std::string_view bytes) {
     const std::size_t longest = std::min(bytes.size(), std::size_t{4});
     for (std::size_t length = 1; length <= longest; ++length) {
@@ -26,7 +26,7 @@ std::size_t character_length(std::string_view bytes) {
     return 0;
 }
 
-/// The code point of one whole UTF-8 character. QString::fromUtf8 would drop a byte order mark.
+/// The code point of one valid UTF-8 character. QString::fromUtf8 would drop a byte order mark.
 char32_t code_point(std::string_view character) {
     const auto lead = static_cast<unsigned char>(character.front());
     char32_t value = character.size() == 1 ? lead : lead & (0x7FU >> character.size());
@@ -59,14 +59,14 @@ QString text_of_path(std::string_view path) {
 
 std::string path_of_text(const QString& text) {
     std::string path;
-    qsizetype begin = 0; // of what is not yet in the path
+    qsizetype begin = 0; // first unit not yet in the path
     const auto take_until = [&](qsizetype end) {
         path += text.mid(begin, end - begin).toStdString();
         begin = end;
     };
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
-            ++i; // a pair is one character
+            ++i; // a surrogate pair is one character
         } else if (is_escape(text[i])) {
             take_until(i);
             path += static_cast<char>(text[i].unicode() - escape_base);

@@ -9,8 +9,8 @@ void QtEventQueue::yield() {
     if (Clock::now() < next_pump_) {
         return;
     }
-    // Set before and after: an event's handler that yields must not pump at once, and neither must the caller
-    // after events that took long.
+    // Set before and after: an event handler that yields must not process events again at once, nor must the
+    // caller when the handlers took longer than the interval.
     next_pump_ = Clock::now() + interval_;
     QCoreApplication::processEvents();
     next_pump_ = Clock::now() + interval_;

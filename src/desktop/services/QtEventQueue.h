@@ -1,5 +1,5 @@
-// The yield on Qt: pumps the application's events, but only when some milliseconds have passed since the last
-// time, so that a call at every row of a picture costs a look at the clock.
+// The event queue on Qt. It processes events at most once per interval, so that a yield at every row of a
+// picture usually costs no more than reading the clock.
 #pragma once
 
 #include <chrono>
@@ -12,12 +12,12 @@ class QtEventQueue : public EventQueue {
   public:
     static constexpr std::chrono::milliseconds default_interval{15};
 
-    /// Events are pumped at most once in an interval; the first yield always pumps. By default that is as
-    /// often as a screen shows what they paint.
+    /// Events are processed at most once per interval; the first yield always processes them. The default is
+    /// about one refresh of the screen.
     explicit QtEventQueue(std::chrono::steady_clock::duration interval = default_interval)
         : interval_(interval) {}
 
-    /// Needs a QCoreApplication. May be called from within an event that a yield pumps.
+    /// Requires a QCoreApplication. Reentrant: an event handler that a yield runs may yield too.
     void yield() override;
 
   private:

@@ -19,7 +19,7 @@ Filter parse(std::string_view filter) {
     return {whole.section(u'|', 0, 0).trimmed(), whole.section(u'|', 1).trimmed()};
 }
 
-/// The filter in Qt's form, the pattern in brackets at the end.
+/// The filter in Qt's format: the name, then the pattern in brackets.
 QString name_filter(const Filter& filter) {
     const QString bracketed = QStringLiteral("(%1)").arg(filter.pattern);
     return filter.name.endsWith(bracketed) ? filter.name : filter.name + u' ' + bracketed;

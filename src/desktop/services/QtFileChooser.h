@@ -1,4 +1,4 @@
-// The platform's own file chooser.
+// The platform's file dialogs. They open in the folder of the last choice.
 #pragma once
 
 #include <QUrl>
@@ -13,7 +13,7 @@ class QtFileChooser : public FileChooser {
   public:
     std::string choose_to_open(std::string_view filter) override;
 
-    /// Asks before an existing file is taken. Where no ending is typed, the filter's is added.
+    /// Asks before it returns an existing file. Adds the filter's extension when none is typed.
     std::string choose_to_save(std::string_view filter) override;
 
   private:

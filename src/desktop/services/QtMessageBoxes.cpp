@@ -9,7 +9,7 @@ namespace varnoth {
 
 namespace {
 
-/// The button that the user chose.
+/// Returns the button that the user chose.
 int run_box(std::string_view text, QMessageBox::StandardButtons buttons) {
     QMessageBox box(dialog_parent());
     box.setWindowTitle(QString::fromLatin1(application_title));

@@ -7,8 +7,8 @@ namespace varnoth {
 
 class QtMessageBoxes : public MessageBoxes {
   public:
-    /// The text is shown as it is, never as rich text. Returns when the user has answered; closing a
-    /// question's box otherwise is No.
+    /// Both show plain text, never rich text, and return when the user has answered. Closing a question
+    /// without an answer means No.
     void show(std::string_view text) override;
     bool ask(std::string_view question) override;
 };

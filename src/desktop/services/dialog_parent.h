@@ -1,11 +1,11 @@
-// The window that a dialog of Qt's own stands above.
+// The parent window of message boxes and file dialogs.
 #pragma once
 
 #include <QApplication>
 
 namespace varnoth {
 
-/// The window that the user works in; null when there is none.
+/// The active modal widget, else the active window; null when there is neither.
 inline QWidget* dialog_parent() {
     QWidget* modal = QApplication::activeModalWidget();
     return modal != nullptr ? modal : QApplication::activeWindow();

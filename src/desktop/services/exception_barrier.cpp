@@ -15,39 +15,39 @@ namespace varnoth {
 
 namespace {
 
-void show_and_exit(std::string_view /*name*/, std::string_view words) {
-    show_message("Run-time error: " + std::string(words));
+void show_and_exit(std::string_view /*name*/, std::string_view message) {
+    show_message("Run-time error: " + std::string(message));
     std::fflush(nullptr);
-    // Nothing is tidied up: there may be any number of event loops and half-done commands below.
+    // No clean-up: nested event loops and half-done commands may still be on the stack.
     std::_Exit(exit_run_time_failure);
 }
 
 FatalErrorHandler& installed_handler() {
-    static FatalErrorHandler end = show_and_exit;
-    return end;
+    static FatalErrorHandler handler = show_and_exit;
+    return handler;
 }
 
-bool ending = false;
+bool handling_fatal_error = false;
 
-void handle_fatal_error(std::string_view name, std::string_view words) {
-    if (std::exchange(ending, true)) {
+void handle_fatal_error(std::string_view name, std::string_view message) {
+    if (std::exchange(handling_fatal_error, true)) {
         return;
     }
-    installed_handler()(name, words);
-    ending = false;
+    installed_handler()(name, message);
+    handling_fatal_error = false;
 }
 
 } // namespace
 
-FatalErrorHandlerInstallation::FatalErrorHandlerInstallation(FatalErrorHandler end)
-    : before_(std::exchange(installed_handler(), std::move(end))) {}
+FatalErrorHandlerInstallation::FatalErrorHandlerInstallation(FatalErrorHandler handler)
+    : previous_(std::exchange(installed_handler(), std::move(handler))) {}
 
 FatalErrorHandlerInstallation::~FatalErrorHandlerInstallation() {
-    installed_handler() = std::move(before_);
+    installed_handler() = std::move(previous_);
 }
 
 bool is_handling_fatal_error() {
-    return ending;
+    return handling_fatal_error;
 }
 
 void handle_current_exception() noexcept {

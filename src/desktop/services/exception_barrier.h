@@ -1,6 +1,6 @@
-// The edge between Qt and the program's own code: what an event makes the program do runs inside it, so that
-// no failure ever passes through Qt's frames. A failure that reaches the edge is fatal: it is told in one
-// message box and ends the program, however deep in nested events it arose.
+// The exception barrier between Qt and the program's own code. Event handlers run inside it, so that no
+// exception ever propagates through Qt's stack frames. An exception that reaches the barrier is a fatal
+// error: it is reported in one message box and terminates the program, however deeply event loops are nested.
 #pragma once
 
 #include <functional>
@@ -11,34 +11,34 @@
 
 namespace varnoth {
 
-/// Exit status of a program that a failure has ended.
+/// The exit status of the program after a fatal error.
 inline constexpr int exit_run_time_failure = 70;
 
-/// What is done about a fatal failure: its name as an identifier and its words.
-using FatalErrorHandler = std::function<void(std::string_view name, std::string_view words)>;
+/// Called once for a fatal error, with its name as an identifier and its message for the user.
+using FatalErrorHandler = std::function<void(std::string_view name, std::string_view message)>;
 
-/// Replaces, for its own lifetime, what is done about a fatal failure. Without one, the box "Run-time error:
-/// " and the words is shown and the process ends with exit_run_time_failure.
+/// Installs a fatal error handler for its own lifetime; the destructor restores the previous one. The default
+/// handler shows "Run-time error: " and the message in a box and exits with exit_run_time_failure.
 class FatalErrorHandlerInstallation {
   public:
-    explicit FatalErrorHandlerInstallation(FatalErrorHandler end);
+    explicit FatalErrorHandlerInstallation(FatalErrorHandler handler);
     ~FatalErrorHandlerInstallation();
 
     FatalErrorHandlerInstallation(const FatalErrorHandlerInstallation&) = delete;
     FatalErrorHandlerInstallation& operator=(const FatalErrorHandlerInstallation&) = delete;
 
   private:
-    FatalErrorHandler before_;
+    FatalErrorHandler previous_;
 };
 
-/// Whether a failure is being told right now. The program does nothing more then.
+/// Whether the fatal error handler is running. Until it returns, events are ignored.
 bool is_handling_fatal_error();
 
-/// Ends on the exception in flight, or does nothing while another one is told; to be called in a catch block
-/// alone.
+/// Passes the current exception to the fatal error handler, or drops it while the handler is running. Call it
+/// only in a catch block.
 void handle_current_exception() noexcept;
 
-/// Runs the work of one event.
+/// Runs the handler of one event inside the barrier. Does nothing while the fatal error handler is running.
 template <typename Work>
 void guard_event(Work&& work) noexcept {
     if (is_handling_fatal_error()) {
@@ -51,7 +51,8 @@ void guard_event(Work&& work) noexcept {
     }
 }
 
-/// Runs the painting of one event, also while a failure is told: what lies behind its box stays to be seen.
+/// Runs the handler of a paint event inside the barrier, also while the fatal error handler is running: the
+/// windows behind its message box must still be drawn.
 template <typename Work>
 void guard_paint(Work&& work) noexcept {
     try {
@@ -61,8 +62,8 @@ void guard_paint(Work&& work) noexcept {
     }
 }
 
-/// Connects a signal to a handler that runs at the edge. The handler takes as many of the signal's arguments
-/// as it likes, from the first on.
+/// Connects a signal to a handler that runs inside the barrier. The handler takes all of the signal's
+/// arguments or none.
 template <typename Sender, typename Signal, typename Handler>
 QMetaObject::Connection on_event(const Sender* sender, Signal signal, const QObject* context,
                                  Handler handler) {

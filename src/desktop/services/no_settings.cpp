@@ -5,7 +5,7 @@
 namespace varnoth {
 
 void keep_no_settings() {
-    // No file can exist or be created below a device.
+    // No file can exist below a device file.
     const QString nowhere = QStringLiteral("/dev/null");
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, nowhere);
     QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, nowhere);

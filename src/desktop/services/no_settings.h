@@ -1,11 +1,12 @@
-// The program keeps no state between runs. Qt must not do so on its behalf.
+// The program keeps no state between runs, so Qt must not keep any either.
 #pragma once
 
 namespace varnoth {
 
-/// Makes Qt read and write no settings of its own. QFileDialog would restore the folder, view, history and
-/// side bar of the last one that any of the user's programs has shown, and save its own. To be called before
-/// the first dialog. Has no effect on Windows, where Qt keeps these settings in the registry.
+/// Prevents Qt from reading and writing its own settings. QFileDialog would otherwise restore the folder,
+/// view, history and side bar that it shares with all of the user's Qt programs, and save them on closing.
+/// Call it before the first dialog. It has no effect on Windows, where Qt keeps these settings in the
+/// registry.
 void keep_no_settings();
 
 } // namespace varnoth

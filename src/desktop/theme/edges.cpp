@@ -11,7 +11,8 @@ namespace varnoth {
 
 namespace {
 
-// A half goes up, as where Qt places widgets on the screen. The matrix may miss a whole number by a hair.
+// Rounds halves up, as Qt does when it places widgets on the screen. The transform may miss a whole number by
+// a rounding error.
 double nearest(double place) {
     constexpr double hair = 1e-6;
     return std::floor(place + 0.5 + hair);

@@ -1,6 +1,6 @@
-// Lines of one pixel that stay crisp and even where the screen has more pixels than the design, also one and
-// a half times as many: an edge is as many of the screen's pixels thick as fit into one of the design,
-// whatever its place, and lies along the outline of what it borders.
+// One-pixel edges that stay crisp and even at every screen scale, including fractional ones such as 1.5. An
+// edge is as thick as the whole device pixels that fit into one logical pixel, wherever it is, and follows
+// the outline of the box that it borders.
 #pragma once
 
 #include <QPointF>
@@ -13,17 +13,17 @@ class QPainter;
 
 namespace varnoth {
 
-/// The place nearest to that one at which a pixel of the screen begins, so that what is drawn there is crisp.
+/// The logical position nearest to `place` that is on a device pixel boundary.
 QPointF nearest_on_screen(const QPainter& painter, const QPointF& place);
 
-/// The edge of a control that a line of one pixel is, or none: then it takes every pixel of the screen up to
-/// what stands beside it.
+/// The side of a control that a one-pixel line borders. A line with None covers all its device pixels, up to
+/// those of its neighbours.
 enum class LineSide { None, Top, Left, Right, Bottom };
 
-/// Fills the line. A line at the bottom begins behind the line at the left, one pixel before it.
+/// Fills the line. A bottom line begins right of the left line, which is one pixel before it.
 void draw_edge(QPainter& painter, const QRectF& line, LineSide side, Colour colour);
 
-/// The four lines within a box: those in front are the right one and the one at the bottom.
+/// Draws four lines inside a box. The right and bottom lines are drawn last, over the other two.
 void draw_edges(QPainter& painter, const QRect& box, Colour top_left, Colour bottom_right);
 
 } // namespace varnoth

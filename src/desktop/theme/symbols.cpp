@@ -16,13 +16,13 @@ constexpr double square_share = 0.58;
 constexpr double cross_share = 0.58;
 constexpr double check_share = 0.6;
 
-// An even number of whole pixels, so that an outline that is symmetric has its middle on a pixel's edge.
+// An even number of pixels, so that the axis of a symmetric outline is on a pixel boundary.
 double even_size(const QRectF& box, double share) {
     return 2 * std::round(std::min(box.width(), box.height()) * share / 2);
 }
 
-// Points that count from the top left of an outline of that size, moved to the middle of the box. The start
-// is a whole pixel, so that straight edges stay crisp.
+// Centres an outline of the given size in the box; the points are relative to its top left corner. The offset
+// is a whole number of pixels, so that straight edges stay crisp.
 QPainterPath centred(const QRectF& box, double width, double height, QPolygonF points) {
     points.translate(box.left() + std::floor((box.width() - width) / 2),
                      box.top() + std::floor((box.height() - height) / 2));
@@ -35,7 +35,7 @@ QPainterPath centred(const QRectF& box, double width, double height, QPolygonF p
 QPainterPath cross(const QRectF& box) {
     const double size = even_size(box, cross_share);
     const double half = size / 2;
-    const double arm = std::max(1.0, size / 6); // along an edge, from the corner to the slope
+    const double arm = std::max(1.0, size / 6); // distance from a corner to the slope, along the edge
     return centred(box, size, size,
                    {{arm, 0},
                     {half, half - arm},
@@ -54,7 +54,7 @@ QPainterPath cross(const QRectF& box) {
 QPainterPath check_mark(const QRectF& box) {
     const double size = std::round(std::min(box.width(), box.height()) * check_share);
     const double unit = size / 7;
-    const double bar = 2.6 * unit; // as thick, upright, as the corner lies from the left
+    const double bar = 2.6 * unit; // vertical thickness, and distance of the corner from the left
     const double corner = bar;
     return centred(box, size, size,
                    {{0, size - bar - corner},
@@ -95,7 +95,7 @@ QPainterPath symbol_path(QChar symbol, const QRectF& box) {
     }
 }
 
-// The outline is made of the screen's pixels, so that its straight edges are crisp at every scale.
+// The outline is built in device pixels, so that its straight edges are crisp at every scale.
 void draw_symbol(QPainter& painter, QChar symbol, const QRectF& box, const QColor& colour) {
     const QTransform to_screen = painter.deviceTransform();
     const QRectF on_screen = to_screen.mapRect(box).toRect();

@@ -1,4 +1,4 @@
-// The glyphs that captions in a symbol font stand for, drawn as vector paths so that no such font is needed.
+// Vector outlines of the symbol font's glyphs that captions use, so that the font need not be installed.
 #pragma once
 
 #include <QChar>
@@ -14,7 +14,7 @@ namespace varnoth {
 /// down, "3" and "4" triangles left and right, "g" a square. Empty for every other character.
 QPainterPath symbol_path(QChar symbol, const QRectF& box);
 
-/// Fills the outline with a colour; draws nothing where it is empty.
+/// Fills the outline with a colour; draws nothing for any other character.
 void draw_symbol(QPainter& painter, QChar symbol, const QRectF& box, const QColor& colour);
 
 } // namespace varnoth

@@ -36,14 +36,14 @@ constexpr double twips_per_point = 20;
 
 // Fonts.
 
-/// A text and how wide Tahoma draws it, in sizes of the font.
+/// A text and its width in Tahoma, as a multiple of the font size.
 struct Reference {
     const char* text;
     double width;
 };
 
-// The program's captions, in small letters and in capitals: families differ in what they spend on which. The
-// last one has hardly any room to spare.
+// The program's captions in mixed case and in capitals, because families differ in the ratio of the two. The
+// last caption is the one with the least space to spare.
 constexpr std::array references{
     Reference{
         "Set Sprite To 256x256 Resize Pictures Transparent Color: Select Extracting Folder Name Overwrite",
@@ -54,13 +54,13 @@ constexpr std::array references{
 constexpr int plain_stretch = 100;
 constexpr int narrowest_stretch = 60;
 
-/// A sans family that may stand in, and the stretch that it is known to need; 0 where that must be found out.
+/// A sans-serif family that can replace Tahoma, and the stretch that it needs; 0 when that must be measured.
 struct StandIn {
     const char* family;
     int stretch;
 };
 
-// The nearest first.
+// In order of preference.
 constexpr std::array stand_ins{StandIn{"DejaVu Sans Condensed", 85},
                                StandIn{"Liberation Sans", 0},
                                StandIn{"Noto Sans", 0},
@@ -68,8 +68,8 @@ constexpr std::array stand_ins{StandIn{"DejaVu Sans Condensed", 85},
                                StandIn{"Nimbus Sans", 90},
                                StandIn{"DejaVu Sans", 88}};
 
-// The list is asked and not each family: a family that is not there is looked for among aliases, which takes
-// long.
+// Searches the list of families: asking Qt for a family that is missing makes it search all aliases, which is
+// slow.
 bool is_there(const QString& family) {
     const QStringList families = QFontDatabase::families();
     return families.contains(family, Qt::CaseInsensitive) ||
@@ -78,7 +78,7 @@ bool is_there(const QString& family) {
            });
 }
 
-/// How wide the reference texts are, as a multiple of their width in Tahoma; the greater one.
+/// The width of the reference texts as a multiple of their width in Tahoma; the greatest of the ratios.
 double relative_width(const QFont& font) {
     const QFontMetricsF metrics(font);
     double greatest = 0;
@@ -94,7 +94,8 @@ int likely_stretch(const QFont& font) {
     return plain_width <= 1 ? plain_stretch : static_cast<int>(plain_stretch / plain_width) + 1;
 }
 
-// What a stretch comes to depends on the faces that the family has, so it is tried out from a likely one on.
+// The effect of a stretch depends on the faces that the family has, so candidates are measured, starting from
+// the likely one.
 void narrow(QFont& font, int stretch) {
     for (font.setStretch(stretch); relative_width(font) > 1 && stretch > narrowest_stretch;) {
         font.setStretch(--stretch);
@@ -127,7 +128,7 @@ QFont find_display_font(const QFont& font) {
     return found;
 }
 
-/// The fonts that were asked for so far. They hold as long as no font comes or goes.
+/// The display fonts found so far. Valid until fonts are installed or removed.
 struct FontCache {
     QHash<QFont, QFont> fonts;
     double twips_per_pixel = 0;
@@ -140,14 +141,14 @@ FontCache& font_cache() {
 
 // Palette.
 
-// Sets a role in all groups: neither a window behind another one nor a disabled one looks different.
+// Sets a role in all colour groups: inactive and disabled windows look like active ones.
 void set_role(QPalette& palette, QPalette::ColorRole role, Colour colour) {
     palette.setColor(QPalette::All, role, to_qcolor(colour));
 }
 
 // Style.
 
-/// Whether a widget, or one that it is a part of, is disabled for itself and not with its whole window.
+/// Whether a widget or one of its ancestors below the window was itself disabled, not just the window.
 bool is_itself_disabled(const QWidget* widget) {
     for (; widget != nullptr && !widget->isWindow(); widget = widget->parentWidget()) {
         if (widget->testAttribute(Qt::WA_ForceDisabled)) {
@@ -157,9 +158,9 @@ bool is_itself_disabled(const QWidget* widget) {
     return false;
 }
 
-/// The first palette that was met with the colours of the given one. Fusion keeps what it has painted under
-/// the number of the palette: with a new number for every dialog's widgets it would find nothing again, and
-/// the names of what it kept would take memory for ever.
+/// The first palette seen with the same colours as the given one. Fusion caches what it paints under the
+/// palette's cache key. The widgets of every dialog would have new keys: nothing would be found in the cache,
+/// and its keys would accumulate for ever.
 QPalette known_palette(const QPalette& palette) {
     static std::vector<QPalette> known;
     auto found = std::ranges::find(known, palette);
@@ -171,8 +172,8 @@ QPalette known_palette(const QPalette& palette) {
     return same;
 }
 
-/// Makes an option look enabled for its own lifetime if only the widget's window is disabled, and gives it a
-/// known palette.
+/// For its own lifetime, makes an option look enabled if only the widget's window is disabled, and replaces
+/// its palette by the known one.
 class EnabledLook {
   public:
     EnabledLook(const QStyleOption* option, const QWidget* widget)
@@ -183,7 +184,7 @@ class EnabledLook {
         palette_ = option_->palette;
         option_->palette = known_palette(palette_);
         state_ = option_->state;
-        // Lines that cannot be chosen in an enabled widget keep their look.
+        // In an enabled widget, disabled items must stay grey.
         if (widget != nullptr && !widget->isEnabled() && !is_itself_disabled(widget)) {
             option_->state |= QStyle::State_Enabled;
         }
@@ -212,7 +213,7 @@ void draw_raised(QPainter& painter, const QRect& box, bool sunken) {
     draw_edges(painter, box, sunken ? edge_dark : edge_light, sunken ? edge_light : edge_dark);
 }
 
-/// The frame that the lists have.
+/// Whether an option is the frame of a list.
 bool is_sunken_panel(const QStyleOption* option) {
     const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
     return frame != nullptr && frame->frameShape == QFrame::Panel &&
@@ -229,7 +230,7 @@ class LookStyle : public QProxyStyle {
 
     QPalette standardPalette() const override { return theme::palette(); }
 
-    // The same one every time, so that its sizes are found again too.
+    // The same icon every time, so that its scaled pixmaps are found in the cache.
     QIcon standardIcon(StandardPixmap picture, const QStyleOption* option,
                        const QWidget* widget) const override {
         auto found = icons_.find(picture);
@@ -242,10 +243,10 @@ class LookStyle : public QProxyStyle {
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
         if (hint == SH_ComboBox_Popup) {
-            return 0; // the lines open below the field, as a list
+            return 0; // opens a list below the field
         }
         if (hint == SH_DialogButtonBox_ButtonsHaveIcons) {
-            return 0; // a desktop may want coloured ones
+            return 0; // the desktop's setting could bring coloured icons
         }
         return QProxyStyle::styleHint(hint, option, widget, data);
     }
@@ -285,8 +286,8 @@ class LookStyle : public QProxyStyle {
         if (type != CT_ItemViewItem) {
             return size;
         }
-        // The lines of all lists are as high, with a figure before the text and without. A font whose lines
-        // stand close would leave no room between them.
+        // All lists have the same line height, with an icon before the text or without. The minimum separates
+        // the lines of fonts with a small line height.
         return {size.width(), std::max(least_line_height, option->fontMetrics.height())};
     }
 
@@ -302,8 +303,8 @@ class LookStyle : public QProxyStyle {
     }
 
   private:
-    // The file chooser's header comes with an empty icon, a new one each time it is painted: none is found
-    // again.
+    // The file dialog's header has a new, empty icon each time it is painted, which is never found in the
+    // pixmap cache.
     void draw_header_label(QStyleOptionHeader& header, QPainter& painter, const QWidget* widget) const {
         const QIcon icon = std::exchange(header.icon, QIcon());
         QProxyStyle::drawControl(CE_HeaderLabel, &header, &painter, widget);
@@ -333,8 +334,8 @@ class LookStyle : public QProxyStyle {
     mutable QHash<StandardPixmap, QIcon> icons_;
 };
 
-// Larger ones are for menus, which have files of their own. These are bare pixels: to read a picture file Qt
-// would load its readers of all formats, which the first window can do without.
+// Larger sizes are only for menus, which use icon files. These are raw pixels: reading an image file would
+// make Qt load its plugins for all formats and delay the first window.
 QIcon program_icon() {
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64}) {

@@ -1,4 +1,4 @@
-// The look of the whole program: its colours, its font and what Qt's own widgets take of them.
+// The theme of the program: its colours, its font and the style of Qt's own widgets.
 #pragma once
 
 #include <QColor>
@@ -13,12 +13,12 @@ class QWidget;
 
 namespace varnoth {
 
-/// The name that the user sees, in the title of the main window and of every message box.
+/// The title of the main window and of every message box.
 inline constexpr const char* application_title = "Varnoth 1.0";
 
 namespace theme {
 
-// 0x00BBGGRR.
+// Colours are 0x00BBGGRR.
 inline constexpr Colour window_background = 0x44584C;
 inline constexpr Colour field_background = 0x37463E;
 inline constexpr Colour light_text = 0xD3DED8;
@@ -32,24 +32,25 @@ inline constexpr Colour over = 0xFF0000;
 inline constexpr Colour close_glyph = 0x809188;
 inline constexpr Colour window_text = static_cast<Colour>(0x80000008U); ///< a system-colour reference
 
-/// A colour or system-colour reference as Qt has it.
+/// Converts a colour or a system-colour reference.
 QColor to_qcolor(Colour colour);
 
 /// Tahoma, 9.75 points, weight 400.
 QFont design_font();
 
-/// The font that really draws: in pixels, at 15 units a pixel whatever the screen calls its resolution. Where
-/// Tahoma is not there, the nearest sans stands in, narrowed until its captions are as wide as Tahoma's.
+/// The font to draw with. Its size is in pixels, 15 twips each, whatever resolution the screen reports. When
+/// the family is not installed, the nearest sans-serif family replaces it, narrowed until the program's
+/// captions are no wider than in Tahoma.
 QFont display_font(const QFont& font);
 
-/// Colours for Qt's own widgets. A widget that is not enabled of its own account has grey text; one whose
-/// whole window is disabled looks as before.
+/// The colours of Qt's own widgets. Disabled ones have grey text.
 QPalette palette(bool enabled = true);
 
-/// Gives a widget the palette that belongs to its own enabled state. To be called when that state is set.
+/// Sets a widget's palette for its own enabled state. Call it whenever that state is set. A widget that is
+/// disabled only with its window keeps its colours.
 void apply_palette(QWidget& widget, bool enabled);
 
-/// Style, palette and font for everything that Qt draws by itself, and the icon of all windows.
+/// Sets the style, palette and font of all of Qt's own widgets, and the name and icon of all windows.
 void apply(QApplication& application);
 
 } // namespace theme

@@ -13,7 +13,7 @@ namespace varnoth {
 
 namespace {
 
-/// What is no volume that a user keeps files on.
+/// File system types that hold no user files, wherever they are mounted.
 constexpr std::array<std::string_view, 29> system_types{
     "autofs",    "binfmt_misc", "bpf",      "cgroup",    "cgroup2", "configfs",        "debugfs",
     "devpts",    "devtmpfs",    "efivarfs", "efivars",   "fusectl", "hugetlbfs",       "mqueue",
@@ -28,16 +28,16 @@ bool is_system_volume(const std::string& root, std::string_view type) {
         return true;
     }
     if (is_within(root, "/run")) {
-        return type == "tmpfs"; // sticks and discs may be mounted there
+        return type == "tmpfs"; // removable media may be mounted there
     }
     return is_within(root, "/proc") || is_within(root, "/sys") || is_within(root, "/dev");
 }
 
 DriveList::DriveList(const QString& name, QWidget* parent) : DropDownList(name, parent) {
-    // The root is no mount of its own in some surroundings, but always a place to look.
+    // In some environments the root is not listed as a mount of its own.
     add_volume("/", QStorageInfo::root().name());
     for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-        // A single file may be mounted too, and several volumes in one place.
+        // A mount point can be a single file, and can have several volumes.
         const QString root = volume.rootPath();
         if (volume.isReady() && findData(root) < 0 && QFileInfo(root).isDir() &&
             !is_system_volume(path_of_text(root), volume.fileSystemType().toStdString())) {

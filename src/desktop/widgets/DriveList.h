@@ -8,31 +8,31 @@
 
 namespace varnoth {
 
-/// Whether the system mounts a volume of that type there for itself, and no user keeps files on it.
+/// Whether a volume of the given type mounted at `root` belongs to the system and holds no user files.
 bool is_system_volume(const std::string& root, std::string_view type);
 
 class DriveList : public DropDownList {
     Q_OBJECT
 
   public:
-    /// Shows the volumes mounted now, with the one of the current folder chosen. What the system mounts for
-    /// itself (processes, devices and the like) is left out; the root is always there.
+    /// Lists the volumes that are mounted now and selects the one of the current folder. System volumes
+    /// (processes, devices and the like) are left out; the root is always listed.
     DriveList(const QString& name, QWidget* parent);
 
-    /// The root folder of the chosen volume.
+    /// The root folder of the selected volume.
     std::string Drive() const;
 
-    /// Chooses the volume that holds a folder, without raising Change.
+    /// Selects the volume that holds a folder, without raising Change.
     void show_drive_of(const std::string& folder);
 
   signals:
-    /// Another volume was chosen than the one shown.
+    /// Another volume was selected.
     void Change();
 
   private:
     void add_volume(const QString& root, const QString& name);
 
-    bool quiet_ = false; ///< show_drive_of is choosing
+    bool quiet_ = false; ///< suppresses Change
 };
 
 } // namespace varnoth

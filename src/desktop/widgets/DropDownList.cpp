@@ -22,8 +22,8 @@ namespace {
 constexpr int text_inset = 4;
 constexpr int arrow_width = 18;
 
-/// What a screen reader sees. On the way to it a drop-down list has no value, so Qt gives the chosen line for
-/// the name, and what is chosen there goes unsaid; this name has both.
+/// The accessible interface. Qt's bridge passes no value for a combo box, so Qt uses the selected line as its
+/// name, and screen readers never speak the list's own name. This interface returns both as the name.
 class AccessibleDropDownList : public AccessibleWithKey {
   public:
     explicit AccessibleDropDownList(DropDownList* list)
@@ -83,7 +83,7 @@ DropDownList::DropDownList(const QString& name, QWidget* parent) : QComboBox(par
     describe_to_screen_readers<DropDownList, AccessibleDropDownList>();
     setObjectName(name);
     setFont(theme::display_font(theme::design_font()));
-    // The wheel over the list does not give it the keyboard.
+    // The wheel must not give the list the keyboard focus.
     setFocusPolicy(Qt::StrongFocus);
     view()->setTextElideMode(Qt::ElideNone);
     SetColours(theme::field_background, theme::light_text);
@@ -108,7 +108,7 @@ void DropDownList::AddItem(const QString& text) {
     const int chosen = currentIndex();
     const QSignalBlocker quiet(this);
     addItem(text);
-    setCurrentIndex(chosen); // Qt chooses the first line that there is
+    setCurrentIndex(chosen); // Qt selects the first line that is added
 }
 
 void DropDownList::SetListIndex(std::int32_t line) {
@@ -163,9 +163,9 @@ void DropDownList::paintEvent(QPaintEvent* /*event*/) {
     });
 }
 
-// Qt may miss where a busy window manager put the window and believe it at the screen's corner; the list
-// would open there. The pointer knows better: its places on the screen and in the field come in one message.
-// A pixel or two of difference are rounding.
+// With a busy window manager Qt can miss the window's position, assume the corner of the screen and open the
+// list there. The mouse event has the pointer's position both on the screen and in the field, which gives the
+// real position of the window. Differences of up to 4 pixels are rounding.
 void DropDownList::mousePressEvent(QMouseEvent* event) {
     guard_event([&] {
         const QPoint in_window = mapTo(window(), event->position().toPoint());

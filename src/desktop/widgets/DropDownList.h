@@ -1,5 +1,4 @@
-// A drop-down list: one of some lines is chosen, none can be typed. It is drawn flat, in the colours of a
-// field.
+// A drop-down list without text entry, drawn flat in the colours of a field.
 #pragma once
 
 #include <cstdint>
@@ -18,32 +17,33 @@ class DropDownList : public QComboBox {
 
     std::int32_t ListCount() const { return count(); }
 
-    /// The text of a line; SubscriptOutOfRange without such a line.
+    /// The text of a line. Raises SubscriptOutOfRange if the line does not exist.
     QString List(std::int32_t line) const;
     void SetList(std::int32_t line, const QString& text);
 
-    /// Adds a line at the end. Nothing is chosen by that.
+    /// Appends a line. Does not change the selection.
     void AddItem(const QString& text);
 
-    /// The chosen line, -1 when there is none.
+    /// The selected line, -1 when there is none.
     std::int32_t ListIndex() const { return currentIndex(); }
 
-    /// Chooses a line and raises Click; -1 chooses none. InvalidPropertyValue without such a line.
+    /// Selects a line, or none for -1, and raises Click. Raises InvalidPropertyValue if the line does not
+    /// exist.
     void SetListIndex(std::int32_t line);
 
     void SetColours(Colour background, Colour text);
 
-    /// Draws no edge and no arrow of its own: whoever holds it draws them over it.
+    /// A bare list draws no edge and no arrow; the control that contains it draws them on top.
     void set_bare(bool bare);
 
     /// Takes the focus and opens the list, as the mouse does.
     void act_as_clicked();
 
-    /// Opens the list, under the name that the field has for a screen reader.
+    /// Opens the list, which gets the accessible name of the field.
     void showPopup() override;
 
   signals:
-    /// The user chose a line, also the one that was chosen already, or SetListIndex was called.
+    /// The user chose a line, even the one already selected, or SetListIndex was called.
     void Click();
 
   protected:

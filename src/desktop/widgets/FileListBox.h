@@ -1,5 +1,5 @@
-// The files of a folder that end as the pattern says, several of them selected at will. A line is the text of
-// a file's name; path_of_text gives the name.
+// The files of a folder that match a pattern, with multiple selection. A line is the text of a file name;
+// path_of_text converts it back to the name.
 #pragma once
 
 #include <string>
@@ -16,12 +16,12 @@ class FileListBox : public ListBox {
 
     const std::string& Path() const { return path_; }
 
-    /// Lists another folder. A folder that cannot be read has no entries.
+    /// Lists another folder. A folder that cannot be read is listed as empty.
     void SetPath(const std::string& path);
 
     const QString& Pattern() const { return pattern_; }
 
-    /// "*.bmp" and the like: a star and an ending, matched without regard to case.
+    /// A star and an extension, such as "*.bmp". Case is ignored.
     void SetPattern(const QString& pattern);
 
   private:

@@ -27,7 +27,7 @@ constexpr int indent = 10;
 constexpr int glyph_width = 13;
 constexpr int glyph_height = 10;
 
-/// Draws a line with its indentation and the figure of a folder before the name.
+/// Draws an indented line with a folder icon before the name.
 class FolderDelegate : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -47,7 +47,7 @@ class FolderDelegate : public QStyledItemDelegate {
   protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         QStyledItemDelegate::initStyleOption(option, index);
-        // An icon without a picture keeps the place free.
+        // An empty icon reserves the space that draw_folder paints on.
         option->features |= QStyleOptionViewItem::HasDecoration;
         option->decorationSize = {index.data(depth_role).toInt() * indent + glyph_width, glyph_height};
     }
@@ -129,7 +129,7 @@ void FolderListBox::open_current() {
     if (folder_exists(folder)) {
         SetPath(folder);
     } else {
-        list_again(); // it has gone since it was listed
+        list_again(); // it was deleted since it was listed
     }
 }
 

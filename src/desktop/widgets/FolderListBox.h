@@ -1,5 +1,5 @@
-// A folder list: the folders from the root down to the open one, and below it the folders that it holds. A
-// double click opens a folder.
+// A folder list: the folders from the root down to the open one, followed by the folders in it. A double
+// click or Enter opens a folder.
 #pragma once
 
 #include <string>
@@ -12,13 +12,13 @@ class FolderListBox : public QListWidget {
     Q_OBJECT
 
   public:
-    /// Opens on the current folder.
+    /// Opens the current folder.
     FolderListBox(const QString& name, QWidget* parent);
 
     /// The open folder.
     const std::string& Path() const { return path_; }
 
-    /// Opens a folder and raises Change if it is another one. An empty path changes nothing; PathNotFound for
+    /// Opens a folder and raises Change if it was not open. An empty path is ignored. Raises PathNotFound for
     /// a folder that does not exist.
     void SetPath(const std::string& path);
 

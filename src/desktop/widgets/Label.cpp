@@ -16,7 +16,7 @@ namespace varnoth {
 
 namespace {
 
-/// What a screen reader sees: static text, or a button where a symbol is clicked.
+/// The accessible interface: a button for a symbol, static text otherwise.
 class AccessibleLabel : public AccessibleWithKey {
   public:
     explicit AccessibleLabel(Label* label)

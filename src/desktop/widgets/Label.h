@@ -1,4 +1,4 @@
-// A plain text label, or a symbol that is clicked: the platform's label, without a skin.
+// A plain text label, or a clickable symbol, without a skin.
 #pragma once
 
 #include <QWidget>
@@ -13,10 +13,10 @@ class Label : public QWidget {
     Q_PROPERTY(int ForeColor READ ForeColor WRITE SetForeColor)
 
   public:
-    /// A text is read, a symbol is clicked.
+    /// Assistive technology presents a text as static text and a symbol as a button.
     enum class Kind { Text, Symbol };
 
-    /// A symbol's caption is one character of the symbol font; spoken is what a screen reader says instead.
+    /// A symbol's caption is one character of the symbol font; `spoken` is its accessible name.
     Label(const QString& name, QWidget* parent, Kind kind, const QString& caption,
           const QString& spoken = {});
 
@@ -34,7 +34,7 @@ class Label : public QWidget {
     void act_as_clicked() { emit Click(); }
 
   signals:
-    /// Pressed and released on the label with the left button; each press of a fast pair counts.
+    /// Pressed and released on the label with the left button. A double click counts as two clicks.
     void Click();
 
   protected:
@@ -47,7 +47,7 @@ class Label : public QWidget {
     QString caption_;
     QString spoken_;
     Colour fore_colour_;
-    bool click_due_ = false; ///< a release completes a click
+    bool click_due_ = false; ///< the next release completes a click
 };
 
 } // namespace varnoth

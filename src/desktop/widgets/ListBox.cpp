@@ -13,7 +13,7 @@ namespace varnoth {
 
 namespace {
 
-/// The lines from the one that was pressed last without shift.
+/// Selects the lines from the one last pressed without shift.
 constexpr auto clear_and_select_range = QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Current;
 
 } // namespace
@@ -79,7 +79,7 @@ void ListBox::SetEnabled(bool enabled) {
     theme::apply_palette(*this, enabled);
 }
 
-// The user.
+// User input.
 
 void ListBox::current_row_moved() {
     if (quiet_) {
@@ -105,7 +105,7 @@ void ListBox::raise_due_click() {
 template <typename Work>
 void ListBox::handle(Work&& work) {
     guard_event([&] {
-        // Qt moves the current line before it sets the marks; Click comes when both are as the user wants.
+        // Qt moves the current line before it updates the selection; Click is raised after both.
         in_event_ = true;
         click_due_ = false;
         marks_changed_ = false;
@@ -118,7 +118,7 @@ void ListBox::handle(Work&& work) {
 void ListBox::mousePressEvent(QMouseEvent* event) {
     pressed_line_ = row(itemAt(event->position().toPoint()));
     if (pressed_line_ < 0 || event->button() != Qt::LeftButton) {
-        pressed_line_ = -1; // a press beside the lines changes nothing, neither does another button
+        pressed_line_ = -1; // presses outside the lines and of other buttons change nothing
         return;
     }
     handle([&] {
@@ -149,7 +149,7 @@ void ListBox::keyPressEvent(QKeyEvent* event) {
         QListWidget::keyPressEvent(event);
         click_due_ = click_due_ || marks_changed_;
         if (click_due_ && ListIndex() < 0) {
-            // All lines were marked before one was chosen; a click has a line.
+            // Select All without a current line: Click requires one.
             selectionModel()->setCurrentIndex(model()->index(0, 0), QItemSelectionModel::NoUpdate);
         }
     });
@@ -161,7 +161,7 @@ void ListBox::focusInEvent(QFocusEvent* event) {
         quiet_ = true;
         QListWidget::focusInEvent(event);
         if (!had_current) {
-            // Qt makes the first line the current one.
+            // Qt has made the first line current.
             selectionModel()->setCurrentIndex(QModelIndex(), QItemSelectionModel::NoUpdate);
         }
         quiet_ = false;
@@ -171,8 +171,8 @@ void ListBox::focusInEvent(QFocusEvent* event) {
 QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex& index,
                                                               const QEvent* event) const {
     if (event != nullptr && event->type() == QEvent::MouseButtonPress && index.isValid()) {
-        // Qt would wait for the release where the line is marked already, and shift would keep marks
-        // elsewhere.
+        // By default a press on a selected line takes effect only on release, and shift keeps lines selected
+        // that are outside the range.
         const auto modifiers = static_cast<const QMouseEvent*>(event)->modifiers();
         if (!modifiers.testFlag(Qt::ControlModifier)) {
             return modifiers.testFlag(Qt::ShiftModifier) ? clear_and_select_range

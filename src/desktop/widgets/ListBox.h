@@ -1,5 +1,5 @@
-// A list box with several selected lines. The current line and the selected marks are two things: setting the
-// current line is a selection that acts like a click, and leaves the marks as they are.
+// A list box with multiple selection. The current line and the selected lines are independent: setting the
+// current line raises Click like a mouse click, but does not change which lines are selected.
 #pragma once
 
 #include <cstdint>
@@ -16,10 +16,10 @@ class ListBox : public QListWidget {
 
     std::int32_t ListCount() const { return count(); }
 
-    /// The text of a line; SubscriptOutOfRange without such a line.
+    /// The text of a line. Raises SubscriptOutOfRange if the line does not exist.
     QString List(std::int32_t line) const;
 
-    /// Appends a line, which is not selected.
+    /// Appends a line that is not selected.
     void AddItem(const QString& text);
 
     /// Empties the list. The current line is then -1.
@@ -28,23 +28,23 @@ class ListBox : public QListWidget {
     /// The current line, -1 when there is none.
     std::int32_t ListIndex() const { return currentRow(); }
 
-    /// Makes a line the current one, scrolls to it and raises Click. InvalidPropertyValue without such a
-    /// line.
+    /// Makes a line current, scrolls to it and raises Click. Raises InvalidPropertyValue if the line does not
+    /// exist.
     void SetListIndex(std::int32_t line);
 
-    /// Whether a line is selected; SubscriptOutOfRange without such a line.
+    /// Whether a line is selected. Raises SubscriptOutOfRange if the line does not exist.
     bool Selected(std::int32_t line) const;
     void SetSelected(std::int32_t line, bool selected);
 
-    /// How many lines are selected.
+    /// The number of selected lines.
     std::int32_t SelCount() const;
 
-    /// Enables or disables the box and its look.
+    /// Enables or disables the box and sets its palette accordingly.
     void SetEnabled(bool enabled);
 
   signals:
-    /// The user clicked a line, moved the current line or changed marks by the keyboard, or SetListIndex was
-    /// called. The marks are set before, and there is a current line.
+    /// The user clicked a line, or moved the current line or changed the selection by the keyboard, or
+    /// SetListIndex was called. By then the selection is up to date and there is a current line.
     void Click();
     void DblClick();
 
@@ -59,7 +59,7 @@ class ListBox : public QListWidget {
                                                          const QEvent* event) const override;
 
   private:
-    /// Runs what Qt makes of an event of the user, then raises Click once if it is due.
+    /// Runs Qt's handler of an input event, then raises Click once if it is due.
     template <typename Work>
     void handle(Work&& work);
 
@@ -67,10 +67,10 @@ class ListBox : public QListWidget {
     void raise_due_click();
 
     int pressed_line_ = -1;      ///< under the last press of the left button
-    bool quiet_ = false;         ///< the current line is set or lost without the user
-    bool in_event_ = false;      ///< of the user
+    bool quiet_ = false;         ///< the current line changes without input from the user
+    bool in_event_ = false;      ///< an input event is being handled
     bool click_due_ = false;     ///< Click is raised at the end of the event
-    bool marks_changed_ = false; ///< by the event that is being handled
+    bool marks_changed_ = false; ///< the event has changed the selection
 };
 
 } // namespace varnoth

@@ -24,8 +24,8 @@ PictureSurface::Design with_parent(PictureSurface::Design design, SurfaceContain
     return design;
 }
 
-/// The part of a bitmap that is seen, with the bitmap's own pixels in it. Qt takes no picture of more than
-/// 32767 pixels a side, but what is seen of one is never that large.
+/// An image of the visible part of a bitmap that shares the bitmap's pixels. The raster engine draws no image
+/// with more than 32767 pixels a side; the visible part is never that large.
 QImage shared_part(const Bitmap& bitmap, const QRect& part) {
     const std::uint8_t* first = bitmap.row(part.top()) + std::ptrdiff_t{4} * part.left();
     return {first, part.width(), part.height(), bitmap.row_bytes(), QImage::Format_RGB32};
@@ -40,11 +40,11 @@ QImage converted_part(const Bitmap& bitmap, const QRect& part) {
     return image;
 }
 
-// More rows at once Qt shares out to threads, which take longer to start than the fill takes.
+// For more rows Qt uses several threads, which take longer to start than the fill takes.
 constexpr int rows_of_a_fill = 64;
 
-/// The fourth byte of a pixel may be anything, and Qt hands it on. Black laid under the picture makes it
-/// opaque and changes no colour.
+/// Qt copies the fourth byte of each pixel, which may have any value, into the alpha channel. Filling black
+/// underneath makes the picture opaque without changing its colours.
 void make_opaque(QPainter& painter, const QRect& picture) {
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
     for (int y = 0; y < picture.height(); y += rows_of_a_fill) {
@@ -53,7 +53,8 @@ void make_opaque(QPainter& painter, const QRect& picture) {
     }
 }
 
-/// What a screen reader sees: a picture of that size, with an action where it is clicked or double-clicked.
+/// The accessible interface: a picture with its size, and a press action if a click or double click does
+/// something.
 class AccessiblePicture : public QAccessibleWidget, public QAccessibleImageInterface {
   public:
     explicit AccessiblePicture(PictureBox* picture)
@@ -153,7 +154,7 @@ void PictureBox::follow_surface() {
     const QSize before = size();
     resize(round_to_even<int>(surface_.Width()), round_to_even<int>(surface_.Height()));
     if (size() != before) {
-        QAccessibleEvent event(this, QAccessible::DescriptionChanged); // which tells the size
+        QAccessibleEvent event(this, QAccessible::DescriptionChanged); // it states the size
         QAccessible::updateAccessibility(&event);
     }
     update();

@@ -1,4 +1,4 @@
-// A picture area on the screen: shows a PictureSurface pixel by pixel and takes its size.
+// A picture area on the screen: a widget that shows a PictureSurface pixel by pixel and follows its size.
 #pragma once
 
 #include <QWidget>
@@ -12,27 +12,27 @@ class PictureBox : public QWidget {
     Q_OBJECT
 
   public:
-    /// The design's sizes are in pixels; its parent is set to a container of pixels.
+    /// The sizes in `design` are in pixels; its parent is ignored.
     PictureBox(const QString& name, QWidget* parent, PictureSurface::Design design);
 
     PictureSurface& surface() { return surface_; }
 
     const PictureSurface& surface() const { return surface_; }
 
-    /// The background colour; clears the picture and shows it at once.
+    /// Sets the background colour and clears the picture.
     void SetBackColor(Colour colour);
 
-    /// Erases and shows it.
+    /// Clears the picture.
     void Cls();
 
-    /// What the picture's user does with it, if anything: somebody waits for its clicks or double clicks.
+    /// Whether Click or DblClick is connected.
     bool hears_clicks() const;
     bool hears_double_clicks() const;
 
-    /// Raises what its user waits for, Click or else DblClick, as the mouse does.
+    /// Raises Click if it is connected, else DblClick, as the mouse does.
     void act_as_clicked();
 
-    /// Moves to, or clicks, a place of the surface, as the mouse does.
+    /// Raises the events of a mouse move to, or a click at, a position of the surface.
     void act_as_moved_to(const QPoint& place);
     void act_as_clicked_at(const QPoint& place);
 
@@ -40,7 +40,7 @@ class PictureBox : public QWidget {
     void Click();
     void DblClick();
 
-    /// Of the left, right and middle button, with places in the surface's pixels.
+    /// Left, right and middle button; positions are in pixels of the surface.
     void MouseDown(varnoth::MouseArguments mouse);
     void MouseMove(varnoth::MouseArguments mouse);
     void MouseUp(varnoth::MouseArguments mouse);
@@ -60,7 +60,7 @@ class PictureBox : public QWidget {
     std::int32_t border_;
     SurfaceContainer container_;
     PictureSurface surface_;
-    bool click_due_ = false; ///< a release completes a click
+    bool click_due_ = false; ///< the next release completes a click
 };
 
 } // namespace varnoth

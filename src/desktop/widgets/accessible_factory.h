@@ -1,4 +1,4 @@
-// How a kind of widget gets a description of its own in the tree that screen readers walk.
+// Registers accessible interfaces for widget classes.
 #pragma once
 
 #include <memory>
@@ -7,8 +7,8 @@
 
 namespace varnoth {
 
-/// Lets every `Widget` be described by an `Interface`, which is made of a pointer to it. Further calls change
-/// nothing.
+/// Makes `Interface` the accessible interface of every `Widget`; it is constructed from a pointer to the
+/// widget. Further calls have no effect.
 template <typename Widget, typename Interface>
 void describe_to_screen_readers() {
     [[maybe_unused]] static const bool installed = [] {

@@ -1,4 +1,4 @@
-// The key that does what a click on a control does, as assistive technology is told of it.
+// The keyboard shortcut of a control, as reported to assistive technology.
 #pragma once
 
 #include <QAccessibleWidget>
@@ -6,13 +6,14 @@
 
 namespace varnoth {
 
-/// States the key of a control, "Ctrl+N". A control has one: the first that is set stays.
+/// Sets the shortcut that acts like a click on a control, such as "Ctrl+N". Only the first call has an
+/// effect.
 void set_accessible_key(QWidget& control, const QString& key);
 
-/// The key of a control, empty when it has none.
+/// The shortcut of a control, empty when it has none.
 QString accessible_key(const QWidget& control);
 
-/// A widget whose description names its key.
+/// An accessible interface that reports the widget's shortcut.
 class AccessibleWithKey : public QAccessibleWidget {
   public:
     using QAccessibleWidget::QAccessibleWidget;

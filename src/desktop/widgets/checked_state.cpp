@@ -7,13 +7,13 @@ namespace varnoth {
 
 namespace {
 
-constexpr const char* mark = "checkedState";
+constexpr const char* property_name = "checkedState";
 
 } // namespace
 
 void set_checked_state(QWidget& control, bool checked) {
-    const bool changes = control.property(mark).toBool() != checked;
-    control.setProperty(mark, checked);
+    const bool changes = control.property(property_name).toBool() != checked;
+    control.setProperty(property_name, checked);
     if (changes) {
         QAccessible::State changed;
         changed.checked = true;
@@ -23,7 +23,7 @@ void set_checked_state(QWidget& control, bool checked) {
 }
 
 void add_checked_state(const QWidget& control, QAccessible::State& state) {
-    const QVariant checked = control.property(mark);
+    const QVariant checked = control.property(property_name);
     if (checked.isValid()) {
         state.checkable = true;
         state.checked = checked.toBool();

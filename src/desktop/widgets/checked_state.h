@@ -1,5 +1,6 @@
-// A control that stays in force until another one, or a second click, ends it: Stop or Play, an armed picker.
-// The eye knows it by the colour of its text, a screen reader by its state.
+// The checked state of a control, such as Stop, Play or a colour picker: it stays checked until another
+// control or a second click unchecks it. The colour of its text shows the state; this file reports it to
+// assistive technology.
 #pragma once
 
 #include <QAccessible>
@@ -8,11 +9,11 @@ class QWidget;
 
 namespace varnoth {
 
-/// Marks a control as one of that kind, and whether it is in force now. Tells a screen reader of a change.
+/// Makes a control checkable and sets its checked state. Notifies assistive technology of a change.
 void set_checked_state(QWidget& control, bool checked);
 
-/// Adds to a control's state what was marked: it can be checked, and is or is not. A control that was never
-/// marked keeps its state.
+/// Adds checkable and checked to an accessible state. Does nothing for a control that was never passed to
+/// set_checked_state.
 void add_checked_state(const QWidget& control, QAccessible::State& state);
 
 } // namespace varnoth

@@ -1,4 +1,4 @@
-// What a mouse event tells a handler, in the numbers that the program's events carry.
+// The arguments of the controls' mouse events.
 #pragma once
 
 #include <cstdint>
@@ -12,9 +12,9 @@ inline constexpr std::int16_t left_button = 1;
 inline constexpr std::int16_t right_button = 2;
 inline constexpr std::int16_t middle_button = 4;
 
-/// `Button` is one button for a press or release, the sum of all held ones for a move. `Shift` is the sum of
-/// 1 for the shift key, 2 for control and 4 for alt. `x` and `y` are pixels in the part that the event is
-/// about.
+/// `Button` is one button for a press or release, and the sum of all held buttons for a move. `Shift` is the
+/// sum of 1 for the shift key, 2 for control and 4 for alt. `x` and `y` are in pixels, relative to the part
+/// of the control that raises the event.
 struct MouseArguments {
     std::int16_t Button = 0;
     std::int16_t Shift = 0;
@@ -22,7 +22,7 @@ struct MouseArguments {
     float y = 0;
 };
 
-/// The sum of the numbers of the buttons. Only three have one: events of any other button are dropped.
+/// The sum of the numbers of the buttons. Buttons other than these three have no number and raise no events.
 inline std::int16_t button_number(Qt::MouseButtons buttons) {
     return static_cast<std::int16_t>((buttons.testFlag(Qt::LeftButton) ? left_button : 0) |
                                      (buttons.testFlag(Qt::RightButton) ? right_button : 0) |
@@ -41,7 +41,7 @@ inline std::int16_t shift_number(Qt::KeyboardModifiers modifiers) {
                                      (modifiers.testFlag(Qt::AltModifier) ? 4 : 0));
 }
 
-/// What a handler is told of that event.
+/// The arguments of an event.
 inline MouseArguments mouse_arguments(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
                                       const QPointF& position) {
     return {button_number(buttons), shift_number(modifiers), static_cast<float>(position.x()),
