@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""Regenerates the samples and compares them with those in the tree: byte for byte, but JPEG files, whose bytes depend
-on the library, only by their size in pixels. Usage: samples_test.py MAKE_SAMPLES SAMPLES"""
+"""Regenerates the samples and compares them with those in the tree: byte for byte, except JPEG files, whose bytes
+depend on the library and which are compared by their size in pixels. Usage: samples_test.py MAKE_SAMPLES WALKTHROUGH
+SAMPLES"""
 import os
 import struct
 import subprocess
@@ -8,9 +9,12 @@ import sys
 import tempfile
 import unittest
 
-MAKE_SAMPLES, SAMPLES = sys.argv[1:3]
+MAKE_SAMPLES, WALKTHROUGH, SAMPLES = map(os.path.abspath, sys.argv[1:4])
 FRAMES = 16
 SIDE = 64
+# The sprites, each with its render mode and the pictures from which the editor makes it.
+SPRITES = {"explosion.spr": ("3", [f"explosion_{frame}.bmp" for frame in range(FRAMES)]),
+           "palette.spr": ("0", ["palette.bmp"])}
 
 
 def read(folder, name):
@@ -49,13 +53,22 @@ class Samples(unittest.TestCase):
         cls.folder.cleanup()
 
     def test_file_names_match(self):
-        self.assertEqual(sorted(os.listdir(self.folder.name)), sorted(os.listdir(SAMPLES)))
-        self.assertEqual(len(os.listdir(SAMPLES)), FRAMES * 4 + 1)
+        self.assertEqual(sorted([*os.listdir(self.folder.name), *SPRITES]), sorted(os.listdir(SAMPLES)))
+        self.assertEqual(len(os.listdir(SAMPLES)), FRAMES * 4 + 1 + len(SPRITES))
 
     def test_bytes_match_except_jpeg(self):
         for name in sorted(os.listdir(SAMPLES)):
-            if not name.endswith(".jpg"):
+            if not name.endswith((".jpg", ".spr")):
                 self.assertEqual(read(self.folder.name, name), read(SAMPLES, name), name)
+
+    def test_sprites_match_what_the_editor_makes(self):
+        for name, (render, pictures) in SPRITES.items():
+            with self.subTest(sprite=name), tempfile.TemporaryDirectory() as folder:
+                selection = [argument for picture in pictures for argument in ("--select", picture)]
+                subprocess.run([WALKTHROUGH, "--pictures", SAMPLES, "--filter", "bmp", *selection, "--render", render,
+                                "--save", os.path.join(folder, name)], check=True, stdout=subprocess.DEVNULL,
+                               env={**os.environ, "QT_QPA_PLATFORM": "offscreen"}, timeout=120)
+                self.assertEqual(read(folder, name), read(SAMPLES, name))
 
     def test_jpeg_files_are_baseline_and_sizes_match(self):
         for frame in range(FRAMES):
