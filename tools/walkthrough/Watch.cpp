@@ -6,6 +6,8 @@
 #include <QTimer>
 
 #include "desktop/forms/FormCoordinator.h"
+#include "desktop/forms/main_window/Form1.h"
+#include "desktop/forms/progress/Form6.h"
 #include "ui_driver/UiDriver.h"
 
 namespace varnoth::walkthrough {

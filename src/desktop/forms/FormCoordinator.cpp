@@ -9,6 +9,13 @@
 #include "core/jobs/ImportView.h"
 #include "core/jobs/Module1.h"
 #include "core/sprite/hlspr.h"
+#include "desktop/forms/add_frames/Form4.h"
+#include "desktop/forms/extract/Form3.h"
+#include "desktop/forms/folder/Form5.h"
+#include "desktop/forms/main_window/Form1.h"
+#include "desktop/forms/new_sprite/Form2.h"
+#include "desktop/forms/preview/Form7.h"
+#include "desktop/forms/progress/Form6.h"
 #include "desktop/services/exception_barrier.h"
 #include "qt/path_text.h"
 
@@ -55,20 +62,20 @@ class FormCoordinator::ImportWindows : public ImportView {
     void close_progress() override { unload(coordinator_.form6_); }
 
     void show_sprite_size(const std::string& size, const std::string& origin) override {
-        coordinator_.form1_.ellabel7.SetCaption(QString::fromStdString(size));
-        coordinator_.form1_.ellabel6.SetCaption(QString::fromStdString(origin));
+        coordinator_.form1_->ellabel7.SetCaption(QString::fromStdString(size));
+        coordinator_.form1_->ellabel6.SetCaption(QString::fromStdString(origin));
     }
 
-    std::int32_t frame_line_count() const override { return coordinator_.form1_.List1.ListCount(); }
+    std::int32_t frame_line_count() const override { return coordinator_.form1_->List1.ListCount(); }
 
     void add_frame_line(const std::string& line) override {
-        coordinator_.form1_.add_frame_line(QString::fromStdString(line));
+        coordinator_.form1_->add_frame_line(QString::fromStdString(line));
     }
 
-    void release_frames() override { coordinator_.form1_.release_frames(); }
+    void release_frames() override { coordinator_.form1_->release_frames(); }
 
     void finish() override {
-        coordinator_.form1_.SetEnabled(true);
+        coordinator_.form1_->SetEnabled(true);
         unload(coordinator_.form4_);
     }
 
@@ -84,9 +91,9 @@ class FormCoordinator::ExtractionWindows : public ExtractionView {
   public:
     explicit ExtractionWindows(FormCoordinator& coordinator) : coordinator_(coordinator) {}
 
-    std::int32_t line_count() const override { return coordinator_.form1_.List1.ListCount(); }
+    std::int32_t line_count() const override { return coordinator_.form1_->List1.ListCount(); }
 
-    bool is_selected(std::int16_t line) const override { return coordinator_.form1_.List1.Selected(line); }
+    bool is_selected(std::int16_t line) const override { return coordinator_.form1_->List1.Selected(line); }
 
     bool aborted() const override { return coordinator_.form6_->aborted(); }
 
@@ -116,32 +123,32 @@ Dialog& FormCoordinator::make(std::unique_ptr<Dialog>& dialog, Arguments&... arg
     return *dialog;
 }
 
-FormCoordinator::FormCoordinator() {
-    on_event(&form1_, &Form1::newRequested, this, [this] { open_new(); });
-    on_event(&form1_, &Form1::importRequested, this, [this] { open_import(); });
-    on_event(&form1_, &Form1::exportRequested, this, [this] { open_export(); });
-    on_event(&form1_, &Form1::previewRequested, this, [this] { open_preview(); });
-    on_event(&form1_, &Form1::endRequested, this, [this] { emit ended(); });
+FormCoordinator::FormCoordinator() : form1_(std::make_unique<Form1>()) {
+    on_event(form1_.get(), &Form1::newRequested, this, [this] { open_new(); });
+    on_event(form1_.get(), &Form1::importRequested, this, [this] { open_import(); });
+    on_event(form1_.get(), &Form1::exportRequested, this, [this] { open_export(); });
+    on_event(form1_.get(), &Form1::previewRequested, this, [this] { open_preview(); });
+    on_event(form1_.get(), &Form1::endRequested, this, [this] { emit ended(); });
 }
 
 FormCoordinator::~FormCoordinator() = default;
 
 void FormCoordinator::start() {
-    form1_.show_first();
+    form1_->show_first();
 }
 
 // Dialogs.
 
 void FormCoordinator::open_new() {
-    form1_.SetEnabled(false);
-    make(form2_, form1_);
+    form1_->SetEnabled(false);
+    make(form2_, *form1_);
     on_event(form2_.get(), &Form2::unloadRequested, this, [this] { unload(form2_); });
-    form2_->show_over(form1_);
+    form2_->show_over(*form1_);
 }
 
 void FormCoordinator::open_import() {
-    form1_.SetEnabled(false);
-    make(form4_, form1_);
+    form1_->SetEnabled(false);
+    make(form4_, *form1_);
     // Its picture areas are gone by then too.
     connect(form4_.get(), &QObject::destroyed, [] { give_back_spare_memory(); });
     on_event(form4_.get(), &Form4::importRequested, this, [this] { import(); });
@@ -154,15 +161,15 @@ void FormCoordinator::open_import() {
     form4_->File1.SetPath(form4_->Dir1.Path());
     const SpriteHeaderRecord& header = hlspr::document().SpriteHeader;
     form4_->ellabel5.SetCaption(QString("%1x%2").arg(header.Width).arg(header.Height));
-    const QString render_mode = form1_.ellabel10.Caption();
+    const QString render_mode = form1_->ellabel10.Caption();
     if (render_mode == "ALPHATEST" || render_mode == "INDEXALPHA") {
         form4_->enable_picker();
     }
-    form4_->show_over(form1_);
+    form4_->show_over(*form1_);
 }
 
 void FormCoordinator::open_export() {
-    make(form3_, form1_);
+    make(form3_, *form1_);
     on_event(form3_.get(), &Form3::folderRequested, this, [this] { open_folder(); });
     on_event(form3_.get(), &Form3::extractionRequested, this,
              [this](const ExtractionOptions& options) { extract(options); });
@@ -170,15 +177,15 @@ void FormCoordinator::open_export() {
     if (!hlspr::ExtractFolder.empty()) {
         form3_->eltexto1.SetText(text_of_path(hlspr::ExtractFolder));
     }
-    form3_->show_over(form1_);
-    form1_.SetEnabled(false);
+    form3_->show_over(*form1_);
+    form1_->SetEnabled(false);
 }
 
 void FormCoordinator::open_preview() {
-    form1_.SetEnabled(false);
-    make(form7_, form1_);
+    form1_->SetEnabled(false);
+    make(form7_, *form1_);
     on_event(form7_.get(), &Form7::unloadRequested, this, [this] { unload(form7_); });
-    form7_->show_over(form1_);
+    form7_->show_over(*form1_);
     std::int16_t first = 0;
     hlspr::draw_frame(first, form7_->Picture1.surface());
 }
@@ -215,7 +222,7 @@ Form6& FormCoordinator::make_progress(const Form& opener) {
 // A folder list starts where it was left, else at the sprite's folder, else at the user's pictures, else (for
 // an empty path opens nothing) in the current folder.
 std::string FormCoordinator::first_folder(const std::string& last) const {
-    const std::string sprite_folder = Module1::folder_of(path_of_text(form1_.eltexto1.Text()));
+    const std::string sprite_folder = Module1::folder_of(path_of_text(form1_->eltexto1.Text()));
     const QStringList pictures = QStandardPaths::standardLocations(QStandardPaths::PicturesLocation);
     for (const std::string& folder :
          {last, sprite_folder, pictures.isEmpty() ? std::string() : pictures.front().toStdString()}) {
@@ -239,13 +246,13 @@ void FormCoordinator::extract(const ExtractionOptions& options) {
     form3_->SetEnabled(false);
     form3_->setCursor(Qt::WaitCursor);
     form6_->Label1.SetCaption("Extracting Frames...");
-    form6_->Progressbar1.SetMax(form1_.List1.SelCount());
+    form6_->Progressbar1.SetMax(form1_->List1.SelCount());
     form6_->Progressbar1.SetValue(0);
     form6_->refresh();
     ExtractionWindows windows(*this);
     extract_frames(options, windows, form3_->scratch());
     unload(form6_);
-    form1_.SetEnabled(true);
+    form1_->SetEnabled(true);
     unload(form3_);
 }
 

@@ -7,15 +7,17 @@
 
 #include <QObject>
 
-#include "desktop/forms/add_frames/Form4.h"
-#include "desktop/forms/extract/Form3.h"
-#include "desktop/forms/folder/Form5.h"
-#include "desktop/forms/main_window/Form1.h"
-#include "desktop/forms/new_sprite/Form2.h"
-#include "desktop/forms/preview/Form7.h"
-#include "desktop/forms/progress/Form6.h"
-
 namespace varnoth {
+
+class Form;
+class Form1;
+class Form2;
+class Form3;
+class Form4;
+class Form5;
+class Form6;
+class Form7;
+struct ExtractionOptions;
 
 class FormCoordinator : public QObject {
     Q_OBJECT
@@ -27,7 +29,7 @@ class FormCoordinator : public QObject {
     /// Shows the main window.
     void start();
 
-    Form1& form1() { return form1_; }
+    Form1& form1() { return *form1_; }
 
     // The dialogs that are open, null otherwise.
 
@@ -70,7 +72,7 @@ class FormCoordinator : public QObject {
     class ImportWindows;
     class ExtractionWindows;
 
-    Form1 form1_;
+    std::unique_ptr<Form1> form1_;
     std::unique_ptr<Form2> form2_;
     std::unique_ptr<Form3> form3_;
     std::unique_ptr<Form4> form4_;
