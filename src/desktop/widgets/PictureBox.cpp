@@ -71,7 +71,7 @@ class AccessiblePicture : public QAccessibleWidget, public QAccessibleImageInter
             return given;
         }
         const QSize size = imageSize();
-        return PictureBox::tr("%1 x %2 pixels").arg(size.width()).arg(size.height());
+        return QStringLiteral("%1 x %2 pixels").arg(size.width()).arg(size.height());
     }
 
     QString imageDescription() const override { return text(QAccessible::Description); }

@@ -149,7 +149,7 @@ class AccessibleCloseButton final : public QAccessibleInterface, public QAccessi
         if (kind == QAccessible::Accelerator) {
             return accessible_key(panel_);
         }
-        return kind == QAccessible::Name ? SkinnedControl::tr("Close") : QString();
+        return kind == QAccessible::Name ? QStringLiteral("Close") : QString();
     }
 
     void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}

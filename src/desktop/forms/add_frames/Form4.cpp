@@ -123,13 +123,13 @@ void Form4::design_browser() {
     constexpr int list_top = 6 + design::text_height + design::gap;
     design::place_edged(elframe1, {design::margin, design::below_title, 467, height});
     Drive1.setGeometry(6, 6, 222, design::text_height);
-    Drive1.setAccessibleName(tr("Drives"));
+    Drive1.setAccessibleName("Drives");
     Dir1.setGeometry(6, list_top, 222, height - 6 - list_top);
-    Dir1.setAccessibleName(tr("Folders"));
+    Dir1.setAccessibleName("Folders");
     Combo1.setGeometry(232, 6, 229, design::text_height);
-    Combo1.setAccessibleName(tr("File type"));
+    Combo1.setAccessibleName("File type");
     File1.setGeometry(232, list_top, 229, height - 6 - list_top);
-    File1.setAccessibleName(tr("Files"));
+    File1.setAccessibleName("Files");
 }
 
 void Form4::design_preview() {
@@ -142,7 +142,7 @@ void Form4::design_preview() {
     Picture3.setPalette(colours);
     Picture3.setAutoFillBackground(true);
     Picture1.move(0, 0);
-    Picture1.setAccessibleName(tr("Preview"));
+    Picture1.setAccessibleName("Preview");
 }
 
 void Form4::design_sizes() {
@@ -160,7 +160,7 @@ void Form4::design_sizes() {
     constexpr std::array choices{"Set Sprite To 256x256", "Resize Pictures To 256x256"};
     for (std::size_t i = 0; i < choices.size(); ++i) {
         design::place_checkable(elradio1[i], {10, line(3 + static_cast<int>(i)), 247, 19}, choices[i], ground,
-                                tr("Sizes Dont Match"));
+                                "Sizes Dont Match");
         elradio1[i].SetEnabled(false);
         elradio1[i].hide();
     }
@@ -169,7 +169,7 @@ void Form4::design_sizes() {
     ellabel1.SetForeColor(theme::disabled_text);
     Picture2.move(144, line(5) + 7);
     Picture2.raise(); // read after its caption
-    Picture2.setAccessibleName(tr("Transparent Color"));
+    Picture2.setAccessibleName("Transparent Color");
     show_transparent(Picture2.surface().BackColor());
     design::place_button(elboton1, 201, line(5) + 7, "Pick");
     elboton1.setToolTip("Pick Transparent Color From Picture");
@@ -240,10 +240,11 @@ void Form4::click_pick() {
 
 void Form4::show_transparent(Colour colour) {
     Picture2.SetBackColor(colour);
-    Picture2.setAccessibleDescription(
-        colour == no_colour
-            ? tr("No color")
-            : tr("Red %1, green %2, blue %3").arg(red_of(colour)).arg(green_of(colour)).arg(blue_of(colour)));
+    Picture2.setAccessibleDescription(colour == no_colour ? QStringLiteral("No color")
+                                                          : QStringLiteral("Red %1, green %2, blue %3")
+                                                                .arg(red_of(colour))
+                                                                .arg(green_of(colour))
+                                                                .arg(blue_of(colour)));
 }
 
 void Form4::show_colour_under(const MouseArguments& mouse) {

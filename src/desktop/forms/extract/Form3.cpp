@@ -47,10 +47,9 @@ void Form3::design() {
 void Form3::design_folder() {
     design::place_label(ellabel1, {design::margin, design::below_title, 200, design::text_height},
                         "Output Folder:", theme::window_background);
-    design::place_field(eltexto1, {design::margin, 57, 213, design::text_height}, QString(),
-                        tr("Output Folder"));
+    design::place_field(eltexto1, {design::margin, 57, 213, design::text_height}, QString(), "Output Folder");
     design::place_button(elboton1, 224, 55, "...");
-    elboton1.setAccessibleName(tr("Choose the output folder"));
+    elboton1.setAccessibleName("Choose the output folder");
 }
 
 void Form3::design_format() {
@@ -60,14 +59,14 @@ void Form3::design_format() {
     for (std::size_t i = 0; i < formats.size(); ++i) {
         design::place_checkable(elradio1[i],
                                 {design::margin, 106 + static_cast<int>(i) * design::row, 100, 19},
-                                formats[i], theme::window_background, tr("Format"));
+                                formats[i], theme::window_background, "Format");
     }
     elradio1[0].SetValue(true);
     design::place_edged(elframe1, choices_place);
     constexpr std::array depths{"8 bpp", "24 bpp"};
     for (std::size_t i = 0; i < depths.size(); ++i) {
         design::place_checkable(elradio2[i], {8, 10 + static_cast<int>(i) * design::row, 110, 19}, depths[i],
-                                theme::field_background, tr("Depth"));
+                                theme::field_background, "Depth");
     }
     elradio2[0].SetEnabled(false);
     elradio2[0].SetUncheckedColor(theme::disabled_text);
@@ -85,7 +84,7 @@ void Form3::design_existing_files() {
     constexpr std::array lefts{design::margin, 93, 179};
     for (std::size_t i = 0; i < choices.size(); ++i) {
         design::place_checkable(elradio3[i], {lefts[i], 197, i == 2 ? 101 : 80, 19}, choices[i],
-                                theme::window_background, tr("If File Exists Then"));
+                                theme::window_background, "If File Exists Then");
     }
     elradio3[1].SetValue(true);
 }

@@ -64,7 +64,7 @@ void Form1::design() {
 
 void Form1::design_files() {
     design::place_edged(elframe1, {7, 35, 561, 36});
-    design::place_field(eltexto1, {8, 8, 363, 20}, QString(), tr("Sprite file"));
+    design::place_field(eltexto1, {8, 8, 363, 20}, QString(), "Sprite file");
     design::place_button(elboton1, 378, 6, "Open");
     design::place_button(elboton2, 438, 6, "New");
     design::place_button(elboton3, 498, 6, "Save");
@@ -74,7 +74,7 @@ void Form1::design_files() {
 void Form1::design_frames() {
     design::place_edged(elframe2, {7, 75, 282, 396});
     List1.setGeometry(6, 6, 247, 355);
-    List1.setAccessibleName(tr("Frames"));
+    List1.setAccessibleName("Frames");
     List1.SetEnabled(false);
     Label1.setGeometry(258, 163, 18, 18);
     Label2.setGeometry(258, 187, 18, 18);
@@ -95,7 +95,7 @@ void Form1::design_picture() {
     picture_clip.setGeometry(1, 1, 256, 256);
     Picture1.move(0, 0);
     Picture1.setToolTip("DblClick To Preview Animation");
-    Picture1.setAccessibleName(tr("Selected frame"));
+    Picture1.setAccessibleName("Selected frame");
 }
 
 void Form1::design_fields() {

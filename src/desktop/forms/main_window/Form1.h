@@ -35,8 +35,8 @@ class Form1 : public Form {
 
     elframe elframe2{"elframe2", this};
     ListBox List1{"List1", &elframe2}; ///< the frames, one line a display position
-    Label Label1{"Label1", &elframe2, Label::Kind::Symbol, "5", tr("Move frame up")};
-    Label Label2{"Label2", &elframe2, Label::Kind::Symbol, "6", tr("Move frame down")};
+    Label Label1{"Label1", &elframe2, Label::Kind::Symbol, "5", "Move frame up"};
+    Label Label2{"Label2", &elframe2, Label::Kind::Symbol, "6", "Move frame down"};
     elboton elboton7{"elboton7", &elframe2}; ///< Clear
     elboton elboton6{"elboton6", &elframe2}; ///< Export
     elboton elboton5{"elboton5", &elframe2}; ///< Remove

@@ -48,21 +48,21 @@ void Form2::design() {
     };
     place_caption(0);
     design::place_field(eltexto1, {field_left, tops[0], field_width, design::text_height}, "Untitled",
-                        tr("Name"));
+                        "Name");
     place_caption(1);
     design::place_field(eltexto2, {field_left, tops[1], size_width, design::text_height}, "32",
-                        tr("Size, width"));
+                        "Size, width");
     design::place_label(ellabel1[4], {field_left + size_width + 4, tops[1], 8, design::text_height}, "x",
                         theme::window_background);
     design::place_field(eltexto3,
                         {field_left + field_width - size_width, tops[1], size_width, design::text_height},
-                        "32", tr("Size, height"));
+                        "32", "Size, height");
     place_caption(2);
     design::place_edged(elcombo1, {field_left, tops[2], field_width, design::text_height});
-    elcombo1.setAccessibleName(tr("Type"));
+    elcombo1.setAccessibleName("Type");
     place_caption(3);
     design::place_edged(elcombo2, {field_left, tops[3], field_width, design::text_height});
-    elcombo2.setAccessibleName(tr("Render"));
+    elcombo2.setAccessibleName("Render");
     constexpr int buttons_top = 186 - design::margin - design::button_height;
     constexpr int cancel_left = 235 - design::margin - design::button_width;
     design::place_button(elboton2, cancel_left - design::gap - design::button_width, buttons_top, "Ok");

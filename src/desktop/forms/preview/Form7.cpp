@@ -41,7 +41,7 @@ void Form7::design() {
     wear(elpanel1, "Animation Preview");
     picture_clip.setGeometry(13, 37, 256, 256);
     Picture1.move(0, 0);
-    Picture1.setAccessibleName(tr("Animation"));
+    Picture1.setAccessibleName("Animation");
     constexpr int top = 300;
     constexpr int side = 20;
     Label1.setGeometry(13, top, side, side);

@@ -22,10 +22,10 @@ class Form7 : public Form {
     elpanel elpanel1{"elpanel1", this};
     QWidget picture_clip{this};
     PictureBox Picture1;
-    Label Label1{"Label1", this, Label::Kind::Symbol, "g", tr("Stop")};
-    Label Label2{"Label2", this, Label::Kind::Symbol, "4", tr("Play")};
-    Label Label4{"Label4", this, Label::Kind::Symbol, "3", tr("Slower")};
-    Label Label3{"Label3", this, Label::Kind::Symbol, "4", tr("Faster")};
+    Label Label1{"Label1", this, Label::Kind::Symbol, "g", "Stop"};
+    Label Label2{"Label2", this, Label::Kind::Symbol, "4", "Play"};
+    Label Label4{"Label4", this, Label::Kind::Symbol, "3", "Slower"};
+    Label Label3{"Label3", this, Label::Kind::Symbol, "4", "Faster"};
     Label Label5{"Label5", this, Label::Kind::Text, "15 fps"}; ///< the speed
     QTimer Timer1{this};
 

@@ -13,7 +13,7 @@ Form6::Form6() : Form("Form6", application_title, Kind::Dialog, 351, 110) {
     design::place_label(Label2, {design::margin, design::margin + design::row, width, design::text_height},
                         QString(), theme::window_background);
     design::place_edged(Progressbar1, {design::margin, 52, width, design::button_height});
-    Progressbar1.setAccessibleName(tr("Progress"));
+    Progressbar1.setAccessibleName("Progress");
     design::place_button(elboton1, 351 - design::margin - design::button_width, 79, "Cancel");
     Label3.hide();
     setCursor(Qt::BusyCursor);
