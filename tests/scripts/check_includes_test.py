@@ -106,6 +106,11 @@ class CheckIncludes(unittest.TestCase):
     def test_a_tree_without_sources_is_refused(self):
         self.expect_refused({"README.md": ""}, "no source files")
 
+    def test_help_shows_the_usage(self):
+        run = subprocess.run([sys.executable, CHECKER, "--help"], capture_output=True, text=True, check=False)
+        self.assertEqual((run.returncode, run.stderr), (0, ""))
+        self.assertIn("usage: check-includes", run.stdout)
+
 
 if __name__ == "__main__":
     unittest.main()
