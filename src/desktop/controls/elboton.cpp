@@ -8,7 +8,7 @@ namespace {
 
 constexpr double height_in_twips = 360;
 constexpr double least_width_in_twips = 500;
-constexpr double caption_left = 6; ///< unless it stands in the middle
+constexpr double caption_left = 6; ///< unless the caption is centred
 
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{

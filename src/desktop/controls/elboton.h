@@ -1,5 +1,5 @@
-// The button: a caption on a raised surface of fixed height that looks sunken while the left button is held
-// on it.
+// The button: a caption on a raised surface of fixed height. It looks sunken while the left mouse button is
+// held down on it.
 #pragma once
 
 #include "desktop/controls/parts/EdgeLines.h"
@@ -9,7 +9,7 @@
 namespace varnoth {
 
 /// Parts: `label`, `shadow1`, `lineA(0)` top, `lineA(1)` left, `lineB(0)` right, `lineB(1)` bottom. The
-/// button is always 360 twips high and at least 500 wide. It has no keyboard handling and no hover look.
+/// button is always 360 twips high and at least 500 wide. It handles no keys and has no hover state.
 class elboton final : public SkinnedControl {
     Q_OBJECT
     Q_PROPERTY(int ForeColor READ ForeColor)
@@ -33,22 +33,22 @@ class elboton final : public SkinnedControl {
 
     void SetCaption(const QString& caption);
 
-    /// Whether the caption stands in the middle instead of at the left.
+    /// Whether the caption is centred instead of left-aligned.
     bool CenterCaption() const { return center_caption_; }
 
     void SetCenterCaption(bool center);
 
   signals:
-    /// Pressed and released on the button with the left button.
+    /// The left mouse button was pressed and released on the control.
     void Click();
 
-    /// From the surface and the caption.
+    /// Raised by the surface and the caption.
     void MouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
 
-    /// From the caption alone.
+    /// Raised by the caption only.
     void MouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
 
-    /// From the surface and the caption.
+    /// Raised by the surface and the caption.
     void MouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
 
   private:

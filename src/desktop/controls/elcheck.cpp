@@ -23,7 +23,7 @@ elcheck::elcheck(const QString& name, QWidget* parent)
     label1_.set_symbol();
     label1_.SetCaption("b");
     box_edges_.set_width(box_size);
-    // The other two edges of the box stay as designed, whatever Color3DLight is.
+    // Color3DLight does not affect the other two edges of the box.
     box_edges_.colour_bottom_right(box_light);
     add_part("Picture2", picture2_);
     name_part("Label1", label1_);
@@ -54,7 +54,7 @@ void elcheck::show_dark() {
 
 void elcheck::part_clicked(Part* part) {
     if (part == nullptr) {
-        return; // the surface beside the caption takes no click
+        return; // clicks on the surface beside the caption are ignored
     }
     keep_value(!Value());
     update_look();

@@ -1,4 +1,4 @@
-// The check box: a box with a mark, and a caption. The mark's visibility is all there is of its value.
+// The check box: a box with a check mark, and a caption. The visibility of the check mark is the value.
 #pragma once
 
 #include "desktop/controls/parts/CheckableControl.h"
@@ -7,8 +7,8 @@
 namespace varnoth {
 
 /// Parts: `Picture2`, the box, with its edges `Line1` left, `Line2` top, `Line3` bottom and `Line4` right and
-/// the mark `Label1`; `Label2`, the caption; `shadow1`. Always 270 twips high and at least 500 wide. The
-/// surface beside the caption takes no click.
+/// the check mark `Label1`; `Label2`, the caption; `shadow1`. Always 270 twips high and at least 500 wide.
+/// Clicks on the surface beside the caption are ignored.
 class elcheck final : public CheckableControl {
     Q_OBJECT
 

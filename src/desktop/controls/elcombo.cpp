@@ -15,7 +15,7 @@ constexpr double least_width_in_twips = 1425;
 constexpr double arrow_from_right_in_twips = 280;
 constexpr int clip_height = 18;
 
-// As high as its line of text and its own edge; from top -3 on, the text stands in the middle of the clip.
+// Its line of text and its own edge. With the list at top -3, the text is centred in the clip.
 constexpr int list_height = 24;
 
 const std::vector<ControlProperty>& persisted() {
@@ -51,7 +51,7 @@ elcombo::elcombo(const QString& name, QWidget* parent)
     combo1_.set_bare(true);
     combo1_.setGeometry(-1, -1, width(), list_height);
     picture1_.resize(20, clip_height);
-    // Not enabled: a press on the arrow is the list's.
+    // Presses on the arrow go to the list.
     picture1_.setAttribute(Qt::WA_TransparentForMouseEvents);
     picture1_.contents = {&label2_};
     label2_.Width = 20;
@@ -131,7 +131,7 @@ void elcombo::RemoveItem(std::int16_t donde) {
     const bool selected = combo1_.currentIndex() == donde;
     combo1_.removeItem(donde);
     if (selected) {
-        combo1_.setCurrentIndex(-1); // no neighbour steps into its place
+        combo1_.setCurrentIndex(-1); // otherwise Qt selects a neighbour
     }
 }
 
@@ -157,7 +157,7 @@ QString elcombo::GetList(std::int16_t donde) const {
     return combo1_.List(donde);
 }
 
-// Looks.
+// Appearance.
 
 void elcombo::set_over_state() {
     if (label2_.ForeColor != symbol_over_colour_) {

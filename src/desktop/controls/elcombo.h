@@ -1,4 +1,4 @@
-// The combo box: a drop-down list whose own edge is clipped away and whose arrow is covered by one of ours.
+// The combo box: a drop-down list whose own edge is clipped off and whose arrow is covered by our own.
 #pragma once
 
 #include "desktop/controls/parts/EdgeLines.h"
@@ -26,7 +26,7 @@ class elcombo final : public SkinnedControl {
     Q_PROPERTY(double FontSize READ FontSize)
     Q_PROPERTY(bool FontItalic READ FontItalic)
     Q_PROPERTY(bool FontUnderline READ FontUnderline)
-    // These three are no more than names: their setters change nothing and only tell the host.
+    // These three have no effect: their setters only notify the host.
     Q_PROPERTY(bool DropShadow READ DropShadow STORED false)
     Q_PROPERTY(int ListBackColor READ ListBackColor STORED false)
     Q_PROPERTY(int ListForeColor READ ListForeColor STORED false)
@@ -34,7 +34,7 @@ class elcombo final : public SkinnedControl {
   public:
     elcombo(const QString& name, QWidget* parent);
 
-    /// The items, one a line, joined by line feeds.
+    /// The items, joined by line feeds.
     QString List() const;
     void SetList(const QString& lines);
 
@@ -64,25 +64,25 @@ class elcombo final : public SkinnedControl {
     /// Appends an item.
     void AddItem(const QString& item);
 
-    /// Nothing happens without such an item.
+    /// Does nothing if there is no such item.
     void RemoveItem(std::int16_t donde);
 
-    /// Selects an item and raises Click; nothing happens without such an item.
+    /// Selects an item and raises Click. Does nothing if there is no such item.
     void SetListIndex(std::int16_t donde);
 
-    /// The selected item, -1 when there is none.
+    /// The index of the selected item, or -1.
     std::int16_t GetListIndex() const;
     std::int16_t ListCount() const;
 
-    /// The text of an item; SubscriptOutOfRange without such an item.
+    /// The text of an item. Fails with SubscriptOutOfRange if there is no such item.
     void SetList(std::int16_t donde, const QString& item);
     QString GetList(std::int16_t donde) const;
 
-    /// The hover look of the glyph.
+    /// Gives the arrow its hover colour.
     void set_over_state();
     void set_normal_state();
 
-    /// What a screen reader says: the list speaks for the control, which is not named twice.
+    /// Names the list for screen readers. The control itself stays unnamed, so that the name is spoken once.
     void setAccessibleName(const QString& name);
 
     DropDownList& Combo1() { return combo1_; }

@@ -1,4 +1,4 @@
-// The frame: a sunken rectangle for other controls to lie in.
+// The frame: a sunken rectangle that contains other controls.
 #pragma once
 
 #include "desktop/controls/parts/EdgeLines.h"

@@ -6,7 +6,7 @@
 
 namespace varnoth {
 
-/// Parts: `Label2`, the caption, from which all events come, and `shadow1`. Always 300 twips high.
+/// Parts: `Label2`, the caption, which raises all events, and `shadow1`. Always 300 twips high.
 class ellabel final : public ForwardingControl {
     Q_OBJECT
     Q_PROPERTY(int BackColor READ BackColor)

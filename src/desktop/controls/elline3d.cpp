@@ -28,7 +28,7 @@ elline3d::elline3d(const QString& name, QWidget* parent) : ForwardingControl(nam
     ReadProperties({});
 }
 
-// The lines end where the width in twips is counted in pixels: far beyond the control, which cuts them.
+// The lines are as many pixels long as the control is wide in twips, and are clipped at its edge.
 void elline3d::resized() {
     line1_.X2 = Width();
     line2_.X2 = Width();

@@ -5,8 +5,8 @@
 
 namespace varnoth {
 
-/// Parts: `Line1` above `Line2`. Always 30 twips high and at least 30 wide. It has no drawing context to give
-/// away and takes no background.
+/// Parts: `Line1` above `Line2`. Always 30 twips high and at least 30 wide. It exposes no drawing
+/// context and takes no background.
 class elline3d final : public ForwardingControl {
     Q_OBJECT
     Q_PROPERTY(int Color3DLight READ Color3DLight)

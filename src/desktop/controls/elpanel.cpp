@@ -22,7 +22,7 @@ const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
         {"BackColor", sets<&SkinnedControl::SetBackColor>, theme::window_background},
         {"BackColor", sets<&SkinnedControl::SetBackColor>,
-         theme::window_background}, // stored twice ever since
+         theme::window_background}, // stored twice: the stored format requires it
         {"ForeColor", sets<&SkinnedControl::SetForeColor>, theme::white},
         {"CloseColor", sets<&elpanel::SetCloseColor>, theme::close_glyph},
         {"Enabled", sets<&SkinnedControl::SetEnabled>, true},
@@ -126,7 +126,7 @@ std::int32_t elpanel::set_the_hdc(const DrawingContext& context) {
 
 void elpanel::obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
                                    std::int16_t cantidad) {
-    // Unlike the other controls, the panel is not cleared when there is no such alpha.
+    // Unlike in the other controls, an invalid alpha fails before anything is cleared.
     const BLENDFUNCTION blend{.SourceConstantAlpha = narrow<std::uint8_t>(cantidad)};
     surface().Cls();
     blend_background(origen, x, y, blend);
@@ -138,11 +138,11 @@ void elpanel::obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x,
     update();
 }
 
-// Looks.
+// Appearance.
 
 void elpanel::resized() {
     const double width = width_in_pixels();
-    // One number of twips a pixel serves both directions.
+    // The horizontal twips per pixel apply to both directions.
     const double height = Height() / varnoth::screen().TwipsPerPixelX;
     edges_.set_width(width);
     edges_.set_height(height);

@@ -1,5 +1,5 @@
-// The panel: background, edge, icon, title and close button of a window. It reports what is done to it;
-// moving and closing are the window's affair.
+// The panel: background, edge, icon, title and close button of a window. It only reports
+// events; the window moves and closes itself.
 #pragma once
 
 #include "desktop/controls/parts/EdgeLines.h"
@@ -32,7 +32,7 @@ class elpanel final : public SkinnedControl {
   public:
     elpanel(const QString& name, QWidget* parent);
 
-    /// Of the close glyph.
+    /// The colour of the close glyph.
     Colour CloseColor() const { return label2_.ForeColor; }
 
     void SetCloseColor(Colour colour);
@@ -51,44 +51,44 @@ class elpanel final : public SkinnedControl {
 
     void SetCerrar(bool visible);
 
-    /// Takes the 16 by 16 pixels at the top left of the context as the icon.
+    /// Copies the icon from the 16 by 16 pixels at the top left of the context.
     void set_icon(const DrawingContext& context);
 
     DrawingContext& get_icon_hdc();
 
-    /// Copies the context from its top left over the whole panel. Returns 0 in all cases.
+    /// Fills the panel with a copy of the context, starting at its top left. Always returns 0.
     std::int32_t set_the_hdc(const DrawingContext& context);
 
-    /// Also the close button takes its share of the background. Unlike the panel it is not cleared before.
+    /// Also blends the background into the close button, which, unlike the panel, is not cleared first.
     void obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
                               std::int16_t cantidad) override;
 
-    /// Without a mouse, the panel's close button is all there is to be clicked.
+    /// Clicks the close button.
     void act_as_clicked() override;
 
   signals:
-    /// From the surface and the title.
+    /// Raised by the surface and the title.
     void Click();
 
-    /// In place of the second Click of a fast pair.
+    /// Replaces the second Click of a double click.
     void DblClick();
 
-    /// From the surface.
+    /// Raised by the surface.
     void MouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
     void MouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
     void MouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
 
-    /// From the title.
+    /// Raised by the title.
     void TitleMouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
     void TitleMouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
     void TitleMouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
 
-    /// From the icon.
+    /// Raised by the icon.
     void IconMouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
     void IconMouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
     void IconMouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
 
-    /// The close button, or the glyph on it, was pressed and released.
+    /// The close button or its glyph was clicked.
     void CloseClick();
 
   private:

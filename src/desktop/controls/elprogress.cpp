@@ -14,7 +14,7 @@ namespace {
 constexpr double height_in_twips = 360;
 constexpr double least_width_in_twips = 360;
 
-// In pixels. A block stands in the right part of its cell.
+// In pixels. A block is right-aligned in its cell.
 constexpr std::int32_t cell_width = 12;
 constexpr std::int32_t block_left = 4;
 constexpr std::int32_t block_top = 4;
@@ -35,7 +35,7 @@ const std::vector<ControlProperty>& persisted() {
     return properties;
 }
 
-// The lower bound plays no part. A job of no steps has the upper bound 0 and fills nothing.
+// The lower bound has no influence. A job without steps has the upper bound 0 and fills nothing.
 double filled_cells(std::int32_t value, std::int32_t cells, std::int32_t most) {
     const std::int32_t product = checked_multiply(value, cells);
     return most == 0 ? 0 : std::trunc(static_cast<double>(product) / most);
@@ -66,7 +66,7 @@ void elprogress::SetMax(std::int32_t most) {
 
 void elprogress::SetValue(std::int32_t value) {
     const std::int32_t kept = std::min(std::max(value, min_), max_);
-    filled_cells(kept, cells(), max_); // fails before anything is changed
+    filled_cells(kept, cells(), max_); // fails before anything changes
     value_ = kept;
     redraw();
     if (!reading()) {
@@ -93,7 +93,7 @@ void elprogress::redraw() {
     } else {
         surface().Cls();
     }
-    // Blocks beyond the right edge, after a change of the upper bound alone, could not be seen.
+    // After a change of Max alone there can be more blocks than fit; those beyond the edge are not drawn.
     const std::int32_t visible = cells() + 1;
     for (std::int32_t cell = 0; cell < visible && cell < filled; ++cell) {
         const std::int32_t left = cell * cell_width + block_left;

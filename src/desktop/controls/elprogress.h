@@ -1,4 +1,4 @@
-// The progress bar: a sunken well with a row of blocks.
+// The progress bar: a sunken field with a row of blocks.
 #pragma once
 
 #include "desktop/controls/parts/EdgeLines.h"
@@ -32,11 +32,11 @@ class elprogress final : public ForwardingControl {
 
     std::int32_t Value() const { return value_; }
 
-    /// A value outside Min and Max becomes the nearer of them. Overflow when the value times the number of
-    /// cells does not fit 32 bits.
+    /// Clamps the value to Min and Max. Fails with Overflow if the value times the number of cells does not
+    /// fit in 32 bits.
     void SetValue(std::int32_t value);
 
-    /// Keeps what it is given for every later redrawing: `origen` must last as long as the control.
+    /// Keeps the arguments for later redraws: `origen` must outlive the control.
     void obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
                               std::int16_t cantidad) override;
 

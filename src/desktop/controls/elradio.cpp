@@ -19,13 +19,13 @@ namespace {
 constexpr double height_in_twips = 285;
 constexpr std::int32_t surface_size = 18;
 
-// The circle has its middle in pixel (9, 9) and a radius of 6, and its line of one pixel lies on it. The dot
-// has a radius of 3.
+// The circle is centred at pixel (9, 9) and has a radius of 6 and a line of one pixel. The dot has a radius
+// of 3.
 constexpr double circle_place = 3;
 constexpr double circle_size = 13;
 constexpr double dot_inset = 3; ///< between the outline of the circle and that of the dot
 
-// The dark arc, in radians, counter-clockwise from three o'clock. The rest of the circle is light.
+// The dark arc in radians, counter-clockwise from three o'clock. The rest of the line is light.
 constexpr double dark_start = 0.5;
 constexpr double dark_end = 4;
 
@@ -40,8 +40,8 @@ int nearest(double length) {
     return round_to_even<int>(std::floor(length + 0.5));
 }
 
-/// The circle in pixels of the screen, counted from the top left of the square around it. All its measures
-/// are whole numbers of them, so that it is symmetric and looks the same wherever it stands.
+/// The circle in screen pixels, relative to the top left of its bounding square. All measures are whole
+/// pixels, so that the circle is symmetric and looks the same at every position.
 class CircleRaster {
   public:
     CircleRaster(double scale, const CircleColours& colours)
@@ -52,7 +52,7 @@ class CircleRaster {
 
     int size() const { return size_; }
 
-    /// Nothing outside the circle.
+    /// No colour outside the circle.
     std::optional<Colour> colour_at(int x, int y) const {
         if (!is_within(x, y, 0)) {
             return std::nullopt;
@@ -64,8 +64,8 @@ class CircleRaster {
     }
 
   private:
-    /// Whether the middle of a pixel lies within the circle made smaller by that much on all sides. Counts in
-    /// halves of a pixel.
+    /// Whether the centre of a pixel is within the circle, shrunk by `inset` pixels on all sides. Calculates
+    /// in half pixels.
     bool is_within(int x, int y, int inset) const {
         const int right = 2 * x + 1 - size_;
         const int down = 2 * y + 1 - size_;
@@ -85,7 +85,7 @@ class CircleRaster {
     CircleColours colours_;
 };
 
-// `corner` is the top left of the square around the circle.
+// `corner` is the top left of the circle's bounding square.
 void draw_circle(QPainter& painter, const QPointF& corner, const CircleColours& colours) {
     const QTransform to_screen = painter.deviceTransform();
     const QTransform from_screen = to_screen.inverted();
@@ -132,7 +132,7 @@ void elradio::Circle::paint(QPainter& painter) const {
                 {control_.BackColor2(), control_.Color3DDark(), control_.Color3DLight(), dot});
 }
 
-// A click on the caption comes to the surface behind it just the same.
+// Clicks on the caption and on the surface have the same effect.
 void elradio::part_clicked(Part* /*part*/) {
     if (!value_) {
         SetValue(true);

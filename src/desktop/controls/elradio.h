@@ -1,5 +1,5 @@
-// The radio button: a drawn circle and a caption. It does not know its neighbours: that only one of a group
-// is chosen is the window's affair.
+// The radio button: a drawn circle and a caption. It does not know the other buttons of its group: the window
+// keeps the choice exclusive.
 #pragma once
 
 #include "desktop/controls/parts/CheckableControl.h"
@@ -7,7 +7,7 @@
 namespace varnoth {
 
 /// Parts: `Picture1`, the circle's surface; `Label1`, the caption; `shadow1`. Always 285 twips high and at
-/// least 500 wide. A click comes from everywhere on it, also when it is chosen already.
+/// least 500 wide. Every part of it can be clicked, also when it is already checked.
 class elradio final : public CheckableControl {
     Q_OBJECT
 
@@ -17,8 +17,8 @@ class elradio final : public CheckableControl {
     bool Value() const override { return value_; }
 
   private:
-    /// The circle in whole pixels of the screen, on a copy of the control's background. What is drawn on the
-    /// control later shows around the circle only after the next redrawing.
+    /// The circle in whole screen pixels, on a copy of the control's background. Later drawing on the control
+    /// shows around the circle only after the next redraw.
     class Circle final : public BoxPart {
       public:
         explicit Circle(const elradio& control) : control_(control) {}
@@ -31,7 +31,7 @@ class elradio final : public CheckableControl {
 
     void keep_value(bool value) override { value_ = value; }
 
-    /// The redrawing: also copies the background.
+    /// Redraws the circle on a new copy of the background.
     void update_look() override;
 
     void show_back_colour() override { update_look(); }

@@ -22,8 +22,8 @@ constexpr double height_in_twips = 300;
 constexpr int text_left = 4;
 constexpr int text_top = 3;
 constexpr int text_line_height = 16;
-constexpr int no_limit = 32767; // of QLineEdit itself
-constexpr int own_margin = 2;   // of QLineEdit, left and right of the text; other controls have none there
+constexpr int no_limit = 32767; // of QLineEdit
+constexpr int own_margin = 2;   // of QLineEdit at both sides of the text
 
 const std::vector<ControlProperty>& persisted() {
     static const std::vector<ControlProperty> properties{
@@ -48,7 +48,7 @@ struct KeyNumber {
     std::int16_t number;
 };
 
-// Keys of which Qt names the character, which may be one of two, as they stand on a US keyboard.
+// Keys that Qt names by their character, with or without Shift, as on a US keyboard.
 constexpr std::array character_keys{
     KeyNumber{Qt::Key_ParenRight, '0'},   KeyNumber{Qt::Key_Exclam, '1'},
     KeyNumber{Qt::Key_At, '2'},           KeyNumber{Qt::Key_NumberSign, '3'},
@@ -68,7 +68,8 @@ constexpr std::array character_keys{
     KeyNumber{Qt::Key_Apostrophe, 222},   KeyNumber{Qt::Key_QuoteDbl, 222},
 };
 
-// Keys of the keypad whose number is not that of the same key elsewhere; its digits follow one another.
+// Keypad keys whose number differs from that of the main keyboard's key, except for the digits, which are
+// consecutive.
 constexpr std::array keypad_keys{
     KeyNumber{Qt::Key_Asterisk, 106}, KeyNumber{Qt::Key_Plus, 107},  KeyNumber{Qt::Key_Minus, 109},
     KeyNumber{Qt::Key_Period, 110},   KeyNumber{Qt::Key_Comma, 110}, KeyNumber{Qt::Key_Slash, 111},
@@ -92,13 +93,13 @@ bool within(int key, int first, int last) {
     return key >= first && key <= last;
 }
 
-// 0 for a key that is not listed.
+// Returns 0 for a key that is not listed.
 std::int16_t number_in(std::span<const KeyNumber> keys, int key) {
     const auto found = std::ranges::find(keys, key, &KeyNumber::key);
     return found == keys.end() ? std::int16_t{0} : found->number;
 }
 
-// 0 for a key that has no number.
+// Returns 0 for a key without a number.
 std::int16_t key_number(const QKeyEvent& event) {
     const int key = event.key();
     if (within(key, Qt::Key_F1, Qt::Key_F16)) {
@@ -120,12 +121,12 @@ std::int16_t key_number(const QKeyEvent& event) {
     return number != 0 ? number : number_in(other_keys, key);
 }
 
-// Whether the key stands for a character. Delete does not, though a character has its name.
+// Whether the key types a character. Delete does not, although Qt gives it a text.
 bool has_character(const QKeyEvent& event) {
     return !event.text().isEmpty() && event.key() != Qt::Key_Delete;
 }
 
-// A character that does not fit is told as a question mark.
+// A character that does not fit becomes a question mark.
 std::int16_t character_number(const QKeyEvent& event) {
     const char16_t character = event.text().front().unicode();
     constexpr char16_t greatest = std::numeric_limits<std::int16_t>::max();
@@ -172,7 +173,7 @@ void eltexto::setAccessibleName(const QString& name) {
 
 void eltexto::resized() {
     edges_.set_width(width_in_pixels());
-    // The field rises by one pixel each time: it is designed one too low.
+    // The field moves up by one pixel at each resize: its initial position is one pixel too low.
     text1_.setGeometry(text_left, text1_.y() - 1, round_to_even<int>(ScaleWidth()) - 2 * text_left,
                        text_line_height);
 }
@@ -202,7 +203,7 @@ void eltexto::show_font() {
     text1_.setFont(theme::display_font(Font()));
 }
 
-// Events of the edit field, which goes on to take them itself.
+// Events of the edit field, which also handles them itself.
 
 bool eltexto::eventFilter(QObject* /*watched*/, QEvent* event) {
     guard_event([&] { forward(*event); });

@@ -1,4 +1,4 @@
-// The text box: a one-line edit field without an edge of its own, in a sunken well.
+// The text box: a borderless one-line edit field in a sunken field.
 #pragma once
 
 #include <QLineEdit>
@@ -9,7 +9,7 @@
 namespace varnoth {
 
 /// Parts: the edit field `Text1`; `lineA(0)` top, `lineA(1)` left, `lineB(0)` right, `lineB(1)` bottom.
-/// Always 300 twips high. The mouse events are those of `Text1`.
+/// Always 300 twips high. `Text1` raises the mouse events.
 class eltexto final : public ForwardingControl {
     Q_OBJECT
     Q_PROPERTY(short MaxChars READ MaxChars)
@@ -28,7 +28,8 @@ class eltexto final : public ForwardingControl {
   public:
     eltexto(const QString& name, QWidget* parent);
 
-    /// The most characters that fit in; 0 for no limit. InvalidPropertyValue for less.
+    /// The maximum number of characters; 0 for no limit. Setting a negative number fails with
+    /// InvalidPropertyValue.
     std::int16_t MaxChars() const { return max_chars_; }
 
     void SetMaxChars(std::int16_t count);
@@ -37,18 +38,19 @@ class eltexto final : public ForwardingControl {
 
     void SetText(const QString& text);
 
-    /// What a screen reader says: the edit field speaks for the control, which is not named twice.
+    /// Names the edit field for screen readers. The control itself stays unnamed, so that the name is spoken
+    /// once.
     void setAccessibleName(const QString& name);
 
     QLineEdit& Text1() { return text1_; }
 
   signals:
-    /// A key of the keyboard by its number: letters and digits by their character, in capitals and whatever
-    /// Shift makes of them; punctuation by its place on a US keyboard; the keypad's digits from 96 on and its
-    /// signs from 106 on. 0 for a key that has none. Raised before the field takes the key; held keys repeat.
+    /// `KeyCode` is the upper-case character for letters and the digit for digits, regardless of Shift. Other
+    /// keys have numbers: punctuation by position on a US keyboard, keypad digits from 96, keypad signs from
+    /// 106; 0 for any other key. Raised before the field handles the key. A held key repeats.
     void KeyDown(std::int16_t KeyCode, std::int16_t Shift);
 
-    /// A key that stands for a character, by the character.
+    /// A key that types a character, with the character's code.
     void KeyPress(std::int16_t KeyAscii);
     void KeyUp(std::int16_t KeyCode, std::int16_t Shift);
 

@@ -26,7 +26,7 @@ Qt::WindowFlags flags_of(Form::Kind kind) {
     return (kind == Form::Kind::Main ? Qt::Window : Qt::Dialog) | Qt::FramelessWindowHint;
 }
 
-/// What a screen reader sees: a window, or a dialog that is to be ended before its opener goes on.
+/// Describes the form to screen readers as a window or as a modal dialog.
 class AccessibleForm : public QAccessibleWidget {
   public:
     explicit AccessibleForm(Form* form)
@@ -56,7 +56,7 @@ Form::Form(const QString& name, const QString& title, Kind kind, int width, int 
 }
 
 void Form::show_over(QWidget& owner) {
-    create(); // the window must be there before it can have an owner
+    create(); // only an existing window can have an owner
     windowHandle()->setTransientParent(owner.windowHandle());
     const QRect around = owner.frameGeometry();
     move(place_on_screen(around.center() - rect().center(), size(), owner.screen()->availableGeometry()));
@@ -90,7 +90,7 @@ void Form::begin_drag(float x, float y) {
 
 void Form::drag(std::int16_t Button) {
     if (Button == 0) {
-        dragging_ = 0; // the release never came, as when the form was disabled meanwhile
+        dragging_ = 0; // the release was lost, for example because the form was disabled
     }
     if (dragging_ != 1) {
         return;
@@ -99,7 +99,8 @@ void Form::drag(std::int16_t Button) {
         move(dragged_place(QCursor::pos(), grab_x_, grab_y_));
         return;
     }
-    // The compositor alone moves windows there, and keeps the rest of the drag, its end included, to itself.
+    // Under Wayland only the compositor moves windows, and it keeps the remaining events of the drag,
+    // including the release.
     dragging_ = 0;
     windowHandle()->startSystemMove();
 }
@@ -111,9 +112,9 @@ bool Form::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-// Under X11, Qt may ask where the window is before the window manager has put it there, and then believes it
-// at the screen's corner. A list that drops down would open there, and the pointer be moved there. The widget
-// keeps the right place. A pixel or two of difference are rounding.
+// Under X11, Qt may query the window's position before the window manager has placed it, and then assumes the
+// corner of the screen. Drop-down lists would open there, and QCursor::setPos would move the pointer there.
+// The widget has the correct position. A difference of a pixel or two is rounding.
 void Form::correct_window_place() {
     QWindow& handle = *windowHandle();
     if (clients_place_windows() && (handle.position() - pos()).manhattanLength() > 4) {

@@ -1,5 +1,5 @@
-// What the program's windows share: no system title bar, a fixed size, a place above the window that opened
-// them, and the drag by the panel's title.
+// The base of the program's windows: no system title bar, a fixed size, a position above the window that
+// opened them, and moving by the panel's title.
 #pragma once
 
 #include <cstdint>
@@ -14,37 +14,37 @@ namespace varnoth {
 class elboton;
 class elpanel;
 
-/// A form is made when it is shown and ends with its dialog. Sizes are in pixels.
+/// A form is created when it is shown and destroyed when it closes. Sizes are in pixels.
 class Form : public QWidget {
     Q_OBJECT
 
   public:
-    /// The main window stands by itself, a dialog above the window that opened it.
+    /// The main window has no owner; a dialog stays above the window that opened it.
     enum class Kind { Main, Dialog };
 
-    /// Whether the form takes the user's input. A form that does not looks as before.
+    /// Enables or disables user input. A disabled form looks the same.
     void SetEnabled(bool enabled) { setEnabled(enabled); }
 
     const std::vector<FormKey>& keys() const { return keys_.keys(); }
 
-    /// Shows the form above its owner, centred on it, and wholly on the screen.
+    /// Shows the form above its owner, centred on it and moved to be entirely on the screen.
     void show_over(QWidget& owner);
 
-    /// Shows the form in the middle of the screen.
+    /// Shows the form centred on the screen.
     void show_first();
 
   signals:
-    /// The window system asked the form to close, as by a task bar or a key of the window manager. Who has a
-    /// close box takes it for a click on it; for the others it means nothing.
+    /// The window system asked the form to close, for example by the task bar or Alt+F4. Forms with a close
+    /// box treat this as a click on it; the others ignore it.
     void closeRequested();
 
   protected:
     Form(const QString& name, const QString& title, Kind kind, int width, int height);
 
-    /// Lays the panel over the whole form and lets its title move the form.
+    /// Extends the panel over the whole form and lets the user move the form by the panel's title.
     void wear(elpanel& panel, const QString& title);
 
-    /// Gives the form its keys, once it has all its controls.
+    /// Adds keys. To be called when all controls exist.
     void add_keys(const std::vector<FormKey>& keys) { keys_.add(keys); }
 
     bool event(QEvent* event) override;
@@ -56,23 +56,23 @@ class Form : public QWidget {
     void drag(std::int16_t Button);
 
     int dragging_ = 0;
-    float grab_x_ = 0; ///< in the title, in pixels
+    float grab_x_ = 0; ///< relative to the title, in pixels
     float grab_y_ = 0;
     FormKeys keys_{*this};
 };
 
-/// Whether a program may move its windows and the pointer. Wayland leaves both to the compositor.
+/// Whether programs can move their windows and the pointer. Wayland reserves both for the compositor.
 bool clients_place_windows();
 
-/// The corner of a window of that size that is to stand at `wanted`, moved so far that it lies on the screen.
+/// The top left for a window of this size: `wanted`, adjusted so that the window is on the screen.
 QPoint place_on_screen(const QPoint& wanted, const QSize& size, const QRect& screen);
 
-/// The window's place for a pointer on the screen, all in pixels: windows move in units of 15 to a pixel, and
-/// the grab's offset is subtracted in those units, so the corner follows the pointer less a fifteenth of the
-/// offset.
+/// The window's position during a drag, for a pointer position on the screen; all in pixels. Windows move in
+/// units of a fifteenth of a pixel, and the grab offset is subtracted as units without conversion. The
+/// corner therefore follows the pointer at a fifteenth of the offset.
 QPoint dragged_place(const QPoint& pointer, float grab_x, float grab_y);
 
-/// A button's state and the colour of its caption change together.
+/// Change a button's state together with the colour of its caption.
 void enable_button(elboton& button);
 void disable_button(elboton& button);
 

@@ -23,7 +23,7 @@ namespace varnoth {
 
 namespace {
 
-// A dialog ends in a handler of its own, so it goes when that is over.
+// A dialog closes in one of its own signal handlers, so it must outlive the handler.
 template <typename Dialog>
 void unload(std::unique_ptr<Dialog>& dialog) {
     if (Dialog* gone = dialog.release()) {
@@ -34,7 +34,7 @@ void unload(std::unique_ptr<Dialog>& dialog) {
 
 } // namespace
 
-// What the import shows, on the progress dialog and the main window.
+// Shows the import on the progress dialog and the main window.
 class FormCoordinator::ImportWindows : public ImportView {
   public:
     explicit ImportWindows(FormCoordinator& coordinator) : coordinator_(coordinator) {}
@@ -85,8 +85,8 @@ class FormCoordinator::ImportWindows : public ImportView {
     FormCoordinator& coordinator_;
 };
 
-// What the extraction asks and shows, on the main window's frame list and the progress dialog. Each change is
-// painted at once, and Cancel is heard there: the walk itself yields to nobody.
+// Connects the extraction to the main window's frame list and the progress dialog. The extraction does not
+// process events itself: each refresh of the dialog repaints it and handles Cancel.
 class FormCoordinator::ExtractionWindows : public ExtractionView {
   public:
     explicit ExtractionWindows(FormCoordinator& coordinator) : coordinator_(coordinator) {}
@@ -149,7 +149,7 @@ void FormCoordinator::open_new() {
 void FormCoordinator::open_import() {
     form1_->SetEnabled(false);
     make(form4_, *form1_);
-    // Its picture areas are gone by then too.
+    // When this is emitted, its pictures have been destroyed too.
     connect(form4_.get(), &QObject::destroyed, [] { give_back_spare_memory(); });
     on_event(form4_.get(), &Form4::importRequested, this, [this] { import(); });
     on_event(form4_.get(), &Form4::unloadRequested, this, [this] {
@@ -190,7 +190,7 @@ void FormCoordinator::open_preview() {
     hlspr::draw_frame(first, form7_->Picture1.surface());
 }
 
-// The folder shown is the remembered one and not the text's.
+// Shows the remembered folder, not the one in the text box.
 void FormCoordinator::open_folder() {
     make(form5_);
     on_event(form5_.get(), &Form5::chosen, this, [this](const std::string& folder) { take_folder(folder); });
@@ -219,8 +219,8 @@ Form6& FormCoordinator::make_progress(const Form& opener) {
     return *form6_;
 }
 
-// A folder list starts where it was left, else at the sprite's folder, else at the user's pictures, else (for
-// an empty path opens nothing) in the current folder.
+// A folder list starts at the last folder, else at the sprite's folder, else at the user's pictures. If none
+// exists, the path is empty and the list stays at the current folder.
 std::string FormCoordinator::first_folder(const std::string& last) const {
     const std::string sprite_folder = Module1::folder_of(path_of_text(form1_->eltexto1.Text()));
     const QStringList pictures = QStandardPaths::standardLocations(QStandardPaths::PicturesLocation);

@@ -1,5 +1,5 @@
-// The coordinator on which the windows lie: opens the dialogs, wires them and unloads them. There is one
-// instance of each, made when it is shown; while one is open, its opener is disabled.
+// Owns the main window and opens, connects and closes the dialogs. Each dialog has at most one instance,
+// which exists while it is open; the window that opened it is disabled meanwhile.
 #pragma once
 
 #include <memory>
@@ -31,7 +31,7 @@ class FormCoordinator : public QObject {
 
     Form1& form1() { return *form1_; }
 
-    // The dialogs that are open, null otherwise.
+    // The dialogs; null while closed.
 
     Form2* form2() { return form2_.get(); }
 
@@ -46,13 +46,14 @@ class FormCoordinator : public QObject {
     Form7* form7() { return form7_.get(); }
 
   signals:
-    /// A dialog has been made and is about to be filled and shown.
+    /// A dialog was created. It is filled and shown next.
     void dialog_made(varnoth::Form& dialog);
 
-    /// The main window's close box was clicked: the program ends at once, and nothing is asked or saved.
+    /// The main window's close box was clicked. The program ends at once, without a question and without
+    /// saving.
     void ended();
 
-    /// A frame has been handed to the writer of that file.
+    /// A frame was passed to the writer of this file.
     void frame_written(const std::string& path);
 
   private:
@@ -79,7 +80,7 @@ class FormCoordinator : public QObject {
     std::unique_ptr<Form5> form5_;
     std::unique_ptr<Form6> form6_;
     std::unique_ptr<Form7> form7_;
-    std::string picture_folder_; ///< where pictures were last looked for
+    std::string picture_folder_; ///< the folder last shown in the Add Frame/s dialog
 };
 
 } // namespace varnoth

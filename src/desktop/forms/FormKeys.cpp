@@ -46,7 +46,7 @@ void FormKeys::add(const std::vector<FormKey>& keys) {
     }
     form_.installEventFilter(this);
     for (QWidget* control : form_.findChildren<QWidget*>()) {
-        // The open list of a drop-down list is a window of its own and keeps its keys.
+        // An open drop-down list is a separate window and keeps its keys.
         if (control->focusPolicy() != Qt::NoFocus && control->window() == &form_) {
             control->installEventFilter(this);
         }
@@ -68,8 +68,8 @@ bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
     return key != nullptr;
 }
 
-// A shortcut of Qt also finds the letter on a keyboard layout without Latin letters. What a text box keeps
-// from shortcuts, Ctrl+E for one, still comes as a key press.
+// QShortcut also matches letters on keyboard layouts without Latin letters. Combinations that a text box
+// withholds from shortcuts, such as Ctrl+E, still arrive as key presses.
 void FormKeys::add_shortcut(std::size_t index) {
     const FormKey& key = keys_[index];
     // The form owns it.

@@ -1,4 +1,4 @@
-// The keys of a form: each does what a click on one of the form's controls does, under the same conditions.
+// The keys of a form. Each does the same as a click on one of the form's controls, under the same conditions.
 #pragma once
 
 #include <functional>
@@ -12,45 +12,45 @@ namespace varnoth {
 
 /// A key combination and the control that it clicks.
 struct FormKey {
-    /// Who gets the key first. What the focused control does not take comes to the form.
+    /// Which of the two gets the key first. The form gets what the focused control does not accept.
     enum class First { Form, FocusedControl };
 
-    QKeyCombination combination; ///< Return stands for the keypad's Enter too
-    QWidget* control;            ///< while it is disabled or hidden, the key does nothing
+    QKeyCombination combination; ///< Return includes the keypad's Enter
+    QWidget* control;            ///< the key does nothing while it is disabled or hidden
     std::function<void()> click;
     First first = First::Form;
-    std::function<bool()> when = nullptr; ///< the key is not the form's while this is false
-    bool repeats = false;                 ///< acts again and again while it is held
+    std::function<bool()> when = nullptr; ///< while false, the form ignores the key
+    bool repeats = false;                 ///< whether a held key acts repeatedly
 };
 
-/// A click on the control by that key, whatever has the focus.
+/// A key that clicks the control, whatever has the focus.
 template <typename Control>
 FormKey shortcut(QKeyCombination combination, Control& control) {
     return {combination, &control, [&control] { control.act_as_clicked(); }};
 }
 
-/// A click on the control by a key that the focused control may take for itself.
+/// A key that clicks the control unless the focused control accepts the key.
 template <typename Control>
 FormKey plain_key(Qt::Key key, Control& control, std::function<bool()> when = nullptr) {
     return {key, &control, [&control] { control.act_as_clicked(); }, FormKey::First::FocusedControl,
             std::move(when)};
 }
 
-/// The keys that end a dialog: Return is Ok, with Ctrl also where the focused control takes Return, and
-/// Escape is Cancel.
+/// The keys that close a dialog: Return for Ok, Ctrl+Return for Ok even if the focused control accepts
+/// Return, and Escape for Cancel.
 template <typename Button>
 std::vector<FormKey> dialog_keys(Button& ok, Button& cancel) {
     return {plain_key(Qt::Key_Return, ok), shortcut(Qt::CTRL | Qt::Key_Return, ok),
             plain_key(Qt::Key_Escape, cancel)};
 }
 
-/// Hears the key presses that a form and its controls get. Of several keys alike, the first counts whose
-/// condition holds.
+/// Filters the key presses of a form and its controls. If several keys have the same combination, the first
+/// whose condition is true applies.
 class FormKeys : public QObject {
   public:
     explicit FormKeys(QWidget& form) : form_(form) {}
 
-    /// To be called when the form has all its controls. Keys without a condition are told to assistive
+    /// Adds keys. To be called when all controls exist. Keys without a condition are announced to assistive
     /// technology.
     void add(const std::vector<FormKey>& keys);
 

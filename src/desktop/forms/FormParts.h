@@ -1,4 +1,4 @@
-// How the forms lay out and dress their controls: one margin, one rhythm, one pair of edge colours.
+// Common layout and appearance of the forms' controls.
 #pragma once
 
 #include <QRect>
@@ -10,30 +10,30 @@
 namespace varnoth::design {
 
 // In pixels.
-inline constexpr int margin = 7; ///< between a window's edge and what stands in it
+inline constexpr int margin = 7; ///< between a window's edge and its controls
 inline constexpr int below_title = 35;
-inline constexpr int gap = 4;  ///< between neighbours
-inline constexpr int row = 21; ///< from a line of text to the next
+inline constexpr int gap = 4;  ///< between adjacent controls
+inline constexpr int row = 21; ///< from one line of text to the next
 inline constexpr int text_height = 20;
 inline constexpr int button_width = 56;
 inline constexpr int button_height = 24;
 
-/// Places a control and raises it, so that a screen reader walks the controls in the order in which they are
-/// placed: as they are read.
+/// Places a control and raises it: screen readers visit the controls in stacking order, which is then the
+/// reading order in which they are placed.
 template <typename Control>
 void place_next(Control& control, const QRect& place) {
     control.setGeometry(place);
     control.raise();
 }
 
-/// Places a control that has edges, and gives it the dark edge that all forms have.
+/// Places a control with edges and sets the dark edge colour that all forms use.
 template <typename Control>
 void place_edged(Control& control, const QRect& place) {
     control.SetColor3DDark(theme::edge_dark);
     place_next(control, place);
 }
 
-/// A button of the one size, its caption in the middle.
+/// Places a button of the common size with a centred caption.
 template <typename Button>
 void place_button(Button& button, int left, int top, const QString& caption) {
     place_edged(button, {left, top, button_width, button_height});
@@ -41,7 +41,7 @@ void place_button(Button& button, int left, int top, const QString& caption) {
     button.SetCaption(caption);
 }
 
-/// A label that hides what lies behind it under its own background.
+/// Places a label with an opaque background.
 template <typename Label>
 void place_label(Label& label, const QRect& place, const QString& caption, Colour background) {
     label.SetBackColor(background);
@@ -49,7 +49,7 @@ void place_label(Label& label, const QRect& place, const QString& caption, Colou
     label.SetCaption(caption);
 }
 
-/// A radio button or check box; `question` is what it answers, for a screen reader.
+/// Places a radio button or check box. `question` describes to screen readers what it answers.
 template <typename Mark>
 void place_checkable(Mark& mark, const QRect& place, const QString& caption, Colour background,
                      const QString& question = {}) {
@@ -59,7 +59,7 @@ void place_checkable(Mark& mark, const QRect& place, const QString& caption, Col
     mark.setAccessibleDescription(question);
 }
 
-/// A text box; `spoken` is what a screen reader calls it.
+/// Places a text box. `spoken` is its name for screen readers.
 template <typename Field>
 void place_field(Field& field, const QRect& place, const QString& text, const QString& spoken) {
     place_edged(field, place);

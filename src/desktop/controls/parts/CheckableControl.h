@@ -1,5 +1,5 @@
-// What the check box and the radio button share: a caption in the colour of the control's state beside a mark
-// of its own, a hover look, and mouse events from everywhere on it.
+// The base of the check box and the radio button: an indicator, a caption in the colour of the control's
+// state, a hover state, and mouse events from every part.
 #pragma once
 
 #include "desktop/controls/parts/ShadowedText.h"
@@ -7,7 +7,7 @@
 
 namespace varnoth {
 
-/// At least 500 twips wide. The control adds its parts, of which the caption stands in front.
+/// At least 500 twips wide. Derived classes add the parts; the caption must be the last, in front.
 class CheckableControl : public SkinnedControl {
     Q_OBJECT
     Q_PROPERTY(int BackColor READ BackColor)
@@ -28,22 +28,22 @@ class CheckableControl : public SkinnedControl {
     Q_PROPERTY(bool DropShadow READ DropShadow)
 
   public:
-    /// The background of the mark.
+    /// The background of the indicator.
     Colour BackColor2() const { return back_colour2_; }
 
     void SetBackColor2(Colour colour);
 
-    /// Of the mark and the caption while checked.
+    /// The colour of the indicator and the caption while checked.
     Colour CheckedColor() const { return checked_colour_; }
 
     void SetCheckedColor(Colour colour);
 
-    /// Of the caption while unchecked.
+    /// The colour of the caption while unchecked.
     Colour UncheckedColor() const { return unchecked_colour_; }
 
     void SetUncheckedColor(Colour colour);
 
-    /// Of the caption in the hover look.
+    /// The colour of the caption in the hover state.
     Colour OverColor() const { return over_colour_; }
 
     void SetOverColor(Colour colour);
@@ -56,20 +56,20 @@ class CheckableControl : public SkinnedControl {
     virtual bool Value() const = 0;
     void SetValue(bool value);
 
-    /// The hover look; a checked control has none.
+    /// Enters the hover state. Has no effect on a checked control.
     void set_over_state();
 
     void set_normal_state() { update_look(); }
 
   signals:
-    /// From the mark and the caption; each control says whether from its surface too.
+    /// Raised by the indicator and the caption; derived classes decide whether by the surface too.
     void Click();
     void MouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
     void MouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
     void MouseUp(std::int16_t Button, std::int16_t Shift, float x, float y);
 
   protected:
-    /// The caption stands there until the control has a height.
+    /// `caption_top` applies until the control has a height.
     CheckableControl(const QString& name, QWidget* parent, double caption_left, double caption_top);
 
     ShadowedText& caption() { return caption_; }
@@ -77,7 +77,7 @@ class CheckableControl : public SkinnedControl {
     /// Stores the value.
     virtual void keep_value(bool value) = 0;
 
-    /// Colours what shows the value.
+    /// Updates the colours that depend on the value.
     virtual void update_look();
 
     virtual void show_back_colour2() {}

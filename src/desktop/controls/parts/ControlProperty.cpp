@@ -27,7 +27,8 @@ double property_value(const QVariant& value) {
     return number;
 }
 
-// A real holds every number that fits exactly, and no other comes to fit in it.
+// A double represents every 16-bit and 32-bit integer exactly, and converting to it cannot bring a number
+// into range.
 template <>
 std::int16_t property_value(const QVariant& value) {
     return round_to_even<std::int16_t>(property_value<double>(value));

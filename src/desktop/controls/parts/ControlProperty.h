@@ -1,5 +1,5 @@
-// How a control's properties are set by name or from a property bag: as values whose type is only known while
-// the program runs.
+// Sets the properties of controls by name or from a property bag, from values whose type is only known at run
+// time.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +13,9 @@ namespace varnoth {
 
 class SkinnedControl;
 
-/// The value in a property's own type: std::int16_t, std::int32_t, double, bool, QString or QFont. A number
-/// is rounded to the nearest whole one, ties to even, where the type asks for it. Overflow for a number that
-/// does not fit the type, InvalidPropertyValue for what cannot be such a value at all.
+/// Converts a value to the type of a property: std::int16_t, std::int32_t, double, bool, QString or QFont.
+/// Numbers are rounded to the nearest integer, ties to even, for integer types. Fails with Overflow for a
+/// number out of the type's range and with InvalidPropertyValue for a value that cannot be converted.
 template <typename Value>
 Value property_value(const QVariant& value);
 
@@ -37,12 +37,12 @@ struct ControlProperty {
     const char* name;
     void (*set)(SkinnedControl& control, const QVariant& value);
 
-    /// What it is when nothing is stored. `Font` is the host's font then, and the four properties that are
-    /// parts of a font are what `Font` says; these five have no fallback of their own.
+    /// The value when none is stored. Invalid for `Font`, which falls back to the host's font, and for the
+    /// four properties that are parts of a font, which fall back to `Font`.
     QVariant fallback = {};
 
     bool stored = true;        ///< whether it is saved and loaded
-    bool loaded_first = false; ///< before those that are saved before it
+    bool loaded_first = false; ///< whether it is loaded before all others
 };
 
 template <typename Control, typename Argument>
@@ -50,7 +50,7 @@ void set_property(SkinnedControl& control, const QVariant& value, void (Control:
     (static_cast<Control&>(control).*setter)(property_value<std::remove_cvref_t<Argument>>(value));
 }
 
-/// A setter in the form that ControlProperty holds: sets<&elboton::SetCaption>.
+/// Adapts a setter to ControlProperty::set: sets<&elboton::SetCaption>.
 template <auto Setter>
 void sets(SkinnedControl& control, const QVariant& value) {
     set_property(control, value, Setter);

@@ -11,7 +11,7 @@ struct EdgeLines {
     LinePart right{LineSide::Right};
     LinePart bottom{LineSide::Bottom};
 
-    /// As designed for a control of this height: the bottom line leaves its first pixel to the left one.
+    /// Places the lines for a control of this height. The bottom line starts one pixel after the left one.
     explicit EdgeLines(double height) {
         left.set_ends(0, 0, 0, height - 1);
         right.set_ends(0, 0, 0, height - 1);
@@ -34,10 +34,10 @@ struct EdgeLines {
         bottom.Y2 = height - 1;
     }
 
-    /// The two edges that the light falls on when the control is raised.
+    /// Colours the two edges that are lit on a raised control.
     void colour_top_left(Colour colour) { top.BorderColor = left.BorderColor = colour; }
 
-    /// The two edges in its shadow.
+    /// Colours the two edges that are in shadow on a raised control.
     void colour_bottom_right(Colour colour) { right.BorderColor = bottom.BorderColor = colour; }
 };
 

@@ -1,5 +1,5 @@
-// A control that hands on the five mouse events of one of its parts, or of its surface, and does nothing of
-// its own with them.
+// A control that forwards the five mouse events of one of its parts, or of its surface, as signals and does
+// not handle them itself.
 #pragma once
 
 #include "desktop/controls/parts/SkinnedControl.h"
@@ -12,7 +12,7 @@ class ForwardingControl : public SkinnedControl {
   signals:
     void Click();
 
-    /// In place of the second Click of a fast pair.
+    /// Replaces the second Click of a double click.
     void DblClick();
     void MouseDown(std::int16_t Button, std::int16_t Shift, float x, float y);
     void MouseMove(std::int16_t Button, std::int16_t Shift, float x, float y);
@@ -21,7 +21,7 @@ class ForwardingControl : public SkinnedControl {
   protected:
     using SkinnedControl::SkinnedControl;
 
-    /// Whether the events come from that part; null is the surface.
+    /// Whether events of this part are forwarded; null is the surface.
     virtual bool forwards(const Part* part) const { return part == nullptr; }
 
   private:

@@ -32,7 +32,7 @@ void TextPart::SetCaption(const QString& caption) {
     }
 }
 
-// A control sets its font once for each of the font's properties, mostly to what it is.
+// Loading a control sets its font once for each font property, mostly to the same font.
 void TextPart::SetFont(const QFont& font) {
     if (std::exchange(font_, font) != font) {
         take_size();

@@ -1,5 +1,5 @@
-// The parts that a skinned control is composed of: texts, one-pixel lines and small surfaces. They are no
-// widgets: the control paints them in its own order and hands them the mouse.
+// The parts of a skinned control: texts, one-pixel lines and small surfaces. They are not widgets: the
+// control paints them in its own order and dispatches mouse events to them.
 #pragma once
 
 #include <memory>
@@ -17,11 +17,12 @@ class QPainter;
 
 namespace varnoth {
 
-/// Whether a point lies on a thing of that size at the origin. The pixel behind its right or bottom edge does
-/// not.
+/// Whether a point is inside a rectangle of this size at the origin. The right and bottom edges are
+/// exclusive.
 bool is_on(const QPointF& point, const QSizeF& size);
 
-/// Places and sizes are in pixels from the top left of what holds the part, and need not be whole numbers.
+/// Positions and sizes are in pixels relative to the top left of the containing part or control, and may be
+/// fractional.
 class Part {
   public:
     virtual ~Part() = default;
@@ -31,24 +32,24 @@ class Part {
     double Width = 0;
     double Height = 0;
     bool Visible = true;
-    bool Enabled = true;       ///< a part that is not lets the mouse pass to what lies behind
-    bool passes_mouse = false; ///< lets it pass in any case: the shadow of a caption
+    bool Enabled = true;       ///< disabled parts let mouse events through to the part behind
+    bool passes_mouse = false; ///< lets mouse events through even while enabled, as shadows do
 
     QRectF place() const { return {Left, Top, Width, Height}; }
 
-    /// Draws the part in the coordinates of what holds it.
+    /// Draws the part in the coordinates of its container.
     virtual void paint(QPainter& painter) const = 0;
 
-    /// The part that takes the mouse at a point: this one, one within it, or none. `within` is the point's
-    /// place in that part.
+    /// The part that receives mouse events at a point: this part, a part inside it, or null. Sets `within` to
+    /// the point in the coordinates of that part.
     virtual Part* at(const QPointF& point, QPointF& within);
 };
 
-/// One line of text, or one character of the symbol font. The text is cut at the part's edge unless the part
-/// takes the size of its text.
+/// One line of text, or one character of the symbol font. The text is clipped at the part's edge unless the
+/// part adapts its size to the text.
 class TextPart : public Part {
   public:
-    /// The background is transparent.
+    /// The text colour; the background is transparent.
     Colour ForeColor = 0;
 
     const QString& Caption() const { return caption_; }
@@ -59,15 +60,15 @@ class TextPart : public Part {
 
     void SetFont(const QFont& font);
 
-    /// Makes the part take the size of its text from now on.
+    /// Adapts the part's size to its text from now on.
     void set_auto_size();
 
-    /// The caption is a character of the symbol font and stands in the middle of the part.
+    /// Draws the caption as a character of the symbol font, centred in the part.
     void set_symbol() { symbol_ = true; }
 
-    /// The part is the black shadow of that text, which takes the mouse for both. A shadow that has the
-    /// text's own colour is not to be seen. Its caption and font are set behind those of the text, whose size
-    /// it takes.
+    /// Makes the part the black shadow of a text, which receives the mouse events of both. The shadow is not
+    /// drawn if it has the text's own colour. Set the text's caption and font before those of the shadow,
+    /// which takes over the text's size.
     void set_shadow_of(const TextPart& text);
 
     void paint(QPainter& painter) const override;
@@ -82,7 +83,7 @@ class TextPart : public Part {
     const TextPart* shadowed_ = nullptr;
 };
 
-/// A horizontal or vertical line of one pixel, both ends included. The mouse does not see it.
+/// A horizontal or vertical line of one pixel, both ends inclusive. It receives no mouse events.
 class LinePart : public Part {
   public:
     explicit LinePart(LineSide side = LineSide::None) : side_(side) {}
@@ -93,7 +94,7 @@ class LinePart : public Part {
     double Y2 = 0;
     Colour BorderColor = 0;
 
-    /// Both ends in the coordinates of what holds the line.
+    /// Sets both ends, in the coordinates of the container.
     void set_ends(double x1, double y1, double x2, double y2);
 
     void paint(QPainter& painter) const override;
@@ -104,19 +105,19 @@ class LinePart : public Part {
     LineSide side_;
 };
 
-/// A small surface with a background of its own, parts upon it and, where it has been drawn on, pixels.
+/// A small surface with its own background, contained parts and, once drawn on, pixels.
 class BoxPart : public Part {
   public:
     Colour BackColor = 0;
     std::int32_t bits_per_pixel = 32; ///< of the surface: 32 or 24
 
-    /// Back to front. The parts belong to the control.
+    /// Back to front; not owned.
     std::vector<Part*> contents;
 
-    /// The pixels; made in the part's size and background when they are first asked for.
+    /// The pixels, allocated on first use in the part's size and background colour.
     PictureSurface& surface();
 
-    /// Another background; what was drawn is erased.
+    /// Changes the background and erases what was drawn.
     void set_back_colour(Colour colour);
 
     void paint(QPainter& painter) const override;
@@ -127,10 +128,10 @@ class BoxPart : public Part {
     std::unique_ptr<PictureSurface> surface_;
 };
 
-/// Draws a surface's pixels with its top left at the origin, one pixel of the surface for each unit.
+/// Draws a surface with its top left at the origin, one surface pixel per unit.
 void draw_surface(QPainter& painter, const PictureSurface& surface);
 
-/// The height of a line of text in that font, and the width of the text, in whole pixels.
+/// The height of a line in a font and the width of a text, in whole pixels.
 double text_height(const QFont& font);
 double text_width(const QFont& font, const QString& text);
 

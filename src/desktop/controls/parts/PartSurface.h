@@ -1,5 +1,5 @@
-// A small widget of one colour with parts upon it, for the controls that hold a widget of the platform: parts
-// of the control itself always lie behind its widgets.
+// A small widget of one colour that contains parts, for controls that contain a Qt widget: the control's own
+// parts are always behind its child widgets.
 #pragma once
 
 #include <vector>
@@ -22,7 +22,7 @@ class PartSurface : public QWidget {
 
     Colour BackColor = 0;
 
-    /// Back to front. The parts belong to the control.
+    /// Back to front; not owned.
     std::vector<Part*> contents;
 
   protected:

@@ -1,4 +1,4 @@
-// Where a control keeps its persisted properties when it is stored: names and values in the order of saving.
+// The persisted properties of a control: names and values in the order of saving.
 #pragma once
 
 #include <utility>
@@ -11,10 +11,10 @@ namespace varnoth {
 
 class PropertyBag {
   public:
-    /// Appends; a name may be written more than once.
+    /// Appends a property. A name may be written more than once.
     void WriteProperty(const QString& name, const QVariant& value) { entries_.emplace_back(name, value); }
 
-    /// The value first written under the name, or the fallback.
+    /// The first value written under the name, or the fallback.
     QVariant ReadProperty(const QString& name, const QVariant& fallback) const {
         for (const auto& [written, value] : entries_) {
             if (written == name) {

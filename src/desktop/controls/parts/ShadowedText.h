@@ -1,5 +1,5 @@
-// A caption and its drop shadow: a second copy of the text, in black, behind it and one pixel right of and
-// below it.
+// A caption and its drop shadow: a black copy of the text behind it, offset by one pixel to the right and
+// down.
 #pragma once
 
 #include "desktop/controls/parts/Part.h"
@@ -12,24 +12,24 @@ struct ShadowedText {
 
     ShadowedText(double left, double top);
 
-    // The shadow knows its text by its place.
+    // The shadow holds the address of its text.
     ShadowedText(const ShadowedText&) = delete;
     ShadowedText& operator=(const ShadowedText&) = delete;
 
-    /// Both take the size of the caption from now on.
+    /// Adapts the size of both to the caption from now on.
     void set_auto_size();
 
     void SetCaption(const QString& caption);
     void SetFont(const QFont& font);
 
-    /// Whether the shadow is to be seen.
+    /// Shows or hides the shadow.
     void set_shadow(bool shown);
 
     /// Moves the text to that x position in pixels; the shadow keeps its offset from it.
     void set_left(double left);
 
-    /// Puts a caption that is lower than that into the middle of it, taken down to a whole pixel. A higher
-    /// one stays where it is.
+    /// Centres the caption vertically in this height, rounded down to a whole pixel. A caption that is too
+    /// high keeps its position.
     void centre_in(double height);
 };
 

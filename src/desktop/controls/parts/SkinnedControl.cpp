@@ -31,8 +31,8 @@ int pixels_down(double twips) {
     return round_to_even<int>(twips / varnoth::screen().TwipsPerPixelY);
 }
 
-// Whether a font was set for that widget or for one whose font it inherits. The application's font does not
-// count: it stands in for the design font.
+// Whether a font was set for this widget or for an ancestor from which it inherits. The application's font
+// does not count: it only replaces the design font.
 bool is_font_set(const QWidget* widget) {
     for (; widget != nullptr; widget = widget->isWindow() ? nullptr : widget->parentWidget()) {
         if (widget->testAttribute(Qt::WA_SetFont)) {
@@ -49,7 +49,7 @@ SkinnedControl::SkinnedControl(const QString& name, QWidget* parent,
     : QWidget(parent), properties_(properties) {
     setObjectName(name);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    // A control that is not enabled swallows the mouse; what lies behind it is not meant.
+    // A disabled control discards mouse events; they must not reach the widget behind it.
     setAttribute(Qt::WA_NoMousePropagation);
     setMouseTracking(true);
 }
@@ -196,7 +196,7 @@ void SkinnedControl::read_property(const PropertyBag& bag, const ControlProperty
     property.set(*this, bag.ReadProperty(QString::fromLatin1(property.name), fallback));
 }
 
-// The font is read before its four parts, which are what it says unless they are stored themselves.
+// Font is read before its four parts, which default to their values in it.
 QVariant SkinnedControl::ambient(const char* property) const {
     if (std::strcmp(property, "Font") != 0) {
         return this->property(property);
@@ -216,7 +216,7 @@ void SkinnedControl::resize(const QSize& size) {
     follow_size();
 }
 
-// A hidden widget gets its resize event when it is shown, long after it was laid out.
+// Called in addition to resizeEvent, which Qt delays for a hidden widget until it is shown.
 void SkinnedControl::follow_size() {
     if (size() == laid_out_size_) {
         return;

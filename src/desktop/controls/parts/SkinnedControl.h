@@ -1,6 +1,5 @@
-// What the ten controls of the program share. A control is a small composition of parts, kept in place by a
-// layout step, with properties that a designer stores with it. A setter changes the part that shows the
-// property and tells the host.
+// The base of the program's ten controls. A control consists of parts, which it lays out, and has properties
+// that can be saved and loaded. A setter updates the part that shows the property and notifies the host.
 #pragma once
 
 #include <memory>
@@ -23,15 +22,17 @@ class SkinnedControl : public QWidget {
     Q_OBJECT
 
   public:
-    // The family's properties. Each control tells by Q_PROPERTY which of them it has. Qt itself can only read
-    // them: it would wrap and round numbers before a setter sees them, and no failure may pass through it.
+    // The common properties. Each control declares by Q_PROPERTY which of them it has. They are read-only for
+    // Qt: it would wrap and round numbers before the setter sees them, and exceptions must not pass through
+    // Qt.
 
-    /// Sets a property by its name. A number is rounded as by round_to_even. Overflow for one that does not
-    /// fit, InvalidPropertyValue for a value of another kind, and the failures of the setter. Any other name
-    /// is left to QObject.
+    /// Sets a property by name. Numbers are rounded as by round_to_even. Fails with Overflow for a number out
+    /// of range, with InvalidPropertyValue for a value of an unsuitable type, and as the setter fails. Names
+    /// that the control does not know are passed to QObject.
     bool setProperty(const char* name, const QVariant& value);
 
-    /// Whether the control is enabled of its own account, whatever its window is. No grey look goes with it.
+    /// Whether the control itself is enabled, regardless of its window. Disabled controls are not drawn in
+    /// grey.
     bool Enabled() const;
     void SetEnabled(bool enabled);
 
@@ -59,8 +60,8 @@ class SkinnedControl : public QWidget {
 
     void SetFontName(const QString& name);
 
-    /// In points, a number of 64 bits with four decimal places. InvalidPropertyValue for a size of 0 or less,
-    /// Overflow for one that does not fit.
+    /// In points, with four decimal places in 64 bits. Setting it fails with InvalidPropertyValue for a size
+    /// of 0 or less and with Overflow for one that does not fit.
     double FontSize() const;
     void SetFontSize(double size);
 
@@ -81,11 +82,12 @@ class SkinnedControl : public QWidget {
     /// Writes the properties in the control's order of saving.
     void WriteProperties(PropertyBag& bag) const;
 
-    /// Takes the properties from a bag; what is missing there takes its fallback. The host is not told. Fails
-    /// as setProperty does; the properties loaded before are kept then.
+    /// Loads the properties from a bag; missing ones get their fallback. Does not notify the host. Fails as
+    /// setProperty does, and then keeps the properties loaded so far.
     void ReadProperties(const PropertyBag& bag);
 
-    // Geometry in pixels.
+    // Geometry in pixels. A new size moves the parts at once, even while the control is hidden; QWidget
+    // delays the resize event of a hidden widget until it is shown.
 
     /// The parts follow a new size at once, even while the control is hidden: QWidget sends a hidden widget
     /// its resize event only when it is shown.
@@ -107,7 +109,7 @@ class SkinnedControl : public QWidget {
     void SetWidth(double twips);
     void SetHeight(double twips);
 
-    /// The width in pixels as a real number: a minimum in twips need not be a whole one.
+    /// The exact width in pixels, which a minimum width in twips can make fractional.
     double width_in_pixels() const;
 
     /// The inner size in pixels.
@@ -115,47 +117,46 @@ class SkinnedControl : public QWidget {
 
     double ScaleHeight() const { return height(); }
 
-    /// What a click on the control does, for those who have no mouse.
+    /// Does what a click on the control does, for keys and screen readers.
     virtual void act_as_clicked() { part_clicked(nullptr); }
 
-    /// The control's drawing context. What is drawn there lies above the background and below the parts.
+    /// The control's drawing context. Drawings are above the background and below the parts.
     DrawingContext& get_the_hdc();
 
-    /// Seems transparent: clears the control and blends into it what `origen` shows from (x, y) on, with the
-    /// constant alpha `cantidad`, 0 to 255; Overflow for any other.
+    /// Imitates transparency: clears the control and blends `origen`, from (x, y) on, into it with the
+    /// constant alpha `cantidad`, 0 to 255. Fails with Overflow for any other alpha.
     virtual void obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
                                       std::int16_t cantidad);
 
-    /// A part by its given name, "label" or "lineA(0)".
+    /// Finds a part by name, such as "label" or "lineA(0)".
     template <typename Kind>
     const Kind& part(const QString& name) const {
         return dynamic_cast<const Kind&>(named_part(name));
     }
 
   signals:
-    /// A setter of a persisted property tells its host.
+    /// A setter of a persisted property was called.
     void property_changed(const QString& name);
 
   protected:
-    /// `properties` in the order of saving; the object name and the parent's child name are the same.
+    /// `properties` are in the order of saving. `name` becomes the object name.
     SkinnedControl(const QString& name, QWidget* parent, const std::vector<ControlProperty>& properties);
 
     // For the constructor of a control.
 
-    /// Adds a part in front of those added before. Parts within a box are added by the box's contents and
-    /// named with name_part.
+    /// Adds a part in front of those already added. Parts inside a box belong in the box's `contents` instead
+    /// and are named with name_part.
     void add_part(const QString& name, Part& part);
     void name_part(const QString& name, Part& part);
 
-    /// The control is always that high and at least that wide, both in twips, even where that is not a whole
-    /// number of pixels.
+    /// Sets the fixed height or the minimum width, in twips. They need not be a whole number of pixels.
     void fix_height(double twips);
     void set_minimum_width(double twips);
 
-    /// The obtained background leaves out an edge of that many pixels.
+    /// Sets the width of the edge that obtener_imagen_fondo leaves out.
     void set_background_edge(std::int32_t pixels) { background_edge_ = pixels; }
 
-    // What a control answers to.
+    // Called by the base class.
 
     /// Moves the parts after a change of size.
     virtual void resized() {}
@@ -163,7 +164,7 @@ class SkinnedControl : public QWidget {
     /// Moves the caption after a change of caption, font or alignment.
     virtual void layout_step() {}
 
-    // Sets the parts that show the property; the control is painted anew afterwards.
+    // Update the parts that show a property. The control is repainted afterwards.
 
     virtual void show_back_colour() {}
 
@@ -177,40 +178,41 @@ class SkinnedControl : public QWidget {
 
     virtual void show_shadow() {}
 
-    // The mouse, with places in the part; a null part is the control's own surface.
+    // Mouse events, with positions relative to the part. A null part is the control's own surface.
 
-    /// A press holds the mouse: the moves and the release that follow go to the same part wherever they
-    /// happen.
+    /// A press grabs the mouse: the following moves and the release go to the same part wherever they happen.
     virtual void part_pressed(Part* /*part*/, const MouseArguments& /*mouse*/) {}
 
-    /// A move over a part, or of a held one.
+    /// A move over a part, or any move while the part is held.
     virtual void part_moved(Part* /*part*/, const MouseArguments& /*mouse*/) {}
 
     /// The release of a held part.
     virtual void part_released(Part* /*part*/, const MouseArguments& /*mouse*/) {}
 
-    /// The release of a held part never came: the control was disabled meanwhile, or the window system moved
-    /// the window. Takes back the pressed look.
+    /// The release of a held part was lost, because the control was disabled or the window system took over
+    /// the pointer to move the window. Restores the normal appearance.
     virtual void part_abandoned(Part* /*part*/) {}
 
-    /// A release of the left button over the part that was pressed.
+    /// The left button was released over the part on which it was pressed.
     virtual void part_clicked(Part* /*part*/) {}
 
-    /// The second press of a fast pair. True when the part has a double click, which then takes the place of
-    /// the second click.
+    /// The second press of a double click. Returns true if the part handles double clicks; the second click
+    /// is then suppressed.
     virtual bool part_double_clicked(Part* /*part*/) { return false; }
 
-    /// Blends into the control what `origen` shows from (x, y) on, but for the edge that is left out.
+    /// Blends `origen`, from (x, y) on, into the control except for its edge.
     void blend_background(const DrawingContext& origen, std::int32_t x, std::int32_t y,
                           const BLENDFUNCTION& blend);
 
-    /// The control's pixels; made in its size and background when they are first asked for.
+    /// The control's pixels, allocated on first use in its size and background colour.
     PictureSurface& surface();
 
-    /// Ends every setter: paints anew and, except while properties are read, tells the host.
+    /// To be called at the end of every setter. Repaints and, except during ReadProperties, notifies the
+    /// host.
     void changed(const char* property);
 
-    /// Ends the setter of a caption: also moves it, and tells a screen reader what the control is called now.
+    /// To be called at the end of the setter of a caption instead. Also lays the caption out and notifies
+    /// screen readers of the new name.
     void caption_changed();
 
     bool reading() const { return reading_; }
@@ -244,12 +246,12 @@ class SkinnedControl : public QWidget {
     SurfaceContainer container_;
     std::unique_ptr<PictureSurface> surface_;
     std::int32_t background_edge_ = 0;
-    QSize laid_out_size_;     ///< what the parts and the pixels are laid out for
+    QSize laid_out_size_;     ///< the size of the current layout
     double fixed_height_ = 0; ///< in twips; 0 for a control of any height
     double minimum_width_ = 0;
 
     Part* held_part_ = nullptr;
-    QPointF held_origin_; ///< of the held part, in the control
+    QPointF held_origin_; ///< top left of the held part, in the control's coordinates
     bool held_ = false;
     bool click_due_ = false;
     bool reading_ = false;

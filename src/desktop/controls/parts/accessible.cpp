@@ -15,13 +15,13 @@ namespace varnoth {
 
 namespace {
 
-// What a screen reader can do with a control; all of it acts like a click.
+// The action that a control offers to screen readers. Each acts like a click.
 enum class Action { None, Press, Toggle };
 
 struct Description {
     const char* class_name;
     QAccessible::Role role;
-    const char* name_property; ///< what the control is called unless it was given a name for it
+    const char* name_property; ///< supplies the name of a control without an accessible name
     Action action;
 };
 
@@ -55,7 +55,7 @@ class AccessibleControl : public AccessibleWithKey {
         QAccessible::State state = AccessibleWithKey::state();
         add_checked_state(control_, state);
         if (role() == QAccessible::Client) {
-            state.focused = false; // what speaks for the control has the keyboard
+            state.focused = false; // the inner widget has the focus
         }
         if (role() == QAccessible::CheckBox || role() == QAccessible::RadioButton) {
             state.checkable = true;
@@ -95,7 +95,7 @@ class AccessibleControl : public AccessibleWithKey {
     const Description& description_;
 };
 
-/// The progress bar also tells its number, which cannot be set from outside.
+/// The progress bar also reports its value, which is read-only.
 class AccessibleProgress final : public AccessibleControl, public QAccessibleValueInterface {
   public:
     using AccessibleControl::AccessibleControl;
@@ -124,7 +124,7 @@ class AccessibleProgress final : public AccessibleControl, public QAccessibleVal
     QVariant minimumStepSize() const override { return 1; }
 };
 
-/// The close button of a panel. It is no widget of its own, so the panel's interface makes and ends it.
+/// The close button of a panel. It is not a widget, so the panel's interface creates and deletes it.
 class AccessibleCloseButton final : public QAccessibleInterface, public QAccessibleActionInterface {
   public:
     explicit AccessibleCloseButton(SkinnedControl& panel) : panel_(panel) {}
@@ -192,7 +192,7 @@ class AccessibleCloseButton final : public QAccessibleInterface, public QAccessi
     SkinnedControl& panel_;
 };
 
-/// The panel has its close button for a child while it shows one.
+/// The close button is a child of the panel while it is visible.
 class AccessiblePanel final : public AccessibleControl {
   public:
     AccessiblePanel(SkinnedControl& panel, const Description& description)
@@ -219,7 +219,7 @@ class AccessiblePanel final : public AccessibleControl {
     QAccessible::Id close_button_;
 };
 
-// Qt owns the interfaces that it is given.
+// Qt takes ownership of the interface.
 QAccessibleInterface* make_interface(const QString& class_name, QObject* object) {
     auto* const control = qobject_cast<SkinnedControl*>(object);
     const auto description = std::ranges::find_if(

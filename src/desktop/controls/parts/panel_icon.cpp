@@ -10,7 +10,7 @@ namespace varnoth {
 
 namespace {
 
-// A letter a pixel; a blank is transparent.
+// One letter per pixel; blanks are transparent.
 constexpr std::array<std::string_view, panel_icon_size> picture{
     " kkkkkkkkkkkkkk ", //
     "kghhghhgghhghhgk", //
@@ -49,7 +49,7 @@ constexpr std::array inks{
     Ink{'w', theme::white},
 };
 
-// no_colour where the icon is transparent.
+// Returns no_colour where the icon is transparent.
 Colour icon_colour(std::int32_t x, std::int32_t y) {
     const char letter = picture.at(static_cast<std::size_t>(y)).at(static_cast<std::size_t>(x));
     const auto ink = std::ranges::find(inks, letter, &Ink::letter);

@@ -21,13 +21,13 @@ constexpr int right_column = 478;
 constexpr int right_width = 267;
 constexpr int foot = 503 - design::margin - design::button_height;
 
-// The state of the picker is the text colour of its button; everybody asks that colour.
+// The text colour of the Pick button is the picker's only state variable.
 constexpr Colour armed_colour = theme::highlight;
 constexpr Colour idle_colour = theme::light_text;
 
 } // namespace
 
-// What the import asks, answered by the controls.
+// Gives the import access to the dialog's controls.
 class Form4::ImportSide : public AddFramesForm {
   public:
     explicit ImportSide(Form4& form) : form_(form) {}
@@ -168,7 +168,7 @@ void Form4::design_sizes() {
     design::place_label(ellabel1, {10, line(5) + 9, 122, design::text_height}, "Transparent Color:", ground);
     ellabel1.SetForeColor(theme::disabled_text);
     Picture2.move(144, line(5) + 7);
-    Picture2.raise(); // read after its caption
+    Picture2.raise(); // screen readers visit it after its caption
     Picture2.setAccessibleName("Transparent Color");
     show_transparent(Picture2.surface().BackColor());
     design::place_button(elboton1, 201, line(5) + 7, "Pick");
@@ -213,7 +213,7 @@ void Form4::click_file() {
         ellabel3.SetCaption(QString::fromStdString(number_text(picture.ScaleWidth()) + "x" +
                                                    number_text(picture.ScaleHeight())));
     }
-    // The top left pixel is the transparent colour until one is picked.
+    // Until the user picks a colour, the top left pixel is the transparent colour.
     if (!TransparentPicked && elboton1.Enabled()) {
         show_transparent(Picture1.surface().Point(0, 0));
     }
@@ -270,7 +270,7 @@ void Form4::take_colour_under(const MouseArguments& mouse) {
 // Keys.
 
 void Form4::design_keys() {
-    // The picker comes first: while it is armed, Return is its own.
+    // The picker comes first: it takes Return while it is armed.
     add_keys(picker_keys());
     add_keys(dialog_keys(elboton2, elboton3));
     add_keys({shortcut(Qt::ALT | Qt::Key_D, Drive1), shortcut(Qt::ALT | Qt::Key_T, Combo1),
@@ -306,8 +306,8 @@ std::vector<FormKey> Form4::picker_keys() {
     return keys;
 }
 
-// Where the arrow keys put the pointer, the window system tells of it as of any move, and that may come when
-// the next key has moved the picker on.
+// The window system also reports the moves that the arrow keys caused, possibly after the next key has moved
+// the picker on. Those are ignored.
 void Form4::follow_pointer(const MouseArguments& mouse) {
     if (QCursor::pos() != pointer_set_to_) {
         pointer_set_to_.reset();
@@ -316,7 +316,7 @@ void Form4::follow_pointer(const MouseArguments& mouse) {
     }
 }
 
-// The pointer goes along where it can, and shows the place.
+// Where the platform allows it, the pointer moves along to show the position.
 void Form4::move_picker(const QPoint& step) {
     picker_place_ = place_in_picture(picker_place_ + step);
     if (clients_place_windows()) {

@@ -1,5 +1,5 @@
-// The Add Frame/s dialog: a browser for picture files with a preview, the question what becomes of pictures
-// of another size than the sprite's, and the picker of the transparent colour.
+// The Add Frame/s dialog: a browser for picture files with a preview, the choice of how to treat pictures
+// whose size differs from the sprite's, and the picker of the transparent colour.
 #pragma once
 
 #include <array>
@@ -50,11 +50,11 @@ class Form4 : public Form {
     ellabel ellabel5{"ellabel5", &elframe4};
     ellabel ellabel2{"ellabel2", &elframe4}; ///< Pictures Size
     ellabel ellabel3{"ellabel3", &elframe4};
-    ellabel ellabel6{"ellabel6", &elframe4}; ///< heads the size question
+    ellabel ellabel6{"ellabel6", &elframe4}; ///< heading of the size question
     std::array<elradio, 2> elradio1{{{"elradio1(0)", &elframe4}, {"elradio1(1)", &elframe4}}};
     ellabel ellabel1{"ellabel1", &elframe4}; ///< Transparent Color
     PictureBox Picture2;                     ///< its background is the transparent colour
-    elboton elboton1{"elboton1", &elframe4}; ///< Pick; its text colour tells whether it is armed
+    elboton elboton1{"elboton1", &elframe4}; ///< Pick; its text colour says whether the picker is armed
 
     elboton elboton2{"elboton2", this}; ///< Ok
     elboton elboton3{"elboton3", this}; ///< Cancel
@@ -68,10 +68,10 @@ class Form4 : public Form {
     /// The user clicked a colour in Picture1.
     bool TransparentPicked = false;
 
-    /// The dialog as the import sees it.
+    /// The dialog's interface for the import.
     AddFramesForm& add_frames_form();
 
-    /// Turns the picker on, idle: for the render modes that have a transparent colour.
+    /// Enables the picker, not yet armed. For render modes with a transparent colour.
     void enable_picker();
 
   signals:
@@ -103,8 +103,8 @@ class Form4 : public Form {
 
     Form1& main_window_;
     std::unique_ptr<ImportSide> import_side_;
-    QPoint picker_place_;                  ///< in Picture1, where the arrow keys and Return work
-    std::optional<QPoint> pointer_set_to_; ///< on the screen, by the arrow keys
+    QPoint picker_place_;                  ///< position in Picture1 for the arrow keys and Return
+    std::optional<QPoint> pointer_set_to_; ///< screen position last set by the arrow keys
 };
 
 } // namespace varnoth

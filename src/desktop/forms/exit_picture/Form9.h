@@ -1,11 +1,10 @@
-// The exit picture: a form that shows a picture. A click on it ends the program, and so does its timer. No
-// command opens it.
+// The exit picture. A click on it or its timer ends the program. No command opens it.
 #pragma once
 
 #include <QTimer>
 
-#include "desktop/widgets/PictureBox.h"
 #include "desktop/forms/Form.h"
+#include "desktop/widgets/PictureBox.h"
 
 namespace varnoth {
 
@@ -16,7 +15,7 @@ class Form9 : public Form {
     Form9();
 
     PictureBox Picture1; ///< 597 by 255 pixels of 24 bits
-    QTimer Timer1{this}; ///< of 5000 milliseconds; nothing starts it
+    QTimer Timer1{this}; ///< interval 5000 ms; never started
 };
 
 } // namespace varnoth

@@ -13,7 +13,7 @@ namespace {
 
 constexpr QRect choices_place{153, 106, 127, 61};
 
-// The window keeps its groups exclusive; a radio button does not look at its neighbours.
+// The form keeps its groups exclusive; radio buttons do not know their group.
 template <typename Group>
 void unset_others(Group& group, std::size_t chosen) {
     for (std::size_t i = 0; i < group.size(); ++i) {

@@ -1,6 +1,5 @@
-// The Extract Frame/s dialog: where the selected frames are written to, as what, and what becomes of files
-// that are there already. It tells when the writing is wanted; the writing itself goes on behind the progress
-// dialog.
+// The Extract Frame/s dialog: output folder and file format for the selected frames, and how to treat
+// existing files. It only requests the extraction, which runs behind the progress dialog.
 #pragma once
 
 #include <array>
@@ -43,12 +42,12 @@ class Form3 : public Form {
     elboton elboton2{"elboton2", this};                                         ///< Ok
     elboton elboton3{"elboton3", this};                                         ///< Cancel
 
-    /// Picture1: takes each frame on its way to a file.
+    /// Picture1: the surface on which each frame is drawn before it is written.
     PictureSurface& scratch() { return picture1_; }
 
   signals:
     void folderRequested();
-    /// Ok was clicked, and the output folder is there.
+    /// Ok was clicked, and the output folder exists.
     void extractionRequested(const varnoth::ExtractionOptions& options);
     void unloadRequested();
 

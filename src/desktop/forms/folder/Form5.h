@@ -1,10 +1,10 @@
-// The folder dialog of the extraction. It knows nobody: it tells which way it ended.
+// The folder dialog of the extraction. Knows no other window; reports the choice by signals.
 #pragma once
 
 #include "desktop/controls/elboton.h"
 #include "desktop/controls/ellabel.h"
-#include "desktop/widgets/FolderListBox.h"
 #include "desktop/forms/Form.h"
+#include "desktop/widgets/FolderListBox.h"
 
 namespace varnoth {
 
@@ -20,7 +20,7 @@ class Form5 : public Form {
     elboton elboton2{"elboton2", this}; ///< Cancel
 
   signals:
-    /// Ok was clicked; the folder is the one shown.
+    /// Ok was clicked with this folder shown.
     void chosen(const std::string& folder);
     void cancelled();
 };

@@ -33,7 +33,7 @@ QString trimmed_of_blanks(const QString& text) {
     return text.mid(begin, end - begin);
 }
 
-// What stands behind the last separator; both kinds separate.
+// The part after the last slash or backslash.
 QString title_of(const QString& path) {
     return path.mid(std::max(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QLatin1Char('\\'))) + 1);
 }
@@ -120,7 +120,7 @@ void Form1::connect_controls() {
     on_event(&elboton4, &elboton::Click, this, [this] { emit importRequested(); });
     on_event(&elboton6, &elboton::Click, this, [this] { emit exportRequested(); });
     on_event(&elboton7, &elboton::Click, this, [this] { Clear(); });
-    // Remove (elboton5) is there and can be pressed, and does nothing.
+    // Remove (elboton5) can be clicked but does nothing.
     on_event(&List1, &ListBox::Click, this, [this] { draw_current(); });
     on_event(&Label1, &Label::Click, this, [this] { move_frame(-1); });
     on_event(&Label2, &Label::Click, this, [this] { move_frame(1); });
@@ -156,7 +156,7 @@ void Form1::Open() {
     show_sprite(text_of_path(path));
 }
 
-// The Save button stays as it was.
+// Does not change the state of the Save button.
 void Form1::show_sprite(const QString& path) {
     List1.SetEnabled(true);
     List1.Clear();
@@ -168,7 +168,7 @@ void Form1::show_sprite(const QString& path) {
     const FrameHeaderRecord& frame = hlspr::document().FrameHeader;
     const QString title = title_of(path);
     if (title.size() < extension_length) {
-        fail(Failure::InvalidProcedureCall); // a name without an ending is not guarded against
+        fail(Failure::InvalidProcedureCall); // names shorter than the extension are not handled
     }
     ellabel8.SetCaption(title.left(title.size() - extension_length));
     ellabel7.SetCaption(QString("%1 x %2").arg(header.Width).arg(header.Height));
@@ -190,7 +190,7 @@ void Form1::Save() {
     }
     if (!hlspr::UnnamedSprite) {
         hlspr::save_sprite(path_of_text(eltexto1.Text()));
-        hlspr::SpriteDirty = false; // whether or not that went well
+        hlspr::SpriteDirty = false; // even if saving failed
         return;
     }
     const std::string path = choose_file_to_save(sprite_filter);
@@ -203,7 +203,7 @@ void Form1::Save() {
     show_message("Sprite Saved Successfully !");
 }
 
-// Turns on Save and removes no frame.
+// Enables Save; removes no frames.
 void Form1::Clear() {
     hlspr::SpriteDirty = true;
     enable_button(elboton3);
@@ -218,7 +218,7 @@ void Form1::draw_current() {
     }
 }
 
-// The lines are positions and not frames: their texts stay.
+// Lines are display positions, not frames: their texts do not move.
 void Form1::move_frame(int step) {
     const std::int32_t position = List1.ListIndex();
     const std::int32_t other = position + step;

@@ -1,5 +1,5 @@
-// The main window: shows the one sprite's fields, lists its frames, draws the chosen frame, and owns the
-// commands. It opens no dialog by itself: it tells what the user asked for.
+// The main window: shows the sprite's fields, lists its frames, draws the chosen frame and executes the
+// commands. It opens no dialogs; it requests them by signals.
 #pragma once
 
 #include <QWidget>
@@ -20,7 +20,7 @@ class Form1 : public Form {
     Q_OBJECT
 
   public:
-    /// The program's variables are as at its start from here on.
+    /// Resets the program's global variables to their initial values.
     Form1();
 
     // The controls are the form's interface to the dialogs.
@@ -34,7 +34,7 @@ class Form1 : public Form {
     elboton elboton3{"elboton3", &elframe1}; ///< Save
 
     elframe elframe2{"elframe2", this};
-    ListBox List1{"List1", &elframe2}; ///< the frames, one line a display position
+    ListBox List1{"List1", &elframe2}; ///< the frames, one line per display position
     Label Label1{"Label1", &elframe2, Label::Kind::Symbol, "5", "Move frame up"};
     Label Label2{"Label2", &elframe2, Label::Kind::Symbol, "6", "Move frame down"};
     elboton elboton7{"elboton7", &elframe2}; ///< Clear
@@ -44,32 +44,31 @@ class Form1 : public Form {
 
     elframe elframe3{"elframe3", this};
     elframe elframe5{"elframe5", &elframe3};
-    QWidget picture_clip{&elframe5}; ///< keeps a large sprite off the edge around it
+    QWidget picture_clip{&elframe5}; ///< clips a large sprite so that it does not cover the frame
     PictureBox Picture1;             ///< the chosen frame
 
     elframe elframe4{"elframe4", this};
-    ellabel ellabel1{"ellabel1", &elframe4}; ///< captions Name, Size, Origin, Type, Render
+    ellabel ellabel1{"ellabel1", &elframe4}; ///< captions: Name, Size, Origin, Type, Render
     ellabel ellabel2{"ellabel2", &elframe4};
     ellabel ellabel3{"ellabel3", &elframe4};
     ellabel ellabel4{"ellabel4", &elframe4};
     ellabel ellabel5{"ellabel5", &elframe4};
-    ellabel ellabel8{"ellabel8", &elframe4}; ///< their values, in this order
+    ellabel ellabel8{"ellabel8", &elframe4}; ///< their values, in the same order
     ellabel ellabel7{"ellabel7", &elframe4};
     ellabel ellabel6{"ellabel6", &elframe4};
     ellabel ellabel9{"ellabel9", &elframe4};
     ellabel ellabel10{"ellabel10", &elframe4};
 
-    // What the dialogs do to it.
+    // For the dialogs.
 
-    /// The five captions take the colour of an enabled caption.
+    /// Gives the five captions the colour of enabled captions.
     void enable_captions();
 
-    /// Enables the frame list, Save, Remove, Export and Clear, and makes the last line the current and
-    /// selected one. It is drawn if the sprite has that frame: after a second import the list is longer than
-    /// the sprite.
+    /// Enables the frame list, Save, Remove, Export and Clear, and makes the last line current and selected.
+    /// Draws its frame if the sprite has one: after a second import the list is longer than the sprite.
     void release_frames();
 
-    /// Adds a line to the frame list.
+    /// Appends a line to the frame list.
     void add_frame_line(const QString& text) { List1.AddItem(text); }
 
   signals:

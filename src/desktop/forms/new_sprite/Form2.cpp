@@ -92,7 +92,7 @@ void Form2::Ok() {
     main_window_.enable_captions();
     main_window_.ellabel8.SetCaption(eltexto1.Text());
     main_window_.ellabel7.SetCaption(eltexto2.Text() + " x " + eltexto3.Text());
-    // The halves as they are; what the sprite stores is rounded.
+    // Shown unrounded; the sprite stores rounded values.
     main_window_.ellabel6.SetCaption("-" + half_of(eltexto2) + ", " + half_of(eltexto3));
     main_window_.ellabel9.SetCaption(elcombo1.GetList(elcombo1.GetListIndex()));
     main_window_.ellabel10.SetCaption(elcombo2.GetList(elcombo2.GetListIndex()));

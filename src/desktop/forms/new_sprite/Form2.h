@@ -1,6 +1,5 @@
-// The New Sprite dialog: asks for a name, a size, a type and a render mode, and on Ok replaces the sprite by
-// an empty one with those values. Nothing that is typed is tested, and nothing is asked about unsaved
-// changes.
+// The New Sprite dialog: asks for name, size, type and render mode, and on Ok replaces the sprite with an
+// empty one. The input is not validated, and unsaved changes are discarded without a question.
 #pragma once
 
 #include <array>

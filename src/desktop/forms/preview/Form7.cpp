@@ -68,12 +68,12 @@ void Form7::Stop() {
 
 void Form7::Play() {
     show_checked(Label2, Label1);
-    if (!Timer1.isActive()) { // to start it again would put off the next tick
+    if (!Timer1.isActive()) { // restarting it would delay the next tick
         Timer1.start();
     }
 }
 
-// Nothing guards the speed of 0: the interval's division is what ends the program there.
+// A speed of 0 is not prevented: the division by zero in interval() ends the program.
 void Form7::show_speed() {
     Timer1.setInterval(walk_.interval());
     Label5.SetCaption(QString("%1 fps").arg(walk_.FramesPerSecond));

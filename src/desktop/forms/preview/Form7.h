@@ -1,4 +1,4 @@
-// The animation preview: plays the sprite's frames, round and round.
+// The animation preview: plays the sprite's frames in a loop.
 #pragma once
 
 #include <QTimer>
