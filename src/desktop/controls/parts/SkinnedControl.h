@@ -86,8 +86,7 @@ class SkinnedControl : public QWidget {
     /// setProperty does, and then keeps the properties loaded so far.
     void ReadProperties(const PropertyBag& bag);
 
-    // Geometry in pixels. A new size moves the parts at once, even while the control is hidden; QWidget
-    // delays the resize event of a hidden widget until it is shown.
+    // Geometry in pixels.
 
     /// The parts follow a new size at once, even while the control is hidden: QWidget sends a hidden widget
     /// its resize event only when it is shown.
