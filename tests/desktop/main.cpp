@@ -1,4 +1,4 @@
-// The test program of everything that needs Qt. It runs without a display.
+// The test program of the code that needs Qt. It runs without a display.
 #include <QApplication>
 #include <QLoggingCategory>
 
@@ -10,15 +10,15 @@
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Pixels are looked at one by one, and no desktop has a say in them.
+    // Tests compare single pixels, so the desktop's settings must not change them.
     qputenv("QT_SCALE_FACTOR", "1");
     qunsetenv("QT_QPA_PLATFORMTHEME");
     qunsetenv("QT_STYLE_OVERRIDE");
-    // Cut and broken pictures are the tests' daily bread; the readers' complaints about them would drown the
-    // rest, as would what a platform without a display cannot do.
+    // The tests load many truncated and broken pictures. Qt's warnings about them would bury all other
+    // output, as would those about features that the offscreen platform lacks.
     QLoggingCategory::setFilterRules("qt.gui.imageio*=false\ndefault.warning=false");
     testing::InitGoogleTest(&argc, argv);
-    varnoth::keep_no_settings(); // neither read nor written by a test
+    varnoth::keep_no_settings(); // tests neither read nor write settings
     QApplication application(argc, argv);
     varnoth::theme::apply(application);
     varnoth::install_accessible_controls();

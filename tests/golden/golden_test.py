@@ -371,7 +371,7 @@ class Fonts(LookTest):
     def check_family(self, family):
         environment = self.only(family)
         self.check_windows(1, environment)
-        done = subprocess.run([DESKTOP_TESTS, "--gtest_filter=LookFont.*:WindowsTest.EveryCaptionFitsItsControl"],
+        done = subprocess.run([DESKTOP_TESTS, "--gtest_filter=ThemeFont.*:WindowsTest.EveryCaptionFitsItsControl"],
                               env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, timeout=120,
                               check=False)
         words = done.stdout.decode()

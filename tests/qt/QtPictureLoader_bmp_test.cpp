@@ -1,4 +1,4 @@
-// BMP files through the loader, and the reader of BMP files held equal to Qt's.
+// BMP files through the loader, and the BMP reader compared with Qt's.
 #include <bit>
 #include <optional>
 
@@ -26,26 +26,26 @@ using test::MadeBmp;
 
 // ---- The loader
 
-TEST(QtPictureLoaderBmp, TheFileIsDecoded) {
+TEST(QtPictureLoaderBmp, DecodesAFile) {
     const test::TemporaryFolder folder;
     const MadeBmp bmp{1, 2, 24, 0, {}, {3, 2, 1, 0, 6, 5, 4, 0}};
     EXPECT_EQ(load(folder.write("picture.bmp", bmp.file())).colours,
               (std::vector<Colour>{0x060504, 0x030201}));
 }
 
-TEST(QtPictureLoaderBmp, TheEndingOfTheNameDoesNotMatter) {
+TEST(QtPictureLoaderBmp, FileExtensionIsIgnored) {
     const test::TemporaryFolder folder;
     const MadeBmp bmp{1, 1, 24, 0, {}, {3, 2, 1, 0}};
     EXPECT_EQ(load(folder.write("picture.jpg", bmp.file())).colours, (std::vector<Colour>{0x030201}));
 }
 
-TEST(QtPictureLoaderBmp, ATruncatedFileIsBlackBelow) {
+TEST(QtPictureLoaderBmp, RowsMissingFromATruncatedFileAreBlack) {
     const test::TemporaryFolder folder;
     const MadeBmp bmp{1, -2, 24, 0, {}, {3, 2, 1, 0}};
     EXPECT_EQ(load(folder.write("picture.bmp", bmp.file())).colours, (std::vector<Colour>{0x030201, 0}));
 }
 
-TEST(QtPictureLoaderBmp, APictureOfMorePixelsThanTheLimitIsOutOfMemory) {
+TEST(QtPictureLoaderBmp, TooManyPixelsAreOutOfMemory) {
     const test::TemporaryFolder folder;
     const MadeBmp bmp{8193, 8192, 24, 0, {}, {1, 2, 3, 0}};
     EXPECT_FAILURE(load(folder.write("picture.bmp", bmp.file())), OutOfMemory);
@@ -53,8 +53,8 @@ TEST(QtPictureLoaderBmp, APictureOfMorePixelsThanTheLimitIsOutOfMemory) {
 
 // ---- Qt's reader
 
-/// Qt decodes into an image that has the right size and format as it stands, and leaves pixels that
-/// run-length encoding skips as they were.
+/// Decodes a file with Qt. Qt reuses the given image if it has the right size and format, and leaves pixels
+/// that run-length encoding skips unchanged, so the image is filled with 0 first.
 std::optional<QImage> read_by_qt(const Bytes& file) {
     QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
                                                static_cast<qsizetype>(file.size()));
@@ -67,7 +67,7 @@ std::optional<QImage> read_by_qt(const Bytes& file) {
     return reader.read(&image) ? std::optional(image) : std::nullopt;
 }
 
-/// Qt leaves the low bits of a short channel 0.
+/// Repeats the bits of a short channel. Qt leaves its low bits 0.
 std::uint8_t with_bits_repeated(int value, int bits) {
     int widened = bits == 0 ? 0 : value >> (8 - bits) << (8 - bits);
     for (int filled = bits; filled > 0 && filled < 8; filled *= 2) {
@@ -76,7 +76,7 @@ std::uint8_t with_bits_repeated(int value, int bits) {
     return static_cast<std::uint8_t>(widened);
 }
 
-/// Bits that a file spends on red, green and blue.
+/// The number of bits of red, green and blue in a pixel.
 std::array<int, 3> channel_bits(const MadeBmp& bmp) {
     if (bmp.compression == 3) {
         const auto& masks = bmp.header_masks;
@@ -85,7 +85,7 @@ std::array<int, 3> channel_bits(const MadeBmp& bmp) {
     return bmp.bits == 16 ? std::array{5, 5, 5} : std::array{8, 8, 8};
 }
 
-/// An index beyond the colour table is black.
+/// Converts Qt's image. An index beyond the colour table is black.
 ForeignPicture picture_of(const QImage& image, const std::array<int, 3>& bits) {
     const bool is_indexed = image.depth() <= 8;
     ForeignPicture picture{image.width(), image.height(), {}};
@@ -103,7 +103,7 @@ ForeignPicture picture_of(const QImage& image, const std::array<int, 3>& bits) {
 
 constexpr std::int64_t most_pixels = 1 << 12;
 
-TEST(BmpAsByQt, RandomFilesOfEveryVariantAreReadAsByQt) {
+TEST(BmpComparedWithQt, RandomFilesOfEveryVariantAreDecodedEqually) {
     test::RandomBmps random(1);
     for (unsigned round = 0; round < test::cases(5000U); ++round) {
         const MadeBmp bmp = random.next();
@@ -119,18 +119,18 @@ TEST(BmpAsByQt, RandomFilesOfEveryVariantAreReadAsByQt) {
     }
 }
 
-/// Whether Qt knows the length of the header. It takes one of any other length for the one of 12 bytes.
+/// Whether Qt knows the size of the header. It treats a header of any other size like one of 12 bytes.
 bool has_known_header(const Bytes& file) {
     const std::uint32_t size = get_u32(file, 14);
     return size == 12 || size == 40 || size == 64 || size == 108 || size == 124;
 }
 
-// The bytes behind each file are enough for what its broken header announces: where a file is truncated, the
-// readers differ on purpose.
-TEST(BmpAsByQt, FilesWithBrokenHeadersAreTakenOrRefusedAsByQt) {
+// Each file is padded, so that a broken header does not make it a truncated file: for those the readers
+// differ on purpose.
+TEST(BmpComparedWithQt, BrokenHeadersAreAcceptedOrRejectedEqually) {
     test::RandomBmps random(3);
-    unsigned taken = 0;
-    unsigned refused = 0;
+    unsigned accepted = 0;
+    unsigned rejected = 0;
     for (unsigned round = 0; round < test::cases(20'000U); ++round) {
         const MadeBmp bmp = random.next();
         Bytes file = bmp.file();
@@ -147,17 +147,17 @@ TEST(BmpAsByQt, FilesWithBrokenHeadersAreTakenOrRefusedAsByQt) {
         std::optional<Bitmap> ours;
         const auto failure = test::failure_in([&] { ours = read_bmp(file, most_pixels); });
         if (failure == Failure::OutOfMemory) {
-            continue; // Qt's limit is another one
+            continue; // Qt has a different limit
         }
         SCOPED_TRACE(round);
         const std::optional<QImage> theirs = read_by_qt(file);
-        const bool taken_by_qt = theirs && has_known_header(file);
-        ASSERT_EQ(failure, taken_by_qt ? std::nullopt : std::optional(Failure::InvalidPicture));
-        if (!taken_by_qt) {
-            ++refused;
+        const bool accepted_by_qt = theirs && has_known_header(file);
+        ASSERT_EQ(failure, accepted_by_qt ? std::nullopt : std::optional(Failure::InvalidPicture));
+        if (!accepted_by_qt) {
+            ++rejected;
             continue;
         }
-        ++taken;
+        ++accepted;
         ASSERT_EQ(ours->width(), theirs->width());
         ASSERT_EQ(ours->height(), theirs->height());
         const auto compression = get_u32(file, 14) == 12 ? 0 : get_u32(file, 30);
@@ -167,8 +167,8 @@ TEST(BmpAsByQt, FilesWithBrokenHeadersAreTakenOrRefusedAsByQt) {
             ASSERT_EQ(test::picture_of(*ours).colours, picture_of(*theirs, bits).colours);
         }
     }
-    EXPECT_GT(taken, test::cases(1000U));
-    EXPECT_GT(refused, test::cases(1000U));
+    EXPECT_GT(accepted, test::cases(1000U));
+    EXPECT_GT(rejected, test::cases(1000U));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// How often the loader decodes a file.
+// The loader decodes a file only once.
 #include <string>
 #include <vector>
 
@@ -14,13 +14,13 @@
 namespace varnoth {
 namespace {
 
-/// Counts the complaints of Qt's JPEG reader, which the test program leaves unheard. It has one for each time
-/// that it decodes a flawed file.
-class Complaints {
+/// Counts the warnings of Qt's JPEG reader, which the test program disables. The reader prints one each time
+/// it decodes a flawed file.
+class JpegWarnings {
   public:
-    Complaints() {
+    JpegWarnings() {
         count_ = 0;
-        filter_ = QLoggingCategory::installFilter(nullptr); // the next one is called at once
+        filter_ = QLoggingCategory::installFilter(nullptr); // installing the next one calls it at once
         QLoggingCategory::installFilter([](QLoggingCategory* category) {
             filter_(category);
             if (qstrcmp(category->categoryName(), "qt.gui.imageio.jpeg") == 0) {
@@ -32,13 +32,13 @@ class Complaints {
         });
     }
 
-    ~Complaints() {
+    ~JpegWarnings() {
         qInstallMessageHandler(handler_);
         QLoggingCategory::installFilter(filter_);
     }
 
-    Complaints(const Complaints&) = delete;
-    Complaints& operator=(const Complaints&) = delete;
+    JpegWarnings(const JpegWarnings&) = delete;
+    JpegWarnings& operator=(const JpegWarnings&) = delete;
 
     int count() const { return count_; }
 
@@ -48,14 +48,14 @@ class Complaints {
     static inline int count_ = 0;
 };
 
-TEST(QtPictureLoader, AWholePictureIsDecodedOnce) {
+TEST(QtPictureLoader, FileIsDecodedOnce) {
     const test::TemporaryFolder folder;
     std::vector<std::uint8_t> file = test::made_jpeg(2, {10, 20, 30, 40}, 0);
-    file.insert(file.end() - 2, 100, 0); // between the scan and the end marker: of no meaning, and no harm
+    file.insert(file.end() - 2, 100, 0); // ignored, but causes a warning
     const std::string path = folder.write("made.jpg", file);
-    const Complaints complaints;
+    const JpegWarnings warnings;
     EXPECT_EQ(test::load(path).colours.front(), make_colour(10, 10, 10));
-    EXPECT_EQ(complaints.count(), 1);
+    EXPECT_EQ(warnings.count(), 1);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// JPEG files through the loader, and files that are neither JPEG nor BMP or cannot be read at all.
+// JPEG files through the loader, and files that are neither JPEG nor BMP or cannot be read.
 #include <malloc.h>
 
 #include <filesystem>
@@ -34,7 +34,7 @@ class QtPictureLoaderJpeg : public testing::Test {
                                              static_cast<std::size_t>(width), character, seed));
     }
 
-    /// Makes out.jpg from in.ppm by a command and returns its bytes.
+    /// Makes out.jpg from in.ppm with a command and returns its bytes.
     Bytes make_jpeg(const std::string& command) const {
         test::run_tool("cd " + folder_.path() + "; " + command);
         return test::read_file(folder_.file("out.jpg"));
@@ -42,13 +42,13 @@ class QtPictureLoaderJpeg : public testing::Test {
 
     std::string write(const Bytes& bytes) const { return folder_.write("made.jpg", bytes); }
 
-    /// The first `length` bytes of a file as a file.
-    std::string write_cut(const Bytes& whole, std::size_t length) const {
+    /// Writes the first `length` bytes of a file and returns the path.
+    std::string write_truncated(const Bytes& whole, std::size_t length) const {
         return write(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
     }
 
-    /// jpegtopnm decodes with the same public library as Qt, and with its default settings, as Qt does: so
-    /// the pixels must be the same to the last bit.
+    /// jpegtopnm uses the same public library as Qt with the same default settings, so the pixels must be
+    /// identical.
     void expect_read_as_by_netpbm(const std::string& command) const {
         std::uint32_t seed = 0;
         for (const auto& [width, height] :
@@ -86,7 +86,7 @@ std::size_t scan_data(const Bytes& bytes) {
     return bytes.size();
 }
 
-TEST_F(QtPictureLoaderJpeg, ReadsBaselineAsOthersDo) {
+TEST_F(QtPictureLoaderJpeg, BaselineIsDecodedAsByNetpbm) {
     expect_read_as_by_netpbm("pnmtojpeg -quality=90 in.ppm > out.jpg");
     EXPECT_TRUE(has_marker(test::read_file(folder_.file("out.jpg")), 0xC0));
     expect_read_as_by_netpbm("convert in.ppm -sampling-factor 1x1 -quality 98 out.jpg");
@@ -94,16 +94,16 @@ TEST_F(QtPictureLoaderJpeg, ReadsBaselineAsOthersDo) {
     expect_read_as_by_netpbm("convert in.ppm -sampling-factor 2x1 -quality 80 out.jpg");
 }
 
-TEST_F(QtPictureLoaderJpeg, ReadsProgressiveAsOthersDo) {
+TEST_F(QtPictureLoaderJpeg, ProgressiveIsDecodedAsByNetpbm) {
     expect_read_as_by_netpbm("convert in.ppm -interlace Plane -quality 90 out.jpg");
     EXPECT_TRUE(has_marker(test::read_file(folder_.file("out.jpg")), 0xC2));
 }
 
-TEST_F(QtPictureLoaderJpeg, ReadsGreyAsOthersDo) {
+TEST_F(QtPictureLoaderJpeg, GreyIsDecodedAsByNetpbm) {
     expect_read_as_by_netpbm("ppmtopgm in.ppm | pnmtojpeg -quality=85 > out.jpg");
 }
 
-/// In blocks; 0 is none, and a row has 6.
+/// In blocks, of which a row has 6. 0 means no restart markers.
 constexpr std::uint8_t restart_intervals[] = {0, 1, 4, 6, 7, 12};
 
 /// Greys of 6 by 10 blocks, none of them black and no two neighbours equal.
@@ -126,7 +126,7 @@ std::vector<Colour> pixels_of_blocks(const std::vector<std::uint8_t>& greys) {
     return colours;
 }
 
-TEST_F(QtPictureLoaderJpeg, ReadsRestartMarkers) {
+TEST_F(QtPictureLoaderJpeg, RestartMarkersAreDecoded) {
     const std::vector<Colour> wanted = pixels_of_blocks(block_greys());
     for (const std::uint8_t interval : restart_intervals) {
         SCOPED_TRACE(int{interval});
@@ -138,7 +138,7 @@ TEST_F(QtPictureLoaderJpeg, ReadsRestartMarkers) {
     }
 }
 
-TEST_F(QtPictureLoaderJpeg, TheOrientationTagDoesNotRotate) {
+TEST_F(QtPictureLoaderJpeg, OrientationTagIsIgnored) {
     make_ppm(16, 8, 1);
     const Bytes plain = make_jpeg("pnmtojpeg in.ppm > out.jpg");
     const ForeignPicture upright = load(write(plain));
@@ -155,13 +155,13 @@ TEST_F(QtPictureLoaderJpeg, TheOrientationTagDoesNotRotate) {
     EXPECT_EQ(loaded.colours, upright.colours);
 }
 
-TEST_F(QtPictureLoaderJpeg, TheEndingOfTheNameDoesNotMatter) {
+TEST_F(QtPictureLoaderJpeg, FileExtensionIsIgnored) {
     make_ppm(9, 9, 1);
     const Bytes bytes = make_jpeg("pnmtojpeg in.ppm > out.jpg");
     EXPECT_EQ(load(folder_.write("picture.bmp", bytes)).colours, load(folder_.file("out.jpg")).colours);
 }
 
-/// The loader's answer over memory that the allocator has filled with a pattern; empty for InvalidPicture.
+/// Loads a file while the allocator fills all new memory with a pattern. Empty for InvalidPicture.
 std::vector<Colour> load_over_poison(const std::string& path, int pattern) {
     mallopt(M_PERTURB, pattern);
     std::vector<Colour> colours;
@@ -171,8 +171,8 @@ std::vector<Colour> load_over_poison(const std::string& path, int pattern) {
     return colours;
 }
 
-// ---- Truncated files. jpegtopnm prints what the library makes of them and ends with a failure. Of a file
-// that ends within a table between two scans the library makes nothing.
+// ---- Truncated files. jpegtopnm writes what the JPEG library decodes and exits with an error. From a file
+// that ends within a table between two scans the library decodes nothing.
 
 constexpr const char* one_scan_commands[] = {
     "pnmtojpeg -quality=90 in.ppm > out.jpg",
@@ -190,7 +190,7 @@ void expect_filled_by_the_library(const std::string& path) {
     ASSERT_EQ(colours, theirs.empty() ? std::vector<Colour>() : theirs[0].colours);
 }
 
-TEST_F(QtPictureLoaderJpeg, ATruncatedFileComesAsTheLibraryFillsIt) {
+TEST_F(QtPictureLoaderJpeg, TruncatedFileIsFilledByTheLibrary) {
     for (const char* command : {one_scan_commands[0], one_scan_commands[1], one_scan_commands[2],
                                 one_scan_commands[3], progressive_command}) {
         SCOPED_TRACE(command);
@@ -200,23 +200,23 @@ TEST_F(QtPictureLoaderJpeg, ATruncatedFileComesAsTheLibraryFillsIt) {
         const std::size_t step = (whole.size() - data) / test::cases(24U) + 1;
         for (std::size_t length = data; length < whole.size(); length += step) {
             SCOPED_TRACE(length);
-            expect_filled_by_the_library(write_cut(whole, length));
+            expect_filled_by_the_library(write_truncated(whole, length));
         }
     }
 }
 
-TEST_F(QtPictureLoaderJpeg, ATruncatedFileWithRestartsComesAsTheLibraryFillsIt) {
+TEST_F(QtPictureLoaderJpeg, TruncatedFileWithRestartsIsFilledByTheLibrary) {
     for (const std::uint8_t interval : restart_intervals) {
         SCOPED_TRACE(int{interval});
         const Bytes whole = test::made_jpeg(6, block_greys(), interval);
         for (std::size_t length = scan_data(whole); length < whole.size(); length += 19) {
             SCOPED_TRACE(length);
-            expect_filled_by_the_library(write_cut(whole, length));
+            expect_filled_by_the_library(write_truncated(whole, length));
         }
     }
 }
 
-TEST_F(QtPictureLoaderJpeg, ATruncatedFileKeepsTheRowsThatItHas) {
+TEST_F(QtPictureLoaderJpeg, TruncatedFileKeepsItsRows) {
     constexpr std::size_t width = 64;
     make_ppm(width, 256, 9, Character::Noise);
     const Bytes whole = make_jpeg("pnmtojpeg in.ppm > out.jpg");
@@ -224,34 +224,35 @@ TEST_F(QtPictureLoaderJpeg, ATruncatedFileKeepsTheRowsThatItHas) {
     const std::size_t data = scan_data(whole);
     for (std::size_t quarter = 1; quarter < 4; ++quarter) {
         const std::size_t length = data + (whole.size() - data) * quarter / 4;
-        const std::vector<Colour> colours = load(write_cut(whole, length)).colours;
-        // Noise spreads its bytes evenly; a row of blocks is 16 rows, and one more hangs on what is missing.
+        const std::vector<Colour> colours = load(write_truncated(whole, length)).colours;
+        // In noise all rows take about the same number of bytes. A row of blocks covers 16 rows, and one more
+        // row depends on what is missing.
         const auto rows = static_cast<std::ptrdiff_t>((quarter * 64 - 33) * width);
         EXPECT_TRUE(std::equal(all.begin(), all.begin() + rows, colours.begin())) << quarter;
     }
 }
 
-TEST_F(QtPictureLoaderJpeg, AFileThatLacksOnlyItsEndMarkerIsWhole) {
+TEST_F(QtPictureLoaderJpeg, FileWithoutItsEndMarkerIsComplete) {
     for (const char* command : one_scan_commands) {
         SCOPED_TRACE(command);
         make_ppm(37, 23, 3);
         const Bytes whole = make_jpeg(command);
         const std::vector<Colour> all = load(folder_.file("out.jpg")).colours;
-        EXPECT_EQ(load(write_cut(whole, whole.size() - 1)).colours, all);
-        EXPECT_EQ(load(write_cut(whole, whole.size() - 2)).colours, all);
+        EXPECT_EQ(load(write_truncated(whole, whole.size() - 1)).colours, all);
+        EXPECT_EQ(load(write_truncated(whole, whole.size() - 2)).colours, all);
     }
 }
 
-TEST_F(QtPictureLoaderJpeg, AFileTruncatedInItsHeadersDoesNotDecode) {
+TEST_F(QtPictureLoaderJpeg, FileTruncatedInItsHeadersIsInvalid) {
     make_ppm(16, 16, 2);
     const Bytes whole = make_jpeg("pnmtojpeg in.ppm > out.jpg");
     const std::size_t data = scan_data(whole);
     for (std::size_t length = 0; length + 1 < data; length += 7) {
-        EXPECT_FAILURE(load(write_cut(whole, length)), InvalidPicture);
+        EXPECT_FAILURE(load(write_truncated(whole, length)), InvalidPicture);
     }
 }
 
-TEST_F(QtPictureLoaderJpeg, BrokenBytesEndInAPictureOrInInvalidPicture) {
+TEST_F(QtPictureLoaderJpeg, BrokenFileIsDecodedOrRejected) {
     std::mt19937 random(11);
     make_ppm(40, 40, 2);
     for (const char* command : {one_scan_commands[0], progressive_command}) {
@@ -268,7 +269,7 @@ TEST_F(QtPictureLoaderJpeg, BrokenBytesEndInAPictureOrInInvalidPicture) {
     }
 }
 
-TEST_F(QtPictureLoaderJpeg, APictureOfMorePixelsThanTheLimitIsOutOfMemory) {
+TEST_F(QtPictureLoaderJpeg, TooManyPixelsAreOutOfMemory) {
     make_ppm(16, 16, 2);
     Bytes bytes = make_jpeg("pnmtojpeg in.ppm > out.jpg");
     for (std::size_t at = 0; at + 9 < bytes.size(); ++at) {
@@ -281,9 +282,9 @@ TEST_F(QtPictureLoaderJpeg, APictureOfMorePixelsThanTheLimitIsOutOfMemory) {
     EXPECT_FAILURE(load(write(bytes)), OutOfMemory);
 }
 
-// ---- Files that are no pictures, or no files
+// ---- Files that are not pictures or cannot be read
 
-TEST(QtPictureLoader, WhatCannotBeReadFailsAsAnyFileDoes) {
+TEST(QtPictureLoader, UnreadableFileRaisesTheInputFileFailure) {
     const test::TemporaryFolder folder;
     EXPECT_FAILURE(load(folder.file("nothing.bmp")), FileNotFound);
     EXPECT_FAILURE(load(folder.path()), PermissionDenied);
@@ -291,7 +292,7 @@ TEST(QtPictureLoader, WhatCannotBeReadFailsAsAnyFileDoes) {
     EXPECT_FAILURE(load(folder.file("plain/below.bmp")), PathNotFound);
 }
 
-TEST(QtPictureLoader, EveryOtherContentIsAnInvalidPictureWhateverTheEnding) {
+TEST(QtPictureLoader, OtherContentIsInvalidWhateverTheExtension) {
     const test::TemporaryFolder folder;
     EXPECT_FAILURE(load(folder.write("empty.bmp", Bytes{})), InvalidPicture);
     EXPECT_FAILURE(load(folder.write("text.bmp", Bytes{'h', 'e', 'l', 'l', 'o'})), InvalidPicture);
@@ -305,7 +306,7 @@ TEST(QtPictureLoader, EveryOtherContentIsAnInvalidPictureWhateverTheEnding) {
     EXPECT_FAILURE(load(folder.write("only-magic.jpg", Bytes{0xFF, 0xD8})), InvalidPicture);
 }
 
-TEST(QtPictureLoader, NamesBeyondAsciiAreFound) {
+TEST(QtPictureLoader, NonAsciiNamesAreFound) {
     const test::TemporaryFolder folder;
     const test::MadeBmp bmp{1, 1, 24, 0, {}, {3, 2, 1, 0}};
     EXPECT_EQ(load(folder.write("f\xC3\xBCr \xE2\x82\xAC.bmp", bmp.file())).colours,

@@ -1,5 +1,5 @@
-// Grey JPEG files of flat blocks, composed bit by bit, with restart markers where they are wanted: the tools
-// at hand write none. Every block is 8 by 8 pixels of one grey.
+// Composes grey JPEG files bit by bit, optionally with restart markers, which the available tools cannot
+// write. Every block of 8 by 8 pixels has one grey.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace varnoth::test {
 
-/// Bits from the most significant down, with the zero byte behind each 0xFF.
+/// Writes bits, most significant first, and the zero byte that must follow each 0xFF.
 class JpegBits {
   public:
     explicit JpegBits(std::vector<std::uint8_t>& target) : target_(target) {}
@@ -23,7 +23,7 @@ class JpegBits {
         }
     }
 
-    /// Fills the last byte up with ones.
+    /// Pads the last byte with ones.
     void finish() {
         while (filled_ != 0) {
             put(1, 1);
@@ -45,17 +45,17 @@ class JpegBits {
     int filled_ = 0;
 };
 
-/// `greys` has one value a block, rows from the top. With an interval above 0, a restart marker stands after
-/// every so many blocks.
+/// `greys` has one value per block, top row first. Unless `restart_interval` is 0, a restart marker separates
+/// every `restart_interval` blocks.
 inline std::vector<std::uint8_t> made_jpeg(std::uint8_t blocks_across, const std::vector<std::uint8_t>& greys,
                                            std::uint8_t restart_interval) {
     const auto width = static_cast<std::uint8_t>(blocks_across * 8);
     const auto height = static_cast<std::uint8_t>(greys.size() / blocks_across * 8);
     std::vector<std::uint8_t> file{0xFF, 0xD8, 0xFF, 0xDB, 0, 67, 0};
-    file.insert(file.end(), 64, 8); // every coefficient in steps of 8: one step of the first is one grey
+    file.insert(file.end(), 64, 8); // quantizers of 8: a step of the DC coefficient is one grey
     // Frame: 8 bits, one component without subsampling.
     file.insert(file.end(), {0xFF, 0xC0, 0, 11, 8, 0, height, 0, width, 1, 1, 0x11, 0});
-    // Differences: twelve codes of four bits. Other coefficients: one code of one bit, the end of the block.
+    // DC table: twelve codes of four bits. AC table: one code of one bit, the end of the block.
     file.insert(file.end(), {0xFF, 0xC4, 0, 31, 0x00, 0, 0, 0, 12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
     file.insert(file.end(), {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11});
     file.insert(file.end(), {0xFF, 0xC4, 0, 20, 0x10, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});

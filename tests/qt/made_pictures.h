@@ -1,4 +1,4 @@
-// What the picture loader makes of a file, in the shape in which the foreign tools give their pictures.
+// Loads a file with the picture loader, as the type that the decoders of foreign tools return.
 #pragma once
 
 #include <stdexcept>

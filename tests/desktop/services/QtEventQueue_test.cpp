@@ -13,19 +13,19 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Posts an event that counts when it runs.
+/// Posts an event whose handler increments `count`.
 void post(int& count) {
     QMetaObject::invokeMethod(
         QCoreApplication::instance(), [&count] { ++count; }, Qt::QueuedConnection);
 }
 
-/// No event of one test may run in the next.
+/// Drains the event queue after each test, so that no event of one test runs in the next.
 class QtEventQueueTest : public testing::Test {
   protected:
     void TearDown() override { QCoreApplication::processEvents(); }
 };
 
-TEST_F(QtEventQueueTest, TheFirstYieldPumpsEvents) {
+TEST_F(QtEventQueueTest, FirstYieldProcessesEvents) {
     QtEventQueue queue(1h);
     int count = 0;
     post(count);
@@ -33,7 +33,7 @@ TEST_F(QtEventQueueTest, TheFirstYieldPumpsEvents) {
     EXPECT_EQ(count, 1);
 }
 
-TEST_F(QtEventQueueTest, WithinTheIntervalNothingIsPumped) {
+TEST_F(QtEventQueueTest, YieldWithinTheIntervalProcessesNothing) {
     static int count;
     count = 0;
     QtEventQueue queue(1h);
@@ -45,7 +45,7 @@ TEST_F(QtEventQueueTest, WithinTheIntervalNothingIsPumped) {
     EXPECT_EQ(count, 0);
 }
 
-TEST_F(QtEventQueueTest, AfterTheIntervalEventsArePumpedAgain) {
+TEST_F(QtEventQueueTest, YieldAfterTheIntervalProcessesEvents) {
     QtEventQueue queue;
     queue.yield();
     int count = 0;
@@ -55,7 +55,7 @@ TEST_F(QtEventQueueTest, AfterTheIntervalEventsArePumpedAgain) {
     EXPECT_EQ(count, 1);
 }
 
-TEST_F(QtEventQueueTest, AnEventThatYieldsDoesNotPumpAnother) {
+TEST_F(QtEventQueueTest, YieldInAnEventHandlerProcessesNothing) {
     QtEventQueue queue(1h);
     int inner = 0;
     int inner_seen = -1;
@@ -72,7 +72,7 @@ TEST_F(QtEventQueueTest, AnEventThatYieldsDoesNotPumpAnother) {
     QCoreApplication::processEvents();
 }
 
-TEST_F(QtEventQueueTest, TheIntervalCountsFromTheEndOfThePumping) {
+TEST_F(QtEventQueueTest, IntervalStartsWhenProcessingEnds) {
     QtEventQueue queue(50ms);
     std::chrono::steady_clock::time_point event_ended;
     QMetaObject::invokeMethod(
@@ -87,12 +87,12 @@ TEST_F(QtEventQueueTest, TheIntervalCountsFromTheEndOfThePumping) {
     count = 0;
     post(count);
     queue.yield();
-    // Only a machine that stood still for the whole interval may have let the event run.
-    const bool stood_still = std::chrono::steady_clock::now() - event_ended >= 50ms;
-    EXPECT_TRUE(count == 0 || stood_still);
+    // The event may run only if the machine stalled for the whole interval.
+    const bool stalled = std::chrono::steady_clock::now() - event_ended >= 50ms;
+    EXPECT_TRUE(count == 0 || stalled);
 }
 
-TEST_F(QtEventQueueTest, AMillionYieldsPumpNoMoreThanTheirTimeAllows) {
+TEST_F(QtEventQueueTest, MillionYieldsProcessEventsOncePerInterval) {
     QtEventQueue queue;
     int pumps = 0;
     std::function<void()> again = [&] {

@@ -1,4 +1,4 @@
-// Message boxes and the file chooser, answered by a real mouse and keyboard while they are open.
+// Message boxes and the file chooser, answered by real mouse and keyboard events while they are open.
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -25,8 +25,8 @@ namespace {
 
 using test::TemporaryFolder;
 
-/// Does something with the dialog that is going to open. A dialog that is then still open is closed, so that
-/// a failing test ends.
+/// Runs `work` on the dialog that opens next. Closes the dialog if it is still open afterwards, so that a
+/// failing test terminates.
 template <typename Dialog>
 void when_open(std::function<void(Dialog&)> work) {
     QTimer::singleShot(0, [work = std::move(work)] {
@@ -35,7 +35,7 @@ void when_open(std::function<void(Dialog&)> work) {
         const QPointer<Dialog> still_open(dialog);
         work(*dialog);
         if (still_open && still_open->isVisible()) {
-            ADD_FAILURE() << "the dialog stays open";
+            ADD_FAILURE() << "the dialog is still open";
             still_open->reject();
         }
     });
@@ -45,7 +45,7 @@ void press(QMessageBox& box, QMessageBox::StandardButton button) {
     QTest::mouseClick(box.button(button), Qt::LeftButton);
 }
 
-TEST(QtMessageBoxes, AMessageHasTheApplicationsTitleItsTextAndOk) {
+TEST(QtMessageBoxes, MessageHasApplicationTitleTextAndOkButton) {
     bool seen = false;
     when_open<QMessageBox>([&](QMessageBox& box) {
         seen = true;
@@ -58,14 +58,14 @@ TEST(QtMessageBoxes, AMessageHasTheApplicationsTitleItsTextAndOk) {
     EXPECT_TRUE(seen);
 }
 
-TEST(QtMessageBoxes, AMessageIsClosedByEscapeAndByEnter) {
+TEST(QtMessageBoxes, EscapeAndEnterCloseAMessage) {
     for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
         when_open<QMessageBox>([&](QMessageBox& box) { QTest::keyClick(&box, key); });
         QtMessageBoxes().show("Sprite Saved Successfully !");
     }
 }
 
-TEST(QtMessageBoxes, TheTextIsNeverRichText) {
+TEST(QtMessageBoxes, TextIsNeverRichText) {
     when_open<QMessageBox>([](QMessageBox& box) {
         EXPECT_EQ(box.textFormat(), Qt::PlainText);
         EXPECT_EQ(box.text(), "<b>a&b</b>");
@@ -74,7 +74,7 @@ TEST(QtMessageBoxes, TheTextIsNeverRichText) {
     QtMessageBoxes().show("<b>a&b</b>");
 }
 
-TEST(QtMessageBoxes, AQuestionIsAnsweredByYesOrNo) {
+TEST(QtMessageBoxes, QuestionReturnsTheAnswer) {
     when_open<QMessageBox>([](QMessageBox& box) {
         EXPECT_EQ(box.windowTitle(), application_title);
         EXPECT_EQ(box.standardButtons(), QMessageBox::Yes | QMessageBox::No);
@@ -85,14 +85,14 @@ TEST(QtMessageBoxes, AQuestionIsAnsweredByYesOrNo) {
     EXPECT_FALSE(QtMessageBoxes().ask("Overwrite?"));
 }
 
-TEST(QtMessageBoxes, EscapeAndClosingAQuestionAreNo) {
+TEST(QtMessageBoxes, EscapeOrClosingAQuestionMeansNo) {
     when_open<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     EXPECT_FALSE(QtMessageBoxes().ask("Overwrite?"));
     when_open<QMessageBox>([](QMessageBox& box) { box.close(); });
     EXPECT_FALSE(QtMessageBoxes().ask("Overwrite?"));
 }
 
-TEST(QtMessageBoxes, ABoxStandsAboveTheActiveWindowAndCanBeAnsweredWhenThatIsDisabled) {
+TEST(QtMessageBoxes, BoxAboveADisabledActiveWindowCanBeAnswered) {
     QWidget window;
     window.show();
     window.activateWindow();
@@ -105,7 +105,7 @@ TEST(QtMessageBoxes, ABoxStandsAboveTheActiveWindowAndCanBeAnsweredWhenThatIsDis
     EXPECT_TRUE(QtMessageBoxes().ask("Overwrite?"));
 }
 
-// The file chooser. Qt's own dialog is shown: a desktop's dialog cannot be driven.
+// The file chooser. The tests use Qt's own dialog, because they cannot drive a native one.
 
 constexpr const char* sprites = "HL Spr File(*.spr)|*.spr";
 
@@ -130,7 +130,7 @@ class QtFileChooserTest : public testing::Test {
     QtFileChooser chooser_;
 };
 
-TEST_F(QtFileChooserTest, AChosenFileIsReturnedWithItsPath) {
+TEST_F(QtFileChooserTest, ReturnsThePathOfTheChosenFile) {
     when_open<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptOpen);
         EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
@@ -140,20 +140,20 @@ TEST_F(QtFileChooserTest, AChosenFileIsReturnedWithItsPath) {
     EXPECT_EQ(chooser_.choose_to_open(sprites), folder_.file("a.spr"));
 }
 
-TEST_F(QtFileChooserTest, ANameInOtherLettersComesBackAsUtf8) {
+TEST_F(QtFileChooserTest, NonAsciiNameIsReturnedAsUtf8) {
     const std::string path = folder_.write("ñandú.spr", {});
     when_open<QFileDialog>([&](QFileDialog& dialog) { type_and_accept(dialog, path); });
     EXPECT_EQ(chooser_.choose_to_open(sprites), path);
 }
 
-TEST_F(QtFileChooserTest, CancelChoosesNothing) {
+TEST_F(QtFileChooserTest, CancelReturnsAnEmptyPath) {
     when_open<QFileDialog>([](QFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     EXPECT_EQ(chooser_.choose_to_open(sprites), "");
     when_open<QFileDialog>([](QFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     EXPECT_EQ(chooser_.choose_to_save(sprites), "");
 }
 
-TEST_F(QtFileChooserTest, TheNextChoiceStartsInTheFolderOfTheLastOne) {
+TEST_F(QtFileChooserTest, NextDialogOpensInTheFolderOfTheLastChoice) {
     when_open<QFileDialog>([&](QFileDialog& dialog) { type_and_accept(dialog, folder_.file("a.spr")); });
     chooser_.choose_to_open(sprites);
     when_open<QFileDialog>([&](QFileDialog& dialog) {
@@ -163,7 +163,7 @@ TEST_F(QtFileChooserTest, TheNextChoiceStartsInTheFolderOfTheLastOne) {
     chooser_.choose_to_save(sprites);
 }
 
-TEST_F(QtFileChooserTest, AFileThatIsSavedGetsTheFiltersEndingWhereNoneIsTyped) {
+TEST_F(QtFileChooserTest, SaveAddsTheExtensionIfNoneIsTyped) {
     when_open<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
         type_and_accept(dialog, folder_.file("new"));
@@ -173,7 +173,7 @@ TEST_F(QtFileChooserTest, AFileThatIsSavedGetsTheFiltersEndingWhereNoneIsTyped) 
     EXPECT_EQ(chooser_.choose_to_save(sprites), folder_.file("new.old"));
 }
 
-TEST_F(QtFileChooserTest, AnExistingFileIsTakenForSavingOnlyAfterAQuestion) {
+TEST_F(QtFileChooserTest, SaveAsksBeforeReturningAnExistingFile) {
     int questions = 0;
     const auto answer_question = [&](QMessageBox::StandardButton answer) {
         when_open<QMessageBox>([&questions, answer](QMessageBox& box) {
@@ -184,7 +184,7 @@ TEST_F(QtFileChooserTest, AnExistingFileIsTakenForSavingOnlyAfterAQuestion) {
     when_open<QFileDialog>([&](QFileDialog& dialog) {
         answer_question(QMessageBox::No);
         type_and_accept(dialog, folder_.file("a.spr"));
-        EXPECT_TRUE(dialog.isVisible()) << "No goes back to the choice";
+        EXPECT_TRUE(dialog.isVisible()) << "No returns to the dialog";
         answer_question(QMessageBox::Yes);
         type_and_accept(dialog, folder_.file("a.spr"));
     });
@@ -192,7 +192,7 @@ TEST_F(QtFileChooserTest, AnExistingFileIsTakenForSavingOnlyAfterAQuestion) {
     EXPECT_EQ(questions, 2);
 }
 
-TEST_F(QtFileChooserTest, AFilterWithoutItsPatternInTheNameGetsItThere) {
+TEST_F(QtFileChooserTest, PatternIsAddedToTheFilterName) {
     when_open<QFileDialog>([](QFileDialog& dialog) {
         EXPECT_EQ(dialog.nameFilters(), QStringList{"Texts (*.txt)"});
         dialog.reject();

@@ -19,25 +19,25 @@
 namespace varnoth {
 namespace {
 
-using Ends = std::vector<std::pair<std::string, std::string>>;
+using FatalErrors = std::vector<std::pair<std::string, std::string>>;
 
 class ExceptionBarrier : public testing::Test {
   protected:
-    Ends ends_;
+    FatalErrors errors_;
     FatalErrorHandlerInstallation installation_{
-        [this](std::string_view name, std::string_view words) { ends_.emplace_back(name, words); }};
+        [this](std::string_view name, std::string_view message) { errors_.emplace_back(name, message); }};
 };
 
-TEST_F(ExceptionBarrier, AFailureInAHandlerReachesTheInstalledEndWithItsNameAndWords) {
+TEST_F(ExceptionBarrier, FailureInAHandlerReachesTheFatalErrorHandler) {
     QLineEdit field;
     on_event(&field, &QLineEdit::textChanged, &field, [] { fail(Failure::SubscriptOutOfRange); });
     field.setText("a");
-    EXPECT_EQ(ends_, (Ends{{"SubscriptOutOfRange", "Subscript out of range"}}));
+    EXPECT_EQ(errors_, (FatalErrors{{"SubscriptOutOfRange", "Subscript out of range"}}));
 }
 
-TEST_F(ExceptionBarrier, AFailureInANestedEventLoopReachesTheEndThereAndPassesNoLoop) {
+TEST_F(ExceptionBarrier, FailureDoesNotPropagateThroughANestedEventLoop) {
     QLineEdit field;
-    bool went_on = false;
+    bool returned = false;
     on_event(&field, &QLineEdit::textChanged, &field, [&] {
         QEventLoop nested;
         QTimer timer;
@@ -48,34 +48,34 @@ TEST_F(ExceptionBarrier, AFailureInANestedEventLoopReachesTheEndThereAndPassesNo
         });
         timer.start(0);
         nested.exec();
-        EXPECT_EQ(ends_.size(), 1U);
-        went_on = true;
+        EXPECT_EQ(errors_.size(), 1U);
+        returned = true;
     });
     field.setText("a");
-    EXPECT_EQ(ends_, (Ends{{"DivisionByZero", std::string(words_of(Failure::DivisionByZero))}}));
-    EXPECT_TRUE(went_on);
+    EXPECT_EQ(errors_, (FatalErrors{{"DivisionByZero", std::string(words_of(Failure::DivisionByZero))}}));
+    EXPECT_TRUE(returned);
 }
 
-TEST_F(ExceptionBarrier, MemoryThatCannotBeHadIsOutOfMemory) {
+TEST_F(ExceptionBarrier, FailedAllocationIsReportedAsOutOfMemory) {
     guard_event([] { throw std::bad_alloc(); });
     guard_event([] { throw std::length_error("too long"); });
-    const std::pair<std::string, std::string> end{"OutOfMemory", words_of(Failure::OutOfMemory)};
-    EXPECT_EQ(ends_, (Ends{end, end}));
+    const std::pair<std::string, std::string> error{"OutOfMemory", words_of(Failure::OutOfMemory)};
+    EXPECT_EQ(errors_, (FatalErrors{error, error}));
 }
 
-TEST_F(ExceptionBarrier, AnyOtherExceptionIsToldInItsOwnWords) {
-    guard_event([] { throw std::runtime_error("the words"); });
-    EXPECT_EQ(ends_, (Ends{{"Exception", "the words"}}));
+TEST_F(ExceptionBarrier, OtherExceptionIsReportedWithItsOwnMessage) {
+    guard_event([] { throw std::runtime_error("the message"); });
+    EXPECT_EQ(errors_, (FatalErrors{{"Exception", "the message"}}));
 }
 
-TEST_F(ExceptionBarrier, WorkThatGoesThroughEndsNothing) {
+TEST_F(ExceptionBarrier, SuccessfulHandlerReportsNothing) {
     int runs = 0;
     guard_event([&] { ++runs; });
     EXPECT_EQ(runs, 1);
-    EXPECT_TRUE(ends_.empty());
+    EXPECT_TRUE(errors_.empty());
 }
 
-TEST_F(ExceptionBarrier, AHandlerTakesAsManyArgumentsAsItLikes) {
+TEST_F(ExceptionBarrier, HandlerTakesAllArgumentsOrNone) {
     QLineEdit field;
     std::vector<std::string> taken;
     on_event(&field, &QLineEdit::textChanged, &field, [&] { taken.emplace_back("none"); });
@@ -85,7 +85,7 @@ TEST_F(ExceptionBarrier, AHandlerTakesAsManyArgumentsAsItLikes) {
     EXPECT_EQ(taken, (std::vector<std::string>{"none", "all"}));
 }
 
-TEST_F(ExceptionBarrier, AHandlerIsGoneWithItsContext) {
+TEST_F(ExceptionBarrier, HandlerIsDisconnectedWithItsContext) {
     QLineEdit field;
     int runs = 0;
     {
@@ -97,36 +97,36 @@ TEST_F(ExceptionBarrier, AHandlerIsGoneWithItsContext) {
     EXPECT_EQ(runs, 1);
 }
 
-TEST(FatalErrorHandling, NothingMoreRunsWhileAFailureIsTold) {
+TEST(FatalErrorHandling, EventsAreIgnoredWhileAnErrorIsReported) {
     QLineEdit field;
     int later_runs = 0;
     on_event(&field, &QLineEdit::textChanged, &field, [&] { ++later_runs; });
-    bool was_ending = false;
+    bool was_handling = false;
     const FatalErrorHandlerInstallation installation([&](std::string_view, std::string_view) {
-        was_ending = is_handling_fatal_error();
-        field.setText("while it is told"); // as a message box's event loop would
+        was_handling = is_handling_fatal_error();
+        field.setText("changed"); // stands for an event that the message box's event loop delivers
     });
     EXPECT_FALSE(is_handling_fatal_error());
     guard_event([] { fail(Failure::Overflow); });
-    EXPECT_TRUE(was_ending);
+    EXPECT_TRUE(was_handling);
     EXPECT_EQ(later_runs, 0);
     EXPECT_FALSE(is_handling_fatal_error());
 }
 
-TEST(FatalErrorHandling, WhileAFailureIsToldWindowsArePaintedAndAFurtherFailureIsPassedOver) {
-    int told = 0;
+TEST(FatalErrorHandling, PaintEventsStillRunAndTheirFailuresAreDropped) {
+    int reports = 0;
     int painted = 0;
     const FatalErrorHandlerInstallation installation([&](std::string_view, std::string_view) {
-        ++told;
+        ++reports;
         guard_paint([&] { ++painted; });
         guard_paint([] { fail(Failure::DivisionByZero); });
     });
     guard_event([] { fail(Failure::Overflow); });
     EXPECT_EQ(painted, 1);
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(reports, 1);
 }
 
-TEST(FatalErrorHandling, AFailureWhilePaintingIsFatalToo) {
+TEST(FatalErrorHandling, FailureWhilePaintingIsFatal) {
     std::string name;
     const FatalErrorHandlerInstallation installation(
         [&](std::string_view failure, std::string_view) { name = failure; });
@@ -134,7 +134,7 @@ TEST(FatalErrorHandling, AFailureWhilePaintingIsFatalToo) {
     EXPECT_EQ(name, "DivisionByZero");
 }
 
-TEST(FatalErrorHandling, TheEndBeforeComesBackAfterAnInstallation) {
+TEST(FatalErrorHandling, PreviousHandlerIsRestoredAfterAnInstallation) {
     int outer = 0;
     int inner = 0;
     const FatalErrorHandlerInstallation first([&](std::string_view, std::string_view) { ++outer; });
@@ -147,7 +147,7 @@ TEST(FatalErrorHandling, TheEndBeforeComesBackAfterAnInstallation) {
     EXPECT_EQ(outer, 1);
 }
 
-/// Writes what it is to show where the parent of a process that dies can see it.
+/// Writes messages to standard error, where the death test checks them.
 class BoxesOnErrorStream : public MessageBoxes {
   public:
     void show(std::string_view text) override {
@@ -157,7 +157,7 @@ class BoxesOnErrorStream : public MessageBoxes {
     bool ask(std::string_view /*question*/) override { return true; }
 };
 
-TEST(ExceptionBarrierDeathTest, WithoutAnInstallationTheFailureIsToldInABoxAndTheProgramEnds) {
+TEST(ExceptionBarrierDeathTest, DefaultHandlerShowsABoxAndExits) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     BoxesOnErrorStream boxes;
     const ServicesInstallation services({&boxes, nullptr, nullptr, nullptr});

@@ -1,4 +1,4 @@
-// What the program draws of Qt's own widgets, and its symbols and figures, pixel by pixel.
+// How the theme draws Qt's own widgets, symbols and folder icons, pixel by pixel.
 #include <algorithm>
 #include <filesystem>
 #include <string>
@@ -26,7 +26,7 @@ const QColor edge_light = theme::to_qcolor(theme::edge_light);
 const QColor edge_dark = theme::to_qcolor(theme::edge_dark);
 const QColor background = theme::to_qcolor(theme::window_background);
 
-/// A raised or pressed box: edges of one pixel around a plain fill.
+/// Checks a raised or sunken box: one-pixel edges around a plain fill.
 void expect_box(const QImage& image, const QRect& box, const QColor& top_left, const QColor& bottom_right) {
     const QRect inner = box.adjusted(1, 1, -1, -1);
     for (int y = inner.top(); y <= inner.bottom(); ++y) {
@@ -42,7 +42,7 @@ void expect_box(const QImage& image, const QRect& box, const QColor& top_left, c
     EXPECT_EQ(image.pixelColor(box.right(), box.center().y()), bottom_right);
 }
 
-TEST(LookDrawing, AButtonOfQtIsFilledAndRaisedAndPressedItIsSunken) {
+TEST(ThemeDrawing, ButtonIsRaisedAndSunkenWhilePressed) {
     for (const bool pressed : {false, true}) {
         QImage image(60, 24, QImage::Format_RGB32);
         image.fill(Qt::magenta);
@@ -56,7 +56,7 @@ TEST(LookDrawing, AButtonOfQtIsFilledAndRaisedAndPressedItIsSunken) {
     }
 }
 
-TEST(LookDrawing, TheSliderOfAScrollBarIsFilledAndRaised) {
+TEST(ThemeDrawing, ScrollBarSliderIsFilledAndRaised) {
     QScrollBar bar(Qt::Vertical);
     bar.resize(16, 200);
     bar.setRange(0, 100);
@@ -84,8 +84,8 @@ TEST(Symbols, SlopesAreAntialiased) {
     QPainter painter(&page);
     draw_symbol(painter, u'5', page.rect(), Qt::black);
     painter.end();
-    // Base and height of 8 and 4 pixels: each row has a pixel at either end through the middle of which the
-    // slope goes, and whole ones between.
+    // The triangle is 8 pixels wide and 4 high. In each row a slope crosses one pixel at either end; the
+    // pixels between them are filled.
     const QRect triangle = symbol_path(u'5', page.rect()).boundingRect().toRect();
     ASSERT_EQ(triangle.size(), QSize(8, 4));
     for (int row = 0; row < 4; ++row) {
@@ -98,7 +98,7 @@ TEST(Symbols, SlopesAreAntialiased) {
     }
 }
 
-TEST(Edges, ALineOfNoSideIsDrawnWholeWhereverItStands) {
+TEST(Edges, LineWithoutASideIsFilledCompletely) {
     QImage image(10, 10, QImage::Format_RGB32);
     image.fill(Qt::magenta);
     QPainter painter(&image);
@@ -112,7 +112,7 @@ TEST(Edges, ALineOfNoSideIsDrawnWholeWhereverItStands) {
     }
 }
 
-/// A place of an image in letters: D and L for the colours of dark and light lines, . for the ground.
+/// A part of an image as text: D and L for dark and light lines, . for the background.
 std::vector<std::string> letters(const QImage& image, const QRect& place, const QColor& light,
                                  const QColor& ground) {
     std::vector<std::string> rows;
@@ -126,17 +126,17 @@ std::vector<std::string> letters(const QImage& image, const QRect& place, const 
     return rows;
 }
 
-TEST(FolderListBox, AFolderHasAFigureAndAnOpenOneIsMarked) {
-    const std::vector<std::string> figure{"...............", ".DDDDDD........", ".DLLLLD........",
-                                          ".DLLLLDDDDDDDD.", ".DLLLLLLLLLLLD.", ".DLLLLLLLLLLLD.",
-                                          ".DLLLLLLLLLLLD.", ".DLLLLLLLLLLLD.", ".DLLLLLLLLLLLD.",
-                                          ".DLLLLLLLLLLLD.", ".DDDDDDDDDDDDD.", "..............."};
+TEST(FolderListBox, FolderIconIsHighlightedForOpenFolders) {
+    const std::vector<std::string> icon{"...............", ".DDDDDD........", ".DLLLLD........",
+                                        ".DLLLLDDDDDDDD.", ".DLLLLLLLLLLLD.", ".DLLLLLLLLLLLD.",
+                                        ".DLLLLLLLLLLLD.", ".DLLLLLLLLLLLD.", ".DLLLLLLLLLLLD.",
+                                        ".DLLLLLLLLLLLD.", ".DDDDDDDDDDDDD.", "..............."};
     const test::TemporaryFolder folder;
     std::filesystem::create_directory(folder.file("inside"));
     FolderListBox list("Dir1", nullptr);
     list.SetPath(folder.path());
     list.resize(300, 400);
-    list.setCurrentItem(nullptr); // no line is marked, so all stand on the same ground
+    list.setCurrentItem(nullptr); // without a selection all lines have the same background
     list.clearSelection();
     list.show();
     QCoreApplication::processEvents();
@@ -150,7 +150,7 @@ TEST(FolderListBox, AFolderHasAFigureAndAnOpenOneIsMarked) {
                          12);
         EXPECT_EQ(
             letters(image, seen, theme::to_qcolor(open ? theme::highlight : theme::close_glyph), ground),
-            figure)
+            icon)
             << line;
     }
 }

@@ -17,7 +17,7 @@ constexpr Colour first = 0x445566;
 constexpr Colour second = 0x778899;
 constexpr QSize size(9, 7);
 
-/// A box at a place of a screen that has `scale` times the pixels of the design.
+/// Draws a box at a position, with `scale` device pixels per logical pixel.
 QImage drawn(double scale, const QPoint& place) {
     QImage image(64, 64, QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);
@@ -28,7 +28,7 @@ QImage drawn(double scale, const QPoint& place) {
     return image;
 }
 
-/// The same, pixel by pixel.
+/// The same image, composed pixel by pixel.
 QImage expected(double scale, const QPoint& place) {
     QImage image(64, 64, QImage::Format_RGB32);
     const auto at = [&](int number) { return static_cast<int>(std::floor(number * scale + 0.5)); };
@@ -50,7 +50,7 @@ QImage expected(double scale, const QPoint& place) {
     return image;
 }
 
-TEST(Edges, AreEquallyThickOnAllSidesAtEveryPlaceAndScale) {
+TEST(Edges, AreEquallyThickAtEveryPositionAndScale) {
     for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 2.5, 3.0}) {
         for (int x = 0; x < 5; ++x) {
             for (int y = 0; y < 5; ++y) {
@@ -60,7 +60,7 @@ TEST(Edges, AreEquallyThickOnAllSidesAtEveryPlaceAndScale) {
     }
 }
 
-TEST(Edges, ALineThatIsNoEdgeLeavesNoGapToWhatStandsBesideIt) {
+TEST(Edges, LineWithoutASideLeavesNoGapToItsNeighbour) {
     QImage image(64, 64, QImage::Format_RGB32);
     image.setDevicePixelRatio(1.5);
     image.fill(theme::to_qcolor(ground));

@@ -1,4 +1,4 @@
-// A font that comes or goes while the program runs.
+// Fonts that are installed or removed while the program runs.
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -17,21 +17,21 @@
 namespace varnoth {
 namespace {
 
-/// A font file, whose numbers have their highest byte first.
+/// A font file. All numbers in it are big-endian.
 class FontFile {
   public:
     explicit FontFile(std::vector<std::uint8_t> bytes) : bytes_(std::move(bytes)) {}
 
-    /// Gives the family another name, which must not be longer.
+    /// Renames the family. The new name must not be longer than the old one.
     void rename_family(const std::string& name) {
         const std::size_t table = name_table();
         const std::size_t texts = table + number(table + 4, 2);
         for (std::size_t i = 0; i < number(table + 2, 2); ++i) {
             const std::size_t record = table + 6 + 12 * i;
             const std::size_t kind = number(record + 6, 2);
-            if (kind == 1 || kind == 16) { // the family, for old programs and for new ones
+            if (kind == 1 || kind == 16) { // font family and typographic family
                 const std::size_t bytes_a_letter =
-                    number(record, 2) == 1 ? 1 : 2; // 1: the platform with bytes
+                    number(record, 2) == 1 ? 1 : 2; // platform 1 has one byte per letter
                 write_text(texts + number(record + 10, 2), name, bytes_a_letter);
                 put(record + 8, name.size() * bytes_a_letter);
             }
@@ -77,7 +77,7 @@ class FontFile {
     std::vector<std::uint8_t> bytes_;
 };
 
-TEST(FontsThatCome, TahomaIsUsedFromWhenItComesUntilItGoes) {
+TEST(FontDatabase, TahomaIsUsedWhileItIsInstalled) {
     const QFont stand_in = theme::display_font(theme::design_font());
     ASSERT_NE(stand_in.family(), "Tahoma");
     const test::TemporaryFolder folder;

@@ -1,4 +1,4 @@
-// Every role of the palette that Qt's own widgets are given.
+// All roles of the palette of Qt's own widgets.
 #include <utility>
 #include <vector>
 
@@ -52,12 +52,12 @@ void expect_roles(const QPalette& palette, bool enabled) {
     }
 }
 
-TEST(LookPalette, EveryRoleHasItsColour) {
+TEST(ThemePalette, EveryRoleHasItsColour) {
     expect_roles(theme::palette(true), true);
     expect_roles(theme::palette(false), false);
 }
 
-TEST(LookPalette, TheApplicationAndItsToolTipsHaveIt) {
+TEST(ThemePalette, ApplicationAndToolTipsUseThePalette) {
     expect_roles(QApplication::palette(), true);
     expect_roles(QToolTip::palette(), true);
     EXPECT_EQ(QToolTip::font(), theme::display_font(theme::design_font()));

@@ -47,7 +47,7 @@ QImage shown(QWidget& widget) {
     return widget.grab().toImage();
 }
 
-/// Draws like its base and notes the numbers of the palettes that it is given.
+/// Draws like its base style and records the cache keys and groups of the palettes that it is given.
 class PaletteWitness : public QProxyStyle {
   public:
     PaletteWitness() : QProxyStyle(QStyleFactory::create("Fusion")) {}
@@ -63,21 +63,21 @@ class PaletteWitness : public QProxyStyle {
     mutable std::vector<QPalette::ColorGroup> groups;
 };
 
-TEST(Look, WhatIsPaintedForOneDialogIsFoundAgainForTheNext) {
+TEST(Theme, EqualPalettesShareOneCacheKey) {
     auto* style = qobject_cast<QProxyStyle*>(QApplication::style());
     ASSERT_NE(style, nullptr);
     auto* witness = std::make_unique<PaletteWitness>().release();
-    style->setBaseStyle(witness); // which takes it over
+    style->setBaseStyle(witness); // takes ownership
     QImage image(100, 30, QImage::Format_ARGB32);
     QPainter painter(&image);
     QStyleOptionComboBox option;
     option.rect = image.rect();
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        option.palette = theme::palette(); // a new one each time
+        option.palette = theme::palette(); // has a new cache key each time
         option.palette.setCurrentColorGroup(group);
         const qint64 own = option.palette.cacheKey();
         style->drawComplexControl(QStyle::CC_ComboBox, &option, &painter);
-        EXPECT_EQ(option.palette.cacheKey(), own); // it has its own back
+        EXPECT_EQ(option.palette.cacheKey(), own); // restored
     }
     option.palette = theme::palette(false);
     style->drawComplexControl(QStyle::CC_ComboBox, &option, &painter);
@@ -88,7 +88,7 @@ TEST(Look, WhatIsPaintedForOneDialogIsFoundAgainForTheNext) {
     style->setBaseStyle(QStyleFactory::create("Fusion"));
 }
 
-TEST(Look, AHeaderHasNoIcon) {
+TEST(Theme, HeaderIsPaintedWithoutItsIcon) {
     const auto painted_with = [](const QIcon& icon) {
         QImage image(100, 20, QImage::Format_ARGB32);
         image.fill(Qt::black);
@@ -98,13 +98,13 @@ TEST(Look, AHeaderHasNoIcon) {
         option.text = "Name";
         option.icon = icon;
         QApplication::style()->drawControl(QStyle::CE_HeaderLabel, &option, &painter);
-        EXPECT_EQ(option.icon.cacheKey(), icon.cacheKey()); // it has its own back
+        EXPECT_EQ(option.icon.cacheKey(), icon.cacheKey()); // restored
         return image;
     };
     EXPECT_EQ(painted_with(QApplication::style()->standardIcon(QStyle::SP_DirIcon)), painted_with(QIcon()));
 }
 
-TEST(Look, AStandardIconIsTheSameEveryTime) {
+TEST(Theme, StandardIconIsTheSameEveryTime) {
     const QStyle& style = *QApplication::style();
     EXPECT_FALSE(style.standardIcon(QStyle::SP_DialogOkButton).isNull());
     EXPECT_EQ(style.standardIcon(QStyle::SP_DialogOkButton).cacheKey(),
@@ -113,7 +113,7 @@ TEST(Look, AStandardIconIsTheSameEveryTime) {
               style.standardIcon(QStyle::SP_DirIcon).cacheKey());
 }
 
-TEST(Look, ColoursHaveRedInTheLowByteAndMayBeReferences) {
+TEST(Theme, ColoursHaveRedInTheLowByteOrAreSystemColours) {
     EXPECT_EQ(theme::to_qcolor(0x123456), QColor(0x56, 0x34, 0x12));
     EXPECT_EQ(theme::to_qcolor(theme::window_text), QColor(0, 0, 0));
     EXPECT_EQ(theme::to_qcolor(static_cast<Colour>(0x80000005U)), QColor(255, 255, 255));
@@ -131,29 +131,29 @@ constexpr std::array captions{"Set Sprite To 256x256",
                               "Remove",
                               "Sizes Dont Match:"};
 
-// How wide these are in Tahoma, in sizes of the font.
+// Their widths in Tahoma, as multiples of the font size.
 constexpr std::array<double, captions.size()> tahoma_widths{9.71, 11.96, 8.16, 8.22, 8.15,
                                                             4.28, 2.85,  3.52, 7.94};
 
-TEST(LookFont, TheDesignAsksForTahoma) {
+TEST(ThemeFont, DesignFontIsTahoma) {
     const QFont font = theme::design_font();
     EXPECT_EQ(font.family(), "Tahoma");
     EXPECT_EQ(font.pointSizeF(), 9.75);
     EXPECT_EQ(font.weight(), QFont::Normal);
 }
 
-TEST(LookFont, TheDesignFontIsThirteenPixelsOnEveryScreen) {
+TEST(ThemeFont, DesignFontIsThirteenPixelsOnEveryScreen) {
     EXPECT_EQ(theme::display_font(theme::design_font()).pixelSize(), 13);
 }
 
-TEST(LookFont, SizesFollowTheTwipsOfAPixel) {
+TEST(ThemeFont, PixelSizeFollowsTwipsPerPixel) {
     screen().TwipsPerPixelY = 7.5;
     EXPECT_EQ(theme::display_font(theme::design_font()).pixelSize(), 26);
     screen().TwipsPerPixelY = 15;
     EXPECT_EQ(theme::display_font(theme::design_font()).pixelSize(), 13);
 }
 
-TEST(LookFont, AFontInPixelsKeepsItsSizeAndADisplayFontStaysAsItIs) {
+TEST(ThemeFont, PixelSizesAndDisplayFontsAreKept) {
     QFont font = theme::design_font();
     font.setPixelSize(20);
     EXPECT_EQ(theme::display_font(font).pixelSize(), 20);
@@ -161,7 +161,7 @@ TEST(LookFont, AFontInPixelsKeepsItsSizeAndADisplayFontStaysAsItIs) {
     EXPECT_EQ(theme::display_font(display), display);
 }
 
-TEST(LookFont, AnotherFamilyThatExistsIsUsedAsItIs) {
+TEST(ThemeFont, InstalledFamilyIsUsedUnchanged) {
     for (const QString& family : QFontDatabase::families()) {
         QFont font(family);
         font.setPointSizeF(9.75);
@@ -172,7 +172,7 @@ TEST(LookFont, AnotherFamilyThatExistsIsUsedAsItIs) {
     }
 }
 
-TEST(LookFont, StylesAreKept) {
+TEST(ThemeFont, StylesAreKept) {
     QFont font = theme::design_font();
     font.setItalic(true);
     font.setUnderline(true);
@@ -181,7 +181,7 @@ TEST(LookFont, StylesAreKept) {
     EXPECT_FALSE(theme::display_font(theme::design_font()).italic());
 }
 
-TEST(LookFont, CaptionsAreTogetherNoWiderThanInTahomaAndEachHardlyWider) {
+TEST(ThemeFont, CaptionsAreNoWiderThanInTahoma) {
     const QFont font = theme::display_font(theme::design_font());
     const QFontMetricsF metrics(font);
     double together = 0;
@@ -191,19 +191,19 @@ TEST(LookFont, CaptionsAreTogetherNoWiderThanInTahomaAndEachHardlyWider) {
         const double tahoma_width = tahoma_widths[i] * font.pixelSize();
         together += width;
         tahoma_together += tahoma_width;
-        // Letters have other proportions in another family; two pixels fit into every control.
+        // Letter proportions differ between families; every control has two pixels to spare.
         EXPECT_LE(width, tahoma_width + 2) << captions[i];
     }
     EXPECT_LE(together, tahoma_together * 1.01);
-    // Capitals are wide in some families: one or the other is as wide as in Tahoma.
+    // Capitals are relatively wide in some families, so only the wider of the two must come near to Tahoma.
     const double capitals = metrics.horizontalAdvance("VP_PARALLEL_ORIENTED") / (11.39 * font.pixelSize());
     EXPECT_LE(capitals, 1);
-    EXPECT_GE(std::max(together / tahoma_together, capitals), 0.9) << "narrower than need be";
+    EXPECT_GE(std::max(together / tahoma_together, capitals), 0.9) << "narrower than necessary";
 }
 
 // Palette.
 
-TEST(LookPalette, NeitherInactiveNorDisabledGroupsLookDifferent) {
+TEST(ThemePalette, AllColourGroupsAreEqual) {
     for (const bool enabled : {true, false}) {
         const QPalette palette = theme::palette(enabled);
         EXPECT_TRUE(palette.isEqual(QPalette::Active, QPalette::Inactive));
@@ -211,7 +211,7 @@ TEST(LookPalette, NeitherInactiveNorDisabledGroupsLookDifferent) {
     }
 }
 
-TEST(LookPalette, HasTheColoursOfTheProgramWhateverTheDesktop) {
+TEST(ThemePalette, DesktopPaletteIsReplaced) {
     const QPalette palette = QApplication::palette();
     EXPECT_EQ(palette.color(QPalette::Window), QColor(76, 88, 68));
     EXPECT_EQ(palette.color(QPalette::Base), theme::to_qcolor(0x37463E));
@@ -219,27 +219,27 @@ TEST(LookPalette, HasTheColoursOfTheProgramWhateverTheDesktop) {
     EXPECT_EQ(palette.color(QPalette::ButtonText), QColor(255, 255, 255));
     EXPECT_EQ(palette.color(QPalette::Highlight), QColor(196, 181, 80));
     EXPECT_EQ(palette.color(QPalette::HighlightedText), QColor(0, 0, 0));
-    QPalette of_the_desktop(Qt::red);
-    QApplication::style()->polish(of_the_desktop);
-    EXPECT_EQ(of_the_desktop, theme::palette());
+    QPalette desktop_palette(Qt::red);
+    QApplication::style()->polish(desktop_palette);
+    EXPECT_EQ(desktop_palette, theme::palette());
     EXPECT_EQ(QApplication::style()->standardPalette(), theme::palette());
 }
 
-TEST(LookPalette, ToolTipsAreLegible) {
+TEST(ThemePalette, ToolTipsAreLegible) {
     const QPalette palette = QToolTip::palette();
     const int contrast =
         palette.color(QPalette::ToolTipText).lightness() - palette.color(QPalette::ToolTipBase).lightness();
     EXPECT_GT(contrast, 100);
 }
 
-TEST(LookPalette, AWidgetThatIsItselfDisabledHasGreyText) {
+TEST(ThemePalette, DisabledPaletteHasGreyText) {
     const QPalette palette = theme::palette(false);
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
         EXPECT_EQ(palette.color(role), QColor(128, 128, 128));
     }
 }
 
-TEST(Look, TheProgramHasItsName) {
+TEST(Theme, ApplicationHasItsNameAndFont) {
     EXPECT_EQ(QApplication::applicationDisplayName(), application_title);
     EXPECT_EQ(std::string(application_title), "Varnoth 1.0");
     EXPECT_EQ(QApplication::font(), theme::display_font(theme::design_font()));
@@ -247,10 +247,10 @@ TEST(Look, TheProgramHasItsName) {
 
 // Widgets.
 
-/// A window with one of everything that Qt draws.
-class LookWindow : public testing::Test {
+/// A window with one widget of each kind that Qt draws.
+class ThemeWindow : public testing::Test {
   protected:
-    LookWindow() {
+    ThemeWindow() {
         window_.resize(400, 300);
         list_.setGeometry(10, 10, 120, 100);
         for (int i = 0; i < 30; ++i) {
@@ -265,7 +265,7 @@ class LookWindow : public testing::Test {
         button_.setGeometry(140, 70, 80, 24);
         folders_.setGeometry(10, 120, 120, 100);
         for (QWidget* widget : window_.findChildren<QWidget*>()) {
-            widget->setFocusPolicy(Qt::NoFocus); // the keyboard leaves a disabled window, and is seen
+            widget->setFocusPolicy(Qt::NoFocus); // a disabled window loses the focus, which is visible
         }
         window_.show();
     }
@@ -278,7 +278,7 @@ class LookWindow : public testing::Test {
     FolderListBox folders_{"Dir1", &window_};
 };
 
-TEST_F(LookWindow, AFormThatStandsDisabledBehindItsDialogLooksAsBefore) {
+TEST_F(ThemeWindow, DisabledWindowLooksLikeAnEnabledOne) {
     const QImage before = shown(window_);
     window_.setEnabled(false);
     EXPECT_EQ(shown(window_), before);
@@ -286,7 +286,7 @@ TEST_F(LookWindow, AFormThatStandsDisabledBehindItsDialogLooksAsBefore) {
     EXPECT_EQ(shown(window_), before);
 }
 
-TEST_F(LookWindow, AListThatIsItselfDisabledShowsGreyTextAlsoInADisabledWindow) {
+TEST_F(ThemeWindow, DisabledListHasGreyTextInAnyWindow) {
     EXPECT_GT(count_of(shown(list_), theme::light_text), 0);
     list_.SetEnabled(false);
     const QImage disabled = shown(list_);
@@ -300,7 +300,7 @@ TEST_F(LookWindow, AListThatIsItselfDisabledShowsGreyTextAlsoInADisabledWindow) 
     EXPECT_GT(count_of(shown(list_), theme::light_text), 0);
 }
 
-TEST_F(LookWindow, AFieldAndAButtonThatAreThemselvesDisabledShowGreyText) {
+TEST_F(ThemeWindow, DisabledFieldAndButtonLookDisabled) {
     for (QWidget* widget : std::array<QWidget*, 2>{&field_, &button_}) {
         const QImage enabled = shown(*widget);
         widget->setEnabled(false);
@@ -312,7 +312,7 @@ TEST_F(LookWindow, AFieldAndAButtonThatAreThemselvesDisabledShowGreyText) {
     }
 }
 
-TEST_F(LookWindow, AWindowThatIsNotActiveLooksAsBefore) {
+TEST_F(ThemeWindow, InactiveWindowLooksLikeAnActiveOne) {
     const QImage before = shown(window_);
     QWidget other;
     other.show();
@@ -321,7 +321,7 @@ TEST_F(LookWindow, AWindowThatIsNotActiveLooksAsBefore) {
     EXPECT_EQ(shown(window_), before);
 }
 
-TEST_F(LookWindow, ScrollBarsAreFlatAndRaised) {
+TEST_F(ThemeWindow, ScrollBarsAreFlatAndRaised) {
     const QScrollBar* bar = list_.verticalScrollBar();
     const QImage image = shown(*list_.verticalScrollBar());
     ASSERT_TRUE(bar->isVisible());

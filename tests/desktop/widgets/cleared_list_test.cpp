@@ -1,15 +1,15 @@
-// A list that was emptied and filled again works as before.
+// A list that was cleared and filled again behaves like a new one.
 #include <QTest>
 
 #include <gtest/gtest.h>
 
-#include "desktop/widgets/ListBox.h"
 #include "desktop/services/exception_barrier.h"
+#include "desktop/widgets/ListBox.h"
 
 namespace varnoth {
 namespace {
 
-TEST(ClearedList, TheKeyboardRaisesClickThereWithoutAMark) {
+TEST(ClearedList, KeyboardRaisesClickWithoutASelection) {
     ListBox list("List1", nullptr);
     list.show();
     list.activateWindow();

@@ -1,13 +1,14 @@
-// What a screen reader can press: nothing while it is disabled, and nothing by another action's name.
+// The press action that assistive technology uses. Disabled widgets do not offer it; other actions do
+// nothing.
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 
 #include <gtest/gtest.h>
 
+#include "desktop/services/exception_barrier.h"
 #include "desktop/widgets/DropDownList.h"
 #include "desktop/widgets/PictureBox.h"
-#include "desktop/services/exception_barrier.h"
 
 namespace varnoth {
 namespace {
@@ -22,7 +23,7 @@ void press(QWidget& widget) {
 
 const QStringList only_press{QAccessibleActionInterface::pressAction()};
 
-TEST(DropDownList, PressedByAScreenReaderItOpensAndCloses) {
+TEST(DropDownList, PressActionOpensAndCloses) {
     DropDownList list("Combo1", nullptr);
     list.AddItem("*.bmp");
     list.show();
@@ -33,7 +34,7 @@ TEST(DropDownList, PressedByAScreenReaderItOpensAndCloses) {
     EXPECT_FALSE(list.view()->isVisible());
 }
 
-TEST(DropDownList, DisabledItDoesNotOpenForAScreenReader) {
+TEST(DropDownList, DisabledListHasNoPressAction) {
     DropDownList list("Combo1", nullptr);
     list.AddItem("*.bmp");
     list.show();
@@ -45,7 +46,7 @@ TEST(DropDownList, DisabledItDoesNotOpenForAScreenReader) {
     EXPECT_FALSE(list.view()->isVisible());
 }
 
-TEST(PictureBox, DisabledItDoesNotClickForAScreenReader) {
+TEST(PictureBox, DisabledPictureHasNoPressAction) {
     PictureBox box("Picture1", nullptr, {.width = 8, .height = 6});
     int clicks = 0;
     on_event(&box, &PictureBox::Click, &box, [&] { ++clicks; });
@@ -60,12 +61,12 @@ TEST(PictureBox, DisabledItDoesNotClickForAScreenReader) {
     EXPECT_EQ(clicks, 1) << "disabled";
 }
 
-TEST(PictureBox, NobodyHearsItSoAScreenReaderCannotPressIt) {
+TEST(PictureBox, UnconnectedPictureHasNoPressAction) {
     PictureBox box("Picture1", nullptr, {.width = 8, .height = 6});
     EXPECT_EQ(actions_of(box).actionNames(), QStringList());
 }
 
-TEST(PictureBox, DoubleClickedOnlyItIsPressedAsADoubleClick) {
+TEST(PictureBox, PressActionRaisesDblClickIfOnlyThatIsConnected) {
     PictureBox box("Picture1", nullptr, {.width = 8, .height = 6});
     int double_clicks = 0;
     on_event(&box, &PictureBox::DblClick, &box, [&] { ++double_clicks; });

@@ -1,4 +1,4 @@
-// Where the drop-down list has its text, and where it takes its window to be.
+// The position of a drop-down list's text, and the window position that a press on the list corrects.
 #include <QAbstractItemView>
 #include <QCoreApplication>
 #include <QImage>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr int arrow_width = 18;
 
-TEST(DropDownList, ItsTextStandsFourPixelsFromTheLeftInTheMiddle) {
+TEST(DropDownList, TextIsFourPixelsFromTheLeftAndCentred) {
     DropDownList list("Combo1", nullptr);
     list.resize(120, 20);
     list.AddItem("HHH");
@@ -33,7 +33,7 @@ TEST(DropDownList, ItsTextStandsFourPixelsFromTheLeftInTheMiddle) {
               expected.copy(inside));
 }
 
-/// How far a window moves by a press on its list when the pointer's places are off by that much.
+/// How far a press on the list moves its window when the pointer's global position is off by `offset`.
 QPoint moved_by_press(const QPoint& offset) {
     QWidget window;
     window.resize(200, 100);
@@ -51,13 +51,13 @@ QPoint moved_by_press(const QPoint& offset) {
     return window.windowHandle()->position() - before;
 }
 
-TEST(DropDownList, AWindowThatThePointerSeesElsewhereIsTakenToBeThere) {
+TEST(DropDownList, PressCorrectsTheWindowPosition) {
     EXPECT_EQ(moved_by_press({3, 2}), QPoint(3, 2));
     EXPECT_EQ(moved_by_press({-3, -2}), QPoint(-3, -2));
     EXPECT_EQ(moved_by_press({50, 0}), QPoint(50, 0));
 }
 
-TEST(DropDownList, ADifferenceOfAPixelOrTwoIsRounding) {
+TEST(DropDownList, PressIgnoresRoundingDifferences) {
     EXPECT_EQ(moved_by_press({2, 2}), QPoint(0, 0));
     EXPECT_EQ(moved_by_press({-4, 0}), QPoint(0, 0));
 }

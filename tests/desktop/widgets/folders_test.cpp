@@ -1,4 +1,4 @@
-// The lists of files, folders and drives, with the events of a real mouse and keyboard.
+// The lists of files, folders and drives, with real mouse and keyboard events.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -39,7 +39,7 @@ std::vector<std::string> lines_of(const ListBox& list) {
     return lines;
 }
 
-TEST(FileListBox, ListsTheFilesThatEndAsThePatternSays) {
+TEST(FileListBox, ListsTheFilesThatMatchThePattern) {
     const TemporaryFolder folder;
     for (const char* name : {"b10.bmp", "b2.BMP", "a.jpg", "bmp", "ü.bmp"}) {
         folder.write(name, {});
@@ -58,7 +58,7 @@ TEST(FileListBox, ListsTheFilesThatEndAsThePatternSays) {
     EXPECT_EQ(clicks, 0);
 }
 
-TEST(FileListBox, AFolderThatCannotBeReadHasNoEntries) {
+TEST(FileListBox, UnreadableFolderHasNoEntries) {
     const TemporaryFolder folder;
     folder.write("a.bmp", {});
     FileListBox list("File1", nullptr);
@@ -68,7 +68,7 @@ TEST(FileListBox, AFolderThatCannotBeReadHasNoEntries) {
     EXPECT_EQ(list.ListCount(), 0);
 }
 
-TEST(FileListBox, ANameThatIsNoUtf8ComesBackFromItsLine) {
+TEST(FileListBox, NonUtf8NameIsRecoveredFromItsLine) {
     const TemporaryFolder folder;
     folder.write("a\xFF.bmp", {});
     FileListBox list("File1", nullptr);
@@ -89,7 +89,7 @@ std::vector<std::string> lines_of(const QListWidget& list) {
     return lines;
 }
 
-/// A tree of folders and a folder list that tells of its changes.
+/// A tree of folders, and a folder list whose Change events are recorded.
 class FolderListBoxTest : public testing::Test {
   protected:
     FolderListBoxTest() {
@@ -104,7 +104,7 @@ class FolderListBoxTest : public testing::Test {
         on_event(&list_, &FolderListBox::Change, &list_, [this] { changes_.push_back(list_.Path()); });
     }
 
-    /// The line of a folder, counted from the open folder's line.
+    /// The line that is `below` lines below the open folder.
     int line(int below) const { return open_line() + below; }
 
     int open_line() const {
@@ -122,7 +122,7 @@ class FolderListBoxTest : public testing::Test {
     std::vector<std::string> changes_;
 };
 
-TEST_F(FolderListBoxTest, ListsTheFoldersDownToTheOpenOneAndThoseInIt) {
+TEST_F(FolderListBoxTest, ListsAncestorsAndSubfoldersOfTheOpenFolder) {
     std::vector<std::string> expected;
     for (const std::filesystem::path& part : std::filesystem::path(tree_.path())) {
         expected.push_back(part.string());
@@ -134,11 +134,11 @@ TEST_F(FolderListBoxTest, ListsTheFoldersDownToTheOpenOneAndThoseInIt) {
     EXPECT_EQ(list_.item(line(2))->toolTip().toStdString(), tree_.file("f2"));
 }
 
-TEST_F(FolderListBoxTest, EachFolderIsIndentedUnderTheOneThatHoldsIt) {
-    const auto text_left = [&](int row) {
+TEST_F(FolderListBoxTest, FoldersAreIndentedUnderTheirParent) {
+    const auto icon_left = [&](int row) {
         list_.scrollToItem(list_.item(row));
         const QImage image = list_.viewport()->grab(list_.visualItemRect(list_.item(row))).toImage();
-        // The figure of the folder begins with its dark outline.
+        // The folder icon begins with a dark outline.
         for (int x = 0; x < image.width(); ++x) {
             if (image.pixelColor(x, image.height() / 2) == theme::to_qcolor(theme::edge_dark)) {
                 return x;
@@ -146,21 +146,21 @@ TEST_F(FolderListBoxTest, EachFolderIsIndentedUnderTheOneThatHoldsIt) {
         }
         return -1;
     };
-    EXPECT_EQ(text_left(1) - text_left(0), 10);
-    EXPECT_EQ(text_left(line(1)) - text_left(line(0)), 10);
-    EXPECT_EQ(text_left(line(2)) - text_left(line(1)), 0);
+    EXPECT_EQ(icon_left(1) - icon_left(0), 10);
+    EXPECT_EQ(icon_left(line(1)) - icon_left(line(0)), 10);
+    EXPECT_EQ(icon_left(line(2)) - icon_left(line(1)), 0);
 }
 
-TEST_F(FolderListBoxTest, IsPaintedWhileAFailureIsTold) {
+TEST_F(FolderListBoxTest, IsPaintedWhileAFatalErrorIsReported) {
     const QImage before = list_.viewport()->grab().toImage();
     QImage during;
-    const FatalErrorHandlerInstallation end(
+    const FatalErrorHandlerInstallation installation(
         [&](std::string_view, std::string_view) { during = list_.viewport()->grab().toImage(); });
     guard_event([] { fail(Failure::Overflow); });
     EXPECT_EQ(during, before);
 }
 
-TEST_F(FolderListBoxTest, ADoubleClickOpensAFolderAndTellsOfIt) {
+TEST_F(FolderListBoxTest, DoubleClickOpensAFolderAndRaisesChange) {
     double_click(line(2));
     EXPECT_EQ(list_.Path(), tree_.file("f2"));
     EXPECT_EQ(lines_of(list_).back(), "inner");
@@ -171,7 +171,7 @@ TEST_F(FolderListBoxTest, ADoubleClickOpensAFolderAndTellsOfIt) {
     EXPECT_EQ(lines_of(list_).front(), "/");
 }
 
-TEST_F(FolderListBoxTest, ASingleClickOpensNothing) {
+TEST_F(FolderListBoxTest, SingleClickOpensNothing) {
     click(list_, line(2));
     EXPECT_EQ(list_.Path(), tree_.path());
     EXPECT_TRUE(changes_.empty());
@@ -185,13 +185,13 @@ TEST_F(FolderListBoxTest, EnterOpensTheCurrentFolder) {
     EXPECT_EQ(changes_, std::vector<std::string>{tree_.file("f2")});
 }
 
-TEST_F(FolderListBoxTest, ALinkToAFolderOpensUnderItsOwnName) {
+TEST_F(FolderListBoxTest, LinkToAFolderOpensUnderItsOwnName) {
     double_click(line(4));
     EXPECT_EQ(list_.Path(), tree_.file("link"));
     EXPECT_EQ(lines_of(list_).back(), "inner");
 }
 
-TEST_F(FolderListBoxTest, AFolderWhoseNameIsNoUtf8IsShownAndOpened) {
+TEST_F(FolderListBoxTest, FolderWithANonUtf8NameIsShownAndOpened) {
     std::filesystem::create_directories(tree_.file("f2/z\xFF/inner"));
     list_.SetPath(tree_.file("f2"));
     const int line = list_.count() - 1;
@@ -202,7 +202,7 @@ TEST_F(FolderListBoxTest, AFolderWhoseNameIsNoUtf8IsShownAndOpened) {
     EXPECT_EQ(lines_of(list_).back(), "inner");
 }
 
-TEST_F(FolderListBoxTest, AFolderThatHasGoneIsTakenFromTheList) {
+TEST_F(FolderListBoxTest, DeletedFolderIsRemovedFromTheList) {
     std::filesystem::remove_all(tree_.file("f2"));
     double_click(line(2));
     EXPECT_EQ(list_.Path(), tree_.path());
@@ -219,7 +219,7 @@ TEST_F(FolderListBoxTest, SetPathRaisesChangeOnlyForAnotherFolder) {
     EXPECT_EQ(changes_, std::vector<std::string>{tree_.file("f10")});
 }
 
-TEST_F(FolderListBoxTest, AnEmptyPathChangesNothingAndAMissingFolderIsAFailure) {
+TEST_F(FolderListBoxTest, EmptyPathIsIgnoredAndMissingFolderFails) {
     list_.SetPath("");
     EXPECT_EQ(list_.Path(), tree_.path());
     EXPECT_FAILURE(list_.SetPath(tree_.file("none")), PathNotFound);
@@ -234,7 +234,7 @@ TEST_F(FolderListBoxTest, StartsInTheCurrentFolder) {
 
 // Drives.
 
-TEST(DriveList, KnowsWhatTheSystemMountsForItself) {
+TEST(DriveList, RecognisesSystemVolumes) {
     EXPECT_FALSE(is_system_volume("/home", "ext4"));
     EXPECT_FALSE(is_system_volume("/run/media/me/STICK", "vfat"));
     EXPECT_FALSE(is_system_volume("/tmp", "tmpfs"));
@@ -246,7 +246,7 @@ TEST(DriveList, KnowsWhatTheSystemMountsForItself) {
     EXPECT_TRUE(is_system_volume("/var/lib/docker/overlay2/x/merged", "overlay"));
 }
 
-TEST(DriveList, TheRootIsThereOnceAndWhatTheSystemMountsForItselfIsNot) {
+TEST(DriveList, ListsTheRootOnceAndNoSystemVolumes) {
     const DriveList drives("Drive1", nullptr);
     int roots = 0;
     for (int i = 0; i < drives.ListCount(); ++i) {
@@ -278,7 +278,7 @@ TEST(DriveList, ShowsTheDriveOfAFolderWithoutRaisingChange) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST(DriveList, AChoiceOfTheUserRaisesChange) {
+TEST(DriveList, UserChoiceRaisesChange) {
     DriveList drives("Drive1", nullptr);
     drives.AddItem("/somewhere");
     drives.setItemData(drives.ListCount() - 1, "/somewhere");
@@ -290,7 +290,7 @@ TEST(DriveList, AChoiceOfTheUserRaisesChange) {
     EXPECT_EQ(changes, std::vector<std::string>{"/somewhere"});
 }
 
-TEST(DriveList, ChoosingTheDriveThatIsShownIsNoChange) {
+TEST(DriveList, ChoosingTheSelectedDriveRaisesNoChange) {
     DriveList drives("Drive1", nullptr);
     drives.AddItem("/somewhere");
     drives.setItemData(drives.ListCount() - 1, "/somewhere");

@@ -1,4 +1,4 @@
-// The lists and the drop-down lists, with the events of a real mouse and keyboard.
+// List boxes and drop-down lists, with real mouse and keyboard events.
 #include <string>
 #include <vector>
 
@@ -33,7 +33,7 @@ void click(QListWidget& list, int line, Qt::KeyboardModifiers keys = {}) {
     QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, middle_of(list, line));
 }
 
-std::vector<int> marks(const ListBox& list) {
+std::vector<int> selected_lines(const ListBox& list) {
     std::vector<int> lines;
     for (int i = 0; i < list.ListCount(); ++i) {
         if (list.Selected(i)) {
@@ -46,13 +46,13 @@ std::vector<int> marks(const ListBox& list) {
 
 using Lines = std::vector<int>;
 
-/// A list on the screen with five lines, and what it raised: at each Click, the marks as they were then.
+/// A visible list of five lines. Records the selected lines at each Click and counts the double clicks.
 class ListBoxTest : public testing::Test {
   protected:
     ListBoxTest() {
         list_.resize(150, 200);
         fill(list_, 5);
-        on_event(&list_, &ListBox::Click, &list_, [this] { clicks_.push_back(marks(list_)); });
+        on_event(&list_, &ListBox::Click, &list_, [this] { clicks_.push_back(selected_lines(list_)); });
         on_event(&list_, &ListBox::DblClick, &list_, [this] { ++double_clicks_; });
         list_.show();
         QCoreApplication::processEvents();
@@ -63,7 +63,7 @@ class ListBoxTest : public testing::Test {
     int double_clicks_ = 0;
 };
 
-TEST_F(ListBoxTest, NothingIsCurrentUntilSomebodyChooses) {
+TEST_F(ListBoxTest, NoLineIsCurrentAtFirst) {
     EXPECT_EQ(list_.ListIndex(), -1);
     list_.Clear();
     EXPECT_EQ(list_.ListCount(), 0);
@@ -72,7 +72,7 @@ TEST_F(ListBoxTest, NothingIsCurrentUntilSomebodyChooses) {
     EXPECT_TRUE(clicks_.empty());
 }
 
-TEST_F(ListBoxTest, TheKeyboardComingInMakesNoLineCurrent) {
+TEST_F(ListBoxTest, FocusMakesNoLineCurrent) {
     for (const Qt::FocusReason reason : {Qt::TabFocusReason, Qt::MouseFocusReason, Qt::OtherFocusReason}) {
         list_.clearFocus();
         list_.setFocus(reason);
@@ -83,7 +83,7 @@ TEST_F(ListBoxTest, TheKeyboardComingInMakesNoLineCurrent) {
     EXPECT_TRUE(clicks_.empty());
 }
 
-TEST_F(ListBoxTest, TheKeyboardComingInLeavesTheCurrentLine) {
+TEST_F(ListBoxTest, FocusKeepsTheCurrentLine) {
     list_.SetListIndex(3);
     list_.clearFocus();
     list_.setFocus(Qt::TabFocusReason);
@@ -91,7 +91,7 @@ TEST_F(ListBoxTest, TheKeyboardComingInLeavesTheCurrentLine) {
     EXPECT_EQ(clicks_.size(), 1U);
 }
 
-TEST_F(ListBoxTest, ClearForgetsTheCurrentLineAndTheMarksAndRaisesNothing) {
+TEST_F(ListBoxTest, ClearResetsLineAndSelectionWithoutClick) {
     list_.SetListIndex(2);
     list_.SetSelected(2, true);
     clicks_.clear();
@@ -101,20 +101,20 @@ TEST_F(ListBoxTest, ClearForgetsTheCurrentLineAndTheMarksAndRaisesNothing) {
     EXPECT_TRUE(clicks_.empty());
 }
 
-TEST_F(ListBoxTest, SetListIndexIsASelectionAlsoOfTheLineThatIsCurrentAlready) {
+TEST_F(ListBoxTest, SetListIndexRaisesClickEvenForTheCurrentLine) {
     list_.SetListIndex(1);
     list_.SetListIndex(1);
     EXPECT_EQ(clicks_.size(), 2U);
     EXPECT_EQ(list_.ListIndex(), 1);
 }
 
-TEST_F(ListBoxTest, SetListIndexLeavesTheMarks) {
+TEST_F(ListBoxTest, SetListIndexKeepsTheSelection) {
     list_.SetSelected(0, true);
     list_.SetSelected(4, true);
     EXPECT_TRUE(clicks_.empty());
     list_.SetListIndex(2);
     EXPECT_EQ(clicks_, (std::vector<Lines>{{0, 4}}));
-    EXPECT_EQ(marks(list_), (Lines{0, 4}));
+    EXPECT_EQ(selected_lines(list_), (Lines{0, 4}));
 }
 
 TEST_F(ListBoxTest, SetListIndexScrollsToTheLine) {
@@ -123,7 +123,7 @@ TEST_F(ListBoxTest, SetListIndexScrollsToTheLine) {
     EXPECT_TRUE(list_.viewport()->rect().contains(list_.visualItemRect(list_.item(400))));
 }
 
-TEST_F(ListBoxTest, ALineThatIsNotThereIsAFailure) {
+TEST_F(ListBoxTest, MissingLineRaisesAFailure) {
     EXPECT_FAILURE(list_.SetListIndex(5), InvalidPropertyValue);
     EXPECT_FAILURE(list_.SetListIndex(-1), InvalidPropertyValue);
     EXPECT_FAILURE(list_.List(5), SubscriptOutOfRange);
@@ -134,7 +134,7 @@ TEST_F(ListBoxTest, ALineThatIsNotThereIsAFailure) {
     EXPECT_TRUE(clicks_.empty());
 }
 
-TEST_F(ListBoxTest, APressRaisesClickOnceWithItsMarkSetAlsoOnTheCurrentLine) {
+TEST_F(ListBoxTest, PressSelectsALineThenRaisesClickOnce) {
     click(list_, 1);
     EXPECT_EQ(clicks_, (std::vector<Lines>{{1}}));
     EXPECT_EQ(list_.ListIndex(), 1);
@@ -143,7 +143,7 @@ TEST_F(ListBoxTest, APressRaisesClickOnceWithItsMarkSetAlsoOnTheCurrentLine) {
     EXPECT_EQ(clicks_, (std::vector<Lines>{{1}, {1}, {3}}));
 }
 
-TEST_F(ListBoxTest, ControlAndShiftMarkSeveralLines) {
+TEST_F(ListBoxTest, ControlAndShiftSelectSeveralLines) {
     click(list_, 0);
     click(list_, 2, Qt::ControlModifier);
     click(list_, 4, Qt::ShiftModifier);
@@ -153,7 +153,7 @@ TEST_F(ListBoxTest, ControlAndShiftMarkSeveralLines) {
     EXPECT_EQ(list_.ListIndex(), 3);
 }
 
-TEST_F(ListBoxTest, APlainPressOnOneOfSeveralMarkedLinesMarksItAloneBeforeClick) {
+TEST_F(ListBoxTest, PressOnASelectedLineDeselectsTheOthersBeforeClick) {
     click(list_, 0);
     click(list_, 3, Qt::ShiftModifier);
     clicks_.clear();
@@ -161,20 +161,20 @@ TEST_F(ListBoxTest, APlainPressOnOneOfSeveralMarkedLinesMarksItAloneBeforeClick)
     EXPECT_EQ(clicks_, (std::vector<Lines>{{1}}));
 }
 
-TEST_F(ListBoxTest, AMarkThatClickTakesOffStaysOffWhenTheButtonIsReleased) {
+TEST_F(ListBoxTest, LineThatClickDeselectsStaysSoOnRelease) {
     on_event(&list_, &ListBox::Click, &list_, [this] { list_.SetSelected(2, false); });
     click(list_, 2);
-    EXPECT_EQ(marks(list_), Lines{});
+    EXPECT_EQ(selected_lines(list_), Lines{});
     EXPECT_EQ(list_.ListIndex(), 2);
 }
 
-TEST_F(ListBoxTest, MarksThatClickSetsStayWhenTheButtonIsReleased) {
+TEST_F(ListBoxTest, LineThatClickSelectsStaysSoOnRelease) {
     on_event(&list_, &ListBox::Click, &list_, [this] { list_.SetSelected(4, true); });
     click(list_, 2);
-    EXPECT_EQ(marks(list_), (Lines{2, 4}));
+    EXPECT_EQ(selected_lines(list_), (Lines{2, 4}));
 }
 
-TEST_F(ListBoxTest, APressBesideTheLinesChangesNothing) {
+TEST_F(ListBoxTest, PressOutsideTheLinesChangesNothing) {
     click(list_, 1);
     clicks_.clear();
     const QPoint empty(20, middle_of(list_, 4).y() + 40);
@@ -186,13 +186,13 @@ TEST_F(ListBoxTest, APressBesideTheLinesChangesNothing) {
     EXPECT_TRUE(clicks_.empty());
     EXPECT_EQ(double_clicks_, 0);
     EXPECT_EQ(list_.ListIndex(), 1);
-    EXPECT_EQ(marks(list_), Lines{1});
+    EXPECT_EQ(selected_lines(list_), Lines{1});
 }
 
-TEST_F(ListBoxTest, AReleaseBesideTheLinesLeavesTheMarks) {
+TEST_F(ListBoxTest, ReleaseOutsideTheLinesKeepsTheSelection) {
     QTest::mousePress(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 2));
     QTest::mouseRelease(list_.viewport(), Qt::LeftButton, {}, {20, middle_of(list_, 4).y() + 40});
-    EXPECT_EQ(marks(list_), Lines{2});
+    EXPECT_EQ(selected_lines(list_), Lines{2});
 }
 
 TEST_F(ListBoxTest, OtherButtonsChangeNothing) {
@@ -201,21 +201,21 @@ TEST_F(ListBoxTest, OtherButtonsChangeNothing) {
     QTest::mouseClick(list_.viewport(), Qt::RightButton, {}, middle_of(list_, 3));
     EXPECT_TRUE(clicks_.empty());
     EXPECT_EQ(list_.ListIndex(), 1);
-    EXPECT_EQ(marks(list_), Lines{1});
+    EXPECT_EQ(selected_lines(list_), Lines{1});
 }
 
-TEST_F(ListBoxTest, ADoubleClickIsOneClickAndADoubleClick) {
+TEST_F(ListBoxTest, DoubleClickRaisesOneClickAndOneDblClick) {
     test::fast_pair(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 2));
     EXPECT_EQ(clicks_, (std::vector<Lines>{{2}}));
     EXPECT_EQ(double_clicks_, 1);
 }
 
-TEST_F(ListBoxTest, AFastPairWithControlMarksAndUnmarks) {
+TEST_F(ListBoxTest, DoubleClickWithControlSelectsAndDeselects) {
     test::fast_pair(list_.viewport(), Qt::LeftButton, Qt::ControlModifier, middle_of(list_, 2));
     EXPECT_EQ(clicks_, (std::vector<Lines>{{2}, {}}));
 }
 
-TEST_F(ListBoxTest, TheKeyboardMovesTheLineAndRaisesClickWithTheMarksSet) {
+TEST_F(ListBoxTest, KeyboardSelectsALineThenRaisesClick) {
     list_.SetListIndex(0);
     clicks_.clear();
     QTest::keyClick(&list_, Qt::Key_Down);
@@ -225,17 +225,17 @@ TEST_F(ListBoxTest, TheKeyboardMovesTheLineAndRaisesClickWithTheMarksSet) {
     QTest::keyClick(&list_, Qt::Key_End);
     EXPECT_EQ(clicks_.back(), Lines{4});
     QTest::keyClick(&list_, Qt::Key_Down);
-    EXPECT_EQ(clicks_.size(), 3U) << "there is nowhere to go";
+    EXPECT_EQ(clicks_.size(), 3U) << "already at the last line";
 }
 
-TEST_F(ListBoxTest, MarksSetByTheKeyboardAloneRaiseClickToo) {
+TEST_F(ListBoxTest, SelectAllRaisesClick) {
     click(list_, 0);
     clicks_.clear();
     QTest::keyClick(&list_, Qt::Key_A, Qt::ControlModifier);
     EXPECT_EQ(clicks_, (std::vector<Lines>{{0, 1, 2, 3, 4}}));
 }
 
-TEST_F(ListBoxTest, AllLinesMarkedBeforeOneWasChosenMakeTheFirstTheCurrentOne) {
+TEST_F(ListBoxTest, SelectAllWithoutACurrentLineMakesTheFirstCurrent) {
     list_.setFocus();
     std::vector<int> current;
     on_event(&list_, &ListBox::Click, &list_, [&] { current.push_back(list_.ListIndex()); });
@@ -244,9 +244,9 @@ TEST_F(ListBoxTest, AllLinesMarkedBeforeOneWasChosenMakeTheFirstTheCurrentOne) {
     EXPECT_EQ(clicks_, (std::vector<Lines>{{0, 1, 2, 3, 4}}));
 }
 
-TEST_F(ListBoxTest, DraggingOverLinesMarksThemAndRaisesClickAtEach) {
+TEST_F(ListBoxTest, DraggingSelectsLinesAndRaisesClickAtEach) {
     QTest::mousePress(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 1));
-    // QTest's own moves hold no button.
+    // QTest::mouseMove sends moves without a button.
     for (const int line : {2, 3}) {
         const QPointF place = middle_of(list_, line);
         QMouseEvent move(QEvent::MouseMove, place, list_.viewport()->mapToGlobal(place), Qt::NoButton,
@@ -258,7 +258,7 @@ TEST_F(ListBoxTest, DraggingOverLinesMarksThemAndRaisesClickAtEach) {
     EXPECT_EQ(list_.ListIndex(), 3);
 }
 
-TEST_F(ListBoxTest, ADisabledListTakesNoPress) {
+TEST_F(ListBoxTest, DisabledListIgnoresPresses) {
     list_.SetEnabled(false);
     EXPECT_FALSE(list_.isEnabled());
     click(list_, 1);
@@ -269,17 +269,17 @@ TEST_F(ListBoxTest, ADisabledListTakesNoPress) {
     EXPECT_EQ(list_.ListIndex(), 1);
 }
 
-TEST_F(ListBoxTest, AFailureInClickEndsTheProgramAndPassesNoEvent) {
-    std::vector<std::string> ends;
-    const FatalErrorHandlerInstallation end(
-        [&](std::string_view name, std::string_view) { ends.emplace_back(name); });
+TEST_F(ListBoxTest, FailureInAClickHandlerIsFatal) {
+    std::vector<std::string> errors;
+    const FatalErrorHandlerInstallation installation(
+        [&](std::string_view name, std::string_view) { errors.emplace_back(name); });
     on_event(&list_, &ListBox::Click, &list_, [] { fail(Failure::Overflow); });
     click(list_, 1);
     QTest::keyClick(&list_, Qt::Key_Down);
-    EXPECT_EQ(ends, (std::vector<std::string>{"Overflow", "Overflow"}));
+    EXPECT_EQ(errors, (std::vector<std::string>{"Overflow", "Overflow"}));
 }
 
-TEST(ListBox, HoldsTheMostLinesThatThereCanBe) {
+TEST(ListBox, HoldsTheMaximumNumberOfLines) {
     constexpr int most = 32767;
     ListBox list("List1", nullptr);
     fill(list, most);
@@ -330,7 +330,7 @@ class DropDownListTest : public testing::Test {
     std::vector<int> clicks_;
 };
 
-TEST_F(DropDownListTest, AddedLinesAreNotChosen) {
+TEST_F(DropDownListTest, AddedLinesAreNotSelected) {
     EXPECT_EQ(list_.ListCount(), 3);
     EXPECT_EQ(list_.ListIndex(), -1);
     list_.SetListIndex(1);
@@ -339,7 +339,7 @@ TEST_F(DropDownListTest, AddedLinesAreNotChosen) {
     EXPECT_EQ(clicks_, std::vector<int>{1});
 }
 
-TEST_F(DropDownListTest, SetListIndexChoosesAndRaisesClickAlsoForTheSameLine) {
+TEST_F(DropDownListTest, SetListIndexRaisesClickEvenForTheSameLine) {
     list_.SetListIndex(2);
     list_.SetListIndex(2);
     list_.SetListIndex(-1);
@@ -357,7 +357,7 @@ TEST_F(DropDownListTest, TextsAreReadAndReplaced) {
     EXPECT_FAILURE(list_.SetList(3, ""), SubscriptOutOfRange);
 }
 
-TEST_F(DropDownListTest, AChoiceOfTheUserRaisesClickAlsoForTheSameLine) {
+TEST_F(DropDownListTest, UserChoiceRaisesClickEvenForTheSameLine) {
     choose(1);
     choose(1);
     EXPECT_EQ(clicks_, (std::vector<int>{1, 1}));
@@ -371,7 +371,7 @@ TEST_F(DropDownListTest, OpensBelowItsField) {
     list_.hidePopup();
 }
 
-TEST_F(DropDownListTest, TheWheelTurnsItOnlyWithTheKeyboardOnIt) {
+TEST_F(DropDownListTest, WheelChangesTheLineOnlyWithTheFocus) {
     QWidget other(&window_);
     other.setFocusPolicy(Qt::StrongFocus);
     other.show();
@@ -394,7 +394,7 @@ TEST_F(DropDownListTest, IsDrawnFlatWithASunkenEdge) {
     EXPECT_EQ(image.pixelColor(50, 12), theme::to_qcolor(theme::field_background));
 }
 
-TEST_F(DropDownListTest, WhenBareItIsItsBackgroundAndItsTextAlone) {
+TEST_F(DropDownListTest, BareListDrawsOnlyBackgroundAndText) {
     list_.set_bare(true);
     list_.SetColours(0x112233, 0xFFFFFF);
     QImage plain(list_.size(), QImage::Format_RGB32);
@@ -404,7 +404,7 @@ TEST_F(DropDownListTest, WhenBareItIsItsBackgroundAndItsTextAlone) {
     EXPECT_NE(list_.grab().toImage().convertToFormat(QImage::Format_RGB32), plain);
 }
 
-TEST_F(DropDownListTest, TheOpenListWearsTheColoursOfTheField) {
+TEST_F(DropDownListTest, OpenListHasTheColoursOfTheField) {
     list_.SetColours(0x112233, 0x445566);
     EXPECT_EQ(list_.view()->palette().color(QPalette::Base), theme::to_qcolor(0x112233));
     EXPECT_EQ(list_.view()->palette().color(QPalette::Text), theme::to_qcolor(0x445566));

@@ -1,4 +1,4 @@
-// Lines that are too long for their list are cut at its edge, and have no dots in their place.
+// Lines that are too long for their list are clipped at its edge, without an ellipsis.
 #include <QAbstractItemView>
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 namespace varnoth {
 namespace {
 
-TEST(LongLines, OfNoListEndInDots) {
+TEST(LongLines, AreNotElided) {
     EXPECT_EQ(ListBox("List1", nullptr).textElideMode(), Qt::ElideNone);
     EXPECT_EQ(FolderListBox("Dir1", nullptr).textElideMode(), Qt::ElideNone);
     EXPECT_EQ(DropDownList("Combo1", nullptr).view()->textElideMode(), Qt::ElideNone);

@@ -1,4 +1,4 @@
-// Labels, lists and pictures: a change is seen on the screen at once.
+// Changes of labels, lists and pictures appear on the screen at once.
 #include "desktop/controls/on_screen.h"
 #include "desktop/theme/theme.h"
 #include "desktop/widgets/DropDownList.h"
@@ -11,7 +11,7 @@ namespace {
 
 using test::expect_shown_at_once;
 
-TEST(OnScreen, ALabelOfTheForms) {
+TEST(OnScreen, FormLabelIsRepainted) {
     QWidget window;
     window.resize(200, 100);
     Label label("Label1", &window, Label::Kind::Text, "one");
@@ -20,7 +20,7 @@ TEST(OnScreen, ALabelOfTheForms) {
     expect_shown_at_once(window, "ForeColor", [&] { label.SetForeColor(theme::highlight); });
 }
 
-TEST(OnScreen, ADropDownList) {
+TEST(OnScreen, DropDownListIsRepainted) {
     QWidget window;
     window.resize(200, 100);
     DropDownList list("Combo1", &window);
@@ -33,7 +33,7 @@ TEST(OnScreen, ADropDownList) {
     expect_shown_at_once(window, "bare", [&] { list.set_bare(true); });
 }
 
-TEST(OnScreen, AList) {
+TEST(OnScreen, ListBoxIsRepainted) {
     QWidget window;
     window.resize(200, 100);
     ListBox list("List1", &window);
@@ -44,7 +44,7 @@ TEST(OnScreen, AList) {
     expect_shown_at_once(window, "Clear", [&] { list.Clear(); });
 }
 
-TEST(OnScreen, APicture) {
+TEST(OnScreen, PictureBoxIsRepainted) {
     QWidget window;
     window.resize(200, 100);
     PictureBox box("Picture1", &window, {.width = 8, .height = 6, .back_colour = 0x0000FF});

@@ -1,4 +1,4 @@
-// The picture box, the label and the symbols, with the events of a real mouse.
+// The picture box, the label and the symbols, with real mouse events.
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -42,7 +42,7 @@ QColor at(const QImage& image, int x, int y) {
     return image.pixelColor(x, y);
 }
 
-/// The events of a picture box as short words.
+/// Records the events of a picture box as text.
 void record(PictureBox& box, std::vector<std::string>& events) {
     const auto noted = [&events](const char* name) {
         return [&events, name](const MouseArguments& mouse) {
@@ -72,7 +72,7 @@ TEST(PictureBox, ShowsTheSurfacePixelByPixel) {
     }
 }
 
-TEST(PictureBox, ActingAsTheMouseRaisesWhatTheMouseRaises) {
+TEST(PictureBox, ActAsMethodsRaiseTheMouseEvents) {
     PictureBox box("Picture1", nullptr, with(32, 2));
     box.show();
     std::vector<std::string> events;
@@ -87,7 +87,7 @@ TEST(PictureBox, ActingAsTheMouseRaisesWhatTheMouseRaises) {
               (std::vector<std::string>{"move 0 0 at 3,4", "down 1 0 at 3,4", "up 1 0 at 3,4", "click"}));
 }
 
-TEST(PictureBox, TheFourthByteOfAPixelHasNoSay) {
+TEST(PictureBox, FourthByteOfAPixelIsIgnored) {
     constexpr int rows = 150;
     PictureBox box("Picture1", nullptr, {.width = 8, .height = rows, .border = 2});
     std::vector<std::uint8_t> bytes;
@@ -95,7 +95,7 @@ TEST(PictureBox, TheFourthByteOfAPixelHasNoSay) {
         bytes.insert(bytes.end(), {10, 20, 30, static_cast<std::uint8_t>(i * 5)});
     }
     box.surface().SetBitmapBits(bytes);
-    QImage page(12, rows + 4, QImage::Format_ARGB32_Premultiplied); // what lies behind may be transparent
+    QImage page(12, rows + 4, QImage::Format_ARGB32_Premultiplied); // the background may be transparent
     page.fill(Qt::transparent);
     box.render(&page);
     for (int i = 0; i < 8 * rows; ++i) {
@@ -103,7 +103,7 @@ TEST(PictureBox, TheFourthByteOfAPixelHasNoSay) {
     }
 }
 
-TEST(PictureBox, TakesTheOuterSizeOfTheSurfaceAndFollowsIt) {
+TEST(PictureBox, FollowsTheOuterSizeOfTheSurface) {
     PictureBox box("Picture1", nullptr, with(32, 2));
     EXPECT_EQ(box.size(), QSize(12, 10));
     box.surface().SetWidth(30);
@@ -113,7 +113,7 @@ TEST(PictureBox, TakesTheOuterSizeOfTheSurfaceAndFollowsIt) {
     EXPECT_EQ(box.size(), QSize(24, 44));
 }
 
-TEST(PictureBox, ABorderIsADarkFrameAroundThePicture) {
+TEST(PictureBox, BorderIsADarkFrame) {
     PictureBox box("Picture1", nullptr, with(32, 2));
     const QColor dark = theme::to_qcolor(theme::edge_dark);
     const QImage image = shown(box);
@@ -125,7 +125,7 @@ TEST(PictureBox, ABorderIsADarkFrameAroundThePicture) {
     EXPECT_EQ(at(image, 9, 7), QColor(255, 0, 0));
 }
 
-TEST(PictureBox, ASurfaceWithoutPixelsShowsNothing) {
+TEST(PictureBox, SurfaceWithoutPixelsDrawsNothing) {
     PictureBox box("Picture1", nullptr, small);
     box.surface().SetWidth(0);
     EXPECT_EQ(box.width(), 0);
@@ -135,7 +135,7 @@ TEST(PictureBox, ASurfaceWithoutPixelsShowsNothing) {
     EXPECT_EQ(page.pixelColor(0, 0), QColor(Qt::green));
 }
 
-TEST(PictureBox, APictureLongerThanQtsOwnLimitIsShown) {
+TEST(PictureBox, PictureBeyondQtsSizeLimitIsShown) {
     QWidget window;
     window.resize(40, 20);
     PictureBox box("Picture1", &window, small);
@@ -148,7 +148,7 @@ TEST(PictureBox, APictureLongerThanQtsOwnLimitIsShown) {
     EXPECT_EQ(at(shown(window), 18, 0), QColor(255, 0, 0));
 }
 
-TEST(PictureBox, AnEnlargedPixelIsASharpSquare) {
+TEST(PictureBox, ScaledPixelIsASharpSquare) {
     PictureBox box("Picture1", nullptr, small);
     box.surface().PSet(1, 1, 0xFFFFFF);
     QImage page(16, 12, QImage::Format_RGB32);
@@ -163,7 +163,7 @@ TEST(PictureBox, AnEnlargedPixelIsASharpSquare) {
     }
 }
 
-TEST(PictureBox, ANewBackgroundOrAnErasedPictureIsShownAtOnce) {
+TEST(PictureBox, SetBackColorAndClsAreShownAtOnce) {
     PictureBox box("Picture1", nullptr, small);
     box.show();
     QCoreApplication::processEvents();
@@ -186,7 +186,7 @@ class CountedPaints : public PictureBox {
     }
 };
 
-TEST(PictureBox, IsPaintedAgainAfterRefreshSetBackColorAndCls) {
+TEST(PictureBox, RefreshSetBackColorAndClsRepaintOnce) {
     CountedPaints box("Picture1", nullptr, small);
     box.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&box));
@@ -203,7 +203,7 @@ TEST(PictureBox, IsPaintedAgainAfterRefreshSetBackColorAndCls) {
     EXPECT_EQ(paints_after([] {}), 0);
 }
 
-TEST(PictureBox, TellsOfTheMouseInPixelsOfThePicture) {
+TEST(PictureBox, MousePositionsAreInPicturePixels) {
     PictureBox box("Picture1", nullptr, with(32, 2));
     std::vector<std::string> events;
     record(box, events);
@@ -214,7 +214,7 @@ TEST(PictureBox, TellsOfTheMouseInPixelsOfThePicture) {
     EXPECT_EQ(events, (std::vector<std::string>{"down 2 2 at 3,2", "up 2 2 at 3,2"}));
 }
 
-TEST(PictureBox, TellsOfMovesWithoutAButtonAndOfAllButtonsHeld) {
+TEST(PictureBox, MouseMoveReportsNoButtonsOrAllHeldButtons) {
     PictureBox box("Picture1", nullptr, small);
     std::vector<std::string> events;
     record(box, events);
@@ -230,7 +230,7 @@ TEST(PictureBox, TellsOfMovesWithoutAButtonAndOfAllButtonsHeld) {
                                                 "move 3 0 at 4,3", "up 1 0 at 4,3", "up 2 0 at 4,3"}));
 }
 
-TEST(PictureBox, AFourthMouseButtonRaisesNothing) {
+TEST(PictureBox, FourthMouseButtonRaisesNothing) {
     PictureBox box("Picture1", nullptr, small);
     std::vector<std::string> events;
     record(box, events);
@@ -238,7 +238,7 @@ TEST(PictureBox, AFourthMouseButtonRaisesNothing) {
     EXPECT_TRUE(events.empty());
 }
 
-TEST(PictureBox, ASecondPressOfTheLeftButtonIsADoubleClickAndNoClickMore) {
+TEST(PictureBox, SecondLeftPressRaisesDblClickInsteadOfClick) {
     PictureBox box("Picture1", nullptr, small);
     std::vector<std::string> events;
     record(box, events);
@@ -251,7 +251,7 @@ TEST(PictureBox, ASecondPressOfTheLeftButtonIsADoubleClickAndNoClickMore) {
                                                 "up 2 0 at 2,3"}));
 }
 
-TEST(PictureBox, AReleaseOutsideIsNoClick) {
+TEST(PictureBox, ReleaseOutsideRaisesNoClick) {
     PictureBox box("Picture1", nullptr, small);
     std::vector<std::string> events;
     record(box, events);
@@ -267,7 +267,7 @@ struct PressCounter : QWidget {
     void mousePressEvent(QMouseEvent* /*event*/) override { ++presses; }
 };
 
-TEST(PictureBox, KeepsTheMouseToItselfAlsoWhenItIsDisabled) {
+TEST(PictureBox, MousePressIsNotPropagatedEvenIfDisabled) {
     PressCounter window;
     window.resize(100, 100);
     PictureBox box("Picture1", &window, small);
@@ -279,14 +279,14 @@ TEST(PictureBox, KeepsTheMouseToItselfAlsoWhenItIsDisabled) {
     EXPECT_EQ(window.presses, 1);
 }
 
-TEST(PictureBox, AFailureInAHandlerEndsTheProgramAndPassesNoEvent) {
-    std::vector<std::string> ends;
-    const FatalErrorHandlerInstallation end(
-        [&](std::string_view name, std::string_view) { ends.emplace_back(name); });
+TEST(PictureBox, FailureInAHandlerIsFatal) {
+    std::vector<std::string> errors;
+    const FatalErrorHandlerInstallation installation(
+        [&](std::string_view name, std::string_view) { errors.emplace_back(name); });
     PictureBox box("Picture1", nullptr, small);
     on_event(&box, &PictureBox::MouseDown, &box, [] { fail(Failure::Overflow); });
     QTest::mousePress(&box, Qt::LeftButton, {}, {2, 3});
-    EXPECT_EQ(ends, std::vector<std::string>{"Overflow"});
+    EXPECT_EQ(errors, std::vector<std::string>{"Overflow"});
 }
 
 // Labels.
@@ -301,7 +301,7 @@ int count_of(const QImage& image, const QColor& colour) {
     return count;
 }
 
-TEST(Label, ASymbolIsDrawnInItsColourBlackAtFirst) {
+TEST(Label, SymbolIsDrawnInItsColourInitiallyBlack) {
     Label label("Label1", nullptr, Label::Kind::Symbol, "g", "Stop");
     label.resize(14, 14);
     EXPECT_EQ(count_of(shown(label), Qt::black), 8 * 8);
@@ -313,7 +313,7 @@ TEST(Label, ASymbolIsDrawnInItsColourBlackAtFirst) {
     EXPECT_EQ(count_of(shown(label), theme::to_qcolor(theme::highlight)), 0);
 }
 
-TEST(Label, ATextIsDrawnInLightLettersAndCanChange) {
+TEST(Label, TextIsDrawnLightAndCanChange) {
     Label label("Label5", nullptr, Label::Kind::Text, "15 fps");
     label.resize(60, 20);
     EXPECT_EQ(label.ForeColor(), theme::light_text);
@@ -326,7 +326,7 @@ TEST(Label, ATextIsDrawnInLightLettersAndCanChange) {
     EXPECT_EQ(count_of(shown(label), theme::to_qcolor(theme::window_background)), 60 * 20);
 }
 
-TEST(Label, EveryPressOfAFastPairIsAClick) {
+TEST(Label, DoubleClickRaisesTwoClicks) {
     Label label("Label3", nullptr, Label::Kind::Symbol, "4", "Faster");
     label.resize(14, 14);
     int clicks = 0;
@@ -337,7 +337,7 @@ TEST(Label, EveryPressOfAFastPairIsAClick) {
     EXPECT_EQ(clicks, 3);
 }
 
-TEST(Label, OnlyTheLeftButtonReleasedOnTheLabelClicks) {
+TEST(Label, OnlyALeftReleaseOnTheLabelRaisesClick) {
     Label label("Label3", nullptr, Label::Kind::Symbol, "4", "Faster");
     label.resize(14, 14);
     int clicks = 0;
@@ -349,7 +349,7 @@ TEST(Label, OnlyTheLeftButtonReleasedOnTheLabelClicks) {
     EXPECT_EQ(clicks, 0);
 }
 
-TEST(Label, AScreenReaderFindsASymbolAsAButtonThatItCanPress) {
+TEST(Label, SymbolIsAnAccessibleButton) {
     Label label("Label1", nullptr, Label::Kind::Symbol, "5", "Move up");
     int clicks = 0;
     on_event(&label, &Label::Click, &label, [&] { ++clicks; });
@@ -365,7 +365,7 @@ TEST(Label, AScreenReaderFindsASymbolAsAButtonThatItCanPress) {
     EXPECT_EQ(clicks, 1) << "disabled";
 }
 
-TEST(Label, AScreenReaderFindsATextAsWhatItSays) {
+TEST(Label, TextIsAccessibleStaticText) {
     Label label("Label5", nullptr, Label::Kind::Text, "15 fps");
     label.SetCaption("16 fps");
     QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&label);
@@ -376,14 +376,14 @@ TEST(Label, AScreenReaderFindsATextAsWhatItSays) {
 
 // Symbols.
 
-TEST(Symbols, EveryOutlineStandsInTheMiddleOfItsBox) {
+TEST(Symbols, OutlinesAreCentredInTheirBox) {
     for (const QSizeF size : {QSizeF(14, 14), QSizeF(12, 12), QSizeF(20, 18), QSizeF(16, 16)}) {
         const QRectF box(QPointF(3, 40), size);
         for (const char* symbol = "rb5634g"; *symbol != '\0'; ++symbol) {
             const QRectF outline = symbol_path(QLatin1Char(*symbol), box).boundingRect();
             EXPECT_TRUE(box.contains(outline)) << *symbol;
-            // Half a pixel and less comes from outlines that begin on a whole one; the arrows of a box of 18
-            // are 5 thick.
+            // Outlines begin on whole pixels, which moves them by up to half a pixel: the arrows in a box of
+            // 18 are 5 pixels thick.
             EXPECT_LE(std::abs(outline.center().x() - box.center().x()), 0.5) << *symbol;
             EXPECT_LE(std::abs(outline.center().y() - box.center().y()), 0.5) << *symbol;
             EXPECT_GE(std::max(outline.width(), outline.height()), box.height() * 0.45) << *symbol;
@@ -391,12 +391,12 @@ TEST(Symbols, EveryOutlineStandsInTheMiddleOfItsBox) {
     }
 }
 
-TEST(Symbols, ArrowsPointWhereTheyShould) {
+TEST(Symbols, ArrowsPointInTheirDirection) {
     const QRectF box(0, 0, 14, 14);
     const auto inside = [&](char symbol, double x, double y) {
         return symbol_path(QLatin1Char(symbol), box).contains(QPointF(x, y));
     };
-    // Near the left and right, upper and lower corners of the middle square.
+    // Points near the corners of the square in the middle.
     EXPECT_TRUE(inside('5', 4, 8.5) && inside('5', 10, 8.5) && !inside('5', 4, 5.5));
     EXPECT_TRUE(inside('6', 4, 5.5) && inside('6', 10, 5.5) && !inside('6', 4, 8.5));
     EXPECT_TRUE(inside('3', 8.5, 4) && inside('3', 8.5, 10) && !inside('3', 5.5, 4));
@@ -409,7 +409,7 @@ TEST(Symbols, OtherCharactersHaveNoOutline) {
     }
 }
 
-TEST(Symbols, StraightEdgesLieOnPixels) {
+TEST(Symbols, StraightEdgesAreOnPixelBoundaries) {
     QImage page(14, 14, QImage::Format_RGB32);
     page.fill(Qt::white);
     QPainter painter(&page);
