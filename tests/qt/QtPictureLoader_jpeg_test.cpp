@@ -47,8 +47,7 @@ class QtPictureLoaderJpeg : public testing::Test {
         return write(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
     }
 
-    /// jpegtopnm uses the same public library as Qt with the same default settings, so the pixels must be
-    /// identical.
+    /// jpegtopnm uses the same public library and defaults as Qt, so the pixels must be identical.
     void expect_read_as_by_netpbm(const std::string& command) const {
         std::uint32_t seed = 0;
         for (const auto& [width, height] :

@@ -14,7 +14,7 @@ namespace varnoth {
 /// The exit status of the program after a fatal error.
 inline constexpr int exit_run_time_failure = 70;
 
-/// Called once for a fatal error, with its name as an identifier and its message for the user.
+/// Handles a fatal error, given its name as an identifier and its message for the user.
 using FatalErrorHandler = std::function<void(std::string_view name, std::string_view message)>;
 
 /// Installs a fatal error handler for its own lifetime; the destructor restores the previous one. The default
@@ -34,8 +34,8 @@ class FatalErrorHandlerInstallation {
 /// Whether the fatal error handler is running. Until it returns, events are ignored.
 bool is_handling_fatal_error();
 
-/// Passes the current exception to the fatal error handler, or drops it while the handler is running. Call it
-/// only in a catch block.
+/// Passes the current exception to the fatal error handler, or drops it while the handler is running. Only
+/// for use in a catch block.
 void handle_current_exception() noexcept;
 
 /// Runs the handler of one event inside the barrier. Does nothing while the fatal error handler is running.

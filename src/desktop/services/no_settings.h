@@ -5,8 +5,7 @@ namespace varnoth {
 
 /// Prevents Qt from reading and writing its own settings. QFileDialog would otherwise restore the folder,
 /// view, history and side bar that it shares with all of the user's Qt programs, and save them on closing.
-/// Call it before the first dialog. It has no effect on Windows, where Qt keeps these settings in the
-/// registry.
+/// Call it before the first dialog. No effect on Windows, where Qt keeps these settings in the registry.
 void keep_no_settings();
 
 } // namespace varnoth

@@ -20,7 +20,8 @@ QPointF nearest_on_screen(const QPainter& painter, const QPointF& place);
 /// those of its neighbours.
 enum class LineSide { None, Top, Left, Right, Bottom };
 
-/// Fills the line. A bottom line begins right of the left line, which is one pixel before it.
+/// Fills the line. A bottom line starts where the left line of its box ends, which starts one pixel before
+/// it.
 void draw_edge(QPainter& painter, const QRectF& line, LineSide side, Colour colour);
 
 /// Draws four lines inside a box. The right and bottom lines are drawn last, over the other two.

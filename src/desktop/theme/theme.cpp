@@ -68,8 +68,8 @@ constexpr std::array stand_ins{StandIn{"DejaVu Sans Condensed", 85},
                                StandIn{"Nimbus Sans", 90},
                                StandIn{"DejaVu Sans", 88}};
 
-// Searches the list of families: asking Qt for a family that is missing makes it search all aliases, which is
-// slow.
+// Searches the list of families. Asking Qt for a missing family is slow, because it then searches all
+// aliases.
 bool is_there(const QString& family) {
     const QStringList families = QFontDatabase::families();
     return families.contains(family, Qt::CaseInsensitive) ||

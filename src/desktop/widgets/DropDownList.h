@@ -27,8 +27,7 @@ class DropDownList : public QComboBox {
     /// The selected line, -1 when there is none.
     std::int32_t ListIndex() const { return currentIndex(); }
 
-    /// Selects a line, or none for -1, and raises Click. Raises InvalidPropertyValue if the line does not
-    /// exist.
+    /// Selects a line, or none for -1, and raises Click. Raises InvalidPropertyValue for any other number.
     void SetListIndex(std::int32_t line);
 
     void SetColours(Colour background, Colour text);

@@ -28,8 +28,7 @@ class ListBox : public QListWidget {
     /// The current line, -1 when there is none.
     std::int32_t ListIndex() const { return currentRow(); }
 
-    /// Makes a line current, scrolls to it and raises Click. Raises InvalidPropertyValue if the line does not
-    /// exist.
+    /// Makes a line current, scrolls to it and raises Click. Raises InvalidPropertyValue without such a line.
     void SetListIndex(std::int32_t line);
 
     /// Whether a line is selected. Raises SubscriptOutOfRange if the line does not exist.

@@ -24,8 +24,8 @@ PictureSurface::Design with_parent(PictureSurface::Design design, SurfaceContain
     return design;
 }
 
-/// An image of the visible part of a bitmap that shares the bitmap's pixels. The raster engine draws no image
-/// with more than 32767 pixels a side; the visible part is never that large.
+/// An image of the visible part of a bitmap that shares the bitmap's pixels. Qt draws no image with more than
+/// 32767 pixels a side; the visible part is never that large.
 QImage shared_part(const Bitmap& bitmap, const QRect& part) {
     const std::uint8_t* first = bitmap.row(part.top()) + std::ptrdiff_t{4} * part.left();
     return {first, part.width(), part.height(), bitmap.row_bytes(), QImage::Format_RGB32};
@@ -53,8 +53,7 @@ void make_opaque(QPainter& painter, const QRect& picture) {
     }
 }
 
-/// The accessible interface: a picture with its size, and a press action if a click or double click does
-/// something.
+/// The accessible interface: a picture with its size, and a press action if it has a click handler.
 class AccessiblePicture : public QAccessibleWidget, public QAccessibleImageInterface {
   public:
     explicit AccessiblePicture(PictureBox* picture)

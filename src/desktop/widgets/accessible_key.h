@@ -6,8 +6,7 @@
 
 namespace varnoth {
 
-/// Sets the shortcut that acts like a click on a control, such as "Ctrl+N". Only the first call has an
-/// effect.
+/// Sets the shortcut that acts like a click on a control, such as "Ctrl+N". Further calls have no effect.
 void set_accessible_key(QWidget& control, const QString& key);
 
 /// The shortcut of a control, empty when it has none.

@@ -1,5 +1,4 @@
-// The press action that assistive technology uses. Disabled widgets do not offer it; other actions do
-// nothing.
+// The press action of assistive technology: disabled widgets do not offer it, and other actions do nothing.
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QAccessibleActionInterface>
