@@ -1,5 +1,5 @@
-// The one exception type of the program: a failure that nothing on the way is meant to repair.
-// It is thrown where it arises and caught at the edge of an event handler, which ends the program.
+// The one exception type of the program. A failure that nothing handles propagates to the exception barrier
+// of the event handler, which terminates the program.
 #pragma once
 
 #include <exception>
@@ -10,16 +10,16 @@ namespace varnoth {
 enum class Failure {
     Overflow,             ///< a number does not fit its 8, 16 or 32 bits
     DivisionByZero,       ///< an integer or real division by zero
-    SubscriptOutOfRange,  ///< an index outside its array, or an array that cannot have its bounds
-    OutOfMemory,          ///< memory for an array or a picture cannot be had
+    SubscriptOutOfRange,  ///< an index outside its array, or invalid bounds for a new array
+    OutOfMemory,          ///< no memory for an array or a picture
     FileNotFound,         ///< no file of that name
-    PathNotFound,         ///< a folder on the way to the file is missing
+    PathNotFound,         ///< a folder in the path of the file is missing
     PermissionDenied,     ///< the file may not be read, written or deleted, or is a folder
-    DiskFull,             ///< no room for the bytes to be written
+    DiskFull,             ///< no space for the bytes to be written
     DeviceIo,             ///< any other failure of the file system
-    InvalidPicture,       ///< a picture file that does not decode
-    InvalidPropertyValue, ///< a size or setting that a surface or control cannot take
-    InvalidProcedureCall, ///< an argument that a routine cannot take
+    InvalidPicture,       ///< a picture file that cannot be decoded
+    InvalidPropertyValue, ///< a size or setting that a surface or control does not accept
+    InvalidProcedureCall, ///< an argument that a routine does not accept
 };
 
 /// The failure's name as an identifier, "SubscriptOutOfRange".

@@ -1,11 +1,11 @@
-// The truth value that file formats, probes and control properties of this program exchange.
+// The truth value of the readers, writers, probes and control properties.
 #pragma once
 
 #include <cstdint>
 
 namespace varnoth {
 
-/// A signed 16-bit number, -1 for true and 0 for false. 1 is not True.
+/// A signed 16-bit number: -1 is true, 0 is false. 1 does not equal True.
 using Truth = std::int16_t;
 
 inline constexpr Truth True = -1;

@@ -1,5 +1,5 @@
-// Arithmetic that fails instead of wrapping, and the one way in which reals become whole numbers.
-// Nothing in the program narrows a number with a bare cast or rounds with anything else.
+// Arithmetic that fails instead of wrapping, and the program's one rounding of reals to integers. Code that
+// narrows or rounds a number uses these functions, never a bare cast.
 #pragma once
 
 #include <cmath>
@@ -11,7 +11,7 @@
 
 namespace varnoth {
 
-/// The value in a narrower type; Overflow when it does not fit.
+/// The value converted to another integer type; Overflow when it does not fit.
 template <std::integral To, std::integral From>
 constexpr To narrow(From value) {
     const To result = static_cast<To>(value);
@@ -21,7 +21,7 @@ constexpr To narrow(From value) {
     return result;
 }
 
-/// The sum in the width of the operands; Overflow instead of a wrap.
+/// The sum; Overflow when it does not fit the type of the operands.
 template <std::signed_integral T>
 constexpr T checked_add(T a, std::type_identity_t<T> b) {
     T result{};
@@ -51,8 +51,8 @@ constexpr T checked_multiply(T a, std::type_identity_t<T> b) {
     return result;
 }
 
-/// A real to the nearest whole number, ties to even; Overflow when it does not fit or is not a number.
-/// Relies on the default rounding mode of the floating-point unit, which nothing here changes.
+/// The nearest integer, ties to even; Overflow when it does not fit or the value is NaN. Relies on the
+/// default floating-point rounding mode, which the program never changes.
 template <std::integral To>
 To round_to_even(double value) {
     const double rounded = std::nearbyint(value);
@@ -64,7 +64,7 @@ To round_to_even(double value) {
     return static_cast<To>(rounded);
 }
 
-/// Real division as the formats use it; DivisionByZero for a zero divisor.
+/// Real division; DivisionByZero for a zero divisor.
 inline double divide(double dividend, double divisor) {
     if (divisor == 0.0) {
         fail(Failure::DivisionByZero);

@@ -25,7 +25,7 @@ bool read_records(const std::string& fileName) {
     return true;
 }
 
-// Stricter than the format: a top-down bitmap and the older 12-byte header are refused.
+// Stricter than the format: rejects top-down bitmaps and the older 12-byte header.
 bool is_usable() {
     return FileHeader.is_bmp() && FileHeader.bfOffBits >= 54 && InfoHeader.biSize == 40 &&
            InfoHeader.biHeight > 0 && InfoHeader.biWidth > 0 && InfoHeader.biPlanes == 1 &&

@@ -1,5 +1,4 @@
-// Looks at the first 54 bytes of a file and says whether they are a plain Windows bitmap, of what size and
-// depth. Decodes nothing.
+// The BMP probe: reads size and depth of a Windows bitmap from its first 54 bytes. Decodes nothing.
 #pragma once
 
 #include <cstdint>
@@ -10,14 +9,14 @@
 
 namespace varnoth::BmpMod {
 
-/// The records of the last file that had them whole; kept between calls.
+/// The headers of the last probed file that was long enough to hold both; kept between calls.
 extern BITMAPFILEHEADER FileHeader;
 extern BITMAPINFOHEADER InfoHeader;
 
-/// True, with the four results set, for a bottom-up bitmap with a 40-byte information header. False
-/// otherwise, also for a file of fewer than 54 bytes, and all four results are -1. Depth and compression are
-/// told, not judged. The file's failures when it cannot be opened; Overflow for a compression above 32767,
-/// after the three other results are set.
+/// True for a bottom-up bitmap with a 40-byte information header; sets all four results. Otherwise, also for
+/// a file of fewer than 54 bytes, returns False and sets all four to -1. Depth and compression are reported
+/// but not checked. A file failure when the file cannot be opened; Overflow for a compression above 32767,
+/// after the other three results have been set.
 Truth ProbeBmp(const std::string& fileName, std::int32_t& width, std::int32_t& height, std::int16_t& bitCount,
                std::int16_t& compression);
 

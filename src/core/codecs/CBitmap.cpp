@@ -37,7 +37,7 @@ struct Layout {
     std::span<const RGBQUAD> colours;
 };
 
-// Rows as they stand in `pixels` become rows of 32 bits. Rows that start outside the array stay as they are.
+// Converts the rows in `pixels` to 32 bits. Leaves rows that start beyond the array unchanged.
 void convert_rows(std::span<const std::uint8_t> pixels, const Layout& layout, bool top_down,
                   Bitmap& picture) {
     Bitmap line(picture.width(), 1, layout.bits_per_pixel, Bitmap::Rows::Section);
@@ -70,7 +70,7 @@ std::shared_ptr<const Bitmap> make_bitmap(std::span<const std::uint8_t> pixels, 
     }
     try {
         Bitmap picture(width, narrow<std::int32_t>(height), 32, Bitmap::Rows::Surface);
-        // What the array lacks is index 0, in whatever colour that is.
+        // Missing pixels have index 0, whose colour may not be black.
         if (!layout.colours.empty() && layout.colours[0] != RGBQUAD{} &&
             !covers(pixels, picture, layout.bits_per_pixel)) {
             picture.fill(colour_of(layout.colours[0]));
@@ -96,8 +96,8 @@ Extent twips_per_pixel() {
             round_to_even<std::int32_t>(screen().TwipsPerPixelY)};
 }
 
-// The border counts twice: the inner area becomes as large as the outer one, of this size in twips, is meant
-// to be. Returns that size in pixels.
+// Enlarges the target by its border, so that its inner area gets the given outer size (in twips). Returns
+// that size in pixels.
 Extent grow_by_border(PictureSurface& target, double width, double height) {
     const Extent outer =
         TwipsToPixels(round_to_even<std::int32_t>(width), round_to_even<std::int32_t>(height));
@@ -179,7 +179,7 @@ void DrawBitmap(std::int32_t width, std::int32_t height, PictureSurface& target,
         const Extent twips = PixelsToTwips(width, height);
         target.SetHeight(twips.height);
         target.SetWidth(twips.width);
-        // Not what the target tells now, which is never less than its border.
+        // The target itself reports no size smaller than its border.
         outer_width = twips.width;
         outer_height = twips.height;
     }

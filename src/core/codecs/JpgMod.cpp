@@ -16,8 +16,8 @@ constexpr int SOI = 216;
 constexpr int SOS = 218;
 constexpr int APP0 = 224;
 
-// The bytes of a file by their position, the first being 1. A byte behind the end is 0. Only the
-// neighbourhood of the last position is held.
+// The bytes of a file by position, counted from 1; a byte beyond the end is 0. Buffers one window of the
+// file.
 class PositionedBytes {
   public:
     explicit PositionedBytes(const std::string& path) : file_(path) {}
@@ -37,7 +37,7 @@ class PositionedBytes {
         return window_[static_cast<std::size_t>(position - start_)];
     }
 
-    /// Two bytes, the high one first, in signed 16-bit arithmetic.
+    /// A big-endian 16-bit number; Overflow from 32768 on.
     std::int16_t number_at(std::int64_t position) {
         return checked_add(checked_multiply(std::int16_t{at(position)}, 256), at(position + 1));
     }

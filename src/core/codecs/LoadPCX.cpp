@@ -26,7 +26,7 @@ std::int16_t extent(std::int16_t first, std::int16_t last) {
     return checked_add(checked_subtract(last, first), 1);
 }
 
-// The triples behind the marker 769 bytes before the end of the file, or a grey ramp.
+// The 256 colours at the end of the file; a grey ramp when the marker byte before them is missing.
 std::array<std::uint8_t, palette_bytes> read_palette(InputFile& file) {
     std::array<std::uint8_t, 1 + palette_bytes> tail{};
     file.seek(file.length() - static_cast<std::int64_t>(tail.size()));
@@ -42,8 +42,8 @@ std::array<std::uint8_t, palette_bytes> read_palette(InputFile& file) {
     return palette;
 }
 
-// For each plane byte its 8 bits, the most significant first, as the lowest bits of 8 nibbles, the high
-// nibble first.
+// Spreads each plane byte over 4 bytes: its bits, most significant first, become the lowest bits of 8
+// nibbles, high nibble first.
 using NibbleBits = std::array<std::array<std::uint8_t, 4>, 256>;
 
 constexpr NibbleBits lowest_bits = [] {
@@ -57,7 +57,7 @@ constexpr NibbleBits lowest_bits = [] {
     return table;
 }();
 
-// The pixels of three planes, bottom row first, in four bytes each.
+// Converts lines of three 8-bit planes to 32-bit pixels, bottom row first.
 ByteArray join_planes(std::span<const std::uint8_t> bytes, std::int32_t width, std::int32_t height,
                       std::int32_t plane_bytes) {
     const std::int64_t total = std::int64_t{width} * height * 4;
@@ -65,7 +65,7 @@ ByteArray join_planes(std::span<const std::uint8_t> bytes, std::int32_t width, s
         fail(Failure::SubscriptOutOfRange);
     }
     if (height > 0) {
-        // The first green byte lies lowest, the last blue one highest of those that could lie outside.
+        // The first green and the last blue byte are the extreme offsets that could be out of range.
         check_subscript(plane_bytes, bytes.size());
         check_subscript((3 * (std::int64_t{height} - 1) + 2) * plane_bytes + width - 1, bytes.size());
     }
@@ -115,7 +115,7 @@ void LoadPCX::Load(const std::string& fileName) {
     const CBitmap::Extent twips = CBitmap::PixelsToTwips(width_, height_);
     twip_width_ = twips.width;
     twip_height_ = twips.height;
-    // The layout decides and nothing else: whether this is a PCX file at all is not asked here.
+    // Only bits and planes decide; a file that is_pcx() rejects is decoded too.
     const int bits = header_.BitsPerPixel;
     const int planes = header_.NPlanes;
     if (bits == 1 && planes == 1) {
@@ -159,7 +159,7 @@ void LoadPCX::LoadPcx1(const std::string& fileName) {
     read_header_and_bytes(file);
     expand();
     pixels_ = FlipRows(pixels_.bytes(), height_, line_bytes_);
-    // Black and white, whatever the file's colour map says.
+    // Always black and white; the file's colour map is ignored.
     CBitmap::SetMonoColors();
     CBitmap::CreateBitmap1(pixels_.bytes(), width_, height_, top_down_);
 }
@@ -167,7 +167,7 @@ void LoadPCX::LoadPcx1(const std::string& fileName) {
 void LoadPCX::LoadPcx4(const std::string& fileName) {
     InputFile file(fileName);
     read_header_and_bytes(file);
-    // Half the width, rounded up to an even number of bytes: the file's own line length is not asked.
+    // Half the width, rounded up to an even number of bytes; the file's BytesPerLine is ignored.
     const std::int32_t half = (width_ + (width_ % 2 != 0 ? 1 : 0)) / 2;
     const std::int32_t line = half + (half % 2 != 0 ? 1 : 0);
     CBitmap::SetColors16(header_.ColorMap);
@@ -176,7 +176,7 @@ void LoadPCX::LoadPcx4(const std::string& fileName) {
     if (header_.NPlanes == 4) {
         width = RoundWidth(width_);
         if (width > 0 && height_ > 0 && !CBitmap::is_possible_size(width, height_)) {
-            // The planes may be ever so short, and no row can start outside what they are merged to.
+            // MergePlanes would allocate this size even for a file of a few bytes.
             CBitmap::CurrentBitmap = nullptr;
             return;
         }
@@ -206,14 +206,14 @@ void LoadPCX::expand() {
 }
 
 ByteArray LoadPCX::DecodeRle(std::span<const std::uint8_t> bytes) {
-    // Calls take(count, value) for every run, up to the end of the bytes: a palette behind the picture is
-    // expanded with it.
+    // Calls take(count, value) for every run up to the end of the bytes; a palette after the picture is
+    // expanded too.
     const auto walk = [&](auto&& take) {
         for (std::size_t i = 0; i + 1 < bytes.size(); ++i) {
             if (bytes[i] < 192) {
                 take(std::size_t{1}, bytes[i]);
             } else {
-                // A count of 0 swallows the value.
+                // A count of 0 drops the value.
                 const std::size_t count = bytes[i] - std::size_t{192};
                 take(count, bytes[++i]);
             }
@@ -257,7 +257,7 @@ ByteArray LoadPCX::MergePlanes(std::span<const std::uint8_t> bytes, std::int32_t
         }
         std::uint8_t* target = merged.data() + std::int64_t{line} * row;
         if (bytesPerLine == 0 && row > 0) {
-            std::copy_n(merged.data(), line, target); // lines of no bytes all stand at the first
+            std::copy_n(merged.data(), line, target); // with lines of 0 bytes all rows are equal
             continue;
         }
         for (std::int32_t at = 0; at < line; at += 4) {

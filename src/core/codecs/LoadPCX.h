@@ -1,6 +1,6 @@
-// Reads PCX files: a cheap look at the header, and a full decode into the program's one current bitmap, from
-// where it is drawn. Decoded are 1, 4 and 8 bits on one plane, 1 bit on four planes and 8 bits on three,
-// plain or run-length encoded. The format: "PCX Technical Reference Manual", revision 5.
+// The PCX reader: a probe of the header, and a full decode into CBitmap::CurrentBitmap. Supported are 1, 4
+// and 8 bits on one plane, 1 bit on four planes and 8 bits on three planes, plain or run-length encoded.
+// Format: "PCX Technical Reference Manual", revision 5.
 #pragma once
 
 #include <array>
@@ -18,19 +18,21 @@ namespace varnoth {
 
 class LoadPCX {
   public:
-    /// Whether the header is one of a PCX file. The results are what the header holds, also of a file that is
-    /// refused; `bpp` is bits per pixel and plane, and plays no part in the answer. False instead of any
-    /// failure; results that were not reached stay as they were. Object state is not touched.
+    /// Whether the file has a PCX header. Sets the results from the header even when the answer is False;
+    /// `bpp`, the bits per pixel and plane, does not affect the answer. Returns False instead of failing;
+    /// results not yet read are then unchanged. Does not change the object.
     Truth GetInfoPCX(const std::string& fileName, std::int32_t& width, std::int32_t& height,
                      std::int16_t& bpp) const;
 
-    /// Decodes the file into CBitmap::CurrentBitmap. A depth that is not known decodes nothing and fails
-    /// nothing; the sizes are then the new file's, the current bitmap the one before. Failures: the file's
-    /// own; Overflow for a side outside 16 bits and for lines of more than 32767 bytes in all planes;
-    /// SubscriptOutOfRange for a picture without pixels, for lines of no bytes at 1 or 8 bits on one plane,
-    /// and for fewer lines in the file than in the header unless the planes are four; DeviceIo for an 8-bit
-    /// file too short for a palette; OutOfMemory, on three planes also for a picture of 2 GiB and more. On
-    /// one or four planes such a picture leaves no current bitmap.
+    /// Decodes the file into CBitmap::CurrentBitmap. An unsupported depth is not a failure: the sizes are
+    /// then those of the new file, the current bitmap is unchanged. Fails with
+    /// - the failures of files;
+    /// - Overflow for a side beyond 16 bits and for lines of more than 32767 bytes over all planes;
+    /// - SubscriptOutOfRange for a picture without pixels, for lines of 0 bytes at 1 or 8 bits on one plane,
+    ///   and, except on four planes, for fewer lines in the file than the header states;
+    /// - DeviceIo for an 8-bit file too short to hold a palette;
+    /// - OutOfMemory, on three planes also for a picture of 2 GiB and more. On one or four planes such a
+    ///   picture sets the current bitmap to null.
     void Load(const std::string& fileName);
 
     /// Unit of the size properties: 0 pixels, 1 twips. A value above 1 is stored as 1.
@@ -38,7 +40,7 @@ class LoadPCX {
 
     void SetScaleMode(std::int16_t mode) { scale_mode_ = mode > 1 ? std::int16_t{1} : mode; }
 
-    /// In the unit of ScaleMode; 0 when that is neither 0 nor 1.
+    /// In the unit of ScaleMode; 0 when ScaleMode is neither 0 nor 1.
     std::int32_t PCXWidth() const;
     std::int32_t PCXHeight() const;
 
@@ -47,15 +49,15 @@ class LoadPCX {
     /// Bits per pixel and plane: 8 for a 24-bit picture.
     std::int16_t Bpp() const { return header_.BitsPerPixel; }
 
-    /// Whether the header of the last load is one of a PCX file.
+    /// Whether the file loaded last has a PCX header.
     Truth IsPCX() const;
 
-    /// -1 lets DrawPCX give its target the picture's size.
+    /// With -1, DrawPCX resizes its target to the picture's size.
     std::int16_t Autoscale() const { return autoscale_; }
 
     void SetAutoscale(std::int16_t autoscale) { autoscale_ = autoscale; }
 
-    /// Draws the current bitmap, whichever reader made it, as a picture of this object's size.
+    /// Draws the current bitmap, whichever reader created it, at this object's size.
     void DrawPCX(PictureSurface& target) const;
 
     std::int32_t Width() const { return width_; }
@@ -66,30 +68,29 @@ class LoadPCX {
 
     std::int32_t TwipHeight() const { return twip_height_; }
 
-    /// The header of the last load.
+    /// The header of the file loaded last.
     const PcxHeader& Header() const { return header_; }
 
     // The stages of a decode.
 
-    /// The expansion of all bytes but the last, which only serves as the value of a run byte standing before
-    /// it. Lines play no part.
+    /// Expands all bytes except the last, which is only read as the value of a preceding run byte. Runs may
+    /// cross line ends.
     static ByteArray DecodeRle(std::span<const std::uint8_t> bytes);
 
-    /// Top-down lines as bottom-up rows, each padded to a multiple of 4 bytes. SubscriptOutOfRange when a
-    /// line starts outside; one that ends outside gets zeros.
+    /// Converts top-down lines to bottom-up rows, each padded to a multiple of 4 bytes. SubscriptOutOfRange
+    /// when a line starts beyond the array; missing bytes of a partial line are 0.
     static ByteArray FlipRows(std::span<const std::uint8_t> bytes, std::int32_t height,
                               std::int32_t lineBytes);
 
-    /// The next multiple of 4.
+    /// Rounds up to a multiple of 4.
     static std::int32_t RoundWidth(std::int32_t width);
 
-    /// Lines of four bit planes, each plane's line `bytesPerLine` bytes, as lines of width / 2 bytes of
-    /// nibbles. Plane bytes that the array lacks are 0. SubscriptOutOfRange when the result would have no
-    /// bytes.
+    /// Converts lines of four bit planes, `bytesPerLine` bytes per plane, to lines of width / 2 bytes of
+    /// nibbles. Missing plane bytes are 0. SubscriptOutOfRange when the result would be empty.
     static ByteArray MergePlanes(std::span<const std::uint8_t> bytes, std::int32_t bytesPerLine,
                                  std::int32_t width, std::int32_t height);
 
-    /// 8 pixels of four planes as 4 bytes of nibbles, plane 0 giving the lowest bit.
+    /// Combines 8 pixels of four planes into 4 bytes of nibbles; plane 0 gives the lowest bit.
     static std::array<std::uint8_t, 4> MergeBytes(std::uint8_t plane0, std::uint8_t plane1,
                                                   std::uint8_t plane2, std::uint8_t plane3);
 
@@ -104,7 +105,7 @@ class LoadPCX {
 
     std::int32_t line_bytes_ = 0;
     ByteArray pixels_;
-    std::int16_t top_down_ = 0; // never set: rows are turned over by hand
+    std::int16_t top_down_ = 0; // never set: FlipRows reverses the rows instead
     std::int32_t width_ = 0;
     std::int32_t height_ = 0;
     std::int16_t scale_mode_ = 1;

@@ -46,8 +46,7 @@ void put_whole_bytes(ByteArray& colours, const ByteArray& map, std::size_t entry
     }
 }
 
-// Not the format's layout, which has the second byte as the high one, nor its scale: the channels run to 124
-// only.
+// Deviates from the format, whose words are little-endian and whose channels are scaled to 255, not 124.
 void put_words(ByteArray& colours, const ByteArray& map) {
     for (std::size_t at = 0; at < map.size(); at += 2) {
         const unsigned first = map[at];
@@ -68,18 +67,19 @@ void put_clipped(std::span<std::uint8_t> target, std::int64_t at, std::span<cons
     }
 }
 
-// Bytes of the picture and one spare; none for a negative number.
+// The byte count of the picture plus one spare byte; 0 for a negative count.
 std::int64_t expanded_length(std::int32_t height, std::int32_t width, std::int32_t pixel_bytes) {
     std::int32_t total = 0;
     try {
         total = checked_multiply(checked_multiply(height, width), pixel_bytes);
     } catch (const RunTimeFailure&) {
-        // A product that fails is passed over: the total stays 0.
+        // On overflow the total stays 0.
     }
     return total < 0 ? 0 : std::int64_t{total} + 1;
 }
 
-// No packets of so many bytes make more: a run makes 128 pixels of a code and one, and the last may be cut.
+// The most bytes that packets of that total length expand to: a run of 128 pixels takes a code and one pixel,
+// and the last packet may be truncated.
 std::int64_t most_expanded(std::size_t packed_bytes, std::int32_t pixel_bytes) {
     const std::int64_t most_packets = static_cast<std::int64_t>(packed_bytes) / (1 + pixel_bytes) + 1;
     return most_packets * 128 * pixel_bytes;
@@ -153,8 +153,8 @@ void LoadTGA::LoadTga8(const std::string& fileName) {
     InputFile file(fileName);
     header_ = read_header<TgaHeader>(file);
     read_palette(file);
-    // The length goes by the 24-bit map, whatever map this file has; without one, asking for its highest
-    // index fails.
+    // The length is computed from the 24-bit map even when this file has another one or none; it fails when
+    // no 24-bit map was ever read.
     check_subscript(0, map24_.size());
     const std::int64_t highest_entry = static_cast<std::int64_t>(map24_.size() / 3) - 1;
     const std::int64_t length =
@@ -167,7 +167,7 @@ void LoadTGA::LoadTga8(const std::string& fileName) {
     take_direction();
     take_size();
     CBitmap::SetColors256(colors_.bytes());
-    // Rows in the file are as long as the whole width, the origin included.
+    // Rows in the file have the full width, including the origin.
     const std::int32_t line = header_.ImageWidth;
     std::int32_t rows = height_;
     if (is_run_length()) {
@@ -175,7 +175,7 @@ void LoadTGA::LoadTga8(const std::string& fileName) {
         check_rows(expansion.length, height_, line);
         pixels_ = std::move(expansion.held);
         if (rows > 0) {
-            // Rows that the packets do not reach stay out: the maker takes what an array lacks for zero.
+            // Leave out rows that the packets do not reach: CreateBitmap8 treats missing bytes as 0.
             const std::int64_t reached = (static_cast<std::int64_t>(pixels_.size()) + line - 1) / line;
             rows = static_cast<std::int32_t>(std::min<std::int64_t>(rows, reached));
         }
@@ -185,9 +185,9 @@ void LoadTGA::LoadTga8(const std::string& fileName) {
 }
 
 void LoadTGA::LoadTga16(const std::string& fileName) {
-    // Packets are taken as 3 bytes a pixel, so that compressed files come out wrong.
+    // Packets are decoded with 3 bytes per pixel, so compressed files are decoded incorrectly.
     const Expansion bytes = read_colour_bytes(fileName, 24);
-    // Rows of an odd width are not padded: their picture is skewed.
+    // Rows of an odd width are not padded, so the picture is skewed.
     CBitmap::CreateBitmap16(bytes.held.bytes(), width_, height_, top_down_);
 }
 
@@ -199,8 +199,7 @@ void LoadTGA::LoadTga32(const std::string& fileName) {
     make_from_whole_bytes(read_colour_bytes(fileName, 32), 4);
 }
 
-// The map stands directly behind the header: an ID field counts as part of it, the map's start does not
-// matter.
+// Reads the map directly after the header: an ID field is taken as part of it, ColorMapStart is ignored.
 void LoadTGA::read_palette(InputFile& file) {
     colors_ = ByteArray(768);
     switch (header_.ColorMapDepth) {
@@ -217,7 +216,7 @@ void LoadTGA::read_palette(InputFile& file) {
         put_whole_bytes(colors_, map32_, 4);
         break;
     default:
-        break; // no map, and one of 15 bits neither
+        break; // no map; maps of 15 bits are not supported
     }
 }
 
@@ -234,13 +233,13 @@ bool LoadTGA::is_run_length() const {
     return header_.ImageType == 9 || header_.ImageType == 10;
 }
 
-// Everything behind the header, expanded where packets are announced: a colour map or an ID field counts as
-// pixels.
+// Reads everything after the header, expanded if the image type says so. An ID field or a colour map is taken
+// as pixels.
 LoadTGA::Expansion LoadTGA::read_colour_bytes(const std::string& fileName, std::int32_t packet_bits) {
     InputFile file(fileName);
     header_ = read_header<TgaHeader>(file);
     take_size();
-    // The product is used nowhere, but a row beyond 32767 bits fails here.
+    // The product is not used, but a row of more than 32767 bits must fail here.
     static_cast<void>(checked_multiply(std::int16_t{header_.PixelDepth}, header_.ImageWidth));
     ByteArray bytes = read_rest(file);
     take_direction();
@@ -261,7 +260,7 @@ void LoadTGA::make_from_whole_bytes(const Expansion& bytes, std::int32_t pixel_b
     if (picture_pixels * 4 > std::numeric_limits<std::int32_t>::max()) {
         fail(Failure::OutOfMemory);
     }
-    // Pixels that the bytes do not reach are black, and the maker takes what an array lacks for black.
+    // Leave out missing pixels: CreateBitmap32 makes them black.
     const std::size_t held = bytes.held.size();
     const auto step = static_cast<std::size_t>(pixel_bytes);
     const auto reached = std::min(static_cast<std::size_t>(std::min(last_pixel + 1, picture_pixels)),

@@ -1,7 +1,6 @@
-// Reads TGA files: a cheap look at the header, and a full decode into the program's one current bitmap, from
-// where it is drawn. Decoded are 8, 16, 24 and 32 bits, plain or run-length encoded. The pixels are expected
-// directly behind the header or the colour map; alpha is dropped. The format: "Truevision TGA File Format",
-// version 2.0.
+// The TGA reader: a probe of the header, and a full decode into CBitmap::CurrentBitmap. Supported are 8, 16,
+// 24 and 32 bits, plain or run-length encoded. The pixels must directly follow the header or the colour map;
+// alpha is dropped. Format: "Truevision TGA File Format", version 2.0.
 #pragma once
 
 #include <cstdint>
@@ -18,39 +17,39 @@ namespace varnoth {
 
 class LoadTGA {
   public:
-    /// Whether the header is one of a TGA file. The results are what the header holds, origin not subtracted,
-    /// also of a file that is refused. False instead of any failure; results that were not reached stay as
-    /// they were. Object state is not touched.
+    /// Whether the file has a TGA header. Sets the results from the header, without subtracting the origin,
+    /// even when the answer is False. Returns False instead of failing; results not yet read are then
+    /// unchanged. Does not change the object.
     Truth GetInfoTGA(const std::string& fileName, std::int32_t& width, std::int32_t& height,
                      std::int16_t& bpp) const;
 
-    /// Decodes the file into CBitmap::CurrentBitmap. The depth of the pixels decides and nothing else; a
-    /// depth that is not known decodes nothing and fails nothing: Width, Height and the current bitmap are
-    /// then the ones before. Failures: the file's own; Overflow for a side outside 16 bits and, above 8 bits,
-    /// for a row of 32768 bits and more; OutOfMemory, at 24 and 32 bits also for a picture of 2 GiB and more;
-    /// SubscriptOutOfRange
-    /// - at 8 bits, for a picture without pixels, a colour map of more than 256 or fewer than 1 entries, rows
-    ///   that the file lacks, and any file on an object that has never read a colour map of 24 bits;
-    /// - at 16 bits, for packets of fewer than 0 pixels;
-    /// - at 24 and 32 bits, for a picture without pixels and fewer than 2 bytes of them in the file.
-    /// Any other picture without pixels or of 2 GiB and more leaves no current bitmap.
+    /// Decodes the file into CBitmap::CurrentBitmap. Only the pixel depth selects the decoder; an unsupported
+    /// depth is not a failure and leaves Width, Height and the current bitmap unchanged. Fails with
+    /// - the failures of files;
+    /// - Overflow for a side beyond 16 bits and, above 8 bits, for a row of 32768 bits and more;
+    /// - OutOfMemory, at 24 and 32 bits also for a picture of 2 GiB and more;
+    /// - SubscriptOutOfRange at 8 bits for a picture without pixels, a colour map of more than 256 or fewer
+    ///   than 1 entries, rows missing from the file, and any file on an object that has never read a 24-bit
+    ///   colour map; at 16 bits for run-length packets of a negative pixel count; at 24 and 32 bits for a
+    ///   picture without pixels or with fewer than 2 bytes of pixels in the file.
+    /// Any other picture without pixels or of 2 GiB and more sets the current bitmap to null.
     void Load(const std::string& fileName);
 
-    /// Draws the current bitmap, whichever reader made it, as a picture of this object's size.
+    /// Draws the current bitmap, whichever reader created it, at this object's size.
     void DrawTGA(PictureSurface& target) const;
 
-    /// In the unit of ScaleMode; 0 when that is neither 0 nor 1. In pixels without the origin, in twips with
-    /// it.
+    /// In the unit of ScaleMode; 0 when ScaleMode is neither 0 nor 1. The origin is subtracted in pixels, but
+    /// not in twips.
     std::int32_t TGAWidth() const;
     std::int32_t TGAHeight() const;
 
-    /// For the types 9 and 10 only.
+    /// True for image types 9 and 10 only.
     Truth Compressed() const;
 
     /// Bits per pixel.
     std::int16_t Bpp() const { return header_.PixelDepth; }
 
-    /// Whether the header of the last load is one of a TGA file.
+    /// Whether the file loaded last has a TGA header.
     Truth IsTGA() const;
 
     /// Unit of the size properties: 0 pixels, 1 twips. A value above 1 is stored as 1.
@@ -58,7 +57,7 @@ class LoadTGA {
 
     void SetScaleMode(std::int16_t mode) { scale_mode_ = mode > 1 ? std::int16_t{1} : mode; }
 
-    /// -1 lets DrawTGA give its target the picture's size.
+    /// With -1, DrawTGA resizes its target to the picture's size.
     std::int16_t Autoscale() const { return autoscale_; }
 
     void SetAutoscale(std::int16_t autoscale) { autoscale_ = autoscale; }
@@ -71,27 +70,27 @@ class LoadTGA {
 
     std::int32_t TwipHeight() const { return twip_height_; }
 
-    /// The header of the last load.
+    /// The header of the file loaded last.
     const TgaHeader& Header() const { return header_; }
 
     // The stages of a decode.
 
-    /// An array of `length` bytes of which the first are held; the others, which nothing was written to, are
-    /// zero. At least one is held unless the length is 0.
+    /// An array of `length` bytes whose zero tail is not stored: `held` has its first bytes, at least one
+    /// unless `length` is 0.
     struct Expansion {
         ByteArray held;
         std::int64_t length = 0;
     };
 
-    /// The expansion of packets of `bits` / 8 bytes a pixel (8, 24 or 32 bits): as many bytes as the picture
-    /// needs and one spare. What the packets do not reach is zero, what they hold beyond the end is dropped.
-    /// No bytes at all when the picture's byte count is negative; one when it is beyond 32 bits. It takes
-    /// memory for what the packets can fill, however large the picture is.
+    /// Expands packets of `bits` / 8 bytes per pixel (8, 24 or 32 bits) to the picture's byte count plus one
+    /// spare byte. Missing bytes are 0, excess bytes are dropped. The length is 0 when the byte count is
+    /// negative, and 1 when it does not fit 32 bits. Memory use depends on the packets, not on the picture's
+    /// size.
     static Expansion DecodeRle(std::span<const std::uint8_t> bytes, std::int32_t bits, std::int32_t height,
                                std::int32_t width);
 
-    /// Lines in the order of the file, each padded to a multiple of 4 bytes. SubscriptOutOfRange when a line
-    /// starts outside; one that ends outside gets zeros.
+    /// Pads each line to a multiple of 4 bytes, in file order. SubscriptOutOfRange when a line starts beyond
+    /// the array; missing bytes of a partial line are 0.
     static ByteArray PadRows(std::span<const std::uint8_t> bytes, std::int32_t height,
                              std::int32_t lineBytes);
 
@@ -112,7 +111,7 @@ class LoadTGA {
     ByteArray colors_; // 256 triples of red, green, blue
     ByteArray pixels_;
     TgaHeader header_;
-    // The maps are never cleared: the length of later 8-bit pictures goes by the last map of 24 bits.
+    // Never cleared: the length of later 8-bit pictures depends on the last 24-bit map.
     ByteArray map24_;
     ByteArray map32_;
     ByteArray map16_;

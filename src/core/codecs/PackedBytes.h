@@ -1,4 +1,4 @@
-// The growing output of a run-length encoder, in room that is taken once.
+// The output buffer of a run-length encoder, allocated once.
 #pragma once
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 
 namespace varnoth {
 
-/// The bytes that the encoders reckon with for `count` bytes of lines of `line` units: DivisionByZero for a
-/// line of 0, Overflow when the number leaves 32 bits, from about 1 GiB on.
+/// The buffer size that the encoders reserve for `count` bytes in lines of `line` units. DivisionByZero for a
+/// line of 0, Overflow when the size does not fit 32 bits, from about 1 GiB on.
 inline std::size_t encoder_room(std::size_t count, std::int32_t line) {
     if (line == 0) {
         fail(Failure::DivisionByZero);
@@ -24,19 +24,19 @@ inline std::size_t encoder_room(std::size_t count, std::int32_t line) {
 
 class PackedBytes {
   public:
-    /// The caller appends no more than `room` bytes. OutOfMemory when they cannot be had.
+    /// Callers append at most `room` bytes, which is not checked. OutOfMemory when they cannot be allocated.
     explicit PackedBytes(std::size_t room) : bytes_(room) {}
 
-    /// Appends one byte; the room is not checked.
+    /// Appends one byte.
     void append(std::uint8_t byte) { bytes_[size_++] = byte; }
 
-    /// Appends several; the room is not checked.
+    /// Appends several bytes.
     void append(std::span<const std::uint8_t> bytes) {
         std::copy_n(bytes.data(), bytes.size(), bytes_.data() + size_);
         size_ += bytes.size();
     }
 
-    /// What has been appended, cut to its length.
+    /// A copy of the bytes appended so far.
     ByteArray take() const {
         ByteArray cut(size_);
         std::copy_n(bytes_.data(), size_, cut.data());

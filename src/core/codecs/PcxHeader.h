@@ -1,4 +1,4 @@
-// The 128 bytes at the start of a PCX file as a record. All numbers in the file are little-endian.
+// The 128-byte header of a PCX file. All numbers in the file are little-endian.
 #pragma once
 
 #include <algorithm>
@@ -30,7 +30,7 @@ struct PcxHeader {
     std::int16_t BytesPerLine = 0; ///< of one line of one plane
     std::array<std::uint8_t, 60> Filler{};
 
-    /// The record as it stands in the file.
+    /// Reads the record from its file layout.
     static PcxHeader from_bytes(std::span<const std::uint8_t, size> bytes) {
         PcxHeader header;
         header.Manufacturer = bytes[0];

@@ -31,8 +31,8 @@ PcxHeader header_of(std::int32_t width, std::int32_t height, std::int32_t bytes_
     return header;
 }
 
-// Rows of an even number of pixels. The extra pixel of an odd width is whatever follows the row in the
-// grabbed bytes, padding and the next row's beginning; behind the last row there are zeros.
+// Extends rows to an even number of pixels. The extra pixel of an odd width is what follows the row in the
+// grabbed bytes (padding and the start of the next row), or zeros after the last row.
 ByteArray even_rows(const ByteArray& grabbed, std::int32_t stride, std::int32_t even_width,
                     std::int32_t height) {
     const auto row_bytes = static_cast<std::size_t>(checked_multiply(even_width, 3));
@@ -100,7 +100,7 @@ ByteArray SavePCX::EncodeRle(std::span<const std::uint8_t> bytes, std::int32_t b
         while (i + length < bytes.size() && bytes[i + length] == value && length < longest_run) {
             ++length;
         }
-        // A count byte of 193 says one byte; smaller values stand for themselves.
+        // A value from 192 on needs a count byte (193 for a single one); smaller values need none.
         if (length > 1 || value >= 192) {
             packed.append(static_cast<std::uint8_t>(192 + length));
         }

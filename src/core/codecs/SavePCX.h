@@ -1,5 +1,5 @@
-// Writes what a picture area shows as a PCX file (ZSoft, version 5): three planes of 8 bits, plain or
-// run-length encoded. It writes no palette, however few colours there are.
+// The PCX writer: writes the visible content of a surface as a PCX file (ZSoft, version 5) of three 8-bit
+// planes, plain or run-length encoded. It never writes a palette.
 #pragma once
 
 #include <cstdint>
@@ -14,21 +14,21 @@ namespace varnoth {
 
 class SavePCX {
   public:
-    /// `Compress` is True or False. With any other value the header is that of a plain file, and behind it
-    /// stands what the object packed last, if anything. An old file of the name is replaced without a
-    /// question. Fails with SubscriptOutOfRange for a picture without pixels and Overflow for a width above
-    /// 32766 or a height above 32767, both before the old file is touched; PermissionDenied and the like when
-    /// the file cannot be deleted or written. The surface and its container keep their scale modes.
+    /// Replaces an existing file without asking. `Compress` is True or False; with any other value the header
+    /// is that of a plain file, followed by what the object compressed last, if anything. Fails with
+    /// SubscriptOutOfRange for a picture without pixels and Overflow for a width above 32766 or a height
+    /// above 32767, both before the old file is deleted, and with the failures of files when the file cannot
+    /// be deleted or written. The surface and its container keep their scale modes.
     void SavePCXinFile(const std::string& filename, PictureSurface& ThePicture, Truth Compress);
 
-    /// From rows of blue, green, red pixels to a red, a green and a blue line of `bytesPerLine` bytes each
-    /// row. `rows` holds height * width pixels and width is at most bytesPerLine.
+    /// Splits each row of blue, green, red pixels into a red, a green and a blue line of `bytesPerLine`
+    /// bytes. `rows` holds height * width pixels; width is at most bytesPerLine.
     static ByteArray SplitPlanes(std::span<const std::uint8_t> rows, std::int32_t width, std::int32_t height,
                                  std::int32_t bytesPerLine);
 
-    /// Runs of up to 63 equal bytes become 192 + length and the byte, as does a single byte from 192 on. The
-    /// bytes are one stream: runs go over line ends. `bytesPerLine` only counts for the room taken at first;
-    /// DivisionByZero when it is 0, Overflow from about 1 GiB on.
+    /// Encodes a run of up to 63 equal bytes, or a single byte from 192 on, as 192 + length and the byte.
+    /// Runs cross line ends. `bytesPerLine` only affects the buffer size; DivisionByZero when it is 0,
+    /// Overflow from about 1 GiB on.
     static ByteArray EncodeRle(std::span<const std::uint8_t> bytes, std::int32_t bytesPerLine);
 
   private:
@@ -36,7 +36,7 @@ class SavePCX {
 
     std::int32_t height_ = 0;
     std::int32_t width_ = 0;
-    ByteArray packed_; // by the last call with Compress True
+    ByteArray packed_; // of the last call with Compress True
     Truth compress_ = False;
     std::int32_t even_width_ = 0;
 };

@@ -39,7 +39,7 @@ ByteArray rows_without_padding(const ByteArray& grabbed, std::int32_t stride, st
 
 constexpr std::size_t pixel_bytes = 3;
 
-// The encoder at work: where it stands, which row it believes to be in, and what it has written.
+// The state of the encoder: its position, the row that it counts, and its output.
 class RleEncoder {
   public:
     RleEncoder(std::span<const std::uint8_t> bytes, std::int32_t width)
@@ -54,7 +54,7 @@ class RleEncoder {
     }
 
     ByteArray encode() {
-        // One pixel of zeros stands behind the picture's own, and the loop goes over it too.
+        // The loop includes the zero pixel appended to the picture.
         while (at_ <= count_ && write_packet()) {
             ++at_;
         }
@@ -62,17 +62,16 @@ class RleEncoder {
     }
 
   private:
-    // Writes what begins here, if anything, and stands on its last pixel then. False when the rows are used
-    // up.
+    // Writes the packet that begins here, if any, and steps to its last pixel. False after the last row.
     bool write_packet() {
         if (const std::size_t run = scan_run(); run > 0) {
             packed_.append(static_cast<std::uint8_t>(128 + run));
             append_pixels(at_, 1);
-            // Counts rows by bytes, three times too many: never the end of a picture.
+            // This row limit counts bytes as pixels, so it is three times too high and never reached.
             return pass_row_end(rows_by_bytes_);
         }
         if (const std::size_t raw = scan_raw(); raw > 0) {
-            // The length is not held to 128 pixels; above that it reads as a run, above 256 it is no byte.
+            // The length is not limited to 128 pixels: above that it reads as a run, above 256 it overflows.
             packed_.append(narrow<std::uint8_t>(raw - 1));
             append_pixels(at_, raw);
             at_ += raw - 1;
@@ -80,7 +79,7 @@ class RleEncoder {
         return pass_row_end(rows_by_pixels_);
     }
 
-    // Steps to the last pixel of the run that begins here, and returns how many steps that were.
+    // Steps to the last pixel of the run that begins here and returns the number of steps.
     std::size_t scan_run() {
         std::size_t run = 0;
         while (at_ < count_ && equals_next(at_) && run < 127 && !ends_row(at_)) {
@@ -90,8 +89,8 @@ class RleEncoder {
         return run;
     }
 
-    // The number of pixels from here on that differ from their next, without stepping. It asks for the row's
-    // end only behind its first pixel, and then leaves the last pixel of the row out.
+    // The number of pixels from here on that differ from their successor, without stepping. It tests for the
+    // end of the row only after the first pixel, and then excludes the row's last pixel.
     std::size_t scan_raw() const {
         std::size_t i = at_;
         while (i < count_ && !equals_next(i)) {

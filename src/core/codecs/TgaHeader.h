@@ -1,5 +1,4 @@
-// The 18 bytes at the start of a TGA file as a record. All numbers in the file are little-endian, and there
-// are no gaps between its fields.
+// The 18-byte header of a TGA file. All numbers in the file are little-endian; fields are not aligned.
 #pragma once
 
 #include <array>
@@ -14,20 +13,20 @@ namespace varnoth {
 struct TgaHeader {
     static constexpr std::size_t size = 18;
 
-    std::uint8_t IDLength = 0; ///< of a field behind the header, which is not skipped
+    std::uint8_t IDLength = 0; ///< of the ID field after the header, which the reader does not skip
     std::uint8_t ColorMapType = 0;
     std::uint8_t ImageType = 0; ///< 9, 10 and 11 are the run-length forms of 1, 2 and 3
     std::int16_t ColorMapStart = 0;
     std::int16_t ColorMapLength = 0; ///< in entries
     std::uint8_t ColorMapDepth = 0;  ///< bits per entry
-    std::int16_t XOrigin = 0;        ///< taken off the width
-    std::int16_t YOrigin = 0;        ///< taken off the height
+    std::int16_t XOrigin = 0;        ///< subtracted from the width
+    std::int16_t YOrigin = 0;        ///< subtracted from the height
     std::int16_t ImageWidth = 0;
     std::int16_t ImageHeight = 0;
     std::uint8_t PixelDepth = 0;      ///< bits: 8, 16, 24 or 32
     std::uint8_t ImageDescriptor = 0; ///< bit 5 set: the first row is the top row
 
-    /// The record as it stands in the file.
+    /// Reads the record from its file layout.
     static TgaHeader from_bytes(std::span<const std::uint8_t, size> bytes) {
         TgaHeader header;
         header.IDLength = bytes[0];

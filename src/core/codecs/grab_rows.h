@@ -1,5 +1,4 @@
-// What both picture writers take from a picture area: its size in pixels and its visible content as 24-bit
-// rows.
+// Shared by the PCX and TGA writers: the size of a surface in pixels and its visible content as 24-bit rows.
 #pragma once
 
 #include <cstdint>
@@ -15,18 +14,17 @@ struct PixelSize {
     std::int32_t height = 0;
 };
 
-/// The inner size in pixels, whatever unit the surface and its container count in. Their units are as before
-/// when it returns.
+/// The inner size in pixels. The scale modes of the surface and its container are changed and restored.
 PixelSize size_in_pixels(PictureSurface& picture);
 
-/// Bytes of a 24-bit row rounded up to 4. Overflow beyond 32 bits.
+/// Bytes of a 24-bit row, rounded up to a multiple of 4. Overflow beyond 32 bits.
 std::int32_t stride_of_24_bits(std::int32_t width);
 
 /// Which row of the picture comes first in the array.
 enum class FirstRow { Top, Bottom };
 
-/// The top left `size` of the picture as rows of stride_of_24_bits() bytes: blue, green, red and zeros up to
-/// the stride. SubscriptOutOfRange when there is not one pixel, Overflow from 2 GiB on.
+/// The top left `size` of the picture as rows of blue, green, red, padded with zeros to stride_of_24_bits().
+/// SubscriptOutOfRange for a picture without pixels, Overflow from 2 GiB on.
 ByteArray grab_rows(PictureSurface& picture, const PixelSize& size, FirstRow first);
 
 } // namespace varnoth

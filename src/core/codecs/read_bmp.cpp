@@ -1,17 +1,15 @@
 // Supported variants:
 //
-//   headers        12 bytes (BITMAPCOREHEADER), 40 (BITMAPINFOHEADER), 64 (OS/2 2.0), 108 (BITMAPV4HEADER)
-//   and
+//   headers        12 bytes (BITMAPCOREHEADER), 40 (BITMAPINFOHEADER), 64 (OS/2 2.0), 108 (BITMAPV4HEADER),
 //                  124 (BITMAPV5HEADER)
 //   1, 4, 8 bits   indices into a colour table of at most 256 entries; 4 bits also as BI_RLE4, 8 bits as
 //                  BI_RLE8
-//   16 bits        5 bits a channel, or BI_BITFIELDS with any masks
+//   16 bits        5 bits per channel, or BI_BITFIELDS with any masks
 //   24 bits        blue, green, red
-//   32 bits        blue, green, red and a byte that is not used, or BI_BITFIELDS with any masks
-//   rows           the bottom row first, or with a negative height the top row first
+//   32 bits        blue, green, red and an unused byte, or BI_BITFIELDS with any masks
+//   rows           bottom row first; with a negative height, top row first
 //
-// Alpha is dropped. Not supported are embedded JPEG and PNG files, BI_ALPHABITFIELDS and the compressions of
-// OS/2.
+// Alpha is dropped. Not supported: embedded JPEG and PNG files, BI_ALPHABITFIELDS, OS/2 compressions.
 #include "core/codecs/read_bmp.h"
 
 #include <algorithm>
@@ -41,7 +39,7 @@ constexpr std::size_t v5_header_size = 124;
 
 enum Compression : std::uint32_t { uncompressed = 0, rle8 = 1, rle4 = 2, bit_fields = 3 };
 
-/// What follows a run-length of 0. Every higher number is that of the indices behind it.
+/// The codes after a run length of 0. A higher number is the count of literal indices that follow.
 enum RunCode : std::uint8_t { end_of_row = 0, end_of_picture = 1, jump = 2 };
 
 void require(bool holds) {
@@ -59,7 +57,7 @@ std::uint8_t widen(unsigned value, int bits) {
     return static_cast<std::uint8_t>(widened);
 }
 
-/// The bits of a pixel that hold one of its colours. Of more than 8 bits, the highest 8 count.
+/// The bits of a pixel that hold one colour channel. If there are more than 8, only the highest 8 count.
 class Channel {
   public:
     Channel() = default;
@@ -189,13 +187,13 @@ class Parser {
         blue_ = Channel(blue);
     }
 
-    /// Pixels never begin within the headers, whatever the file says.
+    /// An offset that points into the headers or the colour table is ignored.
     void skip_to_pixels() {
         const std::size_t position = file_size_ - rest_.size();
         take(std::max(pixels_at_, position) - position);
     }
 
-    /// A picture whose every pixel will be written need not be black before.
+    /// Clears the picture only when some pixels may not be written.
     void create_picture() {
         const auto height = narrow<std::int32_t>(height_);
         const bool has_all_rows = !is_run_length_encoded() && rest_.size() / row_size() >= height_;
@@ -240,7 +238,7 @@ class Parser {
         }
     }
 
-    /// The picture's row that comes as row `number` in the file.
+    /// The row of the picture that is row `number` in the file.
     std::uint8_t* row(std::size_t number) {
         const std::size_t y = info_.biHeight < 0 ? number : height_ - 1 - number;
         return picture_.row(static_cast<std::int32_t>(y));
@@ -264,7 +262,7 @@ class Parser {
     void read_triples(Bytes from, std::size_t count, std::uint8_t* to) const {
         constexpr auto colour_bytes = std::bit_cast<std::uint32_t>(RGBQUAD{255, 255, 255, 0});
         std::size_t x = 0;
-        // Four pixels at a time, each with the byte behind it, which the last pixel may not have.
+        // Four pixels at a time, as 4-byte reads; the last pixel may have no byte after it.
         for (; x + 4 < count; x += 4) {
             for (std::size_t i = x; i < x + 4; ++i) {
                 std::uint32_t pixel = 0;
@@ -302,7 +300,7 @@ class Parser {
         }
     }
 
-    /// Two bytes, a run (length and index) or 0 and a code, and what belongs to the code, padded to 2 bytes.
+    /// Two bytes: a run (length and index), or 0 and a code. Data of the code follow, padded to 2 bytes.
     std::size_t command_size() const {
         const std::uint8_t code = rest_[1];
         if (rest_[0] > 0 || code < jump) {
@@ -312,7 +310,7 @@ class Parser {
         return code == jump ? 4 : 2 + (code * bits + 15) / 16 * 2;
     }
 
-    /// `length` pixels, whose indices repeat after `period`. The end of the row cuts them off.
+    /// Writes `length` pixels whose indices repeat after `period`; drops those beyond the end of the row.
     void put_run(Bytes indices, std::size_t length, std::size_t period) {
         std::uint8_t* to = row(run_row_);
         for (std::size_t i = 0; i < length && run_column_ < width_; ++i, ++run_column_) {
@@ -320,7 +318,7 @@ class Parser {
         }
     }
 
-    /// Pixels that are skipped have index 0.
+    /// Skipped pixels get index 0.
     void skip_to(std::size_t column, std::size_t row_number) {
         while (run_row_ < height_ && run_row_ < row_number) {
             skip_in_row(width_);
@@ -340,7 +338,7 @@ class Parser {
     }
 
     std::size_t file_size_;
-    Bytes rest_; ///< what has not been read yet
+    Bytes rest_; ///< bytes not read yet
 
     std::size_t pixels_at_ = 0;
     Bytes header_;
@@ -350,7 +348,7 @@ class Parser {
     Channel green_;
     Channel blue_;
 
-    Bitmap picture_; ///< black until pixels are read
+    Bitmap picture_; ///< black where no pixel is read
     std::size_t width_ = 0;
     std::size_t height_ = 0;
     std::size_t run_column_ = 0; ///< where the next run begins

@@ -26,7 +26,7 @@ void check_rows(std::int64_t length, std::int32_t height, std::int32_t line_byte
     if (std::int64_t{height} * padded_length(line_bytes) <= 0) {
         fail(Failure::SubscriptOutOfRange);
     }
-    // The last line starts farthest out.
+    // Of all lines, the last one starts at the highest offset.
     if (height > 0) {
         check_subscript((std::int64_t{height} - 1) * line_bytes, length);
     }
@@ -34,7 +34,7 @@ void check_rows(std::int64_t length, std::int32_t height, std::int32_t line_byte
 
 ByteArray pad_rows(std::span<const std::uint8_t> bytes, std::int32_t height, std::int32_t line_bytes,
                    RowOrder order) {
-    // Before memory is taken for what a header claims.
+    // Check before allocating a size that a header claims.
     check_rows(static_cast<std::int64_t>(bytes.size()), height, line_bytes);
     const std::int32_t padded = padded_length(line_bytes);
     ByteArray rows(static_cast<std::size_t>(std::int64_t{height} * padded));

@@ -1,5 +1,5 @@
-// What the PCX and the TGA reader have in common: records and bytes out of a file, single bits, and rows
-// brought to the length that the bitmap makers want.
+// Shared by the PCX and TGA readers: reading headers and the rest of a file, testing bits, and padding rows
+// for CBitmap.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@
 
 namespace varnoth {
 
-/// The record at the file's present position; what the file does not supply is zero.
+/// Reads a record at the current position; missing bytes are 0.
 template <typename Header>
 Header read_header(InputFile& file) {
     std::array<std::uint8_t, Header::size> bytes{};
@@ -19,25 +19,25 @@ Header read_header(InputFile& file) {
     return Header::from_bytes(bytes);
 }
 
-/// Everything from the present position to the end of the file, and one spare zero byte behind it.
+/// Reads from the current position to the end of the file and appends one spare zero byte.
 ByteArray read_rest(InputFile& file);
 
-/// 1 if the bit at `position` is set, counting the most significant bit as 1 and the least as 8. Any other
-/// position gives 0.
+/// The bit at `position`, counted from 1 (most significant) to 8 (least significant); 0 at any other
+/// position.
 int TestBit(std::uint8_t value, std::int32_t position);
 
-/// The length itself when it is a multiple of 4, else the next multiple of 4.
+/// The length rounded up to a multiple of 4.
 std::int32_t padded_length(std::int32_t line_bytes);
 
-/// Whether padded rows stand in the order of the lines they come from.
+/// The order of padded rows relative to the lines they come from.
 enum class RowOrder { Kept, Reversed };
 
-/// SubscriptOutOfRange unless `height` lines that stand close together all start within `length` bytes and
-/// have bytes when padded.
+/// SubscriptOutOfRange unless `height` contiguous lines all start within `length` bytes and their padded rows
+/// are not empty.
 void check_rows(std::int64_t length, std::int32_t height, std::int32_t line_bytes);
 
-/// `height` lines that stand close together, each padded with zeros to the padded length. A line that ends
-/// outside `bytes` gets zeros there. The failures of check_rows.
+/// Pads each of `height` contiguous lines with zeros to the padded length. Bytes missing from a partial line
+/// are 0. Fails as check_rows() does.
 ByteArray pad_rows(std::span<const std::uint8_t> bytes, std::int32_t height, std::int32_t line_bytes,
                    RowOrder order);
 

@@ -1,4 +1,4 @@
-// Pixels in memory with a layout that the program's own code relies on byte for byte.
+// Pixels in memory with a defined byte layout.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@
 
 namespace varnoth {
 
-/// The description of a bitmap as the picture code asks for it.
+/// The size and depth of a bitmap.
 struct BITMAP {
     std::int32_t bmType = 0;
     std::int32_t bmWidth = 0;
@@ -24,27 +24,25 @@ struct BITMAP {
 
 static_assert(sizeof(BITMAP) == 24);
 
-/// Pixels of 1, 4 or 8 bits are indices into the colour table, most significant bits leftmost; of 16 bits
-/// a word of 5 bits red, green, blue; of 24 bits blue, green, red; of 32 bits blue, green, red and a byte
-/// that is not used. Coordinates count from the top left pixel as seen, whatever the order of the rows.
-/// A copy has pixels of its own. A pointer to pixels stays valid until the bitmap is assigned to or
-/// destroyed.
+/// Pixels of 1, 4 or 8 bits are indices into the colour table, most significant bits leftmost; 16 bits are a
+/// word of 5 bits red, green, blue; 24 bits are blue, green, red; 32 bits are blue, green, red and an unused
+/// byte. Coordinates start at the top left pixel as displayed, regardless of the row order. Copies do not
+/// share pixels. A pointer to pixels is valid until the bitmap is assigned to or destroyed.
 class Bitmap {
   public:
-    /// The two ways in which rows are laid out.
+    /// The layout of rows.
     enum class Rows {
-        Surface, ///< top row first; rows of 24 bits rounded up to 2 bytes, of 16 and 32 bits to their own
-                 ///< size
-        Section, ///< bottom row first, every row rounded up to 4 bytes
+        Surface, ///< top row first; rows padded to 2 bytes at 24 bits, to whole bytes otherwise
+        Section, ///< bottom row first; rows padded to 4 bytes
     };
 
     Bitmap() = default;
 
-    /// All bytes and the colour table zero. Overflow when the pixels need 2 GiB or more, OutOfMemory when
-    /// they cannot be had, InvalidPropertyValue for a negative size or an unknown depth.
+    /// All bytes and the colour table are zero. Overflow when the pixels need 2 GiB or more, OutOfMemory when
+    /// they cannot be allocated, InvalidPropertyValue for a negative size or an unknown depth.
     Bitmap(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel, Rows rows);
 
-    /// The same, but the bytes have any value, for whoever writes every one of them before it is read.
+    /// The same, but the bytes are uninitialised; write every byte before reading.
     static Bitmap for_overwrite(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel,
                                 Rows rows);
 
@@ -54,7 +52,7 @@ class Bitmap {
 
     std::int32_t bits_per_pixel() const { return bits_per_pixel_; }
 
-    /// Bytes from one row to the next.
+    /// Bytes per row, including padding.
     std::int32_t row_bytes() const { return row_bytes_; }
 
     Rows rows() const { return rows_; }
@@ -63,34 +61,34 @@ class Bitmap {
 
     std::span<const std::uint8_t> bytes() const { return bytes_.bytes(); }
 
-    /// The bytes of row y, counted from the top as seen.
+    /// The bytes of row y, counted from the top as displayed.
     std::uint8_t* row(std::int32_t y) { return bytes_.data() + row_offset(y); }
 
-    /// The same, to read only.
+    /// The same, read-only.
     const std::uint8_t* row(std::int32_t y) const { return bytes_.data() + row_offset(y); }
 
-    /// 2, 16 or 256 entries in use at 1, 4 or 8 bits; none otherwise.
+    /// 2, 16 or 256 entries at 1, 4 or 8 bits; none otherwise.
     std::span<RGBQUAD> colour_table() { return {colour_table_.data(), colour_table_size()}; }
 
     std::span<const RGBQUAD> colour_table() const { return {colour_table_.data(), colour_table_size()}; }
 
-    /// Its sizes and depth as a record; bmType and bmBits are 0.
+    /// The size and depth as a record; bmType and bmBits are 0.
     BITMAP description() const;
 
-    /// The colour at x, y, or no_colour outside.
+    /// The colour at (x, y), or no_colour outside the bitmap.
     Colour pixel(std::int32_t x, std::int32_t y) const;
 
-    /// Sets the pixel to the colour, or to the nearest that the depth has. Outside, nothing happens.
+    /// Sets a pixel to the nearest colour that the depth can represent. Does nothing outside the bitmap.
     void set_pixel(std::int32_t x, std::int32_t y, Colour colour);
 
-    /// Every pixel to one colour.
+    /// Sets every pixel to one colour.
     void fill(Colour colour);
 
-    /// The pixels from one corner to the other, both included, to one colour. Outside, nothing happens.
+    /// Sets the pixels of a rectangle, both corners included, to one colour. Clipped to the bitmap.
     void fill_rectangle(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
                         Colour colour);
 
-    /// Whether a pixel lies inside.
+    /// Whether (x, y) is inside the bitmap.
     bool contains(std::int32_t x, std::int32_t y) const {
         return x >= 0 && y >= 0 && x < width_ && y < height_;
     }
@@ -120,10 +118,10 @@ class Bitmap {
     std::array<RGBQUAD, 256> colour_table_{};
 };
 
-/// `count` pixels of a row from column `x` on as 32-bit pixels; all of them must lie inside.
+/// Reads pixels of row `y` from column `x` on as 32-bit pixels; all of them must be inside the bitmap.
 void read_pixels(const Bitmap& bitmap, std::int32_t x, std::int32_t y, std::span<RGBQUAD> pixels);
 
-/// The reverse, to the nearest colours that the depth has.
+/// Writes pixels likewise, as the nearest colours that the depth can represent.
 void write_pixels(Bitmap& bitmap, std::int32_t x, std::int32_t y, std::span<const RGBQUAD> pixels);
 
 /// A 5-bit channel widened to 8 bits.

@@ -1,5 +1,4 @@
-// The two records at the start of a Windows bitmap file, in the public BMP layout: 14 and 40 bytes,
-// little-endian.
+// The two headers of a BMP file, 14 and 40 bytes, little-endian.
 #pragma once
 
 #include <array>
@@ -11,7 +10,7 @@
 
 namespace varnoth {
 
-/// The first 14 bytes: the letters "BM", the file's length and where the pixels begin.
+/// The first 14 bytes: the letters "BM", the file's length and the offset of the pixels.
 struct BITMAPFILEHEADER {
     static constexpr std::size_t size = 14;
 
@@ -44,8 +43,7 @@ struct BITMAPFILEHEADER {
     friend bool operator==(const BITMAPFILEHEADER&, const BITMAPFILEHEADER&) = default;
 };
 
-/// The 40 bytes behind them: size, depth and compression of the picture. A negative height means that the top
-/// row comes first.
+/// The next 40 bytes: size, depth and compression of the picture. A negative height means top row first.
 struct BITMAPINFOHEADER {
     static constexpr std::size_t size = 40;
 

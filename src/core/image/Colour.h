@@ -1,4 +1,4 @@
-// Colours as the program hands them about, and the four-byte entries that palettes are kept in.
+// Colours as numbers, and the four-byte entries of palettes.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,10 @@ namespace varnoth {
 /// 0x00BBGGRR, red in the low byte; with the top bit set, a reference to a system colour.
 using Colour = std::int32_t;
 
-/// What reading a pixel outside a surface gives. It equals no colour.
+/// The result of reading a pixel outside a surface. It equals no colour.
 inline constexpr Colour no_colour = -1;
 
-/// A plain colour of its three channels.
+/// A plain colour from its three channels.
 constexpr Colour make_colour(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
     return red | (green << 8) | (blue << 16);
 }
@@ -53,8 +53,8 @@ constexpr RGBQUAD quad_of(Colour colour) {
     return {blue_of(colour), green_of(colour), red_of(colour), 0};
 }
 
-/// A plain colour as it is; a system-colour reference (top bit set, number in the low byte) as the
-/// colour that stands for it in the classic scheme. Unknown numbers are black.
+/// Resolves a system-colour reference (top bit set, number in the low byte) to its colour in the classic
+/// scheme, black for unknown numbers. Plain colours are returned unchanged.
 Colour translate_colour(Colour colour);
 
 } // namespace varnoth

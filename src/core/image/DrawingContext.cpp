@@ -15,13 +15,13 @@ namespace varnoth {
 
 namespace {
 
-// For one axis of a stretch: which source coordinate each visible destination coordinate takes.
+// For one axis of a stretch: the source coordinate of each visible destination coordinate.
 struct AxisMap {
     std::int32_t first = 0;            // first destination coordinate that is drawn
     std::vector<std::int32_t> sources; // source coordinate for it and those after it
 };
 
-// A stretch is monotonic, so the coordinates inside both bitmaps form one run.
+// A stretch is monotonic, so the coordinates inside both bitmaps are contiguous.
 AxisMap map_axis(std::int32_t to, std::int32_t to_size, std::int32_t to_limit, std::int32_t from,
                  std::int32_t from_size, std::int32_t from_limit) {
     AxisMap map;
@@ -69,7 +69,7 @@ void gather(const std::uint8_t* from, std::uint8_t* to, const std::vector<std::i
     }
 }
 
-// Rows of whole-byte pixels of one format move as they are.
+// Copies pixels of one format and of at least 8 bits.
 void copy_raw(const Bitmap& source, Bitmap& target, const AxisMap& columns, const AxisMap& rows) {
     const std::size_t pixel_bytes = static_cast<std::size_t>(source.bits_per_pixel()) / 8;
     const bool contiguous = is_run(columns.sources);
@@ -92,7 +92,7 @@ void copy_raw(const Bitmap& source, Bitmap& target, const AxisMap& columns, cons
     }
 }
 
-// Rows of several pixels a byte of one format exchange their indices.
+// Copies the indices of pixels of one format and of fewer than 8 bits.
 void copy_packed(const Bitmap& source, Bitmap& target, const AxisMap& columns, const AxisMap& rows) {
     const std::int32_t bits = source.bits_per_pixel();
     for (std::size_t i = 0; i < rows.sources.size(); ++i) {
@@ -105,7 +105,7 @@ void copy_packed(const Bitmap& source, Bitmap& target, const AxisMap& columns, c
     }
 }
 
-// Rows of 8-bit indices become rows of 32-bit pixels.
+// Expands 8-bit indices to 32-bit pixels.
 void copy_expanded(const Bitmap& source, Bitmap& target, const AxisMap& columns, const AxisMap& rows) {
     const IndexExpansion expansion(source.colour_table().first<256>());
     for (std::size_t i = 0; i < rows.sources.size(); ++i) {

@@ -1,4 +1,4 @@
-// Drawing contexts: a bitmap to draw on or copy from, and the rectangle copies between two of them.
+// Drawing contexts: a selected bitmap, and rectangle copies between two contexts.
 #pragma once
 
 #include <cstdint>
@@ -7,31 +7,31 @@
 
 namespace varnoth {
 
-/// Raster operation of the copies: the source replaces the destination. It is the only one there is.
+/// Raster operation: the source replaces the destination. The only one supported.
 inline constexpr std::uint32_t SRCCOPY = 0xCC0020;
 
-/// Stretch mode in which rows and columns are dropped or repeated, never blended.
+/// Stretch mode: rows and columns are dropped or repeated, never blended.
 inline constexpr std::int32_t COLORONCOLOR = 3;
 
-/// A context does not own its bitmap; the bitmap must outlive its selection.
+/// A context does not own its bitmap, which must outlive its selection.
 class DrawingContext {
   public:
     DrawingContext() = default;
 
     explicit DrawingContext(Bitmap* bitmap) : bitmap_(bitmap) {}
 
-    /// The bitmap drawn on, null when none is selected.
+    /// The selected bitmap, null when there is none.
     Bitmap* bitmap() { return bitmap_; }
 
     const Bitmap* bitmap() const { return bitmap_; }
 
-    /// Selects another bitmap and returns the one before.
+    /// Selects another bitmap and returns the previous one.
     Bitmap* select(Bitmap* bitmap);
 
-    /// The mode is kept for whoever asks; every mode copies by nearest neighbour.
+    /// The stretch mode, which has no effect: every mode copies by nearest neighbour.
     std::int32_t stretch_mode() const { return stretch_mode_; }
 
-    /// Sets the mode and returns the one before.
+    /// Sets the mode and returns the previous one.
     std::int32_t set_stretch_mode(std::int32_t mode);
 
   private:
@@ -39,7 +39,7 @@ class DrawingContext {
     std::int32_t stretch_mode_ = COLORONCOLOR;
 };
 
-/// A rectangle of pixels, counted from the top left as seen.
+/// A rectangle of pixels, counted from the top left as displayed.
 struct Rectangle {
     std::int32_t x = 0;
     std::int32_t y = 0;
@@ -53,29 +53,28 @@ inline Rectangle whole_of(const Bitmap& bitmap) {
     return {0, 0, bitmap.width(), bitmap.height()};
 }
 
-/// Copies a rectangle of the source's pixels to (x, y) of the destination. What lies outside either bitmap is
-/// left as it is. Bitmaps of equal depth and colour table exchange their indices, others their colours, to
-/// the nearest entry where the destination has a colour table. Returns 1, or 0 when a context has no bitmap
-/// or the operation is not SRCCOPY.
+/// Copies a rectangle of the source to (x, y) of the destination, clipped to both bitmaps. Between bitmaps of
+/// equal depth and colour table, copies indices; otherwise copies colours, to the nearest entry if the
+/// destination has a colour table. Returns 1, or 0 when a context has no bitmap or the operation is not
+/// SRCCOPY.
 std::int32_t bit_blt(DrawingContext& destination, std::int32_t x, std::int32_t y, std::int32_t width,
                      std::int32_t height, const DrawingContext& source, std::int32_t source_x,
                      std::int32_t source_y, std::uint32_t operation);
 
-/// The same with a change of size by nearest neighbour at pixel centres:
-/// source index = ((2 * destination index + 1) * source size - 1) / (2 * destination size), in integers.
-/// A negative width or height in exactly one of the rectangles mirrors that axis; the rectangle then extends
-/// from its x or y towards lower coordinates. A destination side of 0 draws nothing.
+/// The same with scaling by nearest neighbour at pixel centres, in integer arithmetic:
+/// source index = ((2 * destination index + 1) * source size - 1) / (2 * destination size).
+/// A rectangle with a negative width or height extends from its x or y towards lower coordinates; if exactly
+/// one of the two does, that axis is mirrored. A destination side of 0 draws nothing.
 std::int32_t stretch_blt(DrawingContext& destination, const Rectangle& to, const DrawingContext& source,
                          const Rectangle& from, std::uint32_t operation);
 
-/// The copy of stretch_blt between two bitmaps without contexts. They may be the same one.
+/// stretch_blt() for two bitmaps without contexts. They may be the same one.
 void stretch_pixels(Bitmap& target, const Rectangle& to, const Bitmap& picture, const Rectangle& from);
 
-/// Copies colour-table entries from `first` on into `entries` and returns how many there were. A bitmap of
-/// more than 8 bits has none.
+/// Copies colour-table entries from `first` on to `entries` and returns their number, 0 above 8 bits.
 std::int32_t get_colour_table(const DrawingContext& context, std::int32_t first, std::span<RGBQUAD> entries);
 
-/// The reverse; entries beyond the table are dropped.
+/// Sets colour-table entries from `first` on and returns their number. Entries beyond the table are dropped.
 std::int32_t set_colour_table(DrawingContext& context, std::int32_t first, std::span<const RGBQUAD> entries);
 
 } // namespace varnoth

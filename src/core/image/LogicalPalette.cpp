@@ -13,7 +13,7 @@ LogicalPalette::LogicalPalette(const LOGPALETTE& record) : count_(record.palNumE
     if (record.palVersion != 0x300 || count_ < 1 || count_ > 256) {
         fail(Failure::InvalidPropertyValue);
     }
-    // What stands behind the last entry repeats the first one, which wins as the lower of equals.
+    // Entries beyond the last one repeat the first, which wins as the lowest index.
     for (std::size_t i = 0; i < red_.size(); ++i) {
         const PALETTEENTRY& entry = record.palPalEntry[i < static_cast<std::size_t>(count_) ? i : 0];
         red_[i] = entry.peRed;
@@ -22,7 +22,7 @@ LogicalPalette::LogicalPalette(const LOGPALETTE& record) : count_(record.palNumE
     }
 }
 
-// The search is a good part of what a dither costs.
+// This search takes a large part of the time of a dither.
 WITH_WIDE_VECTORS
 std::int32_t LogicalPalette::GetNearestPaletteIndex(Colour colour) const {
     const std::int16_t red = red_of(colour);
@@ -33,7 +33,7 @@ std::int32_t LogicalPalette::GetNearestPaletteIndex(Colour colour) const {
         const std::int32_t difference = a - b;
         return static_cast<std::uint16_t>(difference * difference);
     };
-    // Distances stay below 2^18, so distance and index fit one number whose minimum is the nearest entry with
+    // Distances are below 2^18, so distance and index fit one number, whose minimum is the nearest entry with
     // the lowest index.
     std::int32_t best = std::numeric_limits<std::int32_t>::max();
     for (std::size_t i = 0; i < red_.size(); ++i) {

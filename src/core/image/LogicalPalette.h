@@ -1,4 +1,4 @@
-// Platform palettes: up to 256 colours that answer which of them is nearest to a given one.
+// Platform palettes: up to 256 colours with nearest-colour search.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 
 namespace varnoth {
 
-/// One colour of a platform palette, red first. Flags are read by nobody.
+/// One colour of a platform palette, red first. The flags are ignored.
 struct PALETTEENTRY {
     std::uint8_t peRed = 0;
     std::uint8_t peGreen = 0;
@@ -18,7 +18,7 @@ struct PALETTEENTRY {
     std::uint8_t peFlags = 0;
 };
 
-/// Version 768, a count, and the entries. The count may be lower than the entries given.
+/// Version 768, the number of valid entries, and the entries.
 struct LOGPALETTE {
     std::uint16_t palVersion = 0x300;
     std::uint16_t palNumEntries = 0;
@@ -27,17 +27,17 @@ struct LOGPALETTE {
 
 class LogicalPalette {
   public:
-    /// InvalidPropertyValue when the version is not 768 or the count not 1 to 256.
+    /// InvalidPropertyValue when the version is not 768 or the number of entries not 1 to 256.
     explicit LogicalPalette(const LOGPALETTE& record);
 
-    /// Index of the entry nearest to the colour: squared Euclidean distance over red, green and blue, the
-    /// lowest index among equals.
+    /// The index of the entry nearest to the colour by squared Euclidean distance over red, green and blue;
+    /// the lowest of equally near ones.
     std::int32_t GetNearestPaletteIndex(Colour colour) const;
 
     std::int32_t size() const { return count_; }
 
   private:
-    // Channels apart, so that the search runs over whole vectors.
+    // One array per channel, so that the compiler can vectorise the search.
     std::array<std::int16_t, 256> red_{};
     std::array<std::int16_t, 256> green_{};
     std::array<std::int16_t, 256> blue_{};

@@ -1,4 +1,4 @@
-// A picture object as it passes between the picture loader, surfaces and cDIB: shared, never changed.
+// An immutable picture that the picture loader, surfaces and cDIB share.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace varnoth {
 
-/// What kind of handle a picture holds; only bitmaps can be read.
+/// The kind of a picture; only bitmaps can be read.
 enum class PictureKind : std::int32_t { None = 0, Bitmap = 7, Icon = 10, Metafile = 13 };
 
 struct Picture {
@@ -18,7 +18,7 @@ struct Picture {
     bool empty() const { return kind == PictureKind::None; }
 };
 
-/// A picture of a bitmap of its own.
+/// A picture that owns `bitmap`.
 inline Picture make_picture(Bitmap bitmap) {
     return {PictureKind::Bitmap, std::make_shared<const Bitmap>(std::move(bitmap))};
 }

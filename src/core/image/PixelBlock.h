@@ -1,6 +1,5 @@
-// The pixels of a surface as a byte array of three dimensions (channel, x, y), channel varying fastest, in
-// which the picture toolbox and the palette mixing work. It moves bytes linearly and never looks at row
-// padding.
+// The pixels of a surface as a three-dimensional byte array (channel, x, y), channel varying fastest, for
+// ProcessPicture1 and mixpals. Bytes are copied linearly; row padding is not taken into account.
 #pragma once
 
 #include <cstddef>
@@ -14,22 +13,22 @@
 
 namespace varnoth {
 
-/// Channel 0 is blue, 1 green, 2 red; 3, where there is one, is not used. A new block has no elements at all.
+/// Channel 0 is blue, 1 green, 2 red; channel 3, if any, is unused. A new block has no elements.
 class PixelBlock {
   public:
-    /// Gives the block one place for every pixel that the record describes, all zero. The last channel index
-    /// is bmWidthBytes / bmWidth - 1 in real numbers, to nearest, ties to even, so a 24-bit picture one pixel
-    /// wide, whose row is padded to 4 bytes, gets 4 channels. DivisionByZero for a width of 0,
-    /// SubscriptOutOfRange when a dimension would have no elements, OutOfMemory; after a failure the block is
-    /// as it was.
+    /// Resizes the block to the bitmap that the record describes, all elements zero. The last channel index
+    /// is bmWidthBytes / bmWidth - 1 rounded to nearest, ties to even; a 24-bit picture one pixel wide, whose
+    /// row is padded to 4 bytes, therefore gets 4 channels. DivisionByZero for a width of 0,
+    /// SubscriptOutOfRange when a dimension would be empty, OutOfMemory; a failure leaves the block
+    /// unchanged.
     void size_for(const BITMAP& info);
 
-    /// Leaves the single element (0, 0, 0), zero.
+    /// Resizes the block to the single element (0, 0, 0), which is zero.
     void shrink();
 
-    /// Moves bytes linearly between the block and the surface's bitmap, from the start of both, as many as
-    /// both have. At 24 bits and odd widths above 1 the bitmap's rows carry a padding byte that the block has
-    /// no place for, so each row then stands one byte further off its place.
+    /// Copies bytes linearly between the block and the surface's bitmap, as many as both have. At 24 bits and
+    /// odd widths above 1, rows of the bitmap have a padding byte that the block lacks, so each row is
+    /// shifted by one more byte.
     void read(const PictureSurface& surface);
     void write(PictureSurface& surface) const;
 
@@ -57,7 +56,7 @@ class PixelBlock {
         return bytes_.bytes().subspan(static_cast<std::size_t>(y) * row_bytes(), row_bytes());
     }
 
-    /// The same, to write.
+    /// The same, writable.
     std::span<std::uint8_t> row(std::int32_t y) {
         check_subscript(y, height_);
         return bytes().subspan(static_cast<std::size_t>(y) * row_bytes(), row_bytes());

@@ -11,13 +11,13 @@ namespace {
 
 constexpr std::size_t list_size = 256;
 
-// The listed part of the colour list as a hash set: a scan asks it once per pixel, not once per entry.
+// The listed part of the colour list as a hash set, for one lookup per pixel.
 class ListedColours {
   public:
     bool contains(Colour colour) const { return slots_[slot_of(colour)] == mark_of(colour); }
 
     void insert(Colour colour) {
-        // Pixels have plain colours only; nothing else is ever asked for.
+        // Pixels are plain colours; others are never looked up.
         if (colour >= 0 && colour <= 0xFFFFFF) {
             slots_[slot_of(colour)] = mark_of(colour);
         }
@@ -26,7 +26,7 @@ class ListedColours {
   private:
     static std::uint32_t mark_of(Colour colour) { return static_cast<std::uint32_t>(colour) + 1; }
 
-    // The colour's slot, or the free one where it belongs. At most 256 of the slots are ever taken.
+    // The colour's slot, or the free slot for it. At most 256 slots are ever taken.
     std::size_t slot_of(Colour colour) const {
         std::size_t slot = static_cast<std::uint32_t>(colour) * 0x9E3779B1U >> 22;
         while (slots_[slot] != 0 && slots_[slot] != mark_of(colour)) {
@@ -38,15 +38,15 @@ class ListedColours {
     std::array<std::uint32_t, 1024> slots_{};
 };
 
-// A scan that appends each colour met for the first time. It neither clears the list before nor stops at its
-// own end: the entry about to be filled counts as listed with whatever it holds.
+// A scan that appends new colours to the list. It does not clear the list first, and the entry about to be
+// filled counts as listed with its old contents.
 class ColourListing {
   public:
     explicit ColourListing(std::array<Colour, list_size>& list) : list_(list) {}
 
     bool is_listed(Colour colour) const {
-        // The bound is inclusive: black takes no entry of a new list, and a later scan skips what an earlier
-        // one left there.
+        // The bound is inclusive: black gets no entry in a new list, and a scan skips a colour that an
+        // earlier scan left in the next entry.
         return (!is_full() && list_[count_] == colour) || listed_.contains(colour);
     }
 
@@ -58,7 +58,7 @@ class ColourListing {
         ++count_;
     }
 
-    // After someone else has changed the list.
+    // Call after other code has changed the list.
     void reread() {
         listed_ = {};
         for (std::size_t i = 0; i < count_; ++i) {
@@ -75,7 +75,7 @@ class ColourListing {
 } // namespace
 
 ProcessPicture1::ProcessPicture1() {
-    // No picture has this size, so the first one is always prepared.
+    // No picture has this size, so buffers are always allocated for the first one.
     src_info_.bmWidth = -1;
     src_info_.bmHeight = -1;
 }
@@ -131,7 +131,7 @@ bool ProcessPicture1::Copy_Picture(const PictureSurface& Picture1, PictureSurfac
             result.set(x, source[x]);
         }
     }
-    // The bytes go over as they are: both surfaces are taken to have the same depth.
+    // Copies raw bytes: assumes that both surfaces have the same depth.
     WriteBits(Picture2);
     return true;
 }
@@ -156,7 +156,7 @@ bool ProcessPicture1::Make_Pal_From_Pic(const PictureSurface& picture) {
 }
 
 bool ProcessPicture1::is_more_than_256(const PictureSurface& picture) {
-    // The 257th colour decides; the scan goes on a little behind it.
+    // The 257th colour decides, but the scan stops only at 260.
     constexpr int too_many = 257;
     constexpr int enough = 260;
     if (!PrepareBits(picture)) {
@@ -169,7 +169,7 @@ bool ProcessPicture1::is_more_than_256(const PictureSurface& picture) {
     ColourListing listing(color_list_);
     int misses = 0;
     for (std::int32_t y = 0; y < height && misses < enough; ++y) {
-        yield_to_events(); // stands for the yields of the row's pixels too, which take no time
+        yield_to_events(); // one yield for all pixels of the row
         if (list_changes_ != own_change) {
             own_change = list_changes_;
             listing.reread();
@@ -184,7 +184,7 @@ bool ProcessPicture1::is_more_than_256(const PictureSurface& picture) {
             if (!listing.is_listed(colour)) {
                 ++misses;
                 if (listing.is_full()) {
-                    continue; // counts once for each pixel, not for each colour
+                    continue; // counted per pixel, not per colour
                 }
                 listing.append(colour);
             }
@@ -203,7 +203,7 @@ bool ProcessPicture1::all_pixels(const PictureSurface& picture, Rule passes) {
     const std::int32_t width = src_info_.bmWidth;
     const std::int32_t height = src_info_.bmHeight;
     for (std::int32_t y = 0; y < height; ++y) {
-        yield_to_events(); // stands for the yields of the row's pixels too
+        yield_to_events(); // one yield for all pixels of this row
         const PixelRow row(SrcBits(), y, width);
         for (std::int32_t x = 0; x < width; ++x) {
             if (!passes(row[x])) {
@@ -219,7 +219,7 @@ bool ProcessPicture1::is_greyscale(const PictureSurface& picture) {
 }
 
 bool ProcessPicture1::is_greyscale_and_PRGB(const PictureSurface& picture) {
-    // Red and green pass besides grey; blue, for all the name says, does not.
+    // Pure red and green pass; blue, despite the name, does not.
     return all_pixels(picture, [](const Pixel& pixel) {
         return is_grey(pixel) || pixel == pure_red || pixel == pure_green;
     });
@@ -231,7 +231,7 @@ void ProcessPicture1::Destroy_TheBits() {
 }
 
 bool ProcessPicture1::PrepareBits(const PictureSurface& picture) {
-    // The size alone is compared, neither the depth nor which picture it is.
+    // Only the size is compared, not the depth.
     if (picture.ScaleWidth() == src_info_.bmWidth && picture.ScaleHeight() == src_info_.bmHeight) {
         return true;
     }

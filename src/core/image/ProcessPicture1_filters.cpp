@@ -1,5 +1,4 @@
-// The whole-picture filters of the toolbox. Each computes every pixel of the result from one pixel of the
-// source; none of them yields.
+// The filters of the toolbox. Each computes a pixel of the result from one pixel of the source; none yields.
 #include <algorithm>
 #include <cstdint>
 
@@ -15,8 +14,8 @@ Pixel same(const Pixel& pixel) {
     return pixel;
 }
 
-// Red and green are added first, in either order, and blue last: exact halves are decided by the last bit of
-// the sum. No product may be fused into a sum, so this file is compiled without such contractions.
+// Blue must be added last and no multiply-add may be fused, because the last bit of the sum decides exact
+// halves; this file is compiled with -ffp-contract=off.
 Pixel grey_of(const Pixel& pixel) {
     const double red = pixel.red * 0.222;
     const double green = pixel.green * 0.707;

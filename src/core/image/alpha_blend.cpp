@@ -17,8 +17,7 @@ RGBQUAD mix(const RGBQUAD& source, const RGBQUAD& destination, std::uint32_t alp
             mix(source.rgbReserved, destination.rgbReserved, alpha)};
 }
 
-// Where a run of `length` pixels lies within both bitmaps, as the offset of its first pixel and of the one
-// behind its last.
+// The part of a run of pixels that is inside both bitmaps: offsets of its first pixel and one past its last.
 struct Span {
     std::int64_t begin;
     std::int64_t end;

@@ -18,7 +18,7 @@ bool is_section_depth(std::int32_t bits) {
     return bits == 1 || bits == 4 || bits == 8 || bits == 16 || bits == 24 || bits == 32;
 }
 
-// Null when the platform has no such section.
+// Null when there can be no such bitmap or no memory for it.
 std::unique_ptr<Bitmap> create_section(std::int32_t width, std::int32_t height, std::int32_t bits) {
     if (width < 1 || height < 1 || !is_section_depth(bits)) {
         return nullptr;
@@ -47,9 +47,9 @@ void delete_if_there(const std::string& path) {
             delete_file(path);
         }
     } catch (const RunTimeFailure&) {
-        // What cannot be deleted may still be opened; if not, opening tells.
+        // The file may still be writable; if it is not, opening it fails.
     } catch (const std::bad_alloc&) {
-        // The same.
+        // Likewise.
     }
 }
 
@@ -91,7 +91,7 @@ std::uint8_t cDIB::CreateFromStdPicture(const Picture& Image, bool Force32bpp) {
     }
     const Rectangle whole{0, 0, width_, height_};
     stretch_pixels(*section_, whole, *Image.bitmap, whole);
-    // The depth of the source, also when the surface was made one of 32 bits.
+    // The depth of the source, even if the copy has 32 bits.
     return narrow<std::uint8_t>(description.bmBitsPixel);
 }
 
@@ -125,7 +125,7 @@ void cDIB::CloneTo(cDIB& oDIB) const {
         GetPalette(palette);
         oDIB.SetPalette(palette);
     }
-    // Onto itself there is nothing left to copy: creating has blanked it.
+    // When cloned to itself, Create() has already cleared it.
     if (&oDIB != this) {
         std::memcpy(oDIB.lpBits(), lpBits(), static_cast<std::size_t>(size_));
     }
@@ -143,7 +143,7 @@ void cDIB::Save(const std::string& filename) const {
     file.close();
 }
 
-// Everything before the pixels: file header, picture header, colour table.
+// The file header, the information header and the colour table.
 std::vector<std::uint8_t> cDIB::file_head() const {
     std::vector<std::uint8_t> palette;
     GetPalette(palette);
@@ -152,7 +152,7 @@ std::vector<std::uint8_t> cDIB::file_head() const {
     const BITMAPFILEHEADER file_header{{'B', 'M'}, checked_add(pixels_at, size_), 0, 0, pixels_at};
 
     std::vector<std::uint8_t> head;
-    // The size of the pixels stays 0, as most of the header does: readers take it from the file's length.
+    // biSizeImage stays 0; readers compute it.
     std::ranges::copy(file_header.to_bytes(), std::back_inserter(head));
     std::ranges::copy(header_.to_bytes(), std::back_inserter(head));
     std::ranges::copy(palette, std::back_inserter(head));
@@ -174,7 +174,7 @@ std::int32_t cDIB::LoadBlt(const DrawingContext& hSrcDC, std::int32_t x, std::in
     if (!section_) {
         return 0;
     }
-    // One pair of coordinates serves both ends: the rectangle keeps its place.
+    // The same coordinates in source and destination.
     return bit_blt(context_, x, y, nWidth < 1 ? width_ : nWidth, nHeight < 1 ? height_ : nHeight, hSrcDC, x,
                    y, SRCCOPY);
 }

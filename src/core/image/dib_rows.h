@@ -1,4 +1,4 @@
-// Rows of a cDIB as byte ranges. Row 0 is the lowest row of the picture, the order of the buffer.
+// Rows of a cDIB as byte spans. Row 0 is the bottom row of the picture, the first one in the buffer.
 #pragma once
 
 #include <cstddef>
@@ -9,14 +9,14 @@
 
 namespace varnoth {
 
-/// The pixels of one row of a 32-bit picture: Width times blue, green, red and a byte that is not used.
+/// The pixels of one row of a 32-bit picture: blue, green, red and an unused byte each.
 inline std::span<const std::uint8_t> MapPixels(const cDIB& picture, std::int32_t row) {
     const std::size_t start =
         static_cast<std::size_t>(row) * static_cast<std::size_t>(picture.BytesPerScanline());
     return {picture.lpBits() + start, static_cast<std::size_t>(picture.Width()) * 4};
 }
 
-/// The same of a bitmap of 32 bits, in whatever order its rows are stored.
+/// The same for a 32-bit bitmap of either row order; row 0 is its bottom row.
 inline std::span<const std::uint8_t> MapPixels(const Bitmap& picture, std::int32_t row) {
     return {picture.row(picture.height() - 1 - row), static_cast<std::size_t>(picture.width()) * 4};
 }

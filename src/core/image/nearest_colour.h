@@ -1,5 +1,5 @@
-// The one notion of "nearest colour": squared Euclidean distance over red, green and blue, the lowest
-// index among equals.
+// The definition of "nearest colour": squared Euclidean distance over red, green and blue; the lowest index
+// of equally near entries.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace varnoth {
 
-/// Index of the entry nearest to the colour; 0 when there are no entries. The reserved byte plays no part.
+/// The index of the entry nearest to the colour; 0 without entries. The reserved byte is ignored.
 inline std::size_t nearest_entry(std::span<const RGBQUAD> entries, const RGBQUAD& colour) {
     std::size_t best = 0;
     std::int32_t best_distance = std::numeric_limits<std::int32_t>::max();

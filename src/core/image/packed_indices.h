@@ -1,4 +1,4 @@
-// Colour-table indices of 1, 4 or 8 bits in a row of bytes, the most significant bits leftmost.
+// Colour-table indices of 1, 4 or 8 bits in a row of bytes, most significant bits leftmost.
 #pragma once
 
 #include <cstddef>
@@ -6,19 +6,19 @@
 
 namespace varnoth {
 
-/// How far the bits of pixel `x` stand above the lowest bit of their byte.
+/// The shift of the bits of pixel `x` in their byte.
 inline unsigned packed_shift(std::size_t x, std::int32_t bits) {
     const auto per_byte = static_cast<std::size_t>(8 / bits);
     return static_cast<unsigned>((per_byte - 1 - x % per_byte) * static_cast<std::size_t>(bits));
 }
 
-/// The index of pixel `x`, which must lie inside the row.
+/// The index of pixel `x`, which must be inside the row.
 inline unsigned get_packed_index(const std::uint8_t* row, std::size_t x, std::int32_t bits) {
     const auto per_byte = static_cast<std::size_t>(8 / bits);
     return (static_cast<unsigned>(row[x / per_byte]) >> packed_shift(x, bits)) & ((1U << bits) - 1U);
 }
 
-/// Replaces the index of pixel `x`; an index that the bits do not hold spoils its neighbours.
+/// Sets the index of pixel `x`. An index that does not fit the bits corrupts its neighbours.
 inline void put_packed_index(std::uint8_t* row, std::size_t x, std::int32_t bits, unsigned index) {
     const auto per_byte = static_cast<std::size_t>(8 / bits);
     const unsigned shift = packed_shift(x, bits);

@@ -1,4 +1,4 @@
-// Pixels of a block as three colour channels, row by row.
+// Access to the pixels of a block as three colour channels, row by row.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace varnoth {
 
-/// The three channels that picture operations look at; a fourth one is never touched.
+/// The three channels that picture operations use; a fourth one is never changed.
 struct Pixel {
     std::uint8_t blue = 0;
     std::uint8_t green = 0;
@@ -29,7 +29,7 @@ inline constexpr Pixel pure_red{.blue = 0, .green = 0, .red = 255};
 inline constexpr Pixel pure_green{.blue = 0, .green = 255, .red = 0};
 inline constexpr Pixel pure_blue{.blue = 255, .green = 0, .red = 0};
 
-/// The channels of a colour; Overflow unless it is a plain one.
+/// The channels of a plain colour; Overflow for any other.
 inline Pixel SplitColor(Colour colour) {
     if (colour < 0 || colour > 0xFFFFFF) {
         fail(Failure::Overflow);
@@ -42,8 +42,8 @@ constexpr bool is_grey(const Pixel& pixel) {
     return pixel.blue == pixel.green && pixel.green == pixel.red;
 }
 
-/// `width` pixels of row y, to read and, in a block that is not const, to write. SubscriptOutOfRange when the
-/// block does not hold them with their three channels.
+/// The first `width` pixels of row y, writable unless the block is const. SubscriptOutOfRange when the block
+/// is too small or has fewer than three channels.
 template <typename Block>
 class PixelRow {
   public:

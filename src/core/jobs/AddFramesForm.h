@@ -1,12 +1,12 @@
-// What the import asks of the Add Frame/s dialog: its file browser, its size question, its transparent colour
-// and its surfaces. The dialog implements it, and so does a scripted user.
+// The import's interface to the Add Frame/s dialog: its file browser, size question, transparent colour and
+// surfaces. Implemented by the dialog and by scripted users.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
-#include "core/jobs/PictureFormat.h"
 #include "core/image/PictureSurface.h"
+#include "core/jobs/PictureFormat.h"
 
 namespace varnoth {
 
@@ -27,15 +27,15 @@ class AddFramesForm {
 
     // ellabel6 and elradio1, the size question.
 
-    /// Shows and enables it with the captions of its two choices.
+    /// Shows and enables the question with the captions of its two choices.
     virtual void open_size_question(const std::string& set_caption, const std::string& resize_caption) = 0;
     virtual void close_size_question() = 0;
     virtual bool size_question_open() const = 0;
 
-    /// Whether the choice is to set the sprite's size, not to resize the pictures.
+    /// Whether "Set Sprite To" is chosen instead of "Resize Pictures To".
     virtual bool set_sprite_chosen() const = 0;
 
-    /// The size that the question offers, of the first selected picture that made it open.
+    /// The size that the question offers: that of the first selected picture.
     std::int32_t SizeChoiceWidth = 0;
     std::int32_t SizeChoiceHeight = 0;
 
@@ -46,16 +46,16 @@ class AddFramesForm {
     /// The background colour of Picture2.
     virtual Colour transparent_colour() const = 0;
 
-    /// The preview of the file last clicked.
+    /// The preview of the file clicked last.
     virtual PictureSurface& Picture1() = 0;
 
-    /// The picture as loaded, at its own size.
+    /// The loaded picture at its own size.
     virtual PictureSurface& Buffer1() = 0;
 
     /// The picture stretched to the frame size, without a border.
     virtual PictureSurface& Buffer2() = 0;
 
-    /// The colour sheet, without a border.
+    /// The sheet of all collected colours, without a border.
     virtual PictureSurface& jojoPalette() = 0;
 };
 

@@ -7,10 +7,10 @@
 #include "core/base/numbers.h"
 #include "core/codecs/SavePCX.h"
 #include "core/codecs/SaveTGA.h"
+#include "core/jobs/Module1.h"
 #include "core/quantize/mDither8bpp.h"
 #include "core/services/Services.h"
 #include "core/sprite/hlspr.h"
-#include "core/jobs/Module1.h"
 
 namespace varnoth {
 
@@ -36,7 +36,7 @@ class Extraction {
     ExtractionView& view_;
     PictureSurface& scratch_;
     std::string base_name_;
-    // Made on first use, for all frames of one walk.
+    // Created on first use and shared by all frames.
     std::optional<mDither8bpp> bmp_writer_;
     std::optional<SaveTGA> tga_writer_;
     std::optional<SavePCX> pcx_writer_;
@@ -49,7 +49,7 @@ void Extraction::run() {
         }
         view_.show_item(name_of(i));
         if (may_write(i)) {
-            hlspr::draw_frame(i, scratch_); // i is the stored number from here on
+            hlspr::draw_frame(i, scratch_); // changes i to the stored number
             write(path_of(i));
         }
         view_.advance();

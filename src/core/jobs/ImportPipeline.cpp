@@ -7,11 +7,11 @@
 #include "core/base/number_text.h"
 #include "core/base/numbers.h"
 #include "core/codecs/BmpMod.h"
-#include "core/quantize/mDither8bpp.h"
-#include "core/jobs/PictureSelection.h"
-#include "core/quantize/mixpals.h"
 #include "core/image/ProcessPicture1.h"
 #include "core/image/picture_pixels.h"
+#include "core/jobs/PictureSelection.h"
+#include "core/quantize/mDither8bpp.h"
+#include "core/quantize/mixpals.h"
 #include "core/services/Services.h"
 #include "core/sprite/hlspr.h"
 
@@ -19,7 +19,7 @@ namespace varnoth {
 
 namespace {
 
-// BMP files of at most this depth share a palette on purpose and are never reduced.
+// BMP files of at most this depth are assumed to share one palette on purpose and are never reduced.
 constexpr std::int16_t deepest_indexed = 8;
 
 std::int16_t selected_count(const AddFramesForm& form) {
@@ -56,8 +56,8 @@ class Import {
 
     AddFramesForm& form_;
     ImportView& view_;
-    // Made on first use. One toolbox serves the whole import: its colour list carries over from picture to
-    // picture.
+    // Created on first use. The whole import uses one toolbox, because its colour list carries over from
+    // picture to picture.
     std::optional<ProcessPicture1> toolbox_;
     std::optional<mDither8bpp> dither_;
 };
@@ -77,7 +77,7 @@ void Import::run() {
     view_.show_step("Initializing...");
     mixpals::InitColorTable();
     collect_colours();
-    // The abort message belongs to this pass alone: an abort in the second one ends like a success.
+    // Only an abort in this pass shows the abort message; one in the second pass ends like a success.
     const bool aborted = view_.aborted();
     if (!aborted) {
         make_palette();
@@ -145,7 +145,7 @@ void Import::make_palette() {
 }
 
 void Import::add_frames() {
-    // Counts every entry, selected or not, so the step text tells the place in the list.
+    // The index counts all entries, so the step text shows the position in the list.
     for (std::int16_t index = 0; index < form_.entry_count() && !view_.aborted();
          index = checked_add(index, 1)) {
         if (!form_.is_selected(index)) {
@@ -168,7 +168,7 @@ void Import::load_and_stretch(std::int16_t index) {
                 {0, 0, loaded.bitmap().width(), loaded.bitmap().height()}, SRCCOPY);
 }
 
-// A picture of few colours goes on as it is; one of many gets its own 256, and only those are mixed.
+// Reduces a picture of more than 256 colours to its own optimal palette of 256.
 void Import::reduce(std::int16_t index, std::optional<std::string_view> step) {
     if (!may_be_reduced(index) || !toolbox().is_more_than_256(form_.Buffer2())) {
         return;
@@ -187,7 +187,7 @@ bool Import::may_be_reduced(std::int16_t index) const {
     std::int32_t height = 0;
     std::int16_t depth = 0;
     std::int16_t compression = 0;
-    // A refused file gives a depth of -1 and is not reduced either.
+    // A file that the probe rejects has depth -1 and is not reduced either.
     BmpMod::ProbeBmp(path_of_entry(form_, index), width, height, depth, compression);
     return depth > deepest_indexed;
 }

@@ -1,5 +1,5 @@
-// The import: the selected picture files become the frames of the sprite, all sharing one palette of 256
-// colours. It runs in two passes over the files with the making of the palette between them.
+// The import: turns the selected picture files into frames that share one palette of 256 colours. A first
+// pass over the files collects the colours, the palette is made, a second pass adds the frames.
 #pragma once
 
 #include "core/jobs/AddFramesForm.h"
@@ -7,9 +7,9 @@
 
 namespace varnoth {
 
-/// Drops the sprite's frames and makes new ones of all selected entries. Says so in a message at the end, or
-/// at once when nothing is selected. Memory does not grow with the number of pictures: every pass decodes
-/// each picture anew into the form's surfaces. A picture that does not load is a failure that goes through.
+/// Replaces the sprite's frames by the selected pictures and shows a message at the end; when nothing is
+/// selected, only shows a message. Memory use does not grow with the number of pictures: both passes decode
+/// each picture into the form's surfaces. Load errors propagate.
 void import_frames(AddFramesForm& form, ImportView& view);
 
 } // namespace varnoth

@@ -1,19 +1,19 @@
-// Taking a sprite's path apart. Both "\" and "/" separate.
+// Splits a sprite's path into folder, name and extension. Both "\" and "/" are separators.
 #pragma once
 
 #include <string>
 
 namespace varnoth::Module1 {
 
-/// What stands behind the last separator, or the whole text when there is none. A separator at the very end
-/// is passed over and stays in the result.
+/// The part after the last separator, or the whole path without one. A trailing separator does not count and
+/// remains in the result.
 std::string strip_folder(const std::string& path);
 
-/// What stands before the last separator; of a path that has it at its front alone, that separator, which is
-/// the root. Empty without one.
+/// The part before the last separator; the separator itself, the root, when it is the first character. Empty
+/// without a separator.
 std::string folder_of(const std::string& path);
 
-/// What stands before the first dot that has something before it, or the whole text when there is no dot.
+/// The part before the first dot that is not the first character, or the whole name without a dot.
 std::string strip_extension(const std::string& name);
 
 } // namespace varnoth::Module1

@@ -6,7 +6,7 @@
 
 namespace varnoth {
 
-/// The number of a format is its place in that list.
+/// The value is the index in that list.
 enum class PictureFormat : std::int32_t { Bmp = 0, Jpg = 1, Tga = 2, Pcx = 3 };
 
 /// ".bmp", ".jpg", ".tga" or ".pcx".

@@ -36,7 +36,7 @@ Size sprite_size() {
     return {header.Width, header.Height};
 }
 
-// The size that the header of a picture file tells, or nothing when the probe refuses it.
+// The size in the header of a picture file; empty when the probe rejects the file.
 std::optional<Size> probe(PictureFormat format, const std::string& path) {
     Size size;
     std::int16_t depth = 0;
@@ -66,7 +66,8 @@ void ask_for_size(AddFramesForm& form, const Size& picture) {
                             "Resize Pictures To " + size_text(sprite_size()));
 }
 
-// Judges one entry against the size of the first one; `first` is taken from the entry while its height is 0.
+// Checks one entry against the size of the first one. While the height of `first` is 0, takes it from the
+// entry.
 Fault judge(AddFramesForm& form, std::int32_t index, Size& first) {
     const std::optional<Size> size = probe(form.format(), path_of_entry(form, index));
     if (!size) {
@@ -77,7 +78,7 @@ Fault judge(AddFramesForm& form, std::int32_t index, Size& first) {
     }
     if (first.height == 0) {
         first = *size;
-        // Nothing closes the question when the sizes agree: it stays open if an earlier click opened it.
+        // Equal sizes do not close a question that an earlier click opened.
         if (first != sprite_size()) {
             ask_for_size(form, first);
         }
@@ -97,7 +98,7 @@ std::string message_of(Fault fault, const std::string& name) {
     }
 }
 
-// A reader sizes the target and draws on it. It answers in pixels, the unit of the target's container.
+// In pixels (scale mode 0), the unit of the target's container.
 void draw_tga(const std::string& path, PictureSurface& target) {
     LoadTGA reader;
     reader.Load(path);

@@ -1,5 +1,4 @@
-// The two routines of the Add Frame/s dialog that look at picture files: judging the selection and loading an
-// entry onto a surface.
+// Validates the selection of the Add Frame/s dialog and loads an entry onto a surface.
 #pragma once
 
 #include <cstdint>
@@ -9,17 +8,16 @@
 
 namespace varnoth {
 
-/// Probes the selected entries in order and opens the size question when the first of them differs from the
-/// sprite's size. At the first entry that is no good picture, larger than 256 by 256 or of another size than
-/// the first: closes the question, says so in a message, unselects that entry and looks at no further one.
-/// Always true.
+/// Probes the selected entries in order and opens the size question when the first one differs from the
+/// sprite's size. At the first entry that is invalid, larger than 256 by 256 or of another size than the
+/// first one, closes the question, shows a message, unselects that entry and stops. Always returns true.
 bool ValidateSelection(AddFramesForm& form);
 
-/// Puts the picture of an entry on the surface, which takes its size. A TGA or PCX file whose header is
-/// refused leaves the surface as it was; failures of the readers and of the picture loader go through.
+/// Loads the picture of an entry onto the surface, which takes its size. A TGA or PCX file with an invalid
+/// header leaves the surface unchanged. Failures of the readers and of the picture loader propagate.
 void LoadSelectedPicture(AddFramesForm& form, std::int16_t index, PictureSurface& target);
 
-/// Folder and name of an entry.
+/// The full path of an entry.
 std::string path_of_entry(const AddFramesForm& form, std::int32_t index);
 
 } // namespace varnoth

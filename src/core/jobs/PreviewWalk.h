@@ -1,4 +1,4 @@
-// The animation preview without its window: which frame a tick draws, and how long a tick lasts.
+// The logic of the animation preview: which frame a timer tick draws, and the timer's interval.
 #pragma once
 
 #include <cstdint>
@@ -8,20 +8,20 @@
 namespace varnoth {
 
 struct PreviewWalk {
-    std::int16_t CurrentFrame = 0;     ///< handed to draw_frame at the next tick
+    std::int16_t CurrentFrame = 0;     ///< display position that the next tick draws
     std::int16_t FramesPerSecond = 15; ///< speed
 
-    /// Milliseconds of a tick, taken down to a whole number. DivisionByZero at a speed of 0.
+    /// Milliseconds per tick, rounded down. DivisionByZero at a speed of 0.
     std::int32_t interval() const;
 
-    /// One frame a second more, up to 60. False when nothing changed.
+    /// One frame per second more, up to 60. False when nothing changed.
     bool faster();
 
-    /// One frame a second less. The bound is 0 and not 1, so 1 goes to 0, which interval() does not survive.
+    /// One frame per second less, down to 0 (not 1), at which interval() fails. False when nothing changed.
     bool slower();
 
-    /// Draws the current frame and goes on from the number of the stored frame, back to 0 behind the last of
-    /// `line_count` lines. With a changed order it follows that chain and may leave frames out.
+    /// Draws the current frame and continues after the number of the stored frame, or at 0 after the last of
+    /// `line_count` lines. With a changed frame order it may therefore omit frames.
     void tick(PictureSurface& picture, std::int32_t line_count);
 };
 

@@ -1,4 +1,4 @@
-// A set of plain colours. It grows and is emptied, nothing is ever taken out.
+// A set of plain colours without removal of single elements.
 #pragma once
 
 #include <cstddef>
@@ -8,14 +8,13 @@
 
 namespace varnoth {
 
-/// One bit for every colour there is, 2 MiB from the first insertion until it is emptied: as much for a few
-/// colours as for all of them.
+/// One bit for each of the 2^24 colours: takes 2 MiB from the first insertion until clear().
 class ColourSet {
   public:
-    /// Whether the colour has been put in; a plain one, 0 to 0xFFFFFF.
+    /// Whether the set contains a plain colour, 0 to 0xFFFFFF.
     bool contains(Colour colour) const { return !held_.empty() && held_[static_cast<std::size_t>(colour)]; }
 
-    /// Puts a plain colour in.
+    /// Inserts a plain colour.
     void insert(Colour colour) {
         if (held_.empty()) {
             held_.resize(colours);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int list_levels = 8;
 
-// A pixel that passes a ninth split has either found its leaf or run out of lists.
+// After a ninth split a pixel has either found its leaf or needs a list that does not exist.
 constexpr int deepest_split = list_levels + 1;
 
 // Enough nodes for a tree of 256 leaves.
@@ -44,7 +44,7 @@ Octree::Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& 
       blue_paths_(paths_of(weights.blue, 2)),
       nodes_(first_nodes) {}
 
-// Paths are the same in every tree of equal weights, and the weight is nearly always 1.
+// Paths depend on the weight only, which is nearly always 1, so those are computed once.
 Octree::ChannelPaths Octree::paths_of(float weight, int bit_of_slot) {
     static const ChannelPaths unweighted = walked_paths(1.0F);
     ChannelPaths paths = weight == 1.0F ? unweighted : walked_paths(weight);
@@ -81,7 +81,7 @@ Octree::Leaf Octree::Sums::unpacked() const {
 
 void Octree::add(std::span<const std::uint8_t> pixels) {
     pixel_count_ += std::ssize(pixels) / 4;
-    // Of a leaf that is counted on without a check.
+    // The least value of a leaf that can be added to directly.
     const std::uint64_t least = is_harmless() ? packed_pair(0, 1) : std::numeric_limits<std::uint64_t>::max();
     for (std::size_t at = 0; at + 4 <= pixels.size(); at += 4) {
         const std::uint8_t blue = pixels[at];
@@ -101,7 +101,7 @@ void Octree::add(std::span<const std::uint8_t> pixels) {
     }
 }
 
-// No sum of this few pixels leaves its 32 bits.
+// So few pixels cannot overflow a 32-bit sum.
 bool Octree::is_harmless() const {
     return pixel_count_ <= std::numeric_limits<std::int32_t>::max() / 255;
 }
@@ -116,7 +116,8 @@ void Octree::add_sums(Sums& totals, const Sums& sums) const {
               checked_pair(totals.blue_and_count, sums.blue_and_count)};
 }
 
-// Where the path leads three levels below the top, where most leaves stand: to a leaf, another node or none.
+// The node that the path reaches three levels below the top, where most leaves are: a leaf, an inner node or
+// position 0.
 Octree::Node& Octree::near_node(Path path) {
     Position at = top_[path % top_.size()];
     at = node(at).child[slot_of(path, top_levels + 1)];
@@ -125,7 +126,7 @@ Octree::Node& Octree::near_node(Path path) {
     return node(at);
 }
 
-// The leaf of a path, made if it is missing. A leaf's children lead to itself, so a walk stays on it.
+// The leaf of a path, created if missing. The children of a leaf are the leaf itself, so a walk stays on it.
 Octree::Node& Octree::leaf_at(Path path) {
     Position& on_top = top_[path % top_.size()];
     if (on_top == 0) {
@@ -134,7 +135,7 @@ Octree::Node& Octree::leaf_at(Path path) {
     return node(walk_down(on_top, path, top_levels + 1, deepest_split));
 }
 
-// From a node of the level above `level` to the node of the last level. What is missing is made.
+// Walks from a node of the level above `level` to the node of the last level. Creates missing nodes.
 Octree::Position Octree::walk_down(Position at, Path path, int level, int last_level) {
     for (; level <= last_level; ++level) {
         const Position child = node(at).child[slot_of(path, level)];
@@ -158,12 +159,12 @@ Octree::Position Octree::grow(Position parent, Path path, int level) {
     return child;
 }
 
-// Whether a new node of this level may be made a leaf at once. The rule is to make a chain of nodes down to
-// the last level and to reduce, deepest level first, while there are too many leaves. When the tree is full
-// and the list of the next level is empty, and with it every deeper one, that reduction eats the chain up to
-// this node, which then heads the deepest list: each node of the chain has one child and so does not lower
-// the number of leaves. The other nodes of the chain go to the free list in the order in which they would be
-// taken next, from that list or as new positions, so nothing tells that they were ever made.
+// Whether a new node of this level can be made a leaf at once. The algorithm creates a chain of nodes down to
+// the last level and reduces, deepest level first, while there are too many leaves. When the tree is full and
+// the lists of all deeper levels are empty, that reduction would consume the chain up to this node: each node
+// of the chain has one child, so reducing it does not lower the number of leaves. The freed nodes would enter
+// the free list in the order in which they are allocated next, so skipping the chain gives the same
+// positions.
 bool Octree::would_collapse_to(int level) const {
     return leaf_count_ >= maximum_ && levels_ <= list_levels && level < levels_ &&
            reducible_head_[static_cast<std::size_t>(level) + 1] == 0;
@@ -179,8 +180,8 @@ void Octree::enter_reducible(Position position, int level) {
     filled_lists_ |= 1U << level;
 }
 
-// Turns the node entered last in the deepest level that has any into a leaf for all that its children stood
-// for. Its children are leaves: an inner one would stand in a deeper list.
+// Merges the children of the node entered last in the deepest non-empty list into that node, which becomes a
+// leaf. All its children are leaves: an inner child would be in a deeper list.
 bool Octree::reduce() {
     if (levels_ > list_levels) {
         fail(Failure::SubscriptOutOfRange);
@@ -208,7 +209,7 @@ bool Octree::reduce() {
     reduced.sums = totals;
     reduced.child.fill(position);
     if (level < top_levels) {
-        top_.fill(0); // some of it may lead to the freed children
+        top_.fill(0); // some entries may refer to the freed children
     }
     return true;
 }
@@ -222,7 +223,7 @@ void Octree::free_node(Position position) {
     free_head_ = position;
 }
 
-// The node freed last, or else the next new position.
+// The node freed last, or the next unused position.
 Octree::Position Octree::new_node() {
     if (free_head_ == 0) {
         if (used_ == nodes_.size()) {

@@ -1,7 +1,7 @@
-// The tree behind the adaptive palette: octree colour quantisation (Gervautz and Purgathofer, "A simple
-// method for color quantization: octree quantization", 1988) in which each level splits a colour box at the
-// midpoint of its present bounds, reduced while pixels come in. The order in which positions are used and
-// used again is part of the result, because palettes list the leaves by position.
+// The tree behind the optimal palette: octree colour quantisation (Gervautz and Purgathofer, "A simple method
+// for color quantization: octree quantization", 1988). Each level splits a colour box at the midpoint of its
+// bounds; the tree is reduced while pixels are added. The order in which positions are allocated and reused
+// affects the result, because palettes list the leaves by position.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@
 
 namespace varnoth {
 
-/// What the splits see of a channel: its value times this.
+/// The factors by which channel values are multiplied before they are compared in a split.
 struct ChannelWeights {
     float red;
     float green;
@@ -21,7 +21,7 @@ struct ChannelWeights {
 
 class Octree {
   public:
-    /// Sums and count of the pixels that one leaf stands for.
+    /// The channel sums and the number of the pixels of one leaf.
     struct Leaf {
         std::int32_t SumR;
         std::int32_t SumG;
@@ -29,23 +29,23 @@ class Octree {
         std::int32_t PixelCount;
     };
 
-    /// A tree of `levels` levels that is held at `maximum` leaves. The root never becomes a leaf, so up to
-    /// eight leaves stay however low the maximum is.
+    /// A tree of `levels` levels that is reduced to at most `maximum` leaves. The root never becomes a leaf,
+    /// so up to eight leaves may remain even if the maximum is lower.
     Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& weights);
 
-    /// Counts the pixels, 4 bytes each: blue, green, red and one that plays no part. Reduces after each one.
-    /// There are lists of reducible nodes for the levels 1 to 8 only: SubscriptOutOfRange when a pixel needs
-    /// another one, that is with 0 or more than 9 levels at once, with 9 at the first reduction. Overflow
-    /// when a leaf's sums leave their 32 bits.
+    /// Adds pixels of 4 bytes: blue, green, red and an unused byte. Reduces the tree after each one. There
+    /// are lists of reducible nodes for levels 1 to 8 only; SubscriptOutOfRange when a pixel needs another
+    /// one: with 0 or more than 9 levels at the first pixel, with 9 at the first reduction. Overflow when a
+    /// leaf's sum does not fit 32 bits.
     void add(std::span<const std::uint8_t> pixels);
 
     /// The leaves in the order of their positions.
     std::vector<Leaf> leaves() const;
 
   private:
-    using Position = std::uint32_t; // 0 stands for none, 1 is the root
+    using Position = std::uint32_t; // 0 is none, 1 is the root
 
-    // The sums of a leaf, two to a number, so that a pixel takes two additions. None is ever negative.
+    // The sums of a leaf, packed in pairs, so that a pixel takes two additions. They are never negative.
     struct Sums {
         std::uint64_t red_and_green = 0; // red in the lower half
         std::uint64_t blue_and_count = 0;
@@ -60,8 +60,8 @@ class Octree {
         Position next = 0;               // in the list of reducible or of free nodes
     };
 
-    // Three bits a level from the lowest up, the child slots from the root down. Of the bounds and bits of
-    // one channel, no other channel plays a part, so 256 values a channel tell all paths beforehand.
+    // The child slots from the root down, three bits per level from the lowest up. The bits of one channel do
+    // not depend on the others, so a table of 256 values per channel gives all paths.
     using Path = std::uint32_t;
     using ChannelPaths = std::array<Path, 256>;
 
@@ -90,15 +90,15 @@ class Octree {
     ChannelPaths green_paths_;
     ChannelPaths blue_paths_;
     std::vector<Node> nodes_;                  // position 0 is not used
-    Position used_ = 2;                        // how many of them were ever in use
+    Position used_ = 2;                        // the next position never allocated
     std::array<Position, 9> reducible_head_{}; // levels 1 to 8
     std::uint32_t filled_lists_ = 0;           // a bit for each level whose list is not empty
     std::int32_t leaf_count_ = 0;
     std::int64_t pixel_count_ = 0;
     Position free_head_ = 0;
 
-    // Where the first levels of a path lead, as far as it was walked before: to the node of the last of them
-    // or to a leaf above it.
+    // A cache of walks over the first levels: the node of the last of them or a leaf above it; 0 if not
+    // walked yet.
     static constexpr int top_levels = 3;
     std::array<Position, 1 << 3 * top_levels> top_{};
 };

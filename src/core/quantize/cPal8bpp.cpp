@@ -5,8 +5,8 @@
 
 #include "core/base/RunTimeFailure.h"
 #include "core/base/numbers.h"
-#include "core/quantize/Octree.h"
 #include "core/image/dib_rows.h"
+#include "core/quantize/Octree.h"
 
 namespace varnoth {
 
@@ -87,8 +87,7 @@ void cPal8bpp::MakePaletteHandle() {
     }
     LOGPALETTE record;
     record.palNumEntries = narrow<std::uint16_t>(entries_);
-    // The bytes go over as they stand, blue first into an entry that is red first; the queries cross them
-    // again.
+    // Entries are copied with red and blue exchanged; ClosestIndex exchanges them again.
     for (std::size_t i = 0; i < colors.size(); ++i) {
         record.palPalEntry[i] = {colors[i].rgbBlue, colors[i].rgbGreen, colors[i].rgbRed,
                                  colors[i].rgbReserved};

@@ -1,6 +1,5 @@
-// One palette of up to 256 colours with a platform palette for nearest-colour search. It makes the standard
-// palettes (greys, the 16 system colours, colour cubes, a web-safe table) and the palette that suits a
-// picture best.
+// A palette of up to 256 colours with a platform palette for nearest-colour search. Creates the standard
+// palettes (greys, the 16 system colours, colour cubes, web-safe) and the optimal palette of a picture.
 #pragma once
 
 #include <array>
@@ -8,14 +7,14 @@
 #include <optional>
 #include <span>
 
-#include "core/image/cDIB.h"
 #include "core/image/Colour.h"
 #include "core/image/LogicalPalette.h"
+#include "core/image/cDIB.h"
 
 namespace varnoth {
 
-/// A new object has neither colours nor a platform palette. Until the first Initialize or Create..., whatever
-/// reads or writes colours fails with SubscriptOutOfRange. Changed entries reach the platform palette only by
+/// A new object has neither colours nor a platform palette. Until the first Initialize or Create..., reading
+/// or writing colours fails with SubscriptOutOfRange. Changed entries reach the platform palette only through
 /// BuildLogicalPalette.
 class cPal8bpp {
   public:
@@ -23,46 +22,45 @@ class cPal8bpp {
     cPal8bpp(const cPal8bpp&) = delete;
     cPal8bpp& operator=(const cPal8bpp&) = delete;
 
-    /// 256 black colours of which `entries` count as valid; the number is taken as it comes.
+    /// Sets 256 black colours, of which `entries` are valid. The number is not checked.
     void Initialize(std::int16_t entries);
 
-    /// Makes the platform palette of the valid entries. With fewer than 1 or more than 256 of them there is
-    /// none.
+    /// Creates the platform palette from the valid entries; none for fewer than 1 or more than 256 entries.
     void BuildLogicalPalette();
 
-    /// Back to the state of a new object.
+    /// Returns to the state of a new object.
     void Destroy();
 
-    /// The colour of the entry that ClosestIndex gives.
+    /// The colour of the entry that ClosestIndex finds.
     void ClosestColor(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::uint8_t& closest_red,
                       std::uint8_t& closest_green, std::uint8_t& closest_blue) const;
 
-    /// Index of the entry of the platform palette nearest to the colour, the lowest among equals. Overflow
-    /// without a platform palette: the index that means "none" does not fit a byte.
+    /// The index of the platform palette's entry nearest to the colour, the lowest of equally near ones.
+    /// Overflow without a platform palette: the index that means "none" does not fit a byte.
     void ClosestIndex(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::uint8_t& index) const;
 
     /// Whether all valid entries are grey; false without any.
     bool IsGreyScale() const;
 
-    /// 2, 16 or 256 greys from black to white for kind 0, 1, 2. Another kind is the caller's error:
-    /// SubscriptOutOfRange, and nothing changes.
+    /// 2, 16 or 256 greys from black to white for kind 0, 1 or 2. SubscriptOutOfRange for any other kind,
+    /// without a change.
     void CreateGreyScale(std::int32_t kind);
 
     /// The 16 system colours, dark ones first.
     void CreateEGA();
 
-    /// A colour cube of 2, 3, 4, 5 or 6 levels a channel for kind 0 to 4, red varying fastest, blue slowest.
-    /// Another kind is the caller's error: SubscriptOutOfRange, and nothing changes.
+    /// A colour cube of 2, 3, 4, 5 or 6 levels per channel for kind 0 to 4; red varies fastest, blue slowest.
+    /// SubscriptOutOfRange for any other kind, without a change.
     void CreateHalftone(std::int32_t kind);
 
     /// Dark system colours, the rest of the 6 by 6 by 6 cube, one black, 31 greys, bright system colours.
     void CreateWebsafe();
 
-    /// The colours that suit a 32-bit picture best, at most `maximum` (eight may stay however low it is), by
-    /// an octree of `levels` levels whose splits see each channel multiplied by its weight. A picture of
-    /// another depth changes nothing. Overflow when levels is no byte or a leaf's sums leave 32 bits;
-    /// SubscriptOutOfRange when the levels are too few or too many for the picture (see Octree) or more than
-    /// 256 colours are left.
+    /// The optimal palette of a 32-bit picture, found with an octree of `levels` levels that weights the
+    /// channels. At most `maximum` colours, though up to eight may remain even if the maximum is lower. A
+    /// picture of another depth changes nothing. Overflow when `levels` does not fit a byte or a leaf's sum
+    /// does not fit 32 bits; SubscriptOutOfRange when the picture needs a level that Octree does not support,
+    /// or when more than 256 colours remain.
     void CreateOptimal(const cDIB& Image, std::int32_t maximum, std::int32_t levels, float RWeight,
                        float GWeight, float BWeight);
 
@@ -70,15 +68,15 @@ class cPal8bpp {
     std::span<RGBQUAD, 256> lpPalette();
     std::span<const RGBQUAD, 256> lpPalette() const;
 
-    /// Null when there is no platform palette. Its entries hold red and blue crossed.
+    /// The platform palette, whose entries have red and blue exchanged; null when there is none.
     const LogicalPalette* hPal() const { return logical_palette_ ? &*logical_palette_ : nullptr; }
 
-    /// How many entries are valid.
+    /// The number of valid entries.
     std::int16_t Entries() const { return entries_; }
 
     void SetEntries(std::int16_t entries) { entries_ = entries; }
 
-    /// One channel of an entry, valid or not. The platform palette does not follow a change.
+    /// One channel of an entry, valid or not. Setting it does not change the platform palette.
     std::uint8_t rgbR(std::uint8_t index) const { return lpPalette()[index].rgbRed; }
 
     /// Likewise.

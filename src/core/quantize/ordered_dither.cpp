@@ -10,7 +10,7 @@ namespace varnoth {
 
 namespace {
 
-// Levels of a channel: value / step, by a multiplication that leaves the quotient in the upper bits.
+// The levels of a channel: value / step, computed by a multiplication and a shift.
 struct Levels {
     std::uint16_t count;
     std::uint16_t step;
@@ -38,7 +38,7 @@ consteval bool divides_exactly(const Levels& levels) {
 
 static_assert(divides_exactly(levels16) && divides_exactly(levels6));
 
-// How far the byte of a channel is shifted in a pixel that is read as one number.
+// The shift of a channel's byte in a pixel that is read as one number.
 constexpr int shift_of(int channel) {
     return std::endian::native == std::endian::little ? 8 * channel : 24 - 8 * channel;
 }

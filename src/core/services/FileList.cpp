@@ -18,7 +18,7 @@ char lower(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
-// The digits at the start of a text without leading zeros; `text` goes on behind them.
+// Removes the digits at the start of `text` and returns them without leading zeros.
 std::string_view take_number(std::string_view& text) {
     const std::size_t end = std::min(text.find_first_not_of("0123456789"), text.size());
     std::string_view digits = text.substr(0, end);

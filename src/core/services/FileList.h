@@ -7,12 +7,12 @@
 
 namespace varnoth {
 
-/// The names of the plain files in a folder that end in the extension (".bmp") without regard to case, in the
-/// order that people expect: letters without regard to case, numbers by their value, so frame2 stands before
-/// frame10. A folder that cannot be read has none.
+/// The names of the regular files in a folder that end in the extension (".bmp"), compared
+/// case-insensitively, in natural order: letters case-insensitively, numbers by value, so that frame2
+/// precedes frame10. Empty when the folder cannot be read.
 std::vector<std::string> list_files(const std::string& folder, std::string_view extension);
 
-/// Whether `a` stands before `b` in that order.
+/// Whether `a` precedes `b` in natural order. Names that compare equal are ordered by their bytes.
 bool comes_before(std::string_view a, std::string_view b);
 
 } // namespace varnoth

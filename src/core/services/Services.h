@@ -1,6 +1,5 @@
-// The platform services that the program calls by itself: message boxes, the yield to the event queue, the
-// picture loader and the file chooser. One set is installed at a time; the program, its tests and its tools
-// install their own.
+// The platform services that the core calls: message boxes, the event queue, the picture loader and the file
+// chooser. One set is installed at a time; the editor, its tests and its tools each install their own.
 #pragma once
 
 #include <string>
@@ -10,7 +9,7 @@ namespace varnoth {
 
 struct Picture;
 
-/// How the program talks to its user.
+/// Messages and questions to the user.
 class MessageBoxes {
   public:
     virtual ~MessageBoxes() = default;
@@ -22,37 +21,37 @@ class MessageBoxes {
     virtual bool ask(std::string_view question) = 0;
 };
 
-/// How a long job keeps the windows alive.
+/// Keeps the windows responsive during a long job.
 class EventQueue {
   public:
     virtual ~EventQueue() = default;
 
-    /// Lets pending events run. Cheap enough to be called at every row of a picture.
+    /// Processes pending events. Cheap enough to be called for every row of a picture.
     virtual void yield() = 0;
 };
 
-/// How BMP and JPEG files become pictures; TGA and PCX have readers of the program's own.
+/// Loads BMP and JPEG files. TGA and PCX files have their own readers, LoadTGA and LoadPCX.
 class PictureLoader {
   public:
     virtual ~PictureLoader() = default;
 
-    /// Decodes a BMP or JPEG file, told by its content, to a 32-bit picture of the file's own size.
-    /// FileNotFound and the like when it cannot be read, InvalidPicture when it does not decode.
+    /// Decodes a BMP or JPEG file, recognised by its content, to a 32-bit picture of the file's own size.
+    /// A file failure when it cannot be read, InvalidPicture when it cannot be decoded.
     virtual Picture load(const std::string& path) = 0;
 };
 
-/// How the user names a sprite file.
+/// Lets the user choose a sprite file.
 class FileChooser {
   public:
     virtual ~FileChooser() = default;
 
-    /// The path of a sprite file that the user chooses, "" when the choice is cancelled. A filter is a name
-    /// and a pattern with a bar between them: "Texts(*.txt)|*.txt".
+    /// The path that the user chooses, "" when the dialog is cancelled. A filter is a name and a pattern
+    /// separated by a bar: "Texts(*.txt)|*.txt".
     virtual std::string choose_to_open(std::string_view filter) = 0;
     virtual std::string choose_to_save(std::string_view filter) = 0;
 };
 
-/// A set to install. It owns nothing.
+/// A set of services to install. It does not own them.
 struct Services {
     MessageBoxes* message_boxes = nullptr;
     EventQueue* event_queue = nullptr;
@@ -60,7 +59,7 @@ struct Services {
     FileChooser* file_chooser = nullptr;
 };
 
-/// Installs a set of services for its own lifetime; a null member keeps what was installed before.
+/// Installs a set of services for its own lifetime. A null member leaves the previous service installed.
 class ServicesInstallation {
   public:
     explicit ServicesInstallation(const Services& services);
@@ -73,8 +72,8 @@ class ServicesInstallation {
     Services before_;
 };
 
-/// The calls on the installed set. With nothing installed, messages are dropped, questions answered with Yes,
-/// the yield does nothing and every choice of a file is cancelled.
+/// These call the installed services. Without one, messages are dropped, questions are answered with Yes,
+/// yield_to_events() does nothing and choosing a file is cancelled.
 void show_message(std::string_view text);
 bool ask_yes_no(std::string_view question);
 void yield_to_events();

@@ -1,5 +1,4 @@
-// Folders by their paths, as the lists of drives, folders and files need them. Paths are UTF-8; nothing here
-// fails.
+// Folder paths for the lists of drives, folders and files. Paths are UTF-8; none of these functions fails.
 #pragma once
 
 #include <string>
@@ -7,23 +6,23 @@
 
 namespace varnoth {
 
-/// The path made absolute and plain: no dots, no separator at its end but that of a root. The working folder
-/// if it is empty.
+/// The path made absolute and normalised: without "." and "..", and without a trailing separator unless it is
+/// a root. An empty path is the working folder.
 std::string plain_folder(const std::string& path);
 
 std::string current_folder();
 
-/// The folders from the root down to a folder, itself included, as full paths.
+/// The full paths of all folders from the root down to and including `folder`.
 std::vector<std::string> folders_down_to(const std::string& folder);
 
-/// The folders that a folder holds, hidden ones and links to folders too, as full paths in the order that
-/// people expect. A folder that cannot be read holds none.
+/// The full paths of the subfolders of a folder, including hidden ones and links to folders, in natural
+/// order. Empty when the folder cannot be read.
 std::vector<std::string> folders_in(const std::string& folder);
 
-/// The last part of a path; of a root, the root.
+/// The last component of a path; for a root, the root itself.
 std::string folder_name(const std::string& folder);
 
-/// Whether a folder is that one or lies somewhere in it.
+/// Whether `folder` is `outer` or lies anywhere below it.
 bool is_within(const std::string& folder, const std::string& outer);
 
 } // namespace varnoth

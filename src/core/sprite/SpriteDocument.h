@@ -1,5 +1,5 @@
-// The records of the one sprite that the program edits, as they stand in memory, and their form in the file:
-// little-endian, without gaps.
+// The records of the edited sprite in memory, and their conversion to and from the file layout:
+// little-endian, unaligned.
 #pragma once
 
 #include <array>
@@ -20,7 +20,7 @@ struct SpriteHeaderRecord {
     std::int32_t Version = 0;    ///< 2 in a new sprite
     std::int32_t SpriteType = 0; ///< orientation, 0 to 4; hlspr::sprite_type_name has the names
     std::int32_t RenderMode = 0; ///< 0 to 3; hlspr::render_mode_name has the names
-    float BoundingRadius = 0;    ///< pixels, from the middle to a corner
+    float BoundingRadius = 0;    ///< pixels, from the centre to a corner
     std::int32_t Width = 0;      ///< pixels
     std::int32_t Height = 0;     ///< pixels
     std::int32_t FrameCount = 0;
@@ -28,7 +28,7 @@ struct SpriteHeaderRecord {
     std::int32_t SyncType = 0; ///< 1 in a new sprite
 };
 
-/// One colour of the document's palette, red first as in the file. Palettes elsewhere are blue first.
+/// One colour of the document's palette, red first as in the file. Other palettes (RGBQUAD) are blue first.
 struct PaletteColour {
     std::uint8_t red = 0;
     std::uint8_t green = 0;
@@ -37,21 +37,21 @@ struct PaletteColour {
     friend bool operator==(const PaletteColour&, const PaletteColour&) = default;
 };
 
-/// 770 bytes in the file: all 256 colours, whatever the count says.
+/// 770 bytes in the file: always 256 colours, regardless of the count.
 struct PaletteRecord {
     static constexpr std::size_t file_size = 770;
 
-    std::int16_t ColourCount = 0; ///< always 256 in a document in use
+    std::int16_t ColourCount = 0; ///< 256 in every valid document
     std::array<PaletteColour, 256> Colours{};
 };
 
-/// 20 bytes in the file, in front of every frame.
+/// 20 bytes in the file, before every frame.
 struct FrameHeaderRecord {
     static constexpr std::size_t file_size = 20;
 
     std::int32_t FrameType = 0;   ///< 0 in a new sprite
-    std::int32_t OriginX = 0;     ///< pixels, of the left edge from the middle: -width / 2
-    std::int32_t OriginY = 0;     ///< pixels, of the upper edge from the middle: height / 2
+    std::int32_t OriginX = 0;     ///< pixels from the centre to the left edge: -width / 2
+    std::int32_t OriginY = 0;     ///< pixels from the centre to the top edge: height / 2
     std::int32_t FrameWidth = 0;  ///< pixels
     std::int32_t FrameHeight = 0; ///< pixels
 };
@@ -60,14 +60,14 @@ struct SpriteDocument {
     SpriteHeaderRecord SpriteHeader;
     PaletteRecord Palette;
 
-    /// One record, not one per frame: loading leaves the last frame's, saving writes it before every frame.
+    /// One record for all frames: loading keeps the last frame's, saving writes it before every frame.
     FrameHeaderRecord FrameHeader;
 
-    /// Palette indices, a byte a pixel, rows from the top without padding. Without frames there is one slot
-    /// nevertheless; nothing may read it.
+    /// Palette indices of each stored frame: one byte per pixel, top row first, no padding. A sprite without
+    /// frames has one slot, which must not be read.
     std::vector<ByteArray> FrameStore;
 
-    /// The number in FrameStore of the frame at each display position.
+    /// The index into FrameStore for each display position.
     std::vector<std::int16_t> FrameOrder;
 };
 

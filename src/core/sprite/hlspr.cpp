@@ -11,8 +11,8 @@
 
 #include "core/base/files.h"
 #include "core/base/numbers.h"
-#include "core/quantize/mixpals.h"
 #include "core/image/IndexExpansion.h"
+#include "core/quantize/mixpals.h"
 #include "core/services/Services.h"
 
 namespace varnoth::hlspr {
@@ -27,32 +27,32 @@ constexpr std::array<char, 4> sprite_ident{'I', 'D', 'S', 'P'};
 constexpr std::int32_t sprite_version = 2;
 constexpr std::int16_t sprite_colours = 256;
 
-// Both arrays anew: what a larger sprite before took goes with it. The old ones stay if there is no memory.
+// Replaces both arrays, which frees the memory of the previous sprite. Keeps them when allocation fails.
 void make_store(std::size_t slots) {
     std::vector<ByteArray> store(slots);
     document().FrameOrder = std::vector<std::int16_t>(slots);
     document().FrameStore = std::move(store);
 }
 
-// The one slot that the arrays have even without frames.
+// A sprite without frames has one slot.
 void make_empty_store() {
     make_store(1);
     document().FrameStore.front() = ByteArray(1);
 }
 
-// A frame number is a signed 16-bit number, so no file can bring more slots into use than this. The tables of
-// a file that claims more are cut here: reading ends in a failure at the latest at the number that overflows.
+// Frame numbers are signed 16-bit, so no more slots than this can be used. A file that claims more gets this
+// many; reading it fails at the first frame number that overflows, if not before.
 constexpr std::int32_t most_frame_slots = 32768;
 
 template <std::size_t Size>
 std::array<std::uint8_t, Size> read_record(InputFile& file) {
-    std::array<std::uint8_t, Size> bytes{}; // what a short file does not bring stays zero
+    std::array<std::uint8_t, Size> bytes{}; // bytes missing from a truncated file stay 0
     file.read(bytes);
     return bytes;
 }
 
-// What a short file does not bring is 0. Memory is touched only as far as the file reaches: its header may
-// announce any size.
+// Bytes missing from a truncated file are 0. Because a header may claim any size, memory beyond the end of
+// the file is not touched.
 void read_indices(InputFile& file, ByteArray& indices, std::size_t size) {
     if (file.remaining() < static_cast<std::int64_t>(size)) {
         indices = ByteArray(size);
@@ -64,7 +64,7 @@ void read_indices(InputFile& file, ByteArray& indices, std::size_t size) {
         std::ranges::fill(indices.bytes().subspan(first), std::uint8_t{0});
     };
     try {
-        clear_from(file.read(indices.bytes())); // the file may have shrunk by now
+        clear_from(file.read(indices.bytes())); // the file may have shrunk meanwhile
     } catch (const RunTimeFailure&) {
         clear_from(0);
         throw;
@@ -87,7 +87,7 @@ void read_frame(InputFile& file, std::int16_t number) {
     sprite.FrameOrder[slot] = number;
 }
 
-// The document takes each record before it is judged: a refused file leaves its header behind.
+// Stores each record before validating it: a rejected file leaves its header in the document.
 Truth read_sprite(const std::string& path) {
     SpriteDocument& sprite = document();
     InputFile file(path);
@@ -133,7 +133,7 @@ Truth write_sprite(const std::string& path) {
     return True;
 }
 
-// The trap around loading and saving: whatever goes wrong becomes one message and a false result.
+// Runs a load or save; any failure becomes one message and the result False.
 template <typename Action>
 Truth trapped(Action&& action, std::string_view message) {
     try {
@@ -154,7 +154,7 @@ std::array<RGBQUAD, 256> palette_as_pixels(const PaletteRecord& palette) {
     return pixels;
 }
 
-// The indices of a stored frame; none for a number that no frame has.
+// The indices of a stored frame; empty for an invalid number.
 std::span<const std::uint8_t> indices_of(std::int16_t number) {
     const SpriteDocument& sprite = document();
     const auto slot = static_cast<std::size_t>(number);
@@ -166,12 +166,12 @@ bool holds_pixels(const Bitmap& bitmap, std::int32_t width, std::int32_t height)
     return bitmap.bits_per_pixel() == 32 && bitmap.width() == width && bitmap.height() == height;
 }
 
-// Pixels one behind the other, blue, green and red first.
+// Contiguous pixels of `pixel_bytes` bytes each, which begin with blue, green, red.
 struct PixelSpan {
     std::span<const std::uint8_t> bytes;
     std::int32_t pixel_bytes;
 
-    /// How many pixels have their three colours there.
+    /// The number of pixels whose three colour bytes are inside the span.
     std::int64_t count() const {
         const std::int64_t size = std::ssize(bytes);
         return size < 3           ? 0
@@ -180,8 +180,8 @@ struct PixelSpan {
     }
 };
 
-// The indices of the pixels from `first` on. SubscriptOutOfRange behind the last pixel; the indices of those
-// before it are taken.
+// Finds the indices of the pixels from `first` on. SubscriptOutOfRange when there are too few pixels, after
+// the indices of the existing ones have been stored.
 void take_indices(const PixelSpan& pixels, std::int64_t first, std::span<std::uint8_t> indices) {
     const std::int64_t there = std::clamp<std::int64_t>(pixels.count() - first, 0, std::ssize(indices));
     if (there > 0) {
@@ -274,8 +274,8 @@ std::string_view sprite_type_name(std::int32_t sprite_type) {
 void draw_frame(std::int16_t& frame_number, PictureSurface& picture) {
     const SpriteDocument& sprite = document();
     check_subscript(frame_number, sprite.FrameOrder.size());
-    // Written back on purpose: extraction names its files after the stored number and counts on from it, and
-    // the animation follows it.
+    // Written back on purpose: extraction names its files after the stored number and continues from it, and
+    // so does the animation.
     frame_number = sprite.FrameOrder[static_cast<std::size_t>(frame_number)];
 
     const std::int32_t width = sprite.SpriteHeader.Width;
@@ -293,11 +293,11 @@ void draw_frame(std::int16_t& frame_number, PictureSurface& picture) {
         fail(Failure::SubscriptOutOfRange);
     }
     const IndexExpansion expansion(palette_as_pixels(sprite.Palette));
-    // A picture of the sprite's size needs no clearing: every pixel of it is written.
+    // No clearing needed: every pixel is written.
     if (holds_pixels(picture.bitmap(), width, height)) {
         expansion.expand(indices.first(pixel_count), picture.bitmap().bytes().data());
     } else {
-        // The 32-bit layout is handed over whatever depth the picture has.
+        // The pixels are 32-bit, whatever the depth of the picture.
         picture.Cls();
         ByteArray pixels = ByteArray::for_overwrite(4 * pixel_count);
         expansion.expand(indices.first(pixel_count), pixels.data());
@@ -311,7 +311,7 @@ void add_frame(PictureSurface& picture) {
     sprite.SpriteHeader.FrameCount = checked_add(sprite.SpriteHeader.FrameCount, 1);
     const auto number = narrow<std::int16_t>(sprite.SpriteHeader.FrameCount - 1);
     if (number < 0) {
-        fail(Failure::SubscriptOutOfRange); // a refused file may have left a negative count behind
+        fail(Failure::SubscriptOutOfRange); // a rejected file may have left a negative count
     }
     const auto slot = static_cast<std::size_t>(number);
     sprite.FrameOrder.resize(slot + 1);
@@ -333,7 +333,7 @@ void add_frame(PictureSurface& picture) {
         take_frame_palette();
     }
     const PixelSpan pixels{bits.bytes(), pixel_bytes};
-    // One yield a row answers the abort button as well as one a pixel: a row takes microseconds.
+    // One yield per row keeps the Cancel button responsive: a row takes microseconds.
     for (std::int32_t y = 0; y < height; ++y) {
         yield_to_events();
         const std::span<std::uint8_t> row = sprite.FrameStore[slot].bytes().subspan(

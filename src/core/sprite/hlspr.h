@@ -1,6 +1,6 @@
-// The one sprite of the program and what is done to it: making, loading, saving, drawing and adding frames.
-// The file is the Half-Life sprite file, version 2 (magic "IDSP"): a 40-byte header, a 770-byte palette
-// record, then every frame as a 20-byte header and its palette indices. All numbers are little-endian.
+// The edited sprite and the operations on it: creating, loading, saving, drawing and adding frames. A
+// Half-Life sprite file, version 2 (magic "IDSP"), has a 40-byte header, a 770-byte palette record, then for
+// each frame a 20-byte header and its palette indices. All numbers are little-endian.
 #pragma once
 
 #include <cstdint>
@@ -13,30 +13,30 @@
 
 namespace varnoth::hlspr {
 
-/// The document. There is exactly one for the life of the program; every command works on it in place.
+/// The document. There is exactly one per process; all commands modify it in place.
 SpriteDocument& document();
 
-/// The sprite has not had its file name chosen yet, so saving must ask for one.
+/// No file name has been chosen yet, so saving must ask for one.
 extern bool UnnamedSprite;
 
-/// There are changes to offer to save.
+/// There are unsaved changes.
 extern bool SpriteDirty;
 
-/// The output folder last chosen for extracted frames, "" at first.
+/// The folder last chosen for extracted frames, initially "".
 extern std::string ExtractFolder;
 
-/// Replaces the document by an empty sprite. Sizes in pixels are not tested: 0 or less is stored as it comes.
+/// Replaces the document with an empty sprite. Sizes are in pixels and not validated.
 void new_sprite(std::int32_t width, std::int32_t height, std::int32_t sprite_type, std::int32_t render_mode);
 
-/// Drops all frames; the rest of the header, the palette colours and the frame header stay.
+/// Removes all frames; keeps the rest of the header, the palette colours and the frame header.
 void clear_frames();
 
-/// Reads a sprite file straight into the document. True when every frame was read. False after the message
-/// that tells why; the document then keeps whatever had been read by that time.
+/// Reads a sprite file directly into the document. True when every frame was read. Otherwise shows a message
+/// with the reason and returns False; the document keeps what had been read.
 Truth load_sprite(const std::string& path);
 
-/// Writes the document, frames in display order. An old file of that name is deleted first, so a failure
-/// after that leaves none or a short one. False after the message "Unknown Error Saving Sprite.".
+/// Writes the document, frames in display order. Deletes an existing file first, so a later failure leaves no
+/// file or a truncated one. On failure shows "Unknown Error Saving Sprite." and returns False.
 Truth save_sprite(const std::string& path);
 
 /// "NORMAL" and so on for 0 to 3, "-1" for any other number.
@@ -45,19 +45,20 @@ std::string_view render_mode_name(std::int32_t render_mode);
 /// "VP_PARALLEL_UPRIGHT" and so on for 0 to 4, "-1" for any other number.
 std::string_view sprite_type_name(std::int32_t sprite_type);
 
-/// Draws the frame at a display position in its plain palette colours; the picture takes the sprite's size.
-/// The position comes back as the number of the stored frame: callers go on from there.
-/// SubscriptOutOfRange for a position without a frame, a frame shorter than the sprite's size, or a size of
-/// 0; InvalidPropertyValue for a size below 0; Overflow or OutOfMemory for one that a picture cannot have.
+/// Draws the frame at a display position in its palette colours, without transparency, and resizes the
+/// picture to the sprite's size. Replaces `frame_number` by the number of the stored frame; callers continue
+/// from it. SubscriptOutOfRange for a position without a frame, a frame shorter than the sprite's size, or a
+/// size of 0; InvalidPropertyValue for a negative size; Overflow or OutOfMemory for one too large for a
+/// picture.
 void draw_frame(std::int16_t& frame_number, PictureSurface& picture);
 
-/// Appends a frame: for each pixel of the picture the nearest index in the last import's lookup palette. The
-/// first frame brings the import's palette into the document. Overflow for the 32,769th frame, whose number
-/// leaves 16 bits, and before the first import; SubscriptOutOfRange for a picture without pixels or of fewer
-/// than 24 bits; OutOfMemory. FrameCount has gone up by then.
+/// Appends a frame: for each pixel of the picture, the nearest index in the lookup palette of the last
+/// import. The first frame also copies the import's palette to the document. Overflow for the 32,769th frame,
+/// whose number does not fit 16 bits, and before the first import; SubscriptOutOfRange for a picture without
+/// pixels or of fewer than 24 bits; OutOfMemory. A failure leaves FrameCount incremented.
 void add_frame(PictureSurface& picture);
 
-/// Gives the document's palette the colours of ImportPalette.
+/// Copies the colours of ImportPalette to the document's palette.
 void take_frame_palette();
 
 } // namespace varnoth::hlspr
