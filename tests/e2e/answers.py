@@ -1,10 +1,10 @@
-"""What the editor has to say to its user, and what it makes of a selection of pictures. Whatever else happens is a
-Finding."""
+"""The messages that the editor may show, and a model of the selection in the Add Frame/s dialog that predicts them. Any
+other behaviour is a Finding."""
 import re
 
 from material import UNKNOWN_LOADING
 
-# What the editor says to its user, by what stands in the summary, and in full.
+# Every message, by its name in the summary, and the pattern of its full text; None where the two are equal.
 MESSAGES = {
     "¿ Do you want to save changes in ... ?": "¿ Do you want to save changes in .* \\?",
     "Sprite Cant Be Empty. Put Some Pictures In It.": None,
@@ -31,7 +31,7 @@ ABORTED = "Process Aborted By User. Some Pictures Where Not Imported."
 FATAL_BOX = "Run-time error: "
 
 LARGEST_SIDE = 256
-# Of a question: the keys that answer it.
+# The keys that answer a question.
 YES, NO = "Return", "Escape"
 
 
@@ -40,7 +40,7 @@ class Finding(AssertionError):
 
 
 def message_of(text):
-    """The message that a text is one of."""
+    """The name of the message with this text; None if there is no such message."""
     for name, pattern in MESSAGES.items():
         if text == name or (pattern and re.fullmatch(pattern, text)):
             return name
@@ -48,7 +48,7 @@ def message_of(text):
 
 
 class Selection:
-    """The dialog that adds frames, as far as its messages go."""
+    """A model of the Add Frame/s dialog: which pictures are selected and which message a click causes."""
 
     def __init__(self, pictures, sprite_size):
         self.pictures, self.sprite_size = pictures, sprite_size
@@ -60,7 +60,7 @@ class Selection:
         self.pictures, self.selected = pictures, set()
 
     def click(self, line, keys=None, anchor=None):
-        """Selects as the list does, and looks through it. The message, if any."""
+        """Selects as the list does and validates the selection. Returns the message, or None."""
         if keys == "ctrl":
             self.selected ^= {line}
         elif keys == "shift":
@@ -74,34 +74,34 @@ class Selection:
         return message
 
     def validate(self):
-        """The first fault ends the look through the list and costs its picture the mark."""
+        """Returns the message of the first invalid picture, which is deselected, or None."""
         first = None
         for line in sorted(self.selected):
             picture = self.pictures[line]
-            if picture.told is None:
-                return self.fault(line, f"File: {picture.name} Bad Format/Corrupt.")
-            if max(picture.told) > LARGEST_SIDE:
-                return self.fault(line, f"File: {picture.name} With Size Greater Than 256 x 256.")
+            if picture.header_size is None:
+                return self.reject(line, f"File: {picture.name} Bad Format/Corrupt.")
+            if max(picture.header_size) > LARGEST_SIDE:
+                return self.reject(line, f"File: {picture.name} With Size Greater Than 256 x 256.")
             if first is None:
-                first = picture.told
+                first = picture.header_size
                 if first != self.sprite_size:
                     self.asks_for_size, self.size_choice = True, first
-            elif picture.told != first:
-                return self.fault(line, "All Selected Pictures Must Have Same Size.")
+            elif picture.header_size != first:
+                return self.reject(line, "All Selected Pictures Must Have Same Size.")
         return None
 
-    def fault(self, line, message):
+    def reject(self, line, message):
         self.selected.discard(line)
         self.asks_for_size = False
         return message
 
     def sizes(self):
-        """Of the sprite and of its frames after OK."""
+        """The sizes of the sprite and of its frames after Ok."""
         if self.asks_for_size and not self.sets_sprite:
             return self.sprite_size, self.sprite_size
         return (self.size_choice if self.asks_for_size else self.sprite_size), self.shown
 
     def makes_drawable_frames(self):
-        """A frame with fewer pixels than its sprite has ends the program when it is drawn."""
+        """Whether the frames can be drawn: one with fewer pixels than its sprite causes a fatal error."""
         sprite, frame = self.sizes()
         return frame is not None and frame[0] * frame[1] >= sprite[0] * sprite[1] and min(sprite) >= 1

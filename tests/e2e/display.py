@@ -1,5 +1,5 @@
-"""A display of its own for a test that uses a program as its user does: screenshots, windows, a real pointer and real
-keys. Nothing waits for a fixed time; what is awaited and does not come fails with what was awaited."""
+"""A virtual display for tests that operate a program as a user does: screenshots, windows, a real pointer and real
+keys. Tests wait for conditions, not for fixed times; a condition that does not come true fails with its description."""
 import ctypes
 import mmap
 import os
@@ -11,35 +11,35 @@ import sys
 import tempfile
 import time
 
-PATIENCE = 60
+TIMEOUT = 60
 
-# Of <sys/prctl.h>.
+# From <sys/prctl.h>.
 PR_SET_PDEATHSIG = 1
 
-# What libraries of the desktop do not give back at the end is not the program's.
+# Leaks in libraries of the desktop, which the program cannot prevent.
 LEAKS = "leak:libdbus-1.so\n"
-GLANCE = 0.02
+POLL_INTERVAL = 0.02
 
 
-def wait_for(what, condition, patience=PATIENCE):
-    """The first true answer of the condition."""
-    end = time.monotonic() + patience
+def wait_for(what, condition, timeout=TIMEOUT):
+    """Polls the condition; returns its first true value."""
+    end = time.monotonic() + timeout
     while True:
         answer = condition()
         if answer:
             return answer
         if time.monotonic() > end:
-            raise AssertionError("in vain: " + what)
-        time.sleep(GLANCE)
+            raise AssertionError("timed out: " + what)
+        time.sleep(POLL_INTERVAL)
 
 
 def end_with_the_test():
-    """In a process that is about to start: it does not outlive the test, even one that is killed."""
+    """Runs in a child process before exec: the child exits with the test, even if the test is killed."""
     ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
 
 
 class Picture:
-    """Pixels of a screen: bytes of blue, green, red and one unused, rows from the top."""
+    """Pixels of a screen: blue, green, red and an unused byte each, top row first."""
 
     def __init__(self, width, height, data):
         self.width, self.height, self.data = width, height, data
@@ -51,28 +51,28 @@ class Picture:
         return self.data[4 * self.width * y:4 * self.width * (y + 1)]
 
     def cut(self, left, top, width, height):
-        """A part of the picture. It must lie in it."""
+        """A part of the picture; it must be within the picture."""
         if left < 0 or top < 0 or left + width > self.width or top + height > self.height:
-            raise AssertionError(f"{width}x{height} at {left},{top} is not wholly in {self.width}x{self.height}")
+            raise AssertionError(f"{width}x{height} at {left},{top} is not within {self.width}x{self.height}")
         return Picture(width, height, b"".join(self.row(y)[4 * left:4 * (left + width)]
                                                for y in range(top, top + height)))
 
-    def count_in_rows(self, wanted):
-        """For each row, how many of its pixels, as (red, green, blue), the function wants."""
+    def count_in_rows(self, accepts):
+        """For each row, the number of pixels, as (red, green, blue), that the function accepts."""
         known = {}
 
-        def is_wanted(pixel):
+        def is_accepted(pixel):
             if pixel not in known:
-                known[pixel] = bool(wanted((pixel[2], pixel[1], pixel[0])))
+                known[pixel] = bool(accepts((pixel[2], pixel[1], pixel[0])))
             return known[pixel]
 
-        return [sum(is_wanted(row[i:i + 4]) for i in range(0, len(row), 4))
+        return [sum(is_accepted(row[i:i + 4]) for i in range(0, len(row), 4))
                 for row in map(self.row, range(self.height))]
 
-    def bands(self, wanted):
-        """The runs of rows that hold such pixels, each as its first row and the one behind its last."""
+    def bands(self, accepts):
+        """The runs of rows with accepted pixels, each as (first row, row after the last)."""
         found, begin = [], None
-        for y, count in enumerate(self.count_in_rows(wanted) + [0]):
+        for y, count in enumerate(self.count_in_rows(accepts) + [0]):
             if count and begin is None:
                 begin = y
             elif not count and begin is not None:
@@ -81,7 +81,7 @@ class Picture:
         return found
 
     def count(self, pixel):
-        """How many of the pixels are like the given one: for each column, and for each row."""
+        """The number of pixels that equal the given one, for each column and for each row."""
         pixels = memoryview(self.data).cast("I")
         value = int.from_bytes(pixel, sys.byteorder)
         return ([pixels[x::self.width].tolist().count(value) for x in range(self.width)],
@@ -89,7 +89,7 @@ class Picture:
 
 
 class Display:
-    """A virtual screen in a temporary folder. To be closed whatever happens."""
+    """A virtual screen with a temporary folder. The caller must close it."""
 
     def __init__(self, width=1280, height=1024, window_manager=True):
         self.width, self.height = width, height
@@ -99,7 +99,7 @@ class Display:
             self.make_folders()
             self.start_server()
             if window_manager:
-                # It does not see a window that comes while it starts, so it tells when that is over.
+                # The window manager misses windows that open while it starts, so wait until it has started.
                 started = os.path.join(self.folder, "started")
                 self.start(["openbox", "--sm-disable", "--startup", "touch " + started], stdout=subprocess.DEVNULL,
                            stderr=subprocess.DEVNULL)
@@ -123,7 +123,7 @@ class Display:
         leaks = os.path.join(self.folder, "leaks")
         with open(leaks, "w", encoding="ascii") as file:
             file.write(LEAKS)
-        # Nothing of the user who runs the test, neither desktop nor settings nor language.
+        # Independent of the desktop, the settings and the language of the user who runs the test.
         self.environment = {name: value for name, value in os.environ.items()
                             if not name.startswith(("XDG_", "QT_", "DISPLAY", "WAYLAND_", "DBUS_", "DESKTOP", "KDE_",
                                                     "LC_", "LANG"))}
@@ -148,7 +148,7 @@ class Display:
 
     def start_server(self):
         reader, writer = os.pipe()
-        # No pointer is drawn, so that it covers nothing.
+        # The pointer is not drawn, because it would cover pixels.
         self.start(["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{self.width}x{self.height}x24", "-nolisten",
                     "tcp", "-noreset", "-nocursor", "-fbdir", self.folder],
                    pass_fds=(writer,), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -161,10 +161,10 @@ class Display:
         with open(os.path.join(self.folder, "Xvfb_screen0"), "rb") as file:
             self.screen = mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ)
 
-    # What is seen.
+    # Screenshots.
 
-    def look(self, left=0, top=0, width=None, height=None):
-        """The pixels of a part of the screen, all of it by default. The server's own memory, in XWD format."""
+    def capture(self, left=0, top=0, width=None, height=None):
+        """The pixels of a part of the screen, by default of all of it, from the server's memory in XWD format."""
         header_size, = struct.unpack_from(">I", self.screen)
         depth, pitch = struct.unpack_from(">II", self.screen, 44)
         colours, = struct.unpack_from(">I", self.screen, 76)
@@ -175,22 +175,22 @@ class Display:
         return whole.cut(left, top, width or self.width, height or self.height)
 
     def wait_until_still(self, *place):
-        """The pixels of a place that two glances one after the other find the same."""
-        last = self.look(*place)
-        end = time.monotonic() + PATIENCE
+        """The pixels of a part of the screen as soon as two successive screenshots of it are equal."""
+        last = self.capture(*place)
+        end = time.monotonic() + TIMEOUT
         while time.monotonic() < end:
-            time.sleep(5 * GLANCE)
-            now = self.look(*place)
+            time.sleep(5 * POLL_INTERVAL)
+            now = self.capture(*place)
             if now == last:
                 return now
             last = now
-        raise AssertionError(f"in vain: stillness at {place}")
+        raise AssertionError(f"timed out: no change at {place}")
 
     # Windows.
 
     def run_xdotool(self, *words):
         return subprocess.run(["xdotool", *map(str, words)], env=self.environment, stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=PATIENCE, check=False)
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=TIMEOUT, check=False)
 
     def xdotool(self, *words, fails=False):
         done = self.run_xdotool(*words)
@@ -202,7 +202,7 @@ class Display:
         """The visible windows with a title."""
         while True:
             done = self.run_xdotool("search", "--onlyvisible", "--name", f"^{title}$")
-            # Without words it has found none; with words a window has gone while it was looked at.
+            # xdotool prints an error when a window closes during the search; it prints nothing when there is none.
             if not done.stderr:
                 return set(done.stdout.decode().split())
 
@@ -215,15 +215,15 @@ class Display:
         return self.xdotool("getactivewindow", fails=True).strip() == window
 
     def wait_for_window(self, title, but=()):
-        """The window with a title, other than those told, as soon as it is there and takes keys."""
+        """The window with this title that is not in `but`, as soon as it is visible and active."""
         window, = wait_for("a window " + title, lambda: self.windows(title) - set(but))
         wait_for(f"{title} to become active", lambda: self.is_active(window))
         return window
 
     def wait_until_gone(self, window):
-        wait_for("a window to go", lambda: window not in self.windows())
+        wait_for("a window to close", lambda: window not in self.windows())
 
-    # What is done.
+    # Pointer and keys.
 
     def point(self, x, y):
         self.xdotool("mousemove", x, y)
@@ -245,6 +245,6 @@ class Display:
 
 
 def corner_while_dragged(pointer, grab):
-    """Where a window's corner belongs while its title is dragged: 15 units are a pixel, and the offset of the grab
-    counts in units."""
+    """The expected corner of a window while its title is dragged: a pixel has 15 units, and the editor takes the offset
+    of the grab as units."""
     return tuple(round((at * 15 - offset) / 15) for at, offset in zip(pointer, grab))

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Starts the installed editor as a menu does, by its desktop entry, in a root of its own, and looks at what a task bar
-sees of it. To be run as root. Usage: installed_test.py ROOT"""
+"""Starts the installed editor in a chroot as a menu does, by its desktop entry, and checks what a task bar reads from
+its window. Must run as root. Usage: installed_test.py ROOT"""
 import os
 import struct
 import subprocess
@@ -8,7 +8,7 @@ import sys
 import unittest
 
 from display import Display, wait_for
-from hand import CLOSE_MAIN, MAIN
+from ui_driver import CLOSE_MAIN, MAIN
 
 ROOT = os.path.abspath(sys.argv[1])
 
@@ -33,17 +33,17 @@ class Installed(unittest.TestCase):
         return subprocess.run(["xprop", "-id", self.main, "-notype", *name], env=self.display.environment, check=True,
                               capture_output=True, text=True, timeout=60).stdout
 
-    def test_the_menu_starts_the_editor_and_its_close_box_ends_it(self):
+    def test_menu_entry_starts_the_editor_and_close_box_ends_it(self):
         process = int(self.property(["_NET_WM_PID"]).split("=")[1])
         self.assertEqual(os.readlink(f"/proc/{process}/exe"), os.path.join(ROOT, "usr/bin/varnoth"))
         left, top, _, _ = self.display.place_of(self.main)
         self.display.click(left + CLOSE_MAIN[0], top + CLOSE_MAIN[1])
         self.display.wait_until_gone(self.main)
-        wait_for("the end of the editor", lambda: not os.path.exists(f"/proc/{process}"))
+        wait_for("the editor to exit", lambda: not os.path.exists(f"/proc/{process}"))
 
-    def test_a_task_bar_finds_the_entry_and_the_icon_of_the_window(self):
+    def test_window_names_its_desktop_entry_and_has_all_icons(self):
         self.assertIn('"varnoth"', self.property(["WM_CLASS"]))
-        # Width, height and pixels of each size, one after the other.
+        # Width, height and pixels of each icon, one icon after the other.
         words = [int(word) for word in self.property(["32c", "_NET_WM_ICON"]).split("=")[1].split(",")]
         sizes = []
         while words:

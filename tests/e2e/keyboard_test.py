@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Makes, saves, opens, reorders, plays and takes apart a sprite in the built editor by keys alone: the test never
-moves the pointer and presses no button. Usage: keyboard_test.py VARNOTH WALKTHROUGH SAMPLES [TEST...]"""
+"""Makes, saves, opens, reorders, plays and exports a sprite in the built editor with the keyboard alone: the test
+neither moves the pointer nor clicks. Usage: keyboard_test.py VARNOTH WALKTHROUGH SAMPLES [TEST...]"""
 import os
 import shutil
 import subprocess
@@ -8,18 +8,18 @@ import sys
 import unittest
 
 from display import Display, wait_for
-from hand import (ADD, BELOW_RENDER, EXTRACT, FILES, FOLDERS, FRAME, FRAME_LIST, Hand, is_closed_folder, is_highlight,
-                  is_text, NEW, OPEN_CHOOSER, PICTURE, PLAYED, PREVIEW, SAVE_CHOOSER, SIZE_QUESTION, SPEED,
-                  TRANSPARENT_COLOUR)
+from ui_driver import (ADD, BELOW_RENDER, EXTRACT, FILES, FOLDERS, FRAME, FRAME_LIST, is_closed_folder, is_highlight,
+                       is_text, NEW, OPEN_CHOOSER, PICTURE, PLAYED, PREVIEW, SAVE_CHOOSER, SIZE_QUESTION, SPEED,
+                       TRANSPARENT_COLOUR, UiDriver)
 
-# Left, top, width and height in the pixels of their window.
+# Left, top, width and height in pixels of their window.
 PATH = (16, 44, 361, 18)
 PICK = (680, 431, 54, 22)
 NEW_TEXTS = {"name": (56, 36, 170, 18), "width": (56, 64, 77, 18), "height": (150, 64, 77, 18)}
 OUTPUT_FOLDER = (8, 58, 211, 18)
 DEPTH, EXISTING_FILES = (153, 106, 127, 61), (7, 197, 273, 19)
 
-# In the picture, and the keys that lead there from its corner.
+# A pixel of the picture, and the keys that move the picker there from the top left corner.
 PICKED = (21, 30)
 TO_PICKED = ["shift+Right"] * 2 + ["Right"] + ["shift+Down"] * 3
 
@@ -35,19 +35,19 @@ def contents(folder):
     return {name: read(os.path.join(folder, name)) for name in os.listdir(folder)}
 
 
-class KeyboardTest(Hand, unittest.TestCase):
+class KeyboardTest(UiDriver, unittest.TestCase):
     def setUp(self):
         self.display = Display()
         self.addCleanup(self.display.close)
 
-    def walk(self, *arguments):
-        """What the scripted user makes."""
+    def run_walkthrough(self, *arguments):
+        """Runs the scripted user, whose results are the expected ones."""
         subprocess.run([WALKTHROUGH, *arguments], check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                        env=self.display.environment, timeout=60)
 
     def press_and_see(self, window, place, *keys):
-        """Keys after which a place looks different."""
-        before = self.look(window, place)
+        """Presses keys and waits until the area changes."""
+        before = self.capture(window, place)
         self.display.press(*keys)
         self.wait_for_change(window, place, before)
 
@@ -56,17 +56,17 @@ class KeyboardTest(Hand, unittest.TestCase):
         return int(words["X"]), int(words["Y"])
 
     def is_selected(self, window, place):
-        return bool(self.look(window, place).bands(is_highlight))
+        return bool(self.capture(window, place).bands(is_highlight))
 
     def replace_text(self, window, place, text):
-        """In the field that has the focus."""
+        """Replaces the text of the focused field."""
         self.display.press("ctrl+a")
         wait_for("a selected text", lambda: self.is_selected(window, place))
         self.display.type(text)
         wait_for("a typed text", lambda: not self.is_selected(window, place))
 
     def focus_path(self):
-        """Tab goes between the path and the frame list, and selects the path."""
+        """Tab alternates between the path, which it selects, and the frame list."""
         wait_for("the main window to become active", lambda: self.display.is_active(self.main))
         self.display.wait_until_still()
         for _ in range(2):
@@ -80,7 +80,7 @@ class KeyboardTest(Hand, unittest.TestCase):
         self.display.press("Tab")
         wait_for("the path to lose the focus", lambda: not self.is_selected(self.main, PATH))
 
-    def test_the_whole_job_goes_without_a_pointer(self):
+    def test_whole_session_works_without_a_pointer(self):
         pictures = self.display.make_folder("home", "Pictures", "fire")
         for number in range(8):
             shutil.copy(os.path.join(SAMPLES, f"explosion_{number + 4}.bmp"), pictures)
@@ -94,7 +94,7 @@ class KeyboardTest(Hand, unittest.TestCase):
         self.display.press("ctrl+s")
         self.choose_file(SAVE_CHOOSER, sprite)
         self.answer_box()
-        self.walk("--size", "32x24", "--render", "2", "--pictures", pictures,
+        self.run_walkthrough("--size", "32x24", "--render", "2", "--pictures", pictures,
                   *(word for number in (4, 5, 6) for word in ("--select", f"explosion_{number}.bmp")),
                   "--pick", "{},{}".format(*PICKED), "--choice", "resize", "--save", walked_sprite)
         self.assertEqual(read(sprite), read(walked_sprite))
@@ -106,9 +106,9 @@ class KeyboardTest(Hand, unittest.TestCase):
         first = read(sprite)
         self.display.press("ctrl+s")
         wait_for("the sprite to be saved", lambda: read(sprite) != first and len(read(sprite)) == len(first))
-        self.walk("--open", walked_sprite, "--move", "2:up", "--export", walked_export, "--format", "tga",
+        self.run_walkthrough("--open", walked_sprite, "--move", "2:up", "--export", walked_export, "--format", "tga",
                   "--compressed", "--if-exists", "overwrite")
-        self.walk("--open", walked_sprite, "--move", "2:up", "--save", walked_sprite)
+        self.run_walkthrough("--open", walked_sprite, "--move", "2:up", "--save", walked_sprite)
         self.assertEqual(read(sprite), read(walked_sprite))
 
         self.play()
@@ -117,11 +117,11 @@ class KeyboardTest(Hand, unittest.TestCase):
         self.assertEqual(contents(exported), contents(walked_export))
 
         self.display.press("ctrl+q")
-        wait_for("the end of the editor", lambda: self.editor.poll() is not None)
+        wait_for("the editor to exit", lambda: self.editor.poll() is not None)
         self.assertEqual(read(self.errors).decode(), "")
         self.assertEqual(self.editor.returncode, 0)
 
-    def test_letters_work_on_a_layout_without_latin_ones(self):
+    def test_letter_keys_work_on_a_russian_layout(self):
         subprocess.run(["setxkbmap", "-layout", "ru,us"], check=True, env=self.display.environment)
         key_n, key_r = 57, 27
         self.start(VARNOTH)
@@ -137,10 +137,10 @@ class KeyboardTest(Hand, unittest.TestCase):
         for field, text in (("name", "fire"), ("width", "32"), ("height", "24")):
             self.replace_text(dialog, NEW_TEXTS[field], text)
             self.display.press("Tab")
-        closed = self.look(dialog, BELOW_RENDER)
+        closed = self.capture(dialog, BELOW_RENDER)
         self.press_and_see(dialog, BELOW_RENDER, "alt+r")
         self.display.press("Home", "Down", "Down", "Return")
-        wait_for("the list to close", lambda: self.look(dialog, BELOW_RENDER) == closed)
+        wait_for("the list to close", lambda: self.capture(dialog, BELOW_RENDER) == closed)
         self.display.press("Return")
         self.display.wait_until_gone(dialog)
 
@@ -149,20 +149,20 @@ class KeyboardTest(Hand, unittest.TestCase):
         dialog = self.display.wait_for_window(ADD)
         self.wait_for_lines(dialog, FOLDERS, 1, is_closed_folder)
         self.display.wait_until_still()
-        # From the drives to the folders, and on over the file types to the files.
+        # Tab order: drives, folders, file types, files.
         self.display.press("Tab", "End", "Return")
         self.wait_for_lines(dialog, FILES, 8)
-        unasked = self.look(dialog, SIZE_QUESTION)
+        unchanged = self.capture(dialog, SIZE_QUESTION)
         self.press_and_see(dialog, PICTURE, "Tab", "Tab", "Home")
         for _ in range(2):
             self.press_and_see(dialog, PICTURE, "shift+Down")
-        self.assertNotEqual(self.look(dialog, SIZE_QUESTION), unasked)
+        self.assertNotEqual(self.capture(dialog, SIZE_QUESTION), unchanged)
         self.press_and_see(dialog, SIZE_QUESTION, "alt+r")
         self.press_and_see(dialog, PICK, "alt+p")
         self.press_and_see(dialog, TRANSPARENT_COLOUR, *TO_PICKED)
         left, top, _, _ = self.display.place_of(dialog)
         place = (left + PICTURE[0] + PICKED[0], top + PICTURE[1] + PICKED[1])
-        wait_for("the pointer to show the picked place", lambda: self.pointer() == place)
+        wait_for("the pointer at the picked pixel", lambda: self.pointer() == place)
         self.press_and_see(dialog, PICK, "Return")
         self.assertTrue(self.display.is_active(dialog))
         self.display.press("Return")
@@ -172,9 +172,9 @@ class KeyboardTest(Hand, unittest.TestCase):
     def move_last_line_up(self):
         self.focus_frame_list()
         self.press_and_see(self.main, FRAME, "End")
-        frame = self.look(self.main, FRAME)
+        frame = self.capture(self.main, FRAME)
         self.press_and_see(self.main, FRAME_LIST, "alt+Up")
-        self.assertEqual(self.look(self.main, FRAME), frame)
+        self.assertEqual(self.capture(self.main, FRAME), frame)
 
     def play(self):
         self.focus_frame_list()
@@ -185,7 +185,7 @@ class KeyboardTest(Hand, unittest.TestCase):
             self.press_and_see(dialog, SPEED, key)
         self.display.press("space")
         for _ in range(3):
-            self.wait_for_change(dialog, PLAYED, self.look(dialog, PLAYED))
+            self.wait_for_change(dialog, PLAYED, self.capture(dialog, PLAYED))
         self.display.press("space")
         self.display.wait_until_still()
         self.display.press("Escape")
@@ -195,8 +195,8 @@ class KeyboardTest(Hand, unittest.TestCase):
         self.focus_frame_list()
         self.display.press("ctrl+a")
         # Selected lines are dark.
-        wait_for("all lines to be selected", lambda: not self.look(self.main, FRAME_LIST).bands(is_text))
-        # In the path box, too, the key is Export.
+        wait_for("all lines to be selected", lambda: not self.capture(self.main, FRAME_LIST).bands(is_text))
+        # Ctrl+E must also work while the path box has the focus.
         self.focus_path()
         self.display.press("ctrl+e")
         dialog = self.display.wait_for_window(EXTRACT)

@@ -1,6 +1,6 @@
-// To be loaded before the editor's libraries: Qt's thread that reads from a Wayland compositor goes on late
-// whenever it was woken, as on a busy machine. The thread waits for the main thread before it polls; what it
-// finds when it goes on is decided by what the main thread did in the meantime.
+// Preloaded into the editor: delays Qt's thread that reads from the Wayland compositor whenever it wakes up,
+// as a busy machine may. The thread waits for the main thread before it polls, so the delay decides what the
+// main thread has done by then.
 
 #include <dlfcn.h>
 #include <pthread.h>
@@ -24,7 +24,7 @@ using Dispatch = int (*)(wl_display*);
 constexpr std::chrono::milliseconds until_the_reader_waits{2};
 constexpr std::chrono::milliseconds lateness{100};
 
-/// The kernel keeps 15 letters of a thread's name, WaylandEventThread.
+/// The kernel keeps 15 characters of a thread's name; this one is WaylandEventThread.
 bool is_reader() {
     std::array<char, 16> name{};
     return pthread_getname_np(pthread_self(), name.data(), name.size()) == 0 &&
@@ -47,7 +47,7 @@ bool QWaitCondition::wait(QMutex* mutex, QDeadlineTimer deadline) {
     return woken;
 }
 
-// The main thread calls this before it wakes the reader, which could otherwise not have begun to wait.
+// The main thread calls this before it wakes the reader; the delay lets the reader begin to wait.
 extern "C" int wl_display_dispatch_pending(wl_display* display) {
     static void* const client = dlopen("libwayland-client.so.0", RTLD_NOW);
     static const auto dispatch = reinterpret_cast<Dispatch>(dlsym(client, "wl_display_dispatch_pending"));

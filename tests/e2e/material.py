@@ -1,4 +1,4 @@
-"""Pictures and sprites for a user who tries everything, good ones and bad ones, and what the editor makes of each."""
+"""Valid and invalid pictures and sprites for the random user, and how the editor treats each."""
 import dataclasses
 import os
 import struct
@@ -6,24 +6,24 @@ import subprocess
 
 FORMATS = ("bmp", "jpg", "tga", "pcx")
 
-# No folder has more files of a format than its list shows without scrolling, but the last one.
+# The file list shows all files of a format without scrolling, except in the last folder.
 SMALL, MEDIUM, LARGE, MIXED, BAD, FATAL, MANY = "small", "medium", "large", "mixed", "bad", "fatal", "many"
 MANY_FILES = 70
 
 
 @dataclasses.dataclass
 class Picture:
-    """A picture file in the terms of the dialog that adds frames: the size that its header tells, None where the
-    dialog calls it corrupt, and the size that the preview takes from it, None where the preview stays as it was."""
+    """A picture file: the size in its header, None if Add Frame/s reports it as corrupt, and the size that the preview
+    takes from it, None if it leaves the preview unchanged."""
     name: str
-    told: tuple
+    header_size: tuple
     shown: tuple
 
 
 @dataclasses.dataclass
 class Sprite:
-    """A sprite file: the messages, one of which tells why it does not open, none for a good one, and what its header
-    says."""
+    """A sprite file: the messages of which the editor shows one when it refuses the file, none if it is valid, and the
+    contents of its header."""
     name: str
     data: bytes
     refusals: tuple = ()
@@ -41,12 +41,12 @@ def convert(*words):
 
 
 def make_picture(path, width, height, seed, *options):
-    """Many colours without a pattern to it; the format is the one of the name."""
+    """Writes a picture of many irregular colours; the extension decides the format."""
     convert("-size", f"{width}x{height}", "-seed", seed, "plasma:red-blue", *options, path)
 
 
 class Pictures:
-    """The folders below one folder, each with its files by format."""
+    """Writes picture files of all formats to folders below a root, and lists them."""
 
     def __init__(self, root):
         self.root = root
@@ -69,7 +69,7 @@ class Pictures:
         return os.path.join(self.root, folder, name)
 
     def files(self, folder, kind):
-        """In the order of the list."""
+        """The files of a format in a folder, in the order of the list."""
         return sorted(self.folders[folder].get(kind, []), key=lambda picture: picture.name)
 
     def add(self, folder, kind, picture):
@@ -80,7 +80,7 @@ class Pictures:
     def add_good(self, folder, number, width, height):
         for kind in FORMATS:
             path = self.add(folder, kind, Picture(f"pd{number:02}.{kind}", (width, height), (width, height)))
-            # Some have few colours and a palette; the editor reads no grey or 16-bit TGA.
+            # Some have few colours and a palette, but no TGA files: the editor does not read grey or 16-bit ones.
             few = kind in ("bmp", "pcx") and number % 3 == 2
             options = ["-colors", "60", "-type", "Palette"] if few else ["-type", "TrueColor"]
             if kind == "bmp":
@@ -97,19 +97,19 @@ class Pictures:
         with open(self.path(folder, name), "wb") as file:
             file.write(data)
 
-    def put(self, folder, name, told, shown, data):
-        self.add(folder, name[-3:], Picture(name, told, shown))
+    def put(self, folder, name, header_size, shown, data):
+        self.add(folder, name[-3:], Picture(name, header_size, shown))
         self.write(folder, name, data)
 
     def add_bad_ones(self):
         size = (128, 96)
         bmp, jpg, tga, pcx = (self.read(MEDIUM, f"pd00.{kind}") for kind in FORMATS)
-        # What a truncated picture lacks is black in a BMP file, grey in a JPEG file.
+        # The rows missing from a truncated file are black in BMP and grey in JPEG.
         self.put(BAD, "pd0cut.bmp", size, size, bmp[:len(bmp) // 2])
         self.put(BAD, "pd0cut.jpg", size, size, jpg[:len(jpg) // 2])
         self.put(BAD, "pd1down.bmp", None, size, bmp[:22] + struct.pack("<i", -size[1]) + bmp[26:])
         self.put(BAD, "pd2wide.bmp", (1000, 96), (1000, 96), bmp[:18] + struct.pack("<i", 1000) + bmp[22:])
-        # What is no BMP by its header may still be a picture by its content.
+        # The dialog goes by the extension, the preview by the content.
         self.put(BAD, "pd3jpeg.bmp", None, size, jpg)
         self.put(BAD, "pd1bmp.jpg", None, size, bmp)
         path = self.add(BAD, "jpg", Picture("pd2progressive.jpg", None, size))
@@ -124,7 +124,7 @@ class Pictures:
         for kind in FORMATS:
             self.put(BAD, f"pd9good.{kind}", size, size, self.read(MEDIUM, f"pd00.{kind}"))
 
-        # These end the program when they are clicked, so nobody clicks them but on purpose.
+        # A click on one of these is fatal, so the random user leaves them alone.
         self.put(FATAL, "pd0text.bmp", None, None, b"This is no picture at all, but a line of text.\n" * 3)
         at = jpg.index(b"\xff\xc0")
         self.put(FATAL, "pd0high.jpg", None, None, jpg[:at + 5] + b"\x80" + jpg[at + 6:])
@@ -134,12 +134,12 @@ class Pictures:
         make_picture(grey, *size, 3, "-colorspace", "Gray", "-type", "Grayscale")
 
 
-def sprite_bytes(size, frames, *, render=0, kind=2, colours=256, magic=b"IDSP", told_frames=None, told_size=None):
+def sprite_bytes(size, frames, *, render=0, kind=2, colours=256, magic=b"IDSP", header_frames=None, header_size=None):
     """A sprite file whose frames all have the given size."""
     width, height = size
-    told_width, told_height = told_size or size
-    header = struct.pack("<4siiifiiifi", magic, 2, kind, render, 22.6, told_width, told_height,
-                         frames if told_frames is None else told_frames, 0.0, 1)
+    header_width, header_height = header_size or size
+    header = struct.pack("<4siiifiiifi", magic, 2, kind, render, 22.6, header_width, header_height,
+                         frames if header_frames is None else header_frames, 0.0, 1)
     palette = struct.pack("<h", colours) + bytes(value * step % 256 for value in range(256) for step in (1, 3, 7))
     body = b"".join(struct.pack("<iiiii", 0, -(width // 2), height // 2, width, height)
                     + bytes((x // 2 + y * 3 + number * 16) % 256 for y in range(height) for x in range(width))
@@ -147,7 +147,7 @@ def sprite_bytes(size, frames, *, render=0, kind=2, colours=256, magic=b"IDSP", 
     return header + palette + body
 
 
-# Opened to come to a certain state.
+# Opened to reach a known state.
 QUIET_SPRITE = Sprite("quiet.spr", sprite_bytes((64, 64), 6), size=(64, 64), frames=6)
 
 
@@ -171,11 +171,11 @@ def bad_sprites():
         Sprite("lower.spr", sprite_bytes((32, 32), 2, magic=b"idsp"), ("Not A Half-Life Sprite {path}",)),
         Sprite("picture.spr", b"\xff\xd8\xff\xe0" + whole[4:900], ("Not A Half-Life Sprite {path}",)),
         Sprite("none.spr", sprite_bytes((32, 32), 0), ("No Sprites In File",)),
-        Sprite("minus.spr", sprite_bytes((32, 32), 2, told_frames=-3), ("No Sprites In File",)),
+        Sprite("minus.spr", sprite_bytes((32, 32), 2, header_frames=-3), ("No Sprites In File",)),
         Sprite("colours.spr", sprite_bytes((32, 32), 2, colours=255), ("Not 8bpp sprite",)),
         Sprite("short.spr", whole[:810 + 20 + 32 * 32 + 7], unknown),
-        Sprite("missing.spr", sprite_bytes((32, 32), 2, told_frames=5), unknown),
+        Sprite("missing.spr", sprite_bytes((32, 32), 2, header_frames=5), unknown),
         Sprite("huge.spr", whole[:810] + struct.pack("<iiiii", 0, 0, 0, 70000, 70000), unknown),
         Sprite("flat.spr", whole[:810] + struct.pack("<iiiii", 0, 0, 0, 0, 32), unknown),
-        Sprite("beyond.spr", sprite_bytes((1, 1), 3, told_frames=40000, told_size=(32, 32)), unknown),
+        Sprite("beyond.spr", sprite_bytes((1, 1), 3, header_frames=40000, header_size=(32, 32)), unknown),
     ]

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""Files and folders whose names are not UTF-8, in the built editor: a picture is imported and frames are exported by
-the bytes of their names. Usage: names_test.py VARNOTH [TEST...]"""
+"""Verifies that the built editor imports and exports files and folders whose names are not valid UTF-8. Usage:
+names_test.py VARNOTH [TEST...]"""
 import os
 import sys
 import unittest
 
 from display import Display, wait_for
-from hand import (ADD, ADD_OK, CLOSE_MAIN, EXPORT_BUTTON, EXTRACT, EXTRACT_BROWSE, EXTRACT_OK, FILES, FOLDER,
-                  FOLDER_OK, FOLDERS, Hand, IMPORT_BUTTON, is_closed_folder, NEW, NEW_BUTTON, NEW_OK, PICTURE)
+from ui_driver import (ADD, ADD_OK, CLOSE_MAIN, EXPORT_BUTTON, EXTRACT, EXTRACT_BROWSE, EXTRACT_OK, FILES, FOLDER,
+                       FOLDER_OK, FOLDERS, IMPORT_BUTTON, is_closed_folder, NEW, NEW_BUTTON, NEW_OK, PICTURE, UiDriver)
 
 VARNOTH = os.path.abspath(sys.argv[1])
 
@@ -17,11 +17,11 @@ ODD_FOLDER, ODD_PICTURE = b"p\xfe", b"a\xff.bmp"
 BMP = bytes.fromhex("424d46000000000000003600000028000000020000000200000001001800000000001000000000000000000000000000"
                     "000000000000" "1020301020300000" "1020301020300000")
 
-# Of the folder list in the dialog that chooses a folder: left, top, width, height.
+# The list in Select Extracting Folder: left, top, width, height.
 FOLDER_LIST = (9, 33, 206, 252)
 
 
-class Names(Hand, unittest.TestCase):
+class Names(UiDriver, unittest.TestCase):
     def setUp(self):
         self.display = Display()
         self.addCleanup(self.display.close)
@@ -32,13 +32,13 @@ class Names(Hand, unittest.TestCase):
         self.start(VARNOTH)
 
     def open_odd_folder(self, dialog, folders):
-        """Double-clicks the only folder that is not open."""
+        """Double-clicks the only closed folder."""
         middle, = self.wait_for_lines(dialog, folders, 1, is_closed_folder)
         self.display.wait_until_still()
         self.click(dialog, (folders[0] + 100, middle), times=2)
-        wait_for("the opened folder", lambda: not self.look(dialog, folders).bands(is_closed_folder))
+        wait_for("the opened folder", lambda: not self.capture(dialog, folders).bands(is_closed_folder))
 
-    def test_a_picture_is_imported_and_its_frame_exported_beside_it(self):
+    def test_import_and_export_in_a_folder_that_is_not_utf8(self):
         self.click(self.main, NEW_BUTTON)
         new = self.display.wait_for_window(NEW)
         self.display.wait_until_still()
@@ -49,7 +49,7 @@ class Names(Hand, unittest.TestCase):
         add = self.display.wait_for_window(ADD)
         self.open_odd_folder(add, FOLDERS)
         line, = self.wait_for_lines(add, FILES, 1)
-        before = self.look(add, PICTURE)
+        before = self.capture(add, PICTURE)
         self.click(add, (FILES[0] + 100, line))
         self.wait_for_change(add, PICTURE, before)
         self.click(add, ADD_OK)
@@ -69,7 +69,7 @@ class Names(Hand, unittest.TestCase):
         self.assertEqual(sorted(os.listdir(self.folder)), [b"Untitled_0.bmp", ODD_PICTURE])
 
         self.click(self.main, CLOSE_MAIN)
-        wait_for("the end of the editor", lambda: self.editor.poll() is not None)
+        wait_for("the editor to exit", lambda: self.editor.poll() is not None)
         with open(self.errors, encoding="utf-8") as errors:
             self.assertEqual(errors.read(), "")
         self.assertEqual(self.editor.returncode, 0)

@@ -1,49 +1,49 @@
-"""A user who does one thing after the other as the dice fall, and knows what the editor has to say to each. Whatever
-else happens is a Finding."""
+"""A user who performs random actions and knows which messages the editor must show. Any other behaviour is a
+Finding."""
 import time
 
 from answers import Finding, Selection
-from hand import ADD, BELOW_FILTER, FILES, FILTER, FRAME, FRAME_LIST, IMPORT_BUTTON, TITLE
 from material import FORMATS, MEDIUM, QUIET_SPRITE
+from ui_driver import ADD, BELOW_FILTER, FILES, FILTER, FRAME, FRAME_LIST, IMPORT_BUTTON, TITLE
 from user_files import FileUser
 from user_frames import FrameUser
 from user_imports import ImportUser
 
 
 class RandomUser(FileUser, FrameUser, ImportUser):
-    # The windows.
+    # Windows.
 
     def drag(self):
-        """Somewhere and back. The window's corner jumps to the pointer, less a fifteenth of the grab."""
-        self.say("drag")
+        """Drags the main window around and back. Its corner follows the pointer, less a fifteenth of the grab."""
+        self.log("drag")
         corner = left, top, _, _ = self.display.place_of(self.main)
         grab = (105, 15)
-        way = [(left + self.dice.randrange(-150, 150), top + self.dice.randrange(-150, 150)) for _ in range(4)]
-        way.append((left + grab[0] // 15, top + grab[1] // 15))
+        path = [(left + self.random.randrange(-150, 150), top + self.random.randrange(-150, 150)) for _ in range(4)]
+        path.append((left + grab[0] // 15, top + grab[1] // 15))
         self.display.point(left + TITLE[0] + grab[0], top + TITLE[1] + grab[1])
         self.display.xdotool("mousedown", 1)
-        for point in way:
+        for point in path:
             self.display.point(*point)
         self.display.xdotool("mouseup", 1)
-        self.wait("the window where it was", lambda: self.display.place_of(self.main) == corner)
+        self.wait("the window at its first position", lambda: self.display.place_of(self.main) == corner)
 
     def wander(self):
-        """The pointer over everything, with a stay that brings a hint, and the wheel."""
-        self.say("wander")
+        """Moves the pointer across the window, sometimes rests until a tool tip opens, and turns the wheel."""
+        self.log("wander")
         left, top, width, height = self.display.place_of(self.main)
         for _ in range(10):
-            self.display.point(left + self.dice.randrange(width), top + self.dice.randrange(height))
+            self.display.point(left + self.random.randrange(width), top + self.random.randrange(height))
         if self.chance(0.3):
             self.display.point(left + FRAME[0] + 3, top + FRAME[1] + 3)
             time.sleep(1)
         self.display.point(left + FRAME_LIST[0] + 50, top + FRAME_LIST[1] + 50)
-        self.display.xdotool("click", "--repeat", 5, "--delay", 10, self.dice.choice([4, 5]))
+        self.display.xdotool("click", "--repeat", 5, "--delay", 10, self.random.choice([4, 5]))
         self.settle()
 
-    # The choice.
+    # Choice of actions.
 
     def choices(self, good, bad):
-        """What can be done now, by weight. What would end the program is left out."""
+        """The actions that are possible now, with their weights, except fatal ones."""
         found = [(10, self.open_good, good), (4, self.open_bad, bad), (1, self.cancel_open), (1, self.open_missing),
                  (6, self.new_sprite), (1, self.drag), (1, self.wander)]
         if self.lines is None:
@@ -63,30 +63,30 @@ class RandomUser(FileUser, FrameUser, ImportUser):
         return found
 
     def open_bad(self, sprites):
-        self.open_sprite(self.dice.choice(sprites))
+        self.open_sprite(self.random.choice(sprites))
 
     def act(self, good, bad):
         found = self.choices(good, bad)
-        _, action, *arguments = self.dice.choices(found, [weight for weight, *_ in found])[0]
+        _, action, *arguments = self.random.choices(found, [weight for weight, *_ in found])[0]
         begin = time.monotonic()
         action(*arguments)
-        self.look_out()
+        self.expect_nothing()
         windows = self.display.windows()
         if windows != {self.main}:
-            raise Finding(f"{len(windows) - 1} windows more than the main one")
+            raise Finding(f"{len(windows) - 1} windows besides the main one")
         self.actions[action.__name__] += 1
         self.slowest = max(self.slowest, (time.monotonic() - begin, action.__name__))
 
     def measure_lines(self):
-        """The height of a line, by a sprite's list."""
+        """Measures the height of a line in the frame list."""
         self.open_sprite(QUIET_SPRITE)
         middles = self.wait_for_lines(self.main, FRAME_LIST, QUIET_SPRITE.frames - 1)
         self.line_height = middles[1] - middles[0]
 
-    def come_to_rest(self):
-        """The same state every time: one sprite, no dialog, nothing under the pointer, and what the editor keeps of
-        the last import and of the last picture that it decoded is of a certain folder."""
-        self.say("rest")
+    def return_to_idle(self):
+        """Always reaches the same state: the same sprite, no dialog, no control under the pointer, and the same
+        pictures imported and decoded last, because the editor keeps their data."""
+        self.log("idle")
         self.open_sprite(QUIET_SPRITE)
         self.click(self.main, IMPORT_BUTTON)
         dialog = self.display.wait_for_window(ADD)
@@ -96,8 +96,8 @@ class RandomUser(FileUser, FrameUser, ImportUser):
         self.choose_line(dialog, FILTER, BELOW_FILTER, FORMATS.index("tga"))
         self.wait_for_lines(dialog, FILES, len(selection.pictures))
         self.click_file(dialog, selection, 0)
-        self.bring_in(dialog, selection, cancels=False)
+        self.finish_import(dialog, selection, cancels=False)
         self.open_sprite(QUIET_SPRITE)
-        # The witness tells once a second.
+        # The witness library writes the memory once a second.
         time.sleep(2)
         self.settle()

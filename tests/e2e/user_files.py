@@ -1,40 +1,40 @@
-"""What a random user does with sprite files, and with new sprites."""
+"""Random actions with sprite files and new sprites."""
 import os
 import re
 import struct
 import time
 
 from answers import Finding, NO, YES
-from hand import (BELOW_RENDER, BELOW_TYPE, CLEAR_BUTTON, NEW, NEW_BUTTON, NEW_CANCEL, NEW_HEIGHT, NEW_NAME, NEW_OK,
-                  NEW_RENDER, NEW_TYPE, NEW_WIDTH, OPEN_BUTTON, OPEN_CHOOSER, PATH_FIELD, REMOVE_BUTTON, SAVE_BUTTON,
-                  SAVE_CHOOSER)
 from material import QUIET_SPRITE, RENDER_MODES
+from ui_driver import (BELOW_RENDER, BELOW_TYPE, CLEAR_BUTTON, NEW, NEW_BUTTON, NEW_CANCEL, NEW_HEIGHT, NEW_NAME,
+                       NEW_OK, NEW_RENDER, NEW_TYPE, NEW_WIDTH, OPEN_BUTTON, OPEN_CHOOSER, PATH_FIELD, REMOVE_BUTTON,
+                       SAVE_BUTTON, SAVE_CHOOSER)
 from watched_user import WatchedUser
 
 
 class FileUser(WatchedUser):
     def press_open(self):
-        """Comes to the chooser, whatever is to be saved before. The chooser."""
+        """Clicks Open and answers the question about unsaved changes, if any. Returns the chooser."""
         self.click(self.main, OPEN_BUTTON)
         text = self.wait("a question or the chooser", lambda: self.next_text() or self.display.windows(OPEN_CHOOSER))
         if isinstance(text, str):
             if self.dirty is False:
-                raise Finding(f"a message out of place: {text}")
+                raise Finding(f"an unexpected message: {text}")
             wants_saving = self.lines is not None and not self.is_foreign and self.chance(0.4)
             question = f"¿ Do you want to save changes in {self.path.strip(' ')} ?"
             self.note_time_of_save()
-            self.take(text, [re.escape(question)], YES if wants_saving else NO)
+            self.answer_message(text, [re.escape(question)], YES if wants_saving else NO)
             if wants_saving:
-                self.save_pressed()
+                self.finish_save()
         elif self.dirty:
             raise Finding("no question about unsaved changes")
         return self.display.wait_for_window(OPEN_CHOOSER)
 
     def open_sprite(self, sprite):
         path = os.path.join(self.sprites, sprite.name)
-        self.say(f"open {sprite.name}")
+        self.log(f"open {sprite.name}")
         self.press_open()
-        # Not before: the open sprite may have been saved there.
+        # Not earlier, because press_open may save the open sprite to this path.
         self.write_file(path, sprite.data)
         self.choose_file(OPEN_CHOOSER, path)
         if sprite.refusals:
@@ -56,18 +56,18 @@ class FileUser(WatchedUser):
             file.write(data)
 
     def open_good(self, sprites):
-        self.open_sprite(self.dice.choice(sprites))
+        self.open_sprite(self.random.choice(sprites))
 
     def cancel_open(self):
-        self.say("open, and cancel")
+        self.log("open, and cancel")
         chooser = self.press_open()
         self.display.press("Escape")
         self.display.wait_until_gone(chooser)
         self.settle()
 
     def open_missing(self):
-        """The chooser itself tells that there is no such file, and stays."""
-        self.say("open a missing file")
+        """The chooser reports the missing file and stays open."""
+        self.log("open a missing file")
         chooser = self.press_open()
         self.display.type(os.path.join(self.sprites, "nowhere.spr"))
         self.display.press("Return")
@@ -77,7 +77,7 @@ class FileUser(WatchedUser):
         self.settle()
 
     def answer_chooser(self, chooser, title, key):
-        """What the chooser says in boxes of its own is the toolkit's."""
+        """Answers a box of the file chooser itself; its texts are Qt's and are skipped."""
         box = self.display.wait_for_window(title, but=[chooser])
         while self.next_text() is not None:
             pass
@@ -85,20 +85,20 @@ class FileUser(WatchedUser):
         self.display.wait_until_gone(box)
 
     def save(self):
-        self.say("save")
+        self.log("save")
         self.press_save()
 
     def press_save(self):
         self.note_time_of_save()
         self.click(self.main, SAVE_BUTTON)
-        self.save_pressed()
+        self.finish_save()
 
     def note_time_of_save(self):
-        # The file system's clock goes in steps of some milliseconds.
+        # Time stamps of the file system have a resolution of some milliseconds.
         self.pressed_save_at = time.time_ns() - 20_000_000
 
-    def save_pressed(self):
-        """What comes after Save."""
+    def finish_save(self):
+        """Handles what follows a click on Save."""
         if self.lines == 0:
             self.expect("Sprite Cant Be Empty. Put Some Pictures In It.")
         elif self.unnamed:
@@ -113,14 +113,14 @@ class FileUser(WatchedUser):
 
     def save_as(self):
         chooser = self.display.wait_for_window(SAVE_CHOOSER)
-        kind = self.dice.choice(["new", "new", "old", "read-only", "cancel"])
-        self.say(f"    save as: {kind}")
+        kind = self.random.choice(["new", "new", "old", "read-only", "cancel"])
+        self.log(f"    save as: {kind}")
         if kind == "cancel":
             self.display.press("Escape")
             self.display.wait_until_gone(chooser)
             self.settle()
             return
-        path = os.path.join(self.sprites, f"saved{self.dice.randrange(1000)}.spr" if kind == "new" else f"{kind}.spr")
+        path = os.path.join(self.sprites, f"saved{self.random.randrange(1000)}.spr" if kind == "new" else f"{kind}.spr")
         if kind != "new":
             self.write_file(path, b"old")
         elif os.path.exists(path):
@@ -138,7 +138,7 @@ class FileUser(WatchedUser):
             return
         self.expect("Sprite Saved Successfully !")
         if not self.is_saved(path):
-            raise Finding(f"no whole sprite in {path}")
+            raise Finding(f"incomplete sprite in {path}")
         os.remove(path)
         self.unnamed = self.dirty = False
 
@@ -149,7 +149,7 @@ class FileUser(WatchedUser):
                 and not (os.path.exists(path) and not os.stat(path).st_mode & 0o200))
 
     def is_saved(self, path):
-        """Whether a file has been written since Save was pressed, with a header and its frames."""
+        """Whether a file with a header and all its frames has been written since Save was clicked."""
         if not os.path.isfile(path) or os.stat(path).st_mtime_ns < self.pressed_save_at:
             return False
         with open(path, "rb") as file:
@@ -157,7 +157,7 @@ class FileUser(WatchedUser):
         return len(data) >= 810 and len(data) >= 810 + 21 * struct.unpack_from("<i", data, 28)[0]
 
     def save_read_only(self):
-        self.say("save over a read-only file")
+        self.log("save over a read-only file")
         path = os.path.join(self.sprites, "kept.spr")
         self.write_file(path, QUIET_SPRITE.data)
         os.chmod(path, 0o444)
@@ -165,7 +165,7 @@ class FileUser(WatchedUser):
         self.press_save()
 
     def save_nowhere(self):
-        self.say("save into a missing folder")
+        self.log("save into a missing folder")
         self.type_path(os.path.join(self.sprites, "nowhere", "lost.spr"))
         self.press_save()
 
@@ -174,12 +174,12 @@ class FileUser(WatchedUser):
         self.path = path
 
     def press_clear(self):
-        self.say("clear")
+        self.log("clear")
         self.click(self.main, CLEAR_BUTTON)
         self.dirty = self.can_save = True
 
     def press_remove(self):
-        self.say("remove")
+        self.log("remove")
         self.click(self.main, REMOVE_BUTTON)
 
     # A new sprite.
@@ -188,15 +188,15 @@ class FileUser(WatchedUser):
         self.click(self.main, NEW_BUTTON)
         dialog = self.display.wait_for_window(NEW)
         if self.chance(0.25):
-            self.say("new, and cancel")
+            self.log("new, and cancel")
             self.click(dialog, NEW_CANCEL)
             self.display.wait_until_gone(dialog)
             return
-        name = self.dice.choice(["fire", "a new one", "x.y", "Untitled"])
-        width, height = (self.dice.choice(["16", "32", "64", "100", "128", "33", "256", "0", "-8", "12.5", "abc"])
+        name = self.random.choice(["fire", "a new one", "x.y", "Untitled"])
+        width, height = (self.random.choice(["16", "32", "64", "100", "128", "33", "256", "0", "-8", "12.5", "abc"])
                          for _ in range(2))
-        kind, render = self.dice.randrange(5), self.dice.randrange(len(RENDER_MODES))
-        self.say(f"new {name} {width} {height} {kind} {render}")
+        kind, render = self.random.randrange(5), self.random.randrange(len(RENDER_MODES))
+        self.log(f"new {name} {width} {height} {kind} {render}")
         self.display.wait_until_still()
         for field, text in ((NEW_NAME, name), (NEW_WIDTH, width), (NEW_HEIGHT, height)):
             self.fill_in(dialog, field, text)

@@ -1,12 +1,12 @@
-"""What a random user does in the dialog that adds frames."""
+"""Random actions in the Add Frame/s dialog."""
 import os
 import re
 import time
 
 from answers import ABORTED, GENERATED, LARGEST_SIDE, Selection
-from hand import (ADD, ADD_CANCEL, ADD_OK, ADD_PICK, ADD_RESIZE, ADD_SET, BELOW_FILTER, FILES, FILTER, FOLDERS,
-                  IMPORT_BUTTON, is_closed_folder, is_highlight, PICTURE, VISIBLE_LINES)
 from material import FATAL, FORMATS, MANY
+from ui_driver import (ADD, ADD_CANCEL, ADD_OK, ADD_PICK, ADD_RESIZE, ADD_SET, BELOW_FILTER, FILES, FILTER, FOLDERS,
+                       IMPORT_BUTTON, is_closed_folder, is_highlight, is_text, PICTURE, VISIBLE_LINES)
 from watched_user import WatchedUser
 
 DOUBLE_CLICK_TIME = 0.45
@@ -19,14 +19,14 @@ class ImportUser(WatchedUser):
         self.display.wait_until_still()
         selection = Selection([], self.size)
         if self.chance(0.1):
-            self.say("import, with nothing selected")
+            self.log("import, with nothing selected")
             self.click(dialog, ADD_OK)
             self.expect("Select Picture/s To Add.")
-            self.leave_import(dialog)
+            self.cancel_import(dialog)
             return
-        folder = self.dice.choice([name for name in self.pictures.names() if name != FATAL])
-        kind = "jpg" if folder == MANY else self.dice.choice(FORMATS)
-        self.say(f"import {kind} of {folder} into {self.size}")
+        folder = self.random.choice([name for name in self.pictures.names() if name != FATAL])
+        kind = "jpg" if folder == MANY else self.random.choice(FORMATS)
+        self.log(f"import {kind} of {folder} into {self.size}")
         self.go_to_folder(dialog, folder)
         selection.list_again(self.pictures.files(folder, kind))
         self.choose_line(dialog, FILTER, BELOW_FILTER, FORMATS.index(kind))
@@ -35,23 +35,24 @@ class ImportUser(WatchedUser):
             self.pick(dialog)
         may_resize = 1 <= min(self.size) and max(self.size) <= LARGEST_SIDE
         if selection.asks_for_size and may_resize and self.chance(0.5):
-            self.say("    resize")
+            self.log("    resize")
             self.click(dialog, ADD_RESIZE)
             selection.sets_sprite = False
         elif selection.asks_for_size and self.chance(0.3):
             self.click(dialog, ADD_SET)
         if self.chance(0.1):
-            self.leave_import(dialog)
+            self.cancel_import(dialog)
             return
-        self.bring_in(dialog, selection, cancels=self.chance(0.8 if folder == MANY else 0.1))
+        self.finish_import(dialog, selection, cancels=self.chance(0.8 if folder == MANY else 0.1))
 
-    def leave_import(self, dialog):
-        self.say("    cancel")
+    def cancel_import(self, dialog):
+        self.log("    cancel")
         self.click(dialog, ADD_CANCEL)
         self.display.wait_until_gone(dialog)
 
     def go_to_folder(self, dialog, folder):
-        """By way of the folder above all of them; the first time the list stands at the sprite's folder."""
+        """Goes up to the folder with all pictures and down again. The list opens at the sprite's folder the first
+        time."""
         names = self.pictures.names()
         if self.has_browsed:
             self.open_folder_above(dialog, self.pictures.root, names)
@@ -65,8 +66,8 @@ class ImportUser(WatchedUser):
         self.has_browsed = True
 
     def open_folder_above(self, dialog, path, names):
-        """One of those that are open down to the present one; the first line is the root."""
-        begin, end = self.look(dialog, FOLDERS).bands(is_highlight)[len(path.strip("/").split("/"))]
+        """Opens a parent of the current folder; the first line of the list is the root."""
+        begin, end = self.capture(dialog, FOLDERS).bands(is_highlight)[len(path.strip("/").split("/"))]
         self.open_folder(dialog, FOLDERS[1] + (begin + end) // 2, names)
 
     def open_folder_below(self, dialog, names, name, names_below):
@@ -74,55 +75,55 @@ class ImportUser(WatchedUser):
         self.open_folder(dialog, middles[sorted(names, key=str.lower).index(name)], names_below)
 
     def open_folder(self, dialog, middle, names):
-        """That of a line, which holds the named folders."""
+        """Opens the folder in the line at this height and waits until its subfolders, the given names, are listed."""
         self.double_click(dialog, (FOLDERS[0] + 150, middle),
-                          lambda: len(self.look(dialog, FOLDERS).bands(is_closed_folder)) == len(names))
+                          lambda: len(self.capture(dialog, FOLDERS).bands(is_closed_folder)) == len(names))
 
     def select(self, dialog, selection, folder):
         count = len(selection.pictures)
         if folder == MANY:
-            self.wait("a full list", lambda: len(self.look(dialog, FILES).bands(lambda colour: min(colour) > 100)) > 15)
+            self.wait("a full list", lambda: len(self.capture(dialog, FILES).bands(is_text)) > 15)
             self.click_file(dialog, selection, 0)
             self.display.press("ctrl+a")
-            self.hear(selection.click(0, "all"))
+            self.expect_message(selection.click(0, "all"))
             return
         self.wait_for_lines(dialog, FILES, count)
-        for _ in range(self.dice.randrange(1, 3)):
-            first = self.dice.randrange(count)
+        for _ in range(self.random.randrange(1, 3)):
+            first = self.random.randrange(count)
             self.click_file(dialog, selection, first)
             if self.chance(0.6):
-                self.click_file(dialog, selection, self.dice.randrange(count), "shift", first)
-            for _ in range(self.dice.randrange(3)):
-                self.click_file(dialog, selection, self.dice.randrange(count), "ctrl")
+                self.click_file(dialog, selection, self.random.randrange(count), "shift", first)
+            for _ in range(self.random.randrange(3)):
+                self.click_file(dialog, selection, self.random.randrange(count), "ctrl")
 
     def click_file(self, dialog, selection, line, keys=None, anchor=None):
-        self.say(f"    click {selection.pictures[line].name} {keys or ''}")
-        # A second click at once would be a double click.
+        self.log(f"    click {selection.pictures[line].name} {keys or ''}")
+        # An earlier second click would be a double click.
         time.sleep(DOUBLE_CLICK_TIME)
         self.click(dialog, (FILES[0] + 100, FILES[1] + 8 + line * self.line_height), key=keys)
-        self.hear(selection.click(line, keys, anchor))
+        self.expect_message(selection.click(line, keys, anchor))
 
-    def hear(self, message):
+    def expect_message(self, message):
         if message is None:
             self.display.wait_until_still()
-            self.look_out()
+            self.expect_nothing()
         else:
             self.expect(re.escape(message))
 
     def pick(self, dialog):
-        self.say("    pick")
+        self.log("    pick")
         self.click(dialog, ADD_PICK)
         self.click(dialog, PICTURE[:2])
 
-    def bring_in(self, dialog, selection, cancels):
+    def finish_import(self, dialog, selection, cancels):
         selected = bool(selection.selected)
         if selected and not selection.makes_drawable_frames():
-            self.leave_import(dialog)
+            self.cancel_import(dialog)
             return
         self.click(dialog, ADD_OK)
         if not selected:
             self.expect("Select Picture/s To Add.")
-            self.leave_import(dialog)
+            self.cancel_import(dialog)
             return
         message = selection.validate()
         if message is not None:
@@ -135,7 +136,7 @@ class ImportUser(WatchedUser):
             self.frames = 0
             return
         if cancels:
-            # Maybe it came too late; nobody counts.
+            # The Cancel may have come too late, so the number of frames is unknown.
             self.lines, self.frames, self.dirty = None, 0, None
             return
         self.frames = len(selection.selected)

@@ -1,6 +1,6 @@
-// To be loaded before the editor's libraries: tells a test from outside what it cannot see. The text of every
-// message box goes to a file, a line a box (WITNESS_TEXTS names it); once a second the bytes that are
-// allocated go to another one (WITNESS_MEMORY). The editor does as it does without.
+// Preloaded into the editor: reports to a test what it cannot see on the screen. Appends the text of every
+// message box, one line each, to the file named by WITNESS_TEXTS, and writes the number of allocated bytes to
+// the file named by WITNESS_MEMORY once a second. The behaviour of the editor does not change.
 
 #include <dlfcn.h>
 #include <malloc.h>
@@ -34,8 +34,8 @@ void write_line(const QString& text) {
     }
 }
 
-// Runs as long as the program.
-void tell_memory() {
+// Runs until the program exits.
+void report_memory() {
     const auto file = open_named_by("WITNESS_MEMORY", "w");
     while (file) {
         const struct mallinfo2 memory = mallinfo2();
@@ -47,14 +47,14 @@ void tell_memory() {
 }
 
 struct Witness {
-    Witness() { std::thread(tell_memory).detach(); }
+    Witness() { std::thread(report_memory).detach(); }
 };
 
 const Witness witness;
 
 } // namespace
 
-// The dynamic linker finds this definition first; Qt's own comes next.
+// The dynamic linker finds this definition before Qt's.
 void QMessageBox::setText(const QString& text) {
     static const auto qt_sets =
         reinterpret_cast<SetText>(dlsym(RTLD_NEXT, "_ZN11QMessageBox7setTextERK7QString"));

@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""Draws the design sheet and holds it against pictures of the real windows, pixel by pixel and with no tolerance, at
-several scales of the desktop. Only where a text or a symbol stands may pixels differ from the drawing, and there their
-colours must lie between those of the ground and of the ink. Usage: look_test.py WALKTHROUGH INSPECT SAMPLES
-DESKTOP_TESTS [TEST...]"""
+"""Draws the layout reference and compares it with pictures of the real windows, pixel by pixel without tolerance, at
+several scales of the desktop. Only texts and symbols may differ from the drawing; their colours must be between those
+of the background and of the ink. Usage: golden_test.py WALKTHROUGH INSPECT SAMPLES DESKTOP_TESTS [TEST...]"""
 import functools
 import math
 import os
@@ -14,9 +13,9 @@ import unittest
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path[:0] = [HERE, os.path.join(HERE, "..", "tools"), os.path.join(HERE, "..", "e2e")]
-import design  # noqa: E402
-from design import BLACK, DARK, FIELD, GLYPH, GROUND, LIGHT, MARKED, TEXT, WHITE  # noqa: E402
+import layout_reference  # noqa: E402
 from display import Display  # noqa: E402
+from layout_reference import BLACK, DARK, FIELD, GLYPH, GROUND, HIGHLIGHT, LIGHT, TEXT, WHITE  # noqa: E402
 from tool_test import WALKTHROUGH, bmp, decode, sprite_file, write  # noqa: E402
 
 DESKTOP_TESTS = sys.argv[4]
@@ -26,10 +25,10 @@ PICTURE_COLOUR = (250, 10, 20)
 PICTURE_SIZE = (200, 120)
 ALPHATEST = 3
 
-# The window layer draws the cursor of a text as the opposite of what lies behind it.
+# Qt draws a text cursor in the inverse of the colour below it.
 CURSOR = tuple(255 - channel for channel in FIELD)
 
-# What a desktop may say of colours, letters and style.
+# Settings of a desktop for colours, font and style.
 DARK_DESKTOP = """[General]
 font=DejaVu Serif,20,-1,5,50,0,0,0,0,0
 [Colors:Window]
@@ -54,9 +53,10 @@ def distance(colour, other):
     return max(abs(a - b) for a, b in zip(colour, other))
 
 
-class Sheet:
-    """A window as designed, drawn at a scale. A place is rounded to the nearest whole pixel of the screen, a half up;
-    a line is as many of them thick as fit into one pixel of the design, and lies along the outline of its control."""
+class Drawing:
+    """The expected picture of a window at a scale. Coordinates are rounded to the nearest screen pixel, halves up. A
+    line is drawn along the inside of a control's outline, as thick as the whole screen pixels in one pixel of the
+    layout."""
 
     def __init__(self, window, scale, found):
         self.scale, self.found = scale, found
@@ -96,9 +96,9 @@ class Sheet:
         for draw in (shadow, light) if top_left_in_front else (light, shadow):
             draw()
 
-    def take(self, name, place, ground, *inks, others=(), left_end=False):
-        """Leaves a place to a text or symbol that has every one of these inks, and may have the others. Its left end
-        may be asked for."""
+    def check_ink(self, name, place, ground, *inks, others=(), left_end=False):
+        """Copies the area of a text or symbol from the picture, after checking that it contains all of these inks and
+        no colours beyond them, the ground and the others; with left_end, also that it begins at the left."""
         left, top, right, bottom = (self.at(place[0]), self.at(place[1]), self.at(place[0] + place[2]),
                                     self.at(place[1] + place[3]))
         rows = [self.found.row(y)[3 * left:3 * right] for y in range(top, bottom)]
@@ -109,15 +109,15 @@ class Sheet:
         ranges = [(min(channel), max(channel)) for channel in zip(ground, *inks, *others)]
         for colour in colours:
             if any(not low <= value <= high for value, (low, high) in zip(colour, ranges)) and colour != bytes(CURSOR):
-                self.faults.append(f"{name} has {tuple(colour)}, not between {ground} and {(*inks, *others)}")
+                self.faults.append(f"{name} has {tuple(colour)}, which is not between {ground} and {(*inks, *others)}")
                 break
         for ink in inks:
-            # Thin strokes are grey at their sides; the middle of one comes near the ink.
+            # Thin strokes are antialiased; the middle of a stroke is close to the ink.
             if min(distance(colour, ink) for colour in colours) > distance(ground, ink) / 4:
                 self.faults.append(f"{name} has nothing in {ink}")
         inked = [x for x, column in enumerate(columns) if column != {bytes(ground)}]
         if left_end and inked and inked[0] > 2 * self.scale:
-            self.faults.append(f"{name} begins {inked[0]} pixels from its left")
+            self.faults.append(f"{name} begins {inked[0]} pixels from its left edge")
         return inked, right - left
 
     # Controls.
@@ -127,14 +127,14 @@ class Sheet:
         self.fill((0, 0, width, height), GROUND)
         if window.close_box:
             self.edges((width - 26, 8, 18, 18), LIGHT, DARK, top_left_in_front=True)
-            self.take("close box", (width - 26 + 2, 8 + 2, 14, 14), GROUND, GLYPH)
+            self.check_ink("close box", (width - 26 + 2, 8 + 2, 14, 14), GROUND, GLYPH)
         self.edges((0, 0, width, height), LIGHT, DARK)
-        self.take("icon", (9, 10, 16, 16), GROUND, DARK, WHITE)
-        self.take("title", (30, 9, width - 55, 18), GROUND, WHITE, BLACK, left_end=True)
+        self.check_ink("icon", (9, 10, 16, 16), GROUND, DARK, WHITE)
+        self.check_ink("title", (30, 9, width - 55, 18), GROUND, WHITE, BLACK, left_end=True)
 
     def draw(self, one, left, top):
         place = (left + one.place[0], top + one.place[1], one.place[2], one.place[3])
-        getattr(self, "draw_" + one.kind)(one.name, place, **one.look)
+        getattr(self, "draw_" + one.kind)(one.name, place, **one.style)
         for part in one.parts:
             self.draw(part, place[0], place[1])
 
@@ -146,14 +146,14 @@ class Sheet:
         left, top, width, height = place
         self.fill(place, GROUND)
         self.edges(place, LIGHT, DARK)
-        inked, room = self.take(name, (left + 2, top + 2, width - 4, height - 4), GROUND, text)
+        inked, room = self.check_ink(name, (left + 2, top + 2, width - 4, height - 4), GROUND, text)
         if inked and abs(inked[0] - (room - 1 - inked[-1])) > 3 * self.scale:
-            self.faults.append(f"{name} is not centred: {inked[0]} and {room - 1 - inked[-1]} pixels beside it")
+            self.faults.append(f"{name} is not centred: {inked[0]} and {room - 1 - inked[-1]} pixels on the sides")
 
     def draw_label(self, name, place, text, ground, words):
         self.fill(place, ground)
         if words:
-            self.take(name, place, ground, text, left_end=True)
+            self.check_ink(name, place, ground, text, left_end=True)
 
     draw_speed = functools.partialmethod(draw_label, words=True)
 
@@ -161,21 +161,21 @@ class Sheet:
         left, top, width, height = place
         self.fill(place, FIELD)
         self.edges(place, DARK, LIGHT)
-        self.take(name, (left + 4, top + 2, width - 8, height - 4), FIELD, *[TEXT] * words, left_end=True)
+        self.check_ink(name, (left + 4, top + 2, width - 8, height - 4), FIELD, *[TEXT] * words, left_end=True)
 
     def draw_combo(self, name, place, thin):
         left, top, width, height = place
         self.fill(place, FIELD)
         self.edges(place, DARK, LIGHT)
         words = (left + 3, top + 1, width - 3 - 20, height - 2)
-        self.take(name, words, FIELD, *[TEXT] * (not thin), others=(TEXT,), left_end=True)
-        self.take(name + "'s arrow", (left + width - 20, top + 2, 18, height - 4), FIELD, LIGHT)
+        self.check_ink(name, words, FIELD, *[TEXT] * (not thin), others=(TEXT,), left_end=True)
+        self.check_ink(name + "'s arrow", (left + width - 20, top + 2, 18, height - 4), FIELD, LIGHT)
 
     def draw_lines(self, name, place):
         left, top, width, height = place
         self.fill(place, FIELD)
         self.edges(place, DARK, LIGHT)
-        self.take(name, (left + 1, top + 1, width - 2, height - 2), FIELD, others=(TEXT, MARKED, BLACK))
+        self.check_ink(name, (left + 1, top + 1, width - 2, height - 2), FIELD, others=(TEXT, HIGHLIGHT, BLACK))
 
     def draw_check(self, name, place, on, ground):
         left, top, width, height = place
@@ -184,19 +184,19 @@ class Sheet:
         self.fill(box, FIELD)
         self.edges(box, DARK, GLYPH)
         if on:
-            self.take(name + "'s mark", (left + 1, top + 4, 10, 10), FIELD, MARKED)
-        self.take(name, (left + 19, top, width - 19, height), ground, MARKED if on else TEXT, left_end=True)
+            self.check_ink(name + "'s mark", (left + 1, top + 4, 10, 10), FIELD, HIGHLIGHT)
+        self.check_ink(name, (left + 19, top, width - 19, height), ground, HIGHLIGHT if on else TEXT, left_end=True)
 
     def draw_radio(self, name, place, on, ground, text):
         left, top, width, height = place
         self.fill(place, ground)
         self.draw_circle(left + 3, top + 3, on)
-        # A letter may lean out of its place by less than a pixel.
-        self.take(name, (left + 27, top, width - 27, height), ground, text, left_end=True)
+        # A letter may extend beyond its place by less than a pixel.
+        self.check_ink(name, (left + 27, top, width - 27, height), ground, text, left_end=True)
 
     def draw_circle(self, left, top, on):
-        """A circle 13 pixels across and, if chosen, a dot 3 pixels within it. A pixel of the screen belongs to what its
-        middle lies in. The line is dark from half a radian to four, counter-clockwise from three o'clock."""
+        """A circle of 13 pixels in diameter with, if chosen, a dot inset by 3 pixels. The centre of a screen pixel
+        decides what it belongs to. The line is dark from 0.5 to 4 radians, counter-clockwise from three o'clock."""
         left, top, size, inset = self.at(left), self.at(top), self.at(13), self.at(3)
         for y in range(size):
             for x in range(size):
@@ -207,7 +207,7 @@ class Sheet:
                 if beyond > -self.thick:
                     colour = DARK if 0.5 <= math.atan2(up, right) % (2 * math.pi) <= 4 else LIGHT
                 else:
-                    colour = MARKED if on and beyond <= -inset else FIELD
+                    colour = HIGHLIGHT if on and beyond <= -inset else FIELD
                 self.fill_pixels(left + x, top + y, left + x + 1, top + y + 1, colour)
 
     def draw_progress(self, name, place):
@@ -216,26 +216,26 @@ class Sheet:
         self.edges(place, DARK, LIGHT)
         cells = width // 12
         blocks = [(left + cell * 12 + 4, top + 4, 8, 16) for cell in range(cells)]
-        filled = [self.found.colour(self.at(block[0]), self.at(block[1])) == MARKED for block in blocks]
+        filled = [self.found.colour(self.at(block[0]), self.at(block[1])) == HIGHLIGHT for block in blocks]
         if not 0 < sum(filled) < cells or filled != sorted(filled, reverse=True):
-            self.faults.append(f"{name} has the blocks {filled}")
+            self.faults.append(f"{name} has blocks {filled}")
         for block in blocks[:sum(filled)]:
-            self.fill(block, MARKED)
+            self.fill(block, HIGHLIGHT)
 
     def draw_symbol(self, name, place, colour, ground):
         left, top, side, _ = place
         self.fill(place, ground)
-        self.take(name, (left + 1, top + 1, side - 2, side - 2), ground, colour)
+        self.check_ink(name, (left + 1, top + 1, side - 2, side - 2), ground, colour)
 
     def draw_picture(self, name, place, colour):
         if colour is None:
-            self.take(name, place, BLACK, others=(WHITE,))
+            self.check_ink(name, place, BLACK, others=(WHITE,))
         else:
             self.fill(place, colour)
 
 
-class Found:
-    """A picture of a window as it really looks."""
+class Picture:
+    """A picture of a real window."""
 
     def __init__(self, path):
         self.width, self.height, self.data = decode(path)[0]
@@ -247,22 +247,23 @@ class Found:
         return tuple(self.row(y)[3 * x:3 * x + 3])
 
 
-def difference(sheet, found):
-    """In words; None where there is none."""
-    if (sheet.width, sheet.height) != (found.width, found.height):
-        return f"{found.width} by {found.height} pixels and not {sheet.width} by {sheet.height}"
-    if sheet.faults:
-        return "; ".join(sheet.faults)
+def difference(drawing, found):
+    """A description of the first difference, or None."""
+    if (drawing.width, drawing.height) != (found.width, found.height):
+        return f"{found.width} by {found.height} pixels and not {drawing.width} by {drawing.height}"
+    if drawing.faults:
+        return "; ".join(drawing.faults)
     for y in range(found.height):
-        if bytes(sheet.pixels[y]) != found.row(y):
-            x = next(x for x in range(found.width) if sheet.pixels[y][3 * x:3 * x + 3] != found.row(y)[3 * x:3 * x + 3])
-            return (f"pixel {x}, {y} is {found.colour(x, y)} and not {tuple(sheet.pixels[y][3 * x:3 * x + 3])} "
-                    f"({x / sheet.scale:g}, {y / sheet.scale:g} of the design)")
+        if bytes(drawing.pixels[y]) != found.row(y):
+            expected = [tuple(drawing.pixels[y][3 * x:3 * x + 3]) for x in range(found.width)]
+            x = next(x for x in range(found.width) if expected[x] != found.colour(x, y))
+            return (f"pixel {x}, {y} is {found.colour(x, y)} and not {expected[x]} "
+                    f"({x / drawing.scale:g}, {y / drawing.scale:g} of the layout)")
     return None
 
 
 def take_pictures(folder, environment):
-    """The pictures of walks through all windows, by name; the first of each."""
+    """Runs the scripted user through all windows. Returns the paths of the pictures by name, the first of each."""
     def path(*parts):
         return os.path.join(folder, *parts)
 
@@ -286,23 +287,23 @@ def take_pictures(folder, environment):
 
 SIZE_QUESTION = (PICTURE_COLOUR, *PICTURE_SIZE)
 WINDOWS = {
-    "start": design.main_window(),
-    "opened": design.main_window(SPRITE_COLOUR),
-    "new": design.new_sprite(),
-    "extract": design.extract_frames(compression=False),
-    "extract_set": design.extract_frames(compression=True),
-    "folder": design.folder(),
-    "preview": design.preview(SPRITE_COLOUR, playing=False),
-    "preview_playing": design.preview(SPRITE_COLOUR, playing=True),
-    "add_frames": design.add_frames(),
-    "add_frames_selected": design.add_frames(SIZE_QUESTION, transparent=PICTURE_COLOUR),
-    "pick": design.add_frames(SIZE_QUESTION, armed=True, transparent=PICTURE_COLOUR),
-    "progress": design.job(),
-    "exit_picture": design.exit_picture(),
+    "start": layout_reference.main_window(),
+    "opened": layout_reference.main_window(SPRITE_COLOUR),
+    "new": layout_reference.new_sprite(),
+    "extract": layout_reference.extract_frames(compression=False),
+    "extract_set": layout_reference.extract_frames(compression=True),
+    "folder": layout_reference.folder(),
+    "preview": layout_reference.preview(SPRITE_COLOUR, playing=False),
+    "preview_playing": layout_reference.preview(SPRITE_COLOUR, playing=True),
+    "add_frames": layout_reference.add_frames(),
+    "add_frames_selected": layout_reference.add_frames(SIZE_QUESTION, transparent=PICTURE_COLOUR),
+    "pick": layout_reference.add_frames(SIZE_QUESTION, armed=True, transparent=PICTURE_COLOUR),
+    "progress": layout_reference.job(),
+    "exit_picture": layout_reference.exit_picture(),
 }
 
 
-class LookTest(unittest.TestCase):
+class GoldenTest(unittest.TestCase):
     def setUp(self):
         holder = tempfile.TemporaryDirectory()
         self.addCleanup(holder.cleanup)
@@ -317,23 +318,23 @@ class LookTest(unittest.TestCase):
         pictures = take_pictures(self.make_folder("walks"), {**environment, "QT_SCALE_FACTOR": f"{scale:g}"})
         for name, window in WINDOWS.items():
             with self.subTest(window=name):
-                found = Found(pictures[name])
-                self.assertIsNone(difference(Sheet(window, scale, found), found))
+                found = Picture(pictures[name])
+                self.assertIsNone(difference(Drawing(window, scale, found), found))
 
 
-class Scales(LookTest):
-    def test_the_windows_are_as_designed(self):
+class Scales(GoldenTest):
+    def test_windows_match_the_layout_reference(self):
         self.check_windows(1, os.environ)
 
-    def test_they_are_so_on_a_screen_of_one_and_a_half_times_the_pixels(self):
+    def test_windows_match_at_scale_1_5(self):
         self.check_windows(1.5, os.environ)
 
-    def test_they_are_so_on_a_screen_of_twice_the_pixels(self):
+    def test_windows_match_at_scale_2(self):
         self.check_windows(2, os.environ)
 
 
-class Desktop(LookTest):
-    def test_a_desktop_with_dark_colours_large_letters_and_another_style_changes_nothing(self):
+class Desktop(GoldenTest):
+    def test_colours_font_and_style_of_the_desktop_have_no_effect(self):
         display = Display(window_manager=False)
         self.addCleanup(display.close)
         with open(os.path.join(display.environment["XDG_CONFIG_HOME"], "kdeglobals"), "w", encoding="ascii") as file:
@@ -341,25 +342,26 @@ class Desktop(LookTest):
         self.check_windows(1, {**display.environment, "QT_QPA_PLATFORM": "xcb", "QT_QPA_PLATFORMTHEME": "kde",
                                "KDE_SESSION_VERSION": "5", "QT_STYLE_OVERRIDE": "windows"})
 
-    def test_which_control_has_the_keyboard_is_not_in_the_pictures(self):
+    def test_focus_is_not_visible(self):
         display = Display()
         self.addCleanup(display.close)
-        given = take_pictures(self.make_folder("given"), {**display.environment, "QT_QPA_PLATFORM": "xcb"})
-        never = take_pictures(self.make_folder("never"), os.environ)
+        focused = take_pictures(self.make_folder("focused"), {**display.environment, "QT_QPA_PLATFORM": "xcb"})
+        unfocused = take_pictures(self.make_folder("unfocused"), os.environ)
         for name in ("new_sprite", "new", "opened"):
-            self.assertTrue(Found(given[name]).data == Found(never[name]).data, name)
+            self.assertTrue(Picture(focused[name]).data == Picture(unfocused[name]).data, name)
 
 
-class Fonts(LookTest):
-    """The families that stand in for the one that the windows were designed with, each as the only one there is."""
+class Fonts(GoldenTest):
+    """The fallback font families, each installed alone."""
 
     def only(self, family):
-        """Surroundings in which there are no fonts but the upright ones of one family of regular weight: where a
-        family has more faces, Qt 6.4 takes any of them for a narrowed font, by the order in which it met them."""
+        """An environment with only the upright fonts of regular weight of one family. If a family has more faces, Qt
+        6.4 uses any of them for a condensed font, depending on the order in which it found them."""
         fonts = self.make_folder("fonts")
-        asked = subprocess.run(["fc-list", f":family={family}:slant=0:weight=80", "file"], stdout=subprocess.PIPE, check=True)
+        asked = subprocess.run(["fc-list", f":family={family}:slant=0:weight=80", "file"], stdout=subprocess.PIPE,
+                               check=True)
         files = [line.rstrip(": ") for line in asked.stdout.decode().splitlines()]
-        self.assertTrue(files, f"{family} is not there; scripts/install-dependencies installs it")
+        self.assertTrue(files, f"{family} is missing; scripts/install-dependencies installs it")
         for file in files:
             if not (family == "DejaVu Sans" and os.path.basename(file).startswith("DejaVuSansCondensed")):
                 os.symlink(file, os.path.join(fonts, os.path.basename(file)))
@@ -371,41 +373,42 @@ class Fonts(LookTest):
     def check_family(self, family):
         environment = self.only(family)
         self.check_windows(1, environment)
-        done = subprocess.run([DESKTOP_TESTS, "--gtest_filter=ThemeFont.*:WindowsTest.EveryCaptionFitsItsControl"],
+        done = subprocess.run([DESKTOP_TESTS, "--gtest_filter=ThemeFont.*:WindowsTest.*Caption*"],
                               env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, timeout=120,
                               check=False)
         words = done.stdout.decode()
         self.assertEqual(done.returncode, 0, words)
         self.assertIn("[  PASSED  ] 8 tests.", words)
 
-    def test_the_condensed_family(self):
+    def test_windows_match_with_dejavu_sans_condensed(self):
         self.check_family("DejaVu Sans Condensed")
 
-    def test_the_metric_twin_of_the_family_that_everybody_knows(self):
+    def test_windows_match_with_liberation_sans(self):
         self.check_family("Liberation Sans")
 
-    def test_the_family_of_the_printers(self):
+    def test_windows_match_with_nimbus_sans(self):
         self.check_family("Nimbus Sans")
 
-    def test_the_widest_family(self):
+    def test_windows_match_with_dejavu_sans(self):
         self.check_family("DejaVu Sans")
 
 
-class Rules(unittest.TestCase):
-    """What holds for the sheet itself."""
+class Reference(unittest.TestCase):
+    """Checks of the layout reference itself."""
 
-    def test_no_control_is_narrower_than_its_kind_may_be(self):
-        least = {"button": design.BUTTON_LEAST, "radio": design.RADIO_LEAST, "check": design.CHECK_LEAST,
-                 "progress": design.PROGRESS_LEAST, "combo": design.COMBO_LEAST}
+    def test_no_control_is_narrower_than_its_minimum(self):
+        minimum = {"button": layout_reference.BUTTON_MIN_WIDTH, "radio": layout_reference.RADIO_MIN_WIDTH,
+                   "check": layout_reference.CHECK_MIN_WIDTH, "progress": layout_reference.PROGRESS_MIN_WIDTH,
+                   "combo": layout_reference.COMBO_MIN_WIDTH}
 
-        def look_at(one):
-            self.assertGreaterEqual(one.place[2], least.get(one.kind, 0), one.name)
+        def check(one):
+            self.assertGreaterEqual(one.place[2], minimum.get(one.kind, 0), one.name)
             for part in one.parts:
-                look_at(part)
+                check(part)
 
         for window in WINDOWS.values():
             for one in window.controls:
-                look_at(one)
+                check(one)
 
 
 if __name__ == "__main__":

@@ -6,7 +6,7 @@ import time
 from core import ROOT, is_desktop
 from programs import BUILD, FLAGS, SRC, Programs, Stage, run
 
-FIRST_GOLDEN_TEST = "Scales.test_the_windows_are_as_designed"
+FIRST_GOLDEN_TEST = "Scales.test_windows_match_the_layout_reference"
 GOLDEN_TESTS = os.path.join(ROOT, "tests", "golden", "golden_test.py")
 
 

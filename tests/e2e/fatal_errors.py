@@ -1,14 +1,14 @@
-"""The failures that are meant to end the editor: each is told in one box, and the exit status is 70. The list is
-complete for what a random user may do: whatever else ends the editor is a finding."""
+"""The intended fatal errors: each shows one message box, and the editor exits with status 70. The list is complete for
+the actions of the random user: any other exit of the editor is a Finding."""
 import os
 import re
 
 from answers import FATAL_BOX, Selection
 from display import wait_for
-from hand import (ADD, BELOW_FILTER, EXPORT_BUTTON, EXTRACT, EXTRACT_FOLDER, EXTRACT_OK, EXTRACT_OVERWRITE,
-                  EXTRACT_PCX, EXTRACT_TGA, FATAL_END, FILES, FILTER, IMPORT_BUTTON, MAIN, NEW, NEW_BUTTON, NEW_OK,
-                  NEW_WIDTH, OPEN_CHOOSER, PLAY, SLOWER)
 from material import FATAL, FORMATS, QUIET_SPRITE, SMALL, sprite_bytes
+from ui_driver import (ADD, BELOW_FILTER, EXPORT_BUTTON, EXTRACT, EXTRACT_FOLDER, EXTRACT_OK, EXTRACT_OVERWRITE,
+                       EXTRACT_PCX, EXTRACT_TGA, FATAL_ERROR_STATUS, FILES, FILTER, IMPORT_BUTTON, MAIN, NEW,
+                       NEW_BUTTON, NEW_OK, NEW_WIDTH, OPEN_CHOOSER, PLAY, SLOWER)
 from user_frames import FIRST_SPEED
 
 
@@ -26,7 +26,7 @@ def line_without_frame(user):
 
 
 def line_without_frame_exported(user):
-    """The import leaves its last line selected, and that has no frame."""
+    """The import leaves its last line selected, which has no frame."""
     user.open_sprite(QUIET_SPRITE)
     import_one(user)
     export(user, EXTRACT_TGA)
@@ -39,14 +39,14 @@ def line_without_frame_played(user):
 
 
 def small_frame(user):
-    open_only(user, "small.spr", sprite_bytes((16, 16), 2, told_size=(32, 32)))
+    open_only(user, "small.spr", sprite_bytes((16, 16), 2, header_size=(32, 32)))
 
 
 def short_name(user):
     path = os.path.join(user.sprites, "abc")
     user.write_file(path, QUIET_SPRITE.data)
     user.press_open()
-    # No filter hides a file that is named.
+    # A typed name is accepted even if the filter of the chooser hides the file.
     user.choose_file(OPEN_CHOOSER, path)
 
 
@@ -59,7 +59,7 @@ def large_number(user):
 
 
 def huge_header(user):
-    open_only(user, "wide.spr", sprite_bytes((16, 16), 2, told_size=(2000000, 2000000)))
+    open_only(user, "wide.spr", sprite_bytes((16, 16), 2, header_size=(2000000, 2000000)))
 
 
 def export_over_read_only(user, kind, point):
@@ -124,7 +124,7 @@ def export(user, point):
 
 
 def browse(user, folder, kind):
-    """The dialog that adds frames, at a folder and with its files of a format listed."""
+    """Opens Add Frame/s and lists the files of a format in a folder. Returns the dialog."""
     if not user.can_import:
         user.open_sprite(QUIET_SPRITE)
     user.click(user.main, IMPORT_BUTTON)
@@ -144,34 +144,34 @@ def import_one(user):
     dialog = browse(user, SMALL, "bmp")
     selection = Selection(user.pictures.files(SMALL, "bmp"), user.size)
     user.click_file(dialog, selection, 0)
-    user.bring_in(dialog, selection, cancels=False)
+    user.finish_import(dialog, selection, cancels=False)
 
 
-# What is done, what the box says, and why that is how it has to be.
-FATAL_ENDS = (
+# The action, the text of the box, and the reason for the error.
+FATAL_ERRORS = (
     (speed_0, "Division by zero", "one step below a speed of 1 the interval is 1000 divided by 0"),
-    (line_without_frame, "Subscript out of range", "an import leaves the old lines, which have no frames any more"),
-    (line_without_frame_exported, "Subscript out of range", "the same line, taken apart"),
-    (line_without_frame_played, "Subscript out of range", "the preview walks over all lines"),
+    (line_without_frame, "Subscript out of range", "an import keeps the old lines, which no longer have frames"),
+    (line_without_frame_exported, "Subscript out of range", "export of such a line"),
+    (line_without_frame_played, "Subscript out of range", "the preview plays all lines"),
     (small_frame, "Subscript out of range", "frames are drawn at the sprite's size and may have fewer pixels"),
-    (short_name, "Invalid procedure call", "the Name is what stands before the last four characters of a file's name"),
+    (short_name, "Invalid procedure call", "the Name is the file's name without its last four characters"),
     (large_number, "Overflow", "a size has 32 bits"),
     (huge_header, "Overflow", "the bytes of a picture are counted in 32 bits"),
-    (read_only_tga, "Permission denied", "the old file is deleted first, and nothing traps a failure there"),
+    (read_only_tga, "Permission denied", "the old file is deleted first, and a failure to do so is not handled"),
     (read_only_pcx, "Permission denied", "the same for the other writer"),
-    (picture_gone, "File not found", "a picture that has gone since it was listed cannot be opened"),
-    (no_picture, "Invalid picture", "the preview loads even what the message before has called corrupt"),
+    (picture_gone, "File not found", "a picture that was deleted after it was listed"),
+    (no_picture, "Invalid picture", "the preview loads even a file that was reported as corrupt"),
     (high_jpeg, "Overflow", "a size byte of 128 or more does not fit the signed 16 bits of the sizes"),
     (grey_tga, "Subscript out of range", "8-bit TGA pictures need a colour map"),
-    (short_pcx, "Subscript out of range", "fewer lines than the header tells"),
+    (short_pcx, "Subscript out of range", "fewer lines than the header says"),
     (text_pcx, "Overflow", "sizes beyond 16 bits"),
 )
 
 
-def check_fatal_ends(user):
-    """Each in an editor of its own."""
-    for act, words, _ in FATAL_ENDS:
-        user.say(f"fatal end: {act.__name__}")
+def check_fatal_errors(user):
+    """Provokes each error in a new process of the editor."""
+    for act, words, _ in FATAL_ERRORS:
+        user.log(f"fatal error: {act.__name__}")
         user.begin()
         act(user)
         text = user.wait("the box of " + act.__name__, user.next_text)
@@ -179,7 +179,7 @@ def check_fatal_ends(user):
             raise AssertionError(f"{act.__name__}: {text}")
         user.display.wait_for_window(MAIN, but=[user.main])
         user.display.press("Return")
-        wait_for("the end", lambda: user.editor.poll() is not None)
-        user.handle_fatal_error(FATAL_END)
+        wait_for("the editor to exit", lambda: user.editor.poll() is not None)
+        user.wait_for_exit(FATAL_ERROR_STATUS)
         user.messages[text] += 1
-        user.actions["fatal end"] += 1
+        user.actions["fatal error"] += 1

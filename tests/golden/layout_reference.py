@@ -1,40 +1,39 @@
-"""The design sheet: where every control of every window stands, how large it is and which colours it has. It is
-written by hand and not taken from the code; look_test.py draws it and holds it against pictures of the real windows.
+"""The layout reference: position, size and colours of every control of every window. It is written by hand,
+independently of the code; golden_test.py draws it and compares it with pictures of the real windows.
 
-Places are left, top, width and height in pixels within what holds the control. What stands inside chosen() is free to
-be placed anew: it is the program's own choice, and a change of it is made here as well. All the rest is given: it is
-how these windows are, and no change of the code may move it."""
+A place is left, top, width and height in pixels, relative to the parent. Places inside chosen() are our own choice and
+may be changed, together with the code. All others are fixed and must not change."""
 from collections import namedtuple
 
-# Sizes of a control as a whole are given in units of which a pixel has 15.
+# Some sizes are defined in units; a pixel has 15.
 UNITS = 15
 BUTTON_HEIGHT = PROGRESS_HEIGHT = 360 // UNITS
 FIELD_HEIGHT = COMBO_HEIGHT = LABEL_HEIGHT = 300 // UNITS
 RADIO_HEIGHT = 285 // UNITS
 CHECK_HEIGHT = 270 // UNITS
-BUTTON_LEAST = RADIO_LEAST = CHECK_LEAST = 500 / UNITS
-COMBO_LEAST = 1425 / UNITS
-PROGRESS_LEAST = 360 / UNITS
+BUTTON_MIN_WIDTH = RADIO_MIN_WIDTH = CHECK_MIN_WIDTH = 500 / UNITS
+COMBO_MIN_WIDTH = 1425 / UNITS
+PROGRESS_MIN_WIDTH = 360 / UNITS
 BUTTON_WIDTH = 56
 
 # Red, green, blue.
 GROUND = (76, 88, 68)  # windows and buttons
-FIELD = (62, 70, 55)  # what is sunken
+FIELD = (62, 70, 55)  # sunken areas
 TEXT = (216, 222, 211)
 WHITE = (255, 255, 255)
 BLACK = (0, 0, 0)
-GREY = (128, 128, 128)  # text of what is disabled
-LIGHT = (160, 170, 149)  # an edge in the light
-DARK = (40, 46, 34)  # an edge in the shadow
-MARKED = (196, 181, 80)  # checked, armed, in force
-GLYPH = (136, 145, 128)  # the cross of the close button, two edges of a check box
+GREY = (128, 128, 128)  # disabled text
+LIGHT = (160, 170, 149)  # lit edge
+DARK = (40, 46, 34)  # shaded edge
+HIGHLIGHT = (196, 181, 80)  # checked, armed, active
+GLYPH = (136, 145, 128)  # cross of the close box, two edges of a check box
 
-Control = namedtuple("Control", "kind name place look parts chosen")
+Control = namedtuple("Control", "kind name place style parts chosen")
 Window = namedtuple("Window", "size title close_box controls")
 
 
-def control(kind, name, place, parts=(), **look):
-    return Control(kind, name, place, look, list(parts), False)
+def control(kind, name, place, parts=(), **style):
+    return Control(kind, name, place, style, list(parts), False)
 
 
 def chosen(one):
@@ -46,7 +45,7 @@ def button(name, left, top, text=WHITE):
 
 
 def label(name, left, top, width, text=TEXT, ground=FIELD, words=True):
-    """Without words there is nothing to see of it but its ground."""
+    """Without words, only the background is drawn."""
     return control("label", name, (left, top, width, LABEL_HEIGHT), text=text, ground=ground, words=words)
 
 
@@ -55,7 +54,7 @@ def field(name, left, top, width, words=True):
 
 
 def combo(name, left, top, width, thin=False):
-    """A thin text has no letter that is fully in the colour of the text."""
+    """A thin text may have no pixel in its full colour."""
     return control("combo", name, (left, top, width, COMBO_HEIGHT), thin=thin)
 
 
@@ -65,7 +64,7 @@ def check(name, left, top, width, on, ground):
 
 def radio(name, left, top, width, on, ground, text=None):
     return control("radio", name, (left, top, width, RADIO_HEIGHT), on=on, ground=ground,
-                   text=text or (MARKED if on else TEXT))
+                   text=text or (HIGHLIGHT if on else TEXT))
 
 
 def progress(name, left, top, width):
@@ -77,7 +76,7 @@ def frame(name, left, top, width, height, parts):
 
 
 def lines(name, left, top, width, height):
-    """A list: of the window layer, with sunken edges like a field."""
+    """A list, with sunken edges like a field."""
     return control("lines", name, (left, top, width, height))
 
 
@@ -90,12 +89,12 @@ def speed(name, left, top, width, height):
 
 
 def picture(name, left, top, width, height, colour):
-    """A picture of one colour; of any colours for None."""
+    """A picture of one colour, or of any colours if None."""
     return control("picture", name, (left, top, width, height), colour=colour)
 
 
 def main_window(sprite=None):
-    """Without a sprite as at the start; with one its picture has that colour."""
+    """As at the start, or with a sprite of one colour."""
     opened = sprite is not None
     able = WHITE if opened else GREY
     caption = TEXT if opened else GREY
@@ -110,14 +109,14 @@ def main_window(sprite=None):
             button("elboton3", 498, 6, GREY)]),
         frame("elframe2", 7, 75, 282, 396, [
             lines("List1", 6, 6, 247, 355),
-            chosen(symbol("Label1", 258, 163, 18, TEXT, FIELD)),  # but for the corner, which is given
+            chosen(symbol("Label1", 258, 163, 18, TEXT, FIELD)),  # except the corner, which is fixed
             chosen(symbol("Label2", 258, 187, 18, TEXT, FIELD)),
             button("elboton7", 6, 366, able),
             button("elboton6", 76, 366, able),
             button("elboton5", 137, 366, able),
             button("elboton4", 198, 366, able)]),
         frame("elframe3", 294, 75, 273, 269, [
-            chosen(frame("elframe5", 7, 5, 258, 258, [  # but for its size, which is given
+            chosen(frame("elframe5", 7, 5, 258, 258, [  # except its size, which is fixed
                 picture("Picture1", 1, 1, 256, 256, sprite or FIELD)]))]),
         frame("elframe4", 294, 349, 273, 122, captions + values)])
 
@@ -137,7 +136,7 @@ def new_sprite():
 
 
 def extract_frames(compression):
-    """With the choice of compression, or as at the start with that of the depth."""
+    """With the choice of the compression, or, as at the start, with that of the depth."""
     formats = [chosen(radio(f"elradio1({n})", 7, 106 + 21 * n, 100, n == (1 if compression else 0), GROUND))
                for n in range(3)]
     choices = [chosen(radio(f"elradio3({n})", left, 197, width, n == 1, GROUND))
@@ -159,7 +158,7 @@ def extract_frames(compression):
 
 
 def add_frames(preview=None, armed=False, transparent=BLACK):
-    """With a preview there is the question about the sizes; its first entry is the colour, then width and height."""
+    """A preview, given as colour, width and height, adds the question about the sizes."""
     opened = preview is not None
     question = [
         chosen(label("ellabel6", 10, 51, 247)),
@@ -185,7 +184,7 @@ def add_frames(preview=None, armed=False, transparent=BLACK):
             chosen(label("ellabel1", 10, 123, 122)),
             chosen(picture("the edge of Picture2", 144, 121, 40, 24, DARK)),
             chosen(picture("Picture2", 145, 122, 38, 22, transparent)),
-            chosen(button("elboton1", 201, 121, MARKED if armed else TEXT))])),
+            chosen(button("elboton1", 201, 121, HIGHLIGHT if armed else TEXT))])),
         chosen(button("elboton2", 629, 472)),
         chosen(button("elboton3", 689, 472))])
 
@@ -209,8 +208,8 @@ def job():
 def preview(sprite, playing):
     return Window((281, 327), "Animation Preview", True, [
         picture("Picture1", 13, 37, 256, 256, sprite),
-        chosen(symbol("Label1", 13, 300, 20, BLACK if playing else MARKED, GROUND)),
-        chosen(symbol("Label2", 37, 300, 20, MARKED if playing else BLACK, GROUND)),
+        chosen(symbol("Label1", 13, 300, 20, BLACK if playing else HIGHLIGHT, GROUND)),
+        chosen(symbol("Label2", 37, 300, 20, HIGHLIGHT if playing else BLACK, GROUND)),
         chosen(symbol("Label4", 161, 300, 20, TEXT, GROUND)),
         chosen(symbol("Label3", 185, 300, 20, TEXT, GROUND)),
         chosen(speed("Label5", 213, 300, 56, 20))])
