@@ -51,7 +51,7 @@ TEST(Accessible, EachControlHasItsRole) {
     EXPECT_EQ(role_of<elpanel>(), QAccessible::Pane);
 }
 
-TEST(Accessible, TheNameIsTheCaptionUnlessOneIsGiven) {
+TEST(Accessible, NameDefaultsToTheCaption) {
     elboton button("b", nullptr);
     button.SetCaption("...");
     EXPECT_EQ(interface_of(button).text(QAccessible::Name), "...");
@@ -63,7 +63,7 @@ TEST(Accessible, TheNameIsTheCaptionUnlessOneIsGiven) {
     EXPECT_EQ(interface_of(panel).text(QAccessible::Name), "New Sprite");
 }
 
-TEST(Accessible, AButtonIsPressedAsByAClick) {
+TEST(Accessible, PressActionClicksAButton) {
     elboton button("b", nullptr);
     int clicks = 0;
     on_event(&button, &elboton::Click, &button, [&] { ++clicks; });
@@ -79,7 +79,7 @@ TEST(Accessible, AButtonIsPressedAsByAClick) {
     EXPECT_TRUE(interface_of(button).state().disabled);
 }
 
-TEST(Accessible, ACheckBoxTellsItsMarkAndIsToggledAsByAClick) {
+TEST(Accessible, ToggleActionClicksACheckBoxAndItsStateIsReported) {
     elcheck check("c", nullptr);
     int clicks = 0;
     on_event(&check, &elcheck::Click, &check, [&] { ++clicks; });
@@ -91,7 +91,7 @@ TEST(Accessible, ACheckBoxTellsItsMarkAndIsToggledAsByAClick) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST(Accessible, ARadioButtonTellsItsValueAndIsChosenAsByAClick) {
+TEST(Accessible, PressActionClicksARadioButtonAndItsStateIsReported) {
     elradio radio("r", nullptr);
     int clicks = 0;
     on_event(&radio, &elradio::Click, &radio, [&] { ++clicks; });
@@ -102,7 +102,7 @@ TEST(Accessible, ARadioButtonTellsItsValueAndIsChosenAsByAClick) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST(Accessible, AFailureInAHandlerEndsAtTheEventsEdge) {
+TEST(Accessible, FailureInAHandlerStopsAtTheExceptionBarrier) {
     elboton button("b", nullptr);
     QObject::connect(&button, &elboton::Click, &button, [] { fail(Failure::DeviceIo); });
     std::vector<std::string> ends;
@@ -112,7 +112,7 @@ TEST(Accessible, AFailureInAHandlerEndsAtTheEventsEdge) {
     EXPECT_EQ(ends, std::vector<std::string>{"DeviceIo"});
 }
 
-TEST(Accessible, APanelIsClosedWhereItHasACloseButton) {
+TEST(Accessible, PressActionOfTheCloseButtonClosesAPanel) {
     elpanel panel("p", nullptr);
     int closes = 0;
     on_event(&panel, &elpanel::CloseClick, &panel, [&] { ++closes; });
@@ -137,7 +137,7 @@ TEST(Accessible, APanelIsClosedWhereItHasACloseButton) {
     EXPECT_EQ(shown.child(0), nullptr);
 }
 
-TEST(Accessible, AProgressBarTellsItsNumberAndCannotBeSet) {
+TEST(Accessible, ProgressBarReportsItsValueAsReadOnly) {
     elprogress progress("p", nullptr);
     progress.SetMax(40);
     progress.SetMin(2);
@@ -152,7 +152,7 @@ TEST(Accessible, AProgressBarTellsItsNumberAndCannotBeSet) {
     EXPECT_TRUE(interface_of(progress).state().readOnly);
 }
 
-TEST(Accessible, TheFieldsSpeakThroughWhatIsWithinThem) {
+TEST(Accessible, NameOfAFieldIsSetOnItsInnerWidget) {
     eltexto text("t", nullptr);
     text.setAccessibleName("Width");
     EXPECT_EQ(text.Text1().accessibleName(), "Width");

@@ -1,4 +1,4 @@
-// Colours that a property gives to all that they belong to.
+// A colour property applies to every part that it colours.
 #include "desktop/controls/elcombo.h"
 #include "desktop/controls/shown.h"
 
@@ -8,10 +8,10 @@ namespace {
 using test::picture_of;
 using test::Shown;
 
-TEST(Elcombo, ItsBackgroundFillsTheListAndThePlaceOfTheArrow) {
+TEST(Elcombo, BackColorFillsTheListAndTheArrowButton) {
     Shown<elcombo> shown(120);
     shown->SetBackColor(0x1000A0);
-    shown->SetSymbolColor(0x1000A0); // the arrow is not to be seen
+    shown->SetSymbolColor(0x1000A0); // hides the arrow
     const QRect inside(1, 1, 118, 18);
     EXPECT_EQ(test::count_of(picture_of(shown.control), 0x1000A0, inside), inside.width() * inside.height());
 }

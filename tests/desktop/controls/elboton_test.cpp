@@ -61,7 +61,7 @@ TEST(Elboton, StandsAsDesigned) {
     EXPECT_EQ(button.part<TextPart>("shadow1").Caption(), "Boton");
 }
 
-TEST(Elboton, EmptyCaptionKeepsTheLayoutWorkingAndCentredItStandsInTheMiddle) {
+TEST(Elboton, EmptyCaptionIsLaidOutAndCentred) {
     Button button("");
     EXPECT_EQ(button.text("label").Left, 6);
     button->SetCenterCaption(true);
@@ -70,14 +70,14 @@ TEST(Elboton, EmptyCaptionKeepsTheLayoutWorkingAndCentredItStandsInTheMiddle) {
     EXPECT_EQ(button.text("shadow1").Left, 41);
 }
 
-TEST(Elboton, ACentredCaptionIsNotRounded) {
+TEST(Elboton, CentredCaptionIsNotRounded) {
     Button button("x", 81);
     button->SetCenterCaption(true);
     EXPECT_EQ(button.text("label").Left, 40.5 - button.text("label").Width / 2);
     EXPECT_EQ(button.text("shadow1").Left, button.text("label").Left + 1);
 }
 
-TEST(Elboton, AskedFor100TwipsItIs500WideAndAlways360High) {
+TEST(Elboton, IsAtLeast500TwipsWideAndAlways360High) {
     Button button;
     button->SetWidth(100);
     button->SetHeight(900);
@@ -88,7 +88,7 @@ TEST(Elboton, AskedFor100TwipsItIs500WideAndAlways360High) {
     EXPECT_EQ(button.line("lineB(0)").X1, 500.0 / 15 - 1);
 }
 
-TEST(Elboton, IsLaidOutWhenItsWidthIsSetWhileItIsHidden) {
+TEST(Elboton, WidthSetWhileHiddenIsLaidOut) {
     elboton button("b", nullptr);
     button.SetCenterCaption(true);
     button.SetCaption("");
@@ -97,7 +97,7 @@ TEST(Elboton, IsLaidOutWhenItsWidthIsSetWhileItIsHidden) {
     EXPECT_EQ(button.part<LinePart>("lineB(0)").X1, 99);
 }
 
-TEST(Elboton, HeightsFollowVerticalAndWidthsHorizontalTwips) {
+TEST(Elboton, HeightUsesVerticalAndWidthHorizontalTwips) {
     const test::OtherScreen flat(20, 12);
     elboton button("b", nullptr);
     button.SetWidth(100);
@@ -106,14 +106,14 @@ TEST(Elboton, HeightsFollowVerticalAndWidthsHorizontalTwips) {
     EXPECT_EQ(button.Height(), 360);
 }
 
-TEST(Elboton, IsExactly360TwipsHighWhereThatIsNoWholePixel) {
+TEST(Elboton, HeightStays360TwipsWhenThatIsNoWholePixel) {
     const test::OtherScreen flat(15, 16);
     const elboton button("b", nullptr);
-    EXPECT_EQ(button.height(), 22); // 22.5, the tie to even
+    EXPECT_EQ(button.height(), 22); // 22.5, ties to even
     EXPECT_EQ(button.Height(), 360);
 }
 
-TEST(Elboton, ItsEdgesAreOneLightAndOneDarkPixel) {
+TEST(Elboton, EdgesAreOnePixelLightAndDark) {
     Button button("");
     for (const int scale : {1, 2}) {
         const QImage picture = picture_of(button.control, scale);
@@ -130,7 +130,7 @@ TEST(Elboton, ItsEdgesAreOneLightAndOneDarkPixel) {
     }
 }
 
-TEST(Elboton, TheBottomLineLeavesItsFirstPixelToTheLeftOne) {
+TEST(Elboton, BottomLineStartsAfterTheLeftLine) {
     Button button("");
     const QImage picture = picture_of(button.control);
     EXPECT_EQ(colour_at(picture, 0, 23), light);
@@ -138,7 +138,7 @@ TEST(Elboton, TheBottomLineLeavesItsFirstPixelToTheLeftOne) {
     EXPECT_EQ(colour_at(picture, 79, 0), dark);
 }
 
-TEST(Elboton, ALeftPressSwapsTheColoursAndTheReleaseSwapsThemBack) {
+TEST(Elboton, LeftPressSwapsTheEdgeColoursUntilTheRelease) {
     Button button;
     for (const QPoint point : {button.on_surface(), button.on_label()}) {
         QTest::mousePress(&button.control, Qt::LeftButton, {}, point);
@@ -150,7 +150,7 @@ TEST(Elboton, ALeftPressSwapsTheColoursAndTheReleaseSwapsThemBack) {
     }
 }
 
-TEST(Elboton, ARightButtonPressLeavesTheButtonRaised) {
+TEST(Elboton, RightPressLeavesTheButtonRaised) {
     Button button;
     QTest::mousePress(&button.control, Qt::RightButton, Qt::ShiftModifier, button.on_surface());
     EXPECT_TRUE(button.raised());
@@ -160,7 +160,7 @@ TEST(Elboton, ARightButtonPressLeavesTheButtonRaised) {
     EXPECT_FALSE(button.log.contains("Click"));
 }
 
-TEST(Elboton, AFourthOrFifthMouseButtonRaisesNothing) {
+TEST(Elboton, FourthAndFifthMouseButtonsRaiseNoEvents) {
     Button button;
     for (const Qt::MouseButton other : {Qt::BackButton, Qt::ForwardButton}) {
         test::fast_pair(&button.control, other, {}, button.on_surface());
@@ -168,7 +168,7 @@ TEST(Elboton, AFourthOrFifthMouseButtonRaisesNothing) {
     EXPECT_TRUE(button.log.isEmpty());
 }
 
-TEST(Elboton, AFourthMouseButtonLeavesAPressOfTheLeftAlone) {
+TEST(Elboton, FourthMouseButtonDoesNotAffectALeftPress) {
     Button button;
     QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
     QTest::mouseClick(&button.control, Qt::BackButton, {}, button.on_surface());
@@ -177,7 +177,7 @@ TEST(Elboton, AFourthMouseButtonLeavesAPressOfTheLeftAlone) {
     EXPECT_EQ(button.log, (QStringList{"MouseDown 1 0 76,12", "MouseUp 1 0 76,12", "Click"}));
 }
 
-TEST(Elboton, AReleaseOutsideRestoresTheRaisedLook) {
+TEST(Elboton, ReleaseOutsideRestoresTheRaisedLook) {
     Button button;
     QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
     QTest::mouseRelease(&button.control, Qt::LeftButton, {}, QPoint(300, 200));
@@ -185,7 +185,7 @@ TEST(Elboton, AReleaseOutsideRestoresTheRaisedLook) {
     EXPECT_EQ(button.log, (QStringList{"MouseDown 1 0 76,12", "MouseUp 1 0 300,200"}));
 }
 
-// A press whose release goes nowhere, as a disabled control gets no mouse events.
+// A press whose release is lost: a disabled control gets no mouse events.
 void press_without_release(Button& button) {
     QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
     button->SetEnabled(false);
@@ -195,7 +195,7 @@ void press_without_release(Button& button) {
     button.log.clear();
 }
 
-TEST(Elboton, AMoveWithoutAButtonAfterALostReleaseRaisesIt) {
+TEST(Elboton, MoveWithoutButtonsAfterALostReleaseRaisesTheButton) {
     Button button;
     press_without_release(button);
     test::move(button.control, button.text("label").place().topLeft().toPoint() + QPoint(2, 1));
@@ -203,7 +203,7 @@ TEST(Elboton, AMoveWithoutAButtonAfterALostReleaseRaisesIt) {
     EXPECT_EQ(button.log, QStringList{"MouseMove 0 0 2,1"});
 }
 
-TEST(Elboton, AMoveWithAButtonHeldLeavesItSunken) {
+TEST(Elboton, MoveWithAButtonHeldLeavesItSunken) {
     Button button;
     QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
     test::move(button.control, QPoint(300, 200), Qt::LeftButton);
@@ -211,7 +211,7 @@ TEST(Elboton, AMoveWithAButtonHeldLeavesItSunken) {
     QTest::mouseRelease(&button.control, Qt::LeftButton, {}, QPoint(300, 200));
 }
 
-TEST(Elboton, ANewPressAfterALostReleaseFindsItRaised) {
+TEST(Elboton, NewPressAfterALostReleaseRaisesTheButton) {
     Button button;
     press_without_release(button);
     QTest::mousePress(&button.control, Qt::RightButton, {}, button.on_surface());
@@ -220,7 +220,7 @@ TEST(Elboton, ANewPressAfterALostReleaseFindsItRaised) {
     EXPECT_EQ(button.log, (QStringList{"MouseDown 2 0 76,12", "MouseUp 2 0 76,12"}));
 }
 
-TEST(Elboton, ALostPressIsNotClickedByTheReleaseOfAnother) {
+TEST(Elboton, ReleaseOfAnotherMouseButtonAfterALostReleaseIsNoClick) {
     Button button;
     press_without_release(button);
     QTest::mousePress(&button.control, Qt::RightButton, {}, button.on_surface());
@@ -229,7 +229,7 @@ TEST(Elboton, ALostPressIsNotClickedByTheReleaseOfAnother) {
     QTest::mouseRelease(&button.control, Qt::RightButton, {}, button.on_surface());
 }
 
-TEST(Elboton, AReleaseAloneAfterALostReleaseIsNoClick) {
+TEST(Elboton, LateReleaseAfterALostReleaseIsNoClick) {
     Button button;
     press_without_release(button);
     test::move(button.control, button.on_surface());
@@ -237,7 +237,7 @@ TEST(Elboton, AReleaseAloneAfterALostReleaseIsNoClick) {
     EXPECT_TRUE(button.log.isEmpty());
 }
 
-TEST(Elboton, AReleaseOnThePixelBehindAnEdgeIsNoClick) {
+TEST(Elboton, ReleaseJustOutsideAnEdgeIsNoClick) {
     Button button;
     for (const QPoint behind : {QPoint(80, 12), QPoint(76, 24), QPoint(-1, 12), QPoint(76, -1)}) {
         QTest::mousePress(&button.control, Qt::LeftButton, {}, button.on_surface());
@@ -251,7 +251,7 @@ TEST(Elboton, AReleaseOnThePixelBehindAnEdgeIsNoClick) {
     EXPECT_EQ(button.log.count("Click"), 4);
 }
 
-TEST(Elboton, AClickComesFromTheCaptionAndFromTheSurface) {
+TEST(Elboton, CaptionAndSurfaceRaiseClick) {
     Button button;
     QTest::mouseClick(&button.control, Qt::LeftButton, {}, button.on_surface());
     QTest::mouseClick(&button.control, Qt::LeftButton, {}, button.on_label());
@@ -259,7 +259,7 @@ TEST(Elboton, AClickComesFromTheCaptionAndFromTheSurface) {
     EXPECT_EQ(button.log.last(), "Click");
 }
 
-TEST(Elboton, MovesAreToldFromTheCaptionAloneInItsOwnPixels) {
+TEST(Elboton, OnlyTheCaptionRaisesMouseMoveInItsOwnPixels) {
     Button button;
     test::move(button.control, button.on_surface());
     EXPECT_TRUE(button.log.isEmpty());
@@ -268,7 +268,7 @@ TEST(Elboton, MovesAreToldFromTheCaptionAloneInItsOwnPixels) {
     EXPECT_EQ(button.log, QStringList{"MouseMove 0 0 2,1"});
 }
 
-TEST(Elboton, ADropShadowOfABlackCaptionChangesNothingVisible) {
+TEST(Elboton, DropShadowOfABlackCaptionIsInvisible) {
     Button button("Shadow");
     button->SetForeColor(theme::black);
     const QImage before = picture_of(button.control);
@@ -279,7 +279,7 @@ TEST(Elboton, ADropShadowOfABlackCaptionChangesNothingVisible) {
     EXPECT_NE(picture_of(button.control), before);
 }
 
-TEST(Elboton, TheDropShadowIsTheVisibilityOfABlackCopyBehindTheCaption) {
+TEST(Elboton, DropShadowShowsABlackCopyBehindTheCaption) {
     Button button("Shadow");
     EXPECT_FALSE(button.text("shadow1").Visible);
     EXPECT_EQ(count_of(picture_of(button.control), theme::black), 0);
@@ -290,11 +290,11 @@ TEST(Elboton, TheDropShadowIsTheVisibilityOfABlackCopyBehindTheCaption) {
     EXPECT_GT(count_of(shadowed, theme::black), 0);
     button->SetDropShadow(false);
     EXPECT_FALSE(button.text("shadow1").Enabled);
-    // In front of the shadow, the caption has lost nothing.
+    // The shadow covers no pixel of the caption.
     EXPECT_EQ(count_of(shadowed, theme::white), count_of(picture_of(button.control), theme::white));
 }
 
-TEST(Elboton, TheShadowStaysBlackAndFollowsTheCaption) {
+TEST(Elboton, ShadowStaysBlackAndFollowsTheCaption) {
     Button button;
     button->SetForeColor(0x0000FF);
     button->SetCaption("Other");
@@ -304,7 +304,7 @@ TEST(Elboton, TheShadowStaysBlackAndFollowsTheCaption) {
     EXPECT_EQ(button.text("shadow1").Top, button.text("label").Top + 1);
 }
 
-TEST(Elboton, ALabelHigherThanTheControlKeepsTheTopItHad) {
+TEST(Elboton, LabelHigherThanTheControlKeepsItsTop) {
     Button button;
     const double top = button.text("label").Top;
     button->SetFontSize(30);
@@ -313,14 +313,14 @@ TEST(Elboton, ALabelHigherThanTheControlKeepsTheTopItHad) {
     EXPECT_EQ(button.text("shadow1").Top, top + 1);
 }
 
-TEST(Elboton, ALowerLabelStandsAtTheIntegerPartOfTheMiddle) {
+TEST(Elboton, LowerLabelIsCentredRoundedDown) {
     Button button;
     const double height = button.text("label").Height;
     ASSERT_LT(height, 24);
     EXPECT_EQ(button.text("label").Top, std::trunc(12 - height / 2));
 }
 
-TEST(Elboton, AFontGoesToTheCaptionAndItsShadow) {
+TEST(Elboton, FontAppliesToTheCaptionAndItsShadow) {
     Button button;
     button->SetFontSize(7.25);
     button->SetFontItalic(true);
@@ -349,7 +349,7 @@ TEST(Elboton, EveryFontPropertyMovesTheCaption) {
     }
 }
 
-TEST(Elboton, ADisabledButtonLooksAsBeforeAndTakesNoMouse) {
+TEST(Elboton, DisabledButtonLooksTheSameAndIgnoresTheMouse) {
     Button button;
     const QImage before = picture_of(button.control);
     button->SetEnabled(false);
@@ -358,7 +358,7 @@ TEST(Elboton, ADisabledButtonLooksAsBeforeAndTakesNoMouse) {
     EXPECT_TRUE(button.log.isEmpty());
 }
 
-TEST(Elboton, AWindowThatIsDisabledLeavesTheButtonEnabledOfItsOwnAccount) {
+TEST(Elboton, DisabledWindowDoesNotChangeEnabledOfTheButton) {
     Button button;
     button.window.setEnabled(false);
     EXPECT_TRUE(button->Enabled());
@@ -366,7 +366,7 @@ TEST(Elboton, AWindowThatIsDisabledLeavesTheButtonEnabledOfItsOwnAccount) {
     EXPECT_FALSE(button->Enabled());
 }
 
-TEST(Elboton, ANewEdgeColourGoesToItsTwoLines) {
+TEST(Elboton, EdgeColourAppliesToItsTwoLines) {
     Button button;
     button->SetColor3DLight(0x010203);
     button->SetColor3DDark(0x040506);
@@ -376,7 +376,7 @@ TEST(Elboton, ANewEdgeColourGoesToItsTwoLines) {
     EXPECT_EQ(button.line("lineB(1)").BorderColor, 0x040506);
 }
 
-TEST(Elboton, TheObtainedBackgroundLeavesOutTheEdge) {
+TEST(Elboton, ObtainedBackgroundLeavesOutTheEdge) {
     Button button("");
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     behind.PSet(11, 21, 0x0000FF);
@@ -392,7 +392,7 @@ TEST(Elboton, TheObtainedBackgroundLeavesOutTheEdge) {
     EXPECT_EQ(colour_at(button.control, 0, 2), light);
 }
 
-TEST(Elboton, TheObtainedBackgroundIsMixedWithTheClearedSurface) {
+TEST(Elboton, ObtainedBackgroundIsBlendedWithTheClearedSurface) {
     Button button("");
     button->SetBackColor(0);
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
@@ -404,7 +404,7 @@ TEST(Elboton, TheObtainedBackgroundIsMixedWithTheClearedSurface) {
     EXPECT_FAILURE(button->obtener_imagen_fondo(behind.hDC(), 0, 0, -1), Overflow);
 }
 
-TEST(Elboton, IsClearedBeforeAnAlphaOutOfRangeFails) {
+TEST(Elboton, AlphaOutOfRangeFailsAfterClearing) {
     Button button("");
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     button->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);

@@ -53,7 +53,7 @@ struct Panel : Shown<elpanel> {
     }
 };
 
-TEST(Elpanel, ItsPartsStandWhereTheyBelong) {
+TEST(Elpanel, PartsAreAtTheirDesignedPositions) {
     Panel panel;
     EXPECT_EQ(panel.box("Picture1").place(), QRectF(9, 10, 16, 16));
     EXPECT_EQ(panel.box("Picture2").place(), QRectF(274, 8, 18, 18));
@@ -65,7 +65,7 @@ TEST(Elpanel, ItsPartsStandWhereTheyBelong) {
     EXPECT_EQ(panel.text("shadow1").Caption(), "Title");
 }
 
-TEST(Elpanel, ItsEdgesFollowTheSize) {
+TEST(Elpanel, EdgesFollowTheSize) {
     Panel panel;
     panel->resize(200, 90);
     const auto ends = [&](const char* name) {
@@ -85,7 +85,7 @@ TEST(Elpanel, ItsEdgesFollowTheSize) {
     }
 }
 
-TEST(Elpanel, ItsPartsFollowASizeSetWhileItIsHidden) {
+TEST(Elpanel, PartsFollowASizeSetWhileHidden) {
     elpanel panel("p", nullptr);
     panel.setGeometry(0, 0, 200, 90);
     EXPECT_EQ(panel.part<LinePart>("LineB(0)").X1, 199);
@@ -94,7 +94,7 @@ TEST(Elpanel, ItsPartsFollowASizeSetWhileItIsHidden) {
     EXPECT_EQ(panel.part<TextPart>("Label1").Width, 145);
 }
 
-TEST(Elpanel, ItsDrawingContextFollowsASizeSetWhileItIsHidden) {
+TEST(Elpanel, DrawingContextFollowsASizeSetWhileHidden) {
     elpanel panel("p", nullptr);
     panel.resize(30, 20);
     panel.get_the_hdc();
@@ -105,7 +105,7 @@ TEST(Elpanel, ItsDrawingContextFollowsASizeSetWhileItIsHidden) {
     EXPECT_EQ(pixels.pixel(49, 39), theme::window_background);
 }
 
-TEST(Elpanel, AHiddenOneTakesABackgroundOfItsNewSize) {
+TEST(Elpanel, HiddenPanelTakesABackgroundOfItsNewSize) {
     elpanel panel("p", nullptr);
     panel.resize(30, 20);
     panel.get_the_hdc();
@@ -116,20 +116,20 @@ TEST(Elpanel, AHiddenOneTakesABackgroundOfItsNewSize) {
     EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(49, 38), theme::window_background);
 }
 
-TEST(Elpanel, BothSizesAreDividedByTheHorizontalTwips) {
+TEST(Elpanel, WidthAndHeightUseHorizontalTwips) {
     const test::OtherScreen flat(20, 12);
     Panel panel(100, 50);
     EXPECT_EQ(panel->part<LinePart>("LineB(0)").X1, 99);
     EXPECT_EQ(panel->part<LinePart>("LineB(1)").Y1, 50.0 * 12 / 20 - 1);
 }
 
-TEST(Elpanel, NarrowerThan26PixelsItPutsTheCloseButtonAtANegativeLeft) {
+TEST(Elpanel, CloseButtonIsAtANegativeLeftBelow26Pixels) {
     Panel panel(20, 40);
     EXPECT_EQ(panel.box("Picture2").Left, -6);
     picture_of(panel.control);
 }
 
-TEST(Elpanel, WithoutTheCloseButtonNothingElseMoves) {
+TEST(Elpanel, HidingTheCloseButtonMovesNothingElse) {
     Panel panel;
     const QRectF title = panel.text("Label1").place();
     panel->SetCerrar(false);
@@ -142,7 +142,7 @@ TEST(Elpanel, WithoutTheCloseButtonNothingElseMoves) {
     EXPECT_EQ(panel.log.count("Click"), 1);
 }
 
-TEST(Elpanel, WithoutTheIconItsGapStays) {
+TEST(Elpanel, HidingTheIconKeepsItsGap) {
     Panel panel;
     panel->SetIcon(false);
     EXPECT_FALSE(panel->Icon());
@@ -152,7 +152,7 @@ TEST(Elpanel, WithoutTheIconItsGapStays) {
     EXPECT_EQ(panel.log, QStringList{"MouseDown 1 0 12,14"});
 }
 
-TEST(Elpanel, ItCloseClicksFromTheGlyphAndFromTheButtonAroundIt) {
+TEST(Elpanel, GlyphAndCloseButtonRaiseCloseClick) {
     Panel panel;
     for (const QPoint point : {panel.on_close_glyph(), panel.on_close_edge()}) {
         panel.log.clear();
@@ -161,13 +161,13 @@ TEST(Elpanel, ItCloseClicksFromTheGlyphAndFromTheButtonAroundIt) {
     }
 }
 
-TEST(Elpanel, NoCloseClickComesFromAPressAndReleaseOnTheTitle) {
+TEST(Elpanel, ClickOnTheTitleIsNoCloseClick) {
     Panel panel;
     QTest::mouseClick(&panel.control, Qt::LeftButton, {}, panel.on_title());
     EXPECT_EQ(panel.log, (QStringList{"TitleMouseDown 1 0 10,6", "TitleMouseUp 1 0 10,6", "Click"}));
 }
 
-TEST(Elpanel, NoCloseClickComesFromAReleaseBesideTheButton) {
+TEST(Elpanel, ReleaseBesideTheCloseButtonIsNoCloseClick) {
     Panel panel;
     QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
     EXPECT_TRUE(panel.close_sunken());
@@ -176,7 +176,7 @@ TEST(Elpanel, NoCloseClickComesFromAReleaseBesideTheButton) {
     EXPECT_TRUE(panel.log.isEmpty());
 }
 
-TEST(Elpanel, NoCloseClickComesFromAReleaseOnThePixelBehindTheButton) {
+TEST(Elpanel, ReleaseJustOutsideTheCloseButtonIsNoCloseClick) {
     Panel panel;
     for (const QPoint behind : {QPoint(274 + 18, 25), QPoint(280, 8 + 18)}) {
         QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_edge());
@@ -188,7 +188,7 @@ TEST(Elpanel, NoCloseClickComesFromAReleaseOnThePixelBehindTheButton) {
     EXPECT_EQ(panel.log, QStringList{"CloseClick"});
 }
 
-TEST(Elpanel, TheCloseButtonIsSunkenWhileTheLeftButtonIsHeldOnIt) {
+TEST(Elpanel, CloseButtonIsSunkenWhilePressed) {
     Panel panel;
     EXPECT_TRUE(panel.close_raised());
     for (const QPoint point : {panel.on_close_glyph(), panel.on_close_edge()}) {
@@ -202,7 +202,7 @@ TEST(Elpanel, TheCloseButtonIsSunkenWhileTheLeftButtonIsHeldOnIt) {
     }
 }
 
-TEST(Elpanel, TheCloseButtonRisesAtTheNextMoveAfterALostRelease) {
+TEST(Elpanel, MoveAfterALostReleaseRaisesTheCloseButton) {
     Panel panel;
     QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_close_glyph());
     panel->SetEnabled(false);
@@ -214,16 +214,16 @@ TEST(Elpanel, TheCloseButtonRisesAtTheNextMoveAfterALostRelease) {
     EXPECT_EQ(panel.log, QStringList{"MouseMove 0 0 50,100"});
 }
 
-TEST(Elpanel, TheTitleLetsGoOfThePointerAfterALostRelease) {
+TEST(Elpanel, TitleReleasesThePointerAfterALostRelease) {
     Panel panel;
     QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_title());
-    test::move(panel.control, panel.on_surface()); // the window system kept the release to itself
+    test::move(panel.control, panel.on_surface()); // the window system consumed the release
     EXPECT_EQ(panel.log.last(), "MouseMove 0 0 50,100");
     QTest::mouseRelease(&panel.control, Qt::LeftButton, {}, panel.on_surface());
     EXPECT_EQ(panel.log.last(), "MouseMove 0 0 50,100");
 }
 
-TEST(Elpanel, TheCloseButtonsEdgesAreOneCrispPixel) {
+TEST(Elpanel, CloseButtonEdgesAreExactlyOnePixel) {
     Panel panel;
     for (const int scale : {1, 2}) {
         const QImage picture = picture_of(panel.control, scale);
@@ -238,7 +238,7 @@ TEST(Elpanel, TheCloseButtonsEdgesAreOneCrispPixel) {
     }
 }
 
-TEST(Elpanel, AfterANewEdgeColourAPressAndReleaseBringItIntoTheCloseButton) {
+TEST(Elpanel, NewEdgeColourReachesTheCloseButtonAfterAPress) {
     Panel panel;
     panel->SetColor3DLight(0x0000FF);
     EXPECT_EQ(panel.line("Line1A(0)"), 0x0000FF);
@@ -253,18 +253,18 @@ TEST(Elpanel, AfterANewEdgeColourAPressAndReleaseBringItIntoTheCloseButton) {
     EXPECT_EQ(panel.line("Line1B(1)"), 0x00FF00);
 }
 
-TEST(Elpanel, ALongTitleIsCutByItsLabelWithoutAnEllipsis) {
+TEST(Elpanel, LongTitleIsClippedWithoutAnEllipsis) {
     Panel panel(120, 40);
     panel->SetCerrar(false);
     panel->SetTitle(QString(60, QChar('W')));
     const QImage picture = picture_of(panel.control);
-    const QRect beyond(95, 1, 24, 38); // from 30 + 120 - 55 on
+    const QRect beyond(95, 1, 24, 38); // starts at 30 + 120 - 55
     EXPECT_EQ(count_of(picture, theme::window_background, beyond), 24 * 38);
     panel->SetTitle(QString(30, QChar('W')));
     EXPECT_EQ(picture_of(panel.control), picture);
 }
 
-TEST(Elpanel, ATitleWithoutRoomIsNotSeen) {
+TEST(Elpanel, TitleWithoutSpaceIsHidden) {
     Panel panel(50, 40);
     EXPECT_EQ(count_of(picture_of(panel.control), theme::white, QRect(30, 1, 19, 38)), 0);
 }
@@ -284,7 +284,7 @@ TEST(Elpanel, EachPartRaisesItsOwnMouseEvents) {
                                       "MouseUp 1 0 50,100", "Click"}));
 }
 
-TEST(Elpanel, ADoubleClickComesFromTheTitleAndTheSurface) {
+TEST(Elpanel, TitleAndSurfaceRaiseDblClick) {
     Panel panel;
     for (const QPoint point : {panel.on_title(), panel.on_surface()}) {
         panel.log.clear();
@@ -299,7 +299,7 @@ TEST(Elpanel, ADoubleClickComesFromTheTitleAndTheSurface) {
     EXPECT_EQ(panel.log.count("DblClick"), 0);
 }
 
-TEST(Elpanel, ADragOfTheTitleIsToldInTheTitlesPixelsWhereverItGoes) {
+TEST(Elpanel, DragOfTheTitleIsReportedInTitleCoordinates) {
     Panel panel;
     QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_title());
     test::move(panel.control, panel.on_surface(), Qt::LeftButton);
@@ -308,25 +308,25 @@ TEST(Elpanel, ADragOfTheTitleIsToldInTheTitlesPixelsWhereverItGoes) {
     EXPECT_EQ(panel.log.value(2), "TitleMouseUp 1 0 20,91");
 }
 
-TEST(Elpanel, TheTitleIsDraggedThroughItsShadow) {
+TEST(Elpanel, ShadowPassesMouseEventsToTheTitle) {
     Panel panel;
     panel->SetDropShadow(true);
     QTest::mousePress(&panel.control, Qt::LeftButton, {}, panel.on_title());
     EXPECT_EQ(panel.log, QStringList{"TitleMouseDown 1 0 10,6"});
 }
 
-TEST(Elpanel, TheTitleCoversTheFirstColumnOfTheCloseButton) {
-    Panel panel; // from 30 on, 300 - 55 pixels reach one beyond 300 - 26
+TEST(Elpanel, TitleCoversTheFirstColumnOfTheCloseButton) {
+    Panel panel; // the title ends at 30 + 300 - 55, one pixel right of 300 - 26
     QTest::mouseClick(&panel.control, Qt::LeftButton, {}, QPoint(274, 15));
     QTest::mouseClick(&panel.control, Qt::LeftButton, {}, QPoint(275, 15));
     EXPECT_EQ(panel.log.value(0), "TitleMouseDown 1 0 244,6");
     EXPECT_EQ(panel.log.count("CloseClick"), 1);
 }
 
-TEST(Elpanel, TheShadowLiesBehindTheTitle) {
+TEST(Elpanel, ShadowIsBehindTheTitle) {
     Panel panel;
     panel->SetTitle("Sprite");
-    panel->SetFontSize(24); // strokes of more than a pixel
+    panel->SetFontSize(24); // strokes wider than a pixel
     const int white = count_of(picture_of(panel.control), theme::white);
     panel->SetDropShadow(true);
     EXPECT_TRUE(panel.text("shadow1").Visible);
@@ -334,7 +334,7 @@ TEST(Elpanel, TheShadowLiesBehindTheTitle) {
     EXPECT_GT(count_of(picture_of(panel.control), theme::black), 0);
 }
 
-TEST(Elpanel, ItsBackgroundIsTheCloseButtonsToo) {
+TEST(Elpanel, BackColorAppliesToTheCloseButtonToo) {
     Panel panel;
     panel->SetBackColor(0x123456);
     panel->SetCloseColor(0x00FFFF);
@@ -344,7 +344,7 @@ TEST(Elpanel, ItsBackgroundIsTheCloseButtonsToo) {
     EXPECT_GT(count_of(picture, 0x00FFFF, QRect(276, 10, 14, 14)), 4);
 }
 
-TEST(Elpanel, ANewPanelShowsItsOwnIconAt24Bits) {
+TEST(Elpanel, NewPanelShowsTheDefaultIconAt24Bits) {
     Panel panel;
     const Bitmap& icon = *panel->get_icon_hdc().bitmap();
     EXPECT_EQ(icon.bits_per_pixel(), 24);
@@ -360,7 +360,7 @@ TEST(Elpanel, ANewPanelShowsItsOwnIconAt24Bits) {
     }
 }
 
-TEST(Elpanel, TheIconIsDrawnInSeveralColoursAndLeavesItsCorners) {
+TEST(Elpanel, IconHasSeveralColoursAndTransparentCorners) {
     constexpr Colour before = 0xFF00FF;
     test::TestSurface drawn(16, 16, 24, 0, before);
     draw_panel_icon(drawn);
@@ -377,7 +377,7 @@ TEST(Elpanel, TheIconIsDrawnInSeveralColoursAndLeavesItsCorners) {
     EXPECT_EQ(drawn.Point(0, 0), before);
 }
 
-TEST(Elpanel, AnIconIsTakenFromTheTopLeftOfAContext) {
+TEST(Elpanel, IconIsCopiedFromTheTopLeftOfAContext) {
     Panel panel;
     test::TestSurface source(20, 20, 32, 0, 0x0000FF);
     source.PSet(15, 15, 0x00FF00);
@@ -388,7 +388,7 @@ TEST(Elpanel, AnIconIsTakenFromTheTopLeftOfAContext) {
     EXPECT_EQ(colour_at(panel.control, 25, 26), theme::window_background);
 }
 
-TEST(Elpanel, AContextIsCopiedOverTheWholePanelAndTheAnswerIsAlways0) {
+TEST(Elpanel, SetTheHdcCopiesAContextOverThePanelAndReturns0) {
     Panel panel;
     test::TestSurface source(300, 200, 32, 0, 0x654321);
     source.PSet(0, 0, 0x111111);
@@ -400,7 +400,7 @@ TEST(Elpanel, AContextIsCopiedOverTheWholePanelAndTheAnswerIsAlways0) {
     EXPECT_EQ(panel->set_the_hdc(none), 0);
 }
 
-TEST(Elpanel, TheCloseButtonTakesItsShareOfTheObtainedBackground) {
+TEST(Elpanel, ObtainedBackgroundIsBlendedIntoTheCloseButton) {
     Panel panel;
     test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
     behind.PSet(10 + 274, 20 + 8, 0x0000FF);
@@ -413,7 +413,7 @@ TEST(Elpanel, TheCloseButtonTakesItsShareOfTheObtainedBackground) {
     EXPECT_FAILURE(panel->obtener_imagen_fondo(behind.hDC(), 0x7FFFFFFF, 0, 255), Overflow);
 }
 
-TEST(Elpanel, AnAlphaOutOfRangeFailsBeforeThePanelIsCleared) {
+TEST(Elpanel, AlphaOutOfRangeFailsBeforeThePanelIsCleared) {
     Panel panel;
     test::TestSurface drawn(300, 200, 32, 0, 0x0000FF);
     panel->set_the_hdc(drawn.hDC());
@@ -422,14 +422,14 @@ TEST(Elpanel, AnAlphaOutOfRangeFailsBeforeThePanelIsCleared) {
     EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(5, 5), 0x0000FF);
 }
 
-TEST(Elpanel, TheCloseButtonIsNotClearedBeforeItTakesABackground) {
+TEST(Elpanel, CloseButtonIsNotClearedBeforeBlending) {
     Panel panel;
     panel->SetBackColor(0);
     test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
     panel->obtener_imagen_fondo(behind.hDC(), 0, 0, 51);
     panel->obtener_imagen_fondo(behind.hDC(), 0, 0, 51);
     EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(5, 5), 0x333333);
-    EXPECT_EQ(colour_at(panel.control, 275, 9), 0x5C5C5C); // a fifth, and a fifth of the other four
+    EXPECT_EQ(colour_at(panel.control, 275, 9), 0x5C5C5C); // a fifth, plus a fifth of the remaining four
 }
 
 } // namespace

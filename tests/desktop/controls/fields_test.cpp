@@ -26,7 +26,7 @@ using test::Shown;
 constexpr Colour light = 0x95AAA0;
 constexpr Colour dark = 0x222E28;
 
-// Dark at the top and left, light at the right and bottom, on a control of 20 pixels' height.
+// Dark at the top and left, light at the right and bottom; for a control 20 pixels high.
 void expect_sunken_edges(SkinnedControl& control) {
     const int width = control.width();
     for (const int scale : {1, 2}) {
@@ -68,7 +68,7 @@ struct TextBox : Shown<eltexto> {
     }
 };
 
-TEST(Eltexto, TheFieldRisesOnePixelAtEachResize) {
+TEST(Eltexto, FieldMovesUpOnePixelAtEachResize) {
     eltexto text("t", nullptr);
     EXPECT_EQ(text.Text1().pos(), QPoint(4, 3));
     text.resize(100, 20);
@@ -79,29 +79,29 @@ TEST(Eltexto, TheFieldRisesOnePixelAtEachResize) {
     EXPECT_EQ(text.Text1().width(), 112);
 }
 
-TEST(Eltexto, TheFieldDoesNotRiseWithoutANewSize) {
+TEST(Eltexto, FieldDoesNotMoveWithoutANewSize) {
     eltexto text("t", nullptr);
     text.setGeometry(10, 10, 100, 20);
     text.setGeometry(30, 10, 100, 20);
     text.resize(100, 20);
-    picture_of(text); // Qt delivers the resize event that it held back
+    picture_of(text); // Qt delivers the delayed resize event
     EXPECT_EQ(text.Text1().pos(), QPoint(4, 2));
 }
 
-TEST(Eltexto, ShownForTheFirstTimeItHasRisenOnce) {
+TEST(Eltexto, FieldHasMovedUpOnceWhenFirstShown) {
     TextBox text;
     EXPECT_EQ(text->Text1().y(), 2);
     EXPECT_EQ(text->Height(), 300);
 }
 
-TEST(Eltexto, IsASunkenWell) {
+TEST(Eltexto, HasSunkenEdges) {
     TextBox text;
     expect_sunken_edges(text.control);
     EXPECT_EQ(colour_at(text.control, 2, 10), theme::field_background);
     EXPECT_EQ(colour_at(text.control, 50, 18), theme::field_background);
 }
 
-TEST(Eltexto, ItsColoursAreTheFieldsToo) {
+TEST(Eltexto, ColoursApplyToTheField) {
     TextBox text;
     text->SetText("MMMM");
     text->SetBackColor(0x102030);
@@ -114,7 +114,7 @@ TEST(Eltexto, ItsColoursAreTheFieldsToo) {
     EXPECT_EQ(picture_of(text.control), picture);
 }
 
-TEST(Eltexto, TheKeyboardIsToldBeforeTheFieldTakesTheKey) {
+TEST(Eltexto, KeyEventsAreRaisedBeforeTheFieldHandlesTheKey) {
     TextBox text;
     text->SetText("");
     QTest::sendKeyEvent(QTest::Press, &text->Text1(), Qt::Key_A, QString("A"), Qt::ShiftModifier);
@@ -134,7 +134,7 @@ TEST(Eltexto, KeysWithoutACharacterRaiseNoKeyPress) {
                                      "KeyDown 46 0", "KeyUp 46 0", "KeyDown 116 0", "KeyUp 116 0"}));
 }
 
-TEST(Eltexto, ControlKeysWithACharacterRaiseIt) {
+TEST(Eltexto, ControlKeysWithACharacterRaiseKeyPress) {
     TextBox text;
     text->SetText("");
     QTest::keyPress(&text->Text1(), Qt::Key_Return);
@@ -142,7 +142,7 @@ TEST(Eltexto, ControlKeysWithACharacterRaiseIt) {
     EXPECT_EQ(text.log, (QStringList{"KeyDown 13 0", "KeyPress 13 ''", "KeyDown 8 0", "KeyPress 8 ''"}));
 }
 
-TEST(Eltexto, DigitsOfTheKeypadHaveNumbersOfTheirOwn) {
+TEST(Eltexto, KeypadDigitsHaveTheirOwnNumbers) {
     TextBox text;
     text->SetText("");
     QTest::keyPress(&text->Text1(), Qt::Key_7);
@@ -151,7 +151,7 @@ TEST(Eltexto, DigitsOfTheKeypadHaveNumbersOfTheirOwn) {
     EXPECT_EQ(text.log.value(2), "KeyDown 103 0");
 }
 
-// What KeyDown and KeyUp tell of a key, as of one key of a keyboard; 0 where they differ.
+// The key number that KeyDown and KeyUp report; 0 if they differ.
 int key_code(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     eltexto text("t", nullptr);
     std::vector<int> codes;
@@ -165,7 +165,7 @@ int key_code(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     return codes.size() == 2 && codes[0] == codes[1] ? codes[0] : 0;
 }
 
-TEST(Eltexto, ADigitKeyHasItsNumberWithShiftToo) {
+TEST(Eltexto, DigitKeyKeepsItsNumberWithShift) {
     const std::array shifted{Qt::Key_ParenRight, Qt::Key_Exclam,   Qt::Key_At,          Qt::Key_NumberSign,
                              Qt::Key_Dollar,     Qt::Key_Percent,  Qt::Key_AsciiCircum, Qt::Key_Ampersand,
                              Qt::Key_Asterisk,   Qt::Key_ParenLeft};
@@ -175,14 +175,14 @@ TEST(Eltexto, ADigitKeyHasItsNumberWithShiftToo) {
     }
 }
 
-TEST(Eltexto, ALetterKeyHasTheNumberOfItsCapital) {
+TEST(Eltexto, LetterKeyHasTheNumberOfItsCapital) {
     for (int letter = 'A'; letter <= 'Z'; ++letter) {
         EXPECT_EQ(key_code(static_cast<Qt::Key>(letter)), letter);
         EXPECT_EQ(key_code(static_cast<Qt::Key>(letter), Qt::ShiftModifier), letter);
     }
 }
 
-TEST(Eltexto, APunctuationKeyHasOneNumberWithShiftAndWithout) {
+TEST(Eltexto, PunctuationKeyKeepsItsNumberWithShift) {
     struct Punctuation {
         Qt::Key plain;
         Qt::Key shifted;
@@ -204,7 +204,7 @@ TEST(Eltexto, APunctuationKeyHasOneNumberWithShiftAndWithout) {
     }
 }
 
-TEST(Eltexto, AKeyOfTheKeypadHasANumberOfItsOwn) {
+TEST(Eltexto, KeypadSignsHaveTheirOwnNumbers) {
     for (int digit = 0; digit <= 9; ++digit) {
         EXPECT_EQ(key_code(static_cast<Qt::Key>(Qt::Key_0 + digit), Qt::KeypadModifier), 96 + digit);
     }
@@ -216,13 +216,13 @@ TEST(Eltexto, AKeyOfTheKeypadHasANumberOfItsOwn) {
     EXPECT_EQ(key_code(Qt::Key_Enter, Qt::KeypadModifier), 13);
 }
 
-TEST(Eltexto, AKeypadWithoutNumLockHasTheNumbersOfItsMoves) {
+TEST(Eltexto, KeypadWithoutNumLockHasTheNumbersOfCursorKeys) {
     EXPECT_EQ(key_code(Qt::Key_Home, Qt::KeypadModifier), 36);
     EXPECT_EQ(key_code(Qt::Key_Clear, Qt::KeypadModifier), 12);
     EXPECT_EQ(key_code(Qt::Key_Delete, Qt::KeypadModifier), 46);
 }
 
-TEST(Eltexto, ACharacterBeyond16BitsIsToldAsAQuestionMark) {
+TEST(Eltexto, CharacterBeyond16BitsBecomesAQuestionMark) {
     TextBox text;
     text->SetText("");
     QKeyEvent event(QEvent::KeyPress, 0, Qt::NoModifier, QString(QChar(0x9999)));
@@ -231,7 +231,7 @@ TEST(Eltexto, ACharacterBeyond16BitsIsToldAsAQuestionMark) {
     EXPECT_EQ(text->Text(), QString(QChar(0x9999)));
 }
 
-TEST(Eltexto, TheMouseOfTheFieldIsForwarded) {
+TEST(Eltexto, MouseEventsOfTheFieldAreForwarded) {
     TextBox text;
     QLineEdit& field = text->Text1();
     test::move(field, QPoint(5, 6));
@@ -250,7 +250,7 @@ TEST(Eltexto, TheMouseOfTheFieldIsForwarded) {
     EXPECT_EQ(text.log.last(), QString("MouseUp 1 0 %1,8").arg(field.width()));
 }
 
-TEST(Eltexto, AFourthOrFifthMouseButtonRaisesNothing) {
+TEST(Eltexto, FourthAndFifthMouseButtonsRaiseNoEvents) {
     TextBox text;
     for (const Qt::MouseButton other : {Qt::BackButton, Qt::ForwardButton}) {
         test::fast_pair(&text->Text1(), other, {}, {7, 8});
@@ -258,13 +258,13 @@ TEST(Eltexto, AFourthOrFifthMouseButtonRaisesNothing) {
     EXPECT_TRUE(text.log.isEmpty());
 }
 
-TEST(Eltexto, TheMouseBesideTheFieldIsNot) {
+TEST(Eltexto, MouseEventsBesideTheFieldAreNotForwarded) {
     TextBox text;
     QTest::mouseClick(&text.control, Qt::LeftButton, {}, QPoint(1, 10));
     EXPECT_TRUE(text.log.isEmpty());
 }
 
-TEST(Eltexto, MaxCharsLimitsWhatCanBeTyped) {
+TEST(Eltexto, MaxCharsLimitsTheInput) {
     TextBox text;
     EXPECT_EQ(text->MaxChars(), 0);
     text->SetText("");
@@ -277,7 +277,7 @@ TEST(Eltexto, MaxCharsLimitsWhatCanBeTyped) {
     EXPECT_FAILURE(text->SetMaxChars(-1), InvalidPropertyValue);
 }
 
-TEST(Eltexto, TheObtainedBackgroundLeavesOutTheEdge) {
+TEST(Eltexto, ObtainedBackgroundLeavesOutTheEdge) {
     TextBox text;
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     text->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
@@ -302,33 +302,33 @@ struct Combo : Shown<elcombo> {
     const QWidget* child(const char* name) { return control.findChild<QWidget*>(name); }
 };
 
-TEST(Elcombo, ItsPartsStandWhereTheyBelong) {
+TEST(Elcombo, PartsAreAtTheirDesignedPositions) {
     Combo combo;
     EXPECT_EQ(combo->Height(), 300);
     EXPECT_EQ(combo.child("Picture2")->geometry(), QRect(1, 1, 118, 18));
     EXPECT_EQ(combo.child("Combo1")->pos(), QPoint(-1, -3));
     EXPECT_EQ(combo.child("Combo1")->width(), 120);
     EXPECT_EQ(combo.child("Combo1")->parentWidget(), combo.child("Picture2"));
-    // (1800 twips - 280) / 15 - 2, to the nearest pixel
+    // (1800 twips - 280) / 15 - 2, rounded to the nearest pixel
     EXPECT_EQ(combo.child("Picture1")->geometry(), QRect(99, 0, 20, 18));
     combo->SetWidth(10);
     EXPECT_EQ(combo->Width(), 1425);
     EXPECT_EQ(combo->width(), 95);
 }
 
-TEST(Elcombo, ANewOneHasItsListAtTheCornerOfTheClip) {
+TEST(Elcombo, NewComboHasItsListAtTheCornerOfTheClip) {
     elcombo combo("c", nullptr);
     EXPECT_EQ(combo.Combo1().pos(), QPoint(-1, -1));
 }
 
-TEST(Elcombo, IsASunkenWell) {
+TEST(Elcombo, HasSunkenEdges) {
     Combo combo;
     expect_sunken_edges(combo.control);
     combo->SetListIndex(0);
     expect_sunken_edges(combo.control);
 }
 
-TEST(Elcombo, TheArrowIsInTheSymbolsColourOnThePlainField) {
+TEST(Elcombo, ArrowIsDrawnInSymbolColorOnTheBackground) {
     Combo combo;
     combo->SetSymbolColor(0x0000FF);
     for (const int scale : {1, 2}) {
@@ -341,7 +341,7 @@ TEST(Elcombo, TheArrowIsInTheSymbolsColourOnThePlainField) {
     EXPECT_EQ(combo->part<TextPart>("Label2").Caption(), "6");
 }
 
-TEST(Elcombo, IsPaintedWhileAFailureIsTold) {
+TEST(Elcombo, IsPaintedWhileAFailureIsShown) {
     Combo combo;
     const QImage before = picture_of(combo.control);
     QImage during;
@@ -351,7 +351,7 @@ TEST(Elcombo, IsPaintedWhileAFailureIsTold) {
     EXPECT_EQ(during, before);
 }
 
-TEST(Elcombo, TheArrowLetsTheMousePassToTheList) {
+TEST(Elcombo, ArrowPassesMouseEventsToTheList) {
     Combo combo;
     const QPoint arrow(110, 10);
     EXPECT_EQ(combo.window.childAt(combo->mapTo(&combo.window, arrow)), combo.child("Combo1"));
@@ -361,7 +361,7 @@ TEST(Elcombo, TheArrowLetsTheMousePassToTheList) {
     combo->Combo1().hidePopup();
 }
 
-TEST(Elcombo, TheHoverLookIsTheArrowsColour) {
+TEST(Elcombo, HoverStateChangesTheArrowColour) {
     Combo combo;
     combo->SetSymbolOverColor(0x00FF00);
     EXPECT_EQ(combo->part<TextPart>("Label2").ForeColor, light);
@@ -388,7 +388,7 @@ TEST(Elcombo, ItemsAreAddedReplacedReadAndCleared) {
     EXPECT_EQ(combo->GetListIndex(), -1);
 }
 
-TEST(Elcombo, AnIndexOutOfRangeIsTheListsOwnError) {
+TEST(Elcombo, IndexOutOfRangeIsSubscriptOutOfRange) {
     Combo combo;
     EXPECT_FAILURE(combo->GetList(-1), SubscriptOutOfRange);
     EXPECT_FAILURE(combo->GetList(3), SubscriptOutOfRange);
@@ -404,7 +404,7 @@ TEST(Elcombo, SelectingAnItemRaisesClick) {
     EXPECT_EQ(combo.log, QStringList{"Click"});
 }
 
-TEST(Elcombo, SelectingMinusOneOrTheListCountDoesNothingAlsoOnAnEmptyList) {
+TEST(Elcombo, SelectingAnIndexOutOfRangeDoesNothing) {
     Combo combo;
     combo->SetListIndex(1);
     combo.log.clear();
@@ -419,7 +419,7 @@ TEST(Elcombo, SelectingMinusOneOrTheListCountDoesNothingAlsoOnAnEmptyList) {
     EXPECT_TRUE(combo.log.isEmpty());
 }
 
-TEST(Elcombo, RemovingIsGuardedTheSameWay) {
+TEST(Elcombo, RemovingAnIndexOutOfRangeDoesNothing) {
     Combo combo;
     combo->RemoveItem(-1);
     combo->RemoveItem(3);
@@ -431,7 +431,7 @@ TEST(Elcombo, RemovingIsGuardedTheSameWay) {
     EXPECT_EQ(combo->ListCount(), 0);
 }
 
-TEST(Elcombo, NoNeighbourIsSelectedWhenTheSelectedItemIsRemoved) {
+TEST(Elcombo, RemovingTheSelectedItemSelectsNoOther) {
     Combo combo;
     combo->SetListIndex(1);
     combo->RemoveItem(1);
@@ -441,7 +441,7 @@ TEST(Elcombo, NoNeighbourIsSelectedWhenTheSelectedItemIsRemoved) {
     EXPECT_EQ(combo->GetListIndex(), 0);
 }
 
-TEST(Elcombo, ThePropertiesThatChangeNothingOnlyTellTheHost) {
+TEST(Elcombo, PropertiesWithoutEffectOnlyNotifyTheHost) {
     Combo combo;
     QStringList told;
     on_event(&combo.control, &elcombo::property_changed, &combo.control,
@@ -455,7 +455,7 @@ TEST(Elcombo, ThePropertiesThatChangeNothingOnlyTellTheHost) {
     EXPECT_EQ(told, (QStringList{"DropShadow", "ListBackColor", "ListForeColor"}));
 }
 
-TEST(Elcombo, TheObtainedBackgroundCoversTheWholeControl) {
+TEST(Elcombo, ObtainedBackgroundCoversTheWholeControl) {
     Combo combo;
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     combo->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
@@ -473,7 +473,7 @@ struct CaptionLabel : Shown<ellabel> {
     const TextPart& text(const char* name) { return control.part<TextPart>(name); }
 };
 
-TEST(Ellabel, StandsAtTheMiddleOfItsFixedHeight) {
+TEST(Ellabel, CaptionIsCentredInTheFixedHeight) {
     CaptionLabel label;
     EXPECT_EQ(label->Height(), 300);
     EXPECT_EQ(label.text("Label2").Left, 0);
@@ -484,7 +484,7 @@ TEST(Ellabel, StandsAtTheMiddleOfItsFixedHeight) {
     EXPECT_EQ(label->Width(), 15);
 }
 
-TEST(Ellabel, TheFiveMouseEventsComeFromTheCaptionAlone) {
+TEST(Ellabel, OnlyTheCaptionRaisesMouseEvents) {
     CaptionLabel label;
     const QPoint inside = label.text("Label2").place().topLeft().toPoint() + QPoint(3, 4);
     test::move(label.control, inside);
@@ -496,7 +496,7 @@ TEST(Ellabel, TheFiveMouseEventsComeFromTheCaptionAlone) {
     EXPECT_TRUE(label.log.isEmpty());
 }
 
-TEST(Ellabel, AnotherFontMovesTheCaptionToTheMiddle) {
+TEST(Ellabel, NewFontCentresTheCaption) {
     CaptionLabel label;
     label->SetFontSize(6);
     EXPECT_EQ(label.text("Label2").Top, std::trunc(10 - label.text("Label2").Height / 2));
@@ -504,10 +504,10 @@ TEST(Ellabel, AnotherFontMovesTheCaptionToTheMiddle) {
     EXPECT_EQ(label.text("shadow1").Font(), label->Font());
 }
 
-TEST(Ellabel, TheCaptionGoesToItsShadowToo) {
+TEST(Ellabel, ShadowHasTheSameCaption) {
     CaptionLabel label;
     label->SetCaption("Name");
-    label->SetFontSize(24); // strokes of more than a pixel, in any font
+    label->SetFontSize(24); // strokes wider than a pixel in any font
     const QImage without_shadow = picture_of(label.control);
     label->SetDropShadow(true);
     EXPECT_EQ(label.text("shadow1").Caption(), "Name");
@@ -517,7 +517,7 @@ TEST(Ellabel, TheCaptionGoesToItsShadowToo) {
     EXPECT_GT(count_of(picture_of(label.control), 0x0000FF), 0);
 }
 
-TEST(Ellabel, TheObtainedBackgroundCoversTheWholeControl) {
+TEST(Ellabel, ObtainedBackgroundCoversTheWholeControl) {
     CaptionLabel label;
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     label->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);

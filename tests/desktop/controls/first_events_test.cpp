@@ -1,4 +1,4 @@
-// Events before anything else has happened to a control.
+// The first events that a new control gets.
 #include "desktop/controls/elboton.h"
 #include "desktop/controls/eltexto.h"
 #include "desktop/controls/shown.h"
@@ -8,7 +8,7 @@ namespace {
 
 using test::Shown;
 
-TEST(FirstEvents, ALeftButtonReleasedThatWasNotPressedIsNoClick) {
+TEST(FirstEvents, ReleaseWithoutAPressIsNoClickOnAButton) {
     Shown<elboton> shown(80);
     int clicks = 0;
     on_event(&shown.control, &elboton::Click, &shown.control, [&] { ++clicks; });
@@ -19,7 +19,7 @@ TEST(FirstEvents, ALeftButtonReleasedThatWasNotPressedIsNoClick) {
     EXPECT_EQ(clicks, 0);
 }
 
-TEST(FirstEvents, NeitherIsOneInATextBox) {
+TEST(FirstEvents, ReleaseWithoutAPressIsNoClickOnATextBox) {
     Shown<eltexto> shown(80);
     int clicks = 0;
     on_event(&shown.control, &eltexto::Click, &shown.control, [&] { ++clicks; });

@@ -1,4 +1,4 @@
-// The numbers of the text box's keys, key by key, and its mouse.
+// The key numbers of the text box, key by key, and its mouse events.
 #include <utility>
 #include <vector>
 
@@ -13,7 +13,7 @@ namespace {
 
 using test::Shown;
 
-/// A text box and the numbers of the keys that it told of.
+/// A text box and the key numbers that it reported.
 struct Keys : Shown<eltexto> {
     std::vector<int> numbers;
 
@@ -30,7 +30,7 @@ struct Keys : Shown<eltexto> {
     }
 };
 
-TEST(EltextoKeys, KeysWithoutACharacterHaveNumbersOfTheirOwn) {
+TEST(EltextoKeys, KeysWithoutACharacterHaveTheirOwnNumbers) {
     Keys keys;
     const std::vector<std::pair<Qt::Key, int>> expected{
         {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},       {Qt::Key_Backtab, 9},   {Qt::Key_Return, 13},
@@ -59,12 +59,12 @@ TEST(EltextoKeys, LettersDigitsAndFunctionKeysAreNumberedInOrder) {
     }
 }
 
-TEST(EltextoKeys, AKeyThatNobodyNumberedIs0) {
+TEST(EltextoKeys, UnlistedKeyHasNumber0) {
     Keys keys;
     EXPECT_EQ(keys.number_of(Qt::Key_MediaPlay), 0);
 }
 
-TEST(EltextoMouse, AMoveWithoutAButtonIsTold) {
+TEST(EltextoMouse, MoveWithoutButtonsIsForwarded) {
     Shown<eltexto> shown(100);
     int moves = 0;
     QObject::connect(&shown.control, &eltexto::MouseMove, &shown.control, [&] { ++moves; });

@@ -47,7 +47,7 @@ using Radio = Mark<elradio>;
 
 constexpr QPoint on_box(6, 9);
 
-// Both.
+// Both controls.
 
 template <typename Control>
 class Marks : public testing::Test {
@@ -64,7 +64,7 @@ class Marks : public testing::Test {
 using MarkControls = testing::Types<elcheck, elradio>;
 TYPED_TEST_SUITE(Marks, MarkControls);
 
-TYPED_TEST(Marks, TheCaptionAndItsFontGoToTheShadow) {
+TYPED_TEST(Marks, ShadowHasTheCaptionAndItsFont) {
     this->mark_->SetCaption("Overwrite");
     this->mark_->SetFontSize(7);
     EXPECT_EQ(this->caption().Caption(), "Overwrite");
@@ -76,8 +76,8 @@ TYPED_TEST(Marks, TheCaptionAndItsFontGoToTheShadow) {
     EXPECT_EQ(this->shadow().Top, this->caption().Top + 1);
 }
 
-TYPED_TEST(Marks, TheDropShadowIsTheVisibilityOfABlackCopyBehindTheCaption) {
-    this->mark_->SetFontSize(24); // strokes of more than a pixel, in any font
+TYPED_TEST(Marks, DropShadowShowsABlackCopyBehindTheCaption) {
+    this->mark_->SetFontSize(24); // strokes wider than a pixel in any font
     const int coloured = count_of(picture_of(this->mark_.control), unchecked);
     EXPECT_FALSE(this->shadow().Visible);
     this->mark_->SetDropShadow(true);
@@ -87,7 +87,7 @@ TYPED_TEST(Marks, TheDropShadowIsTheVisibilityOfABlackCopyBehindTheCaption) {
     EXPECT_EQ(count_of(picture_of(this->mark_.control), unchecked), coloured);
 }
 
-TYPED_TEST(Marks, TheMouseIsToldFromThePartsAndFromTheSurface) {
+TYPED_TEST(Marks, PartsAndSurfaceRaiseMouseEvents) {
     const QPoint on_caption = this->caption().place().topLeft().toPoint() + QPoint(3, 2);
     test::move(this->mark_.control, on_caption);
     test::move(this->mark_.control, this->mark_.beside_the_caption());
@@ -98,7 +98,7 @@ TYPED_TEST(Marks, TheMouseIsToldFromThePartsAndFromTheSurface) {
     EXPECT_FALSE(this->mark_->Value());
 }
 
-TYPED_TEST(Marks, TheHoverColourItselfDoesNotShowUntilItIsAskedFor) {
+TYPED_TEST(Marks, OverColorDoesNotShowOutsideTheHoverState) {
     this->mark_->set_over_state();
     this->mark_->SetOverColor(0x00FF00);
     EXPECT_EQ(this->caption().ForeColor, over);
@@ -124,7 +124,7 @@ TEST(Elcheck, StandsAsDesigned) {
     EXPECT_EQ(check->Width(), 500);
 }
 
-TEST(Elcheck, TheBoxIsDarkAtTheLeftAndTopAndItsOtherEdgesKeepTheirDesign) {
+TEST(Elcheck, OnlyTheLeftAndTopEdgesOfTheBoxFollowColor3DDark) {
     Check check;
     check->SetColor3DLight(0x0000FF);
     for (const int scale : {1, 2}) {
@@ -145,7 +145,7 @@ TEST(Elcheck, TheBoxIsDarkAtTheLeftAndTopAndItsOtherEdgesKeepTheirDesign) {
     EXPECT_EQ(check->part<LinePart>("Line4").BorderColor, box_light);
 }
 
-TEST(Elcheck, AClickOnTheBoxTheMarkOrTheCaptionTogglesAndRaisesClick) {
+TEST(Elcheck, ClickOnBoxCheckMarkOrCaptionTogglesAndRaisesClick) {
     Check check;
     QStringList told;
     on_event(&check.control, &elcheck::property_changed, &check.control,
@@ -153,22 +153,22 @@ TEST(Elcheck, AClickOnTheBoxTheMarkOrTheCaptionTogglesAndRaisesClick) {
     check.click(on_box);
     EXPECT_TRUE(check->Value());
     EXPECT_EQ(check.log.last(), "Click");
-    check.click(on_box); // now on the mark
+    check.click(on_box); // now on the check mark
     EXPECT_FALSE(check->Value());
     check.click(check.text("Label2").place().center().toPoint());
     EXPECT_TRUE(check->Value());
     EXPECT_EQ(check.log.count("Click"), 3);
-    EXPECT_TRUE(told.isEmpty()); // no setter has run
+    EXPECT_TRUE(told.isEmpty()); // no setter was called
 }
 
-TEST(Elcheck, AClickOnItsSurfaceDoesNothing) {
+TEST(Elcheck, ClickOnTheSurfaceDoesNothing) {
     Check check;
     check.click(check.beside_the_caption());
     EXPECT_FALSE(check->Value());
     EXPECT_EQ(check.log, (QStringList{"MouseDown 1 0 117,9", "MouseUp 1 0 117,9"}));
 }
 
-TEST(Elcheck, ItsValueIsTheVisibilityOfTheMark) {
+TEST(Elcheck, ValueIsTheVisibilityOfTheCheckMark) {
     Check check;
     EXPECT_FALSE(check.text("Label1").Visible);
     const QImage empty = picture_of(check.control);
@@ -178,7 +178,7 @@ TEST(Elcheck, ItsValueIsTheVisibilityOfTheMark) {
     EXPECT_GT(count_of(picture_of(check.control), checked, QRect(1, 4, 10, 10)), 4);
 }
 
-TEST(Elcheck, ItsValueSetFromOutsideUpdatesTheColoursAsAClickDoes) {
+TEST(Elcheck, SettingValueUpdatesTheColours) {
     Check check;
     EXPECT_EQ(check.text("Label2").ForeColor, unchecked);
     check->SetValue(true);
@@ -189,9 +189,9 @@ TEST(Elcheck, ItsValueSetFromOutsideUpdatesTheColoursAsAClickDoes) {
     EXPECT_TRUE(check.log.isEmpty());
 }
 
-TEST(Elcheck, TheHoverLookIsTheCaptionsColour) {
+TEST(Elcheck, HoverStateChangesTheCaptionColour) {
     Check check;
-    check->SetFontSize(24); // strokes of more than a pixel, in any font
+    check->SetFontSize(24); // strokes wider than a pixel in any font
     check->set_over_state();
     EXPECT_EQ(check.text("Label2").ForeColor, over);
     EXPECT_GT(count_of(picture_of(check.control), over), 0);
@@ -199,7 +199,7 @@ TEST(Elcheck, TheHoverLookIsTheCaptionsColour) {
     EXPECT_EQ(check.text("Label2").ForeColor, unchecked);
 }
 
-TEST(Elcheck, TheHoverLookOfACheckedOneChangesNothing) {
+TEST(Elcheck, HoverStateDoesNotAffectACheckedBox) {
     Check check;
     check->SetValue(true);
     const QImage before = picture_of(check.control);
@@ -208,7 +208,7 @@ TEST(Elcheck, TheHoverLookOfACheckedOneChangesNothing) {
     EXPECT_EQ(picture_of(check.control), before);
 }
 
-TEST(Elcheck, ItsColoursFollowTheirProperties) {
+TEST(Elcheck, ColoursFollowTheirProperties) {
     Check check;
     check->SetUncheckedColor(0x111111);
     EXPECT_EQ(check.text("Label2").ForeColor, 0x111111);
@@ -220,7 +220,7 @@ TEST(Elcheck, ItsColoursFollowTheirProperties) {
     EXPECT_GT(count_of(picture_of(check.control), 0x333333, QRect(1, 4, 10, 10)), 20);
 }
 
-TEST(Elcheck, ItsMouseEventsComeFromEveryPartInTheirPixels) {
+TEST(Elcheck, EveryPartRaisesMouseEventsInItsOwnPixels) {
     Check check;
     test::move(check.control, QPoint(2, 8));
     EXPECT_EQ(check.log, QStringList{"MouseMove 0 0 2,5"});
@@ -231,7 +231,7 @@ TEST(Elcheck, ItsMouseEventsComeFromEveryPartInTheirPixels) {
     EXPECT_FALSE(check->Value());
 }
 
-TEST(Elcheck, TheObtainedBackgroundCoversTheWholeControl) {
+TEST(Elcheck, ObtainedBackgroundCoversTheWholeControl) {
     Check check;
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     check->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
@@ -242,7 +242,7 @@ TEST(Elcheck, TheObtainedBackgroundCoversTheWholeControl) {
 
 // The radio button.
 
-// A point of the circle's line, at an angle counter-clockwise from three o'clock.
+// The colour of the circle's line at an angle counter-clockwise from three o'clock.
 Colour on_circle(const QImage& picture, int scale, double angle) {
     const double x = 9.5 + 6 * std::cos(angle);
     const double y = 9.5 - 6 * std::sin(angle);
@@ -262,7 +262,7 @@ TEST(Elradio, StandsAsDesigned) {
     EXPECT_EQ(radio->Width(), 500);
 }
 
-TEST(Elradio, AClickOnTheCaptionTheCircleOrTheSurfaceChoosesIt) {
+TEST(Elradio, ClickOnCaptionCircleOrSurfaceChecksIt) {
     for (const int place : {0, 1, 2}) {
         Radio radio;
         QStringList told;
@@ -277,7 +277,7 @@ TEST(Elradio, AClickOnTheCaptionTheCircleOrTheSurfaceChoosesIt) {
     }
 }
 
-TEST(Elradio, ASecondClickOnAChosenOneRaisesClickAndChangesNothing) {
+TEST(Elradio, ClickOnACheckedButtonRaisesClickAndChangesNothing) {
     Radio radio;
     radio.click({9, 9});
     QStringList told;
@@ -291,7 +291,7 @@ TEST(Elradio, ASecondClickOnAChosenOneRaisesClickAndChangesNothing) {
     EXPECT_TRUE(told.isEmpty());
 }
 
-TEST(Elradio, ItDoesNotLookAtItsNeighbours) {
+TEST(Elradio, CheckingDoesNotUncheckOtherButtons) {
     Radio radio;
     elradio neighbour("other", &radio.window);
     neighbour.SetValue(true);
@@ -299,7 +299,7 @@ TEST(Elradio, ItDoesNotLookAtItsNeighbours) {
     EXPECT_TRUE(neighbour.Value());
 }
 
-TEST(Elradio, ItsValueSetFromOutsideIsRedrawnWithoutAClick) {
+TEST(Elradio, SettingValueRedrawsWithoutAClick) {
     Radio radio;
     EXPECT_EQ(radio.text("Label1").ForeColor, unchecked);
     radio->SetValue(true);
@@ -311,13 +311,13 @@ TEST(Elradio, ItsValueSetFromOutsideIsRedrawnWithoutAClick) {
     EXPECT_TRUE(radio.log.isEmpty());
 }
 
-TEST(Elradio, TheCircleIsDarkFromHalfARadianToFourAndLightFromThereOn) {
+TEST(Elradio, CircleIsDarkFrom0Point5To4RadiansAndLightElsewhere) {
     Radio radio;
     radio->SetColor3DDark(0x0000FF);
     radio->SetColor3DLight(0x00FF00);
     radio->SetBackColor(0);
     radio->SetBackColor2(0);
-    // With fewer pixels the line of radius 6 crosses some whose middle is not on it.
+    // At scale 1 the line of radius 6 also touches pixels whose centre is not on it.
     for (const int scale : {2, 3}) {
         const QImage picture = picture_of(radio.control, scale);
         for (double angle = 0.8; angle < 3.8; angle += 0.1) {
@@ -329,7 +329,7 @@ TEST(Elradio, TheCircleIsDarkFromHalfARadianToFourAndLightFromThereOn) {
     }
 }
 
-// The middle of each side of the square around the circle, on its outermost pixel of the screen.
+// The outermost screen pixels at the centre of each side of the circle's bounding square.
 struct ExtremePoints {
     QPoint right;
     QPoint top;
@@ -348,7 +348,7 @@ struct ExtremePoints {
     }
 };
 
-TEST(Elradio, TheArcsHaveTheirColoursAtTheExtremePoints) {
+TEST(Elradio, ArcsHaveTheirColoursAtTheExtremePoints) {
     Radio radio;
     for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
         const QImage picture = picture_of(radio.control, scale);
@@ -364,7 +364,7 @@ TEST(Elradio, TheArcsHaveTheirColoursAtTheExtremePoints) {
     }
 }
 
-TEST(Elradio, NoColourOccursInTheCircleButTheStatedOnes) {
+TEST(Elradio, CircleContainsOnlyTheSpecifiedColours) {
     Radio radio;
     radio->SetValue(true);
     for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
@@ -381,8 +381,8 @@ TEST(Elradio, NoColourOccursInTheCircleButTheStatedOnes) {
     }
 }
 
-// At this scale every second pixel of the design begins in the middle of one of the screen.
-TEST(Elradio, TheCircleIsTheSameWhereverItStands) {
+// At this scale every second design pixel starts at the centre of a screen pixel.
+TEST(Elradio, CircleIsTheSameAtEveryPosition) {
     const auto circle_at = [](int left) {
         QWidget window;
         elradio radio("radio", &window);
@@ -396,10 +396,10 @@ TEST(Elradio, TheCircleIsTheSameWhereverItStands) {
     EXPECT_EQ(count_of(circle_at(0), dark) + count_of(circle_at(0), light), 60);
 }
 
-TEST(Elradio, TheCircleAtTheDesignsOwnScale) {
+TEST(Elradio, CircleMatchesTheDesignAtScale1) {
     Radio radio;
     radio->SetValue(true);
-    // Dark and light line, dot, and what is left of the square around the circle.
+    // D: dark line, L: light line, o: dot, dots: outside the circle.
     const QStringList designed{
         "....DDDDD....", //
         "..DD     DD..", //
@@ -432,7 +432,7 @@ TEST(Elradio, TheCircleAtTheDesignsOwnScale) {
     EXPECT_EQ(found, designed);
 }
 
-TEST(Elradio, TheCircleIsFilledAndTheBackgroundShowsAroundIt) {
+TEST(Elradio, CircleIsFilledAndTheBackgroundShowsAroundIt) {
     Radio radio;
     radio->SetBackColor(0x0A0B0C);
     radio->SetBackColor2(0x332211);
@@ -447,7 +447,7 @@ TEST(Elradio, TheCircleIsFilledAndTheBackgroundShowsAroundIt) {
     EXPECT_NE(colour_at(picture, 15, 9), 0x0A0B0C);
 }
 
-TEST(Elradio, TheDotHasARadiusOfThree) {
+TEST(Elradio, DotHasARadiusOf3) {
     Radio radio;
     radio->SetValue(true);
     const QImage picture = picture_of(radio.control);
@@ -458,7 +458,7 @@ TEST(Elradio, TheDotHasARadiusOfThree) {
     EXPECT_EQ(colour_at(picture, 13, 9), theme::field_background);
 }
 
-TEST(Elradio, TheCircleStandsOnTheBackgroundOfItsLastRedrawing) {
+TEST(Elradio, CircleShowsTheBackgroundOfItsLastRedraw) {
     Radio radio;
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     radio->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
@@ -473,7 +473,7 @@ TEST(Elradio, TheCircleStandsOnTheBackgroundOfItsLastRedrawing) {
     EXPECT_EQ(colour_at(radio.control, 9, 9), theme::field_background);
 }
 
-TEST(Elradio, AClickOnAChosenOneDoesNotRedrawIt) {
+TEST(Elradio, ClickOnACheckedButtonDoesNotRedraw) {
     Radio radio;
     radio->SetValue(true);
     test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
@@ -482,7 +482,7 @@ TEST(Elradio, AClickOnAChosenOneDoesNotRedrawIt) {
     EXPECT_EQ(colour_at(radio.control, 0, 0), theme::window_background);
 }
 
-TEST(Elradio, TheHoverLookIsForTheOneThatIsNotChosen) {
+TEST(Elradio, HoverStateAppliesOnlyWhenUnchecked) {
     Radio radio;
     radio->set_over_state();
     EXPECT_EQ(radio.text("Label1").ForeColor, over);
@@ -493,7 +493,7 @@ TEST(Elradio, TheHoverLookIsForTheOneThatIsNotChosen) {
     EXPECT_EQ(radio.text("Label1").ForeColor, checked);
 }
 
-TEST(Elradio, TheEdgeColoursAreDrawnAnew) {
+TEST(Elradio, NewEdgeColoursAreRedrawn) {
     Radio radio;
     radio->SetColor3DDark(0x0000FF);
     radio->SetColor3DLight(light);

@@ -1,4 +1,4 @@
-// What the screen really shows, which is what a widget would paint only if it was told to paint again.
+// What the screen shows. It differs from what a widget would paint if the widget was not repainted.
 #pragma once
 
 #include <QApplication>
@@ -11,14 +11,14 @@
 
 namespace varnoth::test {
 
-/// The picture of a window as it stands on the screen.
+/// A screenshot of a window.
 inline QImage on_screen(QWidget& window) {
     QCoreApplication::processEvents();
     return window.screen()->grabWindow(window.winId()).toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-/// Makes a change to a window that is shown: the screen must show another picture than before, and the one
-/// that the window has now.
+/// Changes a visible window. The screen must then differ from before and match a fresh rendering of the
+/// window.
 template <typename Change>
 void expect_shown_at_once(QWidget& window, const char* what, Change&& change) {
     const QImage before = on_screen(window);

@@ -1,4 +1,4 @@
-// A property or a method that changes how a control looks is seen on the screen at once.
+// Properties and methods that change the appearance of a control take effect on the screen at once.
 #include "desktop/controls/elboton.h"
 #include "desktop/controls/elcheck.h"
 #include "desktop/controls/elcombo.h"
@@ -25,7 +25,7 @@ void expect_colours_shown_at_once(Shown<Control>& shown) {
     expect_shown_at_once(shown.window, "Color3DDark", [&] { shown->SetColor3DDark(0x00FFFF); });
 }
 
-/// Of a control with a caption.
+/// For controls with a caption.
 template <typename Control>
 void expect_text_shown_at_once(Shown<Control>& shown) {
     expect_shown_at_once(shown.window, "Caption", [&] { shown->SetCaption("Words"); });

@@ -1,4 +1,4 @@
-// The parts that controls are composed of, by themselves.
+// The parts of controls, tested separately.
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ std::vector<double> ends_of(const LinePart& line) {
     return {line.X1, line.Y1, line.X2, line.Y2};
 }
 
-TEST(Parts, ALineHasTheEndsThatItIsGivenAndNoneAtFirst) {
+TEST(Parts, LineHasTheEndsThatWereSet) {
     LinePart line;
     EXPECT_EQ(ends_of(line), (std::vector<double>{0, 0, 0, 0}));
     EXPECT_EQ(line.BorderColor, 0);
@@ -20,7 +20,7 @@ TEST(Parts, ALineHasTheEndsThatItIsGivenAndNoneAtFirst) {
     EXPECT_EQ(ends_of(line), (std::vector<double>{1, 2, 3, 4}));
 }
 
-TEST(Parts, ANewPartIsSeenAndTakesTheMouseButHasNoSize) {
+TEST(Parts, NewPartIsVisibleAndEnabledAndHasNoSize) {
     BoxPart box;
     EXPECT_EQ(box.place(), QRectF(0, 0, 0, 0));
     EXPECT_TRUE(box.Visible);
@@ -30,7 +30,7 @@ TEST(Parts, ANewPartIsSeenAndTakesTheMouseButHasNoSize) {
     EXPECT_EQ(box.bits_per_pixel, 32);
 }
 
-TEST(Parts, APartWithoutSizeTakesNoMouse) {
+TEST(Parts, PartWithoutSizeReceivesNoMouseEvents) {
     BoxPart box;
     QPointF within;
     EXPECT_EQ(box.at({0, 0}, within), nullptr);

@@ -1,4 +1,4 @@
-// Controls for tests: shown in a window, their events written down, their pixels read.
+// Helpers for tests of controls: show them in a window, record their events, read their pixels.
 #pragma once
 
 #include <memory>
@@ -11,14 +11,14 @@
 
 #include <gtest/gtest.h>
 
-#include "desktop/controls/parts/SkinnedControl.h"
 #include "core/image/Colour.h"
 #include "core/image/Screen.h"
+#include "desktop/controls/parts/SkinnedControl.h"
 #include "desktop/services/exception_barrier.h"
 
 namespace varnoth::test {
 
-/// A control in a window that is shown; widths and heights in pixels.
+/// A control in a visible window; widths and heights are in pixels.
 template <typename Control>
 struct Shown {
     QWidget window;
@@ -38,7 +38,7 @@ inline Colour colour_of(const QColor& colour) {
                        static_cast<std::uint8_t>(colour.blue()));
 }
 
-/// What the control looks like, on a device with that many pixels for each of its own.
+/// Renders a control at a device pixel ratio.
 inline QImage picture_of(QWidget& control, double scale = 1) {
     QImage image(control.size() * scale, QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);
@@ -47,7 +47,7 @@ inline QImage picture_of(QWidget& control, double scale = 1) {
     return image;
 }
 
-/// The colour of a pixel of the picture.
+/// The colour of a pixel.
 inline Colour colour_at(const QImage& image, int x, int y) {
     return colour_of(image.pixelColor(x, y));
 }
@@ -56,7 +56,7 @@ inline Colour colour_at(QWidget& control, int x, int y) {
     return colour_at(picture_of(control), x, y);
 }
 
-/// How many pixels of a rectangle have exactly that colour.
+/// The number of pixels in a rectangle that have exactly this colour.
 inline int count_of(const QImage& image, Colour colour, const QRect& within) {
     int count = 0;
     for (int y = within.top(); y <= within.bottom(); ++y) {
@@ -71,7 +71,7 @@ inline int count_of(const QImage& image, Colour colour) {
     return count_of(image, colour, image.rect());
 }
 
-/// Writes down every event that a control has, by its name and arguments: "MouseDown 1 0 3,4".
+/// Records every event of a control with its arguments, such as "MouseDown 1 0 3,4".
 template <typename Control>
 QStringList& record(Control& control, QStringList& log) {
     const auto plain = [&](auto signal, const char* name) {
@@ -109,13 +109,13 @@ QStringList& record(Control& control, QStringList& log) {
     return log;
 }
 
-/// The pointer moves over a widget, with these buttons held.
+/// Moves the pointer over a widget while these buttons are held.
 inline void move(QWidget& widget, const QPoint& point, Qt::MouseButtons buttons = Qt::NoButton) {
     QMouseEvent event(QEvent::MouseMove, point, widget.mapToGlobal(point), Qt::NoButton, buttons, {});
     QCoreApplication::sendEvent(&widget, &event);
 }
 
-/// The two halves of a fast pair of clicks with the left button.
+/// A double click with the left button.
 inline void double_click(QWidget& widget, const QPoint& point) {
     QTest::mouseClick(&widget, Qt::LeftButton, {}, point);
     QMouseEvent second(QEvent::MouseButtonDblClick, point, widget.mapToGlobal(point), Qt::LeftButton,
@@ -126,7 +126,7 @@ inline void double_click(QWidget& widget, const QPoint& point) {
     QCoreApplication::sendEvent(&widget, &release);
 }
 
-/// Sets the screen's twips per pixel and puts them back at the end.
+/// Changes the screen's twips per pixel and restores them in the destructor.
 class OtherScreen {
   public:
     explicit OtherScreen(double twips_per_pixel) : OtherScreen(twips_per_pixel, twips_per_pixel) {}

@@ -1,5 +1,5 @@
-// What the ten controls have in common: properties by name, their types, defaults and order of saving, and
-// setters that tell the host.
+// The common behaviour of the ten controls: properties by name, their types, defaults and order of saving,
+// and setters that notify the host.
 #include <functional>
 #include <limits>
 #include <memory>
@@ -23,7 +23,7 @@
 namespace varnoth {
 namespace {
 
-// A property with its default and another value for it. A default that is not told is the host's.
+// A property, its default and another value for it. An invalid default means the host's value.
 struct Stored {
     const char* name;
     QVariant fallback;
@@ -54,7 +54,7 @@ Stored number(const char* name, int fallback, int other) {
     return {name, fallback, other};
 }
 
-// The font comes first and its parts as stored are then what counts.
+// Font comes first; its stored parts override it.
 const std::vector<Stored> font{
     {"Font", {}, other_font()},     {"FontName", QString("Tahoma"), QString("Times")},
     {"FontSize", 9.75, 8.1234},     {"FontItalic", false, true},
@@ -137,7 +137,7 @@ const std::vector<Kind>& kinds() {
     return all;
 }
 
-// gtest must not print a kind's memory.
+// GoogleTest would print the bytes of a Kind.
 void PrintTo(const Kind& kind, std::ostream* stream) {
     *stream << kind.name;
 }
@@ -157,7 +157,7 @@ class StoredControl : public testing::TestWithParam<Kind> {
     }
 };
 
-TEST_P(StoredControl, ItsPropertiesAreSavedInTheirOrder) {
+TEST_P(StoredControl, PropertiesAreSavedInOrder) {
     PropertyBag bag;
     control->WriteProperties(bag);
     QStringList expected;
@@ -167,7 +167,7 @@ TEST_P(StoredControl, ItsPropertiesAreSavedInTheirOrder) {
     EXPECT_EQ(names_of(bag), expected);
 }
 
-TEST_P(StoredControl, ANewOneHasTheDefaults) {
+TEST_P(StoredControl, NewControlHasTheDefaults) {
     for (const Stored& property : stored()) {
         if (property.fallback.isValid()) {
             EXPECT_EQ(control->property(property.name), property.fallback) << property.name;
@@ -175,7 +175,7 @@ TEST_P(StoredControl, ANewOneHasTheDefaults) {
     }
 }
 
-TEST_P(StoredControl, TheTypesAreTheStatedOnes) {
+TEST_P(StoredControl, SavedValuesHaveTheExpectedTypes) {
     PropertyBag bag;
     control->WriteProperties(bag);
     for (std::size_t i = 0; i < stored().size(); ++i) {
@@ -183,7 +183,7 @@ TEST_P(StoredControl, TheTypesAreTheStatedOnes) {
     }
 }
 
-TEST_P(StoredControl, EverySetterTellsTheHostOnce) {
+TEST_P(StoredControl, EverySetterNotifiesTheHostOnce) {
     QStringList told;
     on_event(control.get(), &SkinnedControl::property_changed, control.get(),
              [&](const QString& name) { told.append(name); });
@@ -198,7 +198,7 @@ TEST_P(StoredControl, EverySetterTellsTheHostOnce) {
     }
 }
 
-TEST_P(StoredControl, WhatWasSavedIsLoadedBackWithoutTellingTheHost) {
+TEST_P(StoredControl, SavedPropertiesAreLoadedWithoutNotifyingTheHost) {
     for (const Stored& property : stored()) {
         control->setProperty(property.name, property.other);
     }
@@ -217,7 +217,7 @@ TEST_P(StoredControl, WhatWasSavedIsLoadedBackWithoutTellingTheHost) {
     EXPECT_EQ(test::picture_of(*other), test::picture_of(*control));
 }
 
-TEST_P(StoredControl, WhatIsNotInTheBagTakesItsDefault) {
+TEST_P(StoredControl, PropertyMissingFromTheBagGetsItsDefault) {
     for (const Stored& property : stored()) {
         control->setProperty(property.name, property.other);
     }
@@ -229,7 +229,7 @@ TEST_P(StoredControl, WhatIsNotInTheBagTakesItsDefault) {
     }
 }
 
-TEST_P(StoredControl, TheFontIsTheHostsWhereThatHasOne) {
+TEST_P(StoredControl, FontDefaultsToTheHostsFont) {
     QWidget host;
     host.setFont(other_font());
     const std::unique_ptr<SkinnedControl> hosted = GetParam().make(&host);
@@ -242,7 +242,7 @@ TEST_P(StoredControl, TheFontIsTheHostsWhereThatHasOne) {
     EXPECT_EQ(hosted->parentWidget(), &host);
 }
 
-TEST_P(StoredControl, TheFontIsTheHostsAlsoWhereThatInheritedIt) {
+TEST_P(StoredControl, FontDefaultsToAFontThatTheHostInherited) {
     QWidget window;
     window.setFont(other_font());
     elframe frame("frame", &window);
@@ -254,7 +254,7 @@ TEST_P(StoredControl, TheFontIsTheHostsAlsoWhereThatInheritedIt) {
     }
 }
 
-TEST_P(StoredControl, TheFontIsTheDesignFontWhereNoHostHasOne) {
+TEST_P(StoredControl, FontDefaultsToTheDesignFontWithoutAHostFont) {
     QWidget window;
     elframe frame("frame", &window);
     const std::unique_ptr<SkinnedControl> hosted = GetParam().make(&frame);
@@ -263,9 +263,9 @@ TEST_P(StoredControl, TheFontIsTheDesignFontWhereNoHostHasOne) {
     }
 }
 
-TEST_P(StoredControl, TheFontsPartsWinOverTheFontWhenStored) {
+TEST_P(StoredControl, StoredFontPartsOverrideTheStoredFont) {
     if (!control->property("Font").isValid()) {
-        return; // a control without a text has no font
+        return; // controls without text have no font
     }
     PropertyBag bag;
     bag.WriteProperty("Font", other_font());
@@ -276,7 +276,7 @@ TEST_P(StoredControl, TheFontsPartsWinOverTheFontWhenStored) {
     EXPECT_TRUE(control->FontUnderline());
 }
 
-// A property of 16 or 32 bits and the numbers that just do not fit it; none for other types.
+// For a 16-bit or 32-bit property, the nearest numbers out of range; empty for other types.
 std::vector<qlonglong> beyond(const Stored& property) {
     switch (property.other.typeId()) {
     case QMetaType::Short:
@@ -288,7 +288,7 @@ std::vector<qlonglong> beyond(const Stored& property) {
     }
 }
 
-TEST_P(StoredControl, ANumberThatDoesNotFitIsAnOverflow) {
+TEST_P(StoredControl, SettingANumberOutOfRangeIsAnOverflow) {
     for (const Stored& property : stored()) {
         const QVariant before = control->property(property.name);
         for (const qlonglong number : beyond(property)) {
@@ -299,7 +299,7 @@ TEST_P(StoredControl, ANumberThatDoesNotFitIsAnOverflow) {
     }
 }
 
-TEST_P(StoredControl, ANumberInABagThatDoesNotFitIsAnOverflow) {
+TEST_P(StoredControl, LoadingANumberOutOfRangeIsAnOverflow) {
     for (const Stored& property : stored()) {
         for (const qlonglong number : beyond(property)) {
             PropertyBag bag;
@@ -309,10 +309,10 @@ TEST_P(StoredControl, ANumberInABagThatDoesNotFitIsAnOverflow) {
     }
 }
 
-TEST_P(StoredControl, AFractionRoundsToTheEvenNeighbour) {
+TEST_P(StoredControl, HalvesRoundToEven) {
     for (const Stored& property : stored()) {
         if (beyond(property).empty()) {
-            continue; // no whole number
+            continue; // not an integer
         }
         for (const auto& [fraction, whole] : {std::pair{2.5, 2}, std::pair{3.5, 4}, std::pair{4.4, 4}}) {
             const std::unique_ptr<SkinnedControl> set = GetParam().make(nullptr);
@@ -327,7 +327,7 @@ TEST_P(StoredControl, AFractionRoundsToTheEvenNeighbour) {
     }
 }
 
-TEST_P(StoredControl, AValueOfNoSuitableKindIsRefused) {
+TEST_P(StoredControl, ValueOfAnUnsuitableTypeIsRejected) {
     for (const Stored& property : stored()) {
         EXPECT_FAILURE(control->setProperty(property.name, QVariant()), InvalidPropertyValue)
             << property.name;
@@ -337,8 +337,8 @@ TEST_P(StoredControl, AValueOfNoSuitableKindIsRefused) {
     }
 }
 
-// Qt would convert the value by itself and let the setter's failure pass through its own frames.
-TEST_P(StoredControl, QtItselfCannotSetItsProperties) {
+// Qt would convert the value itself, and the setter's exception would pass through Qt's stack frames.
+TEST_P(StoredControl, QtCannotSetTheProperties) {
     for (const Stored& property : stored()) {
         QObject& object = *control;
         const QVariant before = object.property(property.name);
@@ -347,7 +347,7 @@ TEST_P(StoredControl, QtItselfCannotSetItsProperties) {
     }
 }
 
-TEST_P(StoredControl, AfterAFailedLoadTheHostIsToldAgain) {
+TEST_P(StoredControl, SettersNotifyTheHostAgainAfterAFailedLoad) {
     const Stored& first = stored().front();
     PropertyBag bag;
     bag.WriteProperty(first.name, 0x100000000LL);
@@ -362,20 +362,20 @@ TEST_P(StoredControl, AfterAFailedLoadTheHostIsToldAgain) {
 INSTANTIATE_TEST_SUITE_P(AllTen, StoredControl, testing::ValuesIn(kinds()),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(StoredControls, AFontSizeHasFourDecimalPlaces) {
+TEST(StoredControls, FontSizeHasFourDecimalPlaces) {
     elboton button("b", nullptr);
     button.SetFontSize(9.123456);
     EXPECT_EQ(button.FontSize(), 9.1235);
 }
 
-TEST(StoredControls, AFontSizeBeyondItsBitsIsAnOverflow) {
+TEST(StoredControls, FontSizeOutOfRangeIsAnOverflow) {
     elboton button("b", nullptr);
     EXPECT_FAILURE(button.setProperty("FontSize", 1e15), Overflow);
     EXPECT_FAILURE(button.setProperty("FontSize", std::numeric_limits<double>::quiet_NaN()), Overflow);
     EXPECT_EQ(button.FontSize(), 9.75);
 }
 
-TEST(StoredControls, AFailedLoadKeepsWhatWasLoadedBefore) {
+TEST(StoredControls, FailedLoadKeepsThePropertiesLoadedBefore) {
     elboton button("b", nullptr);
     button.SetBackColor(0x111111);
     button.SetDropShadow(true);
@@ -385,12 +385,12 @@ TEST(StoredControls, AFailedLoadKeepsWhatWasLoadedBefore) {
     EXPECT_FAILURE(button.ReadProperties(bag), InvalidPropertyValue);
     EXPECT_EQ(button.BackColor(), 0x222222);
     EXPECT_EQ(button.FontSize(), 9.75);
-    EXPECT_TRUE(button.DropShadow()); // it comes behind
+    EXPECT_TRUE(button.DropShadow()); // it is loaded later
     EXPECT_EQ(test::colour_at(button, 20, 2), 0x222222);
 }
 
-// A failing property tells where in the order it is loaded.
-TEST(StoredControls, AButtonLoadsCenterCaptionFirst) {
+// A failing property reveals its place in the order of loading.
+TEST(StoredControls, ButtonLoadsCenterCaptionFirst) {
     elboton button("b", nullptr);
     PropertyBag bag;
     bag.WriteProperty("ForeColor", 0x80000000LL);
@@ -399,7 +399,7 @@ TEST(StoredControls, AButtonLoadsCenterCaptionFirst) {
     EXPECT_TRUE(button.CenterCaption());
 }
 
-TEST(StoredControls, AButtonLoadsDropShadowLast) {
+TEST(StoredControls, ButtonLoadsDropShadowLast) {
     elboton button("b", nullptr);
     PropertyBag bag;
     bag.WriteProperty("DropShadow", QVariant());
@@ -414,7 +414,7 @@ TEST(StoredControls, AButtonLoadsDropShadowLast) {
     EXPECT_TRUE(button.FontUnderline());
 }
 
-TEST(StoredControls, PropertiesThatAreNotStoredAreSetByNameToo) {
+TEST(StoredControls, UnstoredPropertiesCanBeSetByName) {
     elcombo combo("c", nullptr);
     QStringList told;
     on_event(&combo, &SkinnedControl::property_changed, &combo,
@@ -424,13 +424,13 @@ TEST(StoredControls, PropertiesThatAreNotStoredAreSetByNameToo) {
     EXPECT_FAILURE(combo.setProperty("ListForeColor", 0x80000000LL), Overflow);
 }
 
-TEST(StoredControls, AnotherNameIsLeftToQt) {
+TEST(StoredControls, UnknownPropertyNameIsPassedToQt) {
     elframe frame("f", nullptr);
     EXPECT_TRUE(frame.setProperty("objectName", "other"));
     EXPECT_EQ(frame.objectName(), "other");
 }
 
-TEST(StoredControls, AnUnknownPartIsRefused) {
+TEST(StoredControls, UnknownPartNameFails) {
     elboton button("b", nullptr);
     EXPECT_FAILURE(button.part<TextPart>("nothing"), SubscriptOutOfRange);
 }

@@ -1,4 +1,4 @@
-// What assistive technology is told when a control changes.
+// Notifications to assistive technology when a control changes.
 #include <vector>
 
 #include <QAccessible>
@@ -14,7 +14,7 @@ namespace {
 
 using test::Shown;
 
-/// The changes of whether an object is checked that are told while one lives.
+/// Records, during its lifetime, the objects whose checked state is reported as changed.
 class Told {
   public:
     Told() {
@@ -42,7 +42,7 @@ class Told {
     static inline QAccessible::UpdateHandler handler_ = nullptr;
 };
 
-TEST(Told, AClickOnACheckBoxTellsThatItIsChecked) {
+TEST(Told, ClickOnACheckBoxIsAnnounced) {
     Shown<elcheck> shown(80);
     const Told told;
     QTest::mouseClick(&shown.control, Qt::LeftButton, {}, {6, 8});
@@ -50,7 +50,7 @@ TEST(Told, AClickOnACheckBoxTellsThatItIsChecked) {
     EXPECT_EQ(told.checked(), std::vector<QObject*>{&shown.control});
 }
 
-TEST(Told, AValueThatIsSetTellsThatItIsChecked) {
+TEST(Told, SettingValueIsAnnounced) {
     Shown<elcheck> check(80);
     Shown<elradio> radio(80);
     const Told told;
@@ -59,7 +59,7 @@ TEST(Told, AValueThatIsSetTellsThatItIsChecked) {
     EXPECT_EQ(told.checked(), (std::vector<QObject*>{&check.control, &radio.control}));
 }
 
-TEST(Told, AProgressBarCountsInStepsOfOne) {
+TEST(Told, ProgressBarHasAStepSizeOf1) {
     elprogress progress("progress", nullptr);
     QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&progress);
     ASSERT_NE(accessible, nullptr);

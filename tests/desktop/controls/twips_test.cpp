@@ -1,5 +1,5 @@
-// The sizes that controls have of themselves, to the twip: on a screen of one twip a pixel none is lost by
-// rounding.
+// The inherent sizes of the controls, exact to the twip: on a screen with one twip per pixel nothing is
+// rounded.
 #include "desktop/controls/elboton.h"
 #include "desktop/controls/elcheck.h"
 #include "desktop/controls/elcombo.h"
@@ -20,7 +20,7 @@ void expect_fixed_height(int twips) {
     EXPECT_EQ(control.maximumHeight(), twips);
 }
 
-TEST(Twips, HeightsThatAreFixed) {
+TEST(Twips, FixedHeights) {
     const test::OtherScreen fine(1);
     expect_fixed_height<elboton>(360);
     expect_fixed_height<elcheck>(270);
@@ -32,7 +32,7 @@ TEST(Twips, HeightsThatAreFixed) {
     expect_fixed_height<eltexto>(300);
 }
 
-TEST(Twips, LeastWidths) {
+TEST(Twips, MinimumWidths) {
     const test::OtherScreen fine(1);
     EXPECT_EQ(elboton("control", nullptr).minimumWidth(), 500);
     EXPECT_EQ(elcheck("control", nullptr).minimumWidth(), 500);
@@ -42,7 +42,7 @@ TEST(Twips, LeastWidths) {
     EXPECT_EQ(elradio("control", nullptr).minimumWidth(), 500);
 }
 
-TEST(Twips, TheArrowOfAComboBoxStandsAsFarFromItsRight) {
+TEST(Twips, ArrowOfAComboBoxKeepsItsDistanceFromTheRight) {
     const test::OtherScreen fine(1);
     test::Shown<elcombo> shown(2000);
     const PartSurface* const arrow = shown->findChild<PartSurface*>("Picture1");

@@ -1,4 +1,4 @@
-// The sunken wells: progress bar, frame and 3-D line.
+// Progress bar, frame and 3-D line.
 #include <limits>
 
 #include "desktop/controls/elframe.h"
@@ -27,8 +27,7 @@ struct Progress : Shown<elprogress> {
     explicit Progress(int width = 120) : Shown(width) { control.SetColor3DDark(dark); }
 };
 
-// How many blocks the picture has, by the row through their middle. The right edge covers the last pixel of a
-// block that reaches it.
+// Counts the blocks along their middle row. The right edge covers the last pixel of a block that reaches it.
 int blocks_of(elprogress& progress) {
     const QImage picture = picture_of(progress);
     const int pixels = count_of(picture, block, QRect(0, 12, picture.width(), 1));
@@ -42,28 +41,28 @@ TEST(Elprogress, Value5Of10On120PixelsDrawsFiveBlocks) {
     EXPECT_EQ(blocks_of(progress.control), 5);
 }
 
-TEST(Elprogress, Value11Of10IsStoredAs10AndDrawsTen) {
+TEST(Elprogress, ValueAboveMaxBecomesMax) {
     Progress progress;
     progress->SetValue(11);
     EXPECT_EQ(progress->Value(), 10);
     EXPECT_EQ(blocks_of(progress.control), 10);
 }
 
-TEST(Elprogress, AValueBelowMinBecomesMin) {
+TEST(Elprogress, ValueBelowMinBecomesMin) {
     Progress progress;
     progress->SetMin(3);
     progress->SetValue(2);
     EXPECT_EQ(progress->Value(), 3);
 }
 
-TEST(Elprogress, MinPlaysNoPartInTheNumberOfBlocks) {
+TEST(Elprogress, MinDoesNotAffectTheNumberOfBlocks) {
     Progress progress;
     progress->SetMin(5);
     progress->SetValue(5);
     EXPECT_EQ(blocks_of(progress.control), 5);
 }
 
-TEST(Elprogress, TheNumberOfBlocksIsTakenDownToAWholeOne) {
+TEST(Elprogress, NumberOfBlocksIsRoundedDown) {
     Progress progress;
     progress->SetMax(7);
     progress->SetValue(4); // 40 / 7
@@ -73,15 +72,15 @@ TEST(Elprogress, TheNumberOfBlocksIsTakenDownToAWholeOne) {
     EXPECT_EQ(blocks_of(progress.control), 0);
 }
 
-TEST(Elprogress, ANegativeValueDrawsNone) {
+TEST(Elprogress, NegativeValueDrawsNoBlocks) {
     Progress progress;
     progress->SetMin(-10);
     progress->SetValue(-10);
     EXPECT_EQ(blocks_of(progress.control), 0);
 }
 
-TEST(Elprogress, NarrowerThanTwelvePixelsItHasNoCells) {
-    const OtherScreen coarse(60); // the least width of 360 twips is six pixels
+TEST(Elprogress, BarNarrowerThan12PixelsHasNoCells) {
+    const OtherScreen coarse(60); // the minimum width of 360 twips is six pixels
     elprogress progress("p", nullptr);
     progress.resize(11, 24);
     progress.SetValue(10);
@@ -91,7 +90,7 @@ TEST(Elprogress, NarrowerThanTwelvePixelsItHasNoCells) {
     EXPECT_GT(count_of(picture_of(progress), block), 0);
 }
 
-TEST(Elprogress, WithoutStepsNothingIsFilled) {
+TEST(Elprogress, MaxOf0FillsNothing) {
     Progress progress;
     progress->SetMax(0);
     progress->SetValue(0);
@@ -99,7 +98,7 @@ TEST(Elprogress, WithoutStepsNothingIsFilled) {
     EXPECT_EQ(blocks_of(progress.control), 0);
 }
 
-TEST(Elprogress, ItsProductIsOf32Bits) {
+TEST(Elprogress, ProductBeyond32BitsIsAnOverflow) {
     Progress progress;
     progress->SetMax(std::numeric_limits<std::int32_t>::max());
     progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10);
@@ -107,7 +106,7 @@ TEST(Elprogress, ItsProductIsOf32Bits) {
     EXPECT_FAILURE(progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10 + 1), Overflow);
 }
 
-TEST(Elprogress, AValueThatFailsChangesNothing) {
+TEST(Elprogress, FailingValueChangesNothing) {
     Progress progress;
     progress->SetMax(std::numeric_limits<std::int32_t>::max());
     progress->SetValue(7);
@@ -117,7 +116,7 @@ TEST(Elprogress, AValueThatFailsChangesNothing) {
     EXPECT_EQ(blocks_of(progress.control), 0);
 }
 
-TEST(Elprogress, AProductBeyond32BitsAfterAChangeOfSizeIsFatalAtTheEventsEdge) {
+TEST(Elprogress, OverflowDuringAResizeIsAFatalError) {
     Progress progress;
     progress->SetMax(std::numeric_limits<std::int32_t>::max());
     progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10);
@@ -128,7 +127,7 @@ TEST(Elprogress, AProductBeyond32BitsAfterAChangeOfSizeIsFatalAtTheEventsEdge) {
     EXPECT_EQ(ends, std::vector<std::string>{"Overflow"});
 }
 
-TEST(Elprogress, EachBlockIs8By16InACellOf12) {
+TEST(Elprogress, BlockIs8By16PixelsInACellOf12) {
     Progress progress;
     progress->SetValue(2);
     for (const int scale : {1, 2}) {
@@ -141,7 +140,7 @@ TEST(Elprogress, EachBlockIs8By16InACellOf12) {
     }
 }
 
-TEST(Elprogress, ANewSizeDrawsTheBlocksAnew) {
+TEST(Elprogress, NewSizeRedrawsTheBlocks) {
     Progress progress;
     progress->SetValue(5);
     progress->resize(240, 24);
@@ -150,7 +149,7 @@ TEST(Elprogress, ANewSizeDrawsTheBlocksAnew) {
     EXPECT_EQ(blocks_of(progress.control), 4);
 }
 
-TEST(Elprogress, ANewBoundOrColourWaitsForTheNextValue) {
+TEST(Elprogress, NewBoundOrColourShowsAtTheNextValue) {
     Progress progress;
     progress->SetValue(5);
     progress->SetMax(5);
@@ -159,10 +158,10 @@ TEST(Elprogress, ANewBoundOrColourWaitsForTheNextValue) {
     EXPECT_EQ(blocks_of(progress.control), 5);
     progress->SetValue(5);
     EXPECT_EQ(count_of(picture_of(progress.control), 0x0000FF),
-              10 * 128 - 16); // the right edge covers a column
+              10 * 128 - 16); // the right edge covers one column
 }
 
-TEST(Elprogress, AValueAboveANewMaxFillsNoMoreThanTheBarAtTheNextSize) {
+TEST(Elprogress, ValueAboveANewMaxFillsTheBarAtTheNextResize) {
     Progress progress;
     progress->SetMax(10'000'000);
     progress->SetValue(10'000'000);
@@ -171,7 +170,7 @@ TEST(Elprogress, AValueAboveANewMaxFillsNoMoreThanTheBarAtTheNextSize) {
     EXPECT_EQ(blocks_of(progress.control), 11);
 }
 
-TEST(Elprogress, IsASunkenWellOfFixedHeightAndLeastWidth) {
+TEST(Elprogress, HasSunkenEdgesAFixedHeightAndAMinimumWidth) {
     Progress progress;
     const QImage picture = picture_of(progress.control);
     EXPECT_EQ(count_of(picture, dark, QRect(0, 0, 119, 1)), 119);
@@ -187,7 +186,7 @@ TEST(Elprogress, IsASunkenWellOfFixedHeightAndLeastWidth) {
     EXPECT_EQ(progress->Height(), 360);
 }
 
-TEST(Elprogress, TheObtainedBackgroundIsBlendedAgainAtEveryRedrawing) {
+TEST(Elprogress, ObtainedBackgroundIsBlendedAtEveryRedraw) {
     Progress progress;
     test::TestSurface behind(300, 100, 32, 0, 0xFFFFFF);
     progress->SetValue(1);
@@ -201,7 +200,7 @@ TEST(Elprogress, TheObtainedBackgroundIsBlendedAgainAtEveryRedrawing) {
     EXPECT_EQ(blocks_of(progress.control), 2);
 }
 
-// All three hand on the mouse.
+// All three forward mouse events.
 
 template <typename Control>
 class Forwarding : public testing::Test {};
@@ -209,7 +208,7 @@ class Forwarding : public testing::Test {};
 using Forwarders = testing::Types<elprogress, elframe, elline3d>;
 TYPED_TEST_SUITE(Forwarding, Forwarders);
 
-TYPED_TEST(Forwarding, TheFiveMouseEventsComeFromTheSurface) {
+TYPED_TEST(Forwarding, SurfaceRaisesTheFiveMouseEvents) {
     Shown<TypeParam> shown(100, 24);
     QStringList log;
     record(shown.control, log);
@@ -222,7 +221,7 @@ TYPED_TEST(Forwarding, TheFiveMouseEventsComeFromTheSurface) {
                                 "DblClick", "MouseUp 1 0 60,1"}));
 }
 
-TEST(Elframe, IsASunkenRectangleThatFollowsItsSize) {
+TEST(Elframe, SunkenEdgesFollowTheSize) {
     Shown<elframe> frame(100, 50);
     frame->SetColor3DDark(dark);
     frame->resize(80, 60);
@@ -242,7 +241,7 @@ TEST(Elframe, IsASunkenRectangleThatFollowsItsSize) {
     EXPECT_EQ(frame->part<LinePart>("LineA(0)").BorderColor, dark);
 }
 
-TEST(Elframe, IsSizedByTheTwipsOfEachDirection) {
+TEST(Elframe, SizeUsesTheTwipsOfEachDirection) {
     const OtherScreen flat(20, 12);
     Shown<elframe> frame(10, 10);
     frame->SetWidth(600);
@@ -254,7 +253,7 @@ TEST(Elframe, IsSizedByTheTwipsOfEachDirection) {
     EXPECT_EQ(frame->part<LinePart>("LineB(1)").Y1, 49);
 }
 
-TEST(Elframe, TheObtainedBackgroundLeavesOutTheEdge) {
+TEST(Elframe, ObtainedBackgroundLeavesOutTheEdge) {
     Shown<elframe> frame(40, 30);
     test::TestSurface behind(100, 100, 32, 0, 0xFFFFFF);
     frame->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
@@ -265,7 +264,7 @@ TEST(Elframe, TheObtainedBackgroundLeavesOutTheEdge) {
     EXPECT_EQ(pixels.pixel(39, 29), theme::field_background);
 }
 
-TEST(Elline3d, IsAGrooveOfTwoPixelsDarkAboveLight) {
+TEST(Elline3d, IsTwoPixelsHighDarkAboveLight) {
     Shown<elline3d> line(100, 30);
     EXPECT_EQ(line->height(), 2);
     for (const int scale : {1, 2}) {
@@ -278,7 +277,7 @@ TEST(Elline3d, IsAGrooveOfTwoPixelsDarkAboveLight) {
     EXPECT_EQ(line->Height(), 30);
 }
 
-TEST(Elline3d, ItsLinesEndAtTheWidthInTwips) {
+TEST(Elline3d, LinesEndAtTheWidthInTwips) {
     Shown<elline3d> line(100);
     EXPECT_EQ(line->part<LinePart>("Line1").X2, 1500);
     EXPECT_EQ(line->part<LinePart>("Line2").X2, 1500);
@@ -294,7 +293,7 @@ concept TakesBackground = requires(Control& control, const DrawingContext& conte
     control.obtener_imagen_fondo(context, 0, 0, std::int16_t{0});
 };
 
-TEST(Elline3d, HasNoDrawingContextAndTakesNoBackgroundUnlikeTheOthers) {
+TEST(Elline3d, HasNoDrawingContextAndTakesNoBackground) {
     static_assert(!HasDrawingContext<elline3d> && !TakesBackground<elline3d>);
     static_assert(HasDrawingContext<elframe> && TakesBackground<elframe>);
     static_assert(HasDrawingContext<elprogress> && TakesBackground<elprogress>);

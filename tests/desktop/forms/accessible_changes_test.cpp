@@ -111,7 +111,7 @@ void press(QWidget& window, const QString& button) {
 
 class AccessibleChangesTest : public EveryWindowTest {};
 
-TEST_F(AccessibleChangesTest, ButtonsAndTheListTellWhenTheyAreEnabled) {
+TEST_F(AccessibleChangesTest, EnablingButtonsAndTheListIsAnnounced) {
     EXPECT_TRUE(state_of(main().elboton6).disabled);
     EXPECT_TRUE(state_of(main().List1).disabled);
     const Told told;
@@ -127,7 +127,7 @@ TEST_F(AccessibleChangesTest, ButtonsAndTheListTellWhenTheyAreEnabled) {
     EXPECT_TRUE(Told::disabled_changed(main()));
 }
 
-TEST_F(AccessibleChangesTest, AValueTellsWhenItsTextChanges) {
+TEST_F(AccessibleChangesTest, NewCaptionOfAValueIsAnnounced) {
     const Told told;
     open_sprite(3);
     EXPECT_EQ(name_of(main().ellabel7), "4 x 4");
@@ -135,7 +135,7 @@ TEST_F(AccessibleChangesTest, AValueTellsWhenItsTextChanges) {
     EXPECT_EQ(Told::count(QAccessible::NameChanged, main().ellabel2), 0);
 }
 
-TEST_F(AccessibleChangesTest, TheFrameListTellsWhatIsSelected) {
+TEST_F(AccessibleChangesTest, SelectionInTheFrameListIsAnnounced) {
     open_sprite(3);
     QAccessibleInterface& list = tree_of(main().List1);
     ASSERT_EQ(list.childCount(), 3);
@@ -153,7 +153,7 @@ TEST_F(AccessibleChangesTest, TheFrameListTellsWhatIsSelected) {
               1);
 }
 
-TEST_F(AccessibleChangesTest, RadioButtonsAndTheCheckBoxTellWhatIsChosen) {
+TEST_F(AccessibleChangesTest, CheckedRadioButtonsAndCheckBoxAreAnnounced) {
     open_sprite(1);
     click(main().elboton6);
     Form3& dialog = *coordinator_->form3();
@@ -171,7 +171,7 @@ TEST_F(AccessibleChangesTest, RadioButtonsAndTheCheckBoxTellWhatIsChosen) {
     EXPECT_GE(Told::count(QAccessible::StateChanged, dialog.elcheck1), 1);
 }
 
-TEST_F(AccessibleChangesTest, TheQuestionOfARadioButtonIsItsDescription) {
+TEST_F(AccessibleChangesTest, RadioButtonIsDescribedByItsQuestion) {
     open_sprite(1);
     click(main().elboton6);
     Form3& dialog = *coordinator_->form3();
@@ -180,7 +180,7 @@ TEST_F(AccessibleChangesTest, TheQuestionOfARadioButtonIsItsDescription) {
     EXPECT_EQ(tree_of(dialog.elradio3[0]).text(QAccessible::Description), "If File Exists Then");
 }
 
-TEST_F(AccessibleChangesTest, StopAndPlayTellWhichIsInForceAndTheSpeedItsNumber) {
+TEST_F(AccessibleChangesTest, CheckedStateOfStopAndPlayAndTheSpeedAreAnnounced) {
     open_sprite(2);
     ui_driver::double_click(main().Picture1);
     Form7& dialog = *coordinator_->form7();
@@ -199,7 +199,7 @@ TEST_F(AccessibleChangesTest, StopAndPlayTellWhichIsInForceAndTheSpeedItsNumber)
     EXPECT_EQ(Told::count(QAccessible::NameChanged, dialog.Label5), 1);
 }
 
-TEST_F(AccessibleChangesTest, ThePickerTellsWhetherItIsArmedAndThePictureItsColour) {
+TEST_F(AccessibleChangesTest, ArmedPickerAndPickedColourAreAnnounced) {
     open_import(3);
     Form4& dialog = *coordinator_->form4();
     EXPECT_TRUE(state_of(dialog.elboton1).checkable);
@@ -221,7 +221,7 @@ TEST_F(AccessibleChangesTest, ThePickerTellsWhetherItIsArmedAndThePictureItsColo
     EXPECT_FALSE(state_of(dialog.elboton1).checked);
 }
 
-TEST_F(AccessibleChangesTest, TheProgressBarTellsEachStepAndItsLabelsWhatIsDone) {
+TEST_F(AccessibleChangesTest, ProgressStepsAndPhasesAreAnnounced) {
     open_sprite(3);
     for (const int line : {0, 1, 2}) {
         main().List1.SetSelected(line, true);
@@ -251,7 +251,7 @@ TEST_F(AccessibleChangesTest, TheProgressBarTellsEachStepAndItsLabelsWhatIsDone)
     EXPECT_TRUE(each_told);
 }
 
-TEST_F(AccessibleChangesTest, FieldsTellTheirTextAndListsTheirChoice) {
+TEST_F(AccessibleChangesTest, TextOfFieldsAndChoiceOfListsAreReported) {
     click(main().elboton2);
     Form2& dialog = *coordinator_->form2();
     QAccessibleInterface& name = tree_of(dialog.eltexto1.Text1());
@@ -270,7 +270,7 @@ TEST_F(AccessibleChangesTest, FieldsTellTheirTextAndListsTheirChoice) {
     EXPECT_GE(Told::count(QAccessible::NameChanged, dialog.elcombo1.Combo1()), 1);
 }
 
-TEST_F(AccessibleChangesTest, ADropDownListOpensAndClosesByItsAction) {
+TEST_F(AccessibleChangesTest, DropDownListOpensAndClosesByItsAction) {
     click(main().elboton2);
     DropDownList& list = coordinator_->form2()->elcombo1.Combo1();
     QAccessibleInterface& type = tree_of(list);
@@ -287,7 +287,7 @@ TEST_F(AccessibleChangesTest, ADropDownListOpensAndClosesByItsAction) {
     EXPECT_FALSE(type.state().expanded);
 }
 
-TEST_F(AccessibleChangesTest, TheFocusIsToldAsItMoves) {
+TEST_F(AccessibleChangesTest, FocusChangesAreAnnounced) {
     click(main().elboton2);
     Form2& dialog = *coordinator_->form2();
     dialog.eltexto1.Text1().setFocus();
@@ -299,7 +299,7 @@ TEST_F(AccessibleChangesTest, TheFocusIsToldAsItMoves) {
     EXPECT_GE(Told::count(QAccessible::Focus, dialog.eltexto2.Text1()), 1);
 }
 
-TEST_F(AccessibleChangesTest, TheWholeEditorCanBeWorkedThroughTheTree) {
+TEST_F(AccessibleChangesTest, WholeEditorCanBeOperatedThroughTheTree) {
     press(main(), "New");
     ASSERT_NE(coordinator_->form2(), nullptr);
     EXPECT_EQ(actions_of(*find(tree_of(main()), QAccessible::Button, "New")), QStringList()); // disabled
@@ -329,13 +329,13 @@ TEST_F(AccessibleChangesTest, TheWholeEditorCanBeWorkedThroughTheTree) {
     EXPECT_TRUE(ended_);
 }
 
-TEST_F(AccessibleChangesTest, APictureThatIsNotClickedHasNoAction) {
+TEST_F(AccessibleChangesTest, PictureThatCannotBeClickedHasNoAction) {
     open_import(3);
     EXPECT_EQ(actions_of(tree_of(coordinator_->form4()->Picture1)), QStringList());
     EXPECT_EQ(actions_of(tree_of(coordinator_->form4()->Picture2)), QStringList());
 }
 
-TEST_F(AccessibleChangesTest, TheExitPictureEndsTheProgramWhenPressed) {
+TEST_F(AccessibleChangesTest, PressActionOfTheExitPictureEndsTheProgram) {
     Form9 form;
     const auto press_picture = [&] {
         tree_of(form.Picture1).actionInterface()->doAction(QAccessibleActionInterface::pressAction());

@@ -120,7 +120,7 @@ QWidget* labelled_by(const ellabel& label) {
 class AccessibleTreeTest : public EveryWindowTest {};
 
 // The file has the whole tree of every window. After a change on purpose, it takes what this test prints.
-TEST_F(AccessibleTreeTest, OfEveryWindowIsAsWrittenDown) {
+TEST_F(AccessibleTreeTest, EveryWindowMatchesTheStoredTree) {
     std::ostringstream trees;
     in_every_window([&](const std::string& state, Form& window) {
         trees << "# " << state << '\n' << spoken(window) << '\n';
@@ -130,7 +130,7 @@ TEST_F(AccessibleTreeTest, OfEveryWindowIsAsWrittenDown) {
     EXPECT_EQ(trees.str(), written) << trees.str();
 }
 
-TEST_F(AccessibleTreeTest, NamesEveryControlAndNoTwoAlike) {
+TEST_F(AccessibleTreeTest, EveryControlHasAUniqueName) {
     in_every_window([&](const std::string& state, Form& window) {
         std::set<std::string> said;
         walk(tree_of(window), [&](QAccessibleInterface& interface, int /*depth*/) {
@@ -148,7 +148,7 @@ TEST_F(AccessibleTreeTest, NamesEveryControlAndNoTwoAlike) {
     });
 }
 
-TEST_F(AccessibleTreeTest, ALabelNamesTheControlThatItStandsBefore) {
+TEST_F(AccessibleTreeTest, LabelNamesTheControlNextToIt) {
     std::set<std::string> labels;
     in_every_window([&](const std::string& state, Form& window) {
         for (const ellabel* label : window.findChildren<ellabel*>()) {
@@ -166,7 +166,7 @@ TEST_F(AccessibleTreeTest, ALabelNamesTheControlThatItStandsBefore) {
                                      "Size:", "Transparent Color:", "Type:"}));
 }
 
-TEST_F(AccessibleTreeTest, AMessageBoxIsADialogWithItsTextAndItsButtons) {
+TEST_F(AccessibleTreeTest, MessageBoxIsADialogWithTextAndButtons) {
     std::vector<std::string> seen;
     QTimer::singleShot(0, [&] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

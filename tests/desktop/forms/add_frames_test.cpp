@@ -87,7 +87,7 @@ class AddFramesTest : public EditorTest {
     test::PictureFolder pictures_{services_};
 };
 
-TEST_F(AddFramesTest, OpensWithItsStartStateOverTheDisabledMainWindow) {
+TEST_F(AddFramesTest, OpensInItsInitialStateAboveTheDisabledMainWindow) {
     open_dialog(48, 32);
     EXPECT_FALSE(main().isEnabled());
     EXPECT_EQ(dialog().size(), QSize(752, 503));
@@ -109,7 +109,7 @@ TEST_F(AddFramesTest, OpensWithItsStartStateOverTheDisabledMainWindow) {
     EXPECT_FALSE(dialog().TransparentPicked);
 }
 
-TEST_F(AddFramesTest, ThePickerIsThereForTheTwoModesWithATransparentColour) {
+TEST_F(AddFramesTest, PickerIsEnabledForModesWithATransparentColour) {
     for (const int mode : {0, 1, 2, 3}) {
         open_dialog(4, 4, mode);
         const bool there = mode == 2 || mode == 3;
@@ -120,7 +120,7 @@ TEST_F(AddFramesTest, ThePickerIsThereForTheTwoModesWithATransparentColour) {
     }
 }
 
-TEST_F(AddFramesTest, CancelGivesTheMainWindowBackAndChangesNothing) {
+TEST_F(AddFramesTest, CancelEnablesTheMainWindowAndChangesNothing) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
     open_dialog();
     select({0});
@@ -131,7 +131,7 @@ TEST_F(AddFramesTest, CancelGivesTheMainWindowBackAndChangesNothing) {
     EXPECT_EQ(lines().size(), 0U);
 }
 
-TEST_F(AddFramesTest, TheFormatChoosesWhatIsListed) {
+TEST_F(AddFramesTest, FormatFiltersTheFileList) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
     pictures_.write("b.TGA", test::tga_file(1, 1, {red}));
     open_dialog();
@@ -143,7 +143,7 @@ TEST_F(AddFramesTest, TheFormatChoosesWhatIsListed) {
     EXPECT_EQ(dialog().File1.ListCount(), 0);
 }
 
-TEST_F(AddFramesTest, AClickShowsThePictureAndItsSize) {
+TEST_F(AddFramesTest, ClickOnAFileShowsThePictureAndItsSize) {
     pictures_.add_plain_bmp("a.bmp", 7, 5, red);
     pictures_.add_plain_bmp("b.bmp", 7, 5, green);
     open_dialog();
@@ -153,14 +153,14 @@ TEST_F(AddFramesTest, AClickShowsThePictureAndItsSize) {
     EXPECT_EQ(text(dialog().ellabel3.Caption()), "7x5");
 }
 
-TEST_F(AddFramesTest, TheSizeOfALongPictureIsPrintedInWholeNumbers) {
+TEST_F(AddFramesTest, LargePictureSizeIsShownInWholeNumbers) {
     pictures_.add_plain_bmp("a.bmp", 1000001, 1);
     open_dialog();
     select({0});
     EXPECT_EQ(text(dialog().ellabel3.Caption()), "1000001x1");
 }
 
-TEST_F(AddFramesTest, PicturesOf32By32InASpriteOf64By64OpenTheQuestionWithBothSizes) {
+TEST_F(AddFramesTest, SizeMismatchOpensTheQuestionWithBothSizes) {
     pictures_.add_plain_bmp("a.bmp", 32, 32);
     open_dialog(64, 64);
     select({0});
@@ -170,7 +170,7 @@ TEST_F(AddFramesTest, PicturesOf32By32InASpriteOf64By64OpenTheQuestionWithBothSi
     EXPECT_EQ(text(dialog().elradio1[1].Caption()), "Resize Pictures To 64x64");
 }
 
-TEST_F(AddFramesTest, EachChoiceSetsTheOtherOff) {
+TEST_F(AddFramesTest, ChoicesAreExclusive) {
     pictures_.add_plain_bmp("a.bmp", 32, 32);
     open_dialog(64, 64);
     select({0});
@@ -182,7 +182,7 @@ TEST_F(AddFramesTest, EachChoiceSetsTheOtherOff) {
     EXPECT_FALSE(dialog().elradio1[1].Value());
 }
 
-TEST_F(AddFramesTest, ASecondPictureThatIs300WideIsNamedUnselectedAndClosesTheQuestion) {
+TEST_F(AddFramesTest, TooWidePictureIsReportedUnselectedAndClosesTheQuestion) {
     pictures_.add_plain_bmp("a.bmp", 8, 8);
     pictures_.add_plain_bmp("b.bmp", 300, 8);
     pictures_.write("c.bmp", std::vector<std::uint8_t>{0}); // never looked at
@@ -197,7 +197,7 @@ TEST_F(AddFramesTest, ASecondPictureThatIs300WideIsNamedUnselectedAndClosesTheQu
     EXPECT_EQ(dialog().Picture1.size(), QSize(300, 8)); // the preview shows it all the same
 }
 
-TEST_F(AddFramesTest, AllSelectedPicturesMustHaveOneSizeAndBeGood) {
+TEST_F(AddFramesTest, SelectedPicturesMustBeValidAndOfOneSize) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
     pictures_.add_plain_bmp("b.bmp", 5, 4);
     pictures_.write("c.tga", std::vector<std::uint8_t>{0});
@@ -211,7 +211,7 @@ TEST_F(AddFramesTest, AllSelectedPicturesMustHaveOneSizeAndBeGood) {
     EXPECT_EQ(services_.messages.back(), "File: c.tga Bad Format/Corrupt.");
 }
 
-TEST_F(AddFramesTest, APictureOfExactly256By256Passes) {
+TEST_F(AddFramesTest, PictureOfExactly256By256IsAccepted) {
     pictures_.add_plain_bmp("a.bmp", 256, 256);
     open_dialog(256, 256);
     select({0});
@@ -219,7 +219,7 @@ TEST_F(AddFramesTest, APictureOfExactly256By256Passes) {
     EXPECT_TRUE(dialog().File1.Selected(0));
 }
 
-TEST_F(AddFramesTest, NothingClosesAnOpenQuestionWhenTheFirstPictureHasTheSpritesSize) {
+TEST_F(AddFramesTest, QuestionStaysOpenWhenAPictureHasTheSpritesSize) {
     pictures_.add_plain_bmp("a.bmp", 8, 8);
     pictures_.add_plain_bmp("b.bmp", 4, 4);
     open_dialog(4, 4);
@@ -230,7 +230,7 @@ TEST_F(AddFramesTest, NothingClosesAnOpenQuestionWhenTheFirstPictureHasTheSprite
     EXPECT_EQ(text(dialog().elradio1[0].Caption()), "Set Sprite To 8x8");
 }
 
-TEST_F(AddFramesTest, AllFilesMarkedByTheKeyboardBeforeOneWasChosenShowTheFirst) {
+TEST_F(AddFramesTest, SelectingAllFilesByKeyboardShowsTheFirst) {
     pictures_.add_plain_bmp("a.bmp", 4, 3, red);
     pictures_.add_plain_bmp("b.bmp", 4, 3, green);
     open_dialog();
@@ -242,7 +242,7 @@ TEST_F(AddFramesTest, AllFilesMarkedByTheKeyboardBeforeOneWasChosenShowTheFirst)
     EXPECT_EQ(dialog().Picture1.surface().Point(0, 0), red);
 }
 
-TEST_F(AddFramesTest, AnotherDriveOpensItsRootAndListsItsFiles) {
+TEST_F(AddFramesTest, ChoosingADriveOpensItsRootAndListsItsFiles) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
     const test::TemporaryFolder stick;
     stick.write("on_stick.bmp", {});
@@ -255,7 +255,7 @@ TEST_F(AddFramesTest, AnotherDriveOpensItsRootAndListsItsFiles) {
     EXPECT_EQ(files(), std::vector<std::string>{"on_stick.bmp"});
 }
 
-TEST_F(AddFramesTest, ChoosingTheDriveThatIsShownChangesNothing) {
+TEST_F(AddFramesTest, ChoosingTheCurrentDriveChangesNothing) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
     open_dialog();
     const int line = add_drive(std::filesystem::path(pictures_.path()).parent_path());
@@ -269,7 +269,7 @@ TEST_F(AddFramesTest, ChoosingTheDriveThatIsShownChangesNothing) {
     EXPECT_TRUE(dialog().File1.Selected(0));
 }
 
-TEST_F(AddFramesTest, ChoosingTheSameFileTypeAgainListsTheFilesAnew) {
+TEST_F(AddFramesTest, ChoosingTheSameFileTypeAgainRefreshesTheList) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
     open_dialog();
     select({0});
@@ -281,7 +281,7 @@ TEST_F(AddFramesTest, ChoosingTheSameFileTypeAgainListsTheFilesAnew) {
 
 // The picker.
 
-TEST_F(AddFramesTest, TheTopLeftPixelIsTransparentUntilOneIsPicked) {
+TEST_F(AddFramesTest, TopLeftPixelIsTransparentUntilAColourIsPicked) {
     pictures_.add_bmp("a.bmp", 2, 1, {red, green});
     pictures_.add_bmp("b.bmp", 2, 1, {green, red});
     open_dialog(2, 1, 3);
@@ -298,7 +298,7 @@ TEST_F(AddFramesTest, TheTopLeftPixelIsTransparentUntilOneIsPicked) {
     EXPECT_EQ(transparent(), red);
 }
 
-TEST_F(AddFramesTest, WhileArmedTheColourUnderThePointerIsFollowed) {
+TEST_F(AddFramesTest, ArmedPickerShowsTheColourUnderThePointer) {
     pictures_.add_bmp("a.bmp", 2, 1, {red, green});
     open_dialog(2, 1, 2);
     click_line(dialog().File1, 0);
@@ -317,7 +317,7 @@ TEST_F(AddFramesTest, WhileArmedTheColourUnderThePointerIsFollowed) {
     EXPECT_EQ(transparent(), green);
 }
 
-TEST_F(AddFramesTest, AnyButtonPicksAndAPlaceBesideThePictureHasNoColour) {
+TEST_F(AddFramesTest, AnyMouseButtonPicksAndOutsideThePictureIsNoColour) {
     pictures_.add_bmp("a.bmp", 2, 1, {red, green});
     open_dialog(2, 1, 2);
     click_line(dialog().File1, 0);
@@ -332,7 +332,7 @@ TEST_F(AddFramesTest, AnyButtonPicksAndAPlaceBesideThePictureHasNoColour) {
     QTest::mouseRelease(&dialog().Picture1, Qt::RightButton, {}, QPoint(1, 0));
 }
 
-TEST_F(AddFramesTest, ThePlaceUnderThePointerIsRounded) {
+TEST_F(AddFramesTest, PointerPositionIsRoundedHalfToEven) {
     pictures_.add_bmp("a.bmp", 3, 3, {0, 1, 2, 3, 4, 5, 6, 7, 8});
     open_dialog(3, 3, 2);
     click_line(dialog().File1, 0);
@@ -347,7 +347,7 @@ TEST_F(AddFramesTest, ThePlaceUnderThePointerIsRounded) {
     EXPECT_EQ(transparent(), 6); // beside the picture
 }
 
-TEST_F(AddFramesTest, APictureWithoutPixelsHasNoColourToSpeakOf) {
+TEST_F(AddFramesTest, PictureWithoutPixelsHasNoColour) {
     pictures_.add_bmp("a.bmp", 1, 1, {make_colour(1, 2, 3)});
     const std::string empty = pictures_.write("b.bmp", test::bmp_header(1, 1, 24));
     services_.pictures[empty] = test::surface_of(0, 0, {})->Image();
@@ -359,7 +359,7 @@ TEST_F(AddFramesTest, APictureWithoutPixelsHasNoColourToSpeakOf) {
     EXPECT_EQ(spoken_transparent(), "No color");
 }
 
-TEST_F(AddFramesTest, ASecondClickOnPickDisarmsItAndTheLastColourStays) {
+TEST_F(AddFramesTest, SecondClickOnPickDisarmsItAndKeepsTheColour) {
     pictures_.add_bmp("a.bmp", 2, 1, {red, green});
     open_dialog(2, 1, 2);
     click_line(dialog().File1, 0);
@@ -373,7 +373,7 @@ TEST_F(AddFramesTest, ASecondClickOnPickDisarmsItAndTheLastColourStays) {
     EXPECT_EQ(transparent(), green);
 }
 
-TEST_F(AddFramesTest, WithoutThePickerClicksOnFilesDoNotChangeTheColour) {
+TEST_F(AddFramesTest, ClicksOnFilesKeepTheColourWhenThePickerIsDisabled) {
     pictures_.add_plain_bmp("a.bmp", 4, 4, red);
     open_dialog();
     const Colour before = transparent();
@@ -386,7 +386,7 @@ TEST_F(AddFramesTest, WithoutThePickerClicksOnFilesDoNotChangeTheColour) {
 
 // The import.
 
-TEST_F(AddFramesTest, WithNothingSelectedOkAsksForPicturesAndTheDialogStays) {
+TEST_F(AddFramesTest, OkWithoutASelectionAsksForPicturesAndStaysOpen) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
     open_dialog();
     import();
@@ -395,7 +395,7 @@ TEST_F(AddFramesTest, WithNothingSelectedOkAsksForPicturesAndTheDialogStays) {
     EXPECT_TRUE(dialog().isEnabled());
 }
 
-TEST_F(AddFramesTest, SelectedPicturesBecomeFramesAndTheCommandsAreReleased) {
+TEST_F(AddFramesTest, ImportAddsFramesAndEnablesTheCommands) {
     pictures_.add_plain_bmp("a.bmp", 4, 4, red);
     pictures_.add_plain_bmp("b.bmp", 4, 4, 0x123456);
     pictures_.add_plain_bmp("c.bmp", 4, 4, green);
@@ -418,7 +418,7 @@ TEST_F(AddFramesTest, SelectedPicturesBecomeFramesAndTheCommandsAreReleased) {
     EXPECT_EQ(coordinator_->form6(), nullptr);
 }
 
-TEST_F(AddFramesTest, ResizedPicturesTakeTheSpritesSize) {
+TEST_F(AddFramesTest, ResizedPicturesGetTheSpritesSize) {
     pictures_.add_plain_bmp("a.bmp", 3, 5, red);
     open_dialog(8, 8);
     select({0});
@@ -429,7 +429,7 @@ TEST_F(AddFramesTest, ResizedPicturesTakeTheSpritesSize) {
     EXPECT_EQ(text(main().ellabel7.Caption()), "8 x 8");
 }
 
-TEST_F(AddFramesTest, SettingTheSpriteChangesItsLabelsBeforeAnyPictureIsReadAndAnAbortLeavesThem) {
+TEST_F(AddFramesTest, SettingTheSpriteSizeUpdatesTheLabelsEvenWhenAborted) {
     pictures_.add_plain_bmp("a.bmp", 25, 6, red);
     open_dialog(8, 8);
     select({0});
@@ -451,7 +451,7 @@ TEST_F(AddFramesTest, SettingTheSpriteChangesItsLabelsBeforeAnyPictureIsReadAndA
     EXPECT_TRUE(main().isEnabled());
 }
 
-TEST_F(AddFramesTest, TheProgressDialogCountsBothPassesAndNeverQuiteFills) {
+TEST_F(AddFramesTest, ProgressCountsBothPassesAndNeverQuiteFills) {
     for (const char* name : {"a.bmp", "b.bmp", "c.bmp"}) {
         pictures_.add_plain_bmp(name, 4, 4, red);
     }
@@ -475,7 +475,7 @@ TEST_F(AddFramesTest, TheProgressDialogCountsBothPassesAndNeverQuiteFills) {
     EXPECT_EQ(values.back(), 5); // the last yield is within the sixth step
 }
 
-TEST_F(AddFramesTest, TheProgressDialogTellsThePhaseAndTheStepAndNobodyElseTakesInput) {
+TEST_F(AddFramesTest, ProgressShowsPhaseAndStepWhileOtherWindowsAreDisabled) {
     pictures_.add_plain_bmp("a.bmp", 4, 4, red);
     open_dialog();
     select({0});
@@ -514,7 +514,7 @@ class PaintedLines : public QObject {
     ListBox& list_;
 };
 
-TEST_F(AddFramesTest, TheFrameListShowsEachLineWhileTheImportRuns) {
+TEST_F(AddFramesTest, FrameListShowsEachLineDuringTheImport) {
     for (const char* name : {"a.bmp", "b.bmp", "c.bmp"}) {
         pictures_.add_plain_bmp(name, 4, 4, red);
     }
@@ -576,7 +576,7 @@ class WindowChanges {
     QMetaObject::Connection connection_;
 };
 
-TEST_F(AddFramesTest, EachFrameIsToldInTheCaptionThenInTheListThenOnTheBar) {
+TEST_F(AddFramesTest, EachFrameUpdatesTheCaptionThenTheListThenTheBar) {
     for (const char* name : {"a.bmp", "b.bmp", "c.bmp"}) {
         pictures_.add_plain_bmp(name, 4, 4, red);
     }
@@ -593,7 +593,7 @@ TEST_F(AddFramesTest, EachFrameIsToldInTheCaptionThenInTheListThenOnTheBar) {
                                   "line Frame 0", "bar 3", "Label2 Frame 2", "line Frame 1", "bar 4"}));
 }
 
-TEST_F(AddFramesTest, CancelWhileTheLastPictureIsAddedStillTellsOfSuccess) {
+TEST_F(AddFramesTest, CancelDuringTheLastPictureStillReportsSuccess) {
     for (const char* name : {"a.bmp", "b.bmp"}) {
         pictures_.add_plain_bmp(name, 4, 4, red);
     }
@@ -610,7 +610,7 @@ TEST_F(AddFramesTest, CancelWhileTheLastPictureIsAddedStillTellsOfSuccess) {
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 2);
 }
 
-TEST_F(AddFramesTest, ImportingTwiceKeepsTheOldLinesAndDrawsNothingBehindTheFrames) {
+TEST_F(AddFramesTest, SecondImportKeepsOldLinesAndDrawsNothingPastTheFrames) {
     pictures_.add_plain_bmp("a.bmp", 4, 4, red);
     pictures_.add_plain_bmp("b.bmp", 4, 4, green);
     open_dialog();
@@ -626,7 +626,7 @@ TEST_F(AddFramesTest, ImportingTwiceKeepsTheOldLinesAndDrawsNothingBehindTheFram
     EXPECT_EQ(failures_, std::vector<std::string>());
 }
 
-TEST_F(AddFramesTest, APictureThatDoesNotDecodeIsFatal) {
+TEST_F(AddFramesTest, UndecodablePictureIsAFatalError) {
     pictures_.write("a.bmp", test::bmp_header(4, 4, 24)); // passes the probe, but the loader does not know it
     open_dialog();
     select({0});
@@ -635,7 +635,7 @@ TEST_F(AddFramesTest, APictureThatDoesNotDecodeIsFatal) {
 
 // Where the browser starts.
 
-TEST_F(AddFramesTest, TheBrowserStartsAtTheSpritesFolderAndThenWhereItWasLeft) {
+TEST_F(AddFramesTest, BrowserStartsAtTheSpritesFolderThenAtTheLastFolder) {
     open(write_sprite("sprite.spr", 1));
     click(main().elboton4);
     EXPECT_EQ(dialog().Dir1.Path(), folder_.path());
@@ -646,14 +646,14 @@ TEST_F(AddFramesTest, TheBrowserStartsAtTheSpritesFolderAndThenWhereItWasLeft) {
     EXPECT_EQ(dialog().Dir1.Path(), pictures_.path());
 }
 
-TEST_F(AddFramesTest, TheBrowserStartsAtTheRootForASpriteThatLiesThere) {
+TEST_F(AddFramesTest, BrowserStartsAtTheRootForASpriteInTheRoot) {
     open(write_sprite("sprite.spr", 1));
     main().eltexto1.SetText("/x.spr");
     click(main().elboton4);
     EXPECT_EQ(dialog().Dir1.Path(), "/");
 }
 
-TEST_F(AddFramesTest, BothSeparatorsEndTheSpritesFolder) {
+TEST_F(AddFramesTest, SpritesFolderEndsAtASlashOrBackslash) {
     open(write_sprite("sprite.spr", 1));
     main().eltexto1.SetText(QString::fromStdString(folder_.path() + "\\x.spr"));
     click(main().elboton4);
@@ -664,7 +664,7 @@ TEST_F(AddFramesTest, BothSeparatorsEndTheSpritesFolder) {
 
 class ProgressTest : public AddFramesTest {};
 
-TEST_F(ProgressTest, StartsWithTheMark0AndCancelSetsItOnce) {
+TEST_F(ProgressTest, AbortFlagIs0AndCancelSetsItOnce) {
     Form6 dialog;
     dialog.show_over(main());
     EXPECT_EQ(dialog.size(), QSize(351, 110));
@@ -685,7 +685,7 @@ TEST_F(ProgressTest, StartsWithTheMark0AndCancelSetsItOnce) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ProgressTest, AfterAJobTheNextOpeningReads0Again) {
+TEST_F(ProgressTest, AbortFlagIs0AgainAtTheNextJob) {
     pictures_.add_plain_bmp("a.bmp", 4, 4, red);
     open_dialog();
     select({0});

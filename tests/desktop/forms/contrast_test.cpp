@@ -295,14 +295,14 @@ class ContrastTest : public EveryWindowTest {
     }
 };
 
-TEST(Contrast, IsAsWcagReckonsIt) {
+TEST(Contrast, RatioMatchesWcag) {
     EXPECT_DOUBLE_EQ(contrast(qRgb(255, 255, 255), qRgb(0, 0, 0)), 21);
     EXPECT_DOUBLE_EQ(contrast(qRgb(0, 0, 0), qRgb(255, 255, 255)), 21);
     EXPECT_DOUBLE_EQ(contrast(qRgb(9, 9, 9), qRgb(9, 9, 9)), 1);
     EXPECT_NEAR(contrast(qRgb(0x76, 0x76, 0x76), qRgb(255, 255, 255)), 4.54, 0.005);
 }
 
-TEST_F(ContrastTest, OfEveryTextIsInTheTableAndFallsShortOnlyForAReason) {
+TEST_F(ContrastTest, TableListsEveryTextAndGivesReasonsForLowContrast) {
     Table table;
     in_every_window([&](const std::string& state, Form& window) {
         table.add(window, state);

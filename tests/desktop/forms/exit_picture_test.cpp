@@ -70,7 +70,7 @@ std::array<double, 3> fire_at(double distance) {
     return colour;
 }
 
-TEST(ExitPicture, IsAStripOfFilmWithTwoRowsOfHoles) {
+TEST(ExitPicture, ShowsAStripOfFilmWithTwoRowsOfHoles) {
     const QImage image = drawn_picture();
     for (int y = 0; y < title_top; ++y) {
         for (int x = 0; x < width; ++x) {
@@ -85,7 +85,7 @@ TEST(ExitPicture, IsAStripOfFilmWithTwoRowsOfHoles) {
     }
 }
 
-TEST(ExitPicture, AnExplosionGrowsFromFrameToFrame) {
+TEST(ExitPicture, ExplosionGrowsFromFrameToFrame) {
     // Qt takes gradients from a table of 1024 colours, whose steps differ from the exact colour by this much.
     constexpr double most_difference = 1.5;
     const QImage image = drawn_picture();
@@ -117,7 +117,7 @@ QRect extent_of(const QImage& image, const QColor& colour) {
     return extent;
 }
 
-TEST(ExitPicture, TheTitleEndsBelowTheFilmWithTheLastFrame) {
+TEST(ExitPicture, TitleIsBelowTheFilmAndEndsWithTheLastFrame) {
     // A title of letters 34 pixels high, in the middle of what is below the film.
     QImage alone(width, height, QImage::Format_RGB32);
     alone.fill(Qt::black);
@@ -133,7 +133,7 @@ TEST(ExitPicture, TheTitleEndsBelowTheFilmWithTheLastFrame) {
     EXPECT_EQ(extent_of(drawn_picture(), light), extent_of(alone, light));
 }
 
-TEST(ExitPicture, TheTitleHasAShadowTwoPixelsToTheLowerRight) {
+TEST(ExitPicture, TitleHasAShadowTwoPixelsToTheLowerRight) {
     const QImage image = drawn_picture();
     const QColor light = theme::to_qcolor(theme::light_text);
     const QRect letters = extent_of(image, light);
@@ -149,7 +149,7 @@ TEST(ExitPicture, TheTitleHasAShadowTwoPixelsToTheLowerRight) {
     }
 }
 
-TEST(ExitPicture, TheFormShowsItAsItIsDrawn) {
+TEST(ExitPicture, FormShowsTheDrawingUnchanged) {
     Form9 form;
     EXPECT_EQ(form.size(), QSize(width, height));
     EXPECT_EQ(form.grab().toImage().convertToFormat(QImage::Format_RGB32), drawn_picture());

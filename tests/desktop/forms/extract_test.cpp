@@ -72,7 +72,7 @@ TEST_F(ExtractTest, StandsAsDesignedWithBmpSet) {
     EXPECT_EQ(dialog().elframe1.geometry(), dialog().elframe2.geometry());
 }
 
-TEST_F(ExtractTest, PcxAndThenBmpHidesCompressedAgainAndSets24Bpp) {
+TEST_F(ExtractTest, SwitchingBackToBmpHidesCompressedAndSets24Bpp) {
     open_sprite(1);
     open_dialog();
     click(dialog().elradio1[2]);
@@ -95,7 +95,7 @@ TEST_F(ExtractTest, PcxAndThenBmpHidesCompressedAgainAndSets24Bpp) {
     EXPECT_TRUE(dialog().elradio2[1].Value());
 }
 
-TEST_F(ExtractTest, AnotherFormatTurnsCompressedOff) {
+TEST_F(ExtractTest, ChangingTheFormatUnchecksCompressed) {
     open_sprite(1);
     open_dialog();
     click(dialog().elradio1[1]);
@@ -104,7 +104,7 @@ TEST_F(ExtractTest, AnotherFormatTurnsCompressedOff) {
     EXPECT_FALSE(dialog().elcheck1.Value());
 }
 
-TEST_F(ExtractTest, EightBitsCannotBeChosen) {
+TEST_F(ExtractTest, EightBitDepthCannotBeChosen) {
     open_sprite(1);
     open_dialog();
     EXPECT_FALSE(dialog().elradio2[0].Enabled());
@@ -117,7 +117,7 @@ TEST_F(ExtractTest, EightBitsCannotBeChosen) {
     EXPECT_FALSE(dialog().elradio2[0].Enabled());
 }
 
-TEST_F(ExtractTest, EachGroupKeepsOneSet) {
+TEST_F(ExtractTest, EachGroupHasExactlyOneChecked) {
     open_sprite(1);
     open_dialog();
     dialog().elradio2[0].SetValue(true);
@@ -132,7 +132,7 @@ TEST_F(ExtractTest, EachGroupKeepsOneSet) {
     EXPECT_EQ(set_of(dialog().elradio3), "x--");
 }
 
-TEST_F(ExtractTest, WithNoLineSelectedNothingIsWrittenAndTheDialogsClose) {
+TEST_F(ExtractTest, OkWithoutASelectionWritesNothingAndCloses) {
     open_sprite(3);
     main().List1.SetSelected(0, false);
     extract();
@@ -155,7 +155,7 @@ TEST_F(ExtractTest, WritesTheSelectedFramesUnderTheSpritesName) {
     EXPECT_EQ(services_.messages, std::vector<std::string>());
 }
 
-TEST_F(ExtractTest, ANewSpriteNeverSavedTakesItsNameFromWhatWasTyped) {
+TEST_F(ExtractTest, UnsavedSpriteUsesTheTypedName) {
     open_sprite(1);
     main().eltexto1.SetText("typed");
     extract();
@@ -181,7 +181,7 @@ TEST_F(ExtractTest, FormatAndCompressionReachTheWriters) {
     EXPECT_EQ(tga[2], 2); // plain
 }
 
-TEST_F(ExtractTest, SkipAskAndOverwriteDoWhatTheySay) {
+TEST_F(ExtractTest, SkipAskAndOverwriteTreatExistingFiles) {
     open_sprite(1);
     const std::string file = folder_.write("out/sprite_0.bmp", std::vector<std::uint8_t>{1, 2, 3});
     const auto extract_with = [&](std::size_t choice) {
@@ -200,7 +200,7 @@ TEST_F(ExtractTest, SkipAskAndOverwriteDoWhatTheySay) {
     EXPECT_EQ(services_.questions.size(), 1U);
 }
 
-TEST_F(ExtractTest, AskWithTheAnswerNoLeavesTheOldFileAndGoesOnToTheNextLine) {
+TEST_F(ExtractTest, AskAnsweredNoKeepsTheFileAndContinues) {
     open_sprite(2);
     select_all();
     folder_.write("out/sprite_0.bmp", std::vector<std::uint8_t>{1, 2, 3});
@@ -211,7 +211,7 @@ TEST_F(ExtractTest, AskWithTheAnswerNoLeavesTheOldFileAndGoesOnToTheNextLine) {
     EXPECT_EQ(written(), (std::vector<std::string>{"sprite_0.bmp", "sprite_1.bmp"}));
 }
 
-TEST_F(ExtractTest, SkipWithAllFilesPresentWritesNothingAndTheBarStillFills) {
+TEST_F(ExtractTest, SkipWithAllFilesPresentWritesNothingAndFillsTheBar) {
     open_sprite(3);
     select_all();
     for (const int number : {0, 1, 2}) {
@@ -232,7 +232,7 @@ TEST_F(ExtractTest, SkipWithAllFilesPresentWritesNothingAndTheBarStillFills) {
     EXPECT_EQ(test::read_file(out_ + "/sprite_2.bmp"), std::vector<std::uint8_t>{7});
 }
 
-TEST_F(ExtractTest, WithTheOrder102TheWalkJumpsOverFrame0) {
+TEST_F(ExtractTest, FrameOrder102SkipsFrame0) {
     open_sprite(3);
     click(main().Label2); // frame 0 down
     ASSERT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
@@ -241,7 +241,7 @@ TEST_F(ExtractTest, WithTheOrder102TheWalkJumpsOverFrame0) {
     EXPECT_EQ(written(), (std::vector<std::string>{"sprite_1.bmp", "sprite_2.bmp"}));
 }
 
-TEST_F(ExtractTest, TheProgressDialogTellsTheFileAndItsOpenerIsDisabled) {
+TEST_F(ExtractTest, ProgressShowsTheFileWhileTheOpenerIsDisabled) {
     open_sprite(2);
     select_all();
     std::vector<std::string> seen;
@@ -258,7 +258,7 @@ TEST_F(ExtractTest, TheProgressDialogTellsTheFileAndItsOpenerIsDisabled) {
     EXPECT_FALSE(opener_enabled);
 }
 
-TEST_F(ExtractTest, CancelIsHeardAndEndsTheWalkAtTheNextLine) {
+TEST_F(ExtractTest, CancelStopsAtTheNextLine) {
     open_sprite(5);
     select_all();
     services_.on_yield = [&] {
@@ -275,7 +275,7 @@ TEST_F(ExtractTest, CancelIsHeardAndEndsTheWalkAtTheNextLine) {
 
 // Position 0 holds frame 1 and position 1 frame 0: with line 1 alone selected, the walk goes from 1 back to
 // it again.
-TEST_F(ExtractTest, CancelEndsAWalkThatTurnsInACircle) {
+TEST_F(ExtractTest, CancelStopsAnEndlessExtraction) {
     open_sprite(2);
     click(main().Label2);
     ASSERT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0}));
@@ -292,7 +292,7 @@ TEST_F(ExtractTest, CancelEndsAWalkThatTurnsInACircle) {
     EXPECT_EQ(written(), std::vector<std::string>{"sprite_0.bmp"});
 }
 
-TEST_F(ExtractTest, WithoutAFolderItAsksForOneAndOpensTheFolderDialog) {
+TEST_F(ExtractTest, OkWithoutAFolderAsksForOneAndOpensTheFolderDialog) {
     open_sprite(1);
     open_dialog();
     click(dialog().elboton2);
@@ -305,7 +305,7 @@ TEST_F(ExtractTest, WithoutAFolderItAsksForOneAndOpensTheFolderDialog) {
     EXPECT_EQ(text(dialog().eltexto1.Text()), "");
 }
 
-TEST_F(ExtractTest, AFolderThatDoesNotExistHasItsMessage) {
+TEST_F(ExtractTest, MissingFolderShowsAMessage) {
     open_sprite(1);
     open_dialog();
     ui_driver::type_into(dialog().eltexto1, QString::fromStdString(folder_.file("none")));
@@ -314,7 +314,7 @@ TEST_F(ExtractTest, AFolderThatDoesNotExistHasItsMessage) {
     EXPECT_NE(coordinator_->form5(), nullptr);
 }
 
-TEST_F(ExtractTest, TheFolderDialogsOkGoesIntoTheBoxAndIsRememberedForTheRun) {
+TEST_F(ExtractTest, FolderDialogOkFillsTheBoxAndIsRemembered) {
     open_sprite(1);
     open_dialog();
     click(dialog().elboton1);
@@ -333,7 +333,7 @@ TEST_F(ExtractTest, TheFolderDialogsOkGoesIntoTheBoxAndIsRememberedForTheRun) {
     EXPECT_EQ(text(dialog().eltexto1.Text()), out_);
 }
 
-TEST_F(ExtractTest, TheFolderDialogOpensOnTheRememberedFolderAndNotOnTheTypedOne) {
+TEST_F(ExtractTest, FolderDialogOpensAtTheRememberedNotTheTypedFolder) {
     open_sprite(1);
     hlspr::ExtractFolder = out_;
     open_dialog();
@@ -342,7 +342,7 @@ TEST_F(ExtractTest, TheFolderDialogOpensOnTheRememberedFolderAndNotOnTheTypedOne
     EXPECT_EQ(coordinator_->form5()->Dir1.Path(), out_);
 }
 
-TEST_F(ExtractTest, WithoutAFolderInTheBoxTheFolderDialogDoesNotOpenOnTheRememberedOne) {
+TEST_F(ExtractTest, FolderDialogIgnoresTheRememberedFolderIfTheBoxIsEmpty) {
     open_sprite(1);
     hlspr::ExtractFolder = out_;
     open_dialog();
@@ -357,7 +357,7 @@ TEST_F(ExtractTest, WithoutAFolderInTheBoxTheFolderDialogDoesNotOpenOnTheRemembe
     }
 }
 
-TEST_F(ExtractTest, AFolderThatWasTypedIsNotRemembered) {
+TEST_F(ExtractTest, TypedFolderIsNotRemembered) {
     open_sprite(1);
     extract();
     EXPECT_EQ(written().size(), 1U);
@@ -366,14 +366,14 @@ TEST_F(ExtractTest, AFolderThatWasTypedIsNotRemembered) {
     EXPECT_EQ(text(dialog().eltexto1.Text()), "");
 }
 
-TEST_F(ExtractTest, AtFirstTheFolderDialogOpensAtTheSpritesFolder) {
+TEST_F(ExtractTest, FolderDialogFirstOpensAtTheSpritesFolder) {
     open_sprite(1);
     open_dialog();
     click(dialog().elboton1);
     EXPECT_EQ(coordinator_->form5()->Dir1.Path(), folder_.path());
 }
 
-TEST_F(ExtractTest, ARememberedFolderThatIsGoneFails) {
+TEST_F(ExtractTest, DeletedRememberedFolderFails) {
     open_sprite(1);
     hlspr::ExtractFolder = folder_.file("gone");
     open_dialog();

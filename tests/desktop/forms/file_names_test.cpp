@@ -40,7 +40,7 @@ class FileNamesTest : public EditorTest {
     const std::string odd_folder_ = pictures_.file("p\xFE");
 };
 
-TEST_F(FileNamesTest, APictureIsListedClickedAndImported) {
+TEST_F(FileNamesTest, PictureIsListedClickedAndImported) {
     pictures_.add_plain_bmp("p\xFE/a\xFF.bmp", 4, 4, red);
     open_import();
     ASSERT_EQ(dialog().File1.ListCount(), 1);
@@ -54,14 +54,14 @@ TEST_F(FileNamesTest, APictureIsListedClickedAndImported) {
     EXPECT_EQ(shown(), red);
 }
 
-TEST_F(FileNamesTest, ABadPictureIsNamedByItsBytes) {
+TEST_F(FileNamesTest, BadPictureIsNamedByItsBytes) {
     pictures_.write("p\xFE/a\xFF.bmp", std::vector<std::uint8_t>{0});
     open_import();
     click_line(dialog().File1, 0);
     EXPECT_EQ(services_.messages, std::vector<std::string>{"File: a\xFF.bmp Bad Format/Corrupt."});
 }
 
-TEST_F(FileNamesTest, ADriveOfSuchANameIsOpened) {
+TEST_F(FileNamesTest, DriveIsOpened) {
     open_import();
     DriveList& drives = dialog().Drive1;
     drives.AddItem("stick");
@@ -72,7 +72,7 @@ TEST_F(FileNamesTest, ADriveOfSuchANameIsOpened) {
     EXPECT_EQ(dialog().File1.Path(), odd_folder_);
 }
 
-TEST_F(FileNamesTest, FramesAreExportedToAFolderOfSuchAName) {
+TEST_F(FileNamesTest, FramesAreExportedToAFolder) {
     open(write_sprite("\xFC.spr", 1));
     click(main().elboton6);
     click(coordinator_->form3()->elboton1);
@@ -84,7 +84,7 @@ TEST_F(FileNamesTest, FramesAreExportedToAFolderOfSuchAName) {
     EXPECT_EQ(names_in_odd_folder(), std::vector<std::string>{"\xFC_0.bmp"});
 }
 
-TEST_F(FileNamesTest, TheRememberedFolderOfSuchANameIsShownAgain) {
+TEST_F(FileNamesTest, RememberedFolderIsShownAgain) {
     open_sprite(1);
     hlspr::ExtractFolder = odd_folder_;
     click(main().elboton6);
@@ -93,7 +93,7 @@ TEST_F(FileNamesTest, TheRememberedFolderOfSuchANameIsShownAgain) {
     EXPECT_EQ(coordinator_->form5()->Dir1.Path(), odd_folder_);
 }
 
-TEST_F(FileNamesTest, ASpriteIsOpenedAndSavedUnderItsOwnBytes) {
+TEST_F(FileNamesTest, SpriteIsOpenedAndSavedUnderTheSameBytes) {
     const std::string path = pictures_.file("p\xFE/s\xFF.spr");
     std::filesystem::copy_file(write_sprite("sprite.spr", 2), path);
     open(path);
@@ -107,7 +107,7 @@ TEST_F(FileNamesTest, ASpriteIsOpenedAndSavedUnderItsOwnBytes) {
     EXPECT_EQ(names_in_odd_folder(), std::vector<std::string>{"s\xFF.spr"});
 }
 
-TEST_F(FileNamesTest, TheQuestionAboutChangesHasTheBytesOfThePath) {
+TEST_F(FileNamesTest, UnsavedChangesQuestionShowsTheBytesOfThePath) {
     const std::string path = write_sprite("s\xFF.spr", 1);
     open(path);
     click(main().elboton7);
@@ -117,7 +117,7 @@ TEST_F(FileNamesTest, TheQuestionAboutChangesHasTheBytesOfThePath) {
               std::vector<std::string>{"¿ Do you want to save changes in " + path + " ?"});
 }
 
-TEST_F(FileNamesTest, TheBrowserStartsAtASpritesFolderOfSuchAName) {
+TEST_F(FileNamesTest, BrowserStartsAtTheSpritesFolder) {
     const std::string path = pictures_.file("p\xFE/s.spr");
     std::filesystem::copy_file(write_sprite("sprite.spr", 1), path);
     open(path);
@@ -125,7 +125,7 @@ TEST_F(FileNamesTest, TheBrowserStartsAtASpritesFolderOfSuchAName) {
     EXPECT_EQ(dialog().Dir1.Path(), odd_folder_);
 }
 
-TEST_F(FileNamesTest, AByteThatIsNoUtf8IsDrawnAsOneCharacter) {
+TEST_F(FileNamesTest, InvalidUtf8ByteIsDrawnAsOneCharacter) {
     const auto drawn_width = [](const QString& words) {
         QLabel label(words);
         return label.sizeHint().width();

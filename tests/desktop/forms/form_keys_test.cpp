@@ -91,7 +91,7 @@ TEST_F(FormKeysTest, ShortcutWithOtherModifiersIsAnotherKey) {
     EXPECT_EQ(clicks_, 0);
 }
 
-TEST_F(FormKeysTest, EnterOfTheKeypadCountsAsReturn) {
+TEST_F(FormKeysTest, KeypadEnterActsAsReturn) {
     keys_.add({plain_key(Qt::Key_Return, control_)});
     press(Qt::Key_Enter, Qt::KeypadModifier);
     EXPECT_EQ(clicks_, 1);
@@ -162,7 +162,7 @@ TEST_F(FormKeysTest, HeldShortcutActsOnce) {
     EXPECT_EQ(field_.text(), "");
 }
 
-TEST_F(FormKeysTest, HeldKeyThatRepeatsActsAgain) {
+TEST_F(FormKeysTest, RepeatingKeyActsAgainWhileHeld) {
     FormKey key = shortcut(Qt::CTRL | Qt::Key_N, control_);
     key.repeats = true;
     keys_.add({key});
@@ -198,7 +198,7 @@ TEST_F(FormKeysTest, PlainKeyComesAfterTheFocusedControl) {
     EXPECT_EQ(clicks_, 0);
 }
 
-TEST_F(FormKeysTest, PlainKeyThatTheFocusedControlLeavesIsTheForms) {
+TEST_F(FormKeysTest, PlainKeyThatTheFocusedControlIgnoresReachesTheForm) {
     keys_.add({plain_key(Qt::Key_Return, control_), plain_key(Qt::Key_Escape, control_)});
     int expected = 0;
     for (QWidget* widget :
@@ -211,7 +211,7 @@ TEST_F(FormKeysTest, PlainKeyThatTheFocusedControlLeavesIsTheForms) {
     }
 }
 
-TEST_F(FormKeysTest, PlainKeyIsTheFormsWhereNothingHasTheFocus) {
+TEST_F(FormKeysTest, PlainKeyReachesTheFormWithoutAFocus) {
     keys_.add({plain_key(Qt::Key_Space, control_)});
     ASSERT_EQ(QApplication::focusWidget() == nullptr ? nullptr : window_.focusWidget(),
               QApplication::focusWidget());
@@ -245,7 +245,7 @@ TEST_F(FormKeysTest, KeyWhoseConditionIsFalseReachesTheFocusedControl) {
     EXPECT_EQ(clicks_, 1);
 }
 
-TEST_F(FormKeysTest, FirstOfTwoKeysAlikeCountsWhoseConditionHolds) {
+TEST_F(FormKeysTest, FirstOfTwoEqualKeysWithATrueConditionActs) {
     std::string acted;
     bool armed = false;
     keys_.add(
@@ -257,13 +257,13 @@ TEST_F(FormKeysTest, FirstOfTwoKeysAlikeCountsWhoseConditionHolds) {
     EXPECT_EQ(acted, "second first ");
 }
 
-TEST_F(FormKeysTest, FailureOfAKeyPassesNoFrameOfQt) {
+TEST_F(FormKeysTest, FailureOfAKeyDoesNotPassThroughQt) {
     keys_.add({{Qt::CTRL | Qt::Key_N, &control_, [] { fail(Failure::DivisionByZero); }}});
     press(Qt::Key_N, Qt::ControlModifier);
     EXPECT_EQ(failures_, std::vector<std::string>{"DivisionByZero"});
 }
 
-TEST_F(FormKeysTest, AssistiveTechnologyIsToldTheFirstKeyOfAControl) {
+TEST_F(FormKeysTest, FirstKeyOfAControlIsReportedToAssistiveTechnology) {
     keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_), shortcut(Qt::ALT | Qt::Key_N, control_)});
     QAccessibleInterface& described = *QAccessible::queryAccessibleInterface(&control_);
     EXPECT_EQ(described.text(QAccessible::Accelerator), "Ctrl+N");
@@ -272,7 +272,7 @@ TEST_F(FormKeysTest, AssistiveTechnologyIsToldTheFirstKeyOfAControl) {
     EXPECT_EQ(actions.keyBindingsForAction(QAccessibleActionInterface::toggleAction()), QStringList{});
 }
 
-TEST_F(FormKeysTest, AssistiveTechnologyIsNotToldAKeyWithACondition) {
+TEST_F(FormKeysTest, ConditionalKeyIsNotReportedToAssistiveTechnology) {
     keys_.add({plain_key(Qt::Key_Space, control_, [] { return true; })});
     QAccessibleInterface& described = *QAccessible::queryAccessibleInterface(&control_);
     EXPECT_EQ(described.text(QAccessible::Accelerator), "");

@@ -200,7 +200,7 @@ TEST_F(KeyboardTest, NoKeyClicksAnythingBehindAMessageBox) {
     });
 }
 
-TEST_F(KeyboardTest, NoHeldKeyActsAgainButThePickersArrows) {
+TEST_F(KeyboardTest, OnlyThePickersArrowsRepeatWhileHeld) {
     with_each_key([&](Form& form, const FormKey& key, const std::string& what) {
         const Clicks clicks(*key.control);
         QKeyEvent repeated(QEvent::KeyPress, key.combination.key(), key.combination.keyboardModifiers(),
@@ -211,7 +211,7 @@ TEST_F(KeyboardTest, NoHeldKeyActsAgainButThePickersArrows) {
     });
 }
 
-TEST_F(KeyboardTest, EveryControlThatIsClickedHasAKey) {
+TEST_F(KeyboardTest, EveryClickableControlHasAKey) {
     for (const Window& window : windows()) {
         const std::unique_ptr<Form> form = window.make();
         std::set<const QWidget*> with_key;
@@ -232,7 +232,7 @@ TEST_F(KeyboardTest, EveryControlThatIsClickedHasAKey) {
     }
 }
 
-TEST_F(KeyboardTest, NoWindowHasTwoUsesOfAKeyAtATime) {
+TEST_F(KeyboardTest, NoWindowUsesAKeyTwice) {
     for (const Window& window : windows()) {
         const std::unique_ptr<Form> form = window.make();
         std::set<std::string> said;
@@ -269,7 +269,7 @@ std::vector<std::vector<std::string>> table_under(const std::string& document, c
     return rows;
 }
 
-TEST_F(KeyboardTest, TheDocumentListsEveryKeyAndNoOther) {
+TEST_F(KeyboardTest, AccessDocumentListsExactlyTheKeys) {
     std::multiset<std::string> actual;
     for (const Window& window : windows()) {
         const std::unique_ptr<Form> form = window.make();
@@ -290,7 +290,7 @@ TEST_F(KeyboardTest, TheDocumentListsEveryKeyAndNoOther) {
     EXPECT_EQ(listed, actual);
 }
 
-TEST_F(KeyboardTest, TheGuideNamesEveryKeyOfEachWindowAndNoOther) {
+TEST_F(KeyboardTest, GuideListsExactlyTheKeysOfEachWindow) {
     const std::regex named("(Ctrl\\+|Alt\\+|Shift\\+)?(Return|Esc|Space|Left|Right|Up|Down|[A-Z])\\b");
     std::map<std::string, std::set<std::string>> listed;
     for (const std::vector<std::string>& row : table_under("guide.md", "### Keys")) {
@@ -310,7 +310,7 @@ TEST_F(KeyboardTest, TheGuideNamesEveryKeyOfEachWindowAndNoOther) {
     EXPECT_EQ(listed, actual);
 }
 
-TEST_F(KeyboardTest, AssistiveTechnologyIsToldTheKeyOfEachKindOfControl) {
+TEST_F(KeyboardTest, KeysAreReportedToAssistiveTechnology) {
     const auto told = [](QWidget& control) {
         return text(QAccessible::queryAccessibleInterface(&control)->text(QAccessible::Accelerator));
     };
@@ -327,7 +327,7 @@ TEST_F(KeyboardTest, AssistiveTechnologyIsToldTheKeyOfEachKindOfControl) {
 
 // The main window.
 
-TEST_F(KeyboardTest, MainWindowOpensItsDialogsAndHasNoKeysBehindThem) {
+TEST_F(KeyboardTest, MainWindowKeysOpenDialogsAndAreIgnoredBehindThem) {
     open_sprite(2);
     press(main(), Qt::Key_N, Qt::ControlModifier);
     ASSERT_NE(coordinator_->form2(), nullptr);
@@ -397,7 +397,7 @@ TEST_F(KeyboardTest, CtrlQEndsTheProgram) {
 
 // The dialogs.
 
-TEST_F(KeyboardTest, NewSpriteTakesReturnInEveryFieldForOk) {
+TEST_F(KeyboardTest, ReturnInEveryFieldOfNewSpriteIsOk) {
     for (int tabs = 0; tabs < 5; ++tabs) {
         press(main(), Qt::Key_N, Qt::ControlModifier);
         ASSERT_NE(coordinator_->form2(), nullptr);
@@ -412,7 +412,7 @@ TEST_F(KeyboardTest, NewSpriteTakesReturnInEveryFieldForOk) {
     }
 }
 
-TEST_F(KeyboardTest, OpenDropDownListTakesReturnAndEscape) {
+TEST_F(KeyboardTest, OpenDropDownListHandlesReturnAndEscape) {
     press(main(), Qt::Key_N, Qt::ControlModifier);
     Form2& dialog = *coordinator_->form2();
     ui_driver::settle();
@@ -429,7 +429,7 @@ TEST_F(KeyboardTest, OpenDropDownListTakesReturnAndEscape) {
     }
 }
 
-TEST_F(KeyboardTest, FolderListTakesReturnAndLeavesItWithCtrl) {
+TEST_F(KeyboardTest, FolderListHandlesReturnButNotCtrlReturn) {
     open_sprite(1);
     press(main(), Qt::Key_E, Qt::ControlModifier);
     press(*coordinator_->form3(), Qt::Key_D, Qt::AltModifier);
@@ -448,7 +448,7 @@ TEST_F(KeyboardTest, FolderListTakesReturnAndLeavesItWithCtrl) {
     EXPECT_EQ(text(coordinator_->form3()->eltexto1.Text()), "/");
 }
 
-TEST_F(KeyboardTest, KeysOfTheFormatShowAndSetTheirChoices) {
+TEST_F(KeyboardTest, FormatKeysShowAndSetTheirChoices) {
     open_sprite(1);
     press(main(), Qt::Key_E, Qt::ControlModifier);
     Form3& dialog = *coordinator_->form3();
@@ -489,7 +489,7 @@ TEST_F(KeyboardTest, PreviewPlaysStopsAndChangesItsSpeed) {
     EXPECT_TRUE(main().isEnabled());
 }
 
-TEST_F(KeyboardTest, SpeedOf0ByTheKeyEndsTheProgram) {
+TEST_F(KeyboardTest, SlowerKeyToSpeed0EndsTheProgram) {
     open_sprite(1);
     main().List1.setFocus();
     press(main(), Qt::Key_Return);
@@ -550,7 +550,7 @@ TEST_F(ImportKeysTest, EscapeDuringTheImportAbortsIt) {
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 2);
 }
 
-TEST_F(ImportKeysTest, SizeQuestionIsAnsweredOnlyWhileItIsOpen) {
+TEST_F(ImportKeysTest, SizeQuestionKeysWorkOnlyWhileItIsOpen) {
     pictures_.add_plain_bmp("a.bmp", 8, 6, red);
     open_dialog();
     press(dialog(), Qt::Key_R, Qt::AltModifier);
@@ -564,7 +564,7 @@ TEST_F(ImportKeysTest, SizeQuestionIsAnsweredOnlyWhileItIsOpen) {
     EXPECT_FALSE(dialog().elradio1[1].Value());
 }
 
-TEST_F(ImportKeysTest, ArmedPickerMovesByArrowsAndTakesByReturn) {
+TEST_F(ImportKeysTest, ArmedPickerMovesByArrowsAndPicksByReturn) {
     pictures_.add_bmp("a.bmp", 3, 2, {red, red, red, red, green, blue});
     open_dialog();
     select_first_file();
@@ -600,7 +600,7 @@ TEST_F(ImportKeysTest, IdlePickerLeavesTheArrowsToTheList) {
     EXPECT_EQ(dialog().File1.ListIndex(), 0);
 }
 
-TEST_F(ImportKeysTest, PickerTakesStepsOf10WithShiftAndStaysInThePicture) {
+TEST_F(ImportKeysTest, PickerMovesBy10WithShiftAndStaysInThePicture) {
     std::vector<Colour> colours(12 * 12, red);
     colours[10 * 12 + 10] = green;
     colours[11 * 12 + 11] = blue;
@@ -621,7 +621,7 @@ TEST_F(ImportKeysTest, PickerTakesStepsOf10WithShiftAndStaysInThePicture) {
     EXPECT_EQ(transparent(), blue);
 }
 
-TEST_F(ImportKeysTest, PickerStaysWhereTheLargePictureIsSeen) {
+TEST_F(ImportKeysTest, PickerStaysInTheVisiblePartOfALargePicture) {
     std::vector<Colour> colours(300, red);
     colours[255] = green;
     colours[299] = blue;
@@ -635,7 +635,7 @@ TEST_F(ImportKeysTest, PickerStaysWhereTheLargePictureIsSeen) {
     EXPECT_EQ(transparent(), green);
 }
 
-TEST_F(ImportKeysTest, PickerGoesOnFromThePointersPlace) {
+TEST_F(ImportKeysTest, PickerContinuesFromThePointer) {
     pictures_.add_bmp("a.bmp", 3, 1, {red, green, blue});
     open_dialog();
     select_first_file();
@@ -646,7 +646,7 @@ TEST_F(ImportKeysTest, PickerGoesOnFromThePointersPlace) {
     EXPECT_EQ(transparent(), blue);
 }
 
-TEST_F(ImportKeysTest, PointerGoesWhereTheArrowsMoveThePicker) {
+TEST_F(ImportKeysTest, PointerFollowsThePickersArrows) {
     pictures_.add_bmp("a.bmp", 3, 1, {red, green, blue});
     open_dialog();
     select_first_file();
@@ -656,7 +656,7 @@ TEST_F(ImportKeysTest, PointerGoesWhereTheArrowsMoveThePicker) {
 }
 
 // The window system tells of a move by the arrows as of any other, and late.
-TEST_F(ImportKeysTest, LateMoveToAnEarlierPlaceOfThePickerIsNoStepBack) {
+TEST_F(ImportKeysTest, LateMoveEventDoesNotMoveThePickerBack) {
     pictures_.add_bmp("a.bmp", 4, 1, {red, green, blue, red});
     open_dialog();
     select_first_file();
@@ -668,7 +668,7 @@ TEST_F(ImportKeysTest, LateMoveToAnEarlierPlaceOfThePickerIsNoStepBack) {
     EXPECT_EQ(transparent(), green);
 }
 
-TEST_F(ImportKeysTest, PickerFollowsThePointerBackToWhereTheArrowsPutIt) {
+TEST_F(ImportKeysTest, PickerFollowsThePointerBackToTheArrowsPosition) {
     pictures_.add_bmp("a.bmp", 4, 1, {red, green, blue, red});
     open_dialog();
     select_first_file();
@@ -683,7 +683,7 @@ TEST_F(ImportKeysTest, PickerFollowsThePointerBackToWhereTheArrowsPutIt) {
     EXPECT_EQ(transparent(), blue);
 }
 
-TEST_F(ImportKeysTest, OpenDropDownListHasTheArrowsWhileThePickerIsArmed) {
+TEST_F(ImportKeysTest, OpenDropDownListGetsTheArrowsWhileThePickerIsArmed) {
     open_dialog();
     press(dialog(), Qt::Key_P, Qt::AltModifier);
     press(dialog(), Qt::Key_T, Qt::AltModifier);

@@ -31,7 +31,7 @@ class MainWindowTest : public EditorTest {
     }
 };
 
-TEST_F(MainWindowTest, StartsEmptyWithOpenAndNewAlone) {
+TEST_F(MainWindowTest, StartsEmptyWithOnlyOpenAndNewEnabled) {
     EXPECT_EQ(enabled_buttons(), at_start);
     EXPECT_EQ(text(main().windowTitle()), "Varnoth 1.0");
     EXPECT_EQ(text(main().elpanel1.Title()), "Varnoth 1.0");
@@ -53,7 +53,7 @@ TEST_F(MainWindowTest, StartsEmptyWithOpenAndNewAlone) {
               "Name:Size:Origin:Type:Render:");
 }
 
-TEST_F(MainWindowTest, ItsLoadClearsTheSharedVariables) {
+TEST_F(MainWindowTest, ConstructionResetsTheGlobalVariables) {
     EXPECT_FALSE(hlspr::UnnamedSprite);
     EXPECT_FALSE(hlspr::SpriteDirty);
     EXPECT_EQ(hlspr::ExtractFolder, "");
@@ -82,7 +82,7 @@ TEST_F(MainWindowTest, OpenShowsTheSpriteAndDrawsItsFirstFrame) {
     }
 }
 
-TEST_F(MainWindowTest, ANameOfEightCharactersShowsItsFirstFour) {
+TEST_F(MainWindowTest, NameWithoutExtensionLosesItsLastFourCharacters) {
     open(write_sprite("abcd.spr", 1));
     EXPECT_EQ(text(main().ellabel8.Caption()), "abcd");
     open(write_sprite("flame.sprite", 1)); // four characters, wherever the dot is
@@ -90,7 +90,7 @@ TEST_F(MainWindowTest, ANameOfEightCharactersShowsItsFirstFour) {
     EXPECT_EQ(failures_, std::vector<std::string>());
 }
 
-TEST_F(MainWindowTest, ANameOfFourCharactersShowsNothingAndAShorterOneIsNotGuardedAgainst) {
+TEST_F(MainWindowTest, NameOfFourCharactersIsEmptyAndAShorterOneFails) {
     open(write_sprite(".spr", 1));
     EXPECT_EQ(text(main().ellabel8.Caption()), "");
     EXPECT_EQ(failures_, std::vector<std::string>());
@@ -98,7 +98,7 @@ TEST_F(MainWindowTest, ANameOfFourCharactersShowsNothingAndAShorterOneIsNotGuard
     EXPECT_EQ(failures_, std::vector<std::string>{"InvalidProcedureCall"});
 }
 
-TEST_F(MainWindowTest, ARefusedFileLeavesTheWindowAsItWas) {
+TEST_F(MainWindowTest, InvalidFileLeavesTheWindowUnchanged) {
     open_sprite(2);
     const std::string path = text(main().eltexto1.Text());
     open(folder_.write("broken.spr", std::vector<std::uint8_t>{1, 2, 3}));
@@ -107,7 +107,7 @@ TEST_F(MainWindowTest, ARefusedFileLeavesTheWindowAsItWas) {
     EXPECT_EQ(text(main().eltexto1.Text()), path);
 }
 
-TEST_F(MainWindowTest, ARefusedFileLeavesTheFlagsToo) {
+TEST_F(MainWindowTest, InvalidFileLeavesTheFlagsUnchanged) {
     make_unnamed_sprite_with_a_frame();
     services_.answer = false;
     open(folder_.write("broken.spr", std::vector<std::uint8_t>{1, 2, 3}));
@@ -123,7 +123,7 @@ TEST_F(MainWindowTest, OpenAndSaveAskTheChooserForSpriteFiles) {
     EXPECT_EQ(services_.filters, std::vector<std::string>(3, "HL Spr File(*.spr)|*.spr"));
 }
 
-TEST_F(MainWindowTest, CancelInTheChooserLeavesAllAsItWasAlsoTheFlags) {
+TEST_F(MainWindowTest, CancelInTheChooserChangesNothing) {
     open_sprite(2);
     click(main().elboton7);
     hlspr::UnnamedSprite = true;
@@ -137,7 +137,7 @@ TEST_F(MainWindowTest, CancelInTheChooserLeavesAllAsItWasAlsoTheFlags) {
     EXPECT_EQ(services_.messages, std::vector<std::string>());
 }
 
-TEST_F(MainWindowTest, OpenAsksAboutChangesUnderTheTextOfThePathWithoutItsBlanks) {
+TEST_F(MainWindowTest, OpenAsksAboutChangesByTheTrimmedPath) {
     open_sprite(1);
     click(main().elboton7);
     main().eltexto1.SetText("  my torch ");
@@ -146,7 +146,7 @@ TEST_F(MainWindowTest, OpenAsksAboutChangesUnderTheTextOfThePathWithoutItsBlanks
     EXPECT_EQ(services_.questions, std::vector<std::string>{"¿ Do you want to save changes in my torch ?"});
 }
 
-TEST_F(MainWindowTest, OpenWithChangesAndYesOnASpriteWithoutFramesTellsThatAndStillShowsTheChooser) {
+TEST_F(MainWindowTest, SavingAnEmptySpriteBeforeOpenFailsAndShowsTheChooser) {
     make_new_sprite();
     hlspr::SpriteDirty = true;
     open(write_sprite("next.spr", 2));
@@ -155,7 +155,7 @@ TEST_F(MainWindowTest, OpenWithChangesAndYesOnASpriteWithoutFramesTellsThatAndSt
     EXPECT_FALSE(hlspr::SpriteDirty);
 }
 
-TEST_F(MainWindowTest, OpenWithChangesAndYesSavesFirst) {
+TEST_F(MainWindowTest, OpenAnsweredYesSavesTheChanges) {
     const std::string first = write_sprite("first.spr", 2);
     open(first);
     click(main().Label2); // frame 0 down
@@ -165,7 +165,7 @@ TEST_F(MainWindowTest, OpenWithChangesAndYesSavesFirst) {
     EXPECT_EQ(shown(), colour_of_frame(1));
 }
 
-TEST_F(MainWindowTest, OpenWithChangesAndNoDoesNotSave) {
+TEST_F(MainWindowTest, OpenAnsweredNoDoesNotSave) {
     const std::string first = write_sprite("first.spr", 2);
     open(first);
     click(main().Label2);
@@ -174,7 +174,7 @@ TEST_F(MainWindowTest, OpenWithChangesAndNoDoesNotSave) {
     EXPECT_EQ(shown(), colour_of_frame(0));
 }
 
-TEST_F(MainWindowTest, TheSaveButtonStaysAsItWasWhenAFileIsOpened) {
+TEST_F(MainWindowTest, OpenDoesNotChangeTheSaveButton) {
     open_sprite(1);
     EXPECT_FALSE(main().elboton3.Enabled());
     click(main().elboton7);
@@ -183,7 +183,7 @@ TEST_F(MainWindowTest, TheSaveButtonStaysAsItWasWhenAFileIsOpened) {
     EXPECT_TRUE(main().elboton3.Enabled());
 }
 
-TEST_F(MainWindowTest, SaveOfANamedSpriteGoesToThePathInTheBoxWithoutAWord) {
+TEST_F(MainWindowTest, SaveOfANamedSpriteWritesThePathInTheBoxSilently) {
     open_sprite(1);
     click(main().elboton7);
     ui_driver::type_into(main().eltexto1, QString::fromStdString(folder_.file("other.spr")));
@@ -194,7 +194,7 @@ TEST_F(MainWindowTest, SaveOfANamedSpriteGoesToThePathInTheBoxWithoutAWord) {
     EXPECT_EQ(test::read_file(folder_.file("other.spr")), test::read_file(folder_.file("sprite.spr")));
 }
 
-TEST_F(MainWindowTest, SaveOfANamedSpriteForgetsTheChangesAlsoWhenItFails) {
+TEST_F(MainWindowTest, SaveOfANamedSpriteClearsDirtyEvenWhenItFails) {
     open_sprite(1);
     click(main().elboton7);
     main().eltexto1.SetText(QString::fromStdString(folder_.file("none/other.spr")));
@@ -203,7 +203,7 @@ TEST_F(MainWindowTest, SaveOfANamedSpriteForgetsTheChangesAlsoWhenItFails) {
     EXPECT_FALSE(hlspr::SpriteDirty);
 }
 
-TEST_F(MainWindowTest, SaveOfAnUnnamedSpriteAsksForAFileAndKeepsTheTypedName) {
+TEST_F(MainWindowTest, SaveOfAnUnnamedSpriteAsksForAFileAndKeepsTheName) {
     make_unnamed_sprite_with_a_frame();
     services_.next_save = folder_.file("chosen.spr");
     click(main().elboton3);
@@ -216,7 +216,7 @@ TEST_F(MainWindowTest, SaveOfAnUnnamedSpriteAsksForAFileAndKeepsTheTypedName) {
     EXPECT_TRUE(main().elboton3.Enabled());
 }
 
-TEST_F(MainWindowTest, TheNextSaveOfSuchASpriteWritesTheTypedNameInTheCurrentFolder) {
+TEST_F(MainWindowTest, SecondSaveWritesTheTypedNameInTheCurrentFolder) {
     make_unnamed_sprite_with_a_frame();
     services_.next_save = folder_.file("chosen.spr");
     click(main().elboton3);
@@ -228,7 +228,7 @@ TEST_F(MainWindowTest, TheNextSaveOfSuchASpriteWritesTheTypedNameInTheCurrentFol
     EXPECT_EQ(services_.messages.size(), 1U);
 }
 
-TEST_F(MainWindowTest, SaveWhoseChoiceIsCancelledOrFailsStaysUnnamedAndChanged) {
+TEST_F(MainWindowTest, CancelledOrFailedSaveStaysUnnamedAndDirty) {
     make_unnamed_sprite_with_a_frame();
     services_.next_save = "";
     click(main().elboton3);
@@ -240,7 +240,7 @@ TEST_F(MainWindowTest, SaveWhoseChoiceIsCancelledOrFailsStaysUnnamedAndChanged) 
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
-TEST_F(MainWindowTest, ClearOnACleanSpriteOnlyTurnsOnSave) {
+TEST_F(MainWindowTest, ClearOnACleanSpriteOnlyEnablesSave) {
     open_sprite(2);
     EXPECT_FALSE(hlspr::SpriteDirty);
     click(main().elboton7);
@@ -259,7 +259,7 @@ TEST_F(MainWindowTest, RemoveDoesNothing) {
     EXPECT_EQ(services_.messages, std::vector<std::string>());
 }
 
-TEST_F(MainWindowTest, AClickOnALineDrawsItsFrame) {
+TEST_F(MainWindowTest, ClickOnALineDrawsItsFrame) {
     open_sprite(3);
     click_line(main().List1, 2);
     EXPECT_EQ(shown(), colour_of_frame(2));
@@ -267,14 +267,14 @@ TEST_F(MainWindowTest, AClickOnALineDrawsItsFrame) {
     EXPECT_EQ(shown(), colour_of_frame(1));
 }
 
-TEST_F(MainWindowTest, ALineWithoutAFrameIsASubscriptFailure) {
+TEST_F(MainWindowTest, LineWithoutAFrameIsSubscriptOutOfRange) {
     open_sprite(1);
     main().List1.AddItem("Frame 1");
     click_line(main().List1, 1);
     EXPECT_EQ(failures_, std::vector<std::string>{"SubscriptOutOfRange"});
 }
 
-TEST_F(MainWindowTest, AfterFrame2MovedUpTheListReadsAsBeforeAndPosition1ShowsIt) {
+TEST_F(MainWindowTest, MovingAFrameUpKeepsTheLinesAndShowsItAtItsPosition) {
     open_sprite(3);
     click_line(main().List1, 2);
     click(main().Label1);
@@ -289,7 +289,7 @@ TEST_F(MainWindowTest, AfterFrame2MovedUpTheListReadsAsBeforeAndPosition1ShowsIt
     EXPECT_EQ(shown(), colour_of_frame(1));
 }
 
-TEST_F(MainWindowTest, DownMovesTowardTheEndAndStopsThere) {
+TEST_F(MainWindowTest, DownMovesAFrameTowardTheEndAndStopsThere) {
     open_sprite(3);
     for (int i = 0; i < 4; ++i) {
         click(main().Label2);
@@ -304,7 +304,7 @@ TEST_F(MainWindowTest, DownMovesTowardTheEndAndStopsThere) {
     EXPECT_EQ(services_.messages, std::vector<std::string>());
 }
 
-TEST_F(MainWindowTest, TheArrowsChangeTheOrderAndNoStoredFrame) {
+TEST_F(MainWindowTest, ArrowsChangeTheOrderAndNoStoredFrame) {
     open_sprite(3);
     const SpriteDocument before = hlspr::document();
     click(main().Label2);
@@ -316,7 +316,7 @@ TEST_F(MainWindowTest, TheArrowsChangeTheOrderAndNoStoredFrame) {
     EXPECT_EQ(after.SpriteHeader.FrameCount, before.SpriteHeader.FrameCount);
 }
 
-TEST_F(MainWindowTest, WithTwoLinesSelectedAnArrowAsksForOne) {
+TEST_F(MainWindowTest, ArrowWithTwoSelectedLinesAsksForOne) {
     open_sprite(3);
     click_line(main().List1, 1);
     click_line(main().List1, 2, Qt::ControlModifier);
@@ -327,7 +327,7 @@ TEST_F(MainWindowTest, WithTwoLinesSelectedAnArrowAsksForOne) {
     EXPECT_EQ(enabled_buttons(), opened);
 }
 
-TEST_F(MainWindowTest, WithNoLineSelectedOrTwoBothArrowsAskForOne) {
+TEST_F(MainWindowTest, BothArrowsAskForOneLineUnlessOneIsSelected) {
     open_sprite(3);
     click_line(main().List1, 1);
     click_line(main().List1, 1, Qt::ControlModifier);
@@ -343,7 +343,7 @@ TEST_F(MainWindowTest, WithNoLineSelectedOrTwoBothArrowsAskForOne) {
     EXPECT_FALSE(hlspr::SpriteDirty);
 }
 
-TEST_F(MainWindowTest, AnArrowThatLeadsOutOfTheListDoesNothingAndSaysNothing) {
+TEST_F(MainWindowTest, ArrowBeyondTheListDoesNothingSilently) {
     click(main().Label1);
     click(main().Label2);
     open_sprite(2);
@@ -356,7 +356,7 @@ TEST_F(MainWindowTest, AnArrowThatLeadsOutOfTheListDoesNothingAndSaysNothing) {
     EXPECT_FALSE(hlspr::SpriteDirty);
 }
 
-TEST_F(MainWindowTest, TheCloseBoxEndsTheProgramWithoutAQuestion) {
+TEST_F(MainWindowTest, CloseBoxEndsTheProgramWithoutAQuestion) {
     open_sprite(1);
     click(main().elboton7);
     ui_driver::click_at(main().elpanel1, {575 - 26 + 9, 17});
@@ -364,26 +364,26 @@ TEST_F(MainWindowTest, TheCloseBoxEndsTheProgramWithoutAQuestion) {
     EXPECT_EQ(services_.questions, std::vector<std::string>());
 }
 
-TEST_F(MainWindowTest, AWindowManagerThatClosesTheWindowEndsTheProgramToo) {
+TEST_F(MainWindowTest, WindowManagerCloseEndsTheProgram) {
     main().close();
     EXPECT_TRUE(ended_);
     EXPECT_TRUE(main().isVisible());
 }
 
-TEST_F(MainWindowTest, BehindADialogTheWindowDoesNotClose) {
+TEST_F(MainWindowTest, WindowDoesNotCloseBehindADialog) {
     click(main().elboton2);
     main().close();
     EXPECT_FALSE(ended_);
 }
 
-TEST_F(MainWindowTest, ADialogThatHasNoCloseBoxDoesNotCloseByTheWindowManager) {
+TEST_F(MainWindowTest, WindowManagerCannotCloseADialogWithoutACloseBox) {
     click(main().elboton2);
     coordinator_->form2()->close();
     ASSERT_NE(coordinator_->form2(), nullptr);
     EXPECT_TRUE(coordinator_->form2()->isVisible());
 }
 
-TEST_F(MainWindowTest, AnImportedListThatIsLongerThanTheSpriteIsShownWithoutDrawing) {
+TEST_F(MainWindowTest, ListLongerThanTheSpriteIsShownWithoutDrawing) {
     open_sprite(2);
     main().add_frame_line("Frame 2");
     click_line(main().List1, 1);
@@ -394,7 +394,7 @@ TEST_F(MainWindowTest, AnImportedListThatIsLongerThanTheSpriteIsShownWithoutDraw
     EXPECT_EQ(failures_, std::vector<std::string>());
 }
 
-TEST_F(MainWindowTest, ALargeSpriteLeavesTheEdgeAroundThePictureFree) {
+TEST_F(MainWindowTest, LargeSpriteDoesNotCoverTheFrameAroundThePicture) {
     open(write_sprite("large.spr", 1, 300, 280));
     EXPECT_EQ(main().Picture1.size(), QSize(300, 280));
     const QImage image = main().elframe5.grab().toImage();

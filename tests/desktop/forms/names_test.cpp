@@ -8,7 +8,7 @@ namespace {
 
 using NamesTest = test::EditorTest;
 
-TEST_F(NamesTest, TheGroundBehindThePreviewOfAPictureHasOne) {
+TEST_F(NamesTest, PreviewBackgroundHasAName) {
     open_sprite(1);
     ui_driver::click(main().elboton4);
     const QWidget* const ground = coordinator_->form4()->findChild<QWidget*>("Picture3");

@@ -23,7 +23,7 @@ class NewSpriteTest : public EditorTest {
     const SpriteHeaderRecord& header() { return hlspr::document().SpriteHeader; }
 };
 
-TEST_F(NewSpriteTest, StandsOverTheDisabledMainWindowWithItsDefaults) {
+TEST_F(NewSpriteTest, OpensAboveTheDisabledMainWindowWithDefaults) {
     EXPECT_FALSE(main().isEnabled());
     EXPECT_TRUE(dialog().isVisible());
     EXPECT_EQ(dialog().size(), QSize(235, 186));
@@ -42,7 +42,7 @@ TEST_F(NewSpriteTest, StandsOverTheDisabledMainWindowWithItsDefaults) {
     }
 }
 
-TEST_F(NewSpriteTest, APositionInAListIsTheNumberInTheFile) {
+TEST_F(NewSpriteTest, ListIndexIsTheNumberInTheFile) {
     for (std::int16_t i = 0; i < 5; ++i) {
         EXPECT_EQ(text(dialog().elcombo1.GetList(i)), hlspr::sprite_type_name(i));
     }
@@ -60,7 +60,7 @@ TEST_F(NewSpriteTest, APositionInAListIsTheNumberInTheFile) {
     EXPECT_EQ(text(main().ellabel10.Caption()), "ALPHATEST");
 }
 
-TEST_F(NewSpriteTest, OkMakesAnEmptySpriteAndResetsTheMainWindow) {
+TEST_F(NewSpriteTest, OkCreatesAnEmptySpriteAndResetsTheMainWindow) {
     ui_driver::type_into(dialog().eltexto1, "spark");
     type_size("48", "33");
     ok();
@@ -80,7 +80,7 @@ TEST_F(NewSpriteTest, OkMakesAnEmptySpriteAndResetsTheMainWindow) {
     EXPECT_EQ(hlspr::document().FrameHeader.OriginY, 16); // what is shown is not rounded
 }
 
-TEST_F(NewSpriteTest, CancelTouchesNothing) {
+TEST_F(NewSpriteTest, CancelChangesNothing) {
     const std::int32_t width = header().Width;
     type_size("99", "99");
     click(dialog().elboton1);
@@ -92,7 +92,7 @@ TEST_F(NewSpriteTest, CancelTouchesNothing) {
     EXPECT_EQ(text(dialog().eltexto2.Text()), "32"); // the defaults are back
 }
 
-TEST_F(NewSpriteTest, LettersInTheWidthGiveAWidthOf0) {
+TEST_F(NewSpriteTest, LettersGiveAWidthOf0) {
     type_size("wide", "32");
     ok();
     EXPECT_EQ(header().Width, 0);
@@ -100,7 +100,7 @@ TEST_F(NewSpriteTest, LettersInTheWidthGiveAWidthOf0) {
     EXPECT_EQ(text(main().ellabel6.Caption()), "-0, 16");
 }
 
-TEST_F(NewSpriteTest, HalvesOfAPixelGoToTheEvenNeighbour) {
+TEST_F(NewSpriteTest, HalfPixelsRoundToEven) {
     type_size("32.5", "33.5");
     ok();
     EXPECT_EQ(header().Width, 32);
@@ -109,7 +109,7 @@ TEST_F(NewSpriteTest, HalvesOfAPixelGoToTheEvenNeighbour) {
     EXPECT_EQ(text(main().ellabel6.Caption()), "-16.25, 16.75");
 }
 
-TEST_F(NewSpriteTest, ANegativeSizeIsTakenAsItComes) {
+TEST_F(NewSpriteTest, NegativeSizeIsAccepted) {
     type_size("-8", "-7");
     ok();
     EXPECT_EQ(header().Width, -8);
@@ -118,7 +118,7 @@ TEST_F(NewSpriteTest, ANegativeSizeIsTakenAsItComes) {
     EXPECT_EQ(text(main().ellabel6.Caption()), "--4, -3.5");
 }
 
-TEST_F(NewSpriteTest, ASizeBeyond32BitsIsAnOverflowAfterTheMainWindowIsReset) {
+TEST_F(NewSpriteTest, SizeBeyond32BitsOverflowsAfterTheMainWindowIsReset) {
     hlspr::SpriteDirty = true;
     hlspr::UnnamedSprite = false;
     type_size("3000000000", "1");
@@ -132,7 +132,7 @@ TEST_F(NewSpriteTest, ASizeBeyond32BitsIsAnOverflowAfterTheMainWindowIsReset) {
     EXPECT_NE(coordinator_->form2(), nullptr);
 }
 
-TEST_F(NewSpriteTest, UnsavedChangesAreLostWithoutAQuestion) {
+TEST_F(NewSpriteTest, UnsavedChangesAreDiscardedWithoutAQuestion) {
     click(dialog().elboton1);
     open_sprite(3);
     click(main().elboton7);

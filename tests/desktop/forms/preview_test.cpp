@@ -57,13 +57,13 @@ TEST_F(PreviewTest, OpensStoppedAt15FramesASecondWithTheFirstFrame) {
     EXPECT_EQ(dialog().Label2.ForeColor(), 0);
 }
 
-TEST_F(PreviewTest, WithoutFramesNothingOpens) {
+TEST_F(PreviewTest, SpriteWithoutFramesOpensNoPreview) {
     ui_driver::double_click(main().Picture1);
     EXPECT_EQ(coordinator_->form7(), nullptr);
     EXPECT_TRUE(main().isEnabled());
 }
 
-TEST_F(PreviewTest, PlayAndStopColourTheOneInForce) {
+TEST_F(PreviewTest, PlayAndStopColourTheActiveOne) {
     open_preview(2);
     click(dialog().Label2);
     EXPECT_TRUE(dialog().Timer1.isActive());
@@ -75,18 +75,18 @@ TEST_F(PreviewTest, PlayAndStopColourTheOneInForce) {
     EXPECT_EQ(dialog().Label2.ForeColor(), 0);
 }
 
-TEST_F(PreviewTest, TheTimerDrawsFrameAfterFrameAndWraps) {
+TEST_F(PreviewTest, TimerDrawsFrameAfterFrameAndWraps) {
     open_preview(3);
     EXPECT_EQ(play(7), (std::vector<int>{0, 1, 2, 0, 1, 2, 0}));
 }
 
-TEST_F(PreviewTest, ASingleFrameIsDrawnAtEachTickAndStaysTheCurrentOne) {
+TEST_F(PreviewTest, SingleFrameIsDrawnAtEachTickAndStaysCurrent) {
     open_preview(1);
     EXPECT_EQ(play(3), (std::vector<int>{0, 0, 0}));
     EXPECT_EQ(dialog().walk().CurrentFrame, 0);
 }
 
-TEST_F(PreviewTest, AChangedOrderIsFollowedAsAChainThatLeavesFrame0Out) {
+TEST_F(PreviewTest, ChangedOrderIsFollowedAsAChainWithoutFrame0) {
     open_sprite(3);
     click(main().Label2); // frame 0 down
     ASSERT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
@@ -95,7 +95,7 @@ TEST_F(PreviewTest, AChangedOrderIsFollowedAsAChainThatLeavesFrame0Out) {
     EXPECT_EQ(play(6), (std::vector<int>{1, 2, 1, 2, 1, 2}));
 }
 
-TEST_F(PreviewTest, At60AFurtherFasterDoesNothingAndTheLabelStays) {
+TEST_F(PreviewTest, FasterAt60DoesNothing) {
     open_preview(1);
     for (int i = 0; i < 45; ++i) {
         click(dialog().Label3);
@@ -107,7 +107,7 @@ TEST_F(PreviewTest, At60AFurtherFasterDoesNothingAndTheLabelStays) {
     EXPECT_EQ(dialog().Timer1.interval(), 16);
 }
 
-TEST_F(PreviewTest, TheIntervalIsTakenDownToAWholeNumber) {
+TEST_F(PreviewTest, IntervalIsRoundedDown) {
     open_preview(1);
     for (int i = 0; i < 8; ++i) {
         click(dialog().Label4);
@@ -121,7 +121,7 @@ TEST_F(PreviewTest, TheIntervalIsTakenDownToAWholeNumber) {
     EXPECT_EQ(dialog().Timer1.interval(), 1000);
 }
 
-TEST_F(PreviewTest, SlowerGoesFrom1To0WhichIsADivisionByZero) {
+TEST_F(PreviewTest, SlowerFrom1IsADivisionByZero) {
     open_preview(1);
     for (int i = 0; i < 14; ++i) {
         click(dialog().Label4);
@@ -132,7 +132,7 @@ TEST_F(PreviewTest, SlowerGoesFrom1To0WhichIsADivisionByZero) {
     EXPECT_EQ(text(dialog().Label5.Caption()), "1 fps");
 }
 
-TEST_F(PreviewTest, ANewSpeedAppliesAtOnceWhilePlaying) {
+TEST_F(PreviewTest, NewSpeedAppliesAtOnceWhilePlaying) {
     open_preview(2);
     play_at_1_frame_a_second();
     EXPECT_EQ(dialog().Timer1.interval(), 1000);
@@ -141,7 +141,7 @@ TEST_F(PreviewTest, ANewSpeedAppliesAtOnceWhilePlaying) {
     EXPECT_LE(dialog().Timer1.remainingTime(), 500);
 }
 
-TEST_F(PreviewTest, ASecondPlayDoesNotPutOffTheNextTick) {
+TEST_F(PreviewTest, SecondPlayDoesNotDelayTheNextTick) {
     open_preview(2);
     play_at_1_frame_a_second();
     int ticks = 0;
@@ -153,7 +153,7 @@ TEST_F(PreviewTest, ASecondPlayDoesNotPutOffTheNextTick) {
     EXPECT_TRUE(dialog().Timer1.remainingTime() <= 975 || ticks > 0);
 }
 
-TEST_F(PreviewTest, TheCloseBoxGivesTheMainWindowBackAndTheNextOpeningStartsAnew) {
+TEST_F(PreviewTest, CloseBoxEnablesTheMainWindowAndReopeningStartsOver) {
     open_preview(2);
     click(dialog().Label3);
     click(dialog().Label2);

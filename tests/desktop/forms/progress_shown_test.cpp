@@ -5,7 +5,7 @@
 namespace varnoth {
 namespace {
 
-TEST(ProgressShown, ARefreshShowsWhatWasSetThoughNoEventRuns) {
+TEST(ProgressShown, RefreshPaintsWithoutAnEventLoop) {
     Form6 form;
     form.show();
     const QImage before = test::on_screen(form);

@@ -60,7 +60,7 @@ class TabOrderTest : public EveryWindowTest {
     }
 };
 
-TEST_F(TabOrderTest, GoesThroughEveryWindowAsItIsReadAndComesRound) {
+TEST_F(TabOrderTest, FollowsTheReadingOrderAndWrapsAround) {
     std::size_t windows = 0;
     in_every_window([&](const std::string& state, Form& window) {
         const std::vector<std::string> order = order_of(state);
@@ -81,7 +81,7 @@ TEST_F(TabOrderTest, GoesThroughEveryWindowAsItIsReadAndComesRound) {
     EXPECT_EQ(windows, orders().size());
 }
 
-TEST_F(TabOrderTest, GoesBackWithShift) {
+TEST_F(TabOrderTest, ShiftTabGoesBack) {
     in_every_window([&](const std::string& state, Form& window) {
         const std::vector<std::string> order = order_of(state);
         if (order.empty()) {
@@ -98,7 +98,7 @@ TEST_F(TabOrderTest, GoesBackWithShift) {
     });
 }
 
-TEST_F(TabOrderTest, ReachesNothingWhereNothingTakesTheKeyboard) {
+TEST_F(TabOrderTest, FocusesNothingInAWindowWithoutFocusableControls) {
     std::vector<std::string> windows;
     in_every_window([&](const std::string& state, Form& window) {
         if (!order_of(state).empty()) {

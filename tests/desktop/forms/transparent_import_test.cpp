@@ -35,13 +35,13 @@ class TransparentImport : public test::EditorTest {
     test::PictureFolder pictures_{services_};
 };
 
-TEST_F(TransparentImport, ThePickedColourLosesItsEntry) {
+TEST_F(TransparentImport, PickedColourLosesItsPaletteEntry) {
     import(3);
     EXPECT_NE(pixel(0), red);
     EXPECT_EQ(pixel(1), green);
 }
 
-TEST_F(TransparentImport, InAModeWithoutTransparencyEveryColourStays) {
+TEST_F(TransparentImport, ModeWithoutTransparencyKeepsEveryColour) {
     import(1);
     EXPECT_EQ(pixel(0), red);
     EXPECT_EQ(pixel(1), green);

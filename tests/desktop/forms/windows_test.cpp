@@ -40,7 +40,7 @@ TEST_F(WindowsTest, HaveNoSystemTitleBarButATitle) {
     EXPECT_EQ(text(coordinator_->form2()->windowTitle()), "New Sprite");
 }
 
-TEST_F(WindowsTest, AllShowTheProgramsIconInTheSizesOfTaskBars) {
+TEST_F(WindowsTest, AllHaveTheProgramsIconInTaskBarSizes) {
     click(main().elboton2);
     for (const QWidget* window :
          {static_cast<QWidget*>(&main()), static_cast<QWidget*>(coordinator_->form2())}) {
@@ -53,7 +53,7 @@ TEST_F(WindowsTest, AllShowTheProgramsIconInTheSizesOfTaskBars) {
     }
 }
 
-TEST_F(WindowsTest, ShareOneIconHoweverOftenTheyOpen) {
+TEST_F(WindowsTest, ShareOneIcon) {
     const qint64 icon = main().windowIcon().cacheKey();
     for (int opening = 0; opening < 3; ++opening) {
         click(main().elboton2);
@@ -62,7 +62,7 @@ TEST_F(WindowsTest, ShareOneIconHoweverOftenTheyOpen) {
     }
 }
 
-TEST_F(WindowsTest, ADialogStandsAboveItsOwnerAndCentredOnIt) {
+TEST_F(WindowsTest, DialogIsCentredAboveItsOwner) {
     main().move(40, 60);
     click(main().elboton2);
     Form2& dialog = *coordinator_->form2();
@@ -70,7 +70,7 @@ TEST_F(WindowsTest, ADialogStandsAboveItsOwnerAndCentredOnIt) {
     EXPECT_EQ(dialog.geometry().center(), main().geometry().center());
 }
 
-TEST_F(WindowsTest, AWindowThatWouldOpenOffTheScreenOpensOnIt) {
+TEST_F(WindowsTest, WindowThatWouldOpenOffTheScreenIsMovedOntoIt) {
     const QRect screen(0, 0, 800, 600);
     EXPECT_EQ(place_on_screen({-30, 700}, {200, 100}, screen), QPoint(0, 500));
     EXPECT_EQ(place_on_screen({750, -5}, {200, 100}, screen), QPoint(600, 0));
@@ -81,7 +81,7 @@ TEST_F(WindowsTest, AWindowThatWouldOpenOffTheScreenOpensOnIt) {
     EXPECT_TRUE(main().screen()->availableGeometry().contains(coordinator_->form2()->geometry()));
 }
 
-TEST_F(WindowsTest, ADisabledWindowLooksAsBefore) {
+TEST_F(WindowsTest, DisabledWindowLooksTheSame) {
     open_sprite(40);
     QApplication::focusWidget()->clearFocus(); // whose cursor blinks
     const QImage before = main().grab().toImage();
@@ -90,7 +90,7 @@ TEST_F(WindowsTest, ADisabledWindowLooksAsBefore) {
     EXPECT_EQ(main().grab().toImage(), before);
 }
 
-TEST_F(WindowsTest, AListThatIsItselfDisabledIsGrey) {
+TEST_F(WindowsTest, DisabledListIsGrey) {
     open_sprite(2);
     main().List1.SetSelected(0, false);
     main().List1.SetEnabled(false);
@@ -99,7 +99,7 @@ TEST_F(WindowsTest, AListThatIsItselfDisabledIsGrey) {
     EXPECT_EQ(main().List1.palette().color(QPalette::Text), theme::to_qcolor(theme::light_text));
 }
 
-TEST_F(WindowsTest, EveryControlIsFoundByItsGivenName) {
+TEST_F(WindowsTest, EveryControlIsFoundByName) {
     click(main().elboton2);
     for (const char* name : {"elpanel1", "eltexto1", "List1", "Label1", "Label2", "Picture1", "elboton7",
                              "ellabel10", "elframe1", "elframe2", "elframe3", "elframe4", "elframe5"}) {
@@ -110,7 +110,7 @@ TEST_F(WindowsTest, EveryControlIsFoundByItsGivenName) {
     }
 }
 
-TEST_F(WindowsTest, StandWhereTheyWereDesigned) {
+TEST_F(WindowsTest, ControlsAreAtTheirDesignedPositions) {
     const auto place = [&](QWidget& widget) { return widget.geometry(); };
     EXPECT_EQ(place(main().elpanel1), QRect(0, 0, 575, 477));
     EXPECT_EQ(place(main().elframe1), QRect(7, 35, 561, 36));
@@ -143,7 +143,7 @@ TEST_F(WindowsTest, StandWhereTheyWereDesigned) {
     }
 }
 
-TEST_F(WindowsTest, WearTheStatedColours) {
+TEST_F(WindowsTest, HaveTheSpecifiedColours) {
     const QImage image = main().grab().toImage();
     EXPECT_EQ(image.pixelColor(3, 30), QColor(76, 88, 68));                    // window
     EXPECT_EQ(image.pixelColor(0, 200), theme::to_qcolor(theme::edge_light));  // its left edge
@@ -222,7 +222,7 @@ TEST_F(WindowsTest, EveryCaptionFitsItsControl) {
     }
 }
 
-TEST_F(WindowsTest, ControlsStandWithinTheirWindowsAndApart) {
+TEST_F(WindowsTest, ControlsAreInsideTheirWindowsAndDoNotOverlap) {
     AllWindows windows(main());
     std::vector<QWidget*> all = windows.all();
     all.push_back(&main());
@@ -273,21 +273,21 @@ TEST_F(WindowsTest, EveryControlHasANameForScreenReaders) {
 
 // The drag by the title.
 
-TEST_F(WindowsTest, TheCornerFollowsThePointerLessAFifteenthOfTheGrab) {
+TEST_F(WindowsTest, DraggedCornerFollowsThePointerLessAFifteenthOfTheGrab) {
     EXPECT_EQ(dragged_place({100, 200}, 0, 0), QPoint(100, 200));
     EXPECT_EQ(dragged_place({100, 200}, 30, 7), QPoint(98, 200));   // 1470 and 2993 units
     EXPECT_EQ(dragged_place({100, 200}, 8, 300), QPoint(99, 180));  // 99.47
     EXPECT_EQ(dragged_place({0, 0}, 22.5F, 37.5F), QPoint(-2, -2)); // halves go to the even neighbour
 }
 
-TEST_F(WindowsTest, ATitleMoveWithoutAPressMovesNothing) {
+TEST_F(WindowsTest, TitleMoveWithoutAPressMovesNothing) {
     main().move(50, 50);
     emit main().elpanel1.TitleMouseMove(1, 0, 5, 5);
     EXPECT_EQ(main().pos(), QPoint(50, 50));
 }
 
 // The release is lost when the form is disabled during the drag.
-TEST_F(WindowsTest, ATitleMoveWithoutAButtonEndsTheDrag) {
+TEST_F(WindowsTest, TitleMoveWithoutAButtonEndsTheDrag) {
     main().move(50, 50);
     elpanel& panel = main().elpanel1;
     emit panel.TitleMouseDown(1, 0, 45, 3);
@@ -297,7 +297,7 @@ TEST_F(WindowsTest, ATitleMoveWithoutAButtonEndsTheDrag) {
     EXPECT_EQ(main().pos(), QPoint(50, 50));
 }
 
-TEST_F(WindowsTest, APressOnTheTitleMovesTheWindowToThePointerUntilTheRelease) {
+TEST_F(WindowsTest, PressOnTheTitleDragsTheWindowUntilTheRelease) {
     main().move(50, 50);
     elpanel& panel = main().elpanel1;
     const QPoint in_title(30 + 45, 9 + 3);
@@ -312,7 +312,7 @@ TEST_F(WindowsTest, APressOnTheTitleMovesTheWindowToThePointerUntilTheRelease) {
     EXPECT_EQ(main().pos(), dragged);
 }
 
-TEST_F(WindowsTest, TheFiveWithAPanelMoveByItsTitleAndTheOthersCannotBeMoved) {
+TEST_F(WindowsTest, OnlyTheFiveWindowsWithAPanelCanBeMoved) {
     AllWindows windows(main());
     main().move(200, 150);
     const std::vector<std::pair<Form*, elpanel*>> movable{{&main(), &main().elpanel1},
@@ -339,7 +339,7 @@ TEST_F(WindowsTest, TheFiveWithAPanelMoveByItsTitleAndTheOthersCannotBeMoved) {
 
 // Ends.
 
-TEST_F(WindowsTest, AFailureInAMessageBoxWithinAnImportReachesTheEnd) {
+TEST_F(WindowsTest, FailureDuringAMessageBoxOfAnImportIsReported) {
     test::PictureFolder pictures(services_);
     pictures.add_plain_bmp("a.bmp", 4, 4);
     QtMessageBoxes boxes;
@@ -371,7 +371,7 @@ TEST_F(WindowsTest, AFailureInAMessageBoxWithinAnImportReachesTheEnd) {
     EXPECT_EQ(lines(), (std::vector<std::string>{"Frame 0", "Frame 1"}));
 }
 
-TEST_F(WindowsTest, TheExitPictureIsOf24BitsAndItsTimerStandsStill) {
+TEST_F(WindowsTest, ExitPictureHas24BitsAndAStoppedTimer) {
     const Form9 form;
     EXPECT_EQ(form.size(), QSize(597, 255));
     EXPECT_EQ(form.Picture1.geometry(), form.rect());
@@ -380,13 +380,13 @@ TEST_F(WindowsTest, TheExitPictureIsOf24BitsAndItsTimerStandsStill) {
     EXPECT_FALSE(form.Timer1.isActive());
 }
 
-TEST_F(WindowsTest, AClickOnTheExitPictureEndsTheProgram) {
+TEST_F(WindowsTest, ClickOnTheExitPictureEndsTheProgram) {
     Form9 form;
     form.show_over(main());
     EXPECT_EQ(status_after([&] { click(form); }), 0);
 }
 
-TEST_F(WindowsTest, ATickOfTheExitPicturesTimerEndsTheProgram) {
+TEST_F(WindowsTest, ExitPicturesTimerEndsTheProgram) {
     Form9 form;
     EXPECT_EQ(status_after([&] { form.Timer1.start(0); }), 0);
 }
