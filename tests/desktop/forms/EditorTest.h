@@ -1,4 +1,5 @@
-// The editor with its real windows, and a user who answers message boxes and file choosers beforehand.
+// A fixture that runs the editor with its real windows. Tests set the answers to message boxes and file
+// choosers in advance.
 #pragma once
 
 #include <functional>
@@ -31,7 +32,7 @@
 
 namespace varnoth::test {
 
-// Which buttons are enabled: Open, New, Save, Import, Remove, Export, Clear.
+// Enabled buttons: Open, New, Save, Import, Remove, Export, Clear.
 inline const std::vector<bool> at_start{true, true, false, false, false, false, false};
 inline const std::vector<bool> new_without_frames{true, true, false, true, false, false, false};
 inline const std::vector<bool> opened{true, true, false, true, true, true, true};
@@ -42,7 +43,7 @@ class EditorTest : public testing::Test {
     EditorTest() {
         reset_sprite();
         reset_mixpals();
-        // The variables must be set by the main window, not by this test.
+        // Values that the main window must reset.
         hlspr::UnnamedSprite = true;
         hlspr::SpriteDirty = true;
         hlspr::ExtractFolder = "left over";
@@ -59,13 +60,13 @@ class EditorTest : public testing::Test {
 
     Form1& main() { return coordinator_->form1(); }
 
-    /// A sprite file of frames of one pixel index each: frame n is all index n.
+    /// Writes a sprite file in which every pixel of frame n has index n.
     std::string write_sprite(const std::string& name, int frames, std::int32_t width = 4,
                              std::int32_t height = 4) {
         SpriteFile file;
         file.width = width;
         file.height = height;
-        // Entry i of the palette is red i, green 2 i, blue 3 i.
+        // Palette entry i is red i, green 2 i, blue 3 i.
         for (std::size_t i = 0; i < 256; ++i) {
             for (std::size_t channel = 0; channel < 3; ++channel) {
                 file.palette[3 * i + channel] = static_cast<std::uint8_t>(i * (channel + 1));
@@ -80,7 +81,7 @@ class EditorTest : public testing::Test {
         return folder_.write(name, file.bytes());
     }
 
-    /// The colour of frame n of such a sprite.
+    /// The colour of frame n of a sprite from write_sprite.
     static Colour colour_of_frame(int frame) {
         return make_colour(static_cast<std::uint8_t>(frame), static_cast<std::uint8_t>(2 * frame),
                            static_cast<std::uint8_t>(3 * frame));
@@ -101,7 +102,8 @@ class EditorTest : public testing::Test {
         return texts;
     }
 
-    /// Open, New, Save, Import, Remove, Export, Clear; their texts must have the colours of their states.
+    /// The states of Open, New, Save, Import, Remove, Export and Clear. Checks that the captions have the
+    /// corresponding colours.
     std::vector<bool> enabled_buttons() {
         std::vector<bool> enabled;
         for (elboton* button : {&main().elboton1, &main().elboton2, &main().elboton3, &main().elboton4,
@@ -113,15 +115,15 @@ class EditorTest : public testing::Test {
         return enabled;
     }
 
-    /// The colour of the frame that the main window shows.
+    /// The colour of the frame shown in the main window.
     Colour shown() { return main().Picture1.surface().Point(0, 0); }
 
     static std::string text(const QString& words) { return words.toStdString(); }
 
     static constexpr int still_running = 99;
 
-    /// Runs the program's event loop and `work` in it. The program's exit status, still_running when it goes
-    /// on all the same.
+    /// Runs `work` in the program's event loop. Returns the program's exit status, or still_running if it
+    /// does not exit.
     static int status_after(const std::function<void()>& work) {
         constexpr int enough_rounds = 100;
         int rounds = 0;

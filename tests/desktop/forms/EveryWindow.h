@@ -1,5 +1,4 @@
-// Every window of the editor, opened as its user opens it, in each of its states that have controls of their
-// own.
+// A fixture that opens every window of the editor as a user does, in each state that has different controls.
 #pragma once
 
 #include <functional>
@@ -18,8 +17,8 @@ class EveryWindowTest : public EditorTest {
 
     EveryWindowTest() { switch_accessibility_on(); }
 
-    /// Shows one window after the other to `look`, each with the name of its state. What was opened is closed
-    /// again.
+    /// Opens the windows one after the other, calls `look` with each window and the name of its state, and
+    /// closes it.
     void in_every_window(const Look& look) {
         look("main window at the start", main());
         open_sprite(3);
@@ -95,7 +94,7 @@ class EveryWindowTest : public EditorTest {
         look("exit picture", form);
     }
 
-    /// A new sprite of that render mode and its Import.
+    /// Creates a sprite with a render mode and opens Import.
     void open_import(int render_mode) {
         ui_driver::click(main().elboton2);
         ui_driver::choose(coordinator_->form2()->elcombo2.Combo1(), render_mode);

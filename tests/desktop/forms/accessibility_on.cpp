@@ -1,6 +1,6 @@
 #include "desktop/forms/accessibility_on.h"
 
-// Only the platform can be told that somebody listens, and Qt shows it to nobody outside.
+// Accessibility is enabled through the platform integration, which only Qt's private headers expose.
 #include <private/qguiapplication_p.h>
 #include <qpa/qplatformaccessibility.h>
 #include <qpa/qplatformintegration.h>

@@ -1,9 +1,9 @@
-// Makes Qt tell what changes as if assistive technology listened, which it does nowhere near a test.
+// Makes Qt send accessibility events as if assistive technology were running.
 #pragma once
 
 namespace varnoth::test {
 
-/// From here on Qt and the program tell of changes. Further calls change nothing.
+/// Enables accessibility events. Further calls have no effect.
 void switch_accessibility_on();
 
 } // namespace varnoth::test

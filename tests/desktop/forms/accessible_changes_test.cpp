@@ -1,4 +1,4 @@
-// What assistive technology is told when a control changes, and what it can do with the controls.
+// Notifications to assistive technology when a control changes, and the actions that it can perform.
 #include <algorithm>
 
 #include <QAbstractItemView>
@@ -16,7 +16,7 @@ namespace {
 using test::EveryWindowTest;
 using ui_driver::click;
 
-/// Writes down what is told to assistive technology for as long as it lives.
+/// Records the accessibility events during its lifetime.
 class Told {
   public:
     Told() : before_(QAccessible::installUpdateHandler(hear)) { events().clear(); }
@@ -26,7 +26,7 @@ class Told {
     Told(const Told&) = delete;
     Told& operator=(const Told&) = delete;
 
-    /// How many events of that kind there were about an object.
+    /// The number of events of a kind about an object.
     static std::ptrdiff_t count(QAccessible::Event type, const QObject& about) {
         return std::ranges::count_if(
             events(), [&](const Entry& entry) { return entry.type == type && entry.object == &about; });
@@ -78,7 +78,7 @@ QString name_of(QWidget& widget) {
     return tree_of(widget).text(QAccessible::Name);
 }
 
-/// The first object of that role and name below another one, or null.
+/// The first descendant with this role and name, or null.
 QAccessibleInterface* find(QAccessibleInterface& interface, QAccessible::Role role, const QString& name) {
     if (interface.role() == role && interface.text(QAccessible::Name) == name) {
         return &interface;
@@ -96,7 +96,7 @@ QStringList actions_of(QAccessibleInterface& interface) {
     return actions == nullptr ? QStringList() : actions->actionNames();
 }
 
-/// Does what a screen reader's user does with a control that is found by its role and name.
+/// Performs an action on a control found by role and name, as a screen reader's user does.
 void act(QWidget& window, QAccessible::Role role, const QString& name, const QString& action) {
     QAccessibleInterface* control = find(tree_of(window), role, name);
     ASSERT_NE(control, nullptr) << name.toStdString();
@@ -122,7 +122,7 @@ TEST_F(AccessibleChangesTest, EnablingButtonsAndTheListIsAnnounced) {
     EXPECT_TRUE(Told::disabled_changed(main().List1));
     EXPECT_FALSE(Told::disabled_changed(main().elboton1));
     click(main().elboton2);
-    EXPECT_TRUE(state_of(main().elboton6).disabled); // with its window
+    EXPECT_TRUE(state_of(main().elboton6).disabled); // together with its window
     EXPECT_TRUE(state_of(main()).disabled);
     EXPECT_TRUE(Told::disabled_changed(main()));
 }

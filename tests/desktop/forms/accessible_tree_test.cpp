@@ -1,4 +1,4 @@
-// What assistive technology sees of every window, walked as it walks it.
+// The accessibility tree of every window, as assistive technology traverses it.
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -32,14 +32,14 @@ bool is_visible(QAccessibleInterface& interface) {
     return !interface.state().invisible;
 }
 
-/// Lines and panels that only hold others: a screen reader passes over them.
+/// Lines and plain containers, which screen readers skip.
 bool is_plain_container(QAccessibleInterface& interface) {
     return interface.role() == QAccessible::Client || interface.role() == QAccessible::Grouping;
 }
 
 using Visit = std::function<void(QAccessibleInterface& interface, int depth)>;
 
-/// Everything visible below a window, in the order of the tree. The inside of lists is left to them.
+/// Visits everything visible below a window in tree order, except the contents of lists.
 void walk(QAccessibleInterface& interface, const Visit& visit, int depth = 0) {
     visit(interface, depth);
     if (interface.role() == QAccessible::List || interface.role() == QAccessible::ComboBox) {
@@ -82,13 +82,13 @@ std::string states_of(QAccessibleInterface& interface) {
     return states + (description.isEmpty() ? "" : " (" + description.toStdString() + ")");
 }
 
-/// What a screen reader can say: one line for each object, its role, name and states.
+/// What a screen reader can say: one line per object with its role, name and states.
 std::string spoken(QWidget& window) {
     std::ostringstream lines;
     walk(tree_of(window), [&](QAccessibleInterface& interface, int depth) {
         const bool says_nothing = name_of(interface).empty() && interface.role() == QAccessible::StaticText;
         if (!is_plain_container(interface) && !says_nothing) {
-            // Drives are different on every machine.
+            // Drives differ between machines.
             const std::string name =
                 name_of(interface).starts_with("Drives: ") ? "Drives: ..." : name_of(interface);
             lines << std::string(static_cast<std::size_t>(depth), ' ') << role_name(interface.role()) << " \""
@@ -98,7 +98,7 @@ std::string spoken(QWidget& window) {
     return lines.str();
 }
 
-/// The control that a label with a colon stands before: on its row to the right, else right below it.
+/// The control that a label with a colon belongs to: the next one to the right, else the one directly below.
 QWidget* labelled_by(const ellabel& label) {
     QWidget* const holder = label.parentWidget();
     const QRect place = label.geometry();
@@ -119,7 +119,7 @@ QWidget* labelled_by(const ellabel& label) {
 
 class AccessibleTreeTest : public EveryWindowTest {};
 
-// The file has the whole tree of every window. After a change on purpose, it takes what this test prints.
+// The file contains the tree of every window. After an intended change, replace it with this test's output.
 TEST_F(AccessibleTreeTest, EveryWindowMatchesTheStoredTree) {
     std::ostringstream trees;
     in_every_window([&](const std::string& state, Form& window) {

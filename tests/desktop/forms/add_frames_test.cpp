@@ -29,7 +29,7 @@ class AddFramesTest : public EditorTest {
   protected:
     Form4& dialog() { return *coordinator_->form4(); }
 
-    /// A new sprite of that size and mode; its Import opened on the folder of the pictures.
+    /// Creates a sprite of this size and mode and opens Import at the folder of the pictures.
     void open_dialog(int width = 4, int height = 4, int render_mode = 1) {
         click(main().elboton2);
         Form2& form = *coordinator_->form2();
@@ -76,7 +76,7 @@ class AddFramesTest : public EditorTest {
         return names;
     }
 
-    /// Lists a folder among the drives, as one that is mounted; its line.
+    /// Adds a folder to the list of drives, as if mounted there. Returns its line.
     int add_drive(const std::string& root) {
         DriveList& drives = dialog().Drive1;
         drives.AddItem("stick");
@@ -185,7 +185,7 @@ TEST_F(AddFramesTest, ChoicesAreExclusive) {
 TEST_F(AddFramesTest, TooWidePictureIsReportedUnselectedAndClosesTheQuestion) {
     pictures_.add_plain_bmp("a.bmp", 8, 8);
     pictures_.add_plain_bmp("b.bmp", 300, 8);
-    pictures_.write("c.bmp", std::vector<std::uint8_t>{0}); // never looked at
+    pictures_.write("c.bmp", std::vector<std::uint8_t>{0}); // never read
     open_dialog(4, 4);
     dialog().File1.SetSelected(0, true);
     dialog().File1.SetSelected(2, true);
@@ -194,7 +194,7 @@ TEST_F(AddFramesTest, TooWidePictureIsReportedUnselectedAndClosesTheQuestion) {
     EXPECT_FALSE(dialog().File1.Selected(1));
     EXPECT_TRUE(dialog().File1.Selected(2));
     EXPECT_FALSE(question_is_open());
-    EXPECT_EQ(dialog().Picture1.size(), QSize(300, 8)); // the preview shows it all the same
+    EXPECT_EQ(dialog().Picture1.size(), QSize(300, 8)); // the preview still shows it
 }
 
 TEST_F(AddFramesTest, SelectedPicturesMustBeValidAndOfOneSize) {
@@ -340,11 +340,11 @@ TEST_F(AddFramesTest, PointerPositionIsRoundedHalfToEven) {
     emit dialog().Picture1.MouseMove({.x = 0.6F, .y = 1.4F});
     EXPECT_EQ(transparent(), 4); // column 1, row 1
     emit dialog().Picture1.MouseMove({.x = 1.5F, .y = 0.5F});
-    EXPECT_EQ(transparent(), 2); // halves go to the even neighbour
+    EXPECT_EQ(transparent(), 2); // halves round to even
     emit dialog().Picture1.MouseMove({.x = -0.4F, .y = 2.4F});
     EXPECT_EQ(transparent(), 6);
     emit dialog().Picture1.MouseMove({.x = -0.6F, .y = 0});
-    EXPECT_EQ(transparent(), 6); // beside the picture
+    EXPECT_EQ(transparent(), 6); // outside the picture
 }
 
 TEST_F(AddFramesTest, PictureWithoutPixelsHasNoColour) {
@@ -472,7 +472,7 @@ TEST_F(AddFramesTest, ProgressCountsBothPassesAndNeverQuiteFills) {
     EXPECT_FALSE(opener_enabled);
     EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
     EXPECT_EQ(values.front(), 0);
-    EXPECT_EQ(values.back(), 5); // the last yield is within the sixth step
+    EXPECT_EQ(values.back(), 5); // the last yield is during the sixth step
 }
 
 TEST_F(AddFramesTest, ProgressShowsPhaseAndStepWhileOtherWindowsAreDisabled) {
@@ -496,7 +496,7 @@ TEST_F(AddFramesTest, ProgressShowsPhaseAndStepWhileOtherWindowsAreDisabled) {
     EXPECT_FALSE(others_enabled);
 }
 
-/// How many lines a list has whenever it is painted.
+/// Records the number of lines at each repaint of a list.
 class PaintedLines : public QObject {
   public:
     explicit PaintedLines(ListBox& list) : list_(list) { list.viewport()->installEventFilter(this); }
@@ -524,7 +524,7 @@ TEST_F(AddFramesTest, FrameListShowsEachLineDuringTheImport) {
     services_.on_yield = [] { QCoreApplication::processEvents(); };
     bool open = true;
     services_.on_message = [&] {
-        open = false; // the import is over
+        open = false; // the import has finished
         painted.counts.erase(std::unique(painted.counts.begin(), painted.counts.end()), painted.counts.end());
         EXPECT_EQ(painted.counts, (std::vector<std::int32_t>{1, 2}));
     };
@@ -532,12 +532,12 @@ TEST_F(AddFramesTest, FrameListShowsEachLineDuringTheImport) {
     EXPECT_FALSE(open);
 }
 
-/// Writes down, in order, what an import changes on the windows: the texts and the bar of the progress dialog
-/// and the lines of the frame list.
+/// Records in order what an import changes: the texts and the bar of the progress dialog and the lines of the
+/// frame list.
 class WindowChanges {
   public:
     explicit WindowChanges(FormCoordinator& coordinator) {
-        test::switch_accessibility_on(); // captions and bars tell of their changes
+        test::switch_accessibility_on(); // captions and bars then announce their changes
         changes().clear();
         before_ = QAccessible::installUpdateHandler(hear);
         const ListBox& list = coordinator.form1().List1;
@@ -627,13 +627,13 @@ TEST_F(AddFramesTest, SecondImportKeepsOldLinesAndDrawsNothingPastTheFrames) {
 }
 
 TEST_F(AddFramesTest, UndecodablePictureIsAFatalError) {
-    pictures_.write("a.bmp", test::bmp_header(4, 4, 24)); // passes the probe, but the loader does not know it
+    pictures_.write("a.bmp", test::bmp_header(4, 4, 24)); // passes the probe, but the loader cannot decode it
     open_dialog();
     select({0});
     EXPECT_EQ(failures_, std::vector<std::string>{"InvalidPicture"});
 }
 
-// Where the browser starts.
+// The browser's initial folder.
 
 TEST_F(AddFramesTest, BrowserStartsAtTheSpritesFolderThenAtTheLastFolder) {
     open(write_sprite("sprite.spr", 1));

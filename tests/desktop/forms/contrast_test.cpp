@@ -1,4 +1,4 @@
-// The contrast of every text with what it really stands on, held to the table of docs/access.md.
+// Checks the contrast of every text with its actual background against the table in docs/access.md.
 #include <algorithm>
 #include <cmath>
 #include <fstream>
@@ -48,15 +48,14 @@ QRgb rgb(Colour colour) {
     return theme::to_qcolor(colour).rgb();
 }
 
-/// A text on the screen: what it is a text of, its colour and where it is painted in its window.
+/// A text on the screen: its kind, its colour and its position in the window.
 struct Text {
     std::string kind;
     QRgb colour = 0;
     QRect place;
 };
 
-/// The colours beneath and around the letters: every pixel of the place that is not the text's own, and how
-/// often it is there.
+/// The background of a text: the most frequent colour in its area other than the text's own.
 QRgb ground_of(const QImage& picture, const Text& text) {
     std::map<QRgb, int> counts;
     const QRect place = text.place & picture.rect();
@@ -71,7 +70,7 @@ QRgb ground_of(const QImage& picture, const Text& text) {
     return commonest == counts.end() ? text.colour : commonest->first;
 }
 
-/// Whether the letters are painted in about that colour: their edges are softened.
+/// Whether the letters are painted in approximately this colour; antialiasing softens their edges.
 bool is_painted(const QImage& picture, const Text& text) {
     constexpr int softened = 48;
     const auto near = [&](QRgb pixel) {
@@ -94,7 +93,7 @@ std::string state_of(const QWidget& widget) {
     return widget.testAttribute(Qt::WA_ForceDisabled) ? ", disabled" : "";
 }
 
-/// The texts of one window, as its widgets have them.
+/// Collects the texts of a window from its widgets.
 class Texts {
   public:
     explicit Texts(QWidget& window) : window_(window) {
@@ -219,7 +218,7 @@ class Texts {
     QWidget& window_;
 };
 
-/// Why a text may have less; the colours of the look are given, and nothing here may change them.
+/// The reason why a text may have a lower contrast. The theme's colours are fixed.
 std::string reason_for(const std::string& kind) {
     if (kind.find("disabled") != std::string::npos || kind.find("grey") != std::string::npos) {
         return "given; grey says that it is disabled";
@@ -240,7 +239,7 @@ std::string hex(QRgb colour) {
     return QColor(colour).name().toUpper().toStdString();
 }
 
-/// The lines of the table, each kind of text with its colours once.
+/// The lines of the table, one for each kind of text and pair of colours.
 class Table {
   public:
     void add(QWidget& window, const std::string& state) {
@@ -276,7 +275,7 @@ class Table {
 
 class ContrastTest : public EveryWindowTest {
   protected:
-    /// A real message box and tool tip, which Qt draws in the look's colours.
+    /// Adds a message box and a tool tip, which Qt draws in the theme's colours.
     static void add_platform_windows(Table& table, QWidget& over) {
         QTimer::singleShot(0, [&] {
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

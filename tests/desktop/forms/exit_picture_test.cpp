@@ -1,4 +1,4 @@
-// The exit picture, pixel by pixel where no font has a say.
+// The exit picture, pixel by pixel where it does not depend on fonts.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -38,7 +38,7 @@ QRect frame_box(int frame) {
     return {18 + 144 * frame, 34, 128, 128};
 }
 
-/// The strip of film with its holes, without what the frames show.
+/// The colour of the film strip and its holes, ignoring the contents of the frames.
 QColor film_colour(int x, int y) {
     const bool on_film = y >= 14 && y < 182;
     const bool in_hole_row = (y >= 20 && y < 28) || (y >= 168 && y < 176);
@@ -51,7 +51,7 @@ struct Stop {
     std::array<double, 3> colour;
 };
 
-/// What an explosion has at a distance from its middle, in shares of its radius.
+/// The colour of an explosion at a distance from its centre, as a fraction of its radius.
 std::array<double, 3> fire_at(double distance) {
     constexpr std::array stops{Stop{0, {255, 255, 224}}, Stop{0.35, {196, 181, 80}}, Stop{0.7, {168, 72, 24}},
                                Stop{1, {0, 0, 0}}};
@@ -86,7 +86,8 @@ TEST(ExitPicture, ShowsAStripOfFilmWithTwoRowsOfHoles) {
 }
 
 TEST(ExitPicture, ExplosionGrowsFromFrameToFrame) {
-    // Qt takes gradients from a table of 1024 colours, whose steps differ from the exact colour by this much.
+    // Qt draws gradients from a table of 1024 colours, which deviate from the exact colour by up to this
+    // much.
     constexpr double most_difference = 1.5;
     const QImage image = drawn_picture();
     for (int frame = 0; frame < 4; ++frame) {
@@ -104,7 +105,7 @@ TEST(ExitPicture, ExplosionGrowsFromFrameToFrame) {
     }
 }
 
-/// Where pixels of exactly that colour stand below the film.
+/// The bounding rectangle of the pixels of exactly this colour below the film.
 QRect extent_of(const QImage& image, const QColor& colour) {
     QRect extent;
     for (int y = title_top; y < height; ++y) {
@@ -118,7 +119,7 @@ QRect extent_of(const QImage& image, const QColor& colour) {
 }
 
 TEST(ExitPicture, TitleIsBelowTheFilmAndEndsWithTheLastFrame) {
-    // A title of letters 34 pixels high, in the middle of what is below the film.
+    // A title 34 pixels high, centred in the area below the film.
     QImage alone(width, height, QImage::Format_RGB32);
     alone.fill(Qt::black);
     QPainter painter(&alone);

@@ -20,7 +20,7 @@ class ExtractTest : public EditorTest {
 
     void open_dialog() { click(main().elboton6); }
 
-    /// All lines of the main window's list.
+    /// Selects all lines of the main window's list.
     void select_all() {
         for (int line = 0; line < main().List1.ListCount(); ++line) {
             click_line(main().List1, line, line == 0 ? Qt::NoModifier : Qt::ControlModifier);
@@ -42,7 +42,7 @@ class ExtractTest : public EditorTest {
         return names;
     }
 
-    /// Which of the three radio buttons are set.
+    /// Which of the three radio buttons are checked.
     static std::string set_of(const std::array<elradio, 3>& group) {
         std::string set;
         for (const elradio& radio : group) {
@@ -178,7 +178,7 @@ TEST_F(ExtractTest, FormatAndCompressionReachTheWriters) {
     click(dialog().elboton2);
     const std::vector<std::uint8_t> tga = test::read_file(out_ + "/sprite_0.tga");
     ASSERT_GT(tga.size(), 3U);
-    EXPECT_EQ(tga[2], 2); // plain
+    EXPECT_EQ(tga[2], 2); // uncompressed
 }
 
 TEST_F(ExtractTest, SkipAskAndOverwriteTreatExistingFiles) {
@@ -234,7 +234,7 @@ TEST_F(ExtractTest, SkipWithAllFilesPresentWritesNothingAndFillsTheBar) {
 
 TEST_F(ExtractTest, FrameOrder102SkipsFrame0) {
     open_sprite(3);
-    click(main().Label2); // frame 0 down
+    click(main().Label2); // moves frame 0 down
     ASSERT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
     select_all();
     extract();
@@ -273,8 +273,8 @@ TEST_F(ExtractTest, CancelStopsAtTheNextLine) {
     EXPECT_TRUE(main().isEnabled());
 }
 
-// Position 0 holds frame 1 and position 1 frame 0: with line 1 alone selected, the walk goes from 1 back to
-// it again.
+// Position 0 contains frame 1 and position 1 frame 0. With only line 1 selected, the extraction returns to
+// line 1 for ever.
 TEST_F(ExtractTest, CancelStopsAnEndlessExtraction) {
     open_sprite(2);
     click(main().Label2);

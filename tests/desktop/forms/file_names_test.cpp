@@ -1,4 +1,4 @@
-// Files and folders whose names are not UTF-8, in every window, under the bytes of their names.
+// Files and folders whose names are not valid UTF-8, in every window. All names keep their bytes.
 #include <algorithm>
 #include <filesystem>
 
@@ -21,7 +21,7 @@ class FileNamesTest : public EditorTest {
   protected:
     FileNamesTest() { std::filesystem::create_directory(odd_folder_); }
 
-    /// Import of an opened sprite, at the folder of such a name.
+    /// Opens a sprite and Import, at a folder whose name is not UTF-8.
     void open_import() {
         open_sprite(1);
         click(main().elboton4);

@@ -1,4 +1,4 @@
-// The keys of a form, on a window with one control to click and several that take the focus.
+// The keys of a form, tested on a window with one clickable control and several focusable ones.
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -49,14 +49,14 @@ class FormKeysTest : public testing::Test {
         ASSERT_EQ(QApplication::focusWidget(), &widget);
     }
 
-    /// As the window system hands a key to the window.
+    /// Sends a key press as the window system does.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         QTest::keyClick(window_.windowHandle(), key, modifiers);
     }
 
     void press(char key) { QTest::keyClick(window_.windowHandle(), key); }
 
-    /// A key that has been held for a while.
+    /// Sends an auto-repeated key press.
     void hold(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         QWidget* const focused = QApplication::focusWidget();
         QKeyEvent repeated(QEvent::KeyPress, key, modifiers, QString(), true);
@@ -150,7 +150,7 @@ TEST_F(FormKeysTest, HeldKeyActsOnce) {
     EXPECT_EQ(clicks_, 1);
 }
 
-// As the window system tells of a key that is held.
+// Sends repeats as the window system does.
 TEST_F(FormKeysTest, HeldShortcutActsOnce) {
     keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_)});
     focus(field_);

@@ -1,5 +1,5 @@
-// The keys of every window: that each clicks its control under the conditions of a click, that every control
-// has one, and that docs/access.md lists them.
+// The keys of every window: each clicks its control under the same conditions as the mouse, every control has
+// a key, and docs/access.md lists them all.
 #include <algorithm>
 #include <fstream>
 #include <functional>
@@ -48,7 +48,7 @@ std::string name_of(const FormKey& key) {
     return QKeySequence(key.combination).toString(QKeySequence::PortableText).toStdString();
 }
 
-/// Every window by itself, with nobody behind its signals.
+/// Creates every window separately, with nothing connected to its signals.
 class KeyboardTest : public EditorTest {
   protected:
     struct Window {
@@ -60,7 +60,7 @@ class KeyboardTest : public EditorTest {
 
     using Visit = std::function<void(Form& form, const FormKey& key, const std::string& what)>;
 
-    /// Hands over each key of each window, on a window of its own in which the key has an effect.
+    /// Visits each key of each window, on a new window in a state in which the key has an effect.
     void with_each_key(const Visit& visit) {
         for (const Window& window : windows_) {
             const std::size_t count = window.make()->keys().size();
@@ -84,11 +84,11 @@ class KeyboardTest : public EditorTest {
         }
     }
 
-    /// Makes the condition of a key true.
+    /// Makes a key's condition true.
     static void make_true(Form& form, const FormKey& key) {
         if (!key.when) {
             if (QWidget* const focused = form.focusWidget()) {
-                focused->clearFocus(); // which might take the key
+                focused->clearFocus(); // it might accept the key
             }
             return;
         }
@@ -104,7 +104,7 @@ class KeyboardTest : public EditorTest {
         EXPECT_TRUE(key.when()) << name_of(key);
     }
 
-    /// How often a control is clicked from here on.
+    /// Counts the clicks of a control.
     class Clicks {
       public:
         explicit Clicks(QWidget& control) {
@@ -244,7 +244,7 @@ TEST_F(KeyboardTest, NoWindowUsesAKeyTwice) {
     }
 }
 
-/// The cells of each row of the table under a heading of a document, without the table's own head.
+/// The cells of each row of the table under a heading of a document, without the table's header.
 std::vector<std::vector<std::string>> table_under(const std::string& document, const std::string& heading) {
     std::ifstream file(VARNOTH_SOURCE_DIR "/docs/" + document);
     std::vector<std::vector<std::string>> rows;
@@ -507,7 +507,7 @@ class ImportKeysTest : public EditorTest {
   protected:
     Form4& dialog() { return *coordinator_->form4(); }
 
-    /// Import of a new sprite in a mode with a transparent colour, on the folder of the pictures.
+    /// Creates a sprite in a mode with a transparent colour and opens Import at the folder of the pictures.
     void open_dialog() {
         press(main(), Qt::Key_N, Qt::ControlModifier);
         ui_driver::choose(coordinator_->form2()->elcombo2.Combo1(), 3);
@@ -655,7 +655,7 @@ TEST_F(ImportKeysTest, PointerFollowsThePickersArrows) {
     EXPECT_EQ(QCursor::pos(), dialog().Picture1.mapToGlobal(QPoint(1, 0)));
 }
 
-// The window system tells of a move by the arrows as of any other, and late.
+// The window system also reports moves caused by the arrow keys, and late.
 TEST_F(ImportKeysTest, LateMoveEventDoesNotMoveThePickerBack) {
     pictures_.add_bmp("a.bmp", 4, 1, {red, green, blue, red});
     open_dialog();

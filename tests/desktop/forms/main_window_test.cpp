@@ -16,13 +16,13 @@ constexpr const char* empty_message = "Sprite Cant Be Empty. Put Some Pictures I
 
 class MainWindowTest : public EditorTest {
   protected:
-    /// OK of the New Sprite dialog, with its defaults.
+    /// Opens New Sprite and clicks Ok with the defaults.
     void make_new_sprite() {
         click(main().elboton2);
         click(coordinator_->form2()->elboton2);
     }
 
-    /// A sprite that was never saved and has a frame.
+    /// Creates an unsaved sprite with one frame.
     void make_unnamed_sprite_with_a_frame() {
         open_sprite(1);
         hlspr::UnnamedSprite = true;
@@ -85,7 +85,7 @@ TEST_F(MainWindowTest, OpenShowsTheSpriteAndDrawsItsFirstFrame) {
 TEST_F(MainWindowTest, NameWithoutExtensionLosesItsLastFourCharacters) {
     open(write_sprite("abcd.spr", 1));
     EXPECT_EQ(text(main().ellabel8.Caption()), "abcd");
-    open(write_sprite("flame.sprite", 1)); // four characters, wherever the dot is
+    open(write_sprite("flame.sprite", 1)); // the last four characters, wherever the dot is
     EXPECT_EQ(text(main().ellabel8.Caption()), "flame.sp");
     EXPECT_EQ(failures_, std::vector<std::string>());
 }
@@ -158,7 +158,7 @@ TEST_F(MainWindowTest, SavingAnEmptySpriteBeforeOpenFailsAndShowsTheChooser) {
 TEST_F(MainWindowTest, OpenAnsweredYesSavesTheChanges) {
     const std::string first = write_sprite("first.spr", 2);
     open(first);
-    click(main().Label2); // frame 0 down
+    click(main().Label2); // moves frame 0 down
     open(write_sprite("second.spr", 1));
     EXPECT_EQ(lines().size(), 1U);
     open(first);
@@ -349,7 +349,7 @@ TEST_F(MainWindowTest, ArrowBeyondTheListDoesNothingSilently) {
     open_sprite(2);
     click_line(main().List1, 1, Qt::ControlModifier);
     click_line(main().List1, 0, Qt::ControlModifier);
-    click_line(main().List1, 0, Qt::ControlModifier); // current and selected, with line 1 selected too
+    click_line(main().List1, 0, Qt::ControlModifier); // line 0 is current, both are selected
     ASSERT_EQ(main().List1.SelCount(), 2);
     click(main().Label1);
     EXPECT_EQ(services_.messages, std::vector<std::string>());

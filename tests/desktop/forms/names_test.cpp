@@ -1,4 +1,4 @@
-// Controls that the code itself does not look for can be found by their names.
+// Controls that the code itself does not look up also have object names.
 #include <QWidget>
 
 #include "desktop/forms/EditorTest.h"

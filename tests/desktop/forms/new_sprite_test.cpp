@@ -77,7 +77,7 @@ TEST_F(NewSpriteTest, OkCreatesAnEmptySpriteAndResetsTheMainWindow) {
     EXPECT_EQ(header().Width, 48);
     EXPECT_EQ(header().Height, 33);
     EXPECT_EQ(header().FrameCount, 0);
-    EXPECT_EQ(hlspr::document().FrameHeader.OriginY, 16); // what is shown is not rounded
+    EXPECT_EQ(hlspr::document().FrameHeader.OriginY, 16); // only the displayed value is unrounded
 }
 
 TEST_F(NewSpriteTest, CancelChangesNothing) {
@@ -89,7 +89,7 @@ TEST_F(NewSpriteTest, CancelChangesNothing) {
     EXPECT_EQ(enabled_buttons(), at_start);
     EXPECT_EQ(header().Width, width);
     click(main().elboton2);
-    EXPECT_EQ(text(dialog().eltexto2.Text()), "32"); // the defaults are back
+    EXPECT_EQ(text(dialog().eltexto2.Text()), "32"); // the defaults are restored
 }
 
 TEST_F(NewSpriteTest, LettersGiveAWidthOf0) {

@@ -28,7 +28,7 @@ class PreviewTest : public EditorTest {
 
     Colour playing() { return dialog().Picture1.surface().Point(0, 0); }
 
-    /// The frames of the next ticks at 60 frames a second.
+    /// Plays at 60 frames per second and returns the frames of the next ticks.
     std::vector<int> play(std::size_t ticks) {
         std::vector<int> drawn;
         QObject::connect(&dialog().Timer1, &QTimer::timeout, [&] { drawn.push_back(red_of(playing())); });
@@ -88,7 +88,7 @@ TEST_F(PreviewTest, SingleFrameIsDrawnAtEachTickAndStaysCurrent) {
 
 TEST_F(PreviewTest, ChangedOrderIsFollowedAsAChainWithoutFrame0) {
     open_sprite(3);
-    click(main().Label2); // frame 0 down
+    click(main().Label2); // moves frame 0 down
     ASSERT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
     ui_driver::double_click(main().Picture1);
     EXPECT_EQ(playing(), colour_of_frame(1)); // position 0
@@ -149,7 +149,7 @@ TEST_F(PreviewTest, SecondPlayDoesNotDelayTheNextTick) {
     QTest::qSleep(50);
     click(dialog().Label2);
     EXPECT_TRUE(dialog().Timer1.isActive());
-    // Only a tick, on a machine that stood still for a second, may have begun another interval.
+    // On a machine that stalled for a second, a tick may have started a new interval.
     EXPECT_TRUE(dialog().Timer1.remainingTime() <= 975 || ticks > 0);
 }
 

@@ -1,4 +1,4 @@
-// The progress dialog is painted by its own call, also while no event runs.
+// The progress dialog repaints itself even when no events are processed.
 #include "desktop/controls/on_screen.h"
 #include "desktop/forms/progress/Form6.h"
 

@@ -1,4 +1,4 @@
-// The way of the Tab key through every window.
+// The tab order of every window.
 #include <map>
 
 #include <QApplication>
@@ -12,7 +12,7 @@ namespace {
 
 using test::EveryWindowTest;
 
-/// What has the keyboard, by the name that a screen reader says.
+/// The accessible name of the focused control.
 std::string focused() {
     const QWidget* widget = QApplication::focusWidget();
     return widget == nullptr ? "nothing" : widget->accessibleName().toStdString();
@@ -22,8 +22,7 @@ void press(Form& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(window.windowHandle(), key, modifiers);
 }
 
-/// Every window's controls that take the keyboard, in the order of reading. A window without one is not
-/// named.
+/// The focusable controls of every window in reading order. Windows without any are not listed.
 const std::map<std::string, std::vector<std::string>>& orders() {
     static const std::vector<std::string> browser{"Drives", "Folders", "File type", "Files"};
     static const std::map<std::string, std::vector<std::string>> orders{
@@ -48,7 +47,7 @@ std::vector<std::string> order_of(const std::string& state) {
 
 class TabOrderTest : public EveryWindowTest {
   protected:
-    /// Where the keyboard is after each of so many presses.
+    /// The focused controls after each of `count` presses.
     static std::vector<std::string> presses(Form& window, std::size_t count, Qt::Key key,
                                             Qt::KeyboardModifiers modifiers = {}) {
         std::vector<std::string> places;
@@ -70,7 +69,7 @@ TEST_F(TabOrderTest, FollowsTheReadingOrderAndWrapsAround) {
         ++windows;
         window.activateWindow();
         ui_driver::settle();
-        // From the last control on, Tab comes to the first.
+        // Tab on the last control moves to the first.
         for (std::size_t i = 0; i < order.size() && focused() != order.back(); ++i) {
             press(window, Qt::Key_Tab);
         }

@@ -1,4 +1,4 @@
-// The colour that the dialog shows as the transparent one goes into the import.
+// The import uses the transparent colour that the dialog shows.
 #include "desktop/forms/EditorTest.h"
 #include "support/PictureFolder.h"
 
@@ -13,7 +13,7 @@ constexpr Colour green = 0x00F000;
 
 class TransparentImport : public test::EditorTest {
   protected:
-    /// Imports a red pixel beside a green one into a new sprite of that mode; red is the top left one.
+    /// Imports a picture of a red (left) and a green pixel into a new sprite of this render mode.
     void import(int render_mode) {
         pictures_.add_bmp("a.bmp", 2, 1, {red, green});
         click(main().elboton2);

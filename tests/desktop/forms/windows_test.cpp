@@ -75,7 +75,7 @@ TEST_F(WindowsTest, WindowThatWouldOpenOffTheScreenIsMovedOntoIt) {
     EXPECT_EQ(place_on_screen({-30, 700}, {200, 100}, screen), QPoint(0, 500));
     EXPECT_EQ(place_on_screen({750, -5}, {200, 100}, screen), QPoint(600, 0));
     EXPECT_EQ(place_on_screen({10, 20}, {200, 100}, screen), QPoint(10, 20));
-    EXPECT_EQ(place_on_screen({50, 50}, {1000, 700}, screen), QPoint(0, 0)); // its title stays in reach
+    EXPECT_EQ(place_on_screen({50, 50}, {1000, 700}, screen), QPoint(0, 0)); // the title stays on the screen
     main().move(-560, -470);
     click(main().elboton2);
     EXPECT_TRUE(main().screen()->availableGeometry().contains(coordinator_->form2()->geometry()));
@@ -83,7 +83,7 @@ TEST_F(WindowsTest, WindowThatWouldOpenOffTheScreenIsMovedOntoIt) {
 
 TEST_F(WindowsTest, DisabledWindowLooksTheSame) {
     open_sprite(40);
-    QApplication::focusWidget()->clearFocus(); // whose cursor blinks
+    QApplication::focusWidget()->clearFocus(); // its cursor blinks
     const QImage before = main().grab().toImage();
     main().SetEnabled(false);
     ui_driver::settle();
@@ -155,7 +155,7 @@ TEST_F(WindowsTest, HaveTheSpecifiedColours) {
     EXPECT_EQ(image.pixelColor(7 + 378 + 2, 35 + 8), QColor(76, 88, 68));
 }
 
-/// Every dialog, made as the coordinator makes it, with the texts that it shows at its fullest.
+/// Every dialog, created as the coordinator does, with its longest texts.
 class AllWindows {
   public:
     explicit AllWindows(Form1& main) : form2(main), form3(main), form4(main), form7(main) {
@@ -175,12 +175,12 @@ class AllWindows {
     Form7 form7;
 };
 
-/// Where the ink of a text ends: the empty space behind its last letter may be cut.
+/// The right edge of a text's last visible pixel; the advance behind the last letter may be clipped.
 double ink_end(const QFont& font, const QString& words) {
     return std::ceil(QFontMetricsF(theme::display_font(font)).tightBoundingRect(words).right());
 }
 
-/// Where a control's caption ends, and where it may end at most; the first is 0 for a control without one.
+/// The right edge of a control's caption and its maximum. The first is 0 for a control without a caption.
 std::pair<double, double> extent_of_caption(const QWidget& widget) {
     const auto end = [](const SkinnedControl& control, const char* part) {
         const TextPart& text = control.part<TextPart>(part);
@@ -232,8 +232,8 @@ TEST_F(WindowsTest, ControlsAreInsideTheirWindowsAndDoNotOverlap) {
             const QString name = window->objectName() + " " + control->objectName();
             EXPECT_TRUE(control->parentWidget()->rect().contains(control->geometry())) << text(name);
             for (const SkinnedControl* other : controls) {
-                // The panel lies under all, and two frames stand at one place on purpose: one of them is
-                // hidden.
+                // The panel is behind everything, and two frames share a position because one of them is
+                // always hidden.
                 const bool apart = control != other && control->parentWidget() == other->parentWidget() &&
                                    control->objectName() != "elpanel1" && other->objectName() != "elpanel1" &&
                                    control->geometry() != other->geometry();
@@ -271,13 +271,13 @@ TEST_F(WindowsTest, EveryControlHasANameForScreenReaders) {
     EXPECT_GT(named, 50);
 }
 
-// The drag by the title.
+// Dragging by the title.
 
 TEST_F(WindowsTest, DraggedCornerFollowsThePointerLessAFifteenthOfTheGrab) {
     EXPECT_EQ(dragged_place({100, 200}, 0, 0), QPoint(100, 200));
     EXPECT_EQ(dragged_place({100, 200}, 30, 7), QPoint(98, 200));   // 1470 and 2993 units
     EXPECT_EQ(dragged_place({100, 200}, 8, 300), QPoint(99, 180));  // 99.47
-    EXPECT_EQ(dragged_place({0, 0}, 22.5F, 37.5F), QPoint(-2, -2)); // halves go to the even neighbour
+    EXPECT_EQ(dragged_place({0, 0}, 22.5F, 37.5F), QPoint(-2, -2)); // halves round to even
 }
 
 TEST_F(WindowsTest, TitleMoveWithoutAPressMovesNothing) {
@@ -286,7 +286,7 @@ TEST_F(WindowsTest, TitleMoveWithoutAPressMovesNothing) {
     EXPECT_EQ(main().pos(), QPoint(50, 50));
 }
 
-// The release is lost when the form is disabled during the drag.
+// The release is lost if the form is disabled during the drag.
 TEST_F(WindowsTest, TitleMoveWithoutAButtonEndsTheDrag) {
     main().move(50, 50);
     elpanel& panel = main().elpanel1;
@@ -337,7 +337,7 @@ TEST_F(WindowsTest, OnlyTheFiveWindowsWithAPanelCanBeMoved) {
     EXPECT_EQ(windows.form6.findChild<elpanel*>(), nullptr);
 }
 
-// Ends.
+// Failures and exits.
 
 TEST_F(WindowsTest, FailureDuringAMessageBoxOfAnImportIsReported) {
     test::PictureFolder pictures(services_);
@@ -350,7 +350,7 @@ TEST_F(WindowsTest, FailureDuringAMessageBoxOfAnImportIsReported) {
     ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures.path())));
     ui_driver::click_line(dialog.File1, 0);
 
-    // While the message at the import's end is open, an event fails.
+    // An event handler fails while the message at the end of the import is open.
     bool told_in_box = false;
     QTimer event;
     event.setSingleShot(true);
@@ -358,7 +358,7 @@ TEST_F(WindowsTest, FailureDuringAMessageBoxOfAnImportIsReported) {
     QTimer::singleShot(0, [&] {
         auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         ASSERT_NE(box, nullptr);
-        ASSERT_NE(coordinator_->form4(), nullptr); // the import is not over
+        ASSERT_NE(coordinator_->form4(), nullptr); // the import is still running
         event.start(0);
         ASSERT_TRUE(QTest::qWaitFor([&] { return !event.isActive(); }));
         told_in_box = failures_ == std::vector<std::string>{"Overflow"} && box->isVisible();
