@@ -6,7 +6,6 @@
 #include <span>
 #include <string_view>
 
-#include "core/base/large_blocks.h"
 #include "platform.h"
 #include "reference/Import.h"
 #include "whole_folder.h"
@@ -24,7 +23,6 @@ void import_with_reference(const std::string& folder) {
 } // namespace
 
 int main(int argc, char** argv) {
-    varnoth::keep_large_blocks_apart();
     const varnoth::bench::Platform platform(argc, argv);
     std::span<char*> arguments(argv + 1, static_cast<std::size_t>(argc - 1));
     const bool plain = !arguments.empty() && std::string_view(arguments[0]) == "--plain";

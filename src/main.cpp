@@ -6,7 +6,6 @@
 
 #include <QApplication>
 
-#include "core/base/large_blocks.h"
 #include "desktop/controls/parts/accessible.h"
 #include "desktop/forms/FormCoordinator.h"
 #include "desktop/services/QtEventQueue.h"
@@ -36,7 +35,6 @@ int run_editor() {
 } // namespace
 
 int main(int argument_count, char** arguments) {
-    varnoth::keep_large_blocks_apart();
     varnoth::keep_no_settings();
     // Qt gets only the program name: it would act on -style, -stylesheet, -reverse and others.
     argument_count = std::min(argument_count, 1);

@@ -1,10 +1,10 @@
 #include "core/base/ByteArray.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "core/base/RunTimeFailure.h"
-#include "core/base/large_blocks.h"
 
 namespace varnoth {
 
@@ -14,10 +14,10 @@ ByteArray::ByteArray(void* bytes, std::size_t size) : bytes_(static_cast<std::ui
     }
 }
 
-ByteArray::ByteArray(std::size_t size) : ByteArray(take_zeroed_block(size), size) {}
+ByteArray::ByteArray(std::size_t size) : ByteArray(size == 0 ? nullptr : std::calloc(size, 1), size) {}
 
 ByteArray ByteArray::for_overwrite(std::size_t size) {
-    return {take_block(size), size};
+    return {size == 0 ? nullptr : std::malloc(size), size};
 }
 
 ByteArray::ByteArray(const ByteArray& other) : ByteArray(for_overwrite(other.size_)) {
@@ -36,7 +36,7 @@ ByteArray& ByteArray::operator=(const ByteArray& other) {
 
 ByteArray& ByteArray::operator=(ByteArray&& other) noexcept {
     if (this != &other) {
-        give_back_block(bytes_, size_);
+        std::free(bytes_);
         bytes_ = std::exchange(other.bytes_, nullptr);
         size_ = std::exchange(other.size_, 0);
     }
@@ -44,7 +44,7 @@ ByteArray& ByteArray::operator=(ByteArray&& other) noexcept {
 }
 
 ByteArray::~ByteArray() {
-    give_back_block(bytes_, size_);
+    std::free(bytes_);
 }
 
 bool operator==(const ByteArray& a, const ByteArray& b) {

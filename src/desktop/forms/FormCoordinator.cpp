@@ -3,7 +3,6 @@
 #include <QStandardPaths>
 
 #include "core/base/files.h"
-#include "core/base/large_blocks.h"
 #include "core/jobs/FrameExtraction.h"
 #include "core/jobs/ImportPipeline.h"
 #include "core/jobs/ImportView.h"
@@ -149,8 +148,6 @@ void FormCoordinator::open_new() {
 void FormCoordinator::open_import() {
     form1_->SetEnabled(false);
     make(form4_, *form1_);
-    // When this is emitted, its pictures have been destroyed too.
-    connect(form4_.get(), &QObject::destroyed, [] { give_back_spare_memory(); });
     on_event(form4_.get(), &Form4::importRequested, this, [this] { import(); });
     on_event(form4_.get(), &Form4::unloadRequested, this, [this] {
         picture_folder_ = form4_->Dir1.Path();
