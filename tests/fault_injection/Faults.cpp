@@ -1,6 +1,5 @@
 #include "fault_injection/Faults.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
@@ -12,7 +11,6 @@
 #include <system_error>
 
 #include <dirent.h>
-#include <sys/uio.h>
 
 namespace varnoth::test {
 
@@ -24,8 +22,6 @@ thread_local int calls = 0;
 thread_local bool met = false;
 thread_local int suspensions = 0;
 thread_local std::FILE* broken_stream = nullptr;
-std::size_t most_written = 0; // 0: as many as are asked for
-bool no_descriptors = false;
 int streams = 0;
 bool poisoned = false;
 std::uint8_t poison = 0;
@@ -84,22 +80,6 @@ bool FaultInjection::hit() const {
     return met;
 }
 
-ShortWrites::ShortWrites(std::size_t most) {
-    most_written = most;
-}
-
-ShortWrites::~ShortWrites() {
-    most_written = 0;
-}
-
-NoDescriptors::NoDescriptors() {
-    no_descriptors = true;
-}
-
-NoDescriptors::~NoDescriptors() {
-    no_descriptors = false;
-}
-
 FaultsSuspended::FaultsSuspended() {
     ++suspensions;
 }
@@ -130,8 +110,6 @@ Poison::~Poison() {
 using varnoth::test::broken_stream;
 using varnoth::test::Call;
 using varnoth::test::fails;
-using varnoth::test::most_written;
-using varnoth::test::no_descriptors;
 using varnoth::test::poisoned_memory;
 using varnoth::test::streams;
 
@@ -143,7 +121,6 @@ void* __real_realloc(void* memory, std::size_t size);
 std::FILE* __real_fopen64(const char* path, const char* mode);
 std::size_t __real_fread(void* target, std::size_t size, std::size_t count, std::FILE* file);
 std::size_t __real_fwrite(const void* source, std::size_t size, std::size_t count, std::FILE* file);
-ssize_t __real_writev(int descriptor, const iovec* parts, int count);
 int __real_fseeko64(std::FILE* file, off_t offset, int origin);
 off_t __real_ftello64(std::FILE* file);
 int __real_ferror(std::FILE* file);
@@ -158,7 +135,6 @@ void* __wrap_realloc(void* memory, std::size_t size);
 std::FILE* __wrap_fopen64(const char* path, const char* mode);
 std::size_t __wrap_fread(void* target, std::size_t size, std::size_t count, std::FILE* file);
 std::size_t __wrap_fwrite(const void* source, std::size_t size, std::size_t count, std::FILE* file);
-ssize_t __wrap_writev(int descriptor, const iovec* parts, int count);
 int __wrap_fseeko64(std::FILE* file, off_t offset, int origin);
 off_t __wrap_ftello64(std::FILE* file);
 int __wrap_ferror(std::FILE* file);
@@ -166,15 +142,6 @@ int __wrap_fclose(std::FILE* file);
 DIR* __wrap_opendir(const char* path);
 dirent* __wrap_readdir64(DIR* folder);
 int __wrap_closedir(DIR* folder);
-
-// A stream of the program's own functions, which write to a file and close it.
-static std::FILE* stream_onto(std::FILE* file) {
-    const auto write = [](void* to, const char* bytes, std::size_t count) {
-        return static_cast<ssize_t>(__real_fwrite(bytes, 1, count, static_cast<std::FILE*>(to)));
-    };
-    const auto close = [](void* to) { return __real_fclose(static_cast<std::FILE*>(to)); };
-    return fopencookie(file, "wb", {nullptr, write, nullptr, close});
-}
 
 void* __wrap_malloc(std::size_t size) {
     return fails(Call::Array) ? nullptr : poisoned_memory(__real_malloc(size), size);
@@ -194,7 +161,7 @@ std::FILE* __wrap_fopen64(const char* path, const char* mode) {
     }
     std::FILE* const file = __real_fopen64(path, mode);
     streams += file == nullptr ? 0 : 1;
-    return no_descriptors && file != nullptr && *mode == 'w' ? stream_onto(file) : file;
+    return file;
 }
 
 // Transfers half of what was requested.
@@ -217,18 +184,6 @@ std::size_t __wrap_fwrite(const void* source, std::size_t size, std::size_t coun
         return half;
     }
     return __real_fwrite(source, size, count, file);
-}
-
-ssize_t __wrap_writev(int descriptor, const iovec* parts, int count) {
-    if (fails(Call::Write)) {
-        return -1;
-    }
-    if (most_written == 0) {
-        return __real_writev(descriptor, parts, count);
-    }
-    iovec first = *parts;
-    first.iov_len = std::min(first.iov_len, most_written);
-    return __real_writev(descriptor, &first, 1);
 }
 
 int __wrap_fseeko64(std::FILE* file, off_t offset, int origin) {

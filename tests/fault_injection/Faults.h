@@ -50,26 +50,6 @@ class FaultInjection {
     bool hit() const;
 };
 
-/// While one lives, a gathered write takes at most so many bytes, as the system may do it.
-class ShortWrites {
-  public:
-    explicit ShortWrites(std::size_t most);
-    ~ShortWrites();
-
-    ShortWrites(const ShortWrites&) = delete;
-    ShortWrites& operator=(const ShortWrites&) = delete;
-};
-
-/// While one lives, files opened for writing have no descriptor, as streams of a program's own making.
-class NoDescriptors {
-  public:
-    NoDescriptors();
-    ~NoDescriptors();
-
-    NoDescriptors(const NoDescriptors&) = delete;
-    NoDescriptors& operator=(const NoDescriptors&) = delete;
-};
-
 /// Suspends the fault for this object's lifetime, for calls that the test itself makes.
 class FaultsSuspended {
   public:

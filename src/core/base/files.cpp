@@ -1,17 +1,13 @@
 #include "core/base/files.h"
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
 #include "core/base/RunTimeFailure.h"
 
 #ifndef _WIN32
 #include <dirent.h>
-#include <sys/uio.h>
 #endif
 
 namespace varnoth {
@@ -69,66 +65,10 @@ std::FILE* open_file(const std::string& path, const char* mode) {
     return file;
 }
 
-void put(std::FILE* file, std::span<const std::uint8_t> bytes) {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) {
-        fail(failure_of(errno));
-    }
-}
-
-void put_each(std::FILE* file, std::span<const std::span<const std::uint8_t>> parts) {
-    for (const auto& part : parts) {
-        put(file, part);
-    }
-}
-
-#ifdef _WIN32
-
-constexpr auto& put_all = put_each;
-
-#else
-
-// Takes so many bytes off the front and returns the parts that are left.
-std::span<iovec> behind(std::span<iovec> parts, std::size_t taken) {
-    while (!parts.empty() && taken >= parts.front().iov_len) {
-        taken -= parts.front().iov_len;
-        parts = parts.subspan(1);
-    }
-    if (!parts.empty()) {
-        parts.front().iov_base = static_cast<std::uint8_t*>(parts.front().iov_base) + taken;
-        parts.front().iov_len -= taken;
-    }
-    return parts;
-}
-
-// All parts in one call, so that the system need not put together its pages from pieces.
-void put_all(std::FILE* file, std::span<const std::span<const std::uint8_t>> parts) {
-    const int descriptor = fileno(file);
-    if (descriptor < 0) { // a stream in memory
-        put_each(file, parts);
-        return;
-    }
-    if (std::fflush(file) != 0) {
-        fail(failure_of(errno));
-    }
-    std::array<iovec, OutputFile::most_pending> records;
-    const std::span<iovec> all = std::span(records).first(parts.size());
-    std::ranges::transform(parts, all.begin(), [](std::span<const std::uint8_t> part) {
-        // The system's record has no const, but writing changes nothing.
-        return iovec{const_cast<std::uint8_t*>(part.data()), part.size()}; // NOLINT
-    });
-    for (std::span<iovec> left = all; !left.empty();) {
-        const ssize_t written = ::writev(descriptor, left.data(), static_cast<int>(left.size()));
-        if (written < 0 && errno != EINTR) {
-            fail(failure_of(errno));
-        }
-        left = behind(left, static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-    }
-}
-
+#ifndef _WIN32
 struct CloseFolder {
     void operator()(DIR* folder) const { closedir(folder); }
 };
-
 #endif
 
 // The standard functions count in a long, which ends at 2 GiB on some machines.
@@ -257,37 +197,13 @@ OutputFile::OutputFile(const std::string& path) {
     file_.reset(open_file(path, "wb"));
 }
 
-OutputFile::~OutputFile() {
-    if (file_) {
-        try {
-            write_pending();
-        } catch (const RunTimeFailure&) {
-            // Whoever wants to know closes the file.
-        }
-    }
-}
-
 void OutputFile::write(std::span<const std::uint8_t> bytes) {
-    write_pending();
-    put(file_.get(), bytes);
-}
-
-void OutputFile::write_later(std::span<const std::uint8_t> bytes) {
-    pending_.push_back(bytes);
-    if (pending_.size() == most_pending) {
-        write_pending();
-    }
-}
-
-void OutputFile::write_pending() {
-    const std::vector<std::span<const std::uint8_t>> parts = std::exchange(pending_, {});
-    if (!parts.empty()) {
-        put_all(file_.get(), parts);
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) {
+        fail(failure_of(errno));
     }
 }
 
 void OutputFile::close() {
-    write_pending();
     if (std::fclose(file_.release()) != 0) {
         fail(failure_of(errno));
     }

@@ -64,27 +64,15 @@ class InputFile {
     std::int64_t length_ = 0;
 };
 
-/// A file created or emptied for writing.
+/// A file created or emptied for writing. Destroying one that was not closed writes what is buffered;
+/// failures then stay unknown.
 class OutputFile {
   public:
     /// PermissionDenied also for an existing read-only file, which keeps its content.
     explicit OutputFile(const std::string& path);
 
-    /// A file that was not closed gets what is still to be written; failures then stay unknown.
-    ~OutputFile();
-
-    OutputFile(const OutputFile&) = delete;
-    OutputFile& operator=(const OutputFile&) = delete;
-
     /// All of the bytes. A failure of the disk shows here or when the file is closed.
     void write(std::span<const std::uint8_t> bytes);
-
-    /// As many parts as wait for each other: one call to the system takes them.
-    static constexpr std::size_t most_pending = 512;
-
-    /// The same for bytes that stay as they are until the file is closed or destroyed: they go to the system
-    /// many parts at a time, straight from where they stand.
-    void write_later(std::span<const std::uint8_t> bytes);
 
     /// Writes out what is buffered and closes; failures of the disk show here at the latest.
     void close();
@@ -94,10 +82,7 @@ class OutputFile {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
-    void write_pending();
-
     std::unique_ptr<std::FILE, Close> file_;
-    std::vector<std::span<const std::uint8_t>> pending_;
 };
 
 /// The first `count` bytes of a file, fewer when it is shorter.

@@ -118,7 +118,7 @@ Truth write_sprite(const std::string& path) {
     if (file_exists(path)) {
         delete_file(path);
     }
-    const auto frame_header = to_bytes(sprite.FrameHeader); // outlives the file, which writes it later
+    const auto frame_header = to_bytes(sprite.FrameHeader);
     OutputFile file(path);
     file.write(to_bytes(sprite.SpriteHeader));
     file.write(to_bytes(sprite.Palette));
@@ -126,8 +126,8 @@ Truth write_sprite(const std::string& path) {
         check_subscript(i, sprite.FrameOrder.size());
         const std::int16_t number = sprite.FrameOrder[static_cast<std::size_t>(i)];
         check_subscript(number, sprite.FrameStore.size());
-        file.write_later(frame_header);
-        file.write_later(sprite.FrameStore[static_cast<std::size_t>(number)].bytes());
+        file.write(frame_header);
+        file.write(sprite.FrameStore[static_cast<std::size_t>(number)].bytes());
     }
     file.close();
     return True;
