@@ -8,8 +8,8 @@
 #include <memory>
 #include <random>
 
-#include "photographs.h"
 #include "core/sprite/hlspr.h"
+#include "photographs.h"
 #include "support/TemporaryFolder.h"
 
 namespace varnoth::bench {
@@ -126,12 +126,16 @@ void draw_shipped(benchmark::State& state) {
     }
 }
 
+// Copies the pixels of as many frames in turn.
 void draw_copy(benchmark::State& state) {
     test::TestSurface picture(photograph_side, photograph_side);
-    const std::vector<std::uint8_t> output(4 * frame_pixels, 7);
+    const std::vector<std::vector<std::uint8_t>> frames(few_frames,
+                                                        std::vector<std::uint8_t>(4 * frame_pixels, 7));
+    std::size_t position = 0;
     for (auto _ : state) {
-        std::memcpy(picture.bitmap().bytes().data(), output.data(), output.size());
+        std::memcpy(picture.bitmap().bytes().data(), frames[position].data(), frames[position].size());
         benchmark::ClobberMemory();
+        position = (position + 1) % frames.size();
     }
 }
 

@@ -8,7 +8,7 @@
 
 namespace varnoth {
 
-IndexExpansion::IndexExpansion(std::span<const RGBQUAD, 256> colours) : planes_(colours) {
+IndexExpansion::IndexExpansion(std::span<const RGBQUAD, 256> colours) {
     for (std::size_t i = 0; i < colours.size(); ++i) {
         const std::array<RGBQUAD, 2> at_left{colours[i], {}};
         const std::array<RGBQUAD, 2> at_right{RGBQUAD{}, colours[i]};
@@ -24,7 +24,7 @@ void IndexExpansion::expand(std::span<const std::uint8_t> indices, std::uint8_t*
         std::memcpy(pixels + 4 * i, &both, sizeof both);
     };
     const std::size_t count = indices.size();
-    std::size_t i = planes_.expand(indices, pixels);
+    std::size_t i = 0;
     for (; i + 8 <= count; i += 8) {
         put_pair(i);
         put_pair(i + 2);

@@ -1,4 +1,4 @@
-// 8-bit indices turned into 32-bit pixels at nearly the speed at which memory is copied.
+// 8-bit indices turned into 32-bit pixels.
 #pragma once
 
 #include <array>
@@ -6,11 +6,10 @@
 #include <span>
 
 #include "core/image/Colour.h"
-#include "core/image/ColourPlanes.h"
 
 namespace varnoth {
 
-/// Made once for a table of colours, 5 KiB.
+/// Made once for a table of colours, 4 KiB.
 class IndexExpansion {
   public:
     explicit IndexExpansion(std::span<const RGBQUAD, 256> colours);
@@ -19,11 +18,10 @@ class IndexExpansion {
     void expand(std::span<const std::uint8_t> indices, std::uint8_t* pixels) const;
 
   private:
-    // Two neighbouring pixels as one number of 8 bytes: half as many stores. Each table holds its pixel's
-    // bytes where they stand in memory and zeros for its neighbour's.
+    // Two neighbouring pixels are stored as one number of 8 bytes: half as many stores. Each table holds its
+    // pixel's bytes where they are in memory and zeros for its neighbour's.
     using Halves = std::array<std::uint64_t, 256>;
 
-    ColourPlanes planes_;
     Halves left_{};
     Halves right_{};
 };
