@@ -1,6 +1,5 @@
 #include "desktop/forms/new_sprite/Form2.h"
 
-#include "core/base/leading_number.h"
 #include "core/base/number_text.h"
 #include "core/base/numbers.h"
 #include "core/sprite/hlspr.h"

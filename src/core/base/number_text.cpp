@@ -1,4 +1,4 @@
-#include "core/base/leading_number.h"
+#include "core/base/number_text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -67,6 +67,11 @@ double leading_number(std::string_view text) {
         fail(Failure::Overflow);
     }
     return negative && value != 0 ? -value : value;
+}
+
+std::string number_text(double value) {
+    char text[352]; // the smallest real numbers of 64 bits take 327
+    return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::fixed).ptr};
 }
 
 } // namespace varnoth
