@@ -38,7 +38,7 @@ struct TwipsPerPixel {
     ~TwipsPerPixel() { screen() = Screen{}; }
 };
 
-TEST(CBitmap, SizesOfAtLeastOnePixelAndLessThan2GibibytesArePossible) {
+TEST(CBitmap, SizesFromOnePixelToLessThan2GiBArePossible) {
     EXPECT_TRUE(CBitmap::is_possible_size(1, 1));
     EXPECT_TRUE(CBitmap::is_possible_size(1, 536870911));
     EXPECT_FALSE(CBitmap::is_possible_size(1, 536870912));
@@ -50,13 +50,13 @@ TEST(CBitmap, SizesOfAtLeastOnePixelAndLessThan2GibibytesArePossible) {
     EXPECT_FALSE(CBitmap::is_possible_size(5, -1));
 }
 
-TEST(CBitmap, OneBitPixelsRunFromTheMostSignificantBitAndAreBlackAndWhite) {
+TEST(CBitmap, Pixels1BitAreBlackAndWhiteFromTheHighestBit) {
     CBitmap::SetMonoColors();
     CBitmap::CreateBitmap1(Bytes{0b10100000, 0b01000000, 0, 0}, 10, 1, 0);
     EXPECT_EQ(decoded_colours(), (Colours{0xFFFFFF, 0, 0xFFFFFF, 0, 0, 0, 0, 0, 0, 0xFFFFFF}));
 }
 
-TEST(CBitmap, FourBitPixelsHaveTheHighNibbleLeftAndTakeTheTablesRedGreenBlue) {
+TEST(CBitmap, Pixels4BitAreIndicesWithTheHighNibbleLeft) {
     Bytes colours(48);
     colours[3] = 1;
     colours[4] = 2;
@@ -69,7 +69,7 @@ TEST(CBitmap, FourBitPixelsHaveTheHighNibbleLeftAndTakeTheTablesRedGreenBlue) {
     EXPECT_EQ(decoded_colours(), (Colours{0x030201, 0x1E140A, 0x030201}));
 }
 
-TEST(CBitmap, EightBitPixelsAreIndicesIntoATableOf256) {
+TEST(CBitmap, Pixels8BitAreIndicesIntoATableOf256) {
     Bytes colours(768);
     colours[765] = 7;
     colours[767] = 9;
@@ -78,19 +78,19 @@ TEST(CBitmap, EightBitPixelsAreIndicesIntoATableOf256) {
     EXPECT_EQ(decoded_colours(), (Colours{0x090007, 0}));
 }
 
-TEST(CBitmap, SixteenBitPixelsAreLittleEndianWordsOfFiveBitsRedGreenBlueAndBit15IsNotUsed) {
+TEST(CBitmap, Pixels16BitAreWordsOf5BitsPerChannel) {
     // Red 31; green 31 and the unused bit; blue 1.
     CBitmap::CreateBitmap16(Bytes{0x00, 0x7C, 0xE0, 0x83, 0x01, 0x00, 0, 0}, 3, 1, 0);
     EXPECT_EQ(decoded_colours(), (Colours{0x0000FF, 0x00FF00, 0x080000}));
 }
 
-TEST(CBitmap, ThirtyTwoBitPixelsAreBlueGreenRedAndTheFourthByteIsDropped) {
+TEST(CBitmap, Pixels32BitAreBlueGreenRedAndAnUnusedByte) {
     CBitmap::CreateBitmap32(Bytes{1, 2, 3, 4}, 1, 1, 0);
     EXPECT_EQ(decoded_colours(), (Colours{0x010203}));
     EXPECT_EQ(CBitmap::CurrentBitmap->bytes()[3], 0);
 }
 
-TEST(CBitmap, RowsArePaddedToFourBytesAndTheFirstIsTheBottomRow) {
+TEST(CBitmap, RowsArePaddedTo4BytesBottomRowFirst) {
     CBitmap::SetMonoColors();
     CBitmap::CreateBitmap1(Bytes{0x80, 0xFF, 0xFF, 0xFF, 0x00, 0xFF, 0xFF, 0xFF}, 1, 2, 0);
     EXPECT_EQ(decoded_colours(), (Colours{0, 0xFFFFFF}));
@@ -98,7 +98,7 @@ TEST(CBitmap, RowsArePaddedToFourBytesAndTheFirstIsTheBottomRow) {
     EXPECT_EQ(decoded_colours(), (Colours{0x100000, 0x080000}));
 }
 
-TEST(CBitmap, WithAnyTopDownFlagButZeroTheFirstRowIsTheTopRow) {
+TEST(CBitmap, TopDownOtherThan0PutsTheTopRowFirst) {
     const Bytes pixels{1, 0, 0, 0, 2, 0, 0, 0};
     for (const std::int16_t flag : {std::int16_t{1}, std::int16_t{-1}, std::int16_t{7}}) {
         CBitmap::CreateBitmap32(pixels, 1, 2, flag);
@@ -108,7 +108,7 @@ TEST(CBitmap, WithAnyTopDownFlagButZeroTheFirstRowIsTheTopRow) {
     EXPECT_EQ(decoded_colours(), (Colours{0x020000, 0x010000}));
 }
 
-TEST(CBitmap, ANegativeHeightTurnsTheDirectionRound) {
+TEST(CBitmap, NegativeHeightReversesTheDirection) {
     const Bytes pixels{1, 0, 0, 0, 2, 0, 0, 0};
     CBitmap::CreateBitmap32(pixels, 1, -2, 0);
     EXPECT_EQ(decoded_colours(), (Colours{0x010000, 0x020000}));
@@ -117,7 +117,7 @@ TEST(CBitmap, ANegativeHeightTurnsTheDirectionRound) {
     EXPECT_FAILURE(CBitmap::CreateBitmap32(pixels, 1, std::numeric_limits<std::int32_t>::min(), 1), Overflow);
 }
 
-TEST(CBitmap, BytesThatTheArrayLacksAreZeroInWhateverColourThatIs) {
+TEST(CBitmap, MissingBytesHaveTheColourOfIndex0) {
     CBitmap::CreateBitmap32(Bytes{1, 2, 3, 0, 4}, 1, 3, 1);
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x040000, 0}));
     CBitmap::CreateBitmap16(Bytes{0x1F}, 2, 1, 1);
@@ -129,7 +129,7 @@ TEST(CBitmap, BytesThatTheArrayLacksAreZeroInWhateverColourThatIs) {
     EXPECT_EQ(decoded_colours(), (Colours{0, 5, 5, 5}));
 }
 
-TEST(CBitmap, ATableKeepsItsColoursUntilItIsFilledAnewAndAPictureKeepsItsOwn) {
+TEST(CBitmap, TableAndPictureKeepTheirColours) {
     Bytes colours(768);
     colours[0] = 5;
     CBitmap::SetColors256(colours);
@@ -141,14 +141,14 @@ TEST(CBitmap, ATableKeepsItsColoursUntilItIsFilledAnewAndAPictureKeepsItsOwn) {
     EXPECT_EQ(decoded_colours(), (Colours{5}));
 }
 
-TEST(CBitmap, ATableTakesExactlyItsTriplesAndFailsOnFewer) {
+TEST(CBitmap, TableTakesItsTriplesAndFailsOnFewer) {
     EXPECT_FAILURE(CBitmap::SetColors16(Bytes(47)), SubscriptOutOfRange);
     EXPECT_FAILURE(CBitmap::SetColors256(Bytes(767)), SubscriptOutOfRange);
     EXPECT_EQ(test::failure_in([] { CBitmap::SetColors16(Bytes(1000)); }), std::nullopt);
     EXPECT_EQ(test::failure_in([] { CBitmap::SetColors256(Bytes(1000)); }), std::nullopt);
 }
 
-TEST(CBitmap, AnArrayWithoutBytesIsAFailureThatLeavesTheCurrentPicture) {
+TEST(CBitmap, EmptyArrayFailsAndKeepsTheCurrentPicture) {
     const auto old = put_old_picture();
     EXPECT_FAILURE(CBitmap::CreateBitmap1({}, 1, 1, 0), SubscriptOutOfRange);
     EXPECT_FAILURE(CBitmap::CreateBitmap4({}, 1, 1, 0), SubscriptOutOfRange);
@@ -158,7 +158,7 @@ TEST(CBitmap, AnArrayWithoutBytesIsAFailureThatLeavesTheCurrentPicture) {
     EXPECT_EQ(CBitmap::CurrentBitmap, old);
 }
 
-TEST(CBitmap, APictureThatCannotBeMadeLeavesNoneAndIsNoFailure) {
+TEST(CBitmap, ImpossiblePictureLeavesNoneWithoutAFailure) {
     const Bytes pixels(4);
 
     struct {
@@ -173,35 +173,35 @@ TEST(CBitmap, APictureThatCannotBeMadeLeavesNoneAndIsNoFailure) {
     }
 }
 
-TEST(CBitmap, WithoutAPictureADrawOnlyClearsAndSizesTheTarget) {
+TEST(CBitmap, DrawWithoutAPictureClearsAndSizesTheTarget) {
     CBitmap::CurrentBitmap = nullptr;
     const auto target = surface_of(1, 1, {0x123456});
     CBitmap::DrawBitmap(2, 1, *target, -1);
     EXPECT_EQ(colours_of(*target), (Colours{0, 0}));
 }
 
-TEST(CBitmap, ScreenFactorsAreRoundedTiesToEvenBeforeTheyMultiply) {
+TEST(CBitmap, ScreenFactorsAreRoundedBeforeMultiplying) {
     EXPECT_EQ(CBitmap::PixelsToTwips(3, 4), (CBitmap::Extent{45, 60}));
     const TwipsPerPixel changed(12.5, 13.5);
     EXPECT_EQ(CBitmap::PixelsToTwips(3, 4), (CBitmap::Extent{36, 56}));
     EXPECT_EQ(CBitmap::PixelsToTwips(-3, 0), (CBitmap::Extent{-36, 0}));
 }
 
-TEST(CBitmap, TwipsBecomePixelsByARealDivisionRoundedTiesToEven) {
+TEST(CBitmap, TwipsToPixelsRoundsTiesToEven) {
     const TwipsPerPixel changed(10, 4);
     EXPECT_EQ(CBitmap::TwipsToPixels(25, 6), (CBitmap::Extent{2, 2}));
     EXPECT_EQ(CBitmap::TwipsToPixels(35, 10), (CBitmap::Extent{4, 2}));
     EXPECT_EQ(CBitmap::TwipsToPixels(-25, 7), (CBitmap::Extent{-2, 2}));
 }
 
-TEST(CBitmap, SizesBeyond32BitsOverflowAndAScreenWithoutTwipsDividesByZero) {
+TEST(CBitmap, SizeBeyond32BitsOverflowsAndNoTwipsDivideByZero) {
     EXPECT_FAILURE(CBitmap::PixelsToTwips(200'000'000, 1), Overflow);
     EXPECT_FAILURE(CBitmap::PixelsToTwips(1, -200'000'000), Overflow);
     const TwipsPerPixel changed(0.4, 0.4);
     EXPECT_FAILURE(CBitmap::TwipsToPixels(1, 1), DivisionByZero);
 }
 
-TEST(CBitmap, ABorderlessTargetWithAutoscaleEndsWithThePicturesSizeAndAnUnscaledCopy) {
+TEST(CBitmap, AutoscaleGivesABorderlessTargetThePicturesSize) {
     const Colours colours{1, 2, 3, 4, 5, 6};
     make_current(3, 2, colours);
     TestSurface target(7, 1);
@@ -211,7 +211,7 @@ TEST(CBitmap, ABorderlessTargetWithAutoscaleEndsWithThePicturesSizeAndAnUnscaled
     EXPECT_EQ(colours_of(target), colours);
 }
 
-TEST(CBitmap, ABorderedTargetWithAutoscaleEndsWithItsInnerAreaOfThePicturesSizeAndAnUnscaledCopy) {
+TEST(CBitmap, AutoscaleGivesTheInnerAreaThePicturesSize) {
     Colours colours;
     for (Colour i = 0; i < 8 * 9; ++i) {
         colours.push_back(i);
@@ -225,7 +225,7 @@ TEST(CBitmap, ABorderedTargetWithAutoscaleEndsWithItsInnerAreaOfThePicturesSizeA
     EXPECT_EQ(colours_of(target), colours);
 }
 
-TEST(CBitmap, APictureSmallerThanABorderedTargetsBorderIsDrawnUnscaled) {
+TEST(CBitmap, PictureSmallerThanTheBorderIsDrawnUnscaled) {
     for (const std::int32_t side : {1, 2, 3, 4, 5}) {
         Colours colours;
         for (Colour i = 1; i <= side * side; ++i) {
@@ -245,7 +245,7 @@ TEST(CBitmap, APictureSmallerThanABorderedTargetsBorderIsDrawnUnscaled) {
     EXPECT_EQ(target.bitmap().height(), 9);
 }
 
-TEST(CBitmap, ABorderedTargetWithoutAutoscaleGrowsByItsBorderAtEveryDraw) {
+TEST(CBitmap, BorderedTargetGrowsAtEveryDrawWithoutAutoscale) {
     make_current(1, 1, {5});
     TestSurface target(10, 6, 32, 2);
     CBitmap::DrawBitmap(1, 1, target, 0);
@@ -258,7 +258,7 @@ TEST(CBitmap, ABorderedTargetWithoutAutoscaleGrowsByItsBorderAtEveryDraw) {
     EXPECT_EQ(target.bitmap().height(), 14);
 }
 
-TEST(CBitmap, OnlyMinusOneCountsAsAutoscale) {
+TEST(CBitmap, OnlyMinus1IsAutoscale) {
     make_current(1, 1, {5});
     for (const std::int16_t off : {std::int16_t{1}, std::int16_t{0}, std::int16_t{-2}}) {
         TestSurface target(2, 3);
@@ -267,14 +267,14 @@ TEST(CBitmap, OnlyMinusOneCountsAsAutoscale) {
     }
 }
 
-TEST(CBitmap, ATargetOfAnotherSizeStretchesThePicture) {
+TEST(CBitmap, TargetOfAnotherSizeStretchesThePicture) {
     make_current(2, 1, {1, 2});
     TestSurface target(4, 2);
     CBitmap::DrawBitmap(2, 1, target, 0);
     EXPECT_EQ(colours_of(target), (Colours{1, 1, 2, 2, 1, 1, 2, 2}));
 }
 
-TEST(CBitmap, ADrawClearsTheTargetFirst) {
+TEST(CBitmap, DrawClearsTheTargetFirst) {
     make_current(1, 1, {5});
     const auto target = surface_of(4, 1, {9, 9, 9, 9});
     // Three quarters of the source lie outside the picture and leave what the target had.
@@ -282,14 +282,14 @@ TEST(CBitmap, ADrawClearsTheTargetFirst) {
     EXPECT_EQ(colours_of(*target), (Colours{5, 0, 0, 0}));
 }
 
-TEST(CBitmap, ASourceSizeSmallerThanThePictureShowsItsTopLeftPart) {
+TEST(CBitmap, SmallerSourceSizeDrawsTheTopLeftPart) {
     make_current(2, 2, {1, 2, 3, 4});
     TestSurface target(9, 9);
     CBitmap::DrawBitmap(1, 2, target, -1);
     EXPECT_EQ(colours_of(target), (Colours{1, 3}));
 }
 
-TEST(CBitmap, BothScaleModesStandAfterADrawAsBefore) {
+TEST(CBitmap, DrawRestoresBothScaleModes) {
     make_current(2, 1, {1, 2});
     for (const std::int32_t border : {0, 3}) {
         for (const std::int16_t parent_mode : {ScaleTwips, ScalePixels}) {
@@ -307,7 +307,7 @@ TEST(CBitmap, BothScaleModesStandAfterADrawAsBefore) {
     }
 }
 
-TEST(CBitmap, ATopLevelFormHasNoParentToSetAndDrawsAllTheSame) {
+TEST(CBitmap, DrawWorksOnATopLevelForm) {
     make_current(2, 1, {1, 2});
     PictureSurface form({nullptr, 5, 5, 32, 0, 0});
     form.ScaleMode = ScaleTwips;
@@ -316,7 +316,7 @@ TEST(CBitmap, ATopLevelFormHasNoParentToSetAndDrawsAllTheSame) {
     EXPECT_EQ(form.ScaleMode, ScaleTwips);
 }
 
-TEST(CBitmap, WhatWasDrawnBecomesTheTargetsPicture) {
+TEST(CBitmap, DrawnPixelsBecomeTheTargetsPicture) {
     make_current(2, 1, {1, 2});
     TestSurface target(1, 1);
     CBitmap::DrawBitmap(2, 1, target, -1);
@@ -327,7 +327,7 @@ TEST(CBitmap, WhatWasDrawnBecomesTheTargetsPicture) {
     EXPECT_EQ(colours_of(target), (Colours{1, 2}));
 }
 
-TEST(CBitmap, ADrawOnlyReadsTheCurrentPictureSoItCanBeDrawnAgain) {
+TEST(CBitmap, CurrentPictureCanBeDrawnAgain) {
     make_current(2, 1, {1, 2});
     const auto current = CBitmap::CurrentBitmap;
     TestSurface first(1, 1);
@@ -338,13 +338,13 @@ TEST(CBitmap, ADrawOnlyReadsTheCurrentPictureSoItCanBeDrawnAgain) {
     EXPECT_EQ(colours_of(first), colours_of(second));
 }
 
-TEST(CBitmap, ANegativePictureSizeIsWhatASurfaceRefuses) {
+TEST(CBitmap, NegativePictureSizeIsAnInvalidPropertyValue) {
     make_current(1, 1, {5});
     TestSurface target(1, 1);
     EXPECT_FAILURE(CBitmap::DrawBitmap(1, -1, target, -1), InvalidPropertyValue);
 }
 
-TEST(CBitmap, TheVerticalSizeIsSetBeforeTheHorizontalOne) {
+TEST(CBitmap, HeightIsSetBeforeWidth) {
     make_current(1, 1, {5});
     TestSurface target(3, 3);
     EXPECT_FAILURE(CBitmap::DrawBitmap(-1, 7, target, -1), InvalidPropertyValue);

@@ -53,7 +53,7 @@ class JpgModTest : public testing::Test {
     TemporaryFolder folder;
 };
 
-TEST_F(JpgModTest, ABaselineFrameTellsWidthAndHeight) {
+TEST_F(JpgModTest, BaselineFrameGivesWidthAndHeight) {
     EXPECT_EQ(probe({start, jfif, frame(0xC0, 300, 513), scan}), (Probe{True, 300, 513}));
 }
 
@@ -63,18 +63,18 @@ TEST_F(JpgModTest, TheFirstBaselineFrameEndsTheWalk) {
     EXPECT_EQ(probe({start, frame(0xC0, 3, 5), {0xFF, 0xE2, 0x80, 0x00}}), (Probe{True, 3, 5}));
 }
 
-TEST_F(JpgModTest, TheTwoStartBytesAreTested) {
+TEST_F(JpgModTest, StartMarkerIsRequired) {
     EXPECT_EQ(probe({{0xFE, 0xD8}, frame(0xC0, 3, 5)}), nothing_found);
     EXPECT_EQ(probe({{0xFF, 0xD9}, frame(0xC0, 3, 5)}), nothing_found);
     EXPECT_EQ(probe({}), nothing_found);
     EXPECT_EQ(probe({{0xFF}}), nothing_found);
 }
 
-TEST_F(JpgModTest, AFileOfOnlyTheTwoStartBytesAnswersFalse) {
+TEST_F(JpgModTest, FileOfOnlyTheStartMarkerIsRejected) {
     EXPECT_EQ(probe({start}), nothing_found);
 }
 
-TEST_F(JpgModTest, AnApp0WithAnotherIdentifierThanJfifEndsTheWalk) {
+TEST_F(JpgModTest, App0WithoutJfifEndsTheWalk) {
     EXPECT_EQ(probe({start, segment(0xE0, {'J', 'F', 'X', 'X', 0, 1}), frame(0xC0, 3, 5)}), nothing_found);
     EXPECT_EQ(probe({start, segment(0xE0, {'j', 'f', 'i', 'f', 0, 1}), frame(0xC0, 3, 5)}), nothing_found);
     // Also one that is not the first.
@@ -82,23 +82,23 @@ TEST_F(JpgModTest, AnApp0WithAnotherIdentifierThanJfifEndsTheWalk) {
               nothing_found);
 }
 
-TEST_F(JpgModTest, AnApp1IsPassedOverSoAFileWithoutApp0AnswersWithItsSize) {
+TEST_F(JpgModTest, FileWithApp1InsteadOfApp0GivesItsSize) {
     EXPECT_EQ(probe({start, segment(0xE1, {'E', 'x', 'i', 'f', 0, 0, 0xFF, 0xDA, 0, 2}), frame(0xC0, 3, 5)}),
               (Probe{True, 3, 5}));
 }
 
-TEST_F(JpgModTest, AProgressiveFrameIsPassedOverAndTheScanEndsTheWalk) {
+TEST_F(JpgModTest, ProgressiveFrameIsSkippedAndTheScanEndsTheWalk) {
     EXPECT_EQ(probe({start, jfif, frame(0xC2, 3, 5), scan, frame(0xC0, 7, 9)}), nothing_found);
 }
 
-TEST_F(JpgModTest, TheOtherFrameKindsAreNoFramesEither) {
+TEST_F(JpgModTest, OtherFrameKindsAreSkipped) {
     for (const std::uint8_t marker :
          Bytes{0xC1, 0xC3, 0xC5, 0xC6, 0xC7, 0xC9, 0xCA, 0xCB, 0xCD, 0xCE, 0xCF}) {
         EXPECT_EQ(probe({start, jfif, frame(marker, 3, 5), scan}), nothing_found);
     }
 }
 
-TEST_F(JpgModTest, AnyOtherMarkerIsJumpedOverByItsLength) {
+TEST_F(JpgModTest, OtherSegmentsAreSkippedByTheirLength) {
     // Each body holds what would be a frame of another size, were it looked at.
     for (const std::uint8_t marker : Bytes{0x01, 0xC4, 0xDB, 0xDD, 0xE2, 0xED, 0xEE, 0xFE}) {
         EXPECT_EQ(probe({start, segment(marker, frame(0xC0, 90, 91)), frame(0xC0, 3, 5)}),
@@ -106,21 +106,21 @@ TEST_F(JpgModTest, AnyOtherMarkerIsJumpedOverByItsLength) {
     }
 }
 
-TEST_F(JpgModTest, StrayBytesBetweenSegmentsArePassedOneAtATime) {
+TEST_F(JpgModTest, StrayBytesBetweenSegmentsAreSkipped) {
     EXPECT_EQ(probe({start, {1, 2, 3, 0, 254}, jfif, {7, 0xFF, 0, 0, 0, 9}, frame(0xC0, 3, 5)}),
               (Probe{True, 3, 5}));
 }
 
-TEST_F(JpgModTest, A255FollowedByZeroIsPassedOverButItsLengthIsStillReckoned) {
+TEST_F(JpgModTest, StuffedByteIsSkippedButItsLengthIsRead) {
     EXPECT_FAILURE(probe({start, {0xFF, 0x00, 0x80, 0x00}, frame(0xC0, 3, 5)}), Overflow);
 }
 
-TEST_F(JpgModTest, AFillByteIsTakenForAMarkerAndSwallowsASegmentsLength) {
+TEST_F(JpgModTest, FillByteIsReadAsAMarkerWithALength) {
     // 255 255 192 0: a length byte of 192 overflows where the format would have fill bytes skipped.
     EXPECT_FAILURE(probe({start, {0xFF}, frame(0xC0, 3, 5)}), Overflow);
 }
 
-TEST_F(JpgModTest, ASideOf32768OrMoreIsAnOverflowAndOneOf32767IsNot) {
+TEST_F(JpgModTest, SideOf32768OverflowsAndOneOf32767DoesNot) {
     EXPECT_EQ(probe({start, frame(0xC0, 32767, 32767)}), (Probe{True, 32767, 32767}));
     EXPECT_FAILURE(probe({start, frame(0xC0, 32768, 5)}), Overflow);
     EXPECT_FAILURE(probe({start, frame(0xC0, 5, 65535)}), Overflow);
@@ -130,34 +130,34 @@ TEST_F(JpgModTest, ASideOf32768OrMoreIsAnOverflowAndOneOf32767IsNot) {
     EXPECT_EQ(result, (Probe{77, 77, 77}));
 }
 
-TEST_F(JpgModTest, ASegmentLengthOf32768OrMoreIsAnOverflow) {
+TEST_F(JpgModTest, SegmentLengthOf32768Overflows) {
     EXPECT_FAILURE(probe({start, {0xFF, 0xE2, 0x80, 0x00}}), Overflow);
     EXPECT_EQ(probe({start, segment(0xE2, Bytes(32765)), frame(0xC0, 3, 5)}), (Probe{True, 3, 5}));
 }
 
-TEST_F(JpgModTest, AFrameBehindManySegmentsIsFound) {
+TEST_F(JpgModTest, FrameAfterManySegmentsIsFound) {
     EXPECT_EQ(probe({start, segment(0xE2, Bytes(9000, 0xFF)), segment(0xDB, Bytes(5000, 0xFF)), Bytes(4095),
                      frame(0xC0, 3, 5)}),
               (Probe{True, 3, 5}));
 }
 
-TEST_F(JpgModTest, BytesBehindTheEndOfTheFileAreZero) {
+TEST_F(JpgModTest, BytesBeyondTheEndAreZero) {
     EXPECT_EQ(probe({start, {0xFF}}), nothing_found);
     EXPECT_EQ(probe({start, {0xFF, 0xC0}}), (Probe{True, 0, 0}));
     EXPECT_EQ(probe({start, {0xFF, 0xC0, 0, 17, 8, 1}}), (Probe{True, 0, 256}));
     EXPECT_EQ(probe({start, {0xFF, 0xE0, 0, 16, 'J', 'F'}}), nothing_found);
 }
 
-TEST_F(JpgModTest, ALengthOfZeroStillMovesOn) {
+TEST_F(JpgModTest, SegmentLengthOf0StillAdvances) {
     // The walk then stands on the length itself and passes it as stray bytes.
     EXPECT_EQ(probe({start, {0xFF, 0xDB, 0, 0}, {0xFF, 0xDB, 0, 0}, frame(0xC0, 3, 5)}), (Probe{True, 3, 5}));
 }
 
-TEST_F(JpgModTest, ASegmentThatReachesBehindTheEndAnswersFalse) {
+TEST_F(JpgModTest, SegmentBeyondTheEndIsRejected) {
     EXPECT_EQ(probe({start, {0xFF, 0xDB, 0x7F, 0xFF}, frame(0xC0, 3, 5)}), nothing_found);
 }
 
-TEST_F(JpgModTest, AFileThatIsNotThereIsAFailure) {
+TEST_F(JpgModTest, MissingFileIsAFailure) {
     Probe result;
     EXPECT_FAILURE(JpgMod::ProbeJpeg(folder.file("none.jpg"), result.width, result.height), FileNotFound);
 }

@@ -23,7 +23,7 @@ using Colours = std::vector<Colour>;
 
 // 1 bit.
 
-TEST_F(LoadPcx, AOneBitPictureIsBlackAndWhiteWhateverItsColorMapHolds) {
+TEST_F(LoadPcx, Picture1BitIsBlackAndWhiteWithAnyColorMap) {
     PcxHeader header = header_of(1, 1, 2, 3, 2);
     header.ColorMap.fill(99);
     load(header, {0b10100000, 0, 0b01000000, 0});
@@ -31,7 +31,7 @@ TEST_F(LoadPcx, AOneBitPictureIsBlackAndWhiteWhateverItsColorMapHolds) {
     EXPECT_EQ(reader.Bpp(), 1);
 }
 
-TEST_F(LoadPcx, ALongerLineThanTheWidthNeedsSkewsThePicture) {
+TEST_F(LoadPcx, TooLongLinesSkewThePicture) {
     // 8 pixels need 1 byte, the file has lines of 6: rows of 8 bytes meet a picture of rows of 4.
     load(header_of(1, 1, 6, 8, 2), {0xFF, 0, 0, 0, 0x0F, 0, 0xAA, 0, 0, 0, 0, 0});
     const Colour white = 0xFFFFFF;
@@ -41,12 +41,12 @@ TEST_F(LoadPcx, ALongerLineThanTheWidthNeedsSkewsThePicture) {
 
 // 8 bits.
 
-TEST_F(LoadPcx, AnEightBitPictureTakesThePaletteBehindItsMarkerAndNeverTheColorMap) {
+TEST_F(LoadPcx, Picture8BitUsesThePaletteAfterTheMarker) {
     load(with_map(header_of(8, 1, 4, 3, 2)), joined({{0, 1, 2, 99, 3, 4, 255, 99}, palette_trailer()}));
     EXPECT_EQ(decoded_colours(), (Colours{0x0700FF, 0x0701FE, 0x0702FD, 0x0703FC, 0x0704FB, 0x07FF00}));
 }
 
-TEST_F(LoadPcx, AnEightBitFileWithoutTheMarkerGetsAGreyRampAndItsTailIsPartOfTheData) {
+TEST_F(LoadPcx, Picture8BitWithoutTheMarkerGetsAGreyRamp) {
     Bytes data(769, 5);
     data[0] = 13;
     data[768] = 200;
@@ -57,7 +57,7 @@ TEST_F(LoadPcx, AnEightBitFileWithoutTheMarkerGetsAGreyRampAndItsTailIsPartOfThe
     EXPECT_EQ(decoded_colours(), expected);
 }
 
-TEST_F(LoadPcx, AnEightBitFileOfLessThan769BytesIsAFailure) {
+TEST_F(LoadPcx, File8BitOfFewerThan769BytesFails) {
     const PcxHeader header = header_of(8, 1, 2, 2, 1);
     EXPECT_FAILURE(load(header, Bytes(640)), DeviceIo);
     // At 769 bytes the marker's place is the first byte of the file.
@@ -65,14 +65,14 @@ TEST_F(LoadPcx, AnEightBitFileOfLessThan769BytesIsAFailure) {
     EXPECT_EQ(decoded_colours(), Colours(2, grey(6)));
 }
 
-TEST_F(LoadPcx, ThePaletteIsExpandedWithThePixelsAndFeedsMissingRows) {
+TEST_F(LoadPcx, PaletteBytesFillMissingRows) {
     // One pixel for three rows: the marker and the first palette bytes are the others. The file's red of
     // entry 0 is 255, a run byte that repeats the next byte, 0.
     load(compressed(header_of(8, 1, 1, 1, 3)), joined({{5}, palette_trailer()}));
     EXPECT_EQ(decoded_colours(), (Colours{0x0705FA, 0x070CF3, 0x0700FF}));
 }
 
-TEST_F(LoadPcx, AnEightBitPictureFillsItsPaletteEvenWhenItsRowsFail) {
+TEST_F(LoadPcx, Picture8BitSetsThePaletteEvenWhenItsRowsFail) {
     EXPECT_FAILURE(load(header_of(8, 1, 2, 2, 32000), palette_trailer()), SubscriptOutOfRange);
     CBitmap::CreateBitmap8(Bytes{1, 0, 0, 0}, 1, 1, 0);
     EXPECT_EQ(decoded_colours(), (Colours{0x0701FE}));
@@ -80,21 +80,21 @@ TEST_F(LoadPcx, AnEightBitPictureFillsItsPaletteEvenWhenItsRowsFail) {
 
 // 4 bits and four planes.
 
-TEST_F(LoadPcx, FourBitsOnOnePlaneAreNibblesThroughTheColorMap) {
+TEST_F(LoadPcx, Picture4BitIsNibblesThroughTheColorMap) {
     load(with_map(header_of(4, 1, 2, 3, 2)), {0x1F, 0x20, 0x34, 0x50});
     EXPECT_EQ(decoded_colours(), (Colours{map_colour(1), map_colour(15), map_colour(2), map_colour(3),
                                           map_colour(4), map_colour(5)}));
     EXPECT_EQ(reader.Bpp(), 4);
 }
 
-TEST_F(LoadPcx, FourBitsOnOnePlaneIgnoreTheFilesLineLength) {
+TEST_F(LoadPcx, Picture4BitIgnoresBytesPerLine) {
     // Three pixels make lines of 2 bytes, though the file says 6: the second row comes from bytes 2 and 3.
     load(with_map(header_of(4, 1, 6, 3, 2)), {0x12, 0x30, 0x45, 0x60, 0, 0, 0x77, 0x70, 0, 0, 0, 0});
     EXPECT_EQ(decoded_colours(), (Colours{map_colour(1), map_colour(2), map_colour(3), map_colour(4),
                                           map_colour(5), map_colour(6)}));
 }
 
-TEST_F(LoadPcx, LinesOfNibblesAreHalfTheWidthRoundedUpToAnEvenNumberOfBytes) {
+TEST_F(LoadPcx, NibbleLinesAreRoundedUpToAnEvenNumberOfBytes) {
     for (const auto& [width, line] :
          {std::pair{1, 2}, {2, 2}, {3, 2}, {4, 2}, {5, 4}, {7, 4}, {8, 4}, {9, 6}}) {
         Bytes data(static_cast<std::size_t>(2 * line));
@@ -104,12 +104,12 @@ TEST_F(LoadPcx, LinesOfNibblesAreHalfTheWidthRoundedUpToAnEvenNumberOfBytes) {
     }
 }
 
-TEST_F(LoadPcx, FourPlanesGiveTheBitsOfAnIndexLowestPlaneFirst) {
+TEST_F(LoadPcx, FourPlanesGiveTheBitsOfAnIndexLowestFirst) {
     load(with_map(header_of(1, 4, 1, 4, 1)), {0b10010000, 0b01010000, 0b00110000, 0b00010000});
     EXPECT_EQ(decoded_colours(), (Colours{map_colour(1), map_colour(2), map_colour(4), map_colour(15)}));
 }
 
-TEST_F(LoadPcx, AFourPlanePictureOfWidth10MakesABitmapOf12AndStillAnswers10) {
+TEST_F(LoadPcx, FourPlanesOfWidth10GiveABitmapOf12ButReport10) {
     const PcxHeader header = with_map(header_of(1, 4, 2, 10, 2));
     Bytes data(16);
     data[0] = 0xFF;
@@ -128,7 +128,7 @@ TEST_F(LoadPcx, AFourPlanePictureOfWidth10MakesABitmapOf12AndStillAnswers10) {
     EXPECT_EQ(test::colours_of(target), expected);
 }
 
-TEST_F(LoadPcx, WidthsAreWidenedToTheNextMultipleOf4) {
+TEST_F(LoadPcx, RoundWidthRoundsUpToAMultipleOf4) {
     for (const auto& [width, widened] : {std::pair{1, 4},
                                          {2, 4},
                                          {3, 4},
@@ -145,7 +145,7 @@ TEST_F(LoadPcx, WidthsAreWidenedToTheNextMultipleOf4) {
     }
 }
 
-TEST_F(LoadPcx, PlaneBytesThatTheFileLacksAreZero) {
+TEST_F(LoadPcx, MissingPlaneBytesAreZero) {
     // The second line lacks its planes 1 to 3, the third all of them.
     load(with_map(header_of(1, 4, 1, 2, 3)), {0x80, 0x80, 0x80, 0x80, 0x80});
     EXPECT_EQ(decoded_colours(), (Colours{map_colour(15), map_colour(0), map_colour(0), map_colour(0),
@@ -153,21 +153,21 @@ TEST_F(LoadPcx, PlaneBytesThatTheFileLacksAreZero) {
                                           map_colour(0), map_colour(0), map_colour(0), map_colour(0)}));
 }
 
-TEST_F(LoadPcx, AFourPlaneFileWithoutAnyPixelsIsAllTheFirstColour) {
+TEST_F(LoadPcx, FourPlaneFileWithoutPixelsHasTheFirstColour) {
     PcxHeader header = header_of(1, 4, 1, 2, 2);
     header.ColorMap[0] = 44;
     load(header);
     EXPECT_EQ(decoded_colours(), Colours(8, 44));
 }
 
-TEST_F(LoadPcx, MergingGivesExactlyHalfTheWidthOfBytesALine) {
+TEST_F(LoadPcx, MergedLinesHaveHalfTheWidthInBytes) {
     const Bytes planes(64, 0xFF);
     EXPECT_EQ(bytes_of(LoadPCX::MergePlanes(planes, 2, 12, 2)), Bytes(12, 0xFF));
     EXPECT_EQ(bytes_of(LoadPCX::MergePlanes(planes, 2, 4, 3)), Bytes(6, 0xFF));
     EXPECT_EQ(bytes_of(LoadPCX::MergePlanes(planes, 2, 2, 1)), Bytes(1, 0xFF));
 }
 
-TEST_F(LoadPcx, MergingPlanesEqualsThePlainSteps) {
+TEST_F(LoadPcx, MergePlanesMatchesTheReference) {
     for (std::uint32_t seed = 0; seed < 2000; ++seed) {
         std::mt19937 random(seed);
         const auto any = [&](std::uint32_t limit) { return static_cast<std::int32_t>(random() % limit); };
@@ -184,7 +184,7 @@ TEST_F(LoadPcx, MergingPlanesEqualsThePlainSteps) {
     }
 }
 
-TEST_F(LoadPcx, LinesThatGoBackwardsOrNowhereMergeAsThePlainStepsSayInWidePicturesToo) {
+TEST_F(LoadPcx, WideLinesOfZeroOrNegativeLengthMatchTheReference) {
     // Wide enough for the groups of later lines to reach what stands before them.
     for (const std::int32_t bytes_per_line : {-3, -2, -1, 0, 1}) {
         for (const std::int32_t width : {8, 30, 32, 34, 250}) {
@@ -196,7 +196,7 @@ TEST_F(LoadPcx, LinesThatGoBackwardsOrNowhereMergeAsThePlainStepsSayInWidePictur
     }
 }
 
-TEST_F(LoadPcx, LinesThatAllBeginAtTheSameByteOrRunBackwardsAreMergedForWhateverHeightAFileClaims) {
+TEST_F(LoadPcx, LinesOfZeroOrNegativeLengthMergeForAnyHeight) {
     for (const int bytes_per_line : {0, -1, -8191}) {
         EXPECT_EQ(LoadPCX::MergePlanes(Bytes{0x80, 0}, bytes_per_line, 32000, 8000)[0] & 0x10, 0x10);
         put_old_picture();
@@ -206,7 +206,7 @@ TEST_F(LoadPcx, LinesThatAllBeginAtTheSameByteOrRunBackwardsAreMergedForWhatever
     }
 }
 
-TEST_F(LoadPcx, EightPixelsOfFourPlanesMakeFourBytes) {
+TEST_F(LoadPcx, MergeBytesCombines8PixelsInto4Bytes) {
     EXPECT_EQ(LoadPCX::MergeBytes(0b10000001, 0, 0, 0), (std::array<std::uint8_t, 4>{0x10, 0, 0, 0x01}));
     EXPECT_EQ(LoadPCX::MergeBytes(0, 0b01000000, 0b00100000, 0b00010000),
               (std::array<std::uint8_t, 4>{0x02, 0x48, 0, 0}));

@@ -21,7 +21,7 @@ using test::TestSurface;
 
 using Colours = std::vector<Colour>;
 
-TEST_F(LoadPcx, ANewObjectCountsInTwipsScalesItsTargetAndHasNoSize) {
+TEST_F(LoadPcx, NewObjectUsesTwipsAutoscalesAndHasNoSize) {
     EXPECT_EQ(reader.ScaleMode(), 1);
     EXPECT_EQ(reader.Autoscale(), -1);
     EXPECT_EQ(reader.PCXWidth(), 0);
@@ -31,7 +31,7 @@ TEST_F(LoadPcx, ANewObjectCountsInTwipsScalesItsTargetAndHasNoSize) {
     EXPECT_EQ(reader.Bpp(), 0);
 }
 
-TEST_F(LoadPcx, ScaleModeSetTo5ReadsBackAs1AndMinus1StaysAndGivesNoSize) {
+TEST_F(LoadPcx, ScaleMode5Becomes1AndMinus1GivesSize0) {
     load(header_of(8, 3, 2, 2, 1), counting(6));
     reader.SetScaleMode(5);
     EXPECT_EQ(reader.ScaleMode(), 1);
@@ -46,20 +46,20 @@ TEST_F(LoadPcx, ScaleModeSetTo5ReadsBackAs1AndMinus1StaysAndGivesNoSize) {
     EXPECT_EQ(reader.PCXHeight(), 0);
 }
 
-TEST_F(LoadPcx, AutoscaleIsKeptAsItIsSet) {
+TEST_F(LoadPcx, AutoscaleKeepsItsValue) {
     reader.SetAutoscale(5);
     EXPECT_EQ(reader.Autoscale(), 5);
 }
 
 // The look at the header.
 
-TEST_F(LoadPcx, TheProbeTellsSizeAndBitsPerPlaneAndLeavesTheObjectAlone) {
+TEST_F(LoadPcx, ProbeReturnsSizeAndDepthWithoutChangingTheObject) {
     EXPECT_EQ(info(header_of(8, 3, 10, 9, 4)), (Info{True, 9, 4, 8}));
     EXPECT_EQ(reader.Width(), 0);
     EXPECT_EQ(reader.Header(), PcxHeader{});
 }
 
-TEST_F(LoadPcx, TheProbeAcceptsTheVersions0And2And3And5) {
+TEST_F(LoadPcx, ProbeAcceptsVersions0And2And3And5) {
     PcxHeader header = header_of(8, 1, 2, 2, 2);
     for (int version = 0; version < 10; ++version) {
         header.Version = static_cast<std::uint8_t>(version);
@@ -68,7 +68,7 @@ TEST_F(LoadPcx, TheProbeAcceptsTheVersions0And2And3And5) {
     }
 }
 
-TEST_F(LoadPcx, TheProbeRefusesAnotherManufacturerAndEncodingsFrom2UpButTellsTheNumbers) {
+TEST_F(LoadPcx, ProbeRejectsOtherManufacturersAndEncodingsButSetsResults) {
     PcxHeader header = header_of(8, 1, 2, 3, 2);
     header.Encoding = 1;
     EXPECT_EQ(info(header), (Info{True, 3, 2, 8}));
@@ -79,7 +79,7 @@ TEST_F(LoadPcx, TheProbeRefusesAnotherManufacturerAndEncodingsFrom2UpButTellsThe
     EXPECT_EQ(info(header), (Info{False, 3, 2, 8}));
 }
 
-TEST_F(LoadPcx, TheProbeTurnsFailuresIntoFalse) {
+TEST_F(LoadPcx, ProbeReturnsFalseOnFailure) {
     EXPECT_EQ(info_of(folder.file("none.pcx")), (Info{False, 77, 77, 77}));
     EXPECT_EQ(info_of(folder.path()), (Info{False, 77, 77, 77}));
     PcxHeader header = header_of(8, 1, 2, 3, 2);
@@ -91,12 +91,12 @@ TEST_F(LoadPcx, TheProbeTurnsFailuresIntoFalse) {
     EXPECT_EQ(info(header), (Info{False, 3, 77, 77}));
 }
 
-TEST_F(LoadPcx, TheProbeTakesWhatAShortFileLacksForZero) {
+TEST_F(LoadPcx, ProbeReadsMissingHeaderBytesAsZero) {
     EXPECT_EQ(info_of(folder.write("a.pcx", Bytes{})), (Info{False, 1, 1, 0}));
     EXPECT_EQ(info_of(folder.write("a.pcx", Bytes{10, 5, 1, 8, 0, 0, 0, 0, 6})), (Info{True, 7, 1, 8}));
 }
 
-TEST_F(LoadPcx, ADepthOf2PassesTheTestsAndChangesNoPicture) {
+TEST_F(LoadPcx, Depth2IsValidButDecodesNothing) {
     const auto old = put_old_picture();
     const PcxHeader header = header_of(2, 1, 2, 5, 4);
     EXPECT_EQ(info(header), (Info{True, 5, 4, 2}));
@@ -107,7 +107,7 @@ TEST_F(LoadPcx, ADepthOf2PassesTheTestsAndChangesNoPicture) {
     EXPECT_EQ(CBitmap::CurrentBitmap, old);
 }
 
-TEST_F(LoadPcx, ALayoutThatIsNotKnownStretchesTheOldPictureToTheNewSize) {
+TEST_F(LoadPcx, UnknownLayoutStretchesTheOldPictureToTheNewSize) {
     const Bytes pixels{1, 0, 0, 0, 2, 0, 0, 0};
     CBitmap::CreateBitmap32(pixels, 2, 1, 0);
     load(header_of(8, 2, 2, 3, 2));
@@ -117,7 +117,7 @@ TEST_F(LoadPcx, ALayoutThatIsNotKnownStretchesTheOldPictureToTheNewSize) {
     EXPECT_EQ(test::colours_of(target), (Colours{0x010000, 0x020000, 0, 0, 0, 0}));
 }
 
-TEST_F(LoadPcx, TheFileIsLoadedWhateverTheHeaderTestsSay) {
+TEST_F(LoadPcx, LoadDecodesFilesWithInvalidHeaders) {
     PcxHeader header = header_of(8, 3, 1, 1, 1);
     header.Manufacturer = 99;
     header.Version = 99;
@@ -128,14 +128,14 @@ TEST_F(LoadPcx, TheFileIsLoadedWhateverTheHeaderTestsSay) {
     EXPECT_EQ(decoded_colours(), (Colours{0x030201}));
 }
 
-TEST_F(LoadPcx, CompressedIsTrueForEncoding1) {
+TEST_F(LoadPcx, CompressedIsTrueForEncoding1Only) {
     load(compressed(header_of(8, 3, 1, 1, 1)), {1, 2, 3});
     EXPECT_EQ(reader.Compressed(), True);
 }
 
 // Sizes.
 
-TEST_F(LoadPcx, AnOriginOtherThanZeroHasNoOtherEffectThanOnTheSize) {
+TEST_F(LoadPcx, OriginAffectsOnlyTheSize) {
     PcxHeader header = header_of(8, 3, 2, 2, 1);
     header.XMin = 100;
     header.XMax = 101;
@@ -149,7 +149,7 @@ TEST_F(LoadPcx, AnOriginOtherThanZeroHasNoOtherEffectThanOnTheSize) {
     EXPECT_EQ(decoded_colours(), (Colours{0x050301, 0x060402}));
 }
 
-TEST_F(LoadPcx, ASideOutside16BitsIsAnOverflow) {
+TEST_F(LoadPcx, SideBeyond16BitsOverflows) {
     PcxHeader header = header_of(2, 1, 2, 2, 1);
     header.XMin = 0;
     header.XMax = 32767;
@@ -164,14 +164,14 @@ TEST_F(LoadPcx, ASideOutside16BitsIsAnOverflow) {
     EXPECT_FAILURE(load(header), Overflow);
 }
 
-TEST_F(LoadPcx, ALineOfAllPlanesBeyond16BitsIsAnOverflowAlsoForALayoutThatIsNotKnown) {
+TEST_F(LoadPcx, LineBeyond16BitsOverflowsInAnyLayout) {
     EXPECT_FAILURE(load(header_of(2, 2, 16384, 2, 1)), Overflow);
     EXPECT_FAILURE(load(header_of(2, 255, -129, 2, 1)), Overflow);
     EXPECT_EQ(test::failure_in([&] { load(header_of(2, 2, 16383, 2, 1)); }), std::nullopt);
     EXPECT_EQ(test::failure_in([&] { load(header_of(2, 2, -16384, 2, 1)); }), std::nullopt);
 }
 
-TEST_F(LoadPcx, AfterAFailureTheSizesAreTheNewFiles) {
+TEST_F(LoadPcx, FailureLeavesTheSizesOfTheNewFile) {
     const auto old = put_old_picture();
     EXPECT_FAILURE(load(header_of(8, 3, 4, 4, 9), counting(3)), SubscriptOutOfRange);
     EXPECT_EQ(reader.Width(), 4);
@@ -179,7 +179,7 @@ TEST_F(LoadPcx, AfterAFailureTheSizesAreTheNewFiles) {
     EXPECT_EQ(CBitmap::CurrentBitmap, old);
 }
 
-TEST_F(LoadPcx, APictureWithoutPixelsIsASubscriptFailure) {
+TEST_F(LoadPcx, PictureWithoutPixelsIsASubscriptFailure) {
     struct {
         int bits, planes;
     } const layouts[] = {{1, 1}, {1, 4}, {4, 1}, {8, 1}, {8, 3}};
@@ -197,7 +197,7 @@ TEST_F(LoadPcx, APictureWithoutPixelsIsASubscriptFailure) {
     EXPECT_FAILURE(load(header_of(8, 1, -8, 3, 3), Bytes(2000)), SubscriptOutOfRange);
 }
 
-TEST_F(LoadPcx, APictureOfNegativeWidthWithRowsLeavesNoPicture) {
+TEST_F(LoadPcx, NegativeWidthLeavesNoPicture) {
     put_old_picture();
     load(header_of(1, 1, 2, -3, 3), Bytes(10));
     EXPECT_EQ(CBitmap::CurrentBitmap, nullptr);
@@ -205,20 +205,20 @@ TEST_F(LoadPcx, APictureOfNegativeWidthWithRowsLeavesNoPicture) {
 
 // Run-length decoding.
 
-TEST_F(LoadPcx, ARunByteOf192SwallowsTheNextByteAndYieldsNothing) {
+TEST_F(LoadPcx, RunOfLength0DropsItsValue) {
     EXPECT_EQ(bytes_of(LoadPCX::DecodeRle(Bytes{1, 192, 77, 2, 0})), (Bytes{1, 2}));
 }
 
-TEST_F(LoadPcx, BytesBelow192StandForThemselvesAndRunsRepeatTheNext) {
+TEST_F(LoadPcx, BytesBelow192AreLiteralsAndOthersRepeatTheNextByte) {
     EXPECT_EQ(bytes_of(LoadPCX::DecodeRle(Bytes{191, 193, 200, 195, 5, 0})), (Bytes{191, 200, 5, 5, 5}));
     EXPECT_EQ(bytes_of(LoadPCX::DecodeRle(Bytes{255, 255, 0})), Bytes(63, 255));
 }
 
-TEST_F(LoadPcx, ARunByteAtTheVeryEndRepeatsTheSpareZero) {
+TEST_F(LoadPcx, RunByteAtTheEndRepeatsTheSpareZero) {
     EXPECT_EQ(bytes_of(LoadPCX::DecodeRle(Bytes{7, 194, 0})), (Bytes{7, 0, 0}));
 }
 
-TEST_F(LoadPcx, NothingButTheSpareByteExpandsToNothing) {
+TEST_F(LoadPcx, SpareByteAloneExpandsToNothing) {
     EXPECT_EQ(LoadPCX::DecodeRle(Bytes{200}).size(), 0U);
     EXPECT_EQ(LoadPCX::DecodeRle(Bytes{}).size(), 0U);
     EXPECT_FAILURE(load(compressed(header_of(1, 1, 2, 1, 1))), SubscriptOutOfRange);
@@ -229,7 +229,7 @@ TEST_F(LoadPcx, RunsCrossLinesAndPlanes) {
     EXPECT_EQ(decoded_colours(), Colours(4, grey(9)));
 }
 
-TEST_F(LoadPcx, RunLengthDecodingEqualsThePlainSteps) {
+TEST_F(LoadPcx, RunLengthDecodingMatchesTheReference) {
     for (std::uint32_t seed = 0; seed < 3000; ++seed) {
         std::mt19937 random(seed);
         Bytes bytes(random() % (seed < 200 ? 6 : 200));
@@ -243,19 +243,19 @@ TEST_F(LoadPcx, RunLengthDecodingEqualsThePlainSteps) {
 
 // Rows.
 
-TEST_F(LoadPcx, RowsAreTurnedOverAndPaddedTo4Bytes) {
+TEST_F(LoadPcx, FlipRowsReversesAndPadsTo4Bytes) {
     EXPECT_EQ(bytes_of(LoadPCX::FlipRows(counting(6), 2, 3)), (Bytes{4, 5, 6, 0, 1, 2, 3, 0}));
     EXPECT_EQ(bytes_of(LoadPCX::FlipRows(counting(8), 2, 4)), (Bytes{5, 6, 7, 8, 1, 2, 3, 4}));
     EXPECT_EQ(bytes_of(LoadPCX::FlipRows(counting(9), 1, 5)), (Bytes{1, 2, 3, 4, 5, 0, 0, 0}));
 }
 
-TEST_F(LoadPcx, ARowThatEndsOutsideGetsZerosAndOneThatStartsOutsideFails) {
+TEST_F(LoadPcx, PartialLastRowIsZeroFilledAndMissingRowFails) {
     EXPECT_EQ(bytes_of(LoadPCX::FlipRows(counting(4), 2, 3)), (Bytes{4, 0, 0, 0, 1, 2, 3, 0}));
     EXPECT_FAILURE(LoadPCX::FlipRows(counting(3), 2, 3), SubscriptOutOfRange);
     EXPECT_FAILURE(LoadPCX::FlipRows(counting(3), 32767, 32767), SubscriptOutOfRange);
 }
 
-TEST_F(LoadPcx, RowsThatHaveNoBytesFail) {
+TEST_F(LoadPcx, RowsWithoutBytesFail) {
     EXPECT_FAILURE(LoadPCX::FlipRows(counting(3), 0, 3), SubscriptOutOfRange);
     EXPECT_FAILURE(LoadPCX::FlipRows(counting(3), 1, 0), SubscriptOutOfRange);
     EXPECT_FAILURE(LoadPCX::FlipRows(counting(3), 1, -4), SubscriptOutOfRange);
@@ -264,7 +264,7 @@ TEST_F(LoadPcx, RowsThatHaveNoBytesFail) {
     EXPECT_EQ(bytes_of(LoadPCX::FlipRows(counting(3), -2, -4)), Bytes(8));
 }
 
-TEST_F(LoadPcx, AFileOneSpareByteShortOfItsLastRowStillLoads) {
+TEST_F(LoadPcx, FileWithoutItsLastRowLoadsIfTheRowStartsAtTheSpareByte) {
     // The array has a spare zero byte, so that the second row starts on it.
     const PcxHeader header = header_of(1, 1, 1, 8, 2);
     load(header, {0xFF});
@@ -275,14 +275,14 @@ TEST_F(LoadPcx, AFileOneSpareByteShortOfItsLastRowStillLoads) {
 
 // 24 bits.
 
-TEST_F(LoadPcx, A24BitPictureHasALineOfEachColourAndAnswersBppWith8) {
+TEST_F(LoadPcx, Picture24BitHasOneLinePerColourAndBpp8) {
     load(header_of(8, 3, 4, 3, 2),
          {1, 2, 3, 99, 4, 5, 6, 99, 7, 8, 9, 99, 11, 12, 13, 99, 14, 15, 16, 99, 17, 18, 19});
     EXPECT_EQ(decoded_colours(), (Colours{0x070401, 0x080502, 0x090603, 0x110E0B, 0x120F0C, 0x13100D}));
     EXPECT_EQ(reader.Bpp(), 8);
 }
 
-TEST_F(LoadPcx, APixelOutsideTheArrayFailsAndTheSpareByteIsInside) {
+TEST_F(LoadPcx, PixelBeyondTheArrayFailsButTheSpareByteCounts) {
     const PcxHeader header = header_of(8, 3, 1, 1, 2);
     EXPECT_FAILURE(load(header, counting(4)), SubscriptOutOfRange);
     load(header, counting(5));
@@ -291,18 +291,18 @@ TEST_F(LoadPcx, APixelOutsideTheArrayFailsAndTheSpareByteIsInside) {
     EXPECT_FAILURE(load(header_of(8, 3, -1, 1, 1), counting(96)), SubscriptOutOfRange);
 }
 
-TEST_F(LoadPcx, TheWidthMayReachIntoTheNextPlane) {
+TEST_F(LoadPcx, WidthMayExtendIntoTheNextPlane) {
     load(header_of(8, 3, 1, 2, 1), {1, 2, 3, 4});
     EXPECT_EQ(decoded_colours(), (Colours{0x030201, 0x040302}));
 }
 
-TEST_F(LoadPcx, ManyPixelsFromFewBytesAreAFailureOnlyWhenMemoryEnds) {
+TEST_F(LoadPcx, ManyPixelsFromFewBytesFailOnlyWithoutMemory) {
     EXPECT_FAILURE(load(header_of(8, 3, 0, 30000, 30000), Bytes(30000)), OutOfMemory);
     load(header_of(8, 3, 0, 3, 300), {1, 2, 3});
     EXPECT_EQ(decoded_colours()[899], grey(3));
 }
 
-TEST_F(LoadPcx, TwoNegativeSidesMakeAnArrayOfLessThan2GibibytesAndNoPicture) {
+TEST_F(LoadPcx, TwoNegativeSidesGiveAnArrayButNoPicture) {
     // One byte less than 2 GiB would be 536870911.75 pixels; these are 536870910.
     put_old_picture();
     load(header_of(8, 3, 0, -28702, -18705), {1, 2, 3});
@@ -312,7 +312,7 @@ TEST_F(LoadPcx, TwoNegativeSidesMakeAnArrayOfLessThan2GibibytesAndNoPicture) {
 
 // Objects and files.
 
-TEST_F(LoadPcx, ASecondLoadBetweenLoadAndDrawMakesTheEarlierReaderDrawTheLaterPictureStretched) {
+TEST_F(LoadPcx, EarlierReaderDrawsTheLaterPictureStretched) {
     load(header_of(8, 3, 2, 2, 1), {1, 2, 1, 2, 1, 2});
     LoadPCX later;
     later.Load(file(header_of(8, 3, 1, 1, 1), {9, 9, 9}));
@@ -323,7 +323,7 @@ TEST_F(LoadPcx, ASecondLoadBetweenLoadAndDrawMakesTheEarlierReaderDrawTheLaterPi
     EXPECT_EQ(test::colours_of(target), (Colours{grey(9), grey(9), 0, 0}));
 }
 
-TEST_F(LoadPcx, EachLoadOverwritesTheOneBefore) {
+TEST_F(LoadPcx, EachLoadReplacesThePreviousPicture) {
     load(header_of(8, 3, 2, 2, 1), counting(6));
     load(header_of(1, 1, 1, 1, 1), {0x80});
     EXPECT_EQ(reader.Width(), 1);
@@ -331,11 +331,11 @@ TEST_F(LoadPcx, EachLoadOverwritesTheOneBefore) {
     EXPECT_EQ(decoded_colours(), (Colours{0xFFFFFF}));
 }
 
-TEST_F(LoadPcx, AFileThatIsNotThereIsAFailure) {
+TEST_F(LoadPcx, MissingFileIsAFailure) {
     EXPECT_FAILURE(reader.Load(folder.file("none.pcx")), FileNotFound);
 }
 
-TEST_F(LoadPcx, AHeaderThatTheFileCutsShortIsZeroInTheMissingBytes) {
+TEST_F(LoadPcx, TruncatedHeaderIsZeroInTheMissingBytes) {
     load(header_of(8, 3, 1, 1, 1), {1, 2, 3});
     const auto old = CBitmap::CurrentBitmap;
     // Cut before the planes: a layout that is not known, of 8 by 1 pixels.

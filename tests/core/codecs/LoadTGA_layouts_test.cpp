@@ -21,7 +21,7 @@ using Colours = std::vector<Colour>;
 
 // 8 bits.
 
-TEST_F(LoadTga, AnEightBitGreyPictureOnANewObjectIsAFailure) {
+TEST_F(LoadTga, GreyPictureFailsOnANewObject) {
     const auto old = put_old_picture();
     EXPECT_FAILURE(load(header_of(3, 8, 2, 2), counting(4)), SubscriptOutOfRange);
     EXPECT_EQ(CBitmap::CurrentBitmap, old);
@@ -29,18 +29,18 @@ TEST_F(LoadTga, AnEightBitGreyPictureOnANewObjectIsAFailure) {
     EXPECT_EQ(reader.TwipWidth(), 30);
 }
 
-TEST_F(LoadTga, SoIsAnEightBitPictureWithAMapOf16Or32Bits) {
+TEST_F(LoadTga, Maps16Or32BitFailOnANewObject) {
     EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), 2, 16), counting(5)), SubscriptOutOfRange);
     EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), 2, 32), counting(9)), SubscriptOutOfRange);
 }
 
-TEST_F(LoadTga, AnEightBitPictureWithAMapOf256EntriesOf24BitsLoadsWithItsColours) {
+TEST_F(LoadTga, Picture8BitWith24BitMapHasItsColours) {
     load(with_map(header_of(1, 8, 3, 2), 256, 24), joined({map24(256), {0, 1, 80, 255, 4, 2}}));
     EXPECT_EQ(decoded_colours(), (Colours{map_colour(0), map_colour(1), map_colour(80), map_colour(255),
                                           map_colour(4), map_colour(2)}));
 }
 
-TEST_F(LoadTga, AnIdFieldShiftsMapAndPixelsByItsLength) {
+TEST_F(LoadTga, IdFieldShiftsMapAndPixelsByItsLength) {
     TgaHeader header = with_map(header_of(1, 8, 2, 1), 2, 24);
     header.IDLength = 1;
     load(header, {99, 1, 2, 3, 4, 5, 6, 0, 1});
@@ -48,21 +48,21 @@ TEST_F(LoadTga, AnIdFieldShiftsMapAndPixelsByItsLength) {
     EXPECT_EQ(decoded_colours(), (Colours{0, 0x630102}));
 }
 
-TEST_F(LoadTga, TheStartOfTheMapIsNotRead) {
+TEST_F(LoadTga, ColorMapStartIsIgnored) {
     TgaHeader header = with_map(header_of(1, 8, 2, 1), 2, 24);
     header.ColorMapStart = 1;
     load(header, joined({map24(2), {1, 0}}));
     EXPECT_EQ(decoded_colours(), (Colours{map_colour(1), map_colour(0)}));
 }
 
-TEST_F(LoadTga, AfterAPictureWithAMapTheSameObjectLoadsAGreyOneAllBlack) {
+TEST_F(LoadTga, GreyPictureAfterAMapIsBlack) {
     read_map24(2);
     load(header_of(3, 8, 4, 2), counting(8));
     EXPECT_EQ(reader.Width(), 4);
     EXPECT_EQ(decoded_colours(), Colours(8, 0));
 }
 
-TEST_F(LoadTga, ThePixelArrayIsThenShorterByTheOldMapsSize) {
+TEST_F(LoadTga, PixelArrayIsShorterByTheSizeOfTheOldMap) {
     // The length is file - 18 - 3 * (entries - 1) + 1, so the last row's start must lie below that.
     read_map24(1);
     EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 3), counting(8)); }), std::nullopt);
@@ -76,7 +76,7 @@ TEST_F(LoadTga, ThePixelArrayIsThenShorterByTheOldMapsSize) {
     EXPECT_FAILURE(load(header_of(3, 8, 4, 1)), SubscriptOutOfRange);
 }
 
-TEST_F(LoadTga, WithA24BitMapReadBeforeMapsOf16And32BitsLoadTooWithAnArrayThatGoesByTheOldMap) {
+TEST_F(LoadTga, Maps16And32BitLoadAfterA24BitMapThatSetsTheLength) {
     read_map24(1);
     load(with_map(header_of(1, 8, 2, 1), 2, 32), {1, 2, 3, 200, 4, 5, 6, 200, 1, 0});
     EXPECT_EQ(decoded_colours(), (Colours{0x040506, 0x010203}));
@@ -84,14 +84,14 @@ TEST_F(LoadTga, WithA24BitMapReadBeforeMapsOf16And32BitsLoadTooWithAnArrayThatGo
     EXPECT_EQ(decoded_colours(), (Colours{4, 0}));
 }
 
-TEST_F(LoadTga, WordsOfAMapHaveBlueInTheHighBitsOfTheFirstByteAndChannelsUpTo124) {
+TEST_F(LoadTga, Map16BitHasBlueInTheHighBitsAndChannelsUpTo124) {
     read_map24(1);
     // Blue 31; green 31; red 31; red 1 with the ignored bit.
     load(with_map(header_of(1, 8, 4, 1), 4, 16), {0xF8, 0, 0x07, 0xC0, 0, 0x3E, 0, 0x03, 0, 1, 2, 3});
     EXPECT_EQ(decoded_colours(), (Colours{124 << 16, 124 << 8, 124, 4}));
 }
 
-TEST_F(LoadTga, AMapDepthOf15ReadsNoMap) {
+TEST_F(LoadTga, MapDepth15ReadsNoMap) {
     read_map24(1);
     load(with_map(header_of(1, 8, 2, 1), 1, 15), {0, 1});
     EXPECT_EQ(decoded_colours(), (Colours{0, 0}));
@@ -101,7 +101,7 @@ TEST_F(LoadTga, AMapDepthOf15ReadsNoMap) {
     EXPECT_FAILURE(fresh.Load(file(with_map(header_of(1, 8, 2, 1), 1, 15), {0, 1})), SubscriptOutOfRange);
 }
 
-TEST_F(LoadTga, AMapOfMoreThan256OrFewerThan1EntriesIsASubscriptFailure) {
+TEST_F(LoadTga, MapOfMoreThan256OrFewerThan1EntriesFails) {
     for (const int depth : {16, 24, 32}) {
         for (const int entries : {257, 32767, 0, -1, -32768}) {
             EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), entries, depth), Bytes(2000)),
@@ -110,14 +110,14 @@ TEST_F(LoadTga, AMapOfMoreThan256OrFewerThan1EntriesIsASubscriptFailure) {
     }
 }
 
-TEST_F(LoadTga, AMapThatWasTooLongIsKeptAllTheSame) {
+TEST_F(LoadTga, TooLongMapIsKept) {
     EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), 300, 24), Bytes(1000)), SubscriptOutOfRange);
     // A grey picture now finds a map, of highest index 299.
     EXPECT_FAILURE(load(header_of(3, 8, 1, 1), Bytes(896)), SubscriptOutOfRange);
     EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 1, 1), Bytes(897)); }), std::nullopt);
 }
 
-TEST_F(LoadTga, MapEntriesThatTheFileLacksAreBlackAndSoAreThePixels) {
+TEST_F(LoadTga, MissingMapEntriesAndPixelsAreBlack) {
     load(with_map(header_of(1, 8, 2, 1), 3, 24), {9, 9, 9, 8, 8, 8});
     EXPECT_EQ(decoded_colours(), (Colours{0x090909, 0x090909}));
     CBitmap::CreateBitmap8(Bytes{1, 2, 0, 0}, 2, 1, 0);
@@ -126,7 +126,7 @@ TEST_F(LoadTga, MapEntriesThatTheFileLacksAreBlackAndSoAreThePixels) {
     EXPECT_FAILURE(load(with_map(header_of(1, 8, 2, 1), 3, 24), {9, 9, 9, 8, 8}), SubscriptOutOfRange);
 }
 
-TEST_F(LoadTga, RowsOfEightBitsArePaddedFromTheWholeWidth) {
+TEST_F(LoadTga, Rows8BitArePaddedFromTheFullWidth) {
     load(with_map(header_of(1, 8, 5, 2), 11, 24), joined({map24(11), {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}}));
     Colours expected;
     for (int i = 1; i <= 10; ++i) {
@@ -135,7 +135,7 @@ TEST_F(LoadTga, RowsOfEightBitsArePaddedFromTheWholeWidth) {
     EXPECT_EQ(decoded_colours(), expected);
 }
 
-TEST_F(LoadTga, ARowThatEndsOutsideGetsZerosAndOneThatStartsOutsideFails) {
+TEST_F(LoadTga, PartialLastRowIsZeroFilledAndMissingRowFails) {
     EXPECT_EQ(bytes_of(LoadTGA::PadRows(counting(6), 2, 3)), (Bytes{1, 2, 3, 0, 4, 5, 6, 0}));
     EXPECT_EQ(bytes_of(LoadTGA::PadRows(counting(4), 2, 3)), (Bytes{1, 2, 3, 0, 4, 0, 0, 0}));
     EXPECT_EQ(bytes_of(LoadTGA::PadRows(counting(9), 1, 4)), (Bytes{1, 2, 3, 4}));
@@ -145,18 +145,18 @@ TEST_F(LoadTga, ARowThatEndsOutsideGetsZerosAndOneThatStartsOutsideFails) {
     EXPECT_FAILURE(LoadTGA::PadRows(counting(3), 1, 0), SubscriptOutOfRange);
 }
 
-TEST_F(LoadTga, EightBitPicturesOfAnyWidthHaveNoLimitOnTheirRowsBits) {
+TEST_F(LoadTga, Picture8BitHasNoLimitOnTheBitsOfARow) {
     load(with_map(header_of(1, 8, 5000, 1), 2, 24), joined({map24(2), Bytes(5000, 1)}));
     EXPECT_EQ(decoded_colours(), Colours(5000, map_colour(1)));
 }
 
-TEST_F(LoadTga, EightBitRunsAndRawPacketsExpandAcrossRows) {
+TEST_F(LoadTga, Packets8BitExpandAcrossRows) {
     load(with_map(header_of(9, 8, 3, 2), 4, 24), joined({map24(4), {0x83, 3, 1, 1, 2}}));
     EXPECT_EQ(decoded_colours(), (Colours{map_colour(3), map_colour(3), map_colour(3), map_colour(3),
                                           map_colour(1), map_colour(2)}));
 }
 
-TEST_F(LoadTga, Type11PassesTheTestsAndIsNeverExpanded) {
+TEST_F(LoadTga, Type11IsValidButNotExpanded) {
     read_map24(4);
     load(with_map(header_of(11, 8, 2, 1), 4, 24), joined({map24(4), {0x81, 3}}));
     EXPECT_EQ(reader.IsTGA(), True);
@@ -166,12 +166,12 @@ TEST_F(LoadTga, Type11PassesTheTestsAndIsNeverExpanded) {
 
 // 16 bits.
 
-TEST_F(LoadTga, SixteenBitPixelsAreTakenAsTheyStand) {
+TEST_F(LoadTga, Pixels16BitAreCopiedUnchanged) {
     load(header_of(2, 16, 2, 2), {0x1F, 0, 0xE0, 0x03, 0x00, 0x7C, 0xFF, 0xFF});
     EXPECT_EQ(decoded_colours(), (Colours{0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF}));
 }
 
-TEST_F(LoadTga, SixteenBitPicturesOfAnOddWidthAreSkewed) {
+TEST_F(LoadTga, Picture16BitOfOddWidthIsSkewed) {
     // Rows of 2 bytes meet a picture of rows of 4: every other pixel shows, and the last row is missing half.
     load(header_of(2, 16, 1, 2), {0x1F, 0, 0xE0, 0x03});
     EXPECT_EQ(decoded_colours(), (Colours{0xFF0000, 0}));
@@ -180,20 +180,20 @@ TEST_F(LoadTga, SixteenBitPicturesOfAnOddWidthAreSkewed) {
     EXPECT_EQ(decoded_colours(), (Colours{blue(1), blue(2), blue(3), blue(5), blue(6), 0}));
 }
 
-TEST_F(LoadTga, CompressedSixteenBitPicturesAreExpandedBy3BytesAPixel) {
+TEST_F(LoadTga, Packets16BitExpandWith3BytesPerPixel) {
     // A run of 2 of the pixel's two bytes and the byte behind them: the words 0x001F and 0x1F00.
     load(header_of(10, 16, 2, 1), {0x81, 0x1F, 0x00, 0x00, 0x77, 0x77});
     EXPECT_EQ(decoded_colours(), (Colours{0xFF0000, make_colour(widen_5_bits(7), widen_5_bits(24), 0)}));
 }
 
-TEST_F(LoadTga, ASixteenBitFileWithoutPixelsIsBlack) {
+TEST_F(LoadTga, Picture16BitWithoutPixelsIsBlack) {
     load(header_of(2, 16, 2, 2));
     EXPECT_EQ(decoded_colours(), Colours(4, 0));
     load(header_of(2, 16, 0, 2));
     EXPECT_EQ(CBitmap::CurrentBitmap, nullptr);
 }
 
-TEST_F(LoadTga, ASixteenBitPictureOfNegativeHeightIsTurnedRound) {
+TEST_F(LoadTga, Picture16BitOfNegativeHeightIsFlipped) {
     load(header_of(2, 16, 2, -2), {0x1F, 0, 0x1F, 0, 0, 0, 0, 0});
     EXPECT_EQ(reader.Height(), -2);
     EXPECT_EQ(decoded_colours(), (Colours{0, 0, 0xFF0000, 0xFF0000}));
@@ -203,26 +203,26 @@ TEST_F(LoadTga, ASixteenBitPictureOfNegativeHeightIsTurnedRound) {
 
 // 24 and 32 bits.
 
-TEST_F(LoadTga, TwentyFourBitPixelsAreBlueGreenRed) {
+TEST_F(LoadTga, Pixels24BitAreBlueGreenRed) {
     load(header_of(2, 24, 3, 1), counting(9));
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x040506, 0x070809}));
     EXPECT_EQ(reader.Bpp(), 24);
 }
 
-TEST_F(LoadTga, ThirtyTwoBitPixelsLoseTheirAlpha) {
+TEST_F(LoadTga, Pixels32BitLoseTheirAlpha) {
     load(header_of(2, 32, 2, 1), counting(8));
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x050607}));
     EXPECT_EQ(CBitmap::CurrentBitmap->bytes()[3], 0);
 }
 
-TEST_F(LoadTga, ATwentyFourBitPictureWithAMapOrAnIdShowsTheirBytesAsItsFirstPixels) {
+TEST_F(LoadTga, MapOrIdBytesAreTheFirstPixelsAt24Bits) {
     TgaHeader header = with_map(header_of(2, 24, 3, 1), 1, 24);
     header.IDLength = 3;
     load(header, {1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5, 5, 5});
     EXPECT_EQ(decoded_colours(), (Colours{0x010101, 0x020202, 0x030303}));
 }
 
-TEST_F(LoadTga, TheWidestPicturesThatLoadAre2047And1365And1023PixelsWide) {
+TEST_F(LoadTga, WidestRowsAre2047And1365And1023Pixels) {
     struct {
         int depth, widest;
     } const limits[] = {{16, 2047}, {24, 1365}, {32, 1023}};
@@ -236,7 +236,7 @@ TEST_F(LoadTga, TheWidestPicturesThatLoadAre2047And1365And1023PixelsWide) {
     }
 }
 
-TEST_F(LoadTga, PixelsThatTheFileLacksAreBlackAndTheSpareByteCompletesOne) {
+TEST_F(LoadTga, MissingPixelsAreBlackAndTheSpareByteCompletesOne) {
     load(header_of(2, 24, 2, 2), {1, 2, 3, 4, 5});
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x040500, 0, 0}));
     // One byte of a pixel is too little to count.
@@ -244,7 +244,7 @@ TEST_F(LoadTga, PixelsThatTheFileLacksAreBlackAndTheSpareByteCompletesOne) {
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0, 0, 0}));
 }
 
-TEST_F(LoadTga, TheBoundIsRoundedTiesToEvenSoHalfAPixelOf32BitsCountsAtEvenPlaces) {
+TEST_F(LoadTga, LastPixelBoundIsRoundedTiesToEven) {
     load(header_of(2, 32, 3, 1), counting(2));
     EXPECT_EQ(decoded_colours(), (Colours{0x010200, 0, 0}));
     load(header_of(2, 32, 3, 1), counting(6));
@@ -255,7 +255,7 @@ TEST_F(LoadTga, TheBoundIsRoundedTiesToEvenSoHalfAPixelOf32BitsCountsAtEvenPlace
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x050607, 0}));
 }
 
-TEST_F(LoadTga, AFileWithNoPixelIsASubscriptFailure) {
+TEST_F(LoadTga, FileWithoutPixelsIsASubscriptFailure) {
     const auto old = put_old_picture();
     EXPECT_FAILURE(load(header_of(2, 24, 2, 2)), SubscriptOutOfRange);
     EXPECT_FAILURE(load(header_of(2, 24, 2, 2), {1}), SubscriptOutOfRange);
@@ -264,7 +264,7 @@ TEST_F(LoadTga, AFileWithNoPixelIsASubscriptFailure) {
     EXPECT_EQ(CBitmap::CurrentBitmap, old);
 }
 
-TEST_F(LoadTga, APictureWithoutPixelsIsASubscriptFailure) {
+TEST_F(LoadTga, PictureWithoutPixelsIsASubscriptFailure) {
     for (const int depth : {24, 32}) {
         EXPECT_FAILURE(load(header_of(2, depth, 0, 2), counting(9)), SubscriptOutOfRange);
         EXPECT_FAILURE(load(header_of(2, depth, 2, 0), counting(9)), SubscriptOutOfRange);
@@ -276,16 +276,16 @@ TEST_F(LoadTga, APictureWithoutPixelsIsASubscriptFailure) {
     EXPECT_FAILURE(load(header_of(3, 8, 0, 2), counting(9)), SubscriptOutOfRange);
 }
 
-TEST_F(LoadTga, ABufferOf2GibibytesCannotBeHad) {
+TEST_F(LoadTga, BufferOf2GiBIsOutOfMemory) {
     EXPECT_FAILURE(load(with_origin(header_of(2, 24, 10, 30000), -30000, 0), counting(9)), OutOfMemory);
 }
 
-TEST_F(LoadTga, BytesBehindThePictureAreDropped) {
+TEST_F(LoadTga, BytesAfterThePictureAreDropped) {
     load(header_of(2, 24, 1, 1), counting(300));
     EXPECT_EQ(decoded_colours(), (Colours{0x010203}));
 }
 
-TEST_F(LoadTga, RunsAndRawPacketsOf24And32BitsExpand) {
+TEST_F(LoadTga, Packets24And32BitExpand) {
     load(header_of(10, 24, 5, 1), {0x81, 1, 2, 3, 1, 4, 5, 6, 7, 8, 9, 0x80, 10, 11, 12});
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x010203, 0x040506, 0x070809, 0x0A0B0C}));
     load(header_of(10, 32, 3, 1), {0x81, 1, 2, 3, 99, 0, 4, 5, 6, 99});
@@ -295,7 +295,7 @@ TEST_F(LoadTga, RunsAndRawPacketsOf24And32BitsExpand) {
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x010203}));
 }
 
-TEST_F(LoadTga, PacketsThatEndTooSoonLeaveBlackAndTooManyAreDropped) {
+TEST_F(LoadTga, MissingPacketsLeaveBlackAndExcessOnesAreDropped) {
     load(header_of(10, 24, 3, 1), {0x80, 1, 2, 3});
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0, 0}));
     load(header_of(10, 24, 2, 1), {0xFF, 1, 2, 3, 0xFF, 4, 5, 6});
@@ -309,18 +309,18 @@ TEST_F(LoadTga, PacketsThatEndTooSoonLeaveBlackAndTooManyAreDropped) {
     EXPECT_EQ(decoded_colours(), (Colours{0, 0}));
 }
 
-TEST_F(LoadTga, ExpandedArraysHaveASpareByteAndNothingIsWrittenBehindIt) {
+TEST_F(LoadTga, ExpandedArrayHasASpareByteAndDropsTheRest) {
     EXPECT_EQ(whole(LoadTGA::DecodeRle(Bytes{0x81, 7}, 8, 1, 2)), (Bytes{7, 7, 0}));
     EXPECT_EQ(whole(LoadTGA::DecodeRle(Bytes{0xFF, 7}, 8, 1, 2)), (Bytes{7, 7, 7}));
     EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 8, 0, 2).length, 1);
 }
 
-TEST_F(LoadTga, AByteCountBeyond32BitsIsPassedOverAsZeroAndANegativeOneGivesNoArray) {
+TEST_F(LoadTga, ByteCountBeyond32BitsIs0AndNegativeOneGivesNoArray) {
     EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 24, 32767, 32767).length, 1);
     EXPECT_EQ(LoadTGA::DecodeRle(Bytes{0x81, 7}, 24, -1, 2).length, 0);
 }
 
-TEST_F(LoadTga, AHugePictureOfFewPacketsTakesNoMoreMemoryThanThePacketsFill) {
+TEST_F(LoadTga, HugePictureTakesOnlyTheMemoryOfItsPackets) {
     for (const std::int32_t bits : {8, 24, 32}) {
         const LoadTGA::Expansion expansion = LoadTGA::DecodeRle(Bytes{0xFF, 1, 2, 3, 4}, bits, 20000, 20000);
         EXPECT_EQ(expansion.length, std::int64_t{20000} * 20000 * (bits / 8) + 1);
@@ -329,7 +329,7 @@ TEST_F(LoadTga, AHugePictureOfFewPacketsTakesNoMoreMemoryThanThePacketsFill) {
     }
 }
 
-TEST_F(LoadTga, ManyFullRunsAreExpandedToTheirLastPixel) {
+TEST_F(LoadTga, ManyFullRunsExpandToTheLastPixel) {
     for (const std::int32_t pixel_bytes : {1, 3, 4}) {
         Bytes packets;
         for (int i = 0; i < 300; ++i) {
@@ -343,7 +343,7 @@ TEST_F(LoadTga, ManyFullRunsAreExpandedToTheirLastPixel) {
     }
 }
 
-TEST_F(LoadTga, ExpandedRowsThatStartOutsideTheArrayFailThoughNoPacketReachesThem) {
+TEST_F(LoadTga, RowsBeyondTheExpandedArrayFail) {
     // The array is made for rows of 4 pixels, but rows of 8 are taken from it: 2 * 8 is outside its 13 bytes.
     const Bytes data = joined({map24(1), {0x80, 0}});
     EXPECT_FAILURE(load(with_origin(with_map(header_of(9, 8, 8, 3), 1, 24), 4, 0), data),
@@ -354,7 +354,7 @@ TEST_F(LoadTga, ExpandedRowsThatStartOutsideTheArrayFailThoughNoPacketReachesThe
     EXPECT_EQ(reader.Height(), 2);
 }
 
-TEST_F(LoadTga, RowsAndPixelsThatNoPacketReachesAreZeroAlsoInAHugePicture) {
+TEST_F(LoadTga, RowsWithoutPacketsAreZeroInAHugePicture) {
     for (const int depth : {24, 32}) {
         // Row 0 is the lowest as seen, so the packet's pixels stand at its left.
         TgaHeader header = header_of(10, depth, 1000, 30000);
@@ -375,21 +375,21 @@ TEST_F(LoadTga, RowsAndPixelsThatNoPacketReachesAreZeroAlsoInAHugePicture) {
     EXPECT_EQ(picture->pixel(299, 29999), map_colour(0));
 }
 
-TEST_F(LoadTga, EightBitRowsThatNoPacketReachesShowTheFirstColourOfTheMap) {
+TEST_F(LoadTga, Rows8BitWithoutPacketsHaveTheFirstColour) {
     load(with_map(header_of(9, 8, 4, 70), 2, 24), joined({{9, 8, 7, 1, 1, 1}, {0x80, 1}}));
     Colours expected(280, 0x090807);
     expected[0] = 0x010101;
     EXPECT_EQ(decoded_colours(), expected);
 }
 
-TEST_F(LoadTga, APictureTooLargeToBeHeldLeavesNone) {
+TEST_F(LoadTga, TooLargePictureLeavesNoPicture) {
     put_old_picture();
     load(with_map(header_of(9, 8, 32767, 32767), 1, 24), {1, 2, 3, 0xFF, 0});
     EXPECT_EQ(CBitmap::CurrentBitmap, nullptr);
     EXPECT_EQ(reader.Width(), 32767);
 }
 
-TEST_F(LoadTga, RunLengthDecodingEqualsThePlainSteps) {
+TEST_F(LoadTga, RunLengthDecodingMatchesTheReference) {
     for (std::uint32_t seed = 0; seed < 3000; ++seed) {
         std::mt19937 random(seed);
         Bytes bytes(1 + random() % (seed < 200 ? 5 : 200));

@@ -21,7 +21,7 @@ using test::TestSurface;
 
 using Colours = std::vector<Colour>;
 
-TEST(ReaderParts, BitsAreCountedFromTheMostSignificantAs1) {
+TEST(ReaderParts, TestBitCountsFromTheMostSignificantBitAs1) {
     for (std::int32_t position = 1; position <= 8; ++position) {
         for (int bit = 0; bit < 8; ++bit) {
             EXPECT_EQ(TestBit(static_cast<std::uint8_t>(1 << bit), position), position == 8 - bit ? 1 : 0);
@@ -32,7 +32,7 @@ TEST(ReaderParts, BitsAreCountedFromTheMostSignificantAs1) {
     EXPECT_EQ(TestBit(255, -1), 0);
 }
 
-TEST_F(LoadTga, ANewObjectCountsInTwipsScalesItsTargetAndHasNoSize) {
+TEST_F(LoadTga, NewObjectUsesTwipsAutoscalesAndHasNoSize) {
     EXPECT_EQ(reader.ScaleMode(), 1);
     EXPECT_EQ(reader.Autoscale(), -1);
     EXPECT_EQ(reader.TGAWidth(), 0);
@@ -41,7 +41,7 @@ TEST_F(LoadTga, ANewObjectCountsInTwipsScalesItsTargetAndHasNoSize) {
     EXPECT_EQ(reader.Compressed(), False);
 }
 
-TEST_F(LoadTga, ScaleModeSetTo5ReadsBackAs1AndMinus1StaysAndGivesNoSize) {
+TEST_F(LoadTga, ScaleMode5Becomes1AndMinus1GivesSize0) {
     load(header_of(2, 24, 2, 1), counting(6));
     reader.SetScaleMode(5);
     EXPECT_EQ(reader.ScaleMode(), 1);
@@ -60,13 +60,13 @@ TEST_F(LoadTga, ScaleModeSetTo5ReadsBackAs1AndMinus1StaysAndGivesNoSize) {
 
 // The look at the header.
 
-TEST_F(LoadTga, TheProbeTellsTheFilesSizeWithoutSubtractingTheOriginAndLeavesTheObjectAlone) {
+TEST_F(LoadTga, ProbeReturnsTheSizeWithoutSubtractingTheOrigin) {
     EXPECT_EQ(info(with_origin(header_of(2, 24, 100, 50), 10, 20)), (Info{True, 100, 50, 24}));
     EXPECT_EQ(reader.Width(), 0);
     EXPECT_EQ(reader.Header(), TgaHeader{});
 }
 
-TEST_F(LoadTga, TheProbeAcceptsEightTypesAndFourDepths) {
+TEST_F(LoadTga, ProbeAcceptsEightTypesAndFourDepths) {
     for (int type = 0; type < 40; ++type) {
         const bool known = (type >= 1 && type <= 3) || (type >= 9 && type <= 11) || type == 32 || type == 33;
         EXPECT_EQ(info(header_of(type, 24, 3, 2)), (Info{truth(known), 3, 2, 24})) << type;
@@ -77,24 +77,24 @@ TEST_F(LoadTga, TheProbeAcceptsEightTypesAndFourDepths) {
     }
 }
 
-TEST_F(LoadTga, TheProbeAcceptsASideOf0AndBelow) {
+TEST_F(LoadTga, ProbeAcceptsSidesOf0AndBelow) {
     EXPECT_EQ(info(header_of(2, 24, 3, 0)), (Info{True, 3, 0, 24}));
     EXPECT_EQ(info(header_of(2, 24, 0, 2)), (Info{True, 0, 2, 24}));
     EXPECT_EQ(info(header_of(2, 24, -3, -2)), (Info{True, -3, -2, 24}));
 }
 
-TEST_F(LoadTga, TheProbeTurnsAFileThatCannotBeOpenedIntoFalse) {
+TEST_F(LoadTga, ProbeReturnsFalseForAMissingFile) {
     EXPECT_EQ(info_of(folder.file("none.tga")), (Info{False, 77, 77, 77}));
     EXPECT_EQ(info_of(folder.path()), (Info{False, 77, 77, 77}));
 }
 
-TEST_F(LoadTga, TheProbeTakesWhatAShortFileLacksForZero) {
+TEST_F(LoadTga, ProbeReadsMissingHeaderBytesAsZero) {
     EXPECT_EQ(info_of(folder.write("a.tga", Bytes{})), (Info{False, 0, 0, 0}));
     EXPECT_EQ(info_of(folder.write("a.tga", Bytes{0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 9})),
               (Info{False, 9, 0, 0}));
 }
 
-TEST_F(LoadTga, TheLoadedHeaderIsJudgedByTheSameTests) {
+TEST_F(LoadTga, IsTgaChecksTheLoadedHeaderLikeTheProbe) {
     load(header_of(99, 24, 1, 1), {1, 2, 3});
     EXPECT_EQ(reader.IsTGA(), False);
     EXPECT_EQ(reader.Bpp(), 24);
@@ -110,7 +110,7 @@ TEST_F(LoadTga, CompressedIsTrueForTypes9And10Only) {
     }
 }
 
-TEST_F(LoadTga, ADepthThatIsNotKnownKeepsThePictureAndTheSizeInPixelsButNotInTwips) {
+TEST_F(LoadTga, UnknownDepthKeepsPictureAndPixelSizeButNotTwips) {
     load(header_of(2, 24, 2, 1), counting(6));
     const auto old = CBitmap::CurrentBitmap;
     load(header_of(2, 15, 7, 5), counting(99));
@@ -123,7 +123,7 @@ TEST_F(LoadTga, ADepthThatIsNotKnownKeepsThePictureAndTheSizeInPixelsButNotInTwi
 
 // Sizes and direction.
 
-TEST_F(LoadTga, AnOriginOf10OnAWidthOf100GivesAWidthOf90AndTwipsOf100AndSkewsThePicture) {
+TEST_F(LoadTga, OriginIsSubtractedFromPixelsNotTwipsAndSkewsThePicture) {
     Bytes data;
     for (int y = 0; y < 2; ++y) {
         for (int x = 0; x < 100; ++x) {
@@ -144,7 +144,7 @@ TEST_F(LoadTga, AnOriginOf10OnAWidthOf100GivesAWidthOf90AndTwipsOf100AndSkewsThe
     EXPECT_EQ(colours[100], make_colour(0, 1, 0));
 }
 
-TEST_F(LoadTga, AtEightBitsAnOriginCutsRowsThatStayAsLongAsTheyAre) {
+TEST_F(LoadTga, OriginCropsRowsAt8BitsWithoutSkew) {
     load(with_origin(with_map(header_of(1, 8, 8, 2), 16, 24), 4, 0),
          joined({map24(16), {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}}));
     // Rows of 8 bytes meet a picture of rows of 4.
@@ -152,14 +152,14 @@ TEST_F(LoadTga, AtEightBitsAnOriginCutsRowsThatStayAsLongAsTheyAre) {
                                           map_colour(4), map_colour(5), map_colour(6), map_colour(7)}));
 }
 
-TEST_F(LoadTga, ASizeOutside16BitsIsAnOverflow) {
+TEST_F(LoadTga, SizeBeyond16BitsOverflows) {
     EXPECT_FAILURE(load(with_origin(header_of(2, 24, 1, 1), -32767, 0), counting(3)), Overflow);
     EXPECT_FAILURE(load(with_origin(header_of(2, 24, 1, 1), 0, -32767), counting(3)), Overflow);
     read_map24(1);
     EXPECT_FAILURE(load(with_origin(header_of(3, 8, 1, 1), -32767, 0), counting(3)), Overflow);
 }
 
-TEST_F(LoadTga, ABottomUpPictureHasItsFirstRowAtTheBottomAndBit5ShowsItUprightWithoutMovingARow) {
+TEST_F(LoadTga, Bit5SelectsTopRowFirst) {
     TgaHeader header = header_of(2, 24, 1, 2);
     load(header, {1, 1, 1, 2, 2, 2});
     EXPECT_EQ(decoded_colours(), (Colours{0x010101, 0x020202}));
@@ -168,7 +168,7 @@ TEST_F(LoadTga, ABottomUpPictureHasItsFirstRowAtTheBottomAndBit5ShowsItUprightWi
     EXPECT_EQ(decoded_colours(), (Colours{0x020202, 0x010101}));
 }
 
-TEST_F(LoadTga, RightToLeftIsNotRead) {
+TEST_F(LoadTga, RightToLeftBitIsIgnored) {
     TgaHeader header = header_of(2, 24, 2, 1);
     header.ImageDescriptor = 32 + 16;
     load(header, {1, 1, 1, 2, 2, 2});
@@ -177,7 +177,7 @@ TEST_F(LoadTga, RightToLeftIsNotRead) {
 
 // Objects and files.
 
-TEST_F(LoadTga, TwoReadersShareThePictureOfTheLaterLoadEachWithItsOwnSize) {
+TEST_F(LoadTga, TwoReadersShareThePictureButNotTheSize) {
     load(header_of(2, 24, 2, 1), {1, 1, 1, 2, 2, 2});
     LoadTGA later;
     later.Load(file(header_of(2, 24, 1, 2), {8, 8, 8, 9, 9, 9}));
@@ -188,7 +188,7 @@ TEST_F(LoadTga, TwoReadersShareThePictureOfTheLaterLoadEachWithItsOwnSize) {
     EXPECT_EQ(test::colours_of(target), (Colours{0x080808, 0x090909}));
 }
 
-TEST_F(LoadTga, BothReadersShareTheColourTableOf256) {
+TEST_F(LoadTga, TgaAndPcxReadersShareTheColourTable) {
     read_map24(2);
     load(with_map(header_of(1, 8, 1, 1), 2, 24), joined({map24(2), {1}}));
     // The picture keeps its colours when the other reader fills the table anew.
@@ -204,11 +204,11 @@ TEST_F(LoadTga, BothReadersShareTheColourTableOf256) {
     EXPECT_EQ(decoded_colours(), (Colours{0x010101}));
 }
 
-TEST_F(LoadTga, AFileThatIsNotThereIsAFailure) {
+TEST_F(LoadTga, MissingFileIsAFailure) {
     EXPECT_FAILURE(reader.Load(folder.file("none.tga")), FileNotFound);
 }
 
-TEST_F(LoadTga, AHeaderThatTheFileCutsShortIsZeroInTheMissingBytes) {
+TEST_F(LoadTga, TruncatedHeaderIsZeroInTheMissingBytes) {
     load(header_of(2, 24, 1, 1), {1, 2, 3});
     const auto old = CBitmap::CurrentBitmap;
     reader.Load(folder.write("b.tga", Bytes{1, 1, 2, 1, 1, 1, 1, 1, 0, 0, 0, 0, 9, 0, 8}));

@@ -11,7 +11,7 @@
 namespace varnoth {
 namespace {
 
-TEST(PackedBytes, TheRoomIsTwiceTheHighestIndexAndTwoForEachWholeLineBelowItAndOne) {
+TEST(PackedBytes, EncoderRoomFollowsItsFormula) {
     EXPECT_EQ(encoder_room(1, 1), 1U);
     EXPECT_EQ(encoder_room(11, 3), 27U);
     EXPECT_EQ(encoder_room(10, 3), 25U);
@@ -19,7 +19,7 @@ TEST(PackedBytes, TheRoomIsTwiceTheHighestIndexAndTwoForEachWholeLineBelowItAndO
     EXPECT_EQ(encoder_room(0, 3), 0U);
 }
 
-TEST(PackedBytes, ALineOfNothingIsADivisionByZeroAndARoomOf2GibibytesAnOverflow) {
+TEST(PackedBytes, ZeroLineDividesByZeroAndRoomOf2GiBOverflows) {
     EXPECT_FAILURE(encoder_room(1, 0), DivisionByZero);
     constexpr std::int32_t longest = std::numeric_limits<std::int32_t>::max();
     EXPECT_EQ(encoder_room(1073741824, longest), 2147483647U);
@@ -28,7 +28,7 @@ TEST(PackedBytes, ALineOfNothingIsADivisionByZeroAndARoomOf2GibibytesAnOverflow)
     EXPECT_FAILURE(encoder_room(0xFFFFFFFFU, longest), Overflow);
 }
 
-TEST(PackedBytes, WhatIsAppendedIsTakenInItsOrderAndCutToItsLength) {
+TEST(PackedBytes, TakeReturnsTheAppendedBytesInOrder) {
     PackedBytes packed(9);
     packed.append(1);
     packed.append(std::array<std::uint8_t, 3>{2, 3, 4});

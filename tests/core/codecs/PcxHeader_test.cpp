@@ -12,7 +12,7 @@ namespace {
 using test::Bytes;
 using test::bytes_of;
 
-TEST(PcxHeader, FieldsStandAtTheirOffsetsAndGoRoundUnchanged) {
+TEST(PcxHeader, FieldsHaveTheirOffsetsAndRoundTrip) {
     Bytes bytes(128);
     std::iota(bytes.begin(), bytes.end(), std::uint8_t{100});
     const auto header = PcxHeader::from_bytes(std::span<const std::uint8_t, 128>(bytes));
@@ -35,7 +35,7 @@ TEST(PcxHeader, FieldsStandAtTheirOffsetsAndGoRoundUnchanged) {
     EXPECT_EQ(bytes_of(header), bytes);
 }
 
-TEST(PcxHeader, ANewOneIsAllZero) {
+TEST(PcxHeader, NewHeaderIsAllZero) {
     EXPECT_EQ(bytes_of(PcxHeader{}), Bytes(128));
 }
 

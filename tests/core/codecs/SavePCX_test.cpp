@@ -53,7 +53,7 @@ Bytes data_of(const Bytes& file) {
     return {file.begin() + header_bytes, file.end()};
 }
 
-TEST(SavePcx, APictureOf5By2HasXMax5YMax2BytesPerLine6And36BytesOfPlainData) {
+TEST(SavePcx, Picture5By2HasXMax5YMax2And6BytesPerLine) {
     const Bytes file = written(*test::random_surface(5, 2, test::Character::Noise, 1), False);
     EXPECT_EQ(get_i16(file, 8), 5);
     EXPECT_EQ(get_i16(file, 10), 2);
@@ -61,7 +61,7 @@ TEST(SavePcx, APictureOf5By2HasXMax5YMax2BytesPerLine6And36BytesOfPlainData) {
     EXPECT_EQ(file.size(), header_bytes + 36);
 }
 
-TEST(SavePcx, TheHeaderSaysVersion5ThreePlanesOf8BitsOriginOneAnd96DotsAndIsZeroElsewhere) {
+TEST(SavePcx, HeaderHasItsFixedFieldsAndZerosElsewhere) {
     TestSurface picture(4, 3);
     Bytes expected(header_bytes);
     expected[0] = 10;
@@ -82,7 +82,7 @@ TEST(SavePcx, TheHeaderSaysVersion5ThreePlanesOf8BitsOriginOneAnd96DotsAndIsZero
     EXPECT_EQ(header, expected);
 }
 
-TEST(SavePcx, CompressFalseWritesEncoding0AndThePlainPlanes) {
+TEST(SavePcx, CompressFalseWritesEncoding0AndPlainPlanes) {
     const auto picture = surface_of(2, 2, {0x030201, 0x060504, 0x090807, 0x0C0B0A});
     const Bytes file = written(*picture, False);
     EXPECT_EQ(file[2], 0);
@@ -90,14 +90,14 @@ TEST(SavePcx, CompressFalseWritesEncoding0AndThePlainPlanes) {
         << "red, green, blue lines, top row first";
 }
 
-TEST(SavePcx, CompressTrueWritesEncoding1AndThePackedPlanes) {
+TEST(SavePcx, CompressTrueWritesEncoding1AndPackedPlanes) {
     const auto picture = surface_of(2, 1, {0x0302C8, 0x0302C9});
     const Bytes file = written(*picture, True);
     EXPECT_EQ(file[2], 1);
     EXPECT_EQ(data_of(file), (Bytes{193, 200, 193, 201, 194, 2, 194, 3}));
 }
 
-TEST(SavePcx, AnotherCompressThanTrueOrFalseWritesWhatWasPackedBefore) {
+TEST(SavePcx, OtherCompressValuesWriteTheLastPackedPlanes) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.pcx");
     const auto picture = surface_of(2, 1, {0x030201, 0x060504});
@@ -118,7 +118,7 @@ TEST(SavePcx, AnotherCompressThanTrueOrFalseWritesWhatWasPackedBefore) {
     }
 }
 
-TEST(SavePcx, PlainPlanesLeaveWhatWasPackedBefore) {
+TEST(SavePcx, PlainPlanesKeepTheLastPackedPlanes) {
     const TemporaryFolder folder;
     TestSurface picture(2, 2, 32, 0, 0x050505);
     SavePCX writer;
@@ -129,7 +129,7 @@ TEST(SavePcx, PlainPlanesLeaveWhatWasPackedBefore) {
     EXPECT_EQ(data_of(read_file(folder.file("c"))), (Bytes{192 + 12, 5}));
 }
 
-TEST(SavePcx, TheExtraColumnOfAnOddWidthIsWhatFollowsTheRow) {
+TEST(SavePcx, ExtraColumnOfAnOddWidthIsWhatFollowsTheRow) {
     // One pixel and a padding byte make a row of 4 bytes: the extra pixel is the padding, then the next row's
     // blue and green; behind the last row there is nothing but zeros.
     const auto narrow_picture = surface_of(1, 2, {0x030201, 0x060504});
@@ -147,26 +147,26 @@ TEST(SavePcx, TheExtraColumnOfAnOddWidthIsWhatFollowsTheRow) {
     EXPECT_EQ(lines[17], 0) << "blue: the padding byte";
 }
 
-TEST(SavePcx, OneHundredAndThirtyEqualBytesEncodeAsTwoRunsOf63AndOneOf4) {
+TEST(SavePcx, Run130EncodesAsTwoRunsOf63AndOneOf4) {
     EXPECT_EQ(encoded(Bytes(130, 7)), (Bytes{255, 7, 255, 7, 196, 7}));
 }
 
-TEST(SavePcx, ASingleByte200EncodesAs193And200) {
+TEST(SavePcx, Byte200EncodesAs193And200) {
     EXPECT_EQ(encoded({200}), (Bytes{193, 200}));
     EXPECT_EQ(encoded({192}), (Bytes{193, 192}));
 }
 
-TEST(SavePcx, ASingleByte191EncodesAsItself) {
+TEST(SavePcx, Byte191EncodesAsItself) {
     EXPECT_EQ(encoded({191}), (Bytes{191}));
 }
 
-TEST(SavePcx, TwoEqualBytesAreARunWhateverTheirValue) {
+TEST(SavePcx, TwoEqualBytesAreARun) {
     EXPECT_EQ(encoded({0, 0, 255, 255}), (Bytes{194, 0, 194, 255}));
     EXPECT_EQ(encoded(Bytes(63, 1)), (Bytes{255, 1}));
     EXPECT_EQ(encoded(Bytes(64, 1)), (Bytes{255, 1, 1}));
 }
 
-TEST(SavePcx, RunsGoOverLineEndsAndTheLineLengthChangesNothing) {
+TEST(SavePcx, RunsCrossLineEndsWhateverTheLineLength) {
     // Grey of one level: nine lines of two bytes are one run.
     const auto picture = surface_of(2, 3, std::vector<Colour>(6, 0x070707));
     EXPECT_EQ(data_of(written(*picture, True)), (Bytes{192 + 18, 7}));
@@ -174,11 +174,11 @@ TEST(SavePcx, RunsGoOverLineEndsAndTheLineLengthChangesNothing) {
     EXPECT_EQ(encoded(bytes, 2), encoded(bytes, 6));
 }
 
-TEST(SavePcx, TheEncoderDividesByTheLineLength) {
+TEST(SavePcx, LineLengthOf0DividesByZero) {
     EXPECT_FAILURE(SavePCX::EncodeRle(Bytes{1, 2}, 0), DivisionByZero);
 }
 
-TEST(SavePcx, TheEncoderAlwaysEqualsThePlainStepsAndDecodesToItsInput) {
+TEST(SavePcx, EncoderMatchesTheReferenceAndRoundTrips) {
     std::mt19937 random(5);
     for (int i = 0; i < 5000; ++i) {
         Bytes bytes(i < 200 ? static_cast<std::size_t>(i % 8) : random() % 400);
@@ -193,7 +193,7 @@ TEST(SavePcx, TheEncoderAlwaysEqualsThePlainStepsAndDecodesToItsInput) {
     }
 }
 
-TEST(SavePcx, TheOldFileIsReplacedWithoutAQuestion) {
+TEST(SavePcx, ExistingFileIsReplacedWithoutAsking) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.pcx", Bytes(5000, 1));
     TestSurface picture(2, 2);
@@ -201,7 +201,7 @@ TEST(SavePcx, TheOldFileIsReplacedWithoutAQuestion) {
     EXPECT_EQ(read_file(path).size(), header_bytes + 12);
 }
 
-TEST(SavePcx, AReadOnlyFileStaysAndIsAFailure) {
+TEST(SavePcx, ReadOnlyFileIsKeptAndIsAFailure) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.pcx", Bytes{1, 2, 3});
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
@@ -210,14 +210,14 @@ TEST(SavePcx, AReadOnlyFileStaysAndIsAFailure) {
     EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
 }
 
-TEST(SavePcx, AFolderInTheFilesPlaceOrAMissingFolderIsAFailure) {
+TEST(SavePcx, FolderAsTargetOrMissingFolderIsAFailure) {
     const TemporaryFolder folder;
     TestSurface picture(2, 2);
     EXPECT_FAILURE(SavePCX().SavePCXinFile(folder.path(), picture, False), PermissionDenied);
     EXPECT_FAILURE(SavePCX().SavePCXinFile(folder.file("none/a.pcx"), picture, False), PathNotFound);
 }
 
-TEST(SavePcx, APictureWithoutPixelsIsAFailureAndTheOldFileStays) {
+TEST(SavePcx, PictureWithoutPixelsFailsAndKeepsTheOldFile) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.pcx", Bytes{1, 2, 3});
     TestSurface no_width(0, 2);
@@ -227,7 +227,7 @@ TEST(SavePcx, APictureWithoutPixelsIsAFailureAndTheOldFileStays) {
     EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
 }
 
-TEST(SavePcx, SidesThatTheHeaderCannotHoldAreAnOverflowBeforeTheOldFileIsTouched) {
+TEST(SavePcx, TooLargeSideOverflowsAndKeepsTheOldFile) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.pcx", Bytes{1, 2, 3});
     TestSurface wide(32768, 1);
@@ -246,7 +246,7 @@ TEST(SavePcx, SidesThatTheHeaderCannotHoldAreAnOverflowBeforeTheOldFileIsTouched
     EXPECT_EQ(get_i16(read_file(path), 10), 32767);
 }
 
-TEST(SavePcx, SizesCountInPixelsWhateverTheScaleModesWhichStayAsTheyWere) {
+TEST(SavePcx, SizesAreInPixelsAndScaleModesAreRestored) {
     TestSurface picture(4, 3);
     picture.ScaleMode = ScaleTwips;
     picture.Parent()->ScaleMode = ScaleTwips;
@@ -257,12 +257,12 @@ TEST(SavePcx, SizesCountInPixelsWhateverTheScaleModesWhichStayAsTheyWere) {
     EXPECT_EQ(picture.Parent()->ScaleMode, ScaleTwips);
 }
 
-TEST(SavePcx, ATopLevelFormIsWrittenToo) {
+TEST(SavePcx, TopLevelFormCanBeWritten) {
     PictureSurface form({nullptr, 2, 1, 32, 0, 0x332211});
     EXPECT_EQ(data_of(written(form, False)), (Bytes{0x11, 0x11, 0x22, 0x22, 0x33, 0x33}));
 }
 
-TEST(SavePcx, OnlyTheInnerAreaIsWrittenAndEveryDepthGives24Bits) {
+TEST(SavePcx, InnerAreaIsWrittenAt24BitsFromEveryDepth) {
     for (const std::int32_t bits : {16, 24, 32}) {
         TestSurface picture(2, 1, bits, 3, 0);
         picture.PSet(0, 0, 0xFF0000);
@@ -271,7 +271,7 @@ TEST(SavePcx, OnlyTheInnerAreaIsWrittenAndEveryDepthGives24Bits) {
     }
 }
 
-TEST(SavePcx, OneObjectWritesAnyNumberOfFiles) {
+TEST(SavePcx, OneObjectWritesSeveralFiles) {
     const TemporaryFolder folder;
     SavePCX writer;
     TestSurface large(9, 9);

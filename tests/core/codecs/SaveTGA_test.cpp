@@ -82,14 +82,14 @@ Bytes counting(std::size_t count, int first = 1) {
     return levels;
 }
 
-TEST(SaveTga, OneColourOf4By3EncodesAsThreePacketsOf4Bytes) {
+TEST(SaveTga, OneColourOf4By3EncodesAsThreeRuns) {
     const auto picture = surface_of(4, 3, std::vector<Colour>(12, 0x302010));
     const Bytes file = written(*picture, True);
     EXPECT_EQ(file[2], 10);
     EXPECT_EQ(data_of(file), (Bytes{131, 0x30, 0x20, 0x10, 131, 0x30, 0x20, 0x10, 131, 0x30, 0x20, 0x10}));
 }
 
-TEST(SaveTga, ARowOf4DifferentPixelsGives3AndTheFourthGoesIntoThePacketOfTheNextRow) {
+TEST(SaveTga, FourthOf4DifferentPixelsJoinsThePacketOfTheNextRow) {
     const Packets packets = packets_of(encoded(greys({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}), 4));
     EXPECT_EQ(packets[0], (std::pair<int, Bytes>{2, {1, 2, 3}}));
     // The fourth pixel and all that follow: the row's end was passed inside the packet, and no further one is
@@ -98,23 +98,23 @@ TEST(SaveTga, ARowOf4DifferentPixelsGives3AndTheFourthGoesIntoThePacketOfTheNext
     EXPECT_EQ(packets.size(), 2U);
 }
 
-TEST(SaveTga, TheLastBlackPixelOfThreeRowsIsMissing) {
+TEST(SaveTga, LastBlackPixelOfThreeRowsIsOmitted) {
     const Packets packets = packets_of(encoded(greys({0, 0, 1, 0, 1, 1, 1, 1, 0, 0, 1, 0}), 4));
     EXPECT_EQ(packets, (Packets{{129, {0}}, {0, {1}}, {0, {0}}, {131, {1}}, {129, {0}}, {0, {1}}}));
     EXPECT_EQ(pixels_in(packets), 11U);
 }
 
-TEST(SaveTga, OnePixelWideEqualNeighboursVanish) {
+TEST(SaveTga, OnePixelWideEqualNeighboursAreOmitted) {
     EXPECT_EQ(encoded(greys({0, 0, 1, 1}), 1), (Bytes{0, 0, 0, 0, 0, 1, 1, 1}));
 }
 
-TEST(SaveTga, ABlackPictureOnePixelWideEncodesAsNothing) {
+TEST(SaveTga, BlackPictureOnePixelWideEncodesAsNothing) {
     EXPECT_EQ(encoded(greys({0}), 1), Bytes{});
     TestSurface picture(1, 3);
     EXPECT_EQ(written(picture, True).size(), header_bytes);
 }
 
-TEST(SaveTga, CompressFalseWritesExactlyTheHeaderAndThePixelsAndImageType2) {
+TEST(SaveTga, CompressFalseWritesHeaderAndPlainPixelsOfType2) {
     for (const std::int32_t width : {1, 2, 3, 4, 5, 7}) {
         const Bytes file = written(*test::random_surface(width, 3, test::Character::Noise, 3), False);
         EXPECT_EQ(file.size(), header_bytes + static_cast<std::size_t>(3 * width * 3));
@@ -122,7 +122,7 @@ TEST(SaveTga, CompressFalseWritesExactlyTheHeaderAndThePixelsAndImageType2) {
     }
 }
 
-TEST(SaveTga, ARowOf300PixelsWithoutEqualNeighboursIsAnOverflowAndLeavesNoFile) {
+TEST(SaveTga, RawPacketOf300PixelsOverflowsAndLeavesNoFile) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.tga", Bytes{1, 2, 3});
     TestSurface picture(300, 1);
@@ -133,7 +133,7 @@ TEST(SaveTga, ARowOf300PixelsWithoutEqualNeighboursIsAnOverflowAndLeavesNoFile) 
     EXPECT_FALSE(file_exists(path)) << "the old file is deleted before the pixels are encoded";
 }
 
-TEST(SaveTga, RawPacketsOf129To256PixelsGetTheLengthByteOfARun) {
+TEST(SaveTga, RawPacketsOf129To256PixelsGetARunLengthByte) {
     // A row ends its raw packet one pixel early.
     EXPECT_EQ(encoded(greys(counting(130)), 130)[0], 128);
     EXPECT_EQ(encoded(greys(counting(257)), 257)[0], 255);
@@ -144,45 +144,45 @@ TEST(SaveTga, RawPacketsOf129To256PixelsGetTheLengthByteOfARun) {
         << "all pixels are there, behind a length that is not theirs";
 }
 
-TEST(SaveTga, ARunHoldsAtMost128Pixels) {
+TEST(SaveTga, RunHasAtMost128Pixels) {
     const Packets packets = packets_of(encoded(greys(Bytes(300, 9)), 300));
     EXPECT_EQ(packets, (Packets{{255, {9}}, {255, {9}}, {128 + 43, {9}}}));
 }
 
-TEST(SaveTga, ARunEndsAtItsRowsEnd) {
+TEST(SaveTga, RunEndsAtTheEndOfItsRow) {
     EXPECT_EQ(packets_of(encoded(greys(Bytes(6, 9)), 3)), (Packets{{130, {9}}, {130, {9}}}));
 }
 
-TEST(SaveTga, TheLastPixelOfARowThatEqualsTheNextIsLeftOut) {
+TEST(SaveTga, LastPixelOfARowIsOmittedIfItEqualsTheNextOne) {
     // 1 2 | 2 3: the second pixel is stepped over, and what follows is one place early.
     const Packets packets = packets_of(encoded(greys({1, 2, 2, 3}), 2));
     EXPECT_EQ(packets, (Packets{{0, {1}}, {0, {2}}, {0, {3}}}));
 }
 
-TEST(SaveTga, AOnePixelPacketOverTheRowsEndKeepsTheRowsInStep) {
+TEST(SaveTga, OnePixelPacketAcrossARowEndKeepsRowsInStep) {
     // 1 2 | 3 3 | 4 4: the 2 alone goes over the end, after which runs still end with their rows.
     const Packets packets = packets_of(encoded(greys({1, 2, 3, 3, 3, 3}), 2));
     EXPECT_EQ(packets, (Packets{{0, {1}}, {0, {2}}, {129, {3}}, {129, {3}}}));
 }
 
-TEST(SaveTga, ALongerPacketOverTheRowsEndMakesRunsCrossAllLaterRowEnds) {
+TEST(SaveTga, LongerPacketAcrossARowEndLetsRunsCrossLaterRowEnds) {
     const Packets packets = packets_of(encoded(greys({1, 2, 3, 4, 5, 5, 5, 5, 5, 5}), 2));
     EXPECT_EQ(packets, (Packets{{0, {1}}, {2, {2, 3, 4}}, {128 + 5, {5}}}));
 }
 
-TEST(SaveTga, TheVeryLastPixelIsLeftOutWhenItIsBlackBehindARawPacket) {
+TEST(SaveTga, LastBlackPixelAfterARawPacketIsOmitted) {
     EXPECT_EQ(packets_of(encoded(greys({1, 2, 0}), 3)), (Packets{{1, {1, 2}}}));
     EXPECT_EQ(packets_of(encoded(greys({1, 2, 4}), 3)), (Packets{{1, {1, 2}}, {0, {4}}}));
 }
 
-TEST(SaveTga, ARunMayTakeInTheExtraZeroPixel) {
+TEST(SaveTga, RunMayIncludeTheExtraZeroPixel) {
     // Out of step, the black run at the end does not see the picture's end and counts one pixel too many.
     const Packets packets = packets_of(encoded(greys({1, 2, 3, 4, 0, 0}), 2));
     EXPECT_EQ(packets, (Packets{{0, {1}}, {2, {2, 3, 4}}, {128 + 2, {0}}}));
     EXPECT_EQ(pixels_in(packets), 7U);
 }
 
-TEST(SaveTga, APictureOfPlainRowsIsEncodedWithoutLoss) {
+TEST(SaveTga, RowsEndingInRunsAreEncodedWithoutLoss) {
     std::mt19937 random(7);
     for (int i = 0; i < 200; ++i) {
         const std::size_t width = 2 + random() % 300;
@@ -203,11 +203,11 @@ TEST(SaveTga, APictureOfPlainRowsIsEncodedWithoutLoss) {
     }
 }
 
-TEST(SaveTga, ThePixelBehindAFullRunAtARowsEndIsLeftOutWhenTheNextRowIsAlike) {
+TEST(SaveTga, PixelAfterAFullRunIsOmittedIfTheNextRowIsEqual) {
     EXPECT_EQ(packets_of(encoded(greys(Bytes(258, 9)), 129)), (Packets{{255, {9}}, {255, {9}}, {0, {9}}}));
 }
 
-TEST(SaveTga, TheEncoderAlwaysEqualsThePlainSteps) {
+TEST(SaveTga, EncoderMatchesTheReference) {
     std::mt19937 random(11);
     int overflows = 0;
     for (int i = 0; i < 8000; ++i) {
@@ -240,11 +240,11 @@ TEST(SaveTga, PixelsAreComparedInAllThreeChannels) {
               (Bytes{2, 1, 2, 3, 1, 2, 4, 1, 5, 4, 0, 6, 5, 4}));
 }
 
-TEST(SaveTga, TheEncoderDividesByTheWidth) {
+TEST(SaveTga, WidthOf0DividesByZero) {
     EXPECT_FAILURE(SaveTGA::EncodeRle(greys({1, 2}), 0), DivisionByZero);
 }
 
-TEST(SaveTga, TheHeaderHoldsTypeSizeAndDepthAndIsZeroElsewhere) {
+TEST(SaveTga, HeaderHasTypeSizeAndDepthAndZerosElsewhere) {
     TestSurface picture(300, 2);
     Bytes expected(header_bytes);
     expected[2] = 2;
@@ -261,19 +261,19 @@ TEST(SaveTga, TheHeaderHoldsTypeSizeAndDepthAndIsZeroElsewhere) {
     EXPECT_EQ(header, expected);
 }
 
-TEST(SaveTga, TheBottomRowComesFirstInBlueGreenRed) {
+TEST(SaveTga, BottomRowIsFirstInBlueGreenRed) {
     const auto picture = surface_of(1, 2, {0x030201, 0x060504});
     EXPECT_EQ(data_of(written(*picture, False)), (Bytes{6, 5, 4, 3, 2, 1}));
 }
 
-TEST(SaveTga, AnotherCompressThanTrueOrFalseWritesPlainPixelsUnderType0) {
+TEST(SaveTga, OtherCompressValuesWritePlainPixelsOfType0) {
     const auto picture = surface_of(1, 1, {0x030201});
     const Bytes file = written(*picture, 1);
     EXPECT_EQ(file[2], 0);
     EXPECT_EQ(data_of(file), (Bytes{3, 2, 1}));
 }
 
-TEST(SaveTga, TheOldFileIsReplacedWithoutAQuestion) {
+TEST(SaveTga, ExistingFileIsReplacedWithoutAsking) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.tga", Bytes(5000, 1));
     TestSurface picture(2, 2);
@@ -281,7 +281,7 @@ TEST(SaveTga, TheOldFileIsReplacedWithoutAQuestion) {
     EXPECT_EQ(read_file(path).size(), header_bytes + 12);
 }
 
-TEST(SaveTga, AReadOnlyFileStaysAndIsAFailure) {
+TEST(SaveTga, ReadOnlyFileIsKeptAndIsAFailure) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.tga", Bytes{1, 2, 3});
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
@@ -290,14 +290,14 @@ TEST(SaveTga, AReadOnlyFileStaysAndIsAFailure) {
     EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
 }
 
-TEST(SaveTga, AFolderInTheFilesPlaceOrAMissingFolderIsAFailure) {
+TEST(SaveTga, FolderAsTargetOrMissingFolderIsAFailure) {
     const TemporaryFolder folder;
     TestSurface picture(2, 2);
     EXPECT_FAILURE(SaveTGA().SaveTGAinFile(folder.path(), picture, False), PermissionDenied);
     EXPECT_FAILURE(SaveTGA().SaveTGAinFile(folder.file("none/a.tga"), picture, False), PathNotFound);
 }
 
-TEST(SaveTga, APictureWithoutPixelsIsAFailureAndTheOldFileStays) {
+TEST(SaveTga, PictureWithoutPixelsFailsAndKeepsTheOldFile) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.tga", Bytes{1, 2, 3});
     TestSurface no_width(0, 2);
@@ -307,7 +307,7 @@ TEST(SaveTga, APictureWithoutPixelsIsAFailureAndTheOldFileStays) {
     EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
 }
 
-TEST(SaveTga, SidesThatTheHeaderCannotHoldAreAnOverflowBeforeTheOldFileIsTouched) {
+TEST(SaveTga, TooLargeSideOverflowsAndKeepsTheOldFile) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.tga", Bytes{1, 2, 3});
     TestSurface wide(32768, 1);
@@ -320,7 +320,7 @@ TEST(SaveTga, SidesThatTheHeaderCannotHoldAreAnOverflowBeforeTheOldFileIsTouched
     EXPECT_EQ(get_i16(read_file(path), 12), 32767);
 }
 
-TEST(SaveTga, SizesCountInPixelsWhateverTheScaleModesWhichStayAsTheyWere) {
+TEST(SaveTga, SizesAreInPixelsAndScaleModesAreRestored) {
     TestSurface picture(4, 3);
     picture.ScaleMode = ScaleTwips;
     picture.Parent()->ScaleMode = ScaleTwips;
@@ -331,12 +331,12 @@ TEST(SaveTga, SizesCountInPixelsWhateverTheScaleModesWhichStayAsTheyWere) {
     EXPECT_EQ(picture.Parent()->ScaleMode, ScaleTwips);
 }
 
-TEST(SaveTga, ATopLevelFormIsWrittenToo) {
+TEST(SaveTga, TopLevelFormCanBeWritten) {
     PictureSurface form({nullptr, 2, 1, 32, 0, 0x332211});
     EXPECT_EQ(data_of(written(form, False)), (Bytes{0x33, 0x22, 0x11, 0x33, 0x22, 0x11}));
 }
 
-TEST(SaveTga, OneObjectWritesAnyNumberOfFiles) {
+TEST(SaveTga, OneObjectWritesSeveralFiles) {
     const TemporaryFolder folder;
     SaveTGA writer;
     TestSurface large(9, 9);

@@ -12,7 +12,7 @@ namespace {
 using test::Bytes;
 using test::bytes_of;
 
-TEST(TgaHeader, FieldsStandAtTheirOffsetsWithoutGapsAndGoRoundUnchanged) {
+TEST(TgaHeader, FieldsHaveTheirOffsetsAndRoundTrip) {
     Bytes bytes(18);
     std::iota(bytes.begin(), bytes.end(), std::uint8_t{120});
     const auto header = TgaHeader::from_bytes(std::span<const std::uint8_t, 18>(bytes));
@@ -31,7 +31,7 @@ TEST(TgaHeader, FieldsStandAtTheirOffsetsWithoutGapsAndGoRoundUnchanged) {
     EXPECT_EQ(bytes_of(header), bytes);
 }
 
-TEST(TgaHeader, ANewOneIsAllZero) {
+TEST(TgaHeader, NewHeaderIsAllZero) {
     EXPECT_EQ(bytes_of(TgaHeader{}), Bytes(18));
 }
 

@@ -14,7 +14,7 @@ using test::ForeignPictures;
 using test::Palette;
 using test::same;
 
-TEST_F(ForeignPictures, PcxOf24BitsPlainAndCompressed) {
+TEST_F(ForeignPictures, Pcx24BitPlainAndCompressed) {
     write_sources(Palette::Any);
     convert("-type TrueColor -compress none", "pcx");
     expect_layout(8, 3, 0);
@@ -28,7 +28,7 @@ TEST_F(ForeignPictures, PcxOf24BitsPlainAndCompressed) {
     expect_equal_pcx();
 }
 
-TEST_F(ForeignPictures, PcxOf8BitsWithAPalettePlainAndCompressed) {
+TEST_F(ForeignPictures, Pcx8BitPlainAndCompressed) {
     write_sources(Palette::Of200);
     netpbm("ppmtogif", "gif");
     convert("-compress none", "pcx", "gif");
@@ -42,14 +42,14 @@ TEST_F(ForeignPictures, PcxOf8BitsWithAPalettePlainAndCompressed) {
     expect_equal_pcx();
 }
 
-TEST_F(ForeignPictures, PcxOfFourPlanes) {
+TEST_F(ForeignPictures, PcxFourPlanes) {
     write_sources(Palette::Of16);
     netpbm("ppmtopcx -planes=4", "pcx");
     expect_layout(1, 4, 1);
     expect_equal_pcx();
 }
 
-TEST_F(ForeignPictures, PcxWithAnOriginOtherThanZero) {
+TEST_F(ForeignPictures, PcxOriginNotZero) {
     write_sources(Palette::Of16);
     netpbm("ppmtopcx -planes=4 -xpos=20 -ypos=30", "pcx");
     EXPECT_EQ(pcx_header(0).XMin, 20);
@@ -57,7 +57,7 @@ TEST_F(ForeignPictures, PcxWithAnOriginOtherThanZero) {
     expect_equal<LoadPCX>("pcx", {decoded_by("pcxtoppm", "pcx")});
 }
 
-TEST_F(ForeignPictures, PcxOf4BitsIsTakenInLinesOfAnEvenNumberOfBytesWhateverTheFileSays) {
+TEST_F(ForeignPictures, Pcx4BitLinesHaveAnEvenNumberOfBytes) {
     write_sources(Palette::Of16);
     netpbm("ppmtopcx -packed -palette=map.ppm", "pcx");
     expect_layout(4, 1, 1);
@@ -98,28 +98,28 @@ TEST_F(ForeignPictures, PcxOf4BitsIsTakenInLinesOfAnEvenNumberOfBytesWhateverThe
     EXPECT_GE(refused, 3);
 }
 
-TEST_F(ForeignPictures, PcxOf4BitsOfWidthsThatFitAreEqual) {
+TEST_F(ForeignPictures, Pcx4BitOfMatchingWidth) {
     sources_of({{3, 2}, {4, 3}, {7, 5}, {8, 2}, {11, 7}, {256, 256}}, Palette::Of16);
     netpbm("ppmtopcx -packed -palette=map.ppm", "pcx");
     expect_layout(4, 1, 1);
     expect_equal<LoadPCX>("pcx", {decoded_by("pcxtoppm", "pcx")});
 }
 
-TEST_F(ForeignPictures, PcxOf1BitInBlackAndWhite) {
+TEST_F(ForeignPictures, Pcx1BitBlackAndWhite) {
     write_sources(Palette::BlackAndWhite);
     netpbm("ppmtopcx -planes=1 -palette=map.ppm", "pcx");
     expect_layout(1, 1, 1);
     expect_equal<LoadPCX>("pcx", {decoded_by("pcxtoppm", "pcx")});
 }
 
-TEST_F(ForeignPictures, PcxOf1BitInOtherColoursComesOutBlackAndWhiteAllTheSame) {
+TEST_F(ForeignPictures, Pcx1BitInOtherColoursIsBlackAndWhite) {
     write_sources(Palette::RedAndBlue);
     netpbm("ppmtopcx -planes=1 -palette=map.ppm", "pcx");
     expect_layout(1, 1, 1);
     expect_white_for_the_second_colour();
 }
 
-TEST_F(ForeignPictures, PcxOf1BitWhoseSetBitsStandForBlackComesOutInverted) {
+TEST_F(ForeignPictures, Pcx1BitWithSetBitsForBlackIsInverted) {
     // ImageMagick writes 1 bit for pictures that come with a palette, and sets the bits of the black pixels,
     // against the map that it writes. Netpbm reads such a file as it is read here.
     sources_of({{3, 2}, {4, 3}, {5, 5}, {33, 9}, {256, 256}}, Palette::BlackAndWhite);
@@ -137,7 +137,7 @@ TEST_F(ForeignPictures, PcxOf1BitWhoseSetBitsStandForBlackComesOutInverted) {
     expect_equal<LoadPCX>("pcx", {decoded_by("pcxtoppm", "pcx")});
 }
 
-TEST_F(ForeignPictures, PcxOf2Or3PlanesDecodesNothing) {
+TEST_F(ForeignPictures, PcxOf2Or3PlanesIsNotDecoded) {
     write_sources(Palette::RedAndBlue);
     for (const char* options : {"-planes=2", "-planes=3"}) {
         netpbm(std::string("ppmtopcx ") + options, "pcx");

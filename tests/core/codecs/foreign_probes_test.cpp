@@ -17,7 +17,7 @@ struct Told {
     std::int16_t compression = 0;
 };
 
-TEST_F(ForeignPictures, BmpProbesTellTheSizesOfBottomUpFilesWithA40ByteHeader) {
+TEST_F(ForeignPictures, BmpProbeReturnsSizesOf40ByteHeaders) {
     write_sources(Palette::Of200);
     const auto expect_sizes = [&](int bit_count) {
         const std::vector<std::string> expected = identified("bmp");
@@ -39,7 +39,7 @@ TEST_F(ForeignPictures, BmpProbesTellTheSizesOfBottomUpFilesWithA40ByteHeader) {
     expect_sizes(8);
 }
 
-TEST_F(ForeignPictures, BmpProbesRefuseTheOlderAndTheLongerHeaders) {
+TEST_F(ForeignPictures, BmpProbeRejectsOtherHeaders) {
     write_sources(Palette::Of200);
     const auto expect_refused = [&] {
         for (std::size_t i = 0; i < sources.size(); ++i) {
@@ -56,7 +56,7 @@ TEST_F(ForeignPictures, BmpProbesRefuseTheOlderAndTheLongerHeaders) {
     expect_refused();
 }
 
-TEST_F(ForeignPictures, JpegProbesTellTheSizesOfBaselineFiles) {
+TEST_F(ForeignPictures, JpegProbeReturnsSizesOfBaselineFiles) {
     write_sources(Palette::Any);
     const auto expect_sizes = [&] {
         const std::vector<std::string> expected = identified("jpg");
@@ -72,7 +72,7 @@ TEST_F(ForeignPictures, JpegProbesTellTheSizesOfBaselineFiles) {
     expect_sizes();
 }
 
-TEST_F(ForeignPictures, JpegProbesFindNoSizeInProgressiveFiles) {
+TEST_F(ForeignPictures, JpegProbeRejectsProgressiveFiles) {
     write_sources(Palette::Any);
     const auto expect_nothing = [&] {
         for (std::size_t i = 0; i < sources.size(); ++i) {

@@ -59,39 +59,39 @@ class ForeignBmpFiles : public testing::Test {
     test::TemporaryFolder folder_;
 };
 
-TEST_F(ForeignBmpFiles, Of24BitsAreReadAsByOthers) {
+TEST_F(ForeignBmpFiles, Bmp24BitMatchesOtherDecoders) {
     expect_read_as_by_imagemagick(Character::Noise, "convert in.ppm -type TrueColor BMP3:out.bmp");
     EXPECT_EQ(written_bits(), 24);
 }
 
-TEST_F(ForeignBmpFiles, WithTheHeaderOf12BytesAreReadAsByOthers) {
+TEST_F(ForeignBmpFiles, Bmp12ByteHeaderMatchesOtherDecoders) {
     expect_read_as_by_imagemagick(Character::Noise, "convert in.ppm -type TrueColor BMP2:out.bmp");
     EXPECT_EQ(written()[14], 12);
     expect_read_as_by_imagemagick(Character::FewColours, "ppmtobmp -os2 -bpp=8 in.ppm > out.bmp");
     EXPECT_EQ(written()[14], 12);
 }
 
-TEST_F(ForeignBmpFiles, Of8BitsAreReadAsByOthers) {
+TEST_F(ForeignBmpFiles, Bmp8BitMatchesOtherDecoders) {
     expect_read_as_by_imagemagick(Character::Smooth,
                                   "convert in.ppm -colors 200 -type Palette -compress None BMP3:out.bmp");
     EXPECT_EQ(written_bits(), 8);
     expect_read_as_by_imagemagick(Character::FewColours, "ppmtobmp -windows -bpp=8 in.ppm > out.bmp");
 }
 
-TEST_F(ForeignBmpFiles, Of4BitsAreReadAsByOthers) {
+TEST_F(ForeignBmpFiles, Bmp4BitMatchesOtherDecoders) {
     expect_read_as_by_imagemagick(Character::Smooth,
                                   "pnmquant 16 in.ppm | ppmtobmp -windows -bpp=4 > out.bmp");
     EXPECT_EQ(written_bits(), 4);
 }
 
-TEST_F(ForeignBmpFiles, Of1BitAreReadAsByOthers) {
+TEST_F(ForeignBmpFiles, Bmp1BitMatchesOtherDecoders) {
     expect_read_as_by_imagemagick(Character::Smooth, "convert in.ppm -monochrome BMP3:out.bmp");
     EXPECT_EQ(written_bits(), 1);
     expect_read_as_by_imagemagick(Character::Noise, "pnmquant 2 in.ppm | ppmtobmp -windows -bpp=1 > out.bmp");
     EXPECT_EQ(written_bits(), 1);
 }
 
-TEST_F(ForeignBmpFiles, Of16BitsAreReadAsByOthers) {
+TEST_F(ForeignBmpFiles, Bmp16BitMatchesOtherDecoders) {
     expect_read_as_by_imagemagick(Character::Noise,
                                   "convert in.ppm -type TrueColor -define bmp:subtype=RGB565 BMP:out.bmp");
     EXPECT_EQ(written_bits(), 16);
@@ -100,13 +100,13 @@ TEST_F(ForeignBmpFiles, Of16BitsAreReadAsByOthers) {
     EXPECT_EQ(written_bits(), 16);
 }
 
-TEST_F(ForeignBmpFiles, WithAnAlphaChannelAreReadWithoutBlending) {
+TEST_F(ForeignBmpFiles, AlphaChannelIsDroppedWithoutBlending) {
     expect_read_as_by_imagemagick(Character::Noise,
                                   "convert in.ppm -alpha set -channel A -evaluate set 40% BMP:out.bmp");
     EXPECT_EQ(written_bits(), 32);
 }
 
-TEST_F(ForeignBmpFiles, RunLengthEncodedAreReadAsByOthers) {
+TEST_F(ForeignBmpFiles, RunLengthEncodingMatchesOtherDecoders) {
     expect_read_as_by_imagemagick(Character::Runs,
                                   "convert in.ppm -colors 200 -type Palette -compress RLE BMP3:out.bmp");
     EXPECT_EQ(get_u32(written(), 30), 1U);
@@ -122,7 +122,7 @@ bool is_read_by_imagemagick(const MadeBmp& bmp) {
     return bmp.compression != 3 && (bmp.header_size != 12 || bmp.bits == 24);
 }
 
-TEST_F(ForeignBmpFiles, RandomOnesAreReadAsByImageMagick) {
+TEST_F(ForeignBmpFiles, RandomFilesMatchImageMagick) {
     test::RandomBmps random(2);
     std::vector<ForeignPicture> ours;
     std::string names;

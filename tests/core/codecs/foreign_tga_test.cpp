@@ -15,7 +15,7 @@ using test::same;
 // ImageMagick writes the rows as it holds them and only notes the orientation.
 const std::string bottom_up = "-flip -orient BottomLeft ";
 
-TEST_F(ForeignPictures, TgaOf24BitsPlainAndCompressed) {
+TEST_F(ForeignPictures, Tga24BitPlainAndCompressed) {
     write_sources(Palette::Any);
     convert(bottom_up + "-type TrueColor -compress none", "tga");
     expect_kind(2, 24, 0);
@@ -31,7 +31,7 @@ TEST_F(ForeignPictures, TgaOf24BitsPlainAndCompressed) {
     expect_equal_tga();
 }
 
-TEST_F(ForeignPictures, TgaWithItsTopRowFirst) {
+TEST_F(ForeignPictures, TgaTopRowFirst) {
     write_sources(Palette::Any);
     convert("-type TrueColor -orient TopLeft -compress none", "tga");
     expect_kind(2, 24, 32);
@@ -41,7 +41,7 @@ TEST_F(ForeignPictures, TgaWithItsTopRowFirst) {
     expect_equal_tga();
 }
 
-TEST_F(ForeignPictures, TgaOf32BitsLosesItsAlpha) {
+TEST_F(ForeignPictures, Tga32BitDropsAlpha) {
     write_sources(Palette::Any);
     const std::string with_alpha = "-alpha set -channel A -evaluate set 40% +channel ";
     convert(bottom_up + with_alpha + "-compress none", "tga");
@@ -57,7 +57,7 @@ TEST_F(ForeignPictures, TgaOf32BitsLosesItsAlpha) {
     expect_equal<LoadTGA>("tga", {decoded_by_convert("tga")});
 }
 
-TEST_F(ForeignPictures, TgaOf8BitsWithAMapOf24) {
+TEST_F(ForeignPictures, Tga8BitWith24BitMap) {
     write_sources(Palette::Of200);
     netpbm("ppmtogif", "gif");
     convert(bottom_up + "-compress none", "tga", "gif");
@@ -74,7 +74,7 @@ TEST_F(ForeignPictures, TgaOf8BitsWithAMapOf24) {
     expect_equal_tga();
 }
 
-TEST_F(ForeignPictures, TgaOf8BitsInGreysFailsOnANewObjectAndIsBlackOnOneThatHasReadAMap) {
+TEST_F(ForeignPictures, Tga8BitGreyFailsOnNewObjectAndIsBlackAfterAMap) {
     write_sources(Palette::Of200);
     netpbm("pamtotga -cmap -norle", "tga");
     // The picture of one pixel has a map of one entry, so that the length of what follows is not cut.
@@ -97,7 +97,7 @@ TEST_F(ForeignPictures, TgaOf8BitsInGreysFailsOnANewObjectAndIsBlackOnOneThatHas
     }
 }
 
-TEST_F(ForeignPictures, TgaWithAMapOf15BitsIsTakenForOneWithoutAMap) {
+TEST_F(ForeignPictures, Tga15BitMapIsIgnored) {
     write_sources(Palette::Of200);
     netpbm("pamtotga -cmap -norle", "tga");
     LoadTGA used;
@@ -112,7 +112,7 @@ TEST_F(ForeignPictures, TgaWithAMapOf15BitsIsTakenForOneWithoutAMap) {
     }
 }
 
-TEST_F(ForeignPictures, TgaWithAnIdShowsTheIdAsPixels) {
+TEST_F(ForeignPictures, TgaIdFieldIsDecodedAsPixels) {
     write_sources(Palette::Any);
     netpbm("pamtotga -rgb -norle -name=four", "tga");
     for (std::size_t i = 0; i < sources.size(); ++i) {

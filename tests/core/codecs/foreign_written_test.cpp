@@ -70,7 +70,7 @@ std::string told(const Size& size, std::size_t character) {
 
 class ForeignWritten : public ::testing::TestWithParam<Size> {};
 
-TEST_P(ForeignWritten, PcxReadsBackEqualPlainAndCompressed) {
+TEST_P(ForeignWritten, PcxIsReadBackEqualPlainAndCompressed) {
     const TemporaryFolder folder;
     const Size size = GetParam();
     const std::string path = folder.file("a.pcx");
@@ -86,7 +86,7 @@ TEST_P(ForeignWritten, PcxReadsBackEqualPlainAndCompressed) {
     }
 }
 
-TEST_P(ForeignWritten, PlainTgaReadsBackEqual) {
+TEST_P(ForeignWritten, PlainTgaIsReadBackEqual) {
     const TemporaryFolder folder;
     const Size size = GetParam();
     const std::string path = folder.file("a.tga");
@@ -114,7 +114,7 @@ std::vector<Colour> rows_ending_in_runs(const Size& size, std::uint32_t seed) {
     return colours;
 }
 
-TEST(ForeignWrittenTga, CompressedTgaWhoseRowsAllEndInARunReadsBackEqual) {
+TEST(ForeignWrittenTga, CompressedTgaIsReadBackEqualIfRowsEndInRuns) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
     for (const Size& size :
@@ -125,7 +125,7 @@ TEST(ForeignWrittenTga, CompressedTgaWhoseRowsAllEndInARunReadsBackEqual) {
     }
 }
 
-TEST(ForeignWrittenTga, CompressedTgaOfPlainAreasReadsBackEqual) {
+TEST(ForeignWrittenTga, CompressedTgaOfPlainAreasIsReadBackEqual) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
     TestSurface picture(256, 256, 32, 0, 0x203040);
@@ -180,7 +180,7 @@ const Lossy lossy_pictures[] = {
     {3, {1, 2, 3, 3, 4, 5, 5, 5, 5}, {1, 2, 3, 4, 5, 5, 5}},
 };
 
-TEST(ForeignWrittenTga, CompressedTgaLeavesOutThePixelsThatItIsKnownToLose) {
+TEST(ForeignWrittenTga, CompressedTgaLosesExactlyTheExpectedPixels) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
     for (const Lossy& lossy : lossy_pictures) {
@@ -195,7 +195,7 @@ TEST(ForeignWrittenTga, CompressedTgaLeavesOutThePixelsThatItIsKnownToLose) {
     }
 }
 
-TEST(ForeignWrittenTga, APhotographLosesExactlyTheRowEndsThatEqualTheirNextPixel) {
+TEST(ForeignWrittenTga, PhotographLosesRowEndsThatEqualTheNextPixel) {
     // Seven pixels a row without equal neighbours, but for the rows' ends, which equal the next row's
     // beginning. Each lost end lets the row counter go on in step, so that every row loses its last pixel.
     constexpr std::int32_t width = 7;

@@ -39,13 +39,13 @@ using Colours = std::vector<Colour>;
 
 // ---- Headers
 
-TEST(ReadBmp, TheSizeComesFromTheHeader) {
+TEST(ReadBmp, SizeComesFromTheHeader) {
     const ForeignPicture picture = read(MadeBmp{3, 2, 24, 0, {}, Bytes(24)}.file());
     EXPECT_EQ(picture.width, 3);
     EXPECT_EQ(picture.height, 2);
 }
 
-TEST(ReadBmp, HeadersOfFiveLengthsAreRead) {
+TEST(ReadBmp, HeadersOfFiveLengthsAreSupported) {
     for (const std::size_t header : {12U, 40U, 64U, 108U, 124U}) {
         EXPECT_EQ(colours_of({1, 2, 24, 0, {}, {3, 2, 1, 0, 6, 5, 4, 0}, header}),
                   (Colours{0x060504, 0x030201}))
@@ -61,7 +61,7 @@ TEST(ReadBmp, HeadersOfOtherLengthsAreInvalid) {
     }
 }
 
-TEST(ReadBmp, OtherTypesThanBmAreInvalid) {
+TEST(ReadBmp, TypeOtherThanBmIsInvalid) {
     for (const std::size_t at : {0U, 1U}) {
         Bytes bytes = MadeBmp{1, 1, 24, 0, {}, {3, 2, 1, 0}}.file();
         bytes[at] = 'b';
@@ -69,7 +69,7 @@ TEST(ReadBmp, OtherTypesThanBmAreInvalid) {
     }
 }
 
-TEST(ReadBmp, OtherNumbersOfPlanesThan1AreInvalid) {
+TEST(ReadBmp, PlanesOtherThan1AreInvalid) {
     for (const std::uint16_t planes : {std::uint16_t{0}, std::uint16_t{2}, std::uint16_t{0x101}}) {
         Bytes bytes = MadeBmp{1, 1, 24, 0, {}, {3, 2, 1, 0}}.file();
         put_u16(bytes, 26, planes);
@@ -94,7 +94,7 @@ TEST(ReadBmp, OtherDepthsAndCompressionsAreInvalid) {
     EXPECT_FAILURE(read(MadeBmp{1, 1, 24, 0x80000000, {}, Bytes(4)}.file()), InvalidPicture);
 }
 
-TEST(ReadBmp, ASizeOfZeroIsInvalid) {
+TEST(ReadBmp, SizeOf0IsInvalid) {
     EXPECT_FAILURE(read(MadeBmp{0, 5, 24, 0, {}, {1, 2, 3, 0}}.file()), InvalidPicture);
     EXPECT_FAILURE(read(MadeBmp{5, 0, 24, 0, {}, {1, 2, 3, 0}}.file()), InvalidPicture);
     EXPECT_FAILURE(read(MadeBmp{-5, 1, 24, 0, {}, Bytes(16)}.file()), InvalidPicture);
@@ -111,19 +111,19 @@ TEST(ReadBmp, MorePixelsThanTheLimitAreOutOfMemory) {
     EXPECT_FAILURE(read(MadeBmp{largest, lowest, 32, 0, {}, Bytes(48)}.file()), OutOfMemory);
 }
 
-TEST(ReadBmp, SizesInAHeaderOf12BytesAreSigned) {
+TEST(ReadBmp, SizesInA12ByteHeaderAreSigned) {
     EXPECT_EQ(colours_of({1, -2, 24, 0, {}, {3, 2, 1, 0, 6, 5, 4, 0}, 12}), (Colours{0x030201, 0x060504}));
     EXPECT_FAILURE(read(MadeBmp{-1, 2, 24, 0, {}, Bytes(8), 12}.file()), InvalidPicture);
 }
 
-TEST(ReadBmp, BytesBetweenColourTableAndPixelsArePassedOver) {
+TEST(ReadBmp, BytesBetweenColourTableAndPixelsAreSkipped) {
     Bytes between = striking_table(2);
     between.insert(between.end(), 5, 0xEE);
     EXPECT_EQ(colours_of({2, 1, 1, 0, between, {0x40, 0, 0, 0}}),
               (Colours{striking_colour(0), striking_colour(1)}));
 }
 
-TEST(ReadBmp, PixelsDoNotBeginWithinTheColourTable) {
+TEST(ReadBmp, PixelOffsetWithinTheColourTableIsIgnored) {
     Bytes file = MadeBmp{2, 1, 1, 0, striking_table(2), {0x40, 0, 0, 0}}.file();
     for (const std::uint32_t offset : {0U, 14U, 54U, 61U}) {
         put_u32(file, 10, offset);
@@ -131,7 +131,7 @@ TEST(ReadBmp, PixelsDoNotBeginWithinTheColourTable) {
     }
 }
 
-TEST(ReadBmp, PixelsThatBeginBeyondTheEndAreInvalid) {
+TEST(ReadBmp, PixelOffsetBeyondTheEndIsInvalid) {
     Bytes file = MadeBmp{1, 1, 24, 0, {}, {3, 2, 1, 0}}.file();
     put_u32(file, 10, 59);
     EXPECT_FAILURE(read(file), InvalidPicture);
@@ -143,7 +143,7 @@ TEST(ReadBmp, PixelsThatBeginBeyondTheEndAreInvalid) {
 
 // ---- Colour tables
 
-TEST(ReadBmp, AColourTableOfNoStatedLengthIsFull) {
+TEST(ReadBmp, ColourTableWithoutALengthIsFull) {
     for (const std::uint16_t bits : {std::uint16_t{1}, std::uint16_t{4}, std::uint16_t{8}}) {
         const std::size_t entries = std::size_t{1} << bits;
         const MadeBmp bmp{1, 1, bits, 0, striking_table(entries), {0xFF, 0, 0, 0}};
@@ -151,22 +151,22 @@ TEST(ReadBmp, AColourTableOfNoStatedLengthIsFull) {
     }
 }
 
-TEST(ReadBmp, AColourTableOfAHeaderOf12BytesHasEntriesOf3Bytes) {
+TEST(ReadBmp, ColourTableOfA12ByteHeaderHas3ByteEntries) {
     EXPECT_EQ(colours_of({2, 1, 1, 0, {9, 8, 7, 6, 5, 4}, {0x40, 0, 0, 0}, 12}),
               (Colours{0x090807, 0x060504}));
 }
 
-TEST(ReadBmp, AnIndexBeyondTheColourTableIsBlack) {
+TEST(ReadBmp, IndexBeyondTheColourTableIsBlack) {
     EXPECT_EQ(colours_of({4, 1, 8, 0, striking_table(2), {0, 1, 2, 255}, 40, 2}),
               (Colours{striking_colour(0), striking_colour(1), black, black}));
 }
 
-TEST(ReadBmp, AColourTableMayBeLongerThanItsDepthUses) {
+TEST(ReadBmp, ColourTableMayBeLongerThanTheDepthNeeds) {
     EXPECT_EQ(colours_of({1, 1, 1, 0, striking_table(256), {0x80, 0, 0, 0}, 40, 256}),
               (Colours{striking_colour(1)}));
 }
 
-TEST(ReadBmp, AColourTableOfMoreThan256EntriesIsInvalid) {
+TEST(ReadBmp, ColourTableOfMoreThan256EntriesIsInvalid) {
     EXPECT_FAILURE(read(MadeBmp{1, 1, 8, 0, striking_table(257), Bytes(4), 40, 257}.file()), InvalidPicture);
     EXPECT_FAILURE(read(MadeBmp{1, 1, 8, 0, striking_table(256), Bytes(4), 40, 0xFFFFFFFF}.file()),
                    InvalidPicture);
@@ -178,15 +178,15 @@ TEST(ReadBmp, TrueColourHasNoColourTable) {
 
 // ---- Pixels
 
-TEST(ReadBmp, TheBottomRowComesFirst) {
+TEST(ReadBmp, BottomRowComesFirst) {
     EXPECT_EQ(colours_of({1, 2, 24, 0, {}, {3, 2, 1, 0, 6, 5, 4, 0}}), (Colours{0x060504, 0x030201}));
 }
 
-TEST(ReadBmp, ANegativeHeightPutsTheTopRowFirst) {
+TEST(ReadBmp, NegativeHeightPutsTheTopRowFirst) {
     EXPECT_EQ(colours_of({1, -2, 24, 0, {}, {3, 2, 1, 0, 6, 5, 4, 0}}), (Colours{0x030201, 0x060504}));
 }
 
-TEST(ReadBmp, IndicesStandMostSignificantBitsFirst) {
+TEST(ReadBmp, IndicesHaveTheMostSignificantBitsFirst) {
     EXPECT_EQ(colours_of({9, 1, 1, 0, striking_table(2), {0x81, 0x80, 0, 0}}),
               (Colours{striking_colour(1), striking_colour(0), striking_colour(0), striking_colour(0),
                        striking_colour(0), striking_colour(0), striking_colour(0), striking_colour(1),
@@ -195,17 +195,17 @@ TEST(ReadBmp, IndicesStandMostSignificantBitsFirst) {
               (Colours{striking_colour(1), striking_colour(2), striking_colour(15)}));
 }
 
-TEST(ReadBmp, WordsOf16BitsHave5BitsAChannelRepeated) {
+TEST(ReadBmp, Pixels16BitHave5BitsPerChannel) {
     EXPECT_EQ(colours_of({3, 1, 16, 0, {}, {0xFF, 0x7F, 0x1F, 0x00, 0x21, 0x04, 0, 0}}),
               (Colours{0xFFFFFF, 0xFF0000, 0x080808}));
     EXPECT_EQ(colours_of({1, 1, 16, 0, {}, {0xFF, 0x7F, 0, 0}, 12}), (Colours{0xFFFFFF}));
 }
 
-TEST(ReadBmp, TheFourthByteOf32BitsIsDropped) {
+TEST(ReadBmp, FourthByteOf32BitPixelsIsDropped) {
     EXPECT_EQ(colours_of({2, 1, 32, 0, {}, {1, 2, 3, 99, 4, 5, 6, 255}}), (Colours{0x010203, 0x040506}));
 }
 
-TEST(ReadBmp, EveryWidthOf24BitsIsReadToItsLastPixel) {
+TEST(ReadBmp, Pixels24BitAreReadAtEveryWidth) {
     for (std::int32_t width = 1; width <= 13; ++width) {
         Bytes row(static_cast<std::size_t>((width * 3 + 3) / 4 * 4), 0xEE);
         Colours expected;
@@ -220,13 +220,13 @@ TEST(ReadBmp, EveryWidthOf24BitsIsReadToItsLastPixel) {
 
 // ---- Bit fields
 
-TEST(ReadBmp, MasksMayStandInAnyOrder) {
+TEST(ReadBmp, MasksMayBeInAnyOrder) {
     // Red in the lowest byte, blue in the highest of three.
     EXPECT_EQ(colours_of({2, 1, 32, 3, dwords({0x0000FF, 0x00FF00, 0xFF0000}), {1, 2, 3, 99, 4, 5, 6, 0}}),
               (Colours{0x030201, 0x060504}));
 }
 
-TEST(ReadBmp, MasksStandBehindShortHeadersAndInLongOnes) {
+TEST(ReadBmp, MasksFollowShortHeadersAndAreInsideLongOnes) {
     const Bytes data{1, 2, 3, 99};
     const Bytes masks = dwords({0x0000FF, 0x00FF00, 0xFF0000});
     for (const std::size_t header : {40U, 64U}) {
@@ -239,7 +239,7 @@ TEST(ReadBmp, MasksStandBehindShortHeadersAndInLongOnes) {
     }
 }
 
-TEST(ReadBmp, MasksInALongHeaderCountOnlyForBitFields) {
+TEST(ReadBmp, MasksInALongHeaderNeedBitFields) {
     EXPECT_EQ(colours_of({1, 1, 32, 0, {}, {1, 2, 3, 99}, 108, 0, {0x0000FF, 0x00FF00, 0xFF0000}}),
               (Colours{0x010203}));
 }
@@ -253,7 +253,7 @@ TEST(ReadBmp, ChannelsOfFewerThan8BitsRepeatThem) {
               (Colours{make_colour(0x84, 0x82, 0x84), make_colour(0x08, 0x7D, 0x08)}));
 }
 
-TEST(ReadBmp, OfChannelsOfMoreThan8BitsTheHighestCount) {
+TEST(ReadBmp, ChannelsOfMoreThan8BitsUseTheHighest8) {
     EXPECT_EQ(colours_of({2, 1, 32, 3, dwords({0x3FF00000, 0x000FFC00, 0x000003FF}),
                           dwords({0x3FFFFFFF, 0x10080601})}),
               (Colours{0xFFFFFF, make_colour(0x40, 0x80, 0x80)}));
@@ -261,7 +261,7 @@ TEST(ReadBmp, OfChannelsOfMoreThan8BitsTheHighestCount) {
               (Colours{make_colour(0x9A, 0, 0)}));
 }
 
-TEST(ReadBmp, AChannelWithoutBitsIsBlack) {
+TEST(ReadBmp, ChannelWithoutBitsIs0) {
     EXPECT_EQ(colours_of({1, 1, 32, 3, dwords({0, 0xFF00, 0}), {1, 2, 3, 4}}),
               (Colours{make_colour(0, 2, 0)}));
 }
@@ -272,7 +272,7 @@ MadeBmp runs_of_8_bits(std::int32_t width, std::int32_t height, const Bytes& dat
     return {width, height, 8, 1, striking_table(4), data, 40, 4};
 }
 
-TEST(ReadBmp, RunsAndLiteralsOf4BitsAlternateBetweenIndices) {
+TEST(ReadBmp, Rle4RunsAndLiteralsAreNibbles) {
     // Bottom row: a run of five from alternating nibbles, end of row; top row: three literals, a run of two.
     const MadeBmp bmp{5, 2, 4, 2, striking_table(16), {5, 0x12, 0, 0, 0, 3, 0x45, 0x60, 2, 0x77, 0, 0, 0, 1}};
     EXPECT_EQ(colours_of(bmp),
@@ -281,14 +281,14 @@ TEST(ReadBmp, RunsAndLiteralsOf4BitsAlternateBetweenIndices) {
                        striking_colour(2), striking_colour(1)}));
 }
 
-TEST(ReadBmp, RunsAndLiteralsOf8BitsAreIndices) {
+TEST(ReadBmp, Rle8RunsAndLiteralsAreIndices) {
     // A literal of three is padded to four bytes.
     const MadeBmp bmp = runs_of_8_bits(5, 1, {0, 3, 1, 2, 3, 99, 2, 1, 0, 1});
     EXPECT_EQ(colours_of(bmp), (Colours{striking_colour(1), striking_colour(2), striking_colour(3),
                                         striking_colour(1), striking_colour(1)}));
 }
 
-TEST(ReadBmp, LiteralsOf4BitsArePaddedTo2Bytes) {
+TEST(ReadBmp, Rle4LiteralsArePaddedTo2Bytes) {
     for (std::uint8_t length = 3; length <= 12; ++length) {
         Bytes data{0, length};
         data.resize(2 + static_cast<std::size_t>(length + 3) / 4 * 2, 0x22);
@@ -299,7 +299,7 @@ TEST(ReadBmp, LiteralsOf4BitsArePaddedTo2Bytes) {
     }
 }
 
-TEST(ReadBmp, PixelsThatAJumpSkipsHaveIndex0) {
+TEST(ReadBmp, PixelsSkippedByAJumpHaveIndex0) {
     // One pixel of index 1, a jump of two to the right, one pixel of index 2, end.
     const MadeBmp bmp = runs_of_8_bits(4, 2, {1, 1, 0, 2, 2, 0, 1, 2, 0, 1});
     const Colour zero = striking_colour(0);
@@ -307,26 +307,26 @@ TEST(ReadBmp, PixelsThatAJumpSkipsHaveIndex0) {
               (Colours{zero, zero, zero, zero, striking_colour(1), zero, zero, striking_colour(2)}));
 }
 
-TEST(ReadBmp, AJumpMayGoUpAndKeepsItsColumn) {
+TEST(ReadBmp, JumpUpKeepsItsColumn) {
     const MadeBmp bmp = runs_of_8_bits(3, 3, {1, 1, 0, 2, 1, 2, 1, 2, 0, 1});
     const Colour zero = striking_colour(0);
     EXPECT_EQ(colours_of(bmp),
               (Colours{zero, zero, striking_colour(2), zero, zero, zero, striking_colour(1), zero, zero}));
 }
 
-TEST(ReadBmp, RowsAndPicturesThatEndEarlyAreFilledWithIndex0) {
+TEST(ReadBmp, RowsAndPicturesEndedEarlyAreFilledWithIndex0) {
     const MadeBmp bmp = runs_of_8_bits(2, 3, {1, 1, 0, 0, 2, 2, 0, 1});
     const Colour zero = striking_colour(0);
     EXPECT_EQ(colours_of(bmp),
               (Colours{zero, zero, striking_colour(2), striking_colour(2), striking_colour(1), zero}));
 }
 
-TEST(ReadBmp, RunLengthEncodedRowsMayBeTopDown) {
+TEST(ReadBmp, RunLengthEncodedPictureMayBeTopDown) {
     const MadeBmp bmp = runs_of_8_bits(1, -2, {1, 1, 0, 0, 1, 2, 0, 1});
     EXPECT_EQ(colours_of(bmp), (Colours{striking_colour(1), striking_colour(2)}));
 }
 
-TEST(ReadBmp, RunsEndWithTheirRow) {
+TEST(ReadBmp, RunsEndAtTheEndOfTheRow) {
     const MadeBmp run = runs_of_8_bits(2, 2, {5, 1, 0, 0, 1, 2, 0, 1});
     EXPECT_EQ(colours_of(run),
               (Colours{striking_colour(2), striking_colour(0), striking_colour(1), striking_colour(1)}));
@@ -335,7 +335,7 @@ TEST(ReadBmp, RunsEndWithTheirRow) {
               (Colours{striking_colour(2), striking_colour(0), striking_colour(1), striking_colour(2)}));
 }
 
-TEST(ReadBmp, AJumpOutOfThePictureEndsItsRowOrThePicture) {
+TEST(ReadBmp, JumpBeyondThePictureEndsTheRowOrThePicture) {
     const Colour zero = striking_colour(0);
     const MadeBmp right = runs_of_8_bits(2, 2, {1, 1, 0, 2, 255, 0, 1, 2, 0, 0, 1, 3, 0, 1});
     EXPECT_EQ(colours_of(right), (Colours{striking_colour(3), zero, striking_colour(1), zero}));
@@ -343,13 +343,13 @@ TEST(ReadBmp, AJumpOutOfThePictureEndsItsRowOrThePicture) {
     EXPECT_EQ(colours_of(up), (Colours{zero, zero, striking_colour(1), zero}));
 }
 
-TEST(ReadBmp, WhatFollowsTheLastRowIsPassedOver) {
+TEST(ReadBmp, BytesAfterTheLastRowAreIgnored) {
     EXPECT_EQ(colours_of(runs_of_8_bits(1, 1, {1, 1, 0, 0, 1, 2, 0, 1})), (Colours{striking_colour(1)}));
 }
 
 // ---- Our own files
 
-TEST(ReadBmp, WhatTheWriterSavesOfEveryDepthIsReadBack) {
+TEST(ReadBmp, FilesSavedByCDibAreReadBackAtEveryDepth) {
     const test::TemporaryFolder folder;
     test::RandomBmps random(5);
     for (const std::int32_t bits : {1, 4, 8, 16, 24, 32}) {
@@ -399,7 +399,7 @@ std::vector<TruncatedCase> truncated_cases() {
             {"24 bits top-down", {11, -9, 24, 0, {}, Bytes(36 * 9, 0x55)}}};
 }
 
-TEST(ReadBmp, OfATruncatedFileEveryWholePixelIsThereTheRestBlack) {
+TEST(ReadBmp, TruncatedFileHasAllWholePixelsAndTheRestBlack) {
     for (const TruncatedCase& truncated : truncated_cases()) {
         SCOPED_TRACE(truncated.name);
         const MadeBmp& bmp = truncated.bmp;
@@ -423,7 +423,7 @@ TEST(ReadBmp, OfATruncatedFileEveryWholePixelIsThereTheRestBlack) {
     }
 }
 
-TEST(ReadBmp, OfTruncatedRunsEveryWholeCommandCountsTheRestIsBlack) {
+TEST(ReadBmp, TruncatedRunsHaveAllWholeCommandsAndTheRestBlack) {
     const auto expect_pixels = [](std::uint16_t bits, std::uint32_t compression, const Bytes& row,
                                   const std::vector<std::size_t>& pixels_after) {
         Bytes data;
@@ -447,7 +447,7 @@ TEST(ReadBmp, OfTruncatedRunsEveryWholeCommandCountsTheRestIsBlack) {
     expect_pixels(4, 2, {7, 0x11, 0, 4, 0x11, 0x11, 0, 0}, {0, 0, 7, 7, 7, 7, 11, 11});
 }
 
-TEST(ReadBmp, AFileThatEndsBeforeItsPixelsIsInvalid) {
+TEST(ReadBmp, FileThatEndsBeforeItsPixelsIsInvalid) {
     for (const TruncatedCase& truncated : truncated_cases()) {
         SCOPED_TRACE(truncated.name);
         const Bytes whole = truncated.bmp.file();
@@ -457,7 +457,7 @@ TEST(ReadBmp, AFileThatEndsBeforeItsPixelsIsInvalid) {
     }
 }
 
-TEST(ReadBmp, AFileThatEndsWithinItsColourTableOrMasksIsInvalid) {
+TEST(ReadBmp, FileThatEndsInItsColourTableOrMasksIsInvalid) {
     for (const MadeBmp& bmp : {MadeBmp{2, 1, 8, 0, striking_table(3), Bytes(4), 40, 3},
                                MadeBmp{2, 1, 32, 3, dwords({0xFF, 0xFF00, 0xFF0000}), Bytes(8)}}) {
         Bytes file = bmp.file();
@@ -471,7 +471,7 @@ TEST(ReadBmp, AFileThatEndsWithinItsColourTableOrMasksIsInvalid) {
 
 // ---- Broken files
 
-TEST(ReadBmp, BrokenBytesEndInAPictureInvalidPictureOrOutOfMemory) {
+TEST(ReadBmp, CorruptFileGivesAPictureInvalidPictureOrOutOfMemory) {
     test::RandomBmps random(7);
     for (int round = 0; round < 3000; ++round) {
         Bytes bytes = random.next().file();

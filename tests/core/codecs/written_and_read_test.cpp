@@ -52,7 +52,7 @@ void expect_pcx_comes_back(PictureSurface& picture, const std::string& path, Tru
     ASSERT_EQ(colours_of(drawn), colours_of(picture));
 }
 
-TEST(WrittenAndRead, PcxComesBackWithItsSizeBy8BitsAnd3PlanesAndBppAnswers8) {
+TEST(WrittenAndRead, PcxRoundTripsWith3PlanesOf8Bits) {
     const TemporaryFolder folder;
     for (const Size& size : sizes) {
         for (const Character character : all_characters) {
@@ -88,7 +88,7 @@ std::vector<Colour> read_tga(const std::string& path, const Size& size, Truth co
     return colours_of(drawn);
 }
 
-TEST(WrittenAndRead, PlainTgaComesBackTheRightWayUp) {
+TEST(WrittenAndRead, PlainTgaRoundTripsUpright) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
     for (const Size& size : sizes) {
@@ -101,7 +101,7 @@ TEST(WrittenAndRead, PlainTgaComesBackTheRightWayUp) {
     }
 }
 
-TEST(WrittenAndRead, CompressedTgaOfPlainRowsComesBack) {
+TEST(WrittenAndRead, CompressedTgaRoundTripsIfRowsEndInRuns) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
     for (const Size& size : {Size{2, 3}, Size{5, 5}, Size{128, 4}, Size{200, 30}}) {
@@ -115,7 +115,7 @@ TEST(WrittenAndRead, CompressedTgaOfPlainRowsComesBack) {
     }
 }
 
-TEST(WrittenAndRead, CompressedTgaThatLostPixelsComesBackOnePlaceEarlyAndEndsInBlack) {
+TEST(WrittenAndRead, CompressedTgaThatLostPixelsIsShiftedAndEndsInBlack) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
     // From the bottom row up: 1 2 3 | 3 4 5 | 5 5 5, of which one 3 and one 5 are left out.
@@ -124,7 +124,7 @@ TEST(WrittenAndRead, CompressedTgaThatLostPixelsComesBackOnePlaceEarlyAndEndsInB
     EXPECT_EQ(read_tga(path, {3, 3}, True), (std::vector<Colour>{5, 0, 0, 4, 5, 5, 1, 2, 3}));
 }
 
-TEST(WrittenAndRead, CompressedTgaWithALongRawPacketIsReadAsARun) {
+TEST(WrittenAndRead, LongRawPacketOfCompressedTgaIsReadAsARun) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
     // 201 pixels without equal neighbours: a raw packet of 200 under the length byte of a run of 72.
