@@ -12,13 +12,13 @@
 namespace varnoth {
 namespace {
 
-TEST(ByteArray, StartsAllZeroAndHasItsSize) {
+TEST(ByteArray, StartsAllZeroWithItsSize) {
     const ByteArray array(1000);
     EXPECT_EQ(array.size(), 1000U);
     EXPECT_TRUE(std::ranges::all_of(array.bytes(), [](std::uint8_t byte) { return byte == 0; }));
 }
 
-TEST(ByteArray, AnEmptyArrayHasNoBytesAndCanBeCopied) {
+TEST(ByteArray, EmptyArrayHasNoBytesAndCanBeCopied) {
     const ByteArray none;
     const ByteArray sized(0);
     EXPECT_EQ(none.size(), 0U);
@@ -29,7 +29,7 @@ TEST(ByteArray, AnEmptyArrayHasNoBytesAndCanBeCopied) {
     EXPECT_EQ(copy, sized);
 }
 
-TEST(ByteArray, ACopyHasBytesOfItsOwn) {
+TEST(ByteArray, CopyDoesNotShareBytes) {
     ByteArray array(3);
     array[1] = 7;
     ByteArray copy = array;
@@ -43,7 +43,7 @@ TEST(ByteArray, ACopyHasBytesOfItsOwn) {
     EXPECT_EQ(copy[1], 8);
 }
 
-TEST(ByteArray, AMoveLeavesAnEmptyArrayBehind) {
+TEST(ByteArray, MoveLeavesAnEmptyArray) {
     ByteArray array(3);
     array[2] = 9;
     ByteArray moved = std::move(array);
@@ -55,12 +55,12 @@ TEST(ByteArray, AMoveLeavesAnEmptyArrayBehind) {
     EXPECT_EQ(moved.size(), 0U); // NOLINT: the same
 }
 
-TEST(ByteArray, MoreMemoryThanThereIsIsAFailure) {
+TEST(ByteArray, TooMuchMemoryIsOutOfMemory) {
     EXPECT_FAILURE(ByteArray(std::numeric_limits<std::size_t>::max() / 2 + 1), OutOfMemory);
     EXPECT_FAILURE(ByteArray::for_overwrite(std::numeric_limits<std::size_t>::max() / 2 + 1), OutOfMemory);
 }
 
-TEST(ByteArray, OneForOverwriteHasItsSizeAndTakesWhatIsWritten) {
+TEST(ByteArray, ForOverwriteHasItsSizeAndIsWritable) {
     ByteArray array = ByteArray::for_overwrite(1000);
     std::ranges::fill(array.bytes(), std::uint8_t{7});
     EXPECT_EQ(array.size(), 1000U);

@@ -11,7 +11,7 @@
 namespace varnoth {
 namespace {
 
-TEST(RunTimeFailure, HasAnIdentifierAndWordsForTheUser) {
+TEST(RunTimeFailure, HasAnIdentifierAndATextForTheUser) {
     EXPECT_EQ(name_of(Failure::Overflow), "Overflow");
     EXPECT_EQ(words_of(Failure::SubscriptOutOfRange), "Subscript out of range");
     EXPECT_EQ(name_of(Failure::SubscriptOutOfRange), "SubscriptOutOfRange");
@@ -22,7 +22,7 @@ TEST(RunTimeFailure, HasAnIdentifierAndWordsForTheUser) {
     EXPECT_EQ(name_of(Failure::InvalidPicture), "InvalidPicture");
 }
 
-TEST(RunTimeFailure, NoTwoFailuresShareANameOrTheirWords) {
+TEST(RunTimeFailure, NamesAndTextsAreUnique) {
     std::set<std::string> names;
     std::set<std::string> words;
     constexpr int count = static_cast<int>(Failure::InvalidProcedureCall) + 1;
@@ -34,7 +34,7 @@ TEST(RunTimeFailure, NoTwoFailuresShareANameOrTheirWords) {
     EXPECT_EQ(words.size(), static_cast<std::size_t>(count));
 }
 
-TEST(RunTimeFailure, IsThrownAsAnExceptionThatNamesItself) {
+TEST(RunTimeFailure, IsThrownAsAnExceptionWithItsName) {
     EXPECT_FAILURE(fail(Failure::PathNotFound), PathNotFound);
     const RunTimeFailure failure(Failure::PathNotFound);
     EXPECT_STREQ(static_cast<const std::exception&>(failure).what(), "PathNotFound");
@@ -42,7 +42,7 @@ TEST(RunTimeFailure, IsThrownAsAnExceptionThatNamesItself) {
     EXPECT_EQ(failure.words(), "Path not found");
 }
 
-TEST(RunTimeFailure, ASubscriptIsHeldToBothBounds) {
+TEST(RunTimeFailure, CheckSubscriptChecksBothBounds) {
     check_subscript(0, 1);
     check_subscript(4, 5U);
     EXPECT_FAILURE(check_subscript(-1, 5), SubscriptOutOfRange);

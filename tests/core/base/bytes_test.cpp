@@ -17,7 +17,7 @@ TEST(Bytes, NumbersAreLittleEndianAtAnyOffset) {
     EXPECT_EQ(get_i32(bytes, 1), static_cast<std::int64_t>(0x84030201) - 0x100000000);
 }
 
-TEST(Bytes, TheLowestNumbersComeBackAsTheyWent) {
+TEST(Bytes, LowestNumbersRoundTrip) {
     std::array<std::uint8_t, 6> bytes{};
     put_i16(bytes, 0, std::numeric_limits<std::int16_t>::min());
     put_i32(bytes, 2, std::numeric_limits<std::int32_t>::min());
@@ -26,7 +26,7 @@ TEST(Bytes, TheLowestNumbersComeBackAsTheyWent) {
     EXPECT_EQ(get_i32(bytes, 2), std::numeric_limits<std::int32_t>::min());
 }
 
-TEST(Bytes, PuttingWritesItsOwnBytesOnly) {
+TEST(Bytes, PutWritesOnlyItsOwnBytes) {
     std::array<std::uint8_t, 6> bytes{9, 9, 9, 9, 9, 9};
     put_u16(bytes, 2, 0x1234);
     EXPECT_EQ(bytes, (std::array<std::uint8_t, 6>{9, 9, 0x34, 0x12, 9, 9}));
@@ -34,7 +34,7 @@ TEST(Bytes, PuttingWritesItsOwnBytesOnly) {
     EXPECT_EQ(bytes, (std::array<std::uint8_t, 6>{9, 0xD4, 0xC3, 0xB2, 0xA1, 9}));
 }
 
-TEST(Bytes, RealsAreFourBytesOfTheCommonSinglePrecisionForm) {
+TEST(Bytes, RealsAreIeeeSingles) {
     std::array<std::uint8_t, 4> bytes{};
     put_f32(bytes, 0, -1.5F);
     EXPECT_EQ(bytes, (std::array<std::uint8_t, 4>{0, 0, 0xC0, 0xBF}));

@@ -20,7 +20,7 @@ TEST(Numbers, RealsRoundToNearestWithTiesToEven) {
     EXPECT_EQ(round_to_even<std::int32_t>(-2.6), -3);
 }
 
-TEST(Numbers, RoundingFailsWhereTheResultDoesNotFit) {
+TEST(Numbers, RoundingOverflowsIfTheResultDoesNotFit) {
     EXPECT_EQ(round_to_even<std::int16_t>(32767.4), 32767);
     EXPECT_FAILURE(round_to_even<std::int16_t>(32767.5), Overflow);
     EXPECT_EQ(round_to_even<std::int16_t>(-32768.5), -32768);
@@ -34,7 +34,7 @@ TEST(Numbers, RoundingFailsWhereTheResultDoesNotFit) {
     EXPECT_FAILURE(round_to_even<std::int32_t>(std::numeric_limits<double>::infinity()), Overflow);
 }
 
-TEST(Numbers, ArithmeticFailsInsteadOfWrapping) {
+TEST(Numbers, ArithmeticOverflowsInsteadOfWrapping) {
     EXPECT_EQ(checked_add<std::int16_t>(32000, 767), 32767);
     EXPECT_FAILURE(checked_add<std::int16_t>(32000, 768), Overflow);
     EXPECT_FAILURE(checked_subtract<std::int16_t>(-32768, 1), Overflow);
@@ -42,7 +42,7 @@ TEST(Numbers, ArithmeticFailsInsteadOfWrapping) {
     EXPECT_EQ(checked_multiply<std::int32_t>(-65536, 32768), std::numeric_limits<std::int32_t>::min());
 }
 
-TEST(Numbers, NarrowingFailsWhereTheValueDoesNotFit) {
+TEST(Numbers, NarrowingOverflowsIfTheValueDoesNotFit) {
     EXPECT_EQ(narrow<std::uint8_t>(255), 255);
     EXPECT_FAILURE(narrow<std::uint8_t>(256), Overflow);
     EXPECT_FAILURE(narrow<std::uint8_t>(-1), Overflow);

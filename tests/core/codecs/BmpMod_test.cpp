@@ -60,38 +60,38 @@ class BmpModTest : public testing::Test {
     TemporaryFolder folder;
 };
 
-TEST_F(BmpModTest, AnAcceptableHeadTellsItsSizeDepthAndCompression) {
+TEST_F(BmpModTest, ValidHeaderGivesSizeDepthAndCompression) {
     EXPECT_EQ(probe(acceptable_head()), (Probe{True, 7, 5, 24, 0}));
 }
 
-TEST_F(BmpModTest, AnImageSizeOfZeroPasses) {
+TEST_F(BmpModTest, ImageSizeOf0IsAccepted) {
     EXPECT_EQ(probe_with(34, 0).answer, True);
 }
 
-TEST_F(BmpModTest, AFileSizeOfZeroIsRefusedAsTheImageSizeIsNotBelowIt) {
+TEST_F(BmpModTest, FileSizeOf0IsRejected) {
     Bytes bytes = acceptable_head();
     put_i32(bytes, 2, 0);
     put_i32(bytes, 34, 0);
     EXPECT_EQ(probe(bytes), refused);
 }
 
-TEST_F(BmpModTest, TheImageSizeMustBeBelowTheFileSizeBothSigned) {
+TEST_F(BmpModTest, ImageSizeMustBeBelowFileSizeAsSignedNumbers) {
     EXPECT_EQ(probe_with(34, 1000), refused);
     EXPECT_EQ(probe_with(34, -5).answer, True);
     EXPECT_EQ(probe_with(2, -1), refused);
 }
 
-TEST_F(BmpModTest, ATopDownBitmapIsRefusedWithAllResultsAtMinusOne) {
+TEST_F(BmpModTest, TopDownBitmapIsRejectedWithResultsMinus1) {
     EXPECT_EQ(probe_with(22, -5), refused);
     EXPECT_EQ(probe_with(22, 0), refused);
 }
 
-TEST_F(BmpModTest, AWidthOfZeroOrBelowIsRefused) {
+TEST_F(BmpModTest, WidthOf0OrBelowIsRejected) {
     EXPECT_EQ(probe_with(18, 0), refused);
     EXPECT_EQ(probe_with(18, -7), refused);
 }
 
-TEST_F(BmpModTest, ThePixelsOffsetIsOnlyTestedAgainst54) {
+TEST_F(BmpModTest, PixelOffsetIsOnlyCheckedAgainst54) {
     EXPECT_EQ(probe_with(10, 53), refused);
     EXPECT_EQ(probe_with(10, 0x7FFFFFFF).answer, True);
     // A colour table follows, and still the offset of 54 passes.
@@ -101,12 +101,12 @@ TEST_F(BmpModTest, ThePixelsOffsetIsOnlyTestedAgainst54) {
     EXPECT_EQ(probe(bytes), (Probe{True, 7, 5, 8, 0}));
 }
 
-TEST_F(BmpModTest, OnlyTheFortyByteInformationHeaderIsTaken) {
+TEST_F(BmpModTest, OnlyThe40ByteHeaderIsAccepted) {
     EXPECT_EQ(probe_with(14, 12), refused);
     EXPECT_EQ(probe_with(14, 108), refused);
 }
 
-TEST_F(BmpModTest, TheFirstTwoCharactersMustBeBM) {
+TEST_F(BmpModTest, FirstTwoBytesMustBeBM) {
     for (const std::size_t at : {0U, 1U}) {
         Bytes bytes = acceptable_head();
         bytes[at] = 'b';
@@ -114,7 +114,7 @@ TEST_F(BmpModTest, TheFirstTwoCharactersMustBeBM) {
     }
 }
 
-TEST_F(BmpModTest, ThereMustBeOnePlane) {
+TEST_F(BmpModTest, PlaneCountMustBe1) {
     for (const std::int16_t planes : {std::int16_t{0}, std::int16_t{2}}) {
         Bytes bytes = acceptable_head();
         put_i16(bytes, 26, planes);
@@ -122,14 +122,14 @@ TEST_F(BmpModTest, ThereMustBeOnePlane) {
     }
 }
 
-TEST_F(BmpModTest, DepthAndCompressionAreToldAndNotJudged) {
+TEST_F(BmpModTest, DepthAndCompressionAreNotChecked) {
     Bytes bytes = acceptable_head();
     put_i16(bytes, 28, -3);
     put_i32(bytes, 30, 32767);
     EXPECT_EQ(probe(bytes), (Probe{True, 7, 5, -3, 32767}));
 }
 
-TEST_F(BmpModTest, ACompressionAbove32767IsAnOverflowAfterTheOtherResultsAreSet) {
+TEST_F(BmpModTest, CompressionAbove32767OverflowsAfterTheOtherResults) {
     for (const std::int32_t compression : {32768, 0x10000, -1}) {
         Bytes bytes = acceptable_head();
         put_i32(bytes, 30, compression);
@@ -142,14 +142,14 @@ TEST_F(BmpModTest, ACompressionAbove32767IsAnOverflowAfterTheOtherResultsAreSet)
     }
 }
 
-TEST_F(BmpModTest, AFileThatIsRefusedDoesNotOverflow) {
+TEST_F(BmpModTest, RejectedFileDoesNotOverflow) {
     Bytes bytes = acceptable_head();
     put_i32(bytes, 30, 32768);
     put_i16(bytes, 26, 2);
     EXPECT_EQ(probe(bytes), refused);
 }
 
-TEST_F(BmpModTest, AFileOfFewerThan54BytesIsRefusedAlsoAfterAGoodOne) {
+TEST_F(BmpModTest, FileOfFewerThan54BytesIsRejectedAfterAValidOne) {
     EXPECT_EQ(probe(acceptable_head()).answer, True);
     for (const std::size_t length : {0U, 1U, 14U, 53U}) {
         Bytes bytes = acceptable_head();
@@ -158,7 +158,7 @@ TEST_F(BmpModTest, AFileOfFewerThan54BytesIsRefusedAlsoAfterAGoodOne) {
     }
 }
 
-TEST_F(BmpModTest, TheRecordsAreKeptAndAShortFileDoesNotRefillThem) {
+TEST_F(BmpModTest, TruncatedFileKeepsTheRecordsOfThePreviousOne) {
     EXPECT_EQ(probe(acceptable_head()).answer, True);
     EXPECT_EQ(BmpMod::FileHeader.bfSize, 1000);
     EXPECT_EQ(BmpMod::InfoHeader.biWidth, 7);
@@ -168,7 +168,7 @@ TEST_F(BmpModTest, TheRecordsAreKeptAndAShortFileDoesNotRefillThem) {
     EXPECT_EQ(BmpMod::InfoHeader.biWidth, -9);
 }
 
-TEST_F(BmpModTest, AFileThatIsNotThereIsAFailureWithTheResultsAtMinusOne) {
+TEST_F(BmpModTest, MissingFileFailsWithResultsMinus1) {
     Probe result;
     EXPECT_FAILURE(BmpMod::ProbeBmp(folder.file("none.bmp"), result.width, result.height, result.bitCount,
                                     result.compression),

@@ -81,7 +81,7 @@ class FrameExtraction : public testing::Test {
     test::TestSurface scratch_{1, 1};
 };
 
-TEST_F(FrameExtraction, WritesEverySelectedFrameUnderTheBaseNameAndItsNumber) {
+TEST_F(FrameExtraction, SelectedFramesAreNamedByBaseNameAndNumber) {
     extract();
     EXPECT_EQ(files(), (std::set<std::string>{"smoke_0.bmp", "smoke_1.bmp", "smoke_2.bmp"}));
     EXPECT_EQ(red_of_bmp("smoke_0.bmp"), 10);
@@ -91,7 +91,7 @@ TEST_F(FrameExtraction, WritesEverySelectedFrameUnderTheBaseNameAndItsNumber) {
     EXPECT_TRUE(services_.messages.empty());
 }
 
-TEST_F(FrameExtraction, TheNumbersHaveNoLeadingZeros) {
+TEST_F(FrameExtraction, FileNumbersHaveNoLeadingZeros) {
     SpriteDocument& sprite = hlspr::document();
     sprite.FrameStore.assign(11, sprite.FrameStore[0]);
     sprite.FrameOrder = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
@@ -101,7 +101,7 @@ TEST_F(FrameExtraction, TheNumbersHaveNoLeadingZeros) {
     EXPECT_EQ(files(), std::set<std::string>{"smoke_10.bmp"});
 }
 
-TEST_F(FrameExtraction, WithNoLineSelectedTheLoopRunsThroughWithoutWriting) {
+TEST_F(FrameExtraction, NoSelectedLineWritesNothing) {
     view_.selected = {false, false, false};
     extract();
     EXPECT_TRUE(files().empty());
@@ -109,7 +109,7 @@ TEST_F(FrameExtraction, WithNoLineSelectedTheLoopRunsThroughWithoutWriting) {
     EXPECT_EQ(view_.tests_of_abort, 3);
 }
 
-TEST_F(FrameExtraction, SkipWithAllFilesPresentWritesNothingAndTheBarStillFills) {
+TEST_F(FrameExtraction, SkipWithAllFilesPresentFillsTheBarWithoutWriting) {
     for (const char* name : {"smoke_0.bmp", "smoke_1.bmp", "smoke_2.bmp"}) {
         folder_.write(name, std::vector<std::uint8_t>{1});
     }
@@ -121,14 +121,14 @@ TEST_F(FrameExtraction, SkipWithAllFilesPresentWritesNothingAndTheBarStillFills)
     EXPECT_EQ(test::read_file(folder_.file("smoke_1.bmp")).size(), 1U);
 }
 
-TEST_F(FrameExtraction, SkipWritesTheFilesThatAreNotThere) {
+TEST_F(FrameExtraction, SkipWritesMissingFiles) {
     folder_.write("smoke_1.bmp", std::vector<std::uint8_t>{1});
     options_.if_file_exists = IfFileExists::Skip;
     extract();
     EXPECT_EQ(view_.written, (std::vector<std::string>{"smoke_0.bmp", "smoke_2.bmp"}));
 }
 
-TEST_F(FrameExtraction, AskWithTheAnswerNoLeavesTheOldFileAndGoesOn) {
+TEST_F(FrameExtraction, AskAnsweredNoKeepsTheFileAndContinues) {
     folder_.write("smoke_1.bmp", std::vector<std::uint8_t>{1});
     options_.if_file_exists = IfFileExists::Ask;
     services_.answer = false;
@@ -138,7 +138,7 @@ TEST_F(FrameExtraction, AskWithTheAnswerNoLeavesTheOldFileAndGoesOn) {
     EXPECT_EQ(test::read_file(folder_.file("smoke_1.bmp")).size(), 1U);
 }
 
-TEST_F(FrameExtraction, AskWithTheAnswerYesOverwrites) {
+TEST_F(FrameExtraction, AskAnsweredYesOverwrites) {
     folder_.write("smoke_1.bmp", std::vector<std::uint8_t>{1});
     options_.if_file_exists = IfFileExists::Ask;
     extract();
@@ -146,21 +146,21 @@ TEST_F(FrameExtraction, AskWithTheAnswerYesOverwrites) {
     EXPECT_EQ(red_of_bmp("smoke_1.bmp"), 11);
 }
 
-TEST_F(FrameExtraction, OverwriteTestsNothing) {
+TEST_F(FrameExtraction, OverwriteNeverAsks) {
     folder_.write("smoke_1.bmp", std::vector<std::uint8_t>{1});
     extract();
     EXPECT_TRUE(services_.questions.empty());
     EXPECT_EQ(red_of_bmp("smoke_1.bmp"), 11);
 }
 
-TEST_F(FrameExtraction, AFolderOfTheNameDoesNotCountAsAFileThatExists) {
+TEST_F(FrameExtraction, FolderOfTheNameIsNotAnExistingFile) {
     std::filesystem::create_directory(folder_.file("smoke_0.bmp"));
     options_.if_file_exists = IfFileExists::Skip;
     view_.selected = {true, false, false};
     EXPECT_FAILURE(extract(), PermissionDenied);
 }
 
-TEST_F(FrameExtraction, WithTheOrder102TheWalkJumpsAndStoredFrame0IsNotWritten) {
+TEST_F(FrameExtraction, Order102OmitsStoredFrame0) {
     hlspr::document().FrameOrder = {1, 0, 2};
     extract();
     EXPECT_EQ(view_.written, (std::vector<std::string>{"smoke_1.bmp", "smoke_2.bmp"}));
@@ -168,7 +168,7 @@ TEST_F(FrameExtraction, WithTheOrder102TheWalkJumpsAndStoredFrame0IsNotWritten) 
     EXPECT_EQ(red_of_bmp("smoke_2.bmp"), 12);
 }
 
-TEST_F(FrameExtraction, TheNameTestedIsOfThePositionAndTheNameWrittenOfTheStoredFrame) {
+TEST_F(FrameExtraction, TestedNameUsesThePositionAndWrittenNameTheFrame) {
     hlspr::document().FrameOrder = {2, 1, 0};
     folder_.write("smoke_0.bmp", std::vector<std::uint8_t>{1});
     folder_.write("smoke_2.bmp", std::vector<std::uint8_t>{1});
@@ -179,7 +179,7 @@ TEST_F(FrameExtraction, TheNameTestedIsOfThePositionAndTheNameWrittenOfTheStored
     EXPECT_EQ(view_.written, std::vector<std::string>{"smoke_2.bmp"});
 }
 
-TEST_F(FrameExtraction, AReorderedSpriteCanTurnTheWalkInACircleUntilItIsAborted) {
+TEST_F(FrameExtraction, ChangedOrderMayRepeatUntilAborted) {
     hlspr::document().FrameOrder = {1, 0, 2};
     view_.selected = {false, true, false};
     view_.abort_at_test = 9;
@@ -188,27 +188,27 @@ TEST_F(FrameExtraction, AReorderedSpriteCanTurnTheWalkInACircleUntilItIsAborted)
     EXPECT_EQ(files(), std::set<std::string>{"smoke_0.bmp"});
 }
 
-TEST_F(FrameExtraction, AnAbortTakesEffectAtTheNextLine) {
+TEST_F(FrameExtraction, AbortTakesEffectAtTheNextLine) {
     view_.abort_at_test = 1;
     extract();
     EXPECT_EQ(view_.written, std::vector<std::string>{"smoke_0.bmp"});
 }
 
-TEST_F(FrameExtraction, ANewSpriteNeverSavedTakesItsBaseNameFromTheTypedName) {
+TEST_F(FrameExtraction, UnsavedSpriteTakesItsBaseNameFromTheTypedName) {
     options_.sprite_path = "Untitled";
     view_.selected = {true, false, false};
     extract();
     EXPECT_EQ(files(), std::set<std::string>{"Untitled_0.bmp"});
 }
 
-TEST_F(FrameExtraction, EightBitsWouldWriteNoBmpFile) {
+TEST_F(FrameExtraction, EightBitsWritesNoBmpFile) {
     options_.eight_bits = true;
     extract();
     EXPECT_TRUE(files().empty());
     EXPECT_EQ(view_.progress, 3);
 }
 
-TEST_F(FrameExtraction, TgaAndPcxTakeTheCompressedChoice) {
+TEST_F(FrameExtraction, TgaAndPcxUseTheCompressedChoice) {
     for (const bool compressed : {false, true}) {
         options_.compressed = compressed;
         options_.format = ExtractionFormat::Tga;
@@ -220,7 +220,7 @@ TEST_F(FrameExtraction, TgaAndPcxTakeTheCompressedChoice) {
     }
 }
 
-TEST_F(FrameExtraction, ALineWithoutAFrameIsASubscriptFailure) {
+TEST_F(FrameExtraction, LineWithoutAFrameIsASubscriptFailure) {
     view_.selected.push_back(true);
     EXPECT_FAILURE(extract(), SubscriptOutOfRange);
     EXPECT_EQ(view_.written.size(), 3U);

@@ -75,7 +75,7 @@ class ImportPipeline : public testing::Test {
     test::RecordedImport view_;
 };
 
-TEST_F(ImportPipeline, NothingSelectedGivesTheMessageAndChangesNothing) {
+TEST_F(ImportPipeline, NothingSelectedShowsTheMessageAndChangesNothing) {
     hlspr::document().SpriteHeader.FrameCount = 7;
     const auto empty = open();
     import_frames(*empty, view_);
@@ -88,7 +88,7 @@ TEST_F(ImportPipeline, NothingSelectedGivesTheMessageAndChangesNothing) {
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 7);
 }
 
-TEST_F(ImportPipeline, EverythingHappensInTheToldOrder) {
+TEST_F(ImportPipeline, StepsHappenInTheirOrder) {
     add_noise("a.bmp", 1);
     folder_.add_bmp("b.bmp", 16, 16, random_colours(256, 16, Character::Noise, 2));
     folder_.add_bmp("c.bmp", 16, 16, random_colours(256, 16, Character::Noise, 3));
@@ -118,7 +118,7 @@ TEST_F(ImportPipeline, EverythingHappensInTheToldOrder) {
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, TheStepTextOfTheReductionComesInTheFirstPassOnly) {
+TEST_F(ImportPipeline, DitheringStepIsShownInTheFirstPassOnly) {
     folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 2));
     const auto form = open_all();
     import_frames(*form, view_);
@@ -127,7 +127,7 @@ TEST_F(ImportPipeline, TheStepTextOfTheReductionComesInTheFirstPassOnly) {
                                                  "step Finalizing Palette...", "step Frame 0"}));
 }
 
-TEST_F(ImportPipeline, TheBarNeverQuiteFillsItsRange) {
+TEST_F(ImportPipeline, ProgressBarStopsOneBeforeItsMaximum) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
     const auto form = open_all();
@@ -145,7 +145,7 @@ class ManySelected : public ScriptedAddFrames {
     bool is_selected(std::int32_t /*index*/) const override { return true; }
 };
 
-TEST_F(ImportPipeline, TheBarsRangeGoesBeyond16Bits) {
+TEST_F(ImportPipeline, ProgressBarRangeExceeds16Bits) {
     ManySelected form(20000);
     view_.abort = true;
     import_frames(form, view_);
@@ -154,7 +154,7 @@ TEST_F(ImportPipeline, TheBarsRangeGoesBeyond16Bits) {
     EXPECT_FAILURE(import_frames(too_many, view_), Overflow);
 }
 
-TEST_F(ImportPipeline, AnEightBitBmpOfTheSpritesSizeComesThroughExactly) {
+TEST_F(ImportPipeline, Bmp8BitOfTheSpritesSizeIsImportedExactly) {
     std::vector<Colour> colours;
     for (Colour i = 0; i < 256; ++i) {
         colours.push_back(i * 0x010307 & 0xFFFFFF);
@@ -169,7 +169,7 @@ TEST_F(ImportPipeline, AnEightBitBmpOfTheSpritesSizeComesThroughExactly) {
 
 // The black that is always in the mix is the 257th colour on the sheet, which is therefore reduced, from a
 // sample of one row of 150 pixels.
-TEST_F(ImportPipeline, AnEightBitBmpOf256OtherColoursThanBlackIsReducedOnTheSheet) {
+TEST_F(ImportPipeline, Bmp8BitOf256ColoursWithoutBlackIsReducedOnTheSheet) {
     std::vector<Colour> colours;
     for (Colour i = 1; i <= 256; ++i) {
         colours.push_back(i * 0x00FB07 & 0xFFFFFF);
@@ -196,7 +196,7 @@ TEST_F(ImportPipeline, AnEightBitBmpOf256OtherColoursThanBlackIsReducedOnTheShee
     EXPECT_EQ(plain_view.events, view_.events);
 }
 
-TEST_F(ImportPipeline, ABmpOfAtMost8BitsIsNeverReducedWhateverItHolds) {
+TEST_F(ImportPipeline, BmpOfAtMost8BitsIsNeverReduced) {
     hlspr::new_sprite(20, 20, 2, 0);
     folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 5), 8);
     const auto eight = open_all();
@@ -209,7 +209,7 @@ TEST_F(ImportPipeline, ABmpOfAtMost8BitsIsNeverReducedWhateverItHolds) {
     EXPECT_TRUE(happened("step Dithering..."));
 }
 
-TEST_F(ImportPipeline, OtherFormatsAreReducedByTheirColoursAlone) {
+TEST_F(ImportPipeline, OtherFormatsAreReducedByColourCount) {
     hlspr::new_sprite(20, 20, 2, 0);
     folder_.write("a.tga", test::tga_file(20, 20, random_colours(400, 20, Character::Noise, 5)));
     const auto form = open_all(PictureFormat::Tga);
@@ -218,7 +218,7 @@ TEST_F(ImportPipeline, OtherFormatsAreReducedByTheirColoursAlone) {
     EXPECT_EQ(services_.messages, std::vector<std::string>{success});
 }
 
-TEST_F(ImportPipeline, ResizedPicturesTakeTheSpritesSizeAndTheSpriteKeepsIt) {
+TEST_F(ImportPipeline, ResizedPicturesTakeTheSpritesSize) {
     folder_.add_bmp("a.bmp", 2, 2, {0x0000FF, 0x00FF00, 0xFF0000, 0xFFFFFF});
     const auto form = open_all();
     form->choose_resize(true);
@@ -234,7 +234,7 @@ TEST_F(ImportPipeline, ResizedPicturesTakeTheSpritesSizeAndTheSpriteKeepsIt) {
     }
 }
 
-TEST_F(ImportPipeline, SettingTheSpriteChangesItsLabelsBeforeAnyPictureIsReadAndKeepsTypeAndMode) {
+TEST_F(ImportPipeline, SetSpriteUpdatesLabelsFirstAndKeepsTypeAndMode) {
     hlspr::new_sprite(16, 16, 3, 1);
     folder_.add_plain_bmp("a.bmp", 25, 33);
     const auto form = open_all();
@@ -251,7 +251,7 @@ TEST_F(ImportPipeline, SettingTheSpriteChangesItsLabelsBeforeAnyPictureIsReadAnd
     EXPECT_EQ(hlspr::document().FrameStore.at(0).size(), 25U * 33U);
 }
 
-TEST_F(ImportPipeline, AnAbortAfterTheSpriteWasSetLeavesTheNewSizeAndAClearedPalette) {
+TEST_F(ImportPipeline, AbortAfterSetSpriteKeepsTheNewSizeAndClearedPalette) {
     hlspr::document().Palette.Colours[9] = {1, 2, 3};
     folder_.add_plain_bmp("a.bmp", 8, 8);
     const auto form = open_all();
@@ -263,7 +263,7 @@ TEST_F(ImportPipeline, AnAbortAfterTheSpriteWasSetLeavesTheNewSizeAndAClearedPal
     EXPECT_EQ(services_.messages, std::vector<std::string>{abort_message});
 }
 
-TEST_F(ImportPipeline, AnAbortInTheFirstPassLeavesNoFramesThePaletteAsItWasAndTheListUnchanged) {
+TEST_F(ImportPipeline, AbortInFirstPassRemovesFramesAndKeepsPaletteAndList) {
     hlspr::document().Palette.Colours[9] = {1, 2, 3};
     hlspr::document().SpriteHeader.FrameCount = 2;
     view_.lines = {"Frame 0", "Frame 1"};
@@ -283,7 +283,7 @@ TEST_F(ImportPipeline, AnAbortInTheFirstPassLeavesNoFramesThePaletteAsItWasAndTh
     EXPECT_FALSE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, AnAbortInTheSecondPassKeepsTheFramesMadeSoFarAndShowsTheSuccessMessage) {
+TEST_F(ImportPipeline, AbortInSecondPassKeepsFramesAndReportsSuccess) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
     add_noise("c.bmp", 3);
@@ -297,7 +297,7 @@ TEST_F(ImportPipeline, AnAbortInTheSecondPassKeepsTheFramesMadeSoFarAndShowsTheS
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, AnAbortWhileTheLastPictureOfTheSecondPassIsProcessedShowsTheSuccessMessage) {
+TEST_F(ImportPipeline, AbortAtTheLastPictureReportsSuccess) {
     add_noise("a.bmp", 1);
     const auto form = open_all();
     view_.on_event = [&](const std::string& event) { view_.abort = view_.abort || event == "step Frame 0"; };
@@ -306,7 +306,7 @@ TEST_F(ImportPipeline, AnAbortWhileTheLastPictureOfTheSecondPassIsProcessedShows
     EXPECT_EQ(services_.messages, std::vector<std::string>{success});
 }
 
-TEST_F(ImportPipeline, AnAbortDuringThePaletteStageEndsInTheSuccessMessageWithoutFrames) {
+TEST_F(ImportPipeline, AbortDuringThePaletteReportsSuccessWithoutFrames) {
     add_noise("a.bmp", 1);
     const auto form = open_all();
     view_.on_event = [&](const std::string& event) {
@@ -318,7 +318,7 @@ TEST_F(ImportPipeline, AnAbortDuringThePaletteStageEndsInTheSuccessMessageWithou
     EXPECT_EQ(view_.releases, 0);
 }
 
-TEST_F(ImportPipeline, ASecondImportCancelledAtItsPaletteKeepsTheListButNoFrame) {
+TEST_F(ImportPipeline, SecondImportAbortedAtItsPaletteKeepsOnlyTheList) {
     add_noise("a.bmp", 1);
     const auto first = open_all();
     import_frames(*first, view_);
@@ -343,7 +343,7 @@ TEST_F(ImportPipeline, ASecondImportCancelledAtItsPaletteKeepsTheListButNoFrame)
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, ASecondImportOfFaultedFilesAloneKeepsTheListButNoFrame) {
+TEST_F(ImportPipeline, SecondImportOfInvalidFilesKeepsOnlyTheList) {
     add_noise("a.bmp", 1);
     const auto first = open_all();
     import_frames(*first, view_);
@@ -365,7 +365,7 @@ TEST_F(ImportPipeline, ASecondImportOfFaultedFilesAloneKeepsTheListButNoFrame) {
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, ImportingTwiceKeepsTheSecondImportsFramesAndBothSetsOfNames) {
+TEST_F(ImportPipeline, ImportingTwiceKeepsNewFramesAndBothSetsOfLines) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
     const auto first = open_all();
@@ -379,7 +379,7 @@ TEST_F(ImportPipeline, ImportingTwiceKeepsTheSecondImportsFramesAndBothSetsOfNam
     EXPECT_EQ(frame_colours(0), random_colours(256, 16, Character::FewColours, 2));
 }
 
-TEST_F(ImportPipeline, AFaultedFileIsSkippedByBothPassesAndTheCountIsNotTakenAgain) {
+TEST_F(ImportPipeline, InvalidFileIsSkippedButStillCounted) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
     const auto form = open_all();
@@ -391,7 +391,7 @@ TEST_F(ImportPipeline, AFaultedFileIsSkippedByBothPassesAndTheCountIsNotTakenAga
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
 }
 
-TEST_F(ImportPipeline, WhenEveryFileWasUnselectedTheDocumentIsEmptiedAllTheSame) {
+TEST_F(ImportPipeline, DocumentIsEmptiedEvenIfAllFilesWereUnselected) {
     add_noise("a.bmp", 1);
     const auto form = open_all();
     folder_.write("a.bmp", std::vector<std::uint8_t>(60, 1));
@@ -404,7 +404,7 @@ TEST_F(ImportPipeline, WhenEveryFileWasUnselectedTheDocumentIsEmptiedAllTheSame)
     EXPECT_FALSE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, UnselectedEntriesCountInTheStepNumber) {
+TEST_F(ImportPipeline, StepNumberCountsUnselectedEntries) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
     const auto form = open();
@@ -414,7 +414,7 @@ TEST_F(ImportPipeline, UnselectedEntriesCountInTheStepNumber) {
     EXPECT_EQ(view_.lines, std::vector<std::string>{"Frame 0"});
 }
 
-TEST_F(ImportPipeline, WithThePickerTheTransparentColourVanishesFromThePaletteAndItsPixelsKeepTheirIndex) {
+TEST_F(ImportPipeline, PickerReplacesTheTransparentColourInThePalette) {
     folder_.add_bmp("a.bmp", 16, 16, [] {
         std::vector<Colour> colours(256, 0x0000FF);
         colours[0] = 0x00FF00;
@@ -430,7 +430,7 @@ TEST_F(ImportPipeline, WithThePickerTheTransparentColourVanishesFromThePaletteAn
     EXPECT_EQ(sprite.Palette.Colours[1], (PaletteColour{255, 0, 0}));
 }
 
-TEST_F(ImportPipeline, WithoutThePickerNothingIsSwapped) {
+TEST_F(ImportPipeline, NothingIsSwappedWithoutThePicker) {
     folder_.add_plain_bmp("a.bmp", 16, 16, 0x00FF00);
     const auto form = open_all();
     import_frames(*form, view_);
@@ -440,7 +440,7 @@ TEST_F(ImportPipeline, WithoutThePickerNothingIsSwapped) {
 // A scan compares with the entry of the toolbox's list that it has not filled yet. The first picture leaves
 // its first colour there, so the second picture, which starts with that colour and has 256 others, counts as
 // one of 256.
-TEST_F(ImportPipeline, OneColourListServesAllPicturesOfAnImport) {
+TEST_F(ImportPipeline, ColourListCarriesOverBetweenPictures) {
     hlspr::new_sprite(16, 17, 2, 0);
     std::vector<Colour> first;
     std::vector<Colour> second{0x010000};
@@ -461,7 +461,7 @@ TEST_F(ImportPipeline, OneColourListServesAllPicturesOfAnImport) {
     EXPECT_FALSE(happened("step Dithering..."));
 }
 
-TEST_F(ImportPipeline, APictureThatDoesNotLoadInAPassIsAFailureThatGoesThrough) {
+TEST_F(ImportPipeline, LoadErrorsPropagate) {
     add_noise("a.bmp", 1);
     const auto form = open_all();
     services_.pictures.clear();
@@ -469,7 +469,7 @@ TEST_F(ImportPipeline, APictureThatDoesNotLoadInAPassIsAFailureThatGoesThrough) 
     EXPECT_TRUE(view_.open);
 }
 
-TEST_F(ImportPipeline, TheSpriteRememberedPaletteTailOfAnEarlierImportStays) {
+TEST_F(ImportPipeline, PaletteTailOfAnEarlierImportIsKept) {
     folder_.add_bmp("a.bmp", 16, 16, random_colours(256, 16, Character::FewColours, 8));
     const auto first = open_all();
     import_frames(*first, view_);
@@ -483,7 +483,7 @@ TEST_F(ImportPipeline, TheSpriteRememberedPaletteTailOfAnEarlierImportStays) {
     }
 }
 
-TEST_F(ImportPipeline, MoreThan256ColoursInAllAreReducedOnTheSheet) {
+TEST_F(ImportPipeline, MoreThan256ColoursAreReducedOnTheSheet) {
     for (std::uint32_t seed = 0; seed < 4; ++seed) {
         folder_.add_bmp("p" + std::to_string(seed) + ".bmp", 16, 16,
                         random_colours(256, 16, Character::Noise, 20 + seed));

@@ -5,7 +5,7 @@
 namespace varnoth {
 namespace {
 
-TEST(PictureFormat, EachHasItsExtension) {
+TEST(PictureFormat, EachFormatHasItsExtension) {
     EXPECT_EQ(extension_of(PictureFormat::Bmp), ".bmp");
     EXPECT_EQ(extension_of(PictureFormat::Jpg), ".jpg");
     EXPECT_EQ(extension_of(PictureFormat::Tga), ".tga");

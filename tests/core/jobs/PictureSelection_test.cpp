@@ -34,7 +34,7 @@ class PictureSelection : public testing::Test {
     test::PictureFolder folder_{services_};
 };
 
-TEST_F(PictureSelection, ASecondPictureThatIs300WideIsNamedAndUnselectedAndTheThirdIsNotLookedAt) {
+TEST_F(PictureSelection, TooWidePictureIsUnselectedAndLaterOnesAreNotProbed) {
     folder_.add_plain_bmp("a.bmp", 32, 32);
     folder_.add_plain_bmp("b.bmp", 300, 32);
     folder_.add_plain_bmp("c.bmp", 32, 32);
@@ -51,7 +51,7 @@ TEST_F(PictureSelection, ASecondPictureThatIs300WideIsNamedAndUnselectedAndTheTh
     EXPECT_FALSE(form->size_question_open());
 }
 
-TEST_F(PictureSelection, FilesBehindAFaultAreNotLookedAtInThatJudgement) {
+TEST_F(PictureSelection, FilesAfterAnInvalidOneAreNotProbed) {
     folder_.add_plain_bmp("a.bmp", 300, 32);
     folder_.write("b.bmp", {});
 
@@ -74,7 +74,7 @@ TEST_F(PictureSelection, FilesBehindAFaultAreNotLookedAtInThatJudgement) {
                                                             "File: b.bmp Bad Format/Corrupt."}));
 }
 
-TEST_F(PictureSelection, PicturesOf32By32InASpriteOf64By64OpenTheSizeQuestionWithBothCaptions) {
+TEST_F(PictureSelection, PicturesOfAnotherSizeOpenTheSizeQuestion) {
     folder_.add_plain_bmp("a.bmp", 32, 32);
     const auto form = open(PictureFormat::Bmp);
     form->click(0);
@@ -86,7 +86,7 @@ TEST_F(PictureSelection, PicturesOf32By32InASpriteOf64By64OpenTheSizeQuestionWit
     EXPECT_TRUE(services_.messages.empty());
 }
 
-TEST_F(PictureSelection, APictureOfExactly256By256Passes) {
+TEST_F(PictureSelection, Picture256By256IsValid) {
     folder_.add_plain_bmp("a.bmp", 256, 256);
     folder_.add_plain_bmp("b.bmp", 256, 257);
     folder_.add_plain_bmp("c.bmp", 257, 256);
@@ -103,7 +103,7 @@ TEST_F(PictureSelection, APictureOfExactly256By256Passes) {
     EXPECT_FALSE(form->is_selected(2));
 }
 
-TEST_F(PictureSelection, AFileThatTheProbeRefusesIsNamedAndUnselected) {
+TEST_F(PictureSelection, RejectedFileIsNamedAndUnselected) {
     services_.pictures[folder_.write("bad.bmp", std::vector<std::uint8_t>(60, 1))] = {};
     const auto form = open(PictureFormat::Bmp);
     form->click(0);
@@ -111,7 +111,7 @@ TEST_F(PictureSelection, AFileThatTheProbeRefusesIsNamedAndUnselected) {
     EXPECT_FALSE(form->is_selected(0));
 }
 
-TEST_F(PictureSelection, PicturesOfDifferentSizesGiveTheMessageAndTheLaterOneIsUnselected) {
+TEST_F(PictureSelection, DifferentSizesShowTheMessageAndUnselectTheLater) {
     folder_.add_plain_bmp("a.bmp", 64, 64);
     folder_.add_plain_bmp("b.bmp", 64, 63);
     folder_.add_plain_bmp("c.bmp", 63, 64);
@@ -124,7 +124,7 @@ TEST_F(PictureSelection, PicturesOfDifferentSizesGiveTheMessageAndTheLaterOneIsU
     EXPECT_FALSE(form->is_selected(2));
 }
 
-TEST_F(PictureSelection, TheResultIsAlwaysTrue) {
+TEST_F(PictureSelection, ResultIsAlwaysTrue) {
     folder_.write("bad.bmp", std::vector<std::uint8_t>(60, 1));
     const auto form = open(PictureFormat::Bmp);
     EXPECT_TRUE(ValidateSelection(*form));
@@ -132,7 +132,7 @@ TEST_F(PictureSelection, TheResultIsAlwaysTrue) {
     EXPECT_EQ(services_.messages.size(), 1U);
 }
 
-TEST_F(PictureSelection, NothingClosesAnOpenSizeQuestionWhenTheFirstSizeIsTheSprites) {
+TEST_F(PictureSelection, OpenSizeQuestionStaysOpenWhenTheSizesAgree) {
     folder_.add_plain_bmp("a.bmp", 32, 16);
     const auto form = open(PictureFormat::Bmp);
     form->click(0);
@@ -144,7 +144,7 @@ TEST_F(PictureSelection, NothingClosesAnOpenSizeQuestionWhenTheFirstSizeIsTheSpr
     EXPECT_EQ(form->SizeChoiceHeight, 16);
 }
 
-TEST_F(PictureSelection, ThePreviewRunsEvenForTheEntryJustUnselected) {
+TEST_F(PictureSelection, PreviewShowsAnEntryThatWasUnselected) {
     folder_.add_plain_bmp("a.bmp", 300, 2, 0x445566);
     const auto form = open(PictureFormat::Bmp);
     form->click(0);
@@ -153,7 +153,7 @@ TEST_F(PictureSelection, ThePreviewRunsEvenForTheEntryJustUnselected) {
     EXPECT_EQ(form->Picture1().Point(0, 0), 0x445566);
 }
 
-TEST_F(PictureSelection, TheTopLeftPixelIsTheTransparentColourUntilOneIsPicked) {
+TEST_F(PictureSelection, TopLeftPixelIsTheTransparentColourUntilOneIsPicked) {
     folder_.add_bmp("a.bmp", 2, 1, {0x111111, 0x222222});
     folder_.add_bmp("b.bmp", 2, 1, {0x333333, 0x444444});
     const auto form = open(PictureFormat::Bmp, true);
@@ -165,7 +165,7 @@ TEST_F(PictureSelection, TheTopLeftPixelIsTheTransparentColourUntilOneIsPicked) 
     EXPECT_EQ(form->transparent_colour(), 0x222222);
 }
 
-TEST_F(PictureSelection, WithoutThePickerTheTransparentColourStays) {
+TEST_F(PictureSelection, TransparentColourStaysWithoutThePicker) {
     folder_.add_plain_bmp("a.bmp", 2, 1);
     const auto form = open(PictureFormat::Bmp, false);
     form->click(0);
@@ -173,7 +173,7 @@ TEST_F(PictureSelection, WithoutThePickerTheTransparentColourStays) {
     EXPECT_EQ(form->transparent_colour(), 0);
 }
 
-TEST_F(PictureSelection, ATgaPictureIsDrawnAtItsOwnSize) {
+TEST_F(PictureSelection, TgaPictureIsDrawnAtItsOwnSize) {
     const std::vector<Colour> colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
     folder_.write("a.tga", test::tga_file(3, 2, colours));
     const auto form = open(PictureFormat::Tga);
@@ -183,7 +183,7 @@ TEST_F(PictureSelection, ATgaPictureIsDrawnAtItsOwnSize) {
     EXPECT_FALSE(form->Picture1().AutoSize);
 }
 
-TEST_F(PictureSelection, APcxPictureIsDrawnAtItsOwnSize) {
+TEST_F(PictureSelection, PcxPictureIsDrawnAtItsOwnSize) {
     const std::vector<Colour> colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
     folder_.write("a.pcx", test::pcx_file(3, 2, colours));
     const auto form = open(PictureFormat::Pcx);
@@ -193,7 +193,7 @@ TEST_F(PictureSelection, APcxPictureIsDrawnAtItsOwnSize) {
     EXPECT_FALSE(form->Picture1().AutoSize);
 }
 
-TEST_F(PictureSelection, APictureOfNegativeHeightFailsBeforeItsTargetIsClearedAndItsUnitsAreChanged) {
+TEST_F(PictureSelection, NegativeHeightFailsBeforeTheTargetIsChanged) {
     // Of 16 bits the TGA reader takes one, and of a depth that it does not read the PCX reader takes any.
     auto tga = test::tga_file(2, -2, {1, 2});
     tga[16] = 16;
@@ -214,7 +214,7 @@ TEST_F(PictureSelection, APictureOfNegativeHeightFailsBeforeItsTargetIsClearedAn
     }
 }
 
-TEST_F(PictureSelection, WhileATgaOrPcxPictureIsDrawnItsTargetIsNeverLargerThanThePicture) {
+TEST_F(PictureSelection, TargetIsNeverLargerThanATgaOrPcxPicture) {
     const std::vector<Colour> colours(40 * 30, 7);
     folder_.write("a.tga", test::tga_file(40, 30, colours));
     folder_.write("a.pcx", test::pcx_file(40, 30, colours));
@@ -236,7 +236,7 @@ TEST_F(PictureSelection, WhileATgaOrPcxPictureIsDrawnItsTargetIsNeverLargerThanT
     }
 }
 
-TEST_F(PictureSelection, ATgaOrPcxFileThatTheReaderRefusesLeavesThePreviewAsItWas) {
+TEST_F(PictureSelection, RejectedTgaOrPcxFileKeepsThePreview) {
     auto tga = test::tga_file(2, 1, {1, 2});
     tga[2] = 7;
     folder_.write("a.tga", tga);
@@ -256,7 +256,7 @@ TEST_F(PictureSelection, ATgaOrPcxFileThatTheReaderRefusesLeavesThePreviewAsItWa
                                                             "File: a.pcx Bad Format/Corrupt."}));
 }
 
-TEST_F(PictureSelection, ATgaPictureOfHeight0LeavesTheFirstSizeOpenForTheNext) {
+TEST_F(PictureSelection, TgaPictureOfHeight0DoesNotSetTheFirstSize) {
     folder_.write("a.tga", test::tga_file(8, 0, {}));
     folder_.write("b.tga", test::tga_file(64, 64, std::vector<Colour>(64 * 64, 5)));
 
@@ -272,7 +272,7 @@ TEST_F(PictureSelection, ATgaPictureOfHeight0LeavesTheFirstSizeOpenForTheNext) {
     EXPECT_EQ(form.SizeChoiceWidth, 8);
 }
 
-TEST_F(PictureSelection, AJpegIsJudgedByItsSizeMarker) {
+TEST_F(PictureSelection, JpegSizeComesFromItsFrameHeader) {
     folder_.write("a.jpg",
                   std::vector<std::uint8_t>{0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, 20, 0, 30, 1, 1, 0x11, 0});
     services_.pictures[folder_.file("a.jpg")] =
@@ -285,7 +285,7 @@ TEST_F(PictureSelection, AJpegIsJudgedByItsSizeMarker) {
     EXPECT_TRUE(form->Picture1().AutoSize);
 }
 
-TEST_F(PictureSelection, APictureThatPassedTheProbeButDoesNotDecodeIsAFailure) {
+TEST_F(PictureSelection, UndecodablePictureThatPassedTheProbeFails) {
     folder_.write("a.bmp", test::bmp_header(4, 4, 24));
     const auto form = open(PictureFormat::Bmp);
     EXPECT_FAILURE(form->click(0), InvalidPicture);

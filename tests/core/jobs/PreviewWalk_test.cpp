@@ -44,14 +44,14 @@ class PreviewWalkTest : public testing::Test {
     }
 };
 
-TEST_F(PreviewWalkTest, StartsAtFrame0With15FramesASecond) {
+TEST_F(PreviewWalkTest, StartsAtFrame0With15FramesPerSecond) {
     const PreviewWalk walk;
     EXPECT_EQ(walk.CurrentFrame, 0);
     EXPECT_EQ(walk.FramesPerSecond, 15);
     EXPECT_EQ(walk.interval(), 66);
 }
 
-TEST_F(PreviewWalkTest, TheIntervalIsTakenDownToWholeMilliseconds) {
+TEST_F(PreviewWalkTest, IntervalIsRoundedDownToMilliseconds) {
     PreviewWalk walk;
     walk.FramesPerSecond = 1;
     EXPECT_EQ(walk.interval(), 1000);
@@ -61,7 +61,7 @@ TEST_F(PreviewWalkTest, TheIntervalIsTakenDownToWholeMilliseconds) {
     EXPECT_EQ(walk.interval(), 16);
 }
 
-TEST_F(PreviewWalkTest, At60AFurtherFasterDoesNothing) {
+TEST_F(PreviewWalkTest, FasterDoesNothingAt60) {
     PreviewWalk walk;
     walk.FramesPerSecond = 59;
     EXPECT_TRUE(walk.faster());
@@ -70,7 +70,7 @@ TEST_F(PreviewWalkTest, At60AFurtherFasterDoesNothing) {
     EXPECT_EQ(walk.FramesPerSecond, 60);
 }
 
-TEST_F(PreviewWalkTest, SlowerGoesFrom1To0WhichTheIntervalDoesNotSurvive) {
+TEST_F(PreviewWalkTest, SlowerGoesFrom1To0WhereTheIntervalFails) {
     PreviewWalk walk;
     walk.FramesPerSecond = 2;
     EXPECT_TRUE(walk.slower());
@@ -82,21 +82,21 @@ TEST_F(PreviewWalkTest, SlowerGoesFrom1To0WhichTheIntervalDoesNotSurvive) {
     EXPECT_EQ(walk.FramesPerSecond, 0);
 }
 
-TEST_F(PreviewWalkTest, AnUntouchedOrderShowsEveryFrameAndLoops) {
+TEST_F(PreviewWalkTest, UnchangedOrderShowsEveryFrameAndLoops) {
     put_frames({0, 1, 2});
     PreviewWalk walk;
     EXPECT_EQ(shown(walk, 7, 3), (std::vector<int>{0, 1, 2, 0, 1, 2, 0}));
     EXPECT_EQ(walk.CurrentFrame, 1);
 }
 
-TEST_F(PreviewWalkTest, ASingleFrameIsRedrawnAtEachTickAndTheNumberStays0) {
+TEST_F(PreviewWalkTest, SingleFrameIsRedrawnAtEachTick) {
     put_frames({0});
     PreviewWalk walk;
     EXPECT_EQ(shown(walk, 3, 1), (std::vector<int>{0, 0, 0}));
     EXPECT_EQ(walk.CurrentFrame, 0);
 }
 
-TEST_F(PreviewWalkTest, AChangedOrderIsFollowedAsAChainThatMayLeaveFramesOut) {
+TEST_F(PreviewWalkTest, ChangedOrderMayOmitFrames) {
     put_frames({1, 0, 2});
     PreviewWalk walk;
     EXPECT_EQ(shown(walk, 6, 3), (std::vector<int>{1, 2, 1, 2, 1, 2})) << "stored frame 0 never shows";
@@ -105,7 +105,7 @@ TEST_F(PreviewWalkTest, AChangedOrderIsFollowedAsAChainThatMayLeaveFramesOut) {
     EXPECT_EQ(shown(other, 3, 3), (std::vector<int>{2, 2, 2}));
 }
 
-TEST_F(PreviewWalkTest, TheNumberOfLinesAndNotOfFramesEndsTheRound) {
+TEST_F(PreviewWalkTest, LineCountNotFrameCountEndsTheLoop) {
     put_frames({0, 1, 2});
     PreviewWalk walk;
     EXPECT_EQ(shown(walk, 4, 2), (std::vector<int>{0, 1, 0, 1}));
@@ -118,7 +118,7 @@ TEST_F(PreviewWalkTest, TheNumberOfLinesAndNotOfFramesEndsTheRound) {
     EXPECT_EQ(beyond.CurrentFrame, 3);
 }
 
-TEST_F(PreviewWalkTest, ThePositionBehindTheHighestFrameNumberOverflows) {
+TEST_F(PreviewWalkTest, PositionAfterTheHighestFrameNumberOverflows) {
     put_frames({0});
     document().FrameOrder = {32767};
     document().FrameStore.resize(32768);

@@ -245,7 +245,7 @@ class ImportProperty : public testing::Test {
     Sightings sightings_;
 };
 
-TEST_F(ImportProperty, EveryPictureOfOnePixelUpToThreeComesOutAsOfThePlainSteps) {
+TEST_F(ImportProperty, PicturesOfUpToThreePixelsMatchTheReference) {
     for (std::uint32_t seed = 0; seed < 150; ++seed) {
         SCOPED_TRACE(seed);
         shipped_.sprite.SpriteHeader.Width = 0; // a new sprite each time, the palette stays
@@ -257,7 +257,7 @@ TEST_F(ImportProperty, EveryPictureOfOnePixelUpToThreeComesOutAsOfThePlainSteps)
     EXPECT_GT(sightings_.frames, 150);
 }
 
-TEST_F(ImportProperty, SetsOfPicturesOfEveryCharacterComeOutAsOfThePlainSteps) {
+TEST_F(ImportProperty, RandomPictureSetsMatchTheReference) {
     for (std::uint32_t seed = 1000; seed < 1000 + test::cases(160U); ++seed) {
         SCOPED_TRACE(seed);
         shipped_.sprite.SpriteHeader.Width = 0;
@@ -273,7 +273,7 @@ TEST_F(ImportProperty, SetsOfPicturesOfEveryCharacterComeOutAsOfThePlainSteps) {
     EXPECT_GT(sightings_.frames, test::cases(150));
 }
 
-TEST_F(ImportProperty, ImportsOneAfterTheOtherIntoOneSpriteComeOutAsOfThePlainSteps) {
+TEST_F(ImportProperty, SuccessiveImportsMatchTheReference) {
     new_sprite(17, 23);
     for (std::uint32_t seed = 2000; seed < 2000 + test::cases(120U); ++seed) {
         SCOPED_TRACE(seed);
@@ -286,7 +286,7 @@ TEST_F(ImportProperty, ImportsOneAfterTheOtherIntoOneSpriteComeOutAsOfThePlainSt
     EXPECT_GT(sightings_.frames, test::cases(80));
 }
 
-TEST_F(ImportProperty, PicturesOfOneSizeForTheFrameAndTheSheetComeOutAsOfThePlainSteps) {
+TEST_F(ImportProperty, FramesOfTheSheetsSizeMatchTheReference) {
     // 512 by 1 is the size of a small sheet, too wide for a picture; 256 by 256 is the largest frame.
     new_sprite(256, 256);
     for (std::uint32_t seed = 3000; seed < 3000 + test::cases(3U); ++seed) {

@@ -9,7 +9,7 @@
 namespace varnoth {
 namespace {
 
-TEST(FileList, SortsNumbersByTheirValueAndLettersWithoutRegardToCase) {
+TEST(FileList, SortsNumbersByValueAndLettersCaseInsensitively) {
     EXPECT_TRUE(comes_before("frame2.bmp", "frame10.bmp"));
     EXPECT_FALSE(comes_before("frame10.bmp", "frame2.bmp"));
     EXPECT_TRUE(comes_before("a.bmp", "B.bmp"));
@@ -27,7 +27,7 @@ TEST(FileList, SortsNumbersByTheirValueAndLettersWithoutRegardToCase) {
     EXPECT_FALSE(comes_before("frame09", "frame1"));
 }
 
-TEST(FileList, OnlyDigitsMakeANumberAndOnlyLettersHaveTwoCases) {
+TEST(FileList, OnlyDigitsAreNumbersAndOnlyLettersHaveCase) {
     EXPECT_TRUE(comes_before("a1", "ab"));
     EXPECT_FALSE(comes_before("ab", "a1"));
     // The neighbours of the digits and of the letters in the table of characters.
@@ -43,13 +43,13 @@ TEST(FileList, OnlyDigitsMakeANumberAndOnlyLettersHaveTwoCases) {
     EXPECT_TRUE(comes_before("_", "A"));
 }
 
-TEST(FileList, NamesThatReadAlikeStillHaveAnOrder) {
+TEST(FileList, EqualNamesAreOrderedByTheirBytes) {
     EXPECT_NE(comes_before("frame02", "frame2"), comes_before("frame2", "frame02"));
     EXPECT_NE(comes_before("A", "a"), comes_before("a", "A"));
     EXPECT_FALSE(comes_before("a", "a"));
 }
 
-TEST(FileList, MatchesTheExtensionWithoutRegardToCaseAndListsPlainFilesOnly) {
+TEST(FileList, ListsRegularFilesWithTheExtensionInAnyCase) {
     const test::TemporaryFolder folder;
     for (const char* name : {"frame10.BMP", "frame2.bmp", "frame1.Bmp", "frame3.tga", "bmp", "x.bmp.txt"}) {
         folder.write(name, {});
@@ -59,7 +59,7 @@ TEST(FileList, MatchesTheExtensionWithoutRegardToCaseAndListsPlainFilesOnly) {
               (std::vector<std::string>{"frame1.Bmp", "frame2.bmp", "frame10.BMP"}));
 }
 
-TEST(FileList, AFolderThatCannotBeReadHasNoFiles) {
+TEST(FileList, UnreadableFolderHasNoFiles) {
     const test::TemporaryFolder folder;
     EXPECT_TRUE(list_files(folder.file("missing"), ".bmp").empty());
 }

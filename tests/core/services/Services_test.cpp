@@ -16,7 +16,7 @@ namespace {
 
 using test::RecordedServices;
 
-TEST(Services, WithNothingInstalledQuestionsAreYesPicturesFailAndChoicesAreCancelled) {
+TEST(Services, DefaultsAnswerYesFailToLoadAndCancelChoices) {
     show_message("nobody sees this");
     yield_to_events();
     EXPECT_TRUE(ask_yes_no("Sure?"));
@@ -25,7 +25,7 @@ TEST(Services, WithNothingInstalledQuestionsAreYesPicturesFailAndChoicesAreCance
     EXPECT_EQ(choose_file_to_save("Texts(*.txt)|*.txt"), "");
 }
 
-TEST(Services, CallsReachTheInstalledSet) {
+TEST(Services, CallsReachTheInstalledServices) {
     RecordedServices services;
     services.answer = false;
     services.pictures["a.bmp"] = test::surface_of(1, 1, {7})->Image();
@@ -38,7 +38,7 @@ TEST(Services, CallsReachTheInstalledSet) {
     EXPECT_EQ(picture_loader().load("a.bmp").bitmap->pixel(0, 0), 7);
 }
 
-TEST(Services, AFileIsChosenByTheInstalledChooserAndTheFilterHandedOn) {
+TEST(Services, FileChooserGetsTheFilter) {
     RecordedServices services;
     services.next_open = "/tmp/open.txt";
     services.next_save = "/tmp/save.txt";
@@ -47,7 +47,7 @@ TEST(Services, AFileIsChosenByTheInstalledChooserAndTheFilterHandedOn) {
     EXPECT_EQ(services.filters, (std::vector<std::string>{"Texts(*.txt)|*.txt", "All|*"}));
 }
 
-TEST(Services, AnInstallationLastsForItsLifetimeAndTheOneBeforeComesBack) {
+TEST(Services, InstallationIsUndoneAtTheEndOfItsLifetime) {
     RecordedServices outer;
     {
         RecordedServices inner;
@@ -65,7 +65,7 @@ class CountingQueue : public EventQueue {
     void yield() override { ++yields; }
 };
 
-TEST(Services, ANullMemberKeepsWhatWasInstalledBefore) {
+TEST(Services, NullMemberKeepsThePreviousService) {
     RecordedServices services;
     CountingQueue queue;
     const ServicesInstallation installation({nullptr, &queue, nullptr, nullptr});
@@ -78,14 +78,14 @@ TEST(Services, ANullMemberKeepsWhatWasInstalledBefore) {
     EXPECT_EQ(choose_file_to_open("All|*"), "kept.txt");
 }
 
-TEST(Services, AnInstallationOfNothingChangesNothing) {
+TEST(Services, EmptyInstallationChangesNothing) {
     RecordedServices services;
     const ServicesInstallation installation({});
     yield_to_events();
     EXPECT_EQ(services.yields, 1);
 }
 
-TEST(Screen, HasFifteenTwipsAPixel) {
+TEST(Screen, Has15TwipsPerPixel) {
     EXPECT_EQ(screen().TwipsPerPixelX, 15);
     EXPECT_EQ(screen().TwipsPerPixelY, 15);
     EXPECT_EQ(&screen(), &screen());

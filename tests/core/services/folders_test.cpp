@@ -11,7 +11,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-TEST(Folders, APlainFolderIsAbsoluteAndHasNeitherDotsNorASeparatorAtItsEnd) {
+TEST(Folders, PlainFolderIsAbsoluteAndNormalised) {
     EXPECT_EQ(plain_folder("/a/./b/../c/"), "/a/c");
     EXPECT_EQ(plain_folder("/a"), "/a");
     EXPECT_EQ(plain_folder("/"), "/");
@@ -19,19 +19,19 @@ TEST(Folders, APlainFolderIsAbsoluteAndHasNeitherDotsNorASeparatorAtItsEnd) {
     EXPECT_EQ(plain_folder("/\xC3\xBC/"), "/\xC3\xBC");
 }
 
-TEST(Folders, APathThatIsNotAbsoluteCountsFromTheWorkingFolder) {
+TEST(Folders, RelativePathStartsAtTheWorkingFolder) {
     EXPECT_EQ(current_folder(), std::filesystem::current_path().string());
     EXPECT_EQ(plain_folder(""), current_folder());
     EXPECT_EQ(plain_folder("."), current_folder());
     EXPECT_EQ(plain_folder("below"), std::filesystem::current_path() / "below");
 }
 
-TEST(Folders, TheWayDownBeginsAtTheRootAndEndsAtTheFolder) {
+TEST(Folders, FoldersDownToStartAtTheRootAndEndAtTheFolder) {
     EXPECT_EQ(folders_down_to("/a/b c/d"), (Texts{"/", "/a", "/a/b c", "/a/b c/d"}));
     EXPECT_EQ(folders_down_to("/"), (Texts{"/"}));
 }
 
-TEST(Folders, TheFoldersInOneAreListedInTheOrderThatPeopleExpectHiddenOnesAndLinksToo) {
+TEST(Folders, SubfoldersAreInNaturalOrderWithHiddenOnesAndLinks) {
     const test::TemporaryFolder folder;
     folder.write("file", {});
     for (const char* name : {"b10", "b2", "C", ".hidden", "a"}) {
@@ -44,12 +44,12 @@ TEST(Folders, TheFoldersInOneAreListedInTheOrderThatPeopleExpectHiddenOnesAndLin
     EXPECT_EQ(folders_in(folder.file("none")), Texts{});
 }
 
-TEST(Folders, TheNameIsTheLastPartOrTheRoot) {
+TEST(Folders, FolderNameIsTheLastComponentOrTheRoot) {
     EXPECT_EQ(folder_name("/a/b c"), "b c");
     EXPECT_EQ(folder_name("/"), "/");
 }
 
-TEST(Folders, AFolderIsWithinItselfAndWhatStandsAboveIt) {
+TEST(Folders, FolderIsWithinItselfAndItsAncestors) {
     EXPECT_TRUE(is_within("/a/b", "/a"));
     EXPECT_TRUE(is_within("/a", "/a/"));
     EXPECT_TRUE(is_within("/a", "/"));

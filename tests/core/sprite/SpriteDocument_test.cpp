@@ -13,7 +13,7 @@ bool is_all_zero(const Record& record) {
     return std::ranges::all_of(to_bytes(record), [](std::uint8_t byte) { return byte == 0; });
 }
 
-TEST(SpriteDocument, ANewOneIsAllZeroAndHasNoFrames) {
+TEST(SpriteDocument, NewDocumentIsAllZeroWithoutFrames) {
     const SpriteDocument document;
     EXPECT_TRUE(is_all_zero(document.SpriteHeader));
     EXPECT_TRUE(is_all_zero(document.Palette));
@@ -29,7 +29,7 @@ std::array<std::uint8_t, size> counting() {
     return bytes;
 }
 
-TEST(SpriteDocument, RecordsGoRoundUnchanged) {
+TEST(SpriteDocument, RecordsRoundTrip) {
     const auto header = counting<SpriteHeaderRecord::file_size>();
     EXPECT_EQ(to_bytes(sprite_header_from_bytes(header)), header);
     const auto palette = counting<PaletteRecord::file_size>();

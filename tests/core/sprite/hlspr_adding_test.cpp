@@ -53,7 +53,7 @@ class FrameAddingTest : public testing::Test {
     test::RecordedServices services;
 };
 
-TEST_F(FrameAddingTest, APictureOfExactlyAPaletteColourGivesThatEntrysIndex) {
+TEST_F(FrameAddingTest, PaletteColourGivesItsIndex) {
     import_palette();
     add_frame(*surface_of(3, 2, {red, green, blue, blue, 0, 0xFFFFFF}));
     ASSERT_EQ(document().SpriteHeader.FrameCount, 1);
@@ -63,13 +63,13 @@ TEST_F(FrameAddingTest, APictureOfExactlyAPaletteColourGivesThatEntrysIndex) {
     EXPECT_EQ(document().FrameOrder, (std::vector<std::int16_t>{0}));
 }
 
-TEST_F(FrameAddingTest, APixelTakesTheNearestColour) {
+TEST_F(FrameAddingTest, PixelGetsTheNearestIndex) {
     import_palette();
     add_frame(*surface_of(2, 1, {0x0000F0, 0x808080}));
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 4}));
 }
 
-TEST_F(FrameAddingTest, FramesAreAppendedBehindTheOldOnesWithTheirOwnNumber) {
+TEST_F(FrameAddingTest, FramesAreAppendedWithTheirOwnNumber) {
     import_palette();
     add_frame(*surface_of(1, 1, {red}));
     add_frame(*surface_of(2, 1, {green, blue}));
@@ -83,7 +83,7 @@ TEST_F(FrameAddingTest, FramesAreAppendedBehindTheOldOnesWithTheirOwnNumber) {
     EXPECT_EQ(document().SpriteHeader.Width, 2) << "sizes are not reconciled here";
 }
 
-TEST_F(FrameAddingTest, TheFirstFrameBringsTheImportPaletteAndTheSecondLeavesTheDocumentsAlone) {
+TEST_F(FrameAddingTest, OnlyTheFirstFrameCopiesTheImportPalette) {
     import_palette();
     document().Palette.ColourCount = 7;
     add_frame(*surface_of(1, 1, {red}));
@@ -99,7 +99,7 @@ TEST_F(FrameAddingTest, TheFirstFrameBringsTheImportPaletteAndTheSecondLeavesThe
     EXPECT_EQ(document().Palette.Colours[1], (PaletteColour{3, 2, 1}));
 }
 
-TEST_F(FrameAddingTest, ThePaletteIsTakenAsItStandsWhileTheSearchGoesByTheLookupPalette) {
+TEST_F(FrameAddingTest, SearchUsesTheLookupPaletteNotTheImportPalette) {
     import_palette();
     mixpals::SwapTransparent(255, 0, 0);
     add_frame(*surface_of(1, 1, {red}));
@@ -119,19 +119,19 @@ TEST_F(FrameAddingTest, YieldsBeforeEachRowIsLookedUp) {
                       }));
 }
 
-TEST_F(FrameAddingTest, A24BitPictureOneColumnWideSkipsItsPadding) {
+TEST_F(FrameAddingTest, Picture24BitOneColumnWideSkipsItsPadding) {
     import_palette();
     add_frame(*surface_of(1, 3, {red, green, blue}, 24));
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2, 3}));
 }
 
-TEST_F(FrameAddingTest, A24BitPictureOfEvenWidthIsReadPixelByPixel) {
+TEST_F(FrameAddingTest, Picture24BitOfEvenWidthIsReadPixelByPixel) {
     import_palette();
     add_frame(*surface_of(2, 2, {red, green, blue, 0xFFFFFF}, 24));
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2, 3, 4}));
 }
 
-TEST_F(FrameAddingTest, A24BitPictureOfOddWidthSkewsByThePaddingByteOfEachRow) {
+TEST_F(FrameAddingTest, Picture24BitOfOddWidthIsSkewedByItsPadding) {
     import_palette();
     // Rows of 10 bytes read as rows of 9: the second row begins with the padding byte of the first.
     add_frame(*surface_of(3, 2, {red, red, red, red, red, red}, 24));
@@ -139,7 +139,7 @@ TEST_F(FrameAddingTest, A24BitPictureOfOddWidthSkewsByThePaddingByteOfEachRow) {
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 1, 1, 0, 3, 3}));
 }
 
-TEST_F(FrameAddingTest, A16BitPictureFailsAtItsLastPixelWhoseThirdByteLiesOutside) {
+TEST_F(FrameAddingTest, Picture16BitFailsAtItsLastPixel) {
     import_palette();
     TestSurface picture(2, 1, 16);
     EXPECT_FAILURE(add_frame(picture), SubscriptOutOfRange);
@@ -147,13 +147,13 @@ TEST_F(FrameAddingTest, A16BitPictureFailsAtItsLastPixelWhoseThirdByteLiesOutsid
     EXPECT_EQ(document().FrameStore[0].size(), 2U);
 }
 
-TEST_F(FrameAddingTest, BeforeAnyImportTheLookUpOverflowsAndTheFrameStaysCounted) {
+TEST_F(FrameAddingTest, LookupBeforeAnImportOverflowsWithTheFrameCounted) {
     EXPECT_FAILURE(add_frame(*surface_of(1, 1, {red})), Overflow);
     EXPECT_EQ(document().SpriteHeader.FrameCount, 1);
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{0}));
 }
 
-TEST_F(FrameAddingTest, APictureWithoutPixelsFailsAfterTheFrameWasCounted) {
+TEST_F(FrameAddingTest, PictureWithoutPixelsFailsWithTheFrameCounted) {
     import_palette();
     TestSurface none(0, 4);
     EXPECT_FAILURE(add_frame(none), SubscriptOutOfRange);
@@ -162,7 +162,7 @@ TEST_F(FrameAddingTest, APictureWithoutPixelsFailsAfterTheFrameWasCounted) {
     EXPECT_EQ(document().FrameOrder, (std::vector<std::int16_t>{0}));
 }
 
-TEST_F(FrameAddingTest, The32768thFrameFitsAndTheNextOverflows) {
+TEST_F(FrameAddingTest, Frame32768FitsAndTheNextOverflows) {
     import_palette();
     const auto picture = surface_of(1, 1, {red});
     document().SpriteHeader.FrameCount = 32767;
@@ -179,7 +179,7 @@ TEST_F(FrameAddingTest, The32768thFrameFitsAndTheNextOverflows) {
     EXPECT_FAILURE(add_frame(*picture), Overflow);
 }
 
-TEST_F(FrameAddingTest, ANegativeCountLeftByARefusedFileHasNoBounds) {
+TEST_F(FrameAddingTest, NegativeFrameCountOfARejectedFileFails) {
     import_palette();
     for (const std::int32_t count : {-1, -5}) {
         document().SpriteHeader.FrameCount = count;
@@ -187,7 +187,7 @@ TEST_F(FrameAddingTest, ANegativeCountLeftByARefusedFileHasNoBounds) {
     }
 }
 
-TEST_F(FrameAddingTest, ASurfaceThatCountsInTwipsHasFewerPixelsThanItsSizeSays) {
+TEST_F(FrameAddingTest, SurfaceInTwipsFailsForTooFewPixels) {
     import_palette();
     const auto picture = surface_of(2, 2, {red, red, red, red});
     picture->ScaleMode = ScaleTwips;
@@ -195,7 +195,7 @@ TEST_F(FrameAddingTest, ASurfaceThatCountsInTwipsHasFewerPixelsThanItsSizeSays) 
     EXPECT_EQ(document().FrameStore[0].size(), 900U);
 }
 
-TEST_F(FrameAddingTest, ALookupPaletteMadeWhileARowYieldsServesTheRowsBehind) {
+TEST_F(FrameAddingTest, LookupPaletteChangedDuringAYieldAppliesToLaterRows) {
     import_palette();
     const auto picture = surface_of(1, 2, {red, red});
     services.on_yield = [&] {
@@ -208,7 +208,7 @@ TEST_F(FrameAddingTest, ALookupPaletteMadeWhileARowYieldsServesTheRowsBehind) {
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2}));
 }
 
-TEST_F(FrameAddingTest, WhatIsDrawnWhileARowYieldsIsNotInTheFrame) {
+TEST_F(FrameAddingTest, PixelsDrawnDuringAYieldAreNotInTheFrame) {
     import_palette();
     const auto picture = surface_of(1, 2, {red, green});
     services.on_yield = [&] { picture->Cls(); };

@@ -35,7 +35,7 @@ void expect_one_empty_slot() {
     EXPECT_EQ(document().FrameOrder, (std::vector<std::int16_t>{0}));
 }
 
-TEST_F(SpriteDocumentTest, AtProgramStartNoSpriteWaitsForItsNameOrToBeSaved) {
+TEST_F(SpriteDocumentTest, ProgramStartsWithoutUnsavedChanges) {
     EXPECT_FALSE(unnamed_at_start);
     EXPECT_FALSE(dirty_at_start);
     EXPECT_EQ(folder_at_start, "");
@@ -46,7 +46,7 @@ bool is_all_zero(const Record& record) {
     return std::ranges::all_of(to_bytes(record), [](std::uint8_t byte) { return byte == 0; });
 }
 
-TEST_F(SpriteDocumentTest, AtProgramStartTheDocumentIsAllZeroWithoutFrames) {
+TEST_F(SpriteDocumentTest, ProgramStartsWithADocumentOfZeros) {
     EXPECT_TRUE(is_all_zero(document_at_start.SpriteHeader));
     EXPECT_TRUE(is_all_zero(document_at_start.Palette));
     EXPECT_TRUE(is_all_zero(document_at_start.FrameHeader));
@@ -54,7 +54,7 @@ TEST_F(SpriteDocumentTest, AtProgramStartTheDocumentIsAllZeroWithoutFrames) {
     EXPECT_TRUE(document_at_start.FrameOrder.empty());
 }
 
-TEST_F(SpriteDocumentTest, ANewSpriteHasItsHeaderPaletteAndFrameHeaderSet) {
+TEST_F(SpriteDocumentTest, NewSpriteSetsHeaderPaletteAndFrameHeader) {
     document().Palette.Colours[7] = {1, 2, 3};
     document().Palette.ColourCount = 3;
     document().FrameHeader.FrameType = 5;
@@ -81,7 +81,7 @@ TEST_F(SpriteDocumentTest, ANewSpriteHasItsHeaderPaletteAndFrameHeaderSet) {
     expect_one_empty_slot();
 }
 
-TEST_F(SpriteDocumentTest, TheOriginRoundsTiesToEven) {
+TEST_F(SpriteDocumentTest, OriginRoundsTiesToEven) {
     struct Case {
         std::int32_t size;
         std::int32_t origin_x;
@@ -96,7 +96,7 @@ TEST_F(SpriteDocumentTest, TheOriginRoundsTiesToEven) {
     }
 }
 
-TEST_F(SpriteDocumentTest, TheBoundingRadiusReachesTheCorner) {
+TEST_F(SpriteDocumentTest, BoundingRadiusReachesTheCorner) {
     hlspr::new_sprite(32, 32, 0, 0);
     EXPECT_EQ(document().SpriteHeader.BoundingRadius, 22.627417F);
     hlspr::new_sprite(6, 8, 0, 0);
@@ -105,7 +105,7 @@ TEST_F(SpriteDocumentTest, TheBoundingRadiusReachesTheCorner) {
     EXPECT_EQ(document().SpriteHeader.BoundingRadius, 0.5F);
 }
 
-TEST_F(SpriteDocumentTest, ASizeOf0By0GivesRadius0AndOrigin0WithoutAFailure) {
+TEST_F(SpriteDocumentTest, Size0By0GivesRadius0AndOrigin0) {
     hlspr::new_sprite(0, 0, 2, 1);
     EXPECT_EQ(document().SpriteHeader.BoundingRadius, 0.0F);
     EXPECT_EQ(document().FrameHeader.OriginX, 0);
@@ -113,7 +113,7 @@ TEST_F(SpriteDocumentTest, ASizeOf0By0GivesRadius0AndOrigin0WithoutAFailure) {
     EXPECT_EQ(document().SpriteHeader.Width, 0);
 }
 
-TEST_F(SpriteDocumentTest, SizesAndNumbersAreStoredAsTheyCome) {
+TEST_F(SpriteDocumentTest, NewSpriteDoesNotValidateItsArguments) {
     constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
     hlspr::new_sprite(-7, lowest, -1, 99);
     EXPECT_EQ(document().SpriteHeader.Width, -7);
@@ -125,7 +125,7 @@ TEST_F(SpriteDocumentTest, SizesAndNumbersAreStoredAsTheyCome) {
     EXPECT_EQ(document().SpriteHeader.RenderMode, 99);
 }
 
-TEST_F(SpriteDocumentTest, ClearingFramesLeavesHeaderPaletteAndFrameHeaderUnchanged) {
+TEST_F(SpriteDocumentTest, ClearFramesKeepsHeaderPaletteAndFrameHeader) {
     hlspr::new_sprite(5, 7, 4, 3);
     document().SpriteHeader.FrameCount = 2;
     document().SpriteHeader.BeamLength = 2.5F;
@@ -149,7 +149,7 @@ TEST_F(SpriteDocumentTest, ClearingFramesLeavesHeaderPaletteAndFrameHeaderUnchan
 }
 
 // Every form holds on to the document, so none of these may put another one in its place.
-TEST_F(SpriteDocumentTest, EveryCommandChangesTheOneDocumentInPlace) {
+TEST_F(SpriteDocumentTest, CommandsModifyTheDocumentInPlace) {
     const test::TemporaryFolder folder;
     const SpriteDocument& sprite = document();
     hlspr::new_sprite(1, 1, 4, 3);
@@ -169,7 +169,7 @@ TEST_F(SpriteDocumentTest, EveryCommandChangesTheOneDocumentInPlace) {
     test::reset_mixpals();
 }
 
-TEST_F(SpriteDocumentTest, ModesAndTypesHaveTheirNamesAndAnyOtherNumberIsMinusOne) {
+TEST_F(SpriteDocumentTest, ModesAndTypesHaveNamesAndOthersAreMinus1) {
     EXPECT_EQ(hlspr::render_mode_name(0), "NORMAL");
     EXPECT_EQ(hlspr::render_mode_name(1), "ADDITIVE");
     EXPECT_EQ(hlspr::render_mode_name(2), "INDEXALPHA");

@@ -51,7 +51,7 @@ class FrameDrawingTest : public testing::Test {
     }
 };
 
-TEST_F(FrameDrawingTest, TheNumberComesBackAsTheStoredFrames) {
+TEST_F(FrameDrawingTest, PositionIsReplacedByTheStoredFrameNumber) {
     put_sprite(1, 1, {{10}, {20}});
     document().FrameOrder = {1, 0};
     TestSurface picture(3, 3);
@@ -64,7 +64,7 @@ TEST_F(FrameDrawingTest, TheNumberComesBackAsTheStoredFrames) {
     EXPECT_EQ(colours_of(picture), (Colours{shown(10)}));
 }
 
-TEST_F(FrameDrawingTest, ASpriteOf1By1DrawsASinglePixel) {
+TEST_F(FrameDrawingTest, Sprite1By1DrawsASinglePixel) {
     put_sprite(1, 1, {{255}});
     TestSurface picture(1, 1);
     std::int16_t number = 0;
@@ -73,7 +73,7 @@ TEST_F(FrameDrawingTest, ASpriteOf1By1DrawsASinglePixel) {
     EXPECT_EQ(bits_of(picture), (Bytes{1, 0, 255, 0})) << "blue, green, red and a zero byte";
 }
 
-TEST_F(FrameDrawingTest, RowsRunFromTheTopAndThePictureTakesTheSpritesSize) {
+TEST_F(FrameDrawingTest, TopRowIsFirstAndThePictureGetsTheSpritesSize) {
     put_sprite(3, 2, {{1, 2, 3, 4, 5, 6}});
     for (const std::int32_t side : {1, 5}) {
         TestSurface picture(side, side, 32, 0, 0xFFFFFF);
@@ -85,7 +85,7 @@ TEST_F(FrameDrawingTest, RowsRunFromTheTopAndThePictureTakesTheSpritesSize) {
     }
 }
 
-TEST_F(FrameDrawingTest, EveryRenderModeDrawsThePlainPalette) {
+TEST_F(FrameDrawingTest, EveryRenderModeUsesThePlainPalette) {
     put_sprite(2, 1, {{0, 255}});
     TestSurface picture(2, 1, 32, 0, 0x123456);
     for (const std::int32_t mode : {0, 1, 2, 3, 99}) {
@@ -96,7 +96,7 @@ TEST_F(FrameDrawingTest, EveryRenderModeDrawsThePlainPalette) {
     }
 }
 
-TEST_F(FrameDrawingTest, ALongerFrameGivesItsFirstIndicesInTheSpritesOwnRows) {
+TEST_F(FrameDrawingTest, LargerFrameDrawsItsFirstIndicesInTheSpritesRows) {
     put_sprite(2, 2, {{1, 2, 3, 4, 5, 6, 7, 8, 9}}); // 3 by 3 in the file
     TestSurface picture(2, 2);
     std::int16_t number = 0;
@@ -104,7 +104,7 @@ TEST_F(FrameDrawingTest, ALongerFrameGivesItsFirstIndicesInTheSpritesOwnRows) {
     EXPECT_EQ(colours_of(picture), (Colours{shown(1), shown(2), shown(3), shown(4)}));
 }
 
-TEST_F(FrameDrawingTest, TheColourCountPlaysNoPart) {
+TEST_F(FrameDrawingTest, ColourCountIsIgnored) {
     put_sprite(1, 1, {{200}});
     document().Palette.ColourCount = 2;
     TestSurface picture(1, 1);
@@ -113,7 +113,7 @@ TEST_F(FrameDrawingTest, TheColourCountPlaysNoPart) {
     EXPECT_EQ(colours_of(picture), (Colours{shown(200)}));
 }
 
-TEST_F(FrameDrawingTest, TheUnusedByteOfEachPixelIsZero) {
+TEST_F(FrameDrawingTest, UnusedByteOfEachPixelIsZero) {
     put_sprite(2, 1, {{1, 2}});
     TestSurface picture(2, 1);
     picture.SetBitmapBits(Bytes(8, 0xEE));
@@ -122,7 +122,7 @@ TEST_F(FrameDrawingTest, TheUnusedByteOfEachPixelIsZero) {
     EXPECT_EQ(bits_of(picture), (Bytes{3, 2, 1, 0, 4, 3, 2, 0}));
 }
 
-TEST_F(FrameDrawingTest, A24BitPictureGetsTheBytesOfThe32BitLayoutAsFarAsItReaches) {
+TEST_F(FrameDrawingTest, Picture24BitGetsTheBytesOf32BitPixels) {
     put_sprite(2, 2, {{10, 20, 30, 40}});
     TestSurface picture(2, 2, 24);
     std::int16_t number = 0;
@@ -130,7 +130,7 @@ TEST_F(FrameDrawingTest, A24BitPictureGetsTheBytesOfThe32BitLayoutAsFarAsItReach
     EXPECT_EQ(bits_of(picture), (Bytes{12, 11, 10, 0, 22, 21, 20, 0, 32, 31, 30, 0}));
 }
 
-TEST_F(FrameDrawingTest, A16BitPictureGetsTheBytesOfThe32BitLayoutAsFarAsItReaches) {
+TEST_F(FrameDrawingTest, Picture16BitGetsTheBytesOf32BitPixels) {
     put_sprite(2, 2, {{10, 20, 30, 40}});
     TestSurface picture(5, 5, 16, 0, 0xFFFFFF);
     std::int16_t number = 0;
@@ -138,7 +138,7 @@ TEST_F(FrameDrawingTest, A16BitPictureGetsTheBytesOfThe32BitLayoutAsFarAsItReach
     EXPECT_EQ(bits_of(picture), (Bytes{12, 11, 10, 0, 22, 21, 20, 0}));
 }
 
-TEST_F(FrameDrawingTest, ABorderTakesAwayFromThePixelsSinceTheOuterSizeIsSet) {
+TEST_F(FrameDrawingTest, BorderReducesTheVisiblePixels) {
     put_sprite(4, 3, {{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}});
     TestSurface picture(9, 9, 32, 1);
     std::int16_t number = 0;
@@ -148,7 +148,7 @@ TEST_F(FrameDrawingTest, ABorderTakesAwayFromThePixelsSinceTheOuterSizeIsSet) {
         << "the bytes go over without regard to rows";
 }
 
-TEST_F(FrameDrawingTest, ThePictureIsRefreshed) {
+TEST_F(FrameDrawingTest, DrawingRefreshesThePicture) {
     put_sprite(1, 1, {{1}});
     TestSurface picture(1, 1);
     Colour seen = no_colour;
@@ -160,7 +160,7 @@ TEST_F(FrameDrawingTest, ThePictureIsRefreshed) {
 
 // Failures.
 
-TEST_F(FrameDrawingTest, APositionOutsideTheOrderFailsAndNothingIsTouched) {
+TEST_F(FrameDrawingTest, InvalidPositionFailsWithoutAChange) {
     put_sprite(1, 1, {{1}, {2}});
     const auto picture = surface_of(2, 1, {7, 8});
     for (const std::int16_t position : {std::int16_t{2}, std::int16_t{-1}, std::int16_t{32767}}) {
@@ -171,7 +171,7 @@ TEST_F(FrameDrawingTest, APositionOutsideTheOrderFailsAndNothingIsTouched) {
     }
 }
 
-TEST_F(FrameDrawingTest, AnOrderThatNamesNoFrameFailsWithTheNumberWrittenBackAndThePictureSizedAndCleared) {
+TEST_F(FrameDrawingTest, InvalidOrderFailsWithThePictureSizedAndCleared) {
     for (const std::int16_t stored : {std::int16_t{9}, std::int16_t{-4}}) {
         put_sprite(2, 1, {{1, 2}});
         document().FrameOrder[0] = stored;
@@ -183,7 +183,7 @@ TEST_F(FrameDrawingTest, AnOrderThatNamesNoFrameFailsWithTheNumberWrittenBackAnd
     }
 }
 
-TEST_F(FrameDrawingTest, AFrameShorterThanTheSpriteFailsWithThePictureCleared) {
+TEST_F(FrameDrawingTest, TooShortFrameFailsWithThePictureCleared) {
     put_sprite(2, 2, {{1, 2, 3}});
     for (const std::int32_t side : {2, 4}) {
         TestSurface picture(side, side, 32, 0, 0x010203);
@@ -194,7 +194,7 @@ TEST_F(FrameDrawingTest, AFrameShorterThanTheSpriteFailsWithThePictureCleared) {
     }
 }
 
-TEST_F(FrameDrawingTest, ASpriteWithoutPixelsFails) {
+TEST_F(FrameDrawingTest, SpriteWithoutPixelsFails) {
     put_sprite(0, 3, {{1}});
     TestSurface picture(2, 2);
     std::int16_t number = 0;
@@ -205,7 +205,7 @@ TEST_F(FrameDrawingTest, ASpriteWithoutPixelsFails) {
     EXPECT_FAILURE(draw_frame(number, picture), SubscriptOutOfRange);
 }
 
-TEST_F(FrameDrawingTest, ASizeThatNoPictureCanTakeFailsAfterTheClearing) {
+TEST_F(FrameDrawingTest, ImpossibleSizeFailsAfterClearing) {
     put_sprite(-1, 1, {{1}});
     const auto picture = surface_of(2, 1, {7, 8});
     std::int16_t number = 0;

@@ -34,7 +34,7 @@ SpriteFile one_frame(FileFrame frame) {
     return file;
 }
 
-TEST_F(SpriteFileTest, EveryFieldIsReadFromItsPlace) {
+TEST_F(SpriteFileTest, EveryFieldIsReadFromItsOffset) {
     SpriteFile file = one_frame({2, 3, {1, 2, 3, 4, 5, 255}, 0x01020304, -5, 6});
     file.version = 0x11121314;
     file.sprite_type = 0x21222324;
@@ -69,7 +69,7 @@ TEST_F(SpriteFileTest, EveryFieldIsReadFromItsPlace) {
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2, 3, 4, 5, 255}));
 }
 
-TEST_F(SpriteFileTest, TheLastFramesHeaderStaysAndTheOrderIsTheIdentity) {
+TEST_F(SpriteFileTest, LastFrameHeaderIsKeptAndOrderIsTheIdentity) {
     EXPECT_EQ(load(three_frames()), True);
     EXPECT_EQ(document().FrameHeader.OriginX, -3);
     EXPECT_EQ(document().FrameOrder, (std::vector<std::int16_t>{0, 1, 2}));
@@ -78,7 +78,7 @@ TEST_F(SpriteFileTest, TheLastFramesHeaderStaysAndTheOrderIsTheIdentity) {
     EXPECT_EQ(indices_of(document().FrameStore[2]), (Bytes{5, 6}));
 }
 
-TEST_F(SpriteFileTest, LowerCaseLettersAreNotTheMagicAndTheHeaderStaysBehind) {
+TEST_F(SpriteFileTest, LowerCaseMagicIsRejectedAndTheHeaderIsKept) {
     put_old_sprite();
     SpriteFile file = three_frames();
     file.ident = "idsp";
@@ -94,7 +94,7 @@ TEST_F(SpriteFileTest, LowerCaseLettersAreNotTheMagicAndTheHeaderStaysBehind) {
     expect_old_frames();
 }
 
-TEST_F(SpriteFileTest, AFrameCountOf0IsRefusedBeforeThePaletteIsRead) {
+TEST_F(SpriteFileTest, FrameCountOf0IsRejectedBeforeThePaletteIsRead) {
     for (const std::int32_t count : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
         put_old_sprite();
         services.messages.clear();
@@ -110,7 +110,7 @@ TEST_F(SpriteFileTest, AFrameCountOf0IsRefusedBeforeThePaletteIsRead) {
     }
 }
 
-TEST_F(SpriteFileTest, TheMagicIsTestedBeforeTheFrameCount) {
+TEST_F(SpriteFileTest, MagicIsCheckedBeforeTheFrameCount) {
     SpriteFile file;
     file.ident = "IDST";
     const std::string path = folder.write("x.spr", file.bytes());
@@ -118,7 +118,7 @@ TEST_F(SpriteFileTest, TheMagicIsTestedBeforeTheFrameCount) {
     EXPECT_EQ(services.messages, (Texts{"Not A Half-Life Sprite " + path}));
 }
 
-TEST_F(SpriteFileTest, AColourCountOf255IsRefusedAfterThePaletteWasTakenIn) {
+TEST_F(SpriteFileTest, ColourCountOf255IsRejectedAfterThePaletteIsRead) {
     for (const std::uint16_t count : {std::uint16_t{255}, std::uint16_t{0}, std::uint16_t{0xFF00}}) {
         put_old_sprite();
         services.messages.clear();
@@ -132,7 +132,7 @@ TEST_F(SpriteFileTest, AColourCountOf255IsRefusedAfterThePaletteWasTakenIn) {
     }
 }
 
-TEST_F(SpriteFileTest, FramesOf16By16UnderAHeaderThatSays32By32Load) {
+TEST_F(SpriteFileTest, FramesSmallerThanTheHeaderStatesLoad) {
     SpriteFile file;
     file.width = 32;
     file.height = 32;
@@ -144,7 +144,7 @@ TEST_F(SpriteFileTest, FramesOf16By16UnderAHeaderThatSays32By32Load) {
     EXPECT_EQ(document().FrameStore[1].size(), 256U);
 }
 
-TEST_F(SpriteFileTest, FramesMayDifferInSizeAndBytesBehindTheLastAreIgnored) {
+TEST_F(SpriteFileTest, FramesMayDifferInSizeAndTrailingBytesAreIgnored) {
     SpriteFile file;
     file.add({1, 1, {1}});
     file.add({3, 2, {1, 2, 3, 4, 5, 6}});
@@ -155,7 +155,7 @@ TEST_F(SpriteFileTest, FramesMayDifferInSizeAndBytesBehindTheLastAreIgnored) {
     EXPECT_EQ(document().FrameStore[1].size(), 6U);
 }
 
-TEST_F(SpriteFileTest, AMissingFileFallsIntoTheTrapAndTheDocumentStays) {
+TEST_F(SpriteFileTest, MissingFileShowsTheMessageAndKeepsTheDocument) {
     put_old_sprite();
     EXPECT_EQ(load_sprite(folder.file("none.spr")), False);
     EXPECT_EQ(load_sprite(folder.path()), False);
@@ -165,7 +165,7 @@ TEST_F(SpriteFileTest, AMissingFileFallsIntoTheTrapAndTheDocumentStays) {
     expect_old_frames();
 }
 
-TEST_F(SpriteFileTest, AnEmptyFileLeavesAHeaderOfZeros) {
+TEST_F(SpriteFileTest, EmptyFileLeavesAHeaderOfZeros) {
     put_old_sprite();
     const std::string path = folder.write("x.spr", Bytes{});
     EXPECT_EQ(load_sprite(path), False);
@@ -175,7 +175,7 @@ TEST_F(SpriteFileTest, AnEmptyFileLeavesAHeaderOfZeros) {
     expect_old_frames();
 }
 
-TEST_F(SpriteFileTest, AHeaderCutShortKeepsZerosInTheMissingBytes) {
+TEST_F(SpriteFileTest, TruncatedHeaderIsZeroInTheMissingBytes) {
     put_old_sprite();
     SpriteFile file = three_frames();
     file.width = 0x01020304;
@@ -188,7 +188,7 @@ TEST_F(SpriteFileTest, AHeaderCutShortKeepsZerosInTheMissingBytes) {
     EXPECT_EQ(document().SpriteHeader.SyncType, 0);
 }
 
-TEST_F(SpriteFileTest, APaletteCutShortKeepsZerosInTheMissingBytesAndThenTheFramesAreMissing) {
+TEST_F(SpriteFileTest, TruncatedPaletteIsZeroInTheMissingBytes) {
     put_old_sprite();
     SpriteFile file = three_frames();
     file.palette.assign(768, 0x77);
@@ -205,7 +205,7 @@ TEST_F(SpriteFileTest, APaletteCutShortKeepsZerosInTheMissingBytesAndThenTheFram
     EXPECT_EQ(document().Palette.ColourCount, 0);
 }
 
-TEST_F(SpriteFileTest, AFrameCutShortKeepsZerosAndTheLoadIsTrue) {
+TEST_F(SpriteFileTest, TruncatedFrameIsZeroFilledAndTheLoadSucceeds) {
     Bytes bytes = one_frame({4, 2, {1, 2, 3, 4, 5, 6, 7, 8}}).bytes();
     bytes.resize(bytes.size() - 5);
     EXPECT_EQ(load(bytes), True);
@@ -216,7 +216,7 @@ TEST_F(SpriteFileTest, AFrameCutShortKeepsZerosAndTheLoadIsTrue) {
     EXPECT_EQ(indices_of(document().FrameStore[0]), Bytes(8));
 }
 
-TEST_F(SpriteFileTest, AFileThatEndsBeforeAFramesHeaderFallsIntoTheTrapWithTheFramesReadSoFar) {
+TEST_F(SpriteFileTest, MissingFrameHeaderFailsWithTheFramesReadSoFar) {
     put_old_sprite();
     Bytes bytes = three_frames().bytes();
     for (const std::size_t missing : {22U, 21U, 3U}) {
@@ -233,7 +233,7 @@ TEST_F(SpriteFileTest, AFileThatEndsBeforeAFramesHeaderFallsIntoTheTrapWithTheFr
     }
 }
 
-TEST_F(SpriteFileTest, AFrameSizeThatIsNoArrayFallsIntoTheTrap) {
+TEST_F(SpriteFileTest, InvalidFrameSizeShowsTheMessage) {
     constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
 
     struct Size {
@@ -251,7 +251,7 @@ TEST_F(SpriteFileTest, AFrameSizeThatIsNoArrayFallsIntoTheTrap) {
     }
 }
 
-TEST_F(SpriteFileTest, ANegativeWidthTimesANegativeHeightIsAPositiveSizeAndLoads) {
+TEST_F(SpriteFileTest, NegativeWidthAndHeightMakeAPositiveSizeAndLoad) {
     EXPECT_EQ(load(one_frame({-2, -3, {1, 2, 3, 4, 5, 6}})), True);
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2, 3, 4, 5, 6}));
     EXPECT_EQ(document().FrameHeader.FrameWidth, -2);
@@ -265,7 +265,7 @@ SpriteFile tiny_frames(std::size_t count) {
     return file;
 }
 
-TEST_F(SpriteFileTest, ASmallSpriteTakesTheRoomOfASmallOneAfterALargeOne) {
+TEST_F(SpriteFileTest, SmallSpriteFreesTheMemoryOfALargeOne) {
     ASSERT_EQ(load(tiny_frames(32767)), True);
     ASSERT_EQ(load(tiny_frames(2)), True);
     EXPECT_LE(document().FrameStore.capacity(), 4U);
@@ -277,7 +277,7 @@ TEST_F(SpriteFileTest, ASmallSpriteTakesTheRoomOfASmallOneAfterALargeOne) {
 }
 
 // The number of the last frame, 32,767, is the highest of 16 bits.
-TEST_F(SpriteFileTest, ASpriteOf32768FramesLoadsAndSaves) {
+TEST_F(SpriteFileTest, Sprite32768FramesLoadsAndSaves) {
     const SpriteFile file = tiny_frames(32768);
     EXPECT_EQ(load(file), True);
     EXPECT_TRUE(services.messages.empty());
@@ -289,7 +289,7 @@ TEST_F(SpriteFileTest, ASpriteOf32768FramesLoadsAndSaves) {
     EXPECT_EQ(read_file(folder.file("b.spr")), file.bytes());
 }
 
-TEST_F(SpriteFileTest, Of32769FramesTheNumberOverflowsIntoTheTrap) {
+TEST_F(SpriteFileTest, Sprite32769FramesShowsTheMessage) {
     expect_trap(tiny_frames(32769));
     EXPECT_EQ(document().SpriteHeader.FrameCount, 32769);
     EXPECT_EQ(document().FrameOrder.back(), 32767);
@@ -298,7 +298,7 @@ TEST_F(SpriteFileTest, Of32769FramesTheNumberOverflowsIntoTheTrap) {
     EXPECT_EQ(services.messages, (Texts{saving_failed}));
 }
 
-TEST_F(SpriteFileTest, ALyingFrameCountOnASmallFileFallsIntoTheTrapAtOnce) {
+TEST_F(SpriteFileTest, FalseFrameCountOnASmallFileFailsAtOnce) {
     SpriteFile file = three_frames();
     file.frame_count = std::numeric_limits<std::int32_t>::max();
     expect_trap(file);
@@ -314,7 +314,7 @@ std::int64_t resident_bytes() {
     return resident * sysconf(_SC_PAGESIZE);
 }
 
-TEST_F(SpriteFileTest, ALegalHugeSizeOnAShortFileLoadsWithoutTouchingMemoryItDoesNotNeed) {
+TEST_F(SpriteFileTest, HugeFrameOfASmallFileLoadsWithoutTouchingItsMemory) {
     const std::int64_t before = resident_bytes();
     EXPECT_EQ(load(one_frame({40000, 40000, {1, 2, 3}})), True);
     const std::int64_t grown = resident_bytes() - before;

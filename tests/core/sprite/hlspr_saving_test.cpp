@@ -20,7 +20,7 @@ using test::three_frames;
 using Bytes = std::vector<std::uint8_t>;
 using Texts = std::vector<std::string>;
 
-TEST_F(SpriteFileTest, ANewSpriteOf32By32WithTwoFramesIs2898Bytes) {
+TEST_F(SpriteFileTest, Sprite32By32WithTwoFramesIs2898Bytes) {
     hlspr::new_sprite(32, 32, 2, 1);
     document().SpriteHeader.FrameCount = 2;
     document().FrameStore = {indices(Bytes(1024, 1)), indices(Bytes(1024, 2))};
@@ -42,13 +42,13 @@ TEST_F(SpriteFileTest, ANewSpriteOf32By32WithTwoFramesIs2898Bytes) {
     EXPECT_EQ(bytes, expected.bytes());
 }
 
-TEST_F(SpriteFileTest, ASpriteWithoutFramesIsHeaderAndPalette) {
+TEST_F(SpriteFileTest, SpriteWithoutFramesIsHeaderAndPalette) {
     hlspr::new_sprite(32, 32, 2, 1);
     EXPECT_EQ(save_sprite(folder.file("a.spr")), True);
     EXPECT_EQ(read_file(folder.file("a.spr")).size(), 810U) << "the slot of an empty store is no frame";
 }
 
-TEST_F(SpriteFileTest, ALoadedHeaderGoesBackAsItCame) {
+TEST_F(SpriteFileTest, LoadedHeaderIsSavedUnchanged) {
     SpriteFile file = three_frames();
     file.version = 77;
     file.sync_type = -9;
@@ -63,7 +63,7 @@ TEST_F(SpriteFileTest, ALoadedHeaderGoesBackAsItCame) {
     EXPECT_EQ(read_file(folder.file("b.spr")), file.bytes());
 }
 
-TEST_F(SpriteFileTest, FramesGoOutInDisplayOrderEachWithTheLastFramesHeader) {
+TEST_F(SpriteFileTest, FramesAreSavedInDisplayOrderWithTheLastFrameHeader) {
     EXPECT_EQ(load(three_frames()), True);
     document().FrameOrder = {2, 0, 1};
     EXPECT_EQ(save_sprite(folder.file("b.spr")), True);
@@ -72,7 +72,7 @@ TEST_F(SpriteFileTest, FramesGoOutInDisplayOrderEachWithTheLastFramesHeader) {
     EXPECT_EQ(read_file(folder.file("b.spr")), expected.bytes());
 }
 
-TEST_F(SpriteFileTest, SwappedFramesComeBackInTheNewOrderWithTheOrderTheIdentity) {
+TEST_F(SpriteFileTest, SwappedFramesAreLoadedInTheNewOrder) {
     EXPECT_EQ(load(three_frames()), True);
     const PaletteRecord palette = document().Palette;
     const std::vector<ByteArray> store = document().FrameStore;
@@ -86,7 +86,7 @@ TEST_F(SpriteFileTest, SwappedFramesComeBackInTheNewOrderWithTheOrderTheIdentity
     EXPECT_EQ(document().FrameStore, (std::vector<ByteArray>{store[1], store[0], store[2]}));
 }
 
-TEST_F(SpriteFileTest, FramesOfAnotherSizeThanTheHeaderAreWrittenWhole) {
+TEST_F(SpriteFileTest, FramesOfAnotherSizeThanTheHeaderAreSavedWhole) {
     SpriteFile file;
     file.width = 9;
     file.add({1, 2, {1, 2}});
@@ -96,14 +96,14 @@ TEST_F(SpriteFileTest, FramesOfAnotherSizeThanTheHeaderAreWrittenWhole) {
     EXPECT_EQ(read_file(folder.file("b.spr")), file.bytes());
 }
 
-TEST_F(SpriteFileTest, AnOldFileOfTheNameIsReplacedWhole) {
+TEST_F(SpriteFileTest, ExistingFileIsReplaced) {
     const std::string path = folder.write("a.spr", Bytes(5000, 9));
     hlspr::new_sprite(1, 1, 0, 0);
     EXPECT_EQ(save_sprite(path), True);
     EXPECT_EQ(read_file(path).size(), 810U);
 }
 
-TEST_F(SpriteFileTest, AReadOnlyTargetStaysWithTheMessage) {
+TEST_F(SpriteFileTest, ReadOnlyTargetIsKeptAndShowsTheMessage) {
     put_old_sprite();
     const std::string path = folder.write("a.spr", Bytes{1, 2, 3});
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
@@ -112,7 +112,7 @@ TEST_F(SpriteFileTest, AReadOnlyTargetStaysWithTheMessage) {
     EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
 }
 
-TEST_F(SpriteFileTest, AFolderAsTargetStaysWithTheMessage) {
+TEST_F(SpriteFileTest, FolderAsTargetIsKeptAndShowsTheMessage) {
     put_old_sprite();
     std::filesystem::create_directory(folder.file("sub"));
     EXPECT_EQ(save_sprite(folder.file("sub")), False);
@@ -120,7 +120,7 @@ TEST_F(SpriteFileTest, AFolderAsTargetStaysWithTheMessage) {
     EXPECT_TRUE(std::filesystem::is_directory(folder.file("sub")));
 }
 
-TEST_F(SpriteFileTest, ATargetInAMissingFolderIsTheMessage) {
+TEST_F(SpriteFileTest, MissingFolderShowsTheMessage) {
     put_old_sprite();
     EXPECT_EQ(save_sprite(folder.file("missing/a.spr")), False);
     EXPECT_EQ(save_sprite(""), False);
@@ -128,13 +128,13 @@ TEST_F(SpriteFileTest, ATargetInAMissingFolderIsTheMessage) {
     EXPECT_FALSE(std::filesystem::exists(folder.file("missing")));
 }
 
-TEST_F(SpriteFileTest, AFullDiskIsTheMessage) {
+TEST_F(SpriteFileTest, FullDiskShowsTheMessage) {
     put_old_sprite();
     EXPECT_EQ(save_sprite("/dev/full"), False);
     EXPECT_EQ(services.messages, (Texts{saving_failed}));
 }
 
-TEST_F(SpriteFileTest, AFailureAfterTheDeletionLeavesAShortFile) {
+TEST_F(SpriteFileTest, FailureAfterTheDeletionLeavesATruncatedFile) {
     put_old_sprite();
     document().SpriteHeader.FrameCount = 3;
     const std::string path = folder.write("a.spr", Bytes(5000, 9));
@@ -143,7 +143,7 @@ TEST_F(SpriteFileTest, AFailureAfterTheDeletionLeavesAShortFile) {
     EXPECT_EQ(read_file(path).size(), 810U + 20 + 2);
 }
 
-TEST_F(SpriteFileTest, AnOrderThatNamesNoFrameFallsIntoTheTrap) {
+TEST_F(SpriteFileTest, InvalidOrderShowsTheMessage) {
     for (const std::int16_t number : {std::int16_t{1}, std::int16_t{-1}}) {
         put_old_sprite();
         services.messages.clear();
