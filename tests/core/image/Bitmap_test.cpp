@@ -22,7 +22,7 @@ Bytes bytes_of(const Bitmap& bitmap) {
     return {bitmap.bytes().begin(), bitmap.bytes().end()};
 }
 
-TEST(Bitmap, RowsOfASurfaceTakeTheirOwnSizeAndThoseOf24BitsAnEvenOne) {
+TEST(Bitmap, SurfaceRowsArePaddedTo2BytesAt24BitsOnly) {
     EXPECT_EQ(Bitmap(3, 1, 32, Rows::Surface).row_bytes(), 12);
     EXPECT_EQ(Bitmap(3, 1, 24, Rows::Surface).row_bytes(), 10);
     EXPECT_EQ(Bitmap(2, 1, 24, Rows::Surface).row_bytes(), 6);
@@ -32,7 +32,7 @@ TEST(Bitmap, RowsOfASurfaceTakeTheirOwnSizeAndThoseOf24BitsAnEvenOne) {
     EXPECT_EQ(Bitmap(9, 1, 1, Rows::Surface).row_bytes(), 2);
 }
 
-TEST(Bitmap, RowsOfASectionAreRoundedUpTo4Bytes) {
+TEST(Bitmap, SectionRowsArePaddedTo4Bytes) {
     EXPECT_EQ(Bitmap(3, 1, 24, Rows::Section).rows(), Rows::Section);
     EXPECT_EQ(Bitmap(3, 1, 24, Rows::Surface).rows(), Rows::Surface);
     EXPECT_EQ(Bitmap(3, 1, 24, Rows::Section).row_bytes(), 12);
@@ -43,7 +43,7 @@ TEST(Bitmap, RowsOfASectionAreRoundedUpTo4Bytes) {
     EXPECT_EQ(Bitmap(33, 1, 1, Rows::Section).row_bytes(), 8);
 }
 
-TEST(Bitmap, StartsAllZeroWithAColourTableOfItsDepth) {
+TEST(Bitmap, StartsAllZeroWithTheColourTableOfItsDepth) {
     for (const std::int32_t bits : {1, 4, 8, 16, 24, 32}) {
         const Bitmap bitmap(3, 2, bits, Rows::Section);
         EXPECT_TRUE(std::ranges::all_of(bitmap.bytes(), [](std::uint8_t byte) { return byte == 0; }));
@@ -59,12 +59,12 @@ TEST(Bitmap, StartsAllZeroWithAColourTableOfItsDepth) {
     EXPECT_EQ(Bitmap().pixel(0, 0), no_colour);
 }
 
-TEST(Bitmap, ADescriptionOfNothingIsAllZero) {
+TEST(Bitmap, NewDescriptionIsAllZero) {
     using Record = std::array<std::uint8_t, sizeof(BITMAP)>;
     EXPECT_EQ(std::bit_cast<Record>(BITMAP{}), Record{});
 }
 
-TEST(Bitmap, TheDescriptionTellsSizeRowBytesAndDepth) {
+TEST(Bitmap, DescriptionHasSizeRowBytesAndDepth) {
     const BITMAP description = Bitmap(3, 2, 24, Rows::Surface).description();
     EXPECT_EQ(description.bmType, 0);
     EXPECT_EQ(description.bmWidth, 3);
@@ -74,7 +74,7 @@ TEST(Bitmap, TheDescriptionTellsSizeRowBytesAndDepth) {
     EXPECT_EQ(description.bmBitsPixel, 24);
 }
 
-TEST(Bitmap, SizesAndDepthsThatCannotBeAreFailures) {
+TEST(Bitmap, InvalidSizesAndDepthsAreFailures) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
     EXPECT_FAILURE(Bitmap(-1, 1, 32, Rows::Surface), InvalidPropertyValue);
     EXPECT_FAILURE(Bitmap(1, -1, 32, Rows::Surface), InvalidPropertyValue);
@@ -87,7 +87,7 @@ TEST(Bitmap, SizesAndDepthsThatCannotBeAreFailures) {
     EXPECT_EQ(Bitmap(most, 0, 8, Rows::Surface).row_bytes(), most);
 }
 
-TEST(Bitmap, ASurfaceHasItsTopRowFirstAndASectionItsBottomRow) {
+TEST(Bitmap, SurfaceIsTopRowFirstAndSectionBottomRowFirst) {
     Bitmap surface(1, 2, 32, Rows::Surface);
     Bitmap section(1, 2, 32, Rows::Section);
     for (Bitmap* bitmap : {&surface, &section}) {
@@ -100,14 +100,14 @@ TEST(Bitmap, ASurfaceHasItsTopRowFirstAndASectionItsBottomRow) {
     EXPECT_EQ(bytes_of(section), (Bytes{6, 5, 4, 0, 3, 2, 1, 0}));
 }
 
-TEST(Bitmap, PixelsOf24BitsAreBlueGreenRed) {
+TEST(Bitmap, Pixels24BitAreBlueGreenRed) {
     Bitmap bitmap(2, 1, 24, Rows::Section);
     bitmap.set_pixel(1, 0, 0x030201);
     EXPECT_EQ(bytes_of(bitmap), (Bytes{0, 0, 0, 3, 2, 1, 0, 0}));
     EXPECT_EQ(bitmap.pixel(1, 0), 0x030201);
 }
 
-TEST(Bitmap, PixelsOf16BitsHaveFiveBitsAChannelRedUppermost) {
+TEST(Bitmap, Pixels16BitHave5BitsPerChannelRedHighest) {
     Bitmap bitmap(3, 1, 16, Rows::Surface);
     bitmap.set_pixel(0, 0, make_colour(255, 0, 0));
     bitmap.set_pixel(1, 0, make_colour(0, 255, 0));
@@ -119,7 +119,7 @@ TEST(Bitmap, PixelsOf16BitsHaveFiveBitsAChannelRedUppermost) {
     EXPECT_EQ(bitmap.pixel(0, 0), make_colour(255, 0, 0)) << "the uppermost bit is not used";
 }
 
-TEST(Bitmap, FiveBitsWidenByRepeatingTheUpperOnes) {
+TEST(Bitmap, FiveBitsWidenByRepeatingTheHighestBits) {
     EXPECT_EQ(widen_5_bits(0), 0);
     EXPECT_EQ(widen_5_bits(1), 8);
     EXPECT_EQ(widen_5_bits(4), 33);
@@ -127,7 +127,7 @@ TEST(Bitmap, FiveBitsWidenByRepeatingTheUpperOnes) {
     EXPECT_EQ(widen_5_bits(31), 255);
 }
 
-TEST(Bitmap, IndicesArePackedWithTheLeftmostPixelInTheUpperBits) {
+TEST(Bitmap, IndicesArePackedWithTheLeftmostPixelHighest) {
     Bitmap nibbles(3, 1, 4, Rows::Surface);
     for (std::size_t i = 0; i < 16; ++i) {
         nibbles.colour_table()[i] = {0, 0, static_cast<std::uint8_t>(i * 16), 0};
@@ -147,7 +147,7 @@ TEST(Bitmap, IndicesArePackedWithTheLeftmostPixelInTheUpperBits) {
     EXPECT_EQ(bytes_of(bits), (Bytes{0x80, 0x80}));
 }
 
-TEST(Bitmap, APixelWithAColourTableTakesTheNearestEntryTheLowestAmongEquals) {
+TEST(Bitmap, PixelGetsTheNearestEntryLowestOfEqualOnes) {
     Bitmap bitmap(1, 1, 8, Rows::Surface);
     std::ranges::fill(bitmap.colour_table(), RGBQUAD{255, 255, 255, 0});
     bitmap.colour_table()[4] = bitmap.colour_table()[9] = {0, 0, 100, 0};
@@ -156,7 +156,7 @@ TEST(Bitmap, APixelWithAColourTableTakesTheNearestEntryTheLowestAmongEquals) {
     EXPECT_EQ(bitmap.pixel(0, 0), make_colour(100, 0, 0));
 }
 
-TEST(Bitmap, SettingOutsideIsLostAndReadingOutsideIsNoColour) {
+TEST(Bitmap, SettingOutsideIsIgnoredAndReadingGivesNoColour) {
     Bitmap bitmap(2, 2, 24, Rows::Section);
     for (const auto& [x, y] : {std::pair{-1, 0}, {0, -1}, {2, 0}, {0, 2}, {2, 2}}) {
         bitmap.set_pixel(x, y, 0xFFFFFF);
@@ -165,7 +165,7 @@ TEST(Bitmap, SettingOutsideIsLostAndReadingOutsideIsNoColour) {
     EXPECT_EQ(bytes_of(bitmap), Bytes(16));
 }
 
-TEST(Bitmap, FillingGivesEveryPixelOneColourAtEveryDepth) {
+TEST(Bitmap, FillSetsEveryPixelAtEveryDepth) {
     for (const std::int32_t bits : {1, 4, 8, 16, 24, 32}) {
         for (const Rows rows : {Rows::Surface, Rows::Section}) {
             Bitmap bitmap(5, 3, bits, rows);
@@ -184,7 +184,7 @@ TEST(Bitmap, FillingGivesEveryPixelOneColourAtEveryDepth) {
     flat.fill(1);
 }
 
-TEST(Bitmap, ARectangleIsFilledAsIfPixelByPixel) {
+TEST(Bitmap, FillRectangleEqualsPixelByPixel) {
     constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min();
     constexpr std::int32_t greatest = std::numeric_limits<std::int32_t>::max();
     constexpr std::array<std::int32_t, 14> places{least, -1, 0,  1,   5,   6,   7,
@@ -217,7 +217,7 @@ TEST(Bitmap, ARectangleIsFilledAsIfPixelByPixel) {
     }
 }
 
-TEST(Bitmap, RowsOfPixelsGoOutAndInAsTheyAre) {
+TEST(Bitmap, RowsOfPixelsRoundTrip) {
     for (const std::int32_t bits : {1, 4, 8, 16, 24, 32}) {
         Bitmap bitmap(6, 2, bits, Rows::Section);
         for (std::size_t i = 0; i < bitmap.colour_table().size(); ++i) {
@@ -234,7 +234,7 @@ TEST(Bitmap, RowsOfPixelsGoOutAndInAsTheyAre) {
     }
 }
 
-TEST(Bitmap, TheUnusedByteOf32BitsTravelsInRowsAndIsZeroedByASinglePixel) {
+TEST(Bitmap, UnusedByteIsCopiedInRowsAndZeroedBySetPixel) {
     Bitmap bitmap(2, 1, 32, Rows::Surface);
     write_pixels(bitmap, 0, 0, std::vector<RGBQUAD>{{1, 2, 3, 4}, {5, 6, 7, 8}});
     EXPECT_EQ(bytes_of(bitmap), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
@@ -243,7 +243,7 @@ TEST(Bitmap, TheUnusedByteOf32BitsTravelsInRowsAndIsZeroedByASinglePixel) {
     EXPECT_EQ(bytes_of(bitmap), (Bytes{1, 2, 3, 0, 5, 6, 7, 8}));
 }
 
-TEST(Bitmap, ACopyHasPixelsOfItsOwn) {
+TEST(Bitmap, CopyDoesNotSharePixels) {
     Bitmap bitmap(1, 1, 8, Rows::Surface);
     const Bitmap copy = bitmap;
     bitmap.bytes()[0] = 5;
@@ -252,7 +252,7 @@ TEST(Bitmap, ACopyHasPixelsOfItsOwn) {
     EXPECT_EQ(copy.colour_table()[0], RGBQUAD{});
 }
 
-TEST(PackedIndices, EachTakesItsOwnBitsOfTheRow) {
+TEST(PackedIndices, EachIndexChangesOnlyItsOwnBits) {
     Bytes row(2, 0xFF);
     put_packed_index(row.data(), 1, 4, 0);
     EXPECT_EQ(row, (Bytes{0xF0, 0xFF}));

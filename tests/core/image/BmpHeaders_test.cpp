@@ -7,7 +7,7 @@
 namespace varnoth {
 namespace {
 
-TEST(BmpHeaders, NewRecordsAreAllZero) {
+TEST(BmpHeaders, NewHeadersAreAllZero) {
     const BITMAPFILEHEADER file;
     EXPECT_EQ(file.bfType, (std::array<std::uint8_t, 2>{}));
     EXPECT_EQ(file.bfSize, 0);
@@ -18,7 +18,7 @@ TEST(BmpHeaders, NewRecordsAreAllZero) {
     EXPECT_EQ(std::bit_cast<InfoBytes>(BITMAPINFOHEADER{}), InfoBytes{});
 }
 
-TEST(BmpHeaders, TheFileHeaderIsReadAndWrittenFieldByField) {
+TEST(BmpHeaders, FileHeaderFieldsHaveTheirOffsets) {
     const std::array<std::uint8_t, 14> bytes{'B', 'M', 1, 2, 3, 0x84, 5, 0x86, 7, 0x88, 9, 10, 11, 0x8C};
     const auto header = BITMAPFILEHEADER::from_bytes(bytes);
     EXPECT_EQ(header.bfType, (std::array<std::uint8_t, 2>{'B', 'M'}));
@@ -29,7 +29,7 @@ TEST(BmpHeaders, TheFileHeaderIsReadAndWrittenFieldByField) {
     EXPECT_EQ(header.to_bytes(), bytes);
 }
 
-TEST(BmpHeaders, TheInformationHeaderIsReadAndWrittenFieldByField) {
+TEST(BmpHeaders, InformationHeaderFieldsHaveTheirOffsets) {
     std::array<std::uint8_t, 40> bytes{};
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         bytes[i] = static_cast<std::uint8_t>(i + 1);

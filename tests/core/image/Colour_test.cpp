@@ -19,19 +19,19 @@ TEST(Colours, HaveRedInTheLowByte) {
     EXPECT_EQ(blue_of(0x030201), 3);
 }
 
-TEST(Colours, PaletteEntriesHaveBlueFirstAndCompareWithTheirReservedByte) {
+TEST(Colours, PaletteEntriesAreBlueFirstAndCompareAll4Bytes) {
     EXPECT_EQ(quad_of(0x030201), (RGBQUAD{3, 2, 1, 0}));
     EXPECT_EQ(colour_of(RGBQUAD{3, 2, 1, 77}), 0x030201);
     EXPECT_FALSE((RGBQUAD{3, 2, 1, 77}) == (RGBQUAD{3, 2, 1, 0}));
 }
 
-TEST(Colours, APlainColourTranslatesToItselfWithoutItsTopByte) {
+TEST(Colours, PlainColourTranslatesToItselfWithoutItsTopByte) {
     EXPECT_EQ(translate_colour(0x030201), 0x030201);
     EXPECT_EQ(translate_colour(0x02FFFFFF), 0xFFFFFF);
     EXPECT_EQ(translate_colour(0), 0);
 }
 
-TEST(Colours, ASystemColourTranslatesToTheClassicSchemeAndAnUnknownOneToBlack) {
+TEST(Colours, SystemColourTranslatesToTheClassicSchemeOrBlack) {
     EXPECT_EQ(translate_colour(system_colour(5)), 0xFFFFFF) << "window";
     EXPECT_EQ(translate_colour(system_colour(8)), 0) << "window text";
     EXPECT_EQ(translate_colour(system_colour(15)), 0xC8D0D4) << "button face";
@@ -40,7 +40,7 @@ TEST(Colours, ASystemColourTranslatesToTheClassicSchemeAndAnUnknownOneToBlack) {
     EXPECT_EQ(translate_colour(no_colour), 0);
 }
 
-TEST(Colours, NoColourEqualsNone) {
+TEST(Colours, NoColourDiffersFromEveryColour) {
     EXPECT_NE(no_colour, make_colour(255, 255, 255));
     EXPECT_LT(no_colour, 0);
 }

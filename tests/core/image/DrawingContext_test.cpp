@@ -31,7 +31,7 @@ std::int32_t copy(TestSurface& to, const Rectangle& target, TestSurface& from, c
     return stretch_blt(to.hDC(), target, from.hDC(), source, SRCCOPY);
 }
 
-TEST(DrawingContext, StartsWithoutABitmapInTheNearestNeighbourMode) {
+TEST(DrawingContext, StartsWithoutABitmapInNearestNeighbourMode) {
     DrawingContext context;
     EXPECT_EQ(context.bitmap(), nullptr);
     EXPECT_EQ(context.stretch_mode(), COLORONCOLOR);
@@ -40,7 +40,7 @@ TEST(DrawingContext, StartsWithoutABitmapInTheNearestNeighbourMode) {
     EXPECT_EQ(context.stretch_mode(), 1);
 }
 
-TEST(DrawingContext, SelectingGivesBackTheBitmapBefore) {
+TEST(DrawingContext, SelectReturnsThePreviousBitmap) {
     Bitmap first(1, 1, 8, Rows::Surface);
     Bitmap second(1, 1, 8, Rows::Surface);
     DrawingContext context(&first);
@@ -49,7 +49,7 @@ TEST(DrawingContext, SelectingGivesBackTheBitmapBefore) {
     EXPECT_EQ(context.bitmap(), nullptr);
 }
 
-TEST(DrawingContext, CopyingNeedsTwoBitmapsAndTheOneOperation) {
+TEST(DrawingContext, CopyNeedsTwoBitmapsAndSrcCopy) {
     DrawingContext none;
     TestSurface surface(1, 1);
     EXPECT_EQ(bit_blt(none, 0, 0, 1, 1, surface.hDC(), 0, 0, SRCCOPY), 0);
@@ -61,14 +61,14 @@ TEST(DrawingContext, CopyingNeedsTwoBitmapsAndTheOneOperation) {
     EXPECT_EQ(surface.Point(0, 0), 7);
 }
 
-TEST(DrawingContext, ACopyMovesItsRectangleOnly) {
+TEST(DrawingContext, CopyChangesOnlyItsRectangle) {
     const auto source = surface_of(3, 2, {1, 2, 3, 4, 5, 6});
     TestSurface target(3, 3);
     bit_blt(target.hDC(), 1, 1, 2, 1, source->hDC(), 1, 1, SRCCOPY);
     EXPECT_EQ(colours_of(target), (Colours{0, 0, 0, 0, 5, 6, 0, 0, 0}));
 }
 
-TEST(DrawingContext, WhatLiesOutsideEitherBitmapIsLeftAsItIs) {
+TEST(DrawingContext, CopyIsClippedToBothBitmaps) {
     const auto source = surface_of(2, 2, {1, 2, 3, 4});
     const auto target = surface_of(3, 2, {9, 9, 9, 9, 9, 9});
     EXPECT_EQ(bit_blt(target->hDC(), -1, 0, 5, 5, source->hDC(), 0, 0, SRCCOPY), 1);
@@ -80,7 +80,7 @@ TEST(DrawingContext, WhatLiesOutsideEitherBitmapIsLeftAsItIs) {
     EXPECT_EQ(colours_of(*target), (Colours{2, 3, 9, 4, 9, 9}));
 }
 
-TEST(DrawingContext, StretchingTakesTheSourcePixelUnderEachCentre) {
+TEST(DrawingContext, StretchTakesTheSourcePixelUnderEachCentre) {
     const auto source = surface_of(4, 1, {1, 2, 3, 4});
     TestSurface halved(2, 1);
     copy(halved, {0, 0, 2, 1}, *source, {0, 0, 4, 1});
@@ -96,7 +96,7 @@ TEST(DrawingContext, StretchingTakesTheSourcePixelUnderEachCentre) {
     EXPECT_EQ(colours_of(one), (Colours{2}));
 }
 
-TEST(DrawingContext, RowsStretchAsColumnsDoWhicheverWayTheyAreStored) {
+TEST(DrawingContext, RowsStretchLikeColumnsInEitherRowOrder) {
     Bitmap source(1, 4, 32, Rows::Section);
     for (std::int32_t y = 0; y < 4; ++y) {
         source.set_pixel(0, y, y + 1);
@@ -110,7 +110,7 @@ TEST(DrawingContext, RowsStretchAsColumnsDoWhicheverWayTheyAreStored) {
     }
 }
 
-TEST(DrawingContext, ANegativeSideInOneRectangleMirrors) {
+TEST(DrawingContext, NegativeSideInOneRectangleMirrors) {
     const auto source = surface_of(3, 1, {1, 2, 3});
     TestSurface target(3, 1);
     copy(target, {2, 0, -3, 1}, *source, {0, 0, 3, 1});
@@ -121,7 +121,7 @@ TEST(DrawingContext, ANegativeSideInOneRectangleMirrors) {
     EXPECT_EQ(colours_of(target), (Colours{1, 2, 3})) << "in both, nothing is mirrored";
 }
 
-TEST(DrawingContext, ASideOf0DrawsNothing) {
+TEST(DrawingContext, SideOf0DrawsNothing) {
     const auto source = surface_of(1, 1, {5});
     TestSurface target(1, 1);
     EXPECT_EQ(copy(target, {0, 0, 0, 1}, *source, {0, 0, 1, 1}), 1);
@@ -133,7 +133,7 @@ TEST(DrawingContext, ASideOf0DrawsNothing) {
     EXPECT_EQ(target.Point(0, 0), 0);
 }
 
-TEST(DrawingContext, TheWidestRectanglesDoNotOverflow) {
+TEST(DrawingContext, WidestRectanglesDoNotOverflow) {
     constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
     const auto source = surface_of(1, 1, {5});
@@ -145,7 +145,7 @@ TEST(DrawingContext, TheWidestRectanglesDoNotOverflow) {
     EXPECT_EQ(copy(target, {0, 0, 1, 1}, *source, {lowest, lowest, lowest, lowest}), 1);
 }
 
-TEST(DrawingContext, OverlappingCopiesWithinOneBitmapReadWhatWasThereBefore) {
+TEST(DrawingContext, OverlappingCopyReadsTheOldPixels) {
     const auto surface = surface_of(4, 1, {1, 2, 3, 4});
     bit_blt(surface->hDC(), 1, 0, 3, 1, surface->hDC(), 0, 0, SRCCOPY);
     EXPECT_EQ(colours_of(*surface), (Colours{1, 1, 2, 3}));
@@ -154,7 +154,7 @@ TEST(DrawingContext, OverlappingCopiesWithinOneBitmapReadWhatWasThereBefore) {
     EXPECT_EQ(colours_of(*column), (Colours{1, 1, 2}));
 }
 
-TEST(DrawingContext, EqualColourTablesExchangeIndicesAndOthersColours) {
+TEST(DrawingContext, EqualColourTablesCopyIndicesAndOthersColours) {
     Bitmap source(1, 1, 8, Rows::Surface);
     source.bytes()[0] = 7; // black like entry 0
     Bitmap same(1, 1, 8, Rows::Surface);
@@ -168,7 +168,7 @@ TEST(DrawingContext, EqualColourTablesExchangeIndicesAndOthersColours) {
     EXPECT_EQ(other.bytes()[0], 1) << "the first black";
 }
 
-TEST(DrawingContext, The4thByteIsCopiedBetween32BitBitmapsAndZeroFromOtherDepths) {
+TEST(DrawingContext, FourthByteIsCopiedBetween32BitBitmapsElse0) {
     TestSurface target(1, 1);
     TestSurface source(1, 1);
     source.SetBitmapBits(Bytes{1, 2, 3, 4});
@@ -180,7 +180,7 @@ TEST(DrawingContext, The4thByteIsCopiedBetween32BitBitmapsAndZeroFromOtherDepths
 
 // Whole copies
 
-TEST(WholeCopies, HavePixelsOfTheirOwn) {
+TEST(WholeCopies, CopiesDoNotSharePixels) {
     const auto from = surface_of(2, 2, {1, 2, 3, 4});
     TestSurface to(2, 2);
     copy(to, {0, 0, 2, 2}, *from, {0, 0, 2, 2});
@@ -193,7 +193,7 @@ TEST(WholeCopies, HavePixelsOfTheirOwn) {
     EXPECT_EQ(colours_of(to), (Colours{9, 2, 3, 8}));
 }
 
-TEST(WholeCopies, AreNotThoseOfAnotherSizeOrOrderOfRows) {
+TEST(WholeCopies, CopiesKeepTheirSizeAndRowOrder) {
     const auto from = surface_of(2, 2, {1, 2, 3, 4});
     Bitmap section(2, 2, 32, Rows::Section);
     stretch_pixels(section, {0, 0, 2, 2}, from->bitmap(), {0, 0, 2, 2});
@@ -207,7 +207,7 @@ TEST(WholeCopies, AreNotThoseOfAnotherSizeOrOrderOfRows) {
     EXPECT_EQ(colours_of(mirrored), (Colours{2, 1, 4, 3}));
 }
 
-TEST(WholeCopies, WhatIsDrawnOverInPartKeepsTheRest) {
+TEST(WholeCopies, PartialCopyKeepsTheOtherPixels) {
     const auto from = surface_of(2, 2, {1, 2, 3, 4});
     const auto drawn = surface_of(2, 2, {5, 6, 7, 8});
     for (const Rectangle& part : {Rectangle{0, 0, 1, 2}, Rectangle{1, 0, 1, 2}, Rectangle{0, 0, 2, 1},
@@ -227,7 +227,7 @@ TEST(WholeCopies, WhatIsDrawnOverInPartKeepsTheRest) {
     }
 }
 
-TEST(ColourTables, EntriesGoOutAndInAsFarAsTheTableReaches) {
+TEST(ColourTables, EntriesAreClippedToTheTable) {
     Bitmap bitmap(1, 1, 4, Rows::Section);
     DrawingContext context(&bitmap);
     const std::vector<RGBQUAD> entries{{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}};
@@ -245,7 +245,7 @@ TEST(ColourTables, EntriesGoOutAndInAsFarAsTheTableReaches) {
     EXPECT_EQ(set_colour_table(context, -1, entries), 0);
 }
 
-TEST(ColourTables, NoBitmapAndMoreThan8BitsHaveNone) {
+TEST(ColourTables, NoBitmapOrMoreThan8BitsHasNoEntries) {
     std::vector<RGBQUAD> entries(4);
     DrawingContext none;
     EXPECT_EQ(get_colour_table(none, 0, entries), 0);
@@ -360,7 +360,7 @@ TEST_F(StretchProperty, RandomStretchesOfAllDepthsFollowTheFormula) {
     }
 }
 
-TEST_F(StretchProperty, EqualSizesAreAPlainCopyAndShrinkingTakesEveryCentre) {
+TEST_F(StretchProperty, EqualSizesCopyAndShrinkingTakesEveryCentre) {
     for (std::int32_t size = 1; size <= 40; ++size) {
         for (std::int32_t smaller = 1; smaller <= size; ++smaller) {
             Bitmap source(size, 1, 32, Rows::Surface);

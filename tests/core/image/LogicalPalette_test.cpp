@@ -37,7 +37,7 @@ LOGPALETTE palette_of(const std::vector<PALETTEENTRY>& entries) {
     return record;
 }
 
-TEST(LogicalPalette, ANewRecordHasItsVersionAndNothingElse) {
+TEST(LogicalPalette, NewRecordHasItsVersionOnly) {
     const LOGPALETTE record;
     EXPECT_EQ(record.palVersion, 768);
     EXPECT_EQ(record.palNumEntries, 0);
@@ -46,24 +46,24 @@ TEST(LogicalPalette, ANewRecordHasItsVersionAndNothingElse) {
     }
 }
 
-TEST(LogicalPalette, OfEquallyNearEntriesTheLowestIndexIsTheAnswer) {
+TEST(LogicalPalette, LowestIndexOfEquallyNearEntriesIsFound) {
     const LogicalPalette palette(palette_of({{0, 0, 10, 0}, {0, 0, 20, 0}, {0, 0, 20, 0}, {0, 0, 10, 0}}));
     EXPECT_EQ(palette.GetNearestPaletteIndex(make_colour(0, 0, 20)), 1);
     EXPECT_EQ(palette.GetNearestPaletteIndex(make_colour(0, 0, 15)), 0) << "half way";
     EXPECT_EQ(palette.GetNearestPaletteIndex(make_colour(0, 0, 16)), 1);
 }
 
-TEST(LogicalPalette, TheDistanceIsSquaredEuclideanOverAllThreeChannels) {
+TEST(LogicalPalette, DistanceIsSquaredEuclidean) {
     const LogicalPalette palette(palette_of({{30, 0, 0, 0}, {16, 16, 16, 0}}));
     EXPECT_EQ(palette.GetNearestPaletteIndex(0), 1) << "768 against 900, while the sums are 48 against 30";
 }
 
-TEST(LogicalPalette, FlagsPlayNoPart) {
+TEST(LogicalPalette, FlagsAreIgnored) {
     const LogicalPalette palette(palette_of({{9, 9, 9, 255}, {8, 8, 8, 0}}));
     EXPECT_EQ(palette.GetNearestPaletteIndex(make_colour(9, 9, 9)), 0);
 }
 
-TEST(LogicalPalette, EntriesBehindTheCountAreNotSearched) {
+TEST(LogicalPalette, EntriesBeyondTheCountAreNotSearched) {
     LOGPALETTE record = palette_of({{0, 0, 0, 0}, {255, 255, 255, 0}});
     record.palNumEntries = 1;
     const LogicalPalette palette(record);
@@ -71,14 +71,14 @@ TEST(LogicalPalette, EntriesBehindTheCountAreNotSearched) {
     EXPECT_EQ(palette.GetNearestPaletteIndex(0xFFFFFF), 0);
 }
 
-TEST(LogicalPalette, TheFarthestColoursStillCompareRight) {
+TEST(LogicalPalette, FarthestColoursCompareCorrectly) {
     std::vector<PALETTEENTRY> entries(256, {255, 255, 255, 0});
     EXPECT_EQ(LogicalPalette(palette_of(entries)).GetNearestPaletteIndex(0), 0);
     entries[255] = {254, 255, 255, 0};
     EXPECT_EQ(LogicalPalette(palette_of(entries)).GetNearestPaletteIndex(0), 255);
 }
 
-TEST(LogicalPalette, AnotherVersionOrACountOutside1To256IsAFailure) {
+TEST(LogicalPalette, OtherVersionOrCountOutside1To256IsAFailure) {
     LOGPALETTE record = palette_of({{1, 2, 3, 0}});
     record.palVersion = 0x301;
     EXPECT_FAILURE(LogicalPalette(record), InvalidPropertyValue);
@@ -91,7 +91,7 @@ TEST(LogicalPalette, AnotherVersionOrACountOutside1To256IsAFailure) {
     EXPECT_EQ(LogicalPalette(record).size(), 256);
 }
 
-TEST(LogicalPalette, AnswersAsThePlainSearchOverRandomPalettesWithDuplicatesAndTies) {
+TEST(LogicalPalette, RandomPalettesMatchTheReferenceSearch) {
     std::mt19937 random(7);
     for (int round = 0; round < 2000; ++round) {
         // Few bits a channel make duplicates and ties the rule.
@@ -117,7 +117,7 @@ TEST(LogicalPalette, AnswersAsThePlainSearchOverRandomPalettesWithDuplicatesAndT
     }
 }
 
-TEST(NearestEntry, OfNoEntriesIs0) {
+TEST(NearestEntry, NoEntriesGiveIndex0) {
     EXPECT_EQ(nearest_entry({}, {1, 2, 3, 0}), 0U);
 }
 

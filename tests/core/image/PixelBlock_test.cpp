@@ -21,13 +21,13 @@ PixelBlock block_of(const PictureSurface& surface) {
     return block;
 }
 
-TEST(PixelBlock, ANewBlockHasNoElements) {
+TEST(PixelBlock, NewBlockHasNoElements) {
     const PixelBlock block;
     EXPECT_FAILURE(block.at(0, 0, 0), SubscriptOutOfRange);
     EXPECT_FAILURE(block.row(0), SubscriptOutOfRange);
 }
 
-TEST(PixelBlock, HasFourChannelsAt32BitsWithBlueFirst) {
+TEST(PixelBlock, Block32BitHasFourChannelsBlueFirst) {
     const PixelBlock block = block_of(*surface_of(2, 2, {0x030201, 0x131211, 0x232221, 0x333231}));
     EXPECT_EQ(block.channels(), 4);
     EXPECT_EQ(block.at(0, 0, 0), 3);
@@ -38,7 +38,7 @@ TEST(PixelBlock, HasFourChannelsAt32BitsWithBlueFirst) {
     EXPECT_EQ(block.pixel(1, 1)[2], 0x31);
 }
 
-TEST(PixelBlock, EachIndexIsHeldToItsOwnBound) {
+TEST(PixelBlock, EachIndexIsCheckedAgainstItsOwnBound) {
     const PixelBlock block = block_of(TestSurface(3, 2));
     EXPECT_FAILURE(block.at(4, 0, 0), SubscriptOutOfRange);
     EXPECT_FAILURE(block.at(-1, 0, 0), SubscriptOutOfRange);
@@ -50,14 +50,14 @@ TEST(PixelBlock, EachIndexIsHeldToItsOwnBound) {
     EXPECT_EQ(block.at(3, 2, 1), 0);
 }
 
-TEST(PixelBlock, A24BitPictureOnePixelWideHasFourChannels) {
+TEST(PixelBlock, Picture24BitOnePixelWideHasFourChannels) {
     const PixelBlock block = block_of(*surface_of(1, 2, {0x030201, 0x060504}, 24));
     EXPECT_EQ(block.channels(), 4);
     EXPECT_EQ(block.at(2, 0, 1), 4);
     EXPECT_EQ(block.at(0, 0, 1), 6);
 }
 
-TEST(PixelBlock, A24BitPictureOfOddWidthSkewsByItsPaddingBytes) {
+TEST(PixelBlock, Picture24BitOfOddWidthIsSkewedByItsPadding) {
     const std::vector<Colour> colours{0x030201, 0x060504, 0x090807, 0x131211, 0x161514, 0x191817};
     const PixelBlock block = block_of(*surface_of(3, 2, colours, 24));
     EXPECT_EQ(block.channels(), 3);
@@ -66,7 +66,7 @@ TEST(PixelBlock, A24BitPictureOfOddWidthSkewsByItsPaddingBytes) {
     EXPECT_EQ(block.at(2, 2, 1), 0x18) << "the last byte of the picture has no place";
 }
 
-TEST(PixelBlock, TheChannelBoundRoundsTiesToEven) {
+TEST(PixelBlock, ChannelBoundRoundsTiesToEven) {
     PixelBlock block;
     block.size_for({0, 2, 1, 5, 1, 24, 0}); // 5 / 2 - 1 = 1.5, to 2
     EXPECT_EQ(block.channels(), 3);
@@ -74,7 +74,7 @@ TEST(PixelBlock, TheChannelBoundRoundsTiesToEven) {
     EXPECT_EQ(block.channels(), 3);
 }
 
-TEST(PixelBlock, WidthZeroDividesByZeroAndHeightZeroHasNoBounds) {
+TEST(PixelBlock, Width0DividesByZeroAndHeight0IsASubscriptFailure) {
     PixelBlock block = block_of(TestSurface(2, 2));
     EXPECT_FAILURE(block.size_for(TestSurface(0, 3).description()), DivisionByZero);
     EXPECT_FAILURE(block.size_for(TestSurface(3, 0).description()), SubscriptOutOfRange);
@@ -83,13 +83,13 @@ TEST(PixelBlock, WidthZeroDividesByZeroAndHeightZeroHasNoBounds) {
     EXPECT_EQ(block.height(), 2);
 }
 
-TEST(PixelBlock, SidesBelowZeroHaveNoBounds) {
+TEST(PixelBlock, NegativeSidesAreASubscriptFailure) {
     PixelBlock block;
     EXPECT_FAILURE(block.size_for({0, -1, 4, -4, 1, 32, 0}), SubscriptOutOfRange);
     EXPECT_FAILURE(block.size_for({0, 1, -4, 4, 1, 32, 0}), SubscriptOutOfRange);
 }
 
-TEST(PixelBlock, SizingStartsFromZeroAndShrinkingLeavesOneZeroElement) {
+TEST(PixelBlock, SizeForZeroesAndShrinkLeavesOneZeroElement) {
     const auto surface = surface_of(2, 1, {0xFFFFFF, 0xFFFFFF});
     PixelBlock block = block_of(*surface);
     block.size_for(surface->description());
@@ -102,7 +102,7 @@ TEST(PixelBlock, SizingStartsFromZeroAndShrinkingLeavesOneZeroElement) {
     EXPECT_FAILURE(block.at(0, 1, 0), SubscriptOutOfRange);
 }
 
-TEST(PixelBlock, AShrunkBlockHasNothingBesideItsOneElement) {
+TEST(PixelBlock, ShrunkBlockHasOnlyOneElement) {
     PixelBlock block;
     block.shrink();
     EXPECT_EQ(block.channels(), 1);
@@ -113,7 +113,7 @@ TEST(PixelBlock, AShrunkBlockHasNothingBesideItsOneElement) {
     EXPECT_FAILURE(block.at(0, 0, 1), SubscriptOutOfRange);
 }
 
-TEST(PixelBlock, MovesNoMoreBytesThanBothSidesHave) {
+TEST(PixelBlock, CopiesNoMoreBytesThanBothSidesHave) {
     const auto surface = surface_of(2, 1, {0x010203, 0x040506});
     PixelBlock block;
     block.shrink();
@@ -128,7 +128,7 @@ TEST(PixelBlock, MovesNoMoreBytesThanBothSidesHave) {
     EXPECT_EQ(large.at(0, 2, 0), 0);
 }
 
-TEST(PixelBlock, KeepsWhatItReadWhateverIsDrawnOnTheSurface) {
+TEST(PixelBlock, BlockDoesNotChangeWithTheSurface) {
     const auto surface = surface_of(2, 1, {0x010203, 0x040506});
     const PixelBlock block = block_of(*surface);
     surface->PSet(0, 0, 0x070809);
@@ -138,7 +138,7 @@ TEST(PixelBlock, KeepsWhatItReadWhateverIsDrawnOnTheSurface) {
     EXPECT_EQ(colours_of(*surface), (std::vector<Colour>{0x070809, 0x040506}));
 }
 
-TEST(PixelBlock, ABlockThatIsWrittenBackStaysItsOwn) {
+TEST(PixelBlock, SurfaceDoesNotChangeWithTheBlock) {
     const auto surface = surface_of(2, 1, {0x010203, 0x040506});
     PixelBlock block = block_of(*surface);
     block.row(0)[0] = 9;

@@ -69,7 +69,7 @@ TEST(PictureFilters, NegativeIs255MinusEachChannel) {
     EXPECT_EQ(result, (Colours{rgb(255, 254, 253), rgb(0, 127, 155)}));
 }
 
-TEST(PictureFilters, NegativeTwiceGivesThePictureBack) {
+TEST(PictureFilters, NegativeTwiceRestoresThePicture) {
     for (const std::int32_t bits : {24, 32}) {
         const auto picture = test::random_surface(6, 5, test::Character::Noise, 2, bits);
         const Colours before = colours_of(*picture);
@@ -81,19 +81,19 @@ TEST(PictureFilters, NegativeTwiceGivesThePictureBack) {
     }
 }
 
-TEST(PictureFilters, FlipVerticalTurnsTheRowsRound) {
+TEST(PictureFilters, FlipVerticalReversesTheRows) {
     const auto picture = surface_of(2, 3, {1, 2, 3, 4, 5, 6});
     EXPECT_TRUE(ProcessPicture1().Flip_Picture_Vertical(*picture));
     EXPECT_EQ(colours_of(*picture), (Colours{5, 6, 3, 4, 1, 2}));
 }
 
-TEST(PictureFilters, FlipHorizontalTurnsTheColumnsRound) {
+TEST(PictureFilters, FlipHorizontalReversesTheColumns) {
     const auto picture = surface_of(3, 2, {1, 2, 3, 4, 5, 6});
     EXPECT_TRUE(ProcessPicture1().Flip_Picture_Horizontal(*picture));
     EXPECT_EQ(colours_of(*picture), (Colours{3, 2, 1, 6, 5, 4}));
 }
 
-TEST(PictureFilters, FlipVerticalOfOneRowAndFlipHorizontalOfOneColumnChangeNothing) {
+TEST(PictureFilters, FlippingOneRowOrColumnChangesNothing) {
     const auto row = surface_of(3, 1, {1, 2, 3});
     EXPECT_TRUE(ProcessPicture1().Flip_Picture_Vertical(*row));
     EXPECT_EQ(colours_of(*row), (Colours{1, 2, 3}));
@@ -104,7 +104,7 @@ TEST(PictureFilters, FlipVerticalOfOneRowAndFlipHorizontalOfOneColumnChangeNothi
     }
 }
 
-TEST(PictureFilters, TheChannelOrdersNameWhatRedGreenAndBlueBecome) {
+TEST(PictureFilters, ChannelOrdersNameTheSourcesOfRedGreenAndBlue) {
     const Colours in{rgb(10, 20, 30)};
     EXPECT_EQ(filtered(in, [](auto& t, auto& p) { return t.Change_RGB_to_BGR(p); }),
               Colours{rgb(30, 20, 10)});
@@ -118,7 +118,7 @@ TEST(PictureFilters, TheChannelOrdersNameWhatRedGreenAndBlueBecome) {
               Colours{rgb(10, 30, 20)});
 }
 
-TEST(PictureFilters, GreyOfPureRedIs57OfGreen180OfBlue18AndOfWhite255) {
+TEST(PictureFilters, GreyOfRedIs57OfGreen180OfBlue18AndOfWhite255) {
     EXPECT_EQ(greyed({rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255), rgb(255, 255, 255), 0}),
               (Colours{grey(57), grey(180), grey(18), grey(255), 0}));
 }
@@ -132,7 +132,7 @@ TEST(PictureFilters, GreyAddsBlueLastAndRoundsExactHalvesToEven) {
     EXPECT_EQ(greyed({rgb(250, 0, 0), rgb(25, 50, 50)}), (Colours{grey(56), grey(44)}));
 }
 
-TEST(PictureFilters, GreyIsTheWeightedSumToTheNearestWhereverThatIsNoHalf) {
+TEST(PictureFilters, GreyIsTheRoundedWeightedSum) {
     // In thousandths the sums are whole numbers, so the nearest level can be told without a real number.
     Colours colours;
     Colours expected;
@@ -150,7 +150,7 @@ TEST(PictureFilters, GreyIsTheWeightedSumToTheNearestWhereverThatIsNoHalf) {
     EXPECT_EQ(greyed(colours), expected);
 }
 
-TEST(PictureFilters, GreyStaysWithinItsRangeForGreys) {
+TEST(PictureFilters, GreyOfGreysStaysInRange) {
     Colours greys(256);
     for (int i = 0; i < 256; ++i) {
         greys[static_cast<std::size_t>(i)] = grey(i);
@@ -158,14 +158,14 @@ TEST(PictureFilters, GreyStaysWithinItsRangeForGreys) {
     EXPECT_EQ(greyed(greys), greys);
 }
 
-TEST(PictureFilters, GreyWithAllFlagsFalseIsTheSameAsPlainGrey) {
+TEST(PictureFilters, GreyWithAllFlagsFalseIsPlainGrey) {
     const Colours colours = test::random_colours(5000, 100, test::Character::Noise, 6);
     EXPECT_EQ(greyed_but(colours, false, false, false), greyed(colours));
     const Colours pure{rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255)};
     EXPECT_EQ(greyed_but(pure, false, false, false), greyed(pure));
 }
 
-TEST(PictureFilters, EachFlagKeepsItsOwnPureColourOnly) {
+TEST(PictureFilters, EachFlagKeepsOnlyItsPureColour) {
     const Colours colours{rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255), rgb(254, 0, 0), rgb(255, 255, 0)};
     const Colours plain = greyed(colours);
     EXPECT_EQ(greyed_but(colours, true, false, false),
@@ -178,23 +178,23 @@ TEST(PictureFilters, EachFlagKeepsItsOwnPureColourOnly) {
               (Colours{colours[0], colours[1], colours[2], plain[3], plain[4]}));
 }
 
-TEST(PictureFilters, AShiftOf0LeavesThePictureAsItIs) {
+TEST(PictureFilters, ShiftOf0ChangesNothing) {
     const Colours colours = test::random_colours(500, 100, test::Character::Noise, 8);
     EXPECT_EQ(shifted(colours, 0, 0, 0), colours);
 }
 
-TEST(PictureFilters, AShiftOf300MakesRed255Everywhere) {
+TEST(PictureFilters, ShiftOf300MakesRed255Everywhere) {
     EXPECT_EQ(shifted({rgb(0, 1, 2), rgb(255, 100, 200)}, 300, 0, 0),
               (Colours{rgb(255, 1, 2), rgb(255, 100, 200)}));
 }
 
-TEST(PictureFilters, AShiftClampsEachChannelByItself) {
+TEST(PictureFilters, ShiftClampsEachChannelSeparately) {
     EXPECT_EQ(shifted({rgb(10, 20, 30), rgb(250, 1, 5)}, 6, -2, -6),
               (Colours{rgb(16, 18, 24), rgb(255, 0, 0)}));
     EXPECT_EQ(shifted({rgb(10, 20, 30)}, -32768, -10, -32768), (Colours{rgb(0, 10, 0)}));
 }
 
-TEST(PictureFilters, AShiftSumBeyond16BitsIsAnOverflowAndThePictureStays) {
+TEST(PictureFilters, ShiftBeyond16BitsOverflowsAndKeepsThePicture) {
     EXPECT_EQ(shifted({rgb(0, 0, 0)}, 32767, 32767, 32767), Colours{rgb(255, 255, 255)});
     const auto picture = surface_of(2, 1, {rgb(5, 5, 5), rgb(5, 1, 5)});
     EXPECT_FAILURE(ProcessPicture1().Make_ColorShift(*picture, 0, 32764, 0), Overflow);
@@ -202,23 +202,23 @@ TEST(PictureFilters, AShiftSumBeyond16BitsIsAnOverflowAndThePictureStays) {
     EXPECT_EQ(colours_of(*picture), (Colours{rgb(5, 5, 5), rgb(5, 1, 5)}));
 }
 
-TEST(PictureFilters, ABypassFromAColourToItselfLeavesItAloneWhileOthersShift) {
+TEST(PictureFilters, BypassToTheSameColourKeepsItWhileOthersShift) {
     const Colour kept = rgb(1, 2, 3);
     EXPECT_EQ(bypassed({kept, rgb(1, 2, 40), kept}, kept, kept), (Colours{kept, rgb(11, 22, 10), kept}));
 }
 
-TEST(PictureFilters, ABypassedColourBecomesExactlyTheOther) {
+TEST(PictureFilters, BypassedColourBecomesExactlyTheOther) {
     EXPECT_EQ(bypassed({rgb(1, 2, 3), rgb(250, 250, 10)}, rgb(1, 2, 3), rgb(9, 255, 0)),
               (Colours{rgb(9, 255, 0), rgb(255, 255, 0)}));
 }
 
-TEST(PictureFilters, ABypassReachesEveryPlainColour) {
+TEST(PictureFilters, BypassWorksForEveryPlainColour) {
     for (const Colour to : {0, 0xFF, 0x100, 0xFF00, 0xFFFF, 0x10000, 0xFF0000, 0xFFFF00, 0xFFFFFF}) {
         EXPECT_EQ(bypassed({7}, 7, to), Colours{to});
     }
 }
 
-TEST(PictureFilters, ABypassToWhatIsNoPlainColourIsAnOverflowWhenTheColourIsMet) {
+TEST(PictureFilters, BypassToANonPlainColourOverflowsIfItIsUsed) {
     const auto picture = surface_of(2, 1, {7, 8});
     for (const Colour bad :
          {0x1000000, -1, -256, -65536, -0x1000000, 0x7FFFFFFF, std::int32_t{-0x7FFFFFFF - 1}}) {
@@ -228,7 +228,7 @@ TEST(PictureFilters, ABypassToWhatIsNoPlainColourIsAnOverflowWhenTheColourIsMet)
     }
 }
 
-TEST(PictureFilters, BlaBlaBrightensAndTakesTheBlueFromGreys) {
+TEST(PictureFilters, BlaBlaBrightensAndRemovesTheBlueOfGreys) {
     const auto blabla = [](auto& toolbox, auto& picture) { return toolbox.Make_BlaBla(picture); };
     EXPECT_EQ(filtered({rgb(255, 255, 255), rgb(0, 0, 0), rgb(200, 0, 0)}, blabla),
               (Colours{rgb(255, 255, 0), rgb(50, 50, 0), rgb(250, 50, 50)}));
@@ -246,7 +246,7 @@ TEST(PictureFilters, FiltersDoNotYield) {
     EXPECT_EQ(services.yields, 0);
 }
 
-TEST(PictureFilters, At24BitsAndOddWidthsPixelsAreTakenWhereTheLinearCopyPutsThem) {
+TEST(PictureFilters, Picture24BitOfOddWidthIsFilteredAsCopiedLinearly) {
     // Rows of 9 bytes in the buffer, of 10 in the bitmap: the padding byte between the rows is blue of the
     // second row's first pixel, and the picture's last byte is out of reach.
     const auto picture = surface_of(3, 2, Colours(6, rgb(30, 20, 10)), 24);

@@ -19,7 +19,7 @@ using test::series;
 using test::surface_of;
 using test::TestSurface;
 
-TEST(ProcessPicture1, TwoOperationsOnSameSizedPicturesDoNotReadTheDescriptionAgain) {
+TEST(ProcessPicture1, SameSizeDoesNotReadTheDescriptionAgain) {
     ProcessPicture1 toolbox;
     EXPECT_EQ(toolbox.SrcInfo().bmWidth, -1);
     EXPECT_EQ(toolbox.SrcInfo().bmHeight, -1);
@@ -64,7 +64,7 @@ const std::vector<Operation>& all_operations() {
     return operations;
 }
 
-TEST(ProcessPicture1, APictureOf16BitsIsFalseForEveryOperationAndStaysAsItWas) {
+TEST(ProcessPicture1, Picture16BitIsRejectedByEveryOperation) {
     for (std::size_t i = 0; i < all_operations().size(); ++i) {
         const auto picture = surface_of(2, 1, {0x0000FF, 0xFFFFFF}, 16);
         int shown = 0;
@@ -77,7 +77,7 @@ TEST(ProcessPicture1, APictureOf16BitsIsFalseForEveryOperationAndStaysAsItWas) {
     }
 }
 
-TEST(ProcessPicture1, APictureOfTheSizeThatWasRefusedMeetsOneElementAndIsASubscriptFailure) {
+TEST(ProcessPicture1, PictureOfTheRejectedSizeIsASubscriptFailure) {
     for (std::size_t i = 0; i < all_operations().size(); ++i) {
         ProcessPicture1 toolbox;
         TestSurface refused(2, 2, 16);
@@ -90,7 +90,7 @@ TEST(ProcessPicture1, APictureOfTheSizeThatWasRefusedMeetsOneElementAndIsASubscr
     }
 }
 
-TEST(ProcessPicture1, AfterTheBitsAreDestroyedOnlyAnotherSizeWorks) {
+TEST(ProcessPicture1, OnlyAnotherSizeWorksAfterDestroyTheBits) {
     for (std::size_t i = 0; i < all_operations().size(); ++i) {
         ProcessPicture1 toolbox;
         TestSurface picture(2, 2);
@@ -104,7 +104,7 @@ TEST(ProcessPicture1, AfterTheBitsAreDestroyedOnlyAnotherSizeWorks) {
     }
 }
 
-TEST(ProcessPicture1, APictureWithoutWidthOrHeightIsAFailure) {
+TEST(ProcessPicture1, PictureWithoutWidthOrHeightIsAFailure) {
     for (std::size_t i = 0; i < all_operations().size(); ++i) {
         TestSurface no_width(0, 3);
         TestSurface no_height(3, 0);
@@ -116,7 +116,7 @@ TEST(ProcessPicture1, APictureWithoutWidthOrHeightIsAFailure) {
     }
 }
 
-TEST(ProcessPicture1, EveryOperationStandsEveryMixtureOfSizesAndDepths) {
+TEST(ProcessPicture1, EveryOperationHandlesMixedSizesAndDepths) {
     std::mt19937 random(9);
     ProcessPicture1 toolbox;
     for (int i = 0; i < 3000; ++i) {
@@ -135,7 +135,7 @@ TEST(ProcessPicture1, EveryOperationStandsEveryMixtureOfSizesAndDepths) {
     }
 }
 
-TEST(ProcessPicture1, CopyBetweenDifferentSizesIsFalseAndChangesNothing) {
+TEST(ProcessPicture1, CopyBetweenDifferentSizesFailsWithoutAChange) {
     const auto from = surface_of(2, 1, {1, 2});
     const auto wider = surface_of(3, 1, {7, 8, 9});
     const auto higher = surface_of(2, 2, {7, 8, 9, 10});
@@ -147,7 +147,7 @@ TEST(ProcessPicture1, CopyBetweenDifferentSizesIsFalseAndChangesNothing) {
     EXPECT_EQ(toolbox.SrcInfo().bmWidth, -1) << "nothing was prepared";
 }
 
-TEST(ProcessPicture1, CopyTakesTheColoursOverAndShowsThem) {
+TEST(ProcessPicture1, CopyCopiesTheColoursAndRefreshes) {
     for (const std::int32_t bits : {24, 32}) {
         const auto from = surface_of(2, 2, {0x010203, 0x040506, 0x070809, 0x0A0B0C}, bits);
         TestSurface to(2, 2, bits);
@@ -159,7 +159,7 @@ TEST(ProcessPicture1, CopyTakesTheColoursOverAndShowsThem) {
     }
 }
 
-TEST(ProcessPicture1, CopyAt24BitsAndOddWidthLosesTheBytesThatTheBufferHasNoPlaceFor) {
+TEST(ProcessPicture1, CopyAt24BitsAndOddWidthLosesTheLastBytes) {
     const auto from = surface_of(3, 2, {0x010101, 0x020202, 0x030303, 0x040404, 0x050505, 0x060606}, 24);
     TestSurface to(3, 2, 24);
     EXPECT_TRUE(ProcessPicture1().Copy_Picture(*from, to));
@@ -168,7 +168,7 @@ TEST(ProcessPicture1, CopyAt24BitsAndOddWidthLosesTheBytesThatTheBufferHasNoPlac
         << "the red of the last pixel";
 }
 
-TEST(ProcessPicture1, TheFourthByteOfAPixelIsNeverWrittenSoItIs0) {
+TEST(ProcessPicture1, FourthByteOfAPixelIs0) {
     for (std::size_t i = 0; i < all_operations().size(); ++i) {
         TestSurface picture(2, 1);
         picture.SetBitmapBits(std::vector<std::uint8_t>{1, 2, 3, 99, 4, 5, 6, 99});
@@ -180,7 +180,7 @@ TEST(ProcessPicture1, TheFourthByteOfAPixelIsNeverWrittenSoItIs0) {
     }
 }
 
-TEST(ProcessPicture1, ThePaletteGoesOutAndInWhole) {
+TEST(ProcessPicture1, PaletteRoundTrips) {
     ProcessPicture1 toolbox;
     toolbox.set_palette(series(256, -5));
     std::vector<Colour> out(300, 1);
@@ -189,7 +189,7 @@ TEST(ProcessPicture1, ThePaletteGoesOutAndInWhole) {
     EXPECT_EQ(out[256], 1);
 }
 
-TEST(ProcessPicture1, AnArrayOfFewerThan256FailsBehindItsEndAndTheEntriesBeforeAreCopied) {
+TEST(ProcessPicture1, TooShortArrayFailsAfterItsEntriesAreCopied) {
     ProcessPicture1 toolbox;
     toolbox.init_pal(3);
     std::vector<Colour> few(255, 1);
@@ -202,13 +202,13 @@ TEST(ProcessPicture1, AnArrayOfFewerThan256FailsBehindItsEndAndTheEntriesBeforeA
     EXPECT_FAILURE(toolbox.get_palette({}), SubscriptOutOfRange);
 }
 
-TEST(ProcessPicture1, InitPalGivesAllEntriesTheColour) {
+TEST(ProcessPicture1, InitPalSetsAllEntries) {
     ProcessPicture1 toolbox;
     toolbox.init_pal(0x123456);
     EXPECT_TRUE(std::ranges::equal(toolbox.ColorList(), std::vector<Colour>(256, 0x123456)));
 }
 
-TEST(ProcessPicture1, ThePaletteIsDrawnAs16By16CellsOf10PixelsAlongRows) {
+TEST(ProcessPicture1, PaletteIsDrawnAs16By16CellsOf10Pixels) {
     ProcessPicture1 toolbox;
     toolbox.set_palette(series(256, 1));
     TestSurface chart(162, 161, 32, 0, 0xFFFFFF);

@@ -33,17 +33,17 @@ std::vector<Colour> list_of(const ProcessPicture1& toolbox) {
     return {toolbox.ColorList().begin(), toolbox.ColorList().end()};
 }
 
-TEST(ProcessPicture1, A256ColoursWithoutBlackAreNotMoreThan256AndOneMoreIs) {
+TEST(ProcessPicture1, Only257ColoursWithoutBlackAreMoreThan256) {
     EXPECT_FALSE(ProcessPicture1().is_more_than_256(*picture_of_colours(256)));
     EXPECT_TRUE(ProcessPicture1().is_more_than_256(*picture_of_colours(257)));
 }
 
-TEST(ProcessPicture1, BlackBeforeTheListIsFullTakesNoPlaceInANewObject) {
+TEST(ProcessPicture1, BlackTakesNoEntryInANewList) {
     const auto picture = picture_of_colours(257, 0); // black first, then 256 others
     EXPECT_FALSE(ProcessPicture1().is_more_than_256(*picture));
 }
 
-TEST(ProcessPicture1, BlackBehindAFullListCountsAtEachPixel) {
+TEST(ProcessPicture1, BlackAfterAFullListCountsPerPixel) {
     const auto picture = picture_of_colours(272);
     for (std::int32_t x = 0; x < 16; ++x) {
         picture->PSet(x, 16, 0);
@@ -51,7 +51,7 @@ TEST(ProcessPicture1, BlackBehindAFullListCountsAtEachPixel) {
     EXPECT_TRUE(ProcessPicture1().is_more_than_256(*picture));
 }
 
-TEST(ProcessPicture1, AOneColourBlackPictureLeavesTheListAllZeroAndEmpty) {
+TEST(ProcessPicture1, BlackPictureLeavesTheListEmpty) {
     ProcessPicture1 toolbox;
     EXPECT_FALSE(toolbox.is_more_than_256(TestSurface(3, 3)));
     EXPECT_EQ(list_of(toolbox), std::vector<Colour>(256, 0));
@@ -60,7 +60,7 @@ TEST(ProcessPicture1, AOneColourBlackPictureLeavesTheListAllZeroAndEmpty) {
     EXPECT_EQ(toolbox.ColorList()[0], 7);
 }
 
-TEST(ProcessPicture1, ALaterScanSkipsTheColourThatAnEarlierOneLeftInTheEntryAboutToBeFilled) {
+TEST(ProcessPicture1, ScanSkipsTheStaleColourInTheNextEntry) {
     ProcessPicture1 toolbox;
     toolbox.is_more_than_256(*surface_of(3, 1, {10, 20, 30}));
     // 20 stands in the entry that the second colour would take, so it takes none; 40 then overwrites it.
@@ -69,7 +69,7 @@ TEST(ProcessPicture1, ALaterScanSkipsTheColourThatAnEarlierOneLeftInTheEntryAbou
               (std::vector<Colour>{50, 40, 30, 0}));
 }
 
-TEST(ProcessPicture1, AStaleEntryLetsAPictureOf257ColoursPassForSmall) {
+TEST(ProcessPicture1, StaleEntryHidesOneOf257Colours) {
     ProcessPicture1 toolbox;
     EXPECT_FALSE(toolbox.is_more_than_256(*picture_of_colours(256)));
     const auto picture = picture_of_colours(257, 1000);
@@ -79,7 +79,7 @@ TEST(ProcessPicture1, AStaleEntryLetsAPictureOf257ColoursPassForSmall) {
     EXPECT_FALSE(toolbox.is_more_than_256(*picture));
 }
 
-TEST(ProcessPicture1, APictureOfTooFewBitsLeavesOneElementInBothBuffers) {
+TEST(ProcessPicture1, TooFewBitsLeaveOneElementInBothBuffers) {
     ProcessPicture1 toolbox;
     EXPECT_FALSE(toolbox.is_greyscale(*surface_of(2, 1, {1, 2})));
     EXPECT_EQ(toolbox.SrcBits().bytes().size(), 8U);
@@ -91,7 +91,7 @@ TEST(ProcessPicture1, APictureOfTooFewBitsLeavesOneElementInBothBuffers) {
     EXPECT_EQ(toolbox.SrcInfo().bmWidth, 3);
 }
 
-TEST(ProcessPicture1, MissesCountPerPixelOnceTheListIsFull) {
+TEST(ProcessPicture1, MissesCountPerPixelWhenTheListIsFull) {
     // One pixel a row: 256 colours, then nothing but one further colour, at whose fourth pixel the scan
     // stops.
     std::vector<Colour> colours = series(256, 1);
@@ -101,7 +101,7 @@ TEST(ProcessPicture1, MissesCountPerPixelOnceTheListIsFull) {
     EXPECT_EQ(services.yields, 256 + 4);
 }
 
-TEST(ProcessPicture1, TheScanStopsAt260MissesAndYieldsOnceForEachRowItBegins) {
+TEST(ProcessPicture1, ScanStopsAt260MissesAndYieldsOncePerRow) {
     test::RecordedServices services;
     ProcessPicture1().is_more_than_256(*picture_of_colours(16 * 40));
     EXPECT_EQ(services.yields, 17) << "260 misses are reached in the row with pixels 257 to 272";
@@ -110,7 +110,7 @@ TEST(ProcessPicture1, TheScanStopsAt260MissesAndYieldsOnceForEachRowItBegins) {
     EXPECT_EQ(services.yields, 16);
 }
 
-TEST(ProcessPicture1, ASearchUpTo300StopsAtEntry255) {
+TEST(ProcessPicture1, SearchUpTo300StopsAtEntry255) {
     ProcessPicture1 toolbox;
     std::vector<Colour> list(256, 1);
     list[255] = 9;
@@ -120,19 +120,19 @@ TEST(ProcessPicture1, ASearchUpTo300StopsAtEntry255) {
     EXPECT_FALSE(toolbox.existe_en_pal(8, 32767));
 }
 
-TEST(ProcessPicture1, ASearchUpTo3FindsEntry3AndNotEntry4) {
+TEST(ProcessPicture1, SearchUpTo3FindsEntry3ButNotEntry4) {
     ProcessPicture1 toolbox;
     toolbox.set_palette(series(256, 10));
     EXPECT_TRUE(toolbox.existe_en_pal(13, 3));
     EXPECT_FALSE(toolbox.existe_en_pal(14, 3));
 }
 
-TEST(ProcessPicture1, ASearchUpToLessThan0FindsNothing) {
+TEST(ProcessPicture1, SearchUpToLessThan0FindsNothing) {
     EXPECT_FALSE(ProcessPicture1().existe_en_pal(0, -1));
     EXPECT_TRUE(ProcessPicture1().existe_en_pal(0, 0));
 }
 
-TEST(ProcessPicture1, MakePalListsColoursInOrderOfAppearanceAndKeepsTheRest) {
+TEST(ProcessPicture1, MakePalListsColoursInOrderAndKeepsTheRest) {
     ProcessPicture1 toolbox;
     toolbox.init_pal(77);
     EXPECT_TRUE(toolbox.Make_Pal_From_Pic(*surface_of(2, 3, {5, 4, 5, 77, 3, 3})));
@@ -180,7 +180,7 @@ struct Subject {
     int no = 0;
 };
 
-TEST(ProcessPicture1, TheScansAlwaysEqualThePlainStepsOnOneObjectForManyPictures) {
+TEST(ProcessPicture1, ScansMatchTheReferenceForManyPictures) {
     std::mt19937 random(3);
     int yes = 0;
     int no = 0;
@@ -218,7 +218,7 @@ TEST(ProcessPicture1, TheScansAlwaysEqualThePlainStepsOnOneObjectForManyPictures
     EXPECT_GT(no, 300);
 }
 
-TEST(ProcessPicture1, TheScansEqualThePlainStepsAroundTheLimit) {
+TEST(ProcessPicture1, ScansMatchTheReferenceAroundTheLimit) {
     std::mt19937 random(4);
     int yes = 0;
     int no = 0;
@@ -241,7 +241,7 @@ TEST(ProcessPicture1, TheScansEqualThePlainStepsAroundTheLimit) {
     EXPECT_GT(no, 50);
 }
 
-TEST(ProcessPicture1, AListChangedDuringAYieldIsSearchedAsItIsNow) {
+TEST(ProcessPicture1, ListChangedDuringAYieldIsSearchedAnew) {
     const auto picture = surface_of(2, 3, {1, 2, 3, 4, 2, 7});
     const std::vector<Colour> changed(256, 7);
     ProcessPicture1 shipped;
@@ -268,7 +268,7 @@ TEST(ProcessPicture1, AListChangedDuringAYieldIsSearchedAsItIsNow) {
     EXPECT_EQ(shipped.ColorList()[4], 2) << "the 2 of the first row is not in the list any more";
 }
 
-TEST(ProcessPicture1, AListChangedTwiceDuringAYieldIsSearchedAsItIsNowToo) {
+TEST(ProcessPicture1, ListChangedTwiceDuringYieldsIsSearchedAnew) {
     const auto picture = surface_of(2, 3, {1, 2, 3, 4, 2, 7});
     const std::vector<Colour> changed(256, 7);
     const std::vector<std::function<void(ProcessPicture1&)>> first_changes{
@@ -297,7 +297,7 @@ TEST(ProcessPicture1, AListChangedTwiceDuringAYieldIsSearchedAsItIsNowToo) {
     }
 }
 
-TEST(ProcessPicture1, AScanWhoseBuffersGoDuringAYieldIsASubscriptFailure) {
+TEST(ProcessPicture1, BuffersDestroyedDuringAYieldAreASubscriptFailure) {
     ProcessPicture1 toolbox;
     test::RecordedServices services;
     services.on_yield = [&] {
@@ -315,7 +315,7 @@ TEST(ProcessPicture1, GreyIsThreeEqualChannelsInEveryPixel) {
     EXPECT_FALSE(ProcessPicture1().is_greyscale(*surface_of(1, 1, {0x0000FF})));
 }
 
-TEST(ProcessPicture1, GreyScansYieldOnceForEachRowUpToTheFirstColour) {
+TEST(ProcessPicture1, GreyScansYieldOncePerRowUpToTheFirstColour) {
     test::RecordedServices services;
     ProcessPicture1().is_greyscale(*surface_of(1, 4, {0, 0, 5, 0}));
     EXPECT_EQ(services.yields, 3);
@@ -323,7 +323,7 @@ TEST(ProcessPicture1, GreyScansYieldOnceForEachRowUpToTheFirstColour) {
     EXPECT_EQ(services.yields, 7);
 }
 
-TEST(ProcessPicture1, GreyPureRedAndPureGreenPassAndOnePureBluePixelDoesNot) {
+TEST(ProcessPicture1, PureRedAndGreenPassButPureBlueDoesNot) {
     EXPECT_TRUE(ProcessPicture1().is_greyscale_and_PRGB(*surface_of(3, 1, {0x414141, 0x0000FF, 0x00FF00})));
     EXPECT_FALSE(
         ProcessPicture1().is_greyscale_and_PRGB(*surface_of(4, 1, {0x414141, 0x0000FF, 0x00FF00, 0xFF0000})));

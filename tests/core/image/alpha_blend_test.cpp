@@ -19,14 +19,14 @@ std::uint32_t with_alpha(std::uint8_t alpha) {
     return packed({.SourceConstantAlpha = alpha});
 }
 
-TEST(AlphaBlend, TheFourBytesArePackedFromTheLowestOn) {
+TEST(AlphaBlend, FourBytesArePackedFromTheLowest) {
     EXPECT_EQ(packed({1, 2, 3, 4}), 0x04030201U);
     EXPECT_EQ(packed({.SourceConstantAlpha = 255}), 0x00FF0000U);
     EXPECT_EQ(packed({}), 0U);
     EXPECT_EQ(packed({255, 255, 255, 255}), 0xFFFFFFFFU);
 }
 
-TEST(AlphaBlend, AllFourBytesAreMixedByTheFormulaAtEveryAlpha) {
+TEST(AlphaBlend, AllFourBytesFollowTheFormulaAtEveryAlpha) {
     const std::uint8_t values[] = {0, 1, 2, 63, 127, 128, 200, 254, 255};
     for (unsigned alpha = 0; alpha <= 255; ++alpha) {
         for (const std::uint8_t from : values) {
@@ -51,7 +51,7 @@ TEST(AlphaBlend, AllFourBytesAreMixedByTheFormulaAtEveryAlpha) {
     }
 }
 
-TEST(AlphaBlend, Alpha0LeavesTheDestinationAndAlpha255IsTheSource) {
+TEST(AlphaBlend, Alpha0KeepsTheDestinationAndAlpha255IsTheSource) {
     const auto source = surface_of(2, 1, {0x112233, 0x445566});
     const auto target = surface_of(2, 1, {0xAABBCC, 0xDDEEFF});
     alpha_blend(target->hDC(), {0, 0, 2, 1}, source->hDC(), 0, 0, with_alpha(0));
@@ -60,14 +60,14 @@ TEST(AlphaBlend, Alpha0LeavesTheDestinationAndAlpha255IsTheSource) {
     EXPECT_EQ(colours_of(*target), (Colours{0x112233, 0x445566}));
 }
 
-TEST(AlphaBlend, OnlyTheThirdByteOfTheFunctionCounts) {
+TEST(AlphaBlend, OnlyTheThirdByteIsUsed) {
     const auto source = surface_of(1, 1, {0xFFFFFF});
     const auto target = surface_of(1, 1, {0});
     alpha_blend(target->hDC(), {0, 0, 1, 1}, source->hDC(), 0, 0, 0xFF00FFFFU);
     EXPECT_EQ(colours_of(*target), (Colours{0}));
 }
 
-TEST(AlphaBlend, WhatLiesOutsideEitherBitmapIsLeftAsItIs) {
+TEST(AlphaBlend, BlendIsClippedToBothBitmaps) {
     const auto source = surface_of(2, 2, {1, 2, 3, 4});
     const auto target = surface_of(3, 3, {9, 9, 9, 9, 9, 9, 9, 9, 9});
     alpha_blend(target->hDC(), {2, 2, 5, 5}, source->hDC(), 0, 0, with_alpha(255));
@@ -80,7 +80,7 @@ TEST(AlphaBlend, WhatLiesOutsideEitherBitmapIsLeftAsItIs) {
     EXPECT_EQ(colours_of(*target), (Colours{4, 9, 9, 9, 1, 2, 9, 3, 4}));
 }
 
-TEST(AlphaBlend, ARectangleWithoutPixelsChangesNothing) {
+TEST(AlphaBlend, EmptyRectangleChangesNothing) {
     const auto source = surface_of(1, 1, {1});
     const auto target = surface_of(1, 1, {9});
     for (const Rectangle& to : {Rectangle{0, 0, 0, 1}, Rectangle{0, 0, 1, 0}, Rectangle{0, 0, -1, 1},
@@ -107,7 +107,7 @@ TEST(AlphaBlend, HugeCoordinatesDoNotOverflow) {
     EXPECT_EQ(colours_of(*target), (Colours{1, 2, 3, 4}));
 }
 
-TEST(AlphaBlend, AContextWithoutABitmapAnswers0) {
+TEST(AlphaBlend, ContextWithoutABitmapReturns0) {
     const auto surface = surface_of(1, 1, {9});
     DrawingContext none;
     EXPECT_EQ(alpha_blend(none, {0, 0, 1, 1}, surface->hDC(), 0, 0, with_alpha(255)), 0);
@@ -115,7 +115,7 @@ TEST(AlphaBlend, AContextWithoutABitmapAnswers0) {
     EXPECT_EQ(colours_of(*surface), (Colours{9}));
 }
 
-TEST(AlphaBlend, AtOtherDepthsTheThreeColoursAreMixed) {
+TEST(AlphaBlend, OtherDepthsBlendTheThreeColours) {
     const auto source = surface_of(1, 1, {0x0000FF});
     TestSurface target(1, 1, 24);
     alpha_blend(target.hDC(), {0, 0, 1, 1}, source->hDC(), 0, 0, with_alpha(51));

@@ -27,7 +27,7 @@ constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
 // Copying
 
-TEST(CDib, LoadBltWithASizeOf0OrBelowUsesTheWholePicture) {
+TEST(CDib, LoadBltOfSize0OrBelowUsesTheWholePicture) {
     const auto surface = surface_of(2, 2, {1, 2, 3, 4});
     cDIB dib;
     ASSERT_TRUE(dib.Create(2, 2, 32));
@@ -38,7 +38,7 @@ TEST(CDib, LoadBltWithASizeOf0OrBelowUsesTheWholePicture) {
     EXPECT_EQ(colours_of(dib), (Colours{1, 0, 3, 0}));
 }
 
-TEST(CDib, LoadBltKeepsTheRectangleAtItsPlace) {
+TEST(CDib, LoadBltKeepsThePosition) {
     const auto surface = surface_of(2, 2, {1, 2, 3, 4});
     cDIB dib;
     ASSERT_TRUE(dib.Create(2, 2, 32));
@@ -47,7 +47,7 @@ TEST(CDib, LoadBltKeepsTheRectangleAtItsPlace) {
     EXPECT_EQ(dib.LoadBlt(DrawingContext()), 0);
 }
 
-TEST(CDib, StretchWithASourceSizeOf0OrBelowUsesTheWholePicture) {
+TEST(CDib, StretchOfSourceSize0OrBelowUsesTheWholePicture) {
     cDIB dib;
     fill_dib(dib, 2, 2, {1, 2, 3, 4});
     TestSurface surface(2, 2);
@@ -58,7 +58,7 @@ TEST(CDib, StretchWithASourceSizeOf0OrBelowUsesTheWholePicture) {
     EXPECT_EQ(colours_of(part), (Colours{2, 2, 4, 4}));
 }
 
-TEST(CDib, StretchPassesADestinationSizeOnWhateverItsSign) {
+TEST(CDib, StretchAcceptsNegativeDestinationSizes) {
     cDIB dib;
     fill_dib(dib, 2, 2, {1, 2, 3, 4});
     TestSurface surface(2, 2);
@@ -69,7 +69,7 @@ TEST(CDib, StretchPassesADestinationSizeOnWhateverItsSign) {
     EXPECT_EQ(colours_of(untouched), (Colours{0, 0, 0, 0}));
 }
 
-TEST(CDib, StretchPutsTheContextsModeBackAndAnswersWhatThePlatformAnswers) {
+TEST(CDib, StretchRestoresTheModeAndReturnsTheCopysResult) {
     cDIB dib;
     fill_dib(dib, 1, 1, {1});
     TestSurface surface(1, 1);
@@ -81,7 +81,7 @@ TEST(CDib, StretchPutsTheContextsModeBackAndAnswersWhatThePlatformAnswers) {
     EXPECT_EQ(dib.Stretch(nothing, 0, 0, 1, 1), 0);
 }
 
-TEST(CDib, ClsFillsWithAPlainOrASystemColour) {
+TEST(CDib, ClsFillsWithAPlainOrSystemColour) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(2, 1, 32));
     dib.Cls(0x123456);
@@ -90,7 +90,7 @@ TEST(CDib, ClsFillsWithAPlainOrASystemColour) {
     EXPECT_EQ(colours_of(dib), (Colours{0xFFFFFF, 0xFFFFFF}));
 }
 
-TEST(CDib, ClsOfAnIndexedPictureTakesTheNearestColourOfItsTable) {
+TEST(CDib, ClsOfAnIndexedPictureUsesTheNearestEntry) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(2, 1, 8));
     dib.SetPalette(Bytes{0, 0, 0, 0, 250, 0, 0, 0});
@@ -100,7 +100,7 @@ TEST(CDib, ClsOfAnIndexedPictureTakesTheNearestColourOfItsTable) {
 
 // Palettes
 
-TEST(CDib, AShortColourTableLeavesTheRemainingEntriesAsTheyWere) {
+TEST(CDib, ShortColourTableKeepsTheOtherEntries) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(1, 1, 4));
     dib.SetPalette(Bytes(64, 7));
@@ -115,7 +115,7 @@ TEST(CDib, AShortColourTableLeavesTheRemainingEntriesAsTheyWere) {
     EXPECT_EQ(palette, expected);
 }
 
-TEST(CDib, ALongColourTableIsCutAtTheDepthsOwn) {
+TEST(CDib, LongColourTableIsTruncated) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(1, 1, 1));
     dib.SetPalette(Bytes(2000, 7));
@@ -124,7 +124,7 @@ TEST(CDib, ALongColourTableIsCutAtTheDepthsOwn) {
     EXPECT_EQ(palette, Bytes(8, 7));
 }
 
-TEST(CDib, AboveEightBitsThereIsNoPaletteAndTheArrayIsLeftAsItCame) {
+TEST(CDib, PaletteAbove8BitsLeavesTheArrayUnchanged) {
     for (const std::int32_t bits : {16, 24, 32}) {
         cDIB dib;
         ASSERT_TRUE(dib.Create(1, 1, bits));
@@ -138,7 +138,7 @@ TEST(CDib, AboveEightBitsThereIsNoPaletteAndTheArrayIsLeftAsItCame) {
 
 // Sizes
 
-TEST(CDib, ResizeStretchesThePictureIntoTheNewSize) {
+TEST(CDib, ResizeStretchesThePicture) {
     cDIB dib;
     fill_dib(dib, 2, 2, {1, 2, 3, 4});
     dib.Resize(4, 1, true);
@@ -147,7 +147,7 @@ TEST(CDib, ResizeStretchesThePictureIntoTheNewSize) {
     EXPECT_EQ(dib.Size(), 16);
 }
 
-TEST(CDib, ResizeWithoutStretchingKeepsTheTopLeftCornerAndBlackBeyond) {
+TEST(CDib, ResizeWithoutStretchKeepsTheTopLeftCorner) {
     cDIB dib;
     fill_dib(dib, 2, 2, {1, 2, 3, 4});
     dib.Resize(3, 1, false);
@@ -171,7 +171,7 @@ TEST(CDib, ResizeKeepsDepthColoursAndIndices) {
     }
 }
 
-TEST(CDib, ResizeToASizeThatCannotBeEmptiesTheObject) {
+TEST(CDib, ResizeToAnInvalidSizeEmptiesTheObject) {
     cDIB dib;
     fill_dib(dib, 1, 1, {1});
     dib.Resize(0, 5, true);
@@ -200,34 +200,34 @@ Fit best_fit(std::int32_t width, std::int32_t height, std::int32_t box_width, st
     return fit;
 }
 
-TEST(CDib, APictureOf100By50InABoxOf200By200StaysOrFillsTheWidth) {
+TEST(CDib, BestFitEnlargesOnlyWithStretchFit) {
     EXPECT_EQ(best_fit(100, 50, 200, 200, false), (Fit{50, 75, 100, 50}));
     EXPECT_EQ(best_fit(100, 50, 200, 200, true), (Fit{0, 50, 200, 100}));
 }
 
-TEST(CDib, ASquarePictureScaledIntoASquareBoxIsTheBoxItself) {
+TEST(CDib, BestFitOfASquareInASquareBoxIsTheBox) {
     EXPECT_EQ(best_fit(256, 256, 150, 150, false), (Fit{0, 0, 150, 150}));
     EXPECT_EQ(best_fit(7, 7, 150, 150, true), (Fit{0, 0, 150, 150}));
 }
 
-TEST(CDib, OfTwoEqualRatiosTheVerticalOneIsTaken) {
+TEST(CDib, BestFitUsesTheVerticalOfTwoEqualRatios) {
     // In a huge box the stored ratio, 333333344 for 333333333.3, is too coarse to give the box itself.
     EXPECT_EQ(best_fit(3, 3, 1'000'000'000, 1'000'000'000, true),
               (Fit{-16, 0, 1'000'000'032, 1'000'000'000}));
 }
 
-TEST(CDib, ALargePictureIsScaledByTheSmallerRatio) {
+TEST(CDib, BestFitUsesTheSmallerRatio) {
     EXPECT_EQ(best_fit(256, 128, 150, 150, false), (Fit{0, 37, 150, 75}));
     EXPECT_EQ(best_fit(128, 256, 150, 150, false), (Fit{37, 0, 75, 150}));
     EXPECT_EQ(best_fit(150, 151, 150, 150, false), (Fit{0, 0, 149, 150})); // 149.006...
 }
 
-TEST(CDib, ASideOfABestFitMayRoundToNothing) {
+TEST(CDib, BestFitSideMayRoundTo0) {
     EXPECT_EQ(best_fit(512, 1, 150, 150, false), (Fit{0, 75, 150, 0}));
     EXPECT_EQ(best_fit(1, 512, 150, 150, false), (Fit{75, 0, 0, 150}));
 }
 
-TEST(CDib, TheProductOfABestFitIsRoundedTiesToEvenFromTheStoredRatio) {
+TEST(CDib, BestFitRoundsTheProductTiesToEven) {
     EXPECT_EQ(best_fit(4, 2, 1, 9, false), (Fit{0, 4, 1, 0}));  // 0.25 * 2 = 0.5
     EXPECT_EQ(best_fit(4, 6, 1, 9, false), (Fit{0, 3, 1, 2}));  // 0.25 * 6 = 1.5
     EXPECT_EQ(best_fit(4, 10, 1, 9, false), (Fit{0, 3, 1, 2})); // 0.25 * 10 = 2.5
@@ -235,13 +235,13 @@ TEST(CDib, TheProductOfABestFitIsRoundedTiesToEvenFromTheStoredRatio) {
     EXPECT_EQ(best_fit(6, 15, 1, 99, false).height, 3);
 }
 
-TEST(CDib, ABestFitInABoxSmallerThanItsPictureTruncatesItsPlaceTowardsZero) {
+TEST(CDib, BestFitPositionIsTruncatedTowardsZero) {
     EXPECT_EQ(best_fit(3, 3, 3, -1, false), (Fit{2, 0, -1, -1}));
     EXPECT_EQ(best_fit(2, 1, 7, 2, true), (Fit{1, 0, 4, 2}));
     EXPECT_EQ(best_fit(2, 1, -1, 0, true), (Fit{0, 0, -1, 0})); // height -0.5 rounds to 0
 }
 
-TEST(CDib, ABestFitThatLeaves32BitsIsAnOverflow) {
+TEST(CDib, BestFitBeyond32BitsOverflows) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(1, 1, 8));
     Fit fit;
@@ -250,7 +250,7 @@ TEST(CDib, ABestFitThatLeaves32BitsIsAnOverflow) {
                    Overflow);
 }
 
-TEST(CDib, TheImageIsANew32BitPictureAndTheObjectStaysAsItWas) {
+TEST(CDib, ImageIsANew32BitPicture) {
     cDIB dib;
     ASSERT_EQ(dib.CreateFromStdPicture(indexed_picture(2, 2, 8, {0, 1, 2, 85}), false), 8);
     const Bytes before = bytes_of(dib);

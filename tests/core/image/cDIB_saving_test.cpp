@@ -19,7 +19,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
-TEST(CDib, SavedAt32BitsTheOffsetIs54AndThereIsNoColourTable) {
+TEST(CDib, File32BitHasOffset54AndNoColourTable) {
     const TemporaryFolder folder;
     cDIB dib;
     fill_dib(dib, 1, 2, {0x010203, 0x040506});
@@ -30,7 +30,7 @@ TEST(CDib, SavedAt32BitsTheOffsetIs54AndThereIsNoColourTable) {
                      0,   0,   0,  0, 0, 0, 0, 0,  0, 0, 0,  0, 4, 5, 6,  0, 1, 2, 3, 0}));
 }
 
-TEST(CDib, SavedAt8BitsTheOffsetIs1078AndTheColourTableStandsBetween) {
+TEST(CDib, File8BitHasOffset1078AfterTheColourTable) {
     const TemporaryFolder folder;
     cDIB dib;
     ASSERT_TRUE(dib.Create(5, 1, 8));
@@ -50,7 +50,7 @@ TEST(CDib, SavedAt8BitsTheOffsetIs1078AndTheColourTableStandsBetween) {
     EXPECT_EQ(file, expected);
 }
 
-TEST(CDib, OffsetsOfTheOtherDepthsFollowTheirColourTables) {
+TEST(CDib, OffsetsOfOtherDepthsFollowTheirColourTables) {
     const TemporaryFolder folder;
 
     const struct { std::int32_t bits, offset; } cases[] = {{1, 62}, {4, 118}, {16, 54}, {24, 54}};
@@ -75,7 +75,7 @@ TEST(CDib, SaveReplacesALongerFile) {
     EXPECT_EQ(test::read_file(path).size(), 58U);
 }
 
-TEST(CDib, SaveDeletesTheOldFileSoThatItsOtherNamesKeepIt) {
+TEST(CDib, SaveDeletesTheOldFileSoOtherHardLinksKeepIt) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.bmp", Bytes{1, 2, 3});
     const std::string other = folder.file("other.bmp");
@@ -87,7 +87,7 @@ TEST(CDib, SaveDeletesTheOldFileSoThatItsOtherNamesKeepIt) {
     EXPECT_EQ(test::read_file(other), (Bytes{1, 2, 3}));
 }
 
-TEST(CDib, SaveOntoAReadOnlyFileFailsAndTheFileStays) {
+TEST(CDib, SaveToAReadOnlyFileFailsAndKeepsIt) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.bmp", Bytes{1, 2, 3});
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
@@ -97,7 +97,7 @@ TEST(CDib, SaveOntoAReadOnlyFileFailsAndTheFileStays) {
     EXPECT_EQ(test::read_file(path), (Bytes{1, 2, 3}));
 }
 
-TEST(CDib, SaveOntoAFolderOrIntoAMissingOneFails) {
+TEST(CDib, SaveToAFolderOrIntoAMissingOneFails) {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder.file("sub"));
     cDIB dib;
@@ -107,7 +107,7 @@ TEST(CDib, SaveOntoAFolderOrIntoAMissingOneFails) {
     EXPECT_FAILURE(dib.Save(folder.file("missing/a.bmp")), PathNotFound);
 }
 
-TEST(CDib, AFileWhoseLengthLeavesItsFieldIsAnOverflowAndNothingIsWritten) {
+TEST(CDib, FileLengthBeyond32BitsOverflowsWithoutWriting) {
     const TemporaryFolder folder;
     cDIB dib;
     ASSERT_TRUE(dib.Create(1, largest / 4, 32)); // pages that nobody touches cost nothing

@@ -29,7 +29,7 @@ constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
 // Creating
 
-TEST(CDib, AWidthOf1HasAStrideOf4At32BitsAndAt8BitsAndAWidthOf5At8BitsOneOf8) {
+TEST(CDib, StrideOfSmallWidthsIsRoundedUpTo4Bytes) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(1, 3, 32));
     EXPECT_EQ(dib.BytesPerScanline(), 4);
@@ -40,7 +40,7 @@ TEST(CDib, AWidthOf1HasAStrideOf4At32BitsAndAt8BitsAndAWidthOf5At8BitsOneOf8) {
     EXPECT_EQ(dib.Size(), 24);
 }
 
-TEST(CDib, StridesOfEveryDepthAreRoundedUpTo4Bytes) {
+TEST(CDib, StrideOfEveryDepthIsRoundedUpTo4Bytes) {
     const struct {
         std::int32_t bits, width, stride;
     } cases[] = {{1, 1, 4},  {1, 32, 4}, {1, 33, 8}, {4, 8, 4},   {4, 9, 8},
@@ -56,7 +56,7 @@ TEST(CDib, StridesOfEveryDepthAreRoundedUpTo4Bytes) {
     }
 }
 
-TEST(CDib, ANewSurfaceIsBlackWithABlackColourTable) {
+TEST(CDib, NewPictureIsBlackWithABlackColourTable) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(3, 2, 8));
     EXPECT_EQ(bytes_of(dib), Bytes(8, 0));
@@ -66,7 +66,7 @@ TEST(CDib, ANewSurfaceIsBlackWithABlackColourTable) {
     EXPECT_EQ(dib.hDIBDC()->bitmap(), dib.hDIB());
 }
 
-TEST(CDib, CreatingAgainForgetsPixelsAndColours) {
+TEST(CDib, CreateDiscardsPixelsAndColours) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(4, 1, 8));
     dib.SetPalette(Bytes{1, 2, 3, 4});
@@ -78,13 +78,13 @@ TEST(CDib, CreatingAgainForgetsPixelsAndColours) {
     EXPECT_EQ(palette, Bytes(1024, 0));
 }
 
-TEST(CDib, TheFirstByteIsTheLeftmostPixelOfTheLowestRow) {
+TEST(CDib, FirstByteIsTheLeftmostPixelOfTheBottomRow) {
     cDIB dib;
     fill_dib(dib, 1, 2, {0x010203, 0x040506});
     EXPECT_EQ(bytes_of(dib), (Bytes{4, 5, 6, 0, 1, 2, 3, 0}));
 }
 
-TEST(CDib, TheHeaderHoldsSizeAndDepthAndNothingElseAndOutlivesDestroy) {
+TEST(CDib, HeaderHasOnlySizeAndDepthAndOutlivesDestroy) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(7, 5, 24));
     dib.Destroy();
@@ -102,7 +102,7 @@ TEST(CDib, TheHeaderHoldsSizeAndDepthAndNothingElseAndOutlivesDestroy) {
     EXPECT_EQ(header.biClrImportant, 0);
 }
 
-TEST(CDib, WhatCannotBeCreatedLeavesTheObjectEmpty) {
+TEST(CDib, FailedCreateLeavesTheObjectEmpty) {
     const struct {
         std::int32_t width, height, bits;
     } cases[] = {{0, 1, 32}, {1, 0, 32}, {-1, 4, 32}, {4, -1, 32},
@@ -118,7 +118,7 @@ TEST(CDib, WhatCannotBeCreatedLeavesTheObjectEmpty) {
     }
 }
 
-TEST(CDib, SizeFieldsThatLeaveTheir32BitsAreAnOverflow) {
+TEST(CDib, SizeFieldsBeyond32BitsOverflow) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(2, 2, 8));
     EXPECT_FAILURE(dib.Create(largest / 32 + 1, 1, 32), Overflow);
@@ -134,7 +134,7 @@ TEST(CDib, SizeFieldsThatLeaveTheir32BitsAreAnOverflow) {
     EXPECT_FAILURE(dib.Create(std::numeric_limits<std::int32_t>::min(), 1, 8), Overflow);
 }
 
-TEST(CDib, DestroyOnAnEmptyObjectIsHarmlessAndTwiceIsTheSameAsOnce) {
+TEST(CDib, DestroyMayBeRepeated) {
     cDIB dib;
     expect_empty(dib);
     dib.Destroy();
@@ -146,7 +146,7 @@ TEST(CDib, DestroyOnAnEmptyObjectIsHarmlessAndTwiceIsTheSameAsOnce) {
     expect_empty(dib);
 }
 
-TEST(CDib, EveryOperationOnAnEmptyObjectDoesNothing) {
+TEST(CDib, OperationsOnAnEmptyObjectDoNothing) {
     cDIB dib;
     TestSurface surface(2, 2);
     surface.PSet(0, 0, 5);
@@ -174,7 +174,7 @@ TEST(CDib, EveryOperationOnAnEmptyObjectDoesNothing) {
 
 // Taking over pictures and contexts
 
-TEST(CDib, AnEmptyPictureAndOneThatIsNoBitmapGive0AndLeaveTheObject) {
+TEST(CDib, EmptyOrNonBitmapPictureReturns0WithoutAChange) {
     cDIB dib;
     fill_dib(dib, 1, 1, {7});
     EXPECT_EQ(dib.CreateFromStdPicture({}, true), 0);
@@ -187,21 +187,21 @@ TEST(CDib, AnEmptyPictureAndOneThatIsNoBitmapGive0AndLeaveTheObject) {
     EXPECT_EQ(colours_of(dib), Colours{7});
 }
 
-TEST(CDib, APictureWithoutPixelsGives0AndEmptiesTheObject) {
+TEST(CDib, PictureWithoutPixelsReturns0AndEmptiesTheObject) {
     cDIB dib;
     fill_dib(dib, 1, 1, {7});
     EXPECT_EQ(dib.CreateFromStdPicture(make_picture(Bitmap(0, 3, 32, Bitmap::Rows::Surface)), true), 0);
     expect_empty(dib);
 }
 
-TEST(CDib, An8BitPictureForcedTo32BitsReturns8AndHasItsPixelsExpanded) {
+TEST(CDib, Picture8BitForcedTo32BitsReturns8AndIsExpanded) {
     cDIB dib;
     EXPECT_EQ(dib.CreateFromStdPicture(indexed_picture(2, 2, 8, {0, 1, 2, 85}), true), 8);
     EXPECT_EQ(dib.Bpp(), 32);
     EXPECT_EQ(bytes_of(dib), (Bytes{2, 4, 6, 0, 85, 170, 255, 0, 0, 0, 0, 0, 1, 2, 3, 0}));
 }
 
-TEST(CDib, APictureOfFewBitsKeepsItsDepthItsColourTableAndItsIndices) {
+TEST(CDib, IndexedPictureKeepsDepthColourTableAndIndices) {
     const struct {
         std::int32_t bits;
         Bytes pixels, stored;
@@ -221,7 +221,7 @@ TEST(CDib, APictureOfFewBitsKeepsItsDepthItsColourTableAndItsIndices) {
     }
 }
 
-TEST(CDib, APictureOfManyBitsKeepsItsDepthOrBecomes32Bits) {
+TEST(CDib, TrueColourPictureKeepsItsDepthOrBecomes32Bits) {
     const Picture picture = surface_of(1, 2, {0x030201, 0x060504}, 24)->Image();
     cDIB dib;
     EXPECT_EQ(dib.CreateFromStdPicture(picture, false), 24);
@@ -234,7 +234,7 @@ TEST(CDib, APictureOfManyBitsKeepsItsDepthOrBecomes32Bits) {
     EXPECT_EQ(bytes_of(dib), (Bytes{0x00, 0x7C, 0, 0}));
 }
 
-TEST(CDib, AContextIsTakenOverAt32BitsAndBlackWhereItHasNothing) {
+TEST(CDib, ContextIsCopiedAt32BitsWithMissingPixelsBlack) {
     const auto surface = surface_of(2, 1, {1, 2}, 24);
     cDIB dib;
     ASSERT_TRUE(dib.CreateFromHdc(surface->hDC(), 3, 2));
@@ -246,14 +246,14 @@ TEST(CDib, AContextIsTakenOverAt32BitsAndBlackWhereItHasNothing) {
     expect_empty(dib);
 }
 
-TEST(CDib, AContextWithoutABitmapGivesABlackPicture) {
+TEST(CDib, ContextWithoutABitmapGivesABlackPicture) {
     DrawingContext nothing;
     cDIB dib;
     EXPECT_TRUE(dib.CreateFromHdc(nothing, 1, 1));
     EXPECT_EQ(colours_of(dib), Colours{0});
 }
 
-TEST(CDib, AContextIsTakenOverAt8BitsWithItsColourTable) {
+TEST(CDib, ContextIsCopiedAt8BitsWithItsColourTable) {
     cDIB source;
     ASSERT_EQ(source.CreateFromStdPicture(indexed_picture(2, 1, 8, {200, 7}), false), 8);
     cDIB dib;
@@ -270,7 +270,7 @@ TEST(CDib, AContextIsTakenOverAt8BitsWithItsColourTable) {
 }
 
 // Creating empties the object first, and with it the context that the pixels would come from.
-TEST(CDib, TakenOverFromItsOwnContextItIsBlackAtAnySize) {
+TEST(CDib, CopyOfItsOwnContextIsBlack) {
     for (const std::int32_t side : {19, 20, 21}) {
         const Colours black(static_cast<std::size_t>(side * side), 0);
         cDIB dib;
@@ -283,7 +283,7 @@ TEST(CDib, TakenOverFromItsOwnContextItIsBlackAtAnySize) {
     }
 }
 
-TEST(CDib, APointerToTheBitsLeadsToTheObjectsOwnPixelsAlone) {
+TEST(CDib, BitsPointerDoesNotReachPixelsOfCopies) {
     cDIB dib;
     fill_dib(dib, 1, 1, {0x030201});
     std::uint8_t* const bits = dib.lpBits();
@@ -301,7 +301,7 @@ TEST(CDib, APointerToTheBitsLeadsToTheObjectsOwnPixelsAlone) {
     EXPECT_EQ(colours_of(clone), Colours{0x030201});
 }
 
-TEST(CDib, APointerToTheBitsOutlivesDrawingUntilTheObjectIsResized) {
+TEST(CDib, BitsPointerIsValidUntilTheObjectIsResized) {
     cDIB dib;
     fill_dib(dib, 1, 1, {0x030201});
     std::uint8_t* const bits = dib.lpBits();
@@ -317,7 +317,7 @@ TEST(CDib, APointerToTheBitsOutlivesDrawingUntilTheObjectIsResized) {
     EXPECT_EQ(dib.lpBits(), bits);
 }
 
-TEST(CDib, ACloneHasTheSameBytesAndColours) {
+TEST(CDib, CloneHasTheSameBytesAndColours) {
     cDIB dib;
     ASSERT_EQ(dib.CreateFromStdPicture(indexed_picture(3, 2, 4, {0x12, 0x30, 0x45, 0x60}), false), 4);
     cDIB clone;
@@ -329,7 +329,7 @@ TEST(CDib, ACloneHasTheSameBytesAndColours) {
     EXPECT_NE(bytes_of(clone), bytes_of(dib));
 }
 
-TEST(CDib, ACloneOfAnEmptyObjectIsEmptyWithoutAFailure) {
+TEST(CDib, CloneOfAnEmptyObjectIsEmpty) {
     cDIB dib;
     cDIB clone;
     ASSERT_TRUE(clone.Create(1, 1, 32));
@@ -339,7 +339,7 @@ TEST(CDib, ACloneOfAnEmptyObjectIsEmptyWithoutAFailure) {
     expect_empty(dib);
 }
 
-TEST(CDib, ACloneOntoItselfIsBlank) {
+TEST(CDib, CloneToItselfIsBlack) {
     cDIB dib;
     fill_dib(dib, 2, 1, {1, 2});
     dib.CloneTo(dib);

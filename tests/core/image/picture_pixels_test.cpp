@@ -15,7 +15,7 @@ PixelBlock block_of(const PictureSurface& surface) {
     return block;
 }
 
-TEST(PicturePixels, ARowIsReadAndWrittenPixelByPixelWithoutTheFourthByte) {
+TEST(PicturePixels, RowAccessSkipsTheFourthByte) {
     for (const std::int32_t bits : {24, 32}) {
         PixelBlock block = block_of(*test::surface_of(2, 2, {0x010203, 0x040506, 0x070809, 0x0A0B0C}, bits));
         const std::uint8_t last_byte_before = block.bytes().back();
@@ -30,7 +30,7 @@ TEST(PicturePixels, ARowIsReadAndWrittenPixelByPixelWithoutTheFourthByte) {
     }
 }
 
-TEST(PicturePixels, ARowThatTheBlockDoesNotHoldIsAFailure) {
+TEST(PicturePixels, RowOutsideTheBlockIsAFailure) {
     const PixelBlock block = block_of(test::TestSurface(2, 3));
     EXPECT_EQ((test::failure_in([&] { PixelRow(block, 2, 2); })), std::nullopt);
     EXPECT_FAILURE(PixelRow(block, 3, 2), SubscriptOutOfRange);
@@ -43,7 +43,7 @@ TEST(PicturePixels, ARowThatTheBlockDoesNotHoldIsAFailure) {
     EXPECT_EQ((test::failure_in([&] { PixelRow(words, 7, 0); })), std::nullopt);
 }
 
-TEST(PicturePixels, ANewPixelIsBlackAndGreyIsThreeEqualChannels) {
+TEST(PicturePixels, NewPixelIsBlackAndGreyIsThreeEqualChannels) {
     EXPECT_EQ(colour_of(Pixel{}), 0);
     EXPECT_TRUE(is_grey({5, 5, 5}));
     EXPECT_FALSE(is_grey({5, 5, 6}));

@@ -8,13 +8,13 @@
 namespace varnoth {
 namespace {
 
-TEST(ColourSet, ANewSetHoldsNothingNotEvenBlack) {
+TEST(ColourSet, NewSetIsEmptyEvenOfBlack) {
     const ColourSet set;
     EXPECT_FALSE(set.contains(0));
     EXPECT_FALSE(set.contains(0xFFFFFF));
 }
 
-TEST(ColourSet, HoldsWhatWasPutInOnceOrTwiceUntilItIsEmptied) {
+TEST(ColourSet, ContainsInsertedColoursUntilCleared) {
     ColourSet set;
     set.insert(0);
     set.insert(0xFFFFFF);
@@ -29,7 +29,7 @@ TEST(ColourSet, HoldsWhatWasPutInOnceOrTwiceUntilItIsEmptied) {
     EXPECT_FALSE(set.contains(0xFFFFFF));
 }
 
-TEST(ColourSet, KeepsEveryColourWhileItGrows) {
+TEST(ColourSet, KeepsEveryInsertedColour) {
     std::mt19937 random(1);
     ColourSet set;
     std::set<Colour> plain;

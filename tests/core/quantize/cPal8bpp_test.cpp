@@ -35,7 +35,7 @@ int closest(const cPal8bpp& palette, std::uint8_t red, std::uint8_t green, std::
 const Colours dark{0x000000, 0x000080, 0x008000, 0x008080, 0x800000, 0x800080, 0x808000, 0xC0C0C0};
 const Colours bright{0x808080, 0x0000FF, 0x00FF00, 0x00FFFF, 0xFF0000, 0xFF00FF, 0xFFFF00, 0xFFFFFF};
 
-TEST(Palette, ANewObjectHasNeitherColoursNorAHandle) {
+TEST(Palette, NewObjectHasNeitherColoursNorAHandle) {
     cPal8bpp palette;
     EXPECT_EQ(palette.Entries(), 0);
     EXPECT_EQ(palette.hPal(), nullptr);
@@ -49,7 +49,7 @@ TEST(Palette, ANewObjectHasNeitherColoursNorAHandle) {
     EXPECT_FAILURE(palette.IsGreyScale(), SubscriptOutOfRange);
 }
 
-TEST(Palette, InitializeMakesAll256EntriesBlackWhateverTheNumber) {
+TEST(Palette, InitializeMakesAll256EntriesBlack) {
     for (const std::int16_t number :
          {std::int16_t{0}, std::int16_t{16}, std::int16_t{-3}, std::int16_t{999}}) {
         cPal8bpp palette;
@@ -61,7 +61,7 @@ TEST(Palette, InitializeMakesAll256EntriesBlackWhateverTheNumber) {
     }
 }
 
-TEST(Palette, DestroyTakesEverythingBackAndTwiceIsTheSameAsOnce) {
+TEST(Palette, DestroyResetsTheObjectAndMayBeRepeated) {
     cPal8bpp palette;
     palette.CreateEGA();
     palette.Destroy();
@@ -71,7 +71,7 @@ TEST(Palette, DestroyTakesEverythingBackAndTwiceIsTheSameAsOnce) {
     EXPECT_FAILURE(palette.lpPalette(), SubscriptOutOfRange);
 }
 
-TEST(Palette, EgaIsTheEightDarkAndTheEightBrightColours) {
+TEST(Palette, EgaHasEightDarkAndEightBrightColours) {
     cPal8bpp palette;
     palette.CreateEGA();
     EXPECT_EQ(palette.Entries(), 16);
@@ -95,7 +95,7 @@ TEST(Palette, GreyScalesRiseFromBlackToWhiteInEqualSteps) {
     }
 }
 
-TEST(Palette, Halftone4Has216EntriesFromBlackOverRed51ToWhite) {
+TEST(Palette, Halftone4Has216EntriesFromBlackToWhite) {
     cPal8bpp palette;
     palette.CreateHalftone(4);
     EXPECT_EQ(palette.Entries(), 216);
@@ -106,7 +106,7 @@ TEST(Palette, Halftone4Has216EntriesFromBlackOverRed51ToWhite) {
     EXPECT_EQ(entry(palette, 215), 0xFFFFFF);
 }
 
-TEST(Palette, Halftone0Has8EntriesWithChannels0And255Only) {
+TEST(Palette, Halftone0Has8EntriesOfChannels0And255) {
     cPal8bpp palette;
     palette.CreateHalftone(0);
     EXPECT_EQ(palette.Entries(), 8);
@@ -114,7 +114,7 @@ TEST(Palette, Halftone0Has8EntriesWithChannels0And255Only) {
               (Colours{0x000000, 0x0000FF, 0x00FF00, 0x00FFFF, 0xFF0000, 0xFF00FF, 0xFFFF00, 0xFFFFFF, 0}));
 }
 
-TEST(Palette, HalftoneCubesHaveRedFastestAndACounterAt256CountsAs255) {
+TEST(Palette, HalftoneCubesVaryRedFastestAndEndAt255) {
     const std::vector<std::vector<int>> values{
         {0, 255}, {0, 128, 255}, {0, 85, 170, 255}, {0, 64, 128, 192, 255}, {0, 51, 102, 153, 204, 255}};
     for (std::size_t kind = 0; kind < values.size(); ++kind) {
@@ -135,7 +135,7 @@ TEST(Palette, HalftoneCubesHaveRedFastestAndACounterAt256CountsAs255) {
     }
 }
 
-TEST(Palette, WebsafeHasRed51At8BlackAt216Grey248At247AndWhiteAt255) {
+TEST(Palette, WebsafeHasItsColoursAt8And216And247And255) {
     cPal8bpp palette;
     palette.CreateWebsafe();
     EXPECT_EQ(palette.Entries(), 256);
@@ -146,7 +146,7 @@ TEST(Palette, WebsafeHasRed51At8BlackAt216Grey248At247AndWhiteAt255) {
     EXPECT_EQ(palette.hPal()->size(), 256);
 }
 
-TEST(Palette, WebsafeIsDarkColoursTheCubeWithoutItsCornersGreysAndBrightColours) {
+TEST(Palette, WebsafeHasDarkColoursCubeGreysAndBrightColours) {
     cPal8bpp palette;
     palette.CreateWebsafe();
     EXPECT_EQ(entries(palette, 0, 7), dark);
@@ -168,7 +168,7 @@ TEST(Palette, WebsafeIsDarkColoursTheCubeWithoutItsCornersGreysAndBrightColours)
     }
 }
 
-TEST(Palette, TheFourthByteOfEveryEntryIsZero) {
+TEST(Palette, FourthByteOfEveryEntryIsZero) {
     const std::vector<std::function<void(cPal8bpp&)>> makers{
         [](auto& palette) { palette.CreateGreyScale(2); },
         [](auto& palette) { palette.CreateEGA(); },
@@ -184,7 +184,7 @@ TEST(Palette, TheFourthByteOfEveryEntryIsZero) {
     }
 }
 
-TEST(Palette, AKindOutsideTheTablesIsAFailureAndChangesNothing) {
+TEST(Palette, InvalidKindFailsWithoutAChange) {
     cPal8bpp palette;
     palette.CreateEGA();
     for (const std::int32_t kind : {-1, 5, 1000}) {
@@ -198,7 +198,7 @@ TEST(Palette, AKindOutsideTheTablesIsAFailureAndChangesNothing) {
     EXPECT_EQ(closest(palette, 255, 255, 255), 15);
 }
 
-TEST(Palette, EveryCreateReplacesTheWholeState) {
+TEST(Palette, CreateReplacesTheWholeState) {
     cPal8bpp palette;
     palette.CreateWebsafe();
     palette.CreateGreyScale(0);
@@ -206,7 +206,7 @@ TEST(Palette, EveryCreateReplacesTheWholeState) {
     EXPECT_EQ(closest(palette, 250, 250, 250), 1);
 }
 
-TEST(Palette, IsGreyScaleIsTrueAfterEveryGreyScaleAndFalseAfterEga) {
+TEST(Palette, IsGreyScaleIsTrueForGreysAndFalseForEga) {
     cPal8bpp palette;
     for (int kind = 0; kind < 3; ++kind) {
         palette.CreateGreyScale(kind);
@@ -216,7 +216,7 @@ TEST(Palette, IsGreyScaleIsTrueAfterEveryGreyScaleAndFalseAfterEga) {
     EXPECT_FALSE(palette.IsGreyScale());
 }
 
-TEST(Palette, IsGreyScaleIsTrueAfterInitializeWith16SinceAllAreBlack) {
+TEST(Palette, IsGreyScaleIsTrueForBlackEntries) {
     cPal8bpp palette;
     palette.Initialize(16);
     EXPECT_TRUE(palette.IsGreyScale());
@@ -226,7 +226,7 @@ TEST(Palette, IsGreyScaleIsTrueAfterInitializeWith16SinceAllAreBlack) {
     EXPECT_FALSE(palette.IsGreyScale());
 }
 
-TEST(Palette, IsGreyScaleLooksAtValidEntriesAndAtEveryChannel) {
+TEST(Palette, IsGreyScaleComparesAllChannelsOfValidEntries) {
     cPal8bpp palette;
     palette.Initialize(4);
     palette.SetrgbR(4, 1);
@@ -239,7 +239,7 @@ TEST(Palette, IsGreyScaleLooksAtValidEntriesAndAtEveryChannel) {
     EXPECT_TRUE(palette.IsGreyScale());
 }
 
-TEST(Palette, IsGreyScaleOfMoreThan256EntriesFailsUnlessItMeetsAColourBefore) {
+TEST(Palette, IsGreyScaleFailsBeyond256EntriesUnlessAColourIsFound) {
     cPal8bpp palette;
     palette.Initialize(257);
     EXPECT_FAILURE(palette.IsGreyScale(), SubscriptOutOfRange);
@@ -247,7 +247,7 @@ TEST(Palette, IsGreyScaleOfMoreThan256EntriesFailsUnlessItMeetsAColourBefore) {
     EXPECT_FALSE(palette.IsGreyScale());
 }
 
-TEST(Palette, TheHandleHoldsRedAndBlueCrossedAndTheQueriesCrossThemAgain) {
+TEST(Palette, HandleAndQueriesExchangeRedAndBlue) {
     cPal8bpp palette;
     palette.Initialize(2);
     palette.SetrgbR(0, 200);
@@ -258,7 +258,7 @@ TEST(Palette, TheHandleHoldsRedAndBlueCrossedAndTheQueriesCrossThemAgain) {
     EXPECT_EQ(closest(palette, 0, 0, 190), 1);
 }
 
-TEST(Palette, TheLowestIndexWinsAmongEquals) {
+TEST(Palette, LowestIndexOfEquallyNearEntriesIsFound) {
     cPal8bpp palette;
     palette.Initialize(4);
     palette.SetrgbG(1, 10);
@@ -270,7 +270,7 @@ TEST(Palette, TheLowestIndexWinsAmongEquals) {
     EXPECT_EQ(closest(palette, 0, 15, 0), 1);
 }
 
-TEST(Palette, ClosestColorGivesTheColourOfTheEntryFound) {
+TEST(Palette, ClosestColorReturnsTheColourOfTheEntry) {
     cPal8bpp palette;
     palette.CreateEGA();
     std::uint8_t red = 1;
@@ -283,7 +283,7 @@ TEST(Palette, ClosestColorGivesTheColourOfTheEntryFound) {
     EXPECT_EQ(make_colour(red, green, blue), 0x800080);
 }
 
-TEST(Palette, ChangedEntriesReachTheHandleOnlyByBuildLogicalPalette) {
+TEST(Palette, ChangedEntriesReachTheHandleByBuildLogicalPalette) {
     cPal8bpp palette;
     palette.CreateGreyScale(0);
     palette.SetrgbR(2, 200);
@@ -295,7 +295,7 @@ TEST(Palette, ChangedEntriesReachTheHandleOnlyByBuildLogicalPalette) {
     EXPECT_EQ(closest(palette, 200, 0, 0), 2);
 }
 
-TEST(Palette, WithFewerThan1OrMoreThan256EntriesThereIsNoHandleAndNoFailure) {
+TEST(Palette, FewerThan1OrMoreThan256EntriesGiveNoHandle) {
     for (const std::int16_t number : {std::int16_t{0}, std::int16_t{-1}, std::int16_t{257}}) {
         cPal8bpp palette;
         palette.CreateEGA();
@@ -308,7 +308,7 @@ TEST(Palette, WithFewerThan1OrMoreThan256EntriesThereIsNoHandleAndNoFailure) {
     }
 }
 
-TEST(Palette, TheEntriesLieInMemoryAsBlueGreenRedReserved) {
+TEST(Palette, EntriesAreBlueGreenRedReservedInMemory) {
     cPal8bpp palette;
     palette.Initialize(1);
     palette.SetrgbR(255, 3);

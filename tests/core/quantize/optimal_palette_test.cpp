@@ -58,13 +58,13 @@ Colours far_apart() {
     return colours;
 }
 
-TEST(OptimalPalette, OneColourIsOneLeafAndThatColourExactly) {
+TEST(OptimalPalette, OneColourGivesExactlyThatColour) {
     for (const Colour colour : {0x000000, 0x123456, 0xFFFFFF, 0x808080}) {
         EXPECT_EQ(optimal(Colours(700, colour)), Colours{colour});
     }
 }
 
-TEST(OptimalPalette, APictureThatIsNotOf32BitsChangesNothing) {
+TEST(OptimalPalette, PictureOfOtherThan32BitsChangesNothing) {
     cPal8bpp untouched;
     cPal8bpp palette;
     palette.CreateEGA();
@@ -81,7 +81,7 @@ TEST(OptimalPalette, APictureThatIsNotOf32BitsChangesNothing) {
     EXPECT_FAILURE(untouched.lpPalette(), SubscriptOutOfRange);
 }
 
-TEST(OptimalPalette, TwoHundredFiftySixColoursInDifferentLeavesAreAllKeptInTheOrderInWhichTheyCome) {
+TEST(OptimalPalette, All256ColoursInDifferentLeavesAreKeptInOrder) {
     const Colours colours = far_apart();
     cDIB dib;
     fill_dib(dib, 256, 1, colours);
@@ -93,7 +93,7 @@ TEST(OptimalPalette, TwoHundredFiftySixColoursInDifferentLeavesAreAllKeptInTheOr
     EXPECT_EQ(palette.hPal()->size(), 256);
 }
 
-TEST(OptimalPalette, The257thColourMergesAtOnceInTheDeepestNodeEnteredLast) {
+TEST(OptimalPalette, Colour257MergesInTheDeepestNodeEnteredLast) {
     // 127 and 128 part at the eighth split only. The 255 others each hang from nodes entered before.
     Colours colours = far_apart();
     colours[255] = make_colour(127, 255, 255);
@@ -106,7 +106,7 @@ TEST(OptimalPalette, The257thColourMergesAtOnceInTheDeepestNodeEnteredLast) {
     EXPECT_EQ(optimal(colours), expected);
 }
 
-TEST(OptimalPalette, Value128GoesToTheLowerHalfAtTheRootAnd129ToTheUpper) {
+TEST(OptimalPalette, RootPutsValue128IntoTheLowerHalf) {
     EXPECT_EQ(optimal({127, 128}, {.levels = 1}).size(), 1U);
     EXPECT_EQ(optimal({128, 129}, {.levels = 1}), (Colours{128, 129}));
     EXPECT_EQ(optimal({129, 255}, {.levels = 1}).size(), 1U);
@@ -115,11 +115,11 @@ TEST(OptimalPalette, Value128GoesToTheLowerHalfAtTheRootAnd129ToTheUpper) {
     EXPECT_EQ(optimal({127 << 16, 128 << 16}, {.levels = 1}).size(), 1U);
 }
 
-TEST(OptimalPalette, TheUpperHalfSplitsAt192) {
+TEST(OptimalPalette, UpperHalfSplitsAt192) {
     EXPECT_EQ(optimal({129, 192, 193, 255}, {.levels = 2}), (Colours{160, 224})); // 160.5 and 224 to even
 }
 
-TEST(OptimalPalette, AWeightOf2ForRedSendsEveryRedFrom65OnToTheUpperHalf) {
+TEST(OptimalPalette, RedWeight2PutsRedsFrom65IntoTheUpperHalf) {
     const Wish wish{.levels = 1, .red_weight = 2.0F};
     EXPECT_EQ(optimal({0, 64}, wish), Colours{32});
     EXPECT_EQ(optimal({64, 65}, wish), (Colours{64, 65}));
@@ -132,7 +132,7 @@ TEST(OptimalPalette, SumsAreUnweighted) {
               Colours{0x0A0B0C});
 }
 
-TEST(OptimalPalette, EightLevelsCannotPart0From1ButPartAllOtherNeighbours) {
+TEST(OptimalPalette, EightLevelsSeparateAllNeighboursExcept0And1) {
     EXPECT_EQ(optimal({0, 1}), Colours{0}); // 0.5 to even
     for (Colour value = 1; value < 255; ++value) {
         EXPECT_EQ(optimal({value, value + 1}), (Colours{value, value + 1}));
@@ -145,7 +145,7 @@ TEST(OptimalPalette, MeansAreRoundedTiesToEven) {
     EXPECT_EQ(optimal({1, 1, 2}, {.levels = 1}), Colours{1});
 }
 
-TEST(OptimalPalette, TheLowestRowOfThePictureComesFirst) {
+TEST(OptimalPalette, BottomRowOfThePictureIsFirst) {
     cDIB dib;
     fill_dib(dib, 2, 2, {0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF});
     cPal8bpp palette;
@@ -153,7 +153,7 @@ TEST(OptimalPalette, TheLowestRowOfThePictureComesFirst) {
     EXPECT_EQ(valid_entries(palette), (Colours{0x0000FF, 0xFFFFFF, 0xFF0000, 0x00FF00}));
 }
 
-TEST(OptimalPalette, CalledTwiceItStartsFromAnEmptyTree) {
+TEST(OptimalPalette, SecondCallStartsFromAnEmptyTree) {
     cDIB many;
     fill_dib(many, 256, 1, far_apart());
     cDIB one;
@@ -167,7 +167,7 @@ TEST(OptimalPalette, CalledTwiceItStartsFromAnEmptyTree) {
     EXPECT_EQ(valid_entries(palette), far_apart());
 }
 
-TEST(OptimalPalette, AReductionStopsAtTheRootsChildrenHoweverLowTheMaximum) {
+TEST(OptimalPalette, ReductionStopsAtTheChildrenOfTheRoot) {
     const Colours corners{0x000000, 0x0000FF, 0x00FF00, 0x00FFFF, 0xFF0000, 0xFF00FF, 0xFFFF00, 0xFFFFFF};
     for (const std::int32_t maximum : {1, 0, -1, std::numeric_limits<std::int32_t>::min()}) {
         EXPECT_EQ(optimal(corners, {.maximum = maximum}).size(), 8U);
@@ -175,7 +175,7 @@ TEST(OptimalPalette, AReductionStopsAtTheRootsChildrenHoweverLowTheMaximum) {
     }
 }
 
-TEST(OptimalPalette, LevelsMustFitAByteAndNothingChangesWhenTheyDoNot) {
+TEST(OptimalPalette, LevelsBeyondAByteOverflowWithoutAChange) {
     cDIB dib;
     fill_dib(dib, 1, 1, {7});
     cPal8bpp palette;
@@ -202,11 +202,11 @@ TEST(OptimalPalette, ListsExistForLevels1To8Only) {
     EXPECT_EQ(valid_entries(palette), (Colours{0, 0xFFFFFF}));
 }
 
-TEST(OptimalPalette, ANinthLevelParts0From1) {
+TEST(OptimalPalette, NinthLevelSeparates0From1) {
     EXPECT_EQ(optimal({0, 1}, {.levels = 9}), (Colours{0, 1}));
 }
 
-TEST(OptimalPalette, MoreThan256LeavesAreASubscriptFailureWithThePaletteFilledButNotValid) {
+TEST(OptimalPalette, MoreThan256LeavesAreASubscriptFailure) {
     Colours colours = far_apart();
     colours.push_back(0xFFFFFF);
     cDIB dib;
@@ -232,7 +232,7 @@ void add_greens(Octree& tree, std::uint8_t green, std::int32_t count) {
     tree.add(std::span(pixels).first(4 * static_cast<std::size_t>(count)));
 }
 
-TEST(OptimalPalette, SumsThatLeave32BitsAreAnOverflow) {
+TEST(OptimalPalette, SumsBeyond32BitsOverflow) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max() / 255;
     Octree tree(256, 8, {1.0F, 1.0F, 1.0F});
     add_greens(tree, 255, most);
@@ -243,7 +243,7 @@ TEST(OptimalPalette, SumsThatLeave32BitsAreAnOverflow) {
     EXPECT_FAILURE(add_greens(tree, 255, 1), Overflow);
 }
 
-TEST(OptimalPalette, SumsThatLeave32BitsInAReductionAreAnOverflow) {
+TEST(OptimalPalette, SumsBeyond32BitsInAReductionOverflow) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max() / 255;
     Octree tree(1, 8, {1.0F, 1.0F, 1.0F});
     add_greens(tree, 255, most);
@@ -281,7 +281,7 @@ void expect_random_as_plain(std::int32_t width, std::int32_t height, Character c
         << ", maximum " << wish.maximum << ", levels " << wish.levels;
 }
 
-TEST(OptimalPalette, IsThatOfPlainRecursionOnTinyPicturesWithEveryMaximumAndDepth) {
+TEST(OptimalPalette, TinyPicturesMatchTheReference) {
     std::uint32_t seed = 0;
     for (const Character character : test::all_characters) {
         for (const std::int32_t maximum : {-1, 0, 1, 2, 3, 7, 8, 9, 16, 40, 256, 400}) {
@@ -296,7 +296,7 @@ TEST(OptimalPalette, IsThatOfPlainRecursionOnTinyPicturesWithEveryMaximumAndDept
     }
 }
 
-TEST(OptimalPalette, IsThatOfPlainRecursionOnSmallPictures) {
+TEST(OptimalPalette, SmallPicturesMatchTheReference) {
     for (std::uint32_t seed = 0; seed < 1800; ++seed) {
         const Character character = test::all_characters[seed % 6];
         const auto width = static_cast<std::int32_t>(1 + seed * 7 % 40);
@@ -307,7 +307,7 @@ TEST(OptimalPalette, IsThatOfPlainRecursionOnSmallPictures) {
     }
 }
 
-TEST(OptimalPalette, IsThatOfPlainRecursionWithWeights) {
+TEST(OptimalPalette, WeightedChannelsMatchTheReference) {
     const float weights[] = {
         1.0F, 2.0F, 0.5F, 0.299F, 0.0F, -1.0F, 1e30F, 3e38F, std::numeric_limits<float>::quiet_NaN()};
     std::uint32_t seed = 0;
@@ -325,7 +325,7 @@ TEST(OptimalPalette, IsThatOfPlainRecursionWithWeights) {
     }
 }
 
-TEST(OptimalPalette, IsThatOfPlainRecursionOnPicturesOfFullSize) {
+TEST(OptimalPalette, FullSizePicturesMatchTheReference) {
     std::uint32_t seed = 900;
     for (const Character character : test::all_characters) {
         expect_random_as_plain(150, 150, character, seed++, {});
@@ -337,7 +337,7 @@ TEST(OptimalPalette, IsThatOfPlainRecursionOnPicturesOfFullSize) {
 
 // Colours that return again and again after their leaves were merged, and nodes that are freed and used
 // again.
-TEST(OptimalPalette, IsThatOfPlainRecursionWhenColoursReturnBetweenReductions) {
+TEST(OptimalPalette, ReturningColoursMatchTheReference) {
     for (std::uint32_t seed = 0; seed < 400; ++seed) {
         std::mt19937 random(seed);
         Colours colours(300);
