@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "core/base/leading_number.h"
 #include "core/base/number_text.h"
 #include "core/codecs/SavePCX.h"
 #include "core/codecs/SaveTGA.h"

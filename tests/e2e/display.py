@@ -232,10 +232,26 @@ class Display:
         words = ["mousemove", x, y]
         if key:
             words += ["keydown", key]
-        words += ["click", "--repeat", times, "--delay", 10, 1]
-        if key:
-            words += ["keyup", key]
+        if times == 1:
+            words += ["click", 1]
         self.xdotool(*words)
+        if times > 1:
+            self.click_at_once(times)
+        if key:
+            self.xdotool("keyup", key)
+
+    def click_at_once(self, times):
+        """Several clicks in one message to the server. xdotool sends them one by one, and a busy machine may separate
+        them by more than the time of a double click."""
+        x11, xtst = ctypes.CDLL("libX11.so.6"), ctypes.CDLL("libXtst.so.6")
+        x11.XOpenDisplay.restype = ctypes.c_void_p
+        connection = ctypes.c_void_p(x11.XOpenDisplay(self.environment["DISPLAY"].encode()))
+        if not connection:
+            raise AssertionError("no connection to the display")
+        for _ in range(times):
+            for pressed in (1, 0):
+                xtst.XTestFakeButtonEvent(connection, 1, pressed, 0)
+        x11.XCloseDisplay(connection)
 
     def press(self, *keys):
         self.xdotool("key", *keys)
