@@ -13,7 +13,7 @@ namespace {
 using test::Bytes;
 using test::TemporaryFolder;
 
-// The 54 bytes of an acceptable bitmap of 7 by 5 at 24 bits.
+// The 54 bytes of a valid bitmap of 7 by 5 at 24 bits.
 Bytes acceptable_head() {
     Bytes bytes(54);
     bytes[0] = 'B';
@@ -94,7 +94,7 @@ TEST_F(BmpModTest, WidthOf0OrBelowIsRejected) {
 TEST_F(BmpModTest, PixelOffsetIsOnlyCheckedAgainst54) {
     EXPECT_EQ(probe_with(10, 53), refused);
     EXPECT_EQ(probe_with(10, 0x7FFFFFFF).answer, True);
-    // A colour table follows, and still the offset of 54 passes.
+    // A colour table follows, but an offset of 54 is still accepted.
     Bytes bytes = acceptable_head();
     put_i16(bytes, 28, 8);
     bytes.resize(54 + 1024);

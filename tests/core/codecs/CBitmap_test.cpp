@@ -22,7 +22,7 @@ using test::TestSurface;
 
 using Colours = std::vector<Colour>;
 
-// A 32-bit picture of these colours, rows from the top, as the current one.
+// Sets the current bitmap to a 32-bit picture of these colours, top row first.
 void make_current(std::int32_t width, std::int32_t height, const Colours& colours) {
     Bytes pixels;
     for (const Colour colour : colours) {
@@ -31,7 +31,7 @@ void make_current(std::int32_t width, std::int32_t height, const Colours& colour
     CBitmap::CreateBitmap32(pixels, width, height, 1);
 }
 
-// The screen's figures for one test.
+// Replaces the screen's twips per pixel for one test.
 struct TwipsPerPixel {
     TwipsPerPixel(double x, double y) { screen() = {x, y}; }
 
@@ -251,7 +251,7 @@ TEST(CBitmap, BorderedTargetGrowsAtEveryDrawWithoutAutoscale) {
     CBitmap::DrawBitmap(1, 1, target, 0);
     EXPECT_EQ(target.bitmap().width(), 14);
     EXPECT_EQ(target.bitmap().height(), 10);
-    // The picture is stretched to the outer size before the growth, which is the inner size after it.
+    // The picture is stretched to the old outer size, which is the inner size after growing.
     EXPECT_EQ(colours_of(target), Colours(14 * 10, 5));
     CBitmap::DrawBitmap(1, 1, target, 0);
     EXPECT_EQ(target.bitmap().width(), 18);
@@ -277,7 +277,7 @@ TEST(CBitmap, TargetOfAnotherSizeStretchesThePicture) {
 TEST(CBitmap, DrawClearsTheTargetFirst) {
     make_current(1, 1, {5});
     const auto target = surface_of(4, 1, {9, 9, 9, 9});
-    // Three quarters of the source lie outside the picture and leave what the target had.
+    // Three quarters of the source are outside the picture and leave the target unchanged.
     CBitmap::DrawBitmap(4, 1, *target, 0);
     EXPECT_EQ(colours_of(*target), (Colours{5, 0, 0, 0}));
 }

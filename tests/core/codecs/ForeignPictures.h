@@ -1,5 +1,5 @@
-// Files that other programs wrote, for tests of the readers: what a reader draws is held equal to what those
-// programs decode, and where it is different on purpose, to what it is meant to draw instead.
+// Reader tests on files written by other programs: compares what a reader draws with what those programs
+// decode or, where the readers differ on purpose, with the defined result.
 #pragma once
 
 #include <random>
@@ -27,7 +27,7 @@ inline constexpr Size usual_sizes[] = {{1, 1}, {1, 3}, {2, 3},  {3, 2},   {4, 1}
 
 enum class Palette { Any, Of200, Of16, RedAndBlue, BlackAndWhite, Greys };
 
-/// The colours of a palette; of any colour, none.
+/// The colours of a palette; empty for random colours.
 inline Colours colours_in(Palette palette) {
     std::mt19937 random(7);
     Colours colours;
@@ -70,7 +70,7 @@ inline Colours random_runs(const Colours& choice, std::size_t count, std::uint32
     return colours;
 }
 
-/// Whether two pictures of that width have the same pixels, or where they first differ.
+/// Compares two pictures of that width; reports the first difference.
 inline testing::AssertionResult same(const Colours& drawn, const Colours& expected, std::int32_t width) {
     if (drawn.size() != expected.size()) {
         return testing::AssertionFailure() << drawn.size() << " pixels, expected " << expected.size();
@@ -86,7 +86,7 @@ inline testing::AssertionResult same(const Colours& drawn, const Colours& expect
     return testing::AssertionSuccess();
 }
 
-/// What a reader draws on a surface that takes its size.
+/// What a reader draws on a surface with autoscale.
 inline Colours drawn_by(const LoadPCX& reader) {
     TestSurface target(1, 1);
     reader.DrawPCX(target);
@@ -131,7 +131,7 @@ class ForeignPictures : public testing::Test {
         }
     }
 
-    /// "0.ppm 1.ppm ..." with another ending.
+    /// "0.ppm 1.ppm ..." with another extension.
     std::string names(const std::string& ending) const {
         std::string all;
         for (std::size_t i = 0; i < sources.size(); ++i) {
@@ -149,12 +149,12 @@ class ForeignPictures : public testing::Test {
         return folder.file(std::to_string(i) + "." + ending);
     }
 
-    /// Lets ImageMagick write every source with these options.
+    /// Makes ImageMagick write every source with these options.
     void convert(const std::string& options, const std::string& ending, const std::string& from = "ppm") {
         run_tool(in_folder("convert " + names(from) + options + " +adjoin %d." + ending));
     }
 
-    /// Runs a Netpbm program on every source, by standard input.
+    /// Runs a Netpbm program on the standard input of every source.
     void netpbm(const std::string& program, const std::string& ending, const std::string& from = "ppm") {
         run_tool(in_folder("for i in " + numbers() + "; do " + program + " < $i." + from + " > $i." + ending +
                            "; done"));
@@ -171,8 +171,8 @@ class ForeignPictures : public testing::Test {
             in_folder("for i in " + numbers() + "; do " + program + " $i." + ending + "; done"));
     }
 
-    /// Every file of that ending: the probe tells its size and what a new reader draws is what the sources,
-    /// and all the foreign decoders, show.
+    /// For every file with that extension: the probe returns its size, and a new reader draws the same pixels
+    /// as the source and all foreign decoders.
     template <typename Reader>
     void expect_equal(const std::string& ending, const std::vector<std::vector<ForeignPicture>>& decoded) {
         for (std::size_t i = 0; i < sources.size(); ++i) {
@@ -221,8 +221,7 @@ class ForeignPictures : public testing::Test {
         }
     }
 
-    /// What is drawn of the 1-bit PCX files is white where the sources have the second colour of the file's
-    /// map, else black.
+    /// 1-bit PCX files are drawn white where the source has the second colour of the file's map, else black.
     void expect_white_for_the_second_colour() const {
         for (std::size_t i = 0; i < sources.size(); ++i) {
             const PcxHeader header = pcx_header(i);
@@ -246,7 +245,7 @@ class ForeignPictures : public testing::Test {
         }
     }
 
-    /// "width height" of every file, as ImageMagick tells it.
+    /// "width height" of every file according to ImageMagick.
     std::vector<std::string> identified(const std::string& ending) {
         std::istringstream text(run_tool(in_folder("identify -format '%w %h\\n' " + names(ending))));
         std::vector<std::string> lines;

@@ -17,7 +17,7 @@ const Bytes start{0xFF, 0xD8};
 const Bytes jfif{0xFF, 0xE0, 0, 16, 'J', 'F', 'I', 'F', 0, 1, 1, 0, 0, 1, 0, 1, 0, 0};
 const Bytes scan{0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0, 1, 2, 3};
 
-// A segment of this marker whose length field counts itself and the body.
+// A segment; its length field counts itself and the body.
 Bytes segment(std::uint8_t marker, const Bytes& body) {
     const std::size_t length = body.size() + 2;
     return joined(
@@ -59,7 +59,7 @@ TEST_F(JpgModTest, BaselineFrameGivesWidthAndHeight) {
 
 TEST_F(JpgModTest, TheFirstBaselineFrameEndsTheWalk) {
     EXPECT_EQ(probe({start, frame(0xC0, 3, 5), frame(0xC0, 7, 9), scan}), (Probe{True, 3, 5}));
-    // Not even a length that is an overflow is met behind it.
+    // The overflowing length after it is not read.
     EXPECT_EQ(probe({start, frame(0xC0, 3, 5), {0xFF, 0xE2, 0x80, 0x00}}), (Probe{True, 3, 5}));
 }
 
@@ -99,7 +99,7 @@ TEST_F(JpgModTest, OtherFrameKindsAreSkipped) {
 }
 
 TEST_F(JpgModTest, OtherSegmentsAreSkippedByTheirLength) {
-    // Each body holds what would be a frame of another size, were it looked at.
+    // Each body contains a frame header of another size, which must not be read.
     for (const std::uint8_t marker : Bytes{0x01, 0xC4, 0xDB, 0xDD, 0xE2, 0xED, 0xEE, 0xFE}) {
         EXPECT_EQ(probe({start, segment(marker, frame(0xC0, 90, 91)), frame(0xC0, 3, 5)}),
                   (Probe{True, 3, 5}));
@@ -116,7 +116,7 @@ TEST_F(JpgModTest, StuffedByteIsSkippedButItsLengthIsRead) {
 }
 
 TEST_F(JpgModTest, FillByteIsReadAsAMarkerWithALength) {
-    // 255 255 192 0: a length byte of 192 overflows where the format would have fill bytes skipped.
+    // 255 255 192 0: the format would skip the fill byte; here the length byte 192 overflows.
     EXPECT_FAILURE(probe({start, {0xFF}, frame(0xC0, 3, 5)}), Overflow);
 }
 
@@ -149,7 +149,7 @@ TEST_F(JpgModTest, BytesBeyondTheEndAreZero) {
 }
 
 TEST_F(JpgModTest, SegmentLengthOf0StillAdvances) {
-    // The walk then stands on the length itself and passes it as stray bytes.
+    // The walk then reaches the length itself and skips it as stray bytes.
     EXPECT_EQ(probe({start, {0xFF, 0xDB, 0, 0}, {0xFF, 0xDB, 0, 0}, frame(0xC0, 3, 5)}), (Probe{True, 3, 5}));
 }
 

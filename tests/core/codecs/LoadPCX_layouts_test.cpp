@@ -1,4 +1,4 @@
-// PCX pictures of 1, 4 and 8 bits, each layout with what it makes of its lines and colours.
+// The decoders of LoadPCX for 1, 4 and 8 bits.
 #include <random>
 
 #include "core/codecs/CBitmap.h"
@@ -32,10 +32,10 @@ TEST_F(LoadPcx, Picture1BitIsBlackAndWhiteWithAnyColorMap) {
 }
 
 TEST_F(LoadPcx, TooLongLinesSkewThePicture) {
-    // 8 pixels need 1 byte, the file has lines of 6: rows of 8 bytes meet a picture of rows of 4.
+    // 8 pixels need 1 byte, but the file has lines of 6: rows of 8 bytes are read as rows of 4.
     load(header_of(1, 1, 6, 8, 2), {0xFF, 0, 0, 0, 0x0F, 0, 0xAA, 0, 0, 0, 0, 0});
     const Colour white = 0xFFFFFF;
-    // Bottom row: the start of the last line. Top row: bytes 4 to 7 of that same line.
+    // Bottom row: the start of the last line. Top row: bytes 4 to 7 of the same line.
     EXPECT_EQ(decoded_colours(), (Colours{0, 0, 0, 0, 0, 0, 0, 0, white, 0, white, 0, white, 0, white, 0}));
 }
 
@@ -60,14 +60,14 @@ TEST_F(LoadPcx, Picture8BitWithoutTheMarkerGetsAGreyRamp) {
 TEST_F(LoadPcx, File8BitOfFewerThan769BytesFails) {
     const PcxHeader header = header_of(8, 1, 2, 2, 1);
     EXPECT_FAILURE(load(header, Bytes(640)), DeviceIo);
-    // At 769 bytes the marker's place is the first byte of the file.
+    // At 769 bytes the marker is the first byte of the file.
     load(header, Bytes(641, 6));
     EXPECT_EQ(decoded_colours(), Colours(2, grey(6)));
 }
 
 TEST_F(LoadPcx, PaletteBytesFillMissingRows) {
-    // One pixel for three rows: the marker and the first palette bytes are the others. The file's red of
-    // entry 0 is 255, a run byte that repeats the next byte, 0.
+    // One pixel for three rows: the others are the marker and the first palette bytes. The red of entry 0 is
+    // 255, a run byte that repeats the next byte, 0.
     load(compressed(header_of(8, 1, 1, 1, 3)), joined({{5}, palette_trailer()}));
     EXPECT_EQ(decoded_colours(), (Colours{0x0705FA, 0x070CF3, 0x0700FF}));
 }
@@ -88,7 +88,7 @@ TEST_F(LoadPcx, Picture4BitIsNibblesThroughTheColorMap) {
 }
 
 TEST_F(LoadPcx, Picture4BitIgnoresBytesPerLine) {
-    // Three pixels make lines of 2 bytes, though the file says 6: the second row comes from bytes 2 and 3.
+    // Three pixels have lines of 2 bytes, though the header says 6: the second row is bytes 2 and 3.
     load(with_map(header_of(4, 1, 6, 3, 2)), {0x12, 0x30, 0x45, 0x60, 0, 0, 0x77, 0x70, 0, 0, 0, 0});
     EXPECT_EQ(decoded_colours(), (Colours{map_colour(1), map_colour(2), map_colour(3), map_colour(4),
                                           map_colour(5), map_colour(6)}));
@@ -185,7 +185,7 @@ TEST_F(LoadPcx, MergePlanesMatchesTheReference) {
 }
 
 TEST_F(LoadPcx, WideLinesOfZeroOrNegativeLengthMatchTheReference) {
-    // Wide enough for the groups of later lines to reach what stands before them.
+    // Wide enough that the groups of later lines overlap the bytes before them.
     for (const std::int32_t bytes_per_line : {-3, -2, -1, 0, 1}) {
         for (const std::int32_t width : {8, 30, 32, 34, 250}) {
             const Bytes planes = counting(40);

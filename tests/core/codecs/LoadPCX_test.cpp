@@ -51,7 +51,7 @@ TEST_F(LoadPcx, AutoscaleKeepsItsValue) {
     EXPECT_EQ(reader.Autoscale(), 5);
 }
 
-// The look at the header.
+// The probe.
 
 TEST_F(LoadPcx, ProbeReturnsSizeAndDepthWithoutChangingTheObject) {
     EXPECT_EQ(info(header_of(8, 3, 10, 9, 4)), (Info{True, 9, 4, 8}));
@@ -113,7 +113,7 @@ TEST_F(LoadPcx, UnknownLayoutStretchesTheOldPictureToTheNewSize) {
     load(header_of(8, 2, 2, 3, 2));
     TestSurface target(1, 1);
     reader.DrawPCX(target);
-    // The source rectangle of 3 by 2 reaches beyond the picture of 2 by 1, and nothing is drawn there.
+    // The source rectangle of 3 by 2 extends beyond the picture of 2 by 1; nothing is drawn there.
     EXPECT_EQ(test::colours_of(target), (Colours{0x010000, 0x020000, 0, 0, 0, 0}));
 }
 
@@ -260,12 +260,12 @@ TEST_F(LoadPcx, RowsWithoutBytesFail) {
     EXPECT_FAILURE(LoadPCX::FlipRows(counting(3), 1, 0), SubscriptOutOfRange);
     EXPECT_FAILURE(LoadPCX::FlipRows(counting(3), 1, -4), SubscriptOutOfRange);
     EXPECT_FAILURE(LoadPCX::FlipRows(counting(3), -1, 3), SubscriptOutOfRange);
-    // Two negative numbers make a size, of which no row is filled.
+    // Two negative sides have a positive product, but no row is written.
     EXPECT_EQ(bytes_of(LoadPCX::FlipRows(counting(3), -2, -4)), Bytes(8));
 }
 
 TEST_F(LoadPcx, FileWithoutItsLastRowLoadsIfTheRowStartsAtTheSpareByte) {
-    // The array has a spare zero byte, so that the second row starts on it.
+    // The second row starts at the spare zero byte of the array.
     const PcxHeader header = header_of(1, 1, 1, 8, 2);
     load(header, {0xFF});
     EXPECT_EQ(decoded_colours(), (Colours{0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF,
@@ -303,7 +303,7 @@ TEST_F(LoadPcx, ManyPixelsFromFewBytesFailOnlyWithoutMemory) {
 }
 
 TEST_F(LoadPcx, TwoNegativeSidesGiveAnArrayButNoPicture) {
-    // One byte less than 2 GiB would be 536870911.75 pixels; these are 536870910.
+    // 2 GiB minus one byte would be 536870911.75 pixels; these are 536870910.
     put_old_picture();
     load(header_of(8, 3, 0, -28702, -18705), {1, 2, 3});
     EXPECT_EQ(CBitmap::CurrentBitmap, nullptr);
@@ -319,7 +319,7 @@ TEST_F(LoadPcx, EarlierReaderDrawsTheLaterPictureStretched) {
     TestSurface target(4, 1);
     reader.SetAutoscale(0);
     reader.DrawPCX(target);
-    // The first half of the earlier size lies on the one pixel of the later picture, the rest outside it.
+    // The first half of the earlier size covers the one pixel of the later picture, the rest is outside.
     EXPECT_EQ(test::colours_of(target), (Colours{grey(9), grey(9), 0, 0}));
 }
 
@@ -338,13 +338,13 @@ TEST_F(LoadPcx, MissingFileIsAFailure) {
 TEST_F(LoadPcx, TruncatedHeaderIsZeroInTheMissingBytes) {
     load(header_of(8, 3, 1, 1, 1), {1, 2, 3});
     const auto old = CBitmap::CurrentBitmap;
-    // Cut before the planes: a layout that is not known, of 8 by 1 pixels.
+    // Truncated before the plane count: an unknown layout of 8 by 1 pixels.
     reader.Load(folder.write("b.pcx", Bytes{10, 5, 0, 8, 0, 0, 0, 0, 7, 0}));
     EXPECT_EQ(reader.Width(), 8);
     EXPECT_EQ(reader.Height(), 1);
     EXPECT_EQ(reader.Header().NPlanes, 0);
     EXPECT_EQ(CBitmap::CurrentBitmap, old);
-    // Cut behind the line length: the picture's one row is the spare byte.
+    // Truncated after the line length: the picture's only row is the spare byte.
     Bytes bytes = bytes_of(header_of(1, 1, 1, 8, 1));
     bytes.resize(70);
     reader.Load(folder.write("b.pcx", bytes));

@@ -1,4 +1,4 @@
-// For tests of LoadPCX: headers, small pieces of files, and a reader with a folder for files.
+// Helpers for the LoadPCX tests: headers, parts of files, and a fixture with a reader and a temporary folder.
 #pragma once
 
 #include <cstdint>

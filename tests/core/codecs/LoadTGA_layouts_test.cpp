@@ -1,4 +1,4 @@
-// TGA pictures of 8, 16, 24 and 32 bits, plain and in packets, each layout with what it makes of its bytes.
+// The decoders of LoadTGA for 8, 16, 24 and 32 bits, plain and run-length encoded.
 #include <random>
 
 #include "core/codecs/CBitmap.h"
@@ -63,7 +63,7 @@ TEST_F(LoadTga, GreyPictureAfterAMapIsBlack) {
 }
 
 TEST_F(LoadTga, PixelArrayIsShorterByTheSizeOfTheOldMap) {
-    // The length is file - 18 - 3 * (entries - 1) + 1, so the last row's start must lie below that.
+    // The length is file - 18 - 3 * (entries - 1) + 1; the last row must start below that.
     read_map24(1);
     EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 3), counting(8)); }), std::nullopt);
     EXPECT_FAILURE(load(header_of(3, 8, 4, 4), counting(8)), SubscriptOutOfRange);
@@ -71,7 +71,7 @@ TEST_F(LoadTga, PixelArrayIsShorterByTheSizeOfTheOldMap) {
     EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 2), counting(8)); }), std::nullopt);
     EXPECT_FAILURE(load(header_of(3, 8, 4, 3), counting(8)), SubscriptOutOfRange);
     EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 1), counting(3)); }), std::nullopt);
-    // An array of no bytes cannot be had.
+    // An array of 0 bytes is a failure.
     EXPECT_FAILURE(load(header_of(3, 8, 4, 1), counting(2)), SubscriptOutOfRange);
     EXPECT_FAILURE(load(header_of(3, 8, 4, 1)), SubscriptOutOfRange);
 }
@@ -95,7 +95,7 @@ TEST_F(LoadTga, MapDepth15ReadsNoMap) {
     read_map24(1);
     load(with_map(header_of(1, 8, 2, 1), 1, 15), {0, 1});
     EXPECT_EQ(decoded_colours(), (Colours{0, 0}));
-    // Not even its length is looked at.
+    // Its length is not read either.
     EXPECT_EQ(test::failure_in([&] { load(with_map(header_of(1, 8, 2, 1), -5, 15), {0, 1}); }), std::nullopt);
     LoadTGA fresh;
     EXPECT_FAILURE(fresh.Load(file(with_map(header_of(1, 8, 2, 1), 1, 15), {0, 1})), SubscriptOutOfRange);
@@ -112,7 +112,7 @@ TEST_F(LoadTga, MapOfMoreThan256OrFewerThan1EntriesFails) {
 
 TEST_F(LoadTga, TooLongMapIsKept) {
     EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), 300, 24), Bytes(1000)), SubscriptOutOfRange);
-    // A grey picture now finds a map, of highest index 299.
+    // A grey picture now has a map whose highest index is 299.
     EXPECT_FAILURE(load(header_of(3, 8, 1, 1), Bytes(896)), SubscriptOutOfRange);
     EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 1, 1), Bytes(897)); }), std::nullopt);
 }
@@ -122,7 +122,7 @@ TEST_F(LoadTga, MissingMapEntriesAndPixelsAreBlack) {
     EXPECT_EQ(decoded_colours(), (Colours{0x090909, 0x090909}));
     CBitmap::CreateBitmap8(Bytes{1, 2, 0, 0}, 2, 1, 0);
     EXPECT_EQ(decoded_colours(), (Colours{0x080808, 0}));
-    // By the length formula the file must reach at least to the map's last entry.
+    // The length formula requires the file to extend to the map's last entry.
     EXPECT_FAILURE(load(with_map(header_of(1, 8, 2, 1), 3, 24), {9, 9, 9, 8, 8}), SubscriptOutOfRange);
 }
 
@@ -160,7 +160,7 @@ TEST_F(LoadTga, Type11IsValidButNotExpanded) {
     read_map24(4);
     load(with_map(header_of(11, 8, 2, 1), 4, 24), joined({map24(4), {0x81, 3}}));
     EXPECT_EQ(reader.IsTGA(), True);
-    // The packet's code is taken for an index beyond the map, which is black.
+    // The packet's code is read as an index beyond the map, which is black.
     EXPECT_EQ(decoded_colours(), (Colours{0, map_colour(3)}));
 }
 
@@ -172,7 +172,7 @@ TEST_F(LoadTga, Pixels16BitAreCopiedUnchanged) {
 }
 
 TEST_F(LoadTga, Picture16BitOfOddWidthIsSkewed) {
-    // Rows of 2 bytes meet a picture of rows of 4: every other pixel shows, and the last row is missing half.
+    // Rows of 2 bytes are read as rows of 4: every other pixel is drawn, half of the last row is missing.
     load(header_of(2, 16, 1, 2), {0x1F, 0, 0xE0, 0x03});
     EXPECT_EQ(decoded_colours(), (Colours{0xFF0000, 0}));
     load(header_of(2, 16, 3, 2), {1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 6, 0});
@@ -181,7 +181,7 @@ TEST_F(LoadTga, Picture16BitOfOddWidthIsSkewed) {
 }
 
 TEST_F(LoadTga, Packets16BitExpandWith3BytesPerPixel) {
-    // A run of 2 of the pixel's two bytes and the byte behind them: the words 0x001F and 0x1F00.
+    // A run of 2 copies of the pixel's two bytes and the byte after them: the words 0x001F and 0x1F00.
     load(header_of(10, 16, 2, 1), {0x81, 0x1F, 0x00, 0x00, 0x77, 0x77});
     EXPECT_EQ(decoded_colours(), (Colours{0xFF0000, make_colour(widen_5_bits(7), widen_5_bits(24), 0)}));
 }
@@ -197,7 +197,7 @@ TEST_F(LoadTga, Picture16BitOfNegativeHeightIsFlipped) {
     load(header_of(2, 16, 2, -2), {0x1F, 0, 0x1F, 0, 0, 0, 0, 0});
     EXPECT_EQ(reader.Height(), -2);
     EXPECT_EQ(decoded_colours(), (Colours{0, 0, 0xFF0000, 0xFF0000}));
-    // Compressed, its byte count is negative and the array cannot be had.
+    // Compressed, its byte count is negative, which is a failure.
     EXPECT_FAILURE(load(header_of(10, 16, 2, -2), {0x81, 1, 2, 3}), SubscriptOutOfRange);
 }
 
@@ -239,7 +239,7 @@ TEST_F(LoadTga, WidestRowsAre2047And1365And1023Pixels) {
 TEST_F(LoadTga, MissingPixelsAreBlackAndTheSpareByteCompletesOne) {
     load(header_of(2, 24, 2, 2), {1, 2, 3, 4, 5});
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0x040500, 0, 0}));
-    // One byte of a pixel is too little to count.
+    // One byte is not enough for a pixel.
     load(header_of(2, 24, 2, 2), {1, 2, 3, 4});
     EXPECT_EQ(decoded_colours(), (Colours{0x010203, 0, 0, 0}));
 }
@@ -344,7 +344,7 @@ TEST_F(LoadTga, ManyFullRunsExpandToTheLastPixel) {
 }
 
 TEST_F(LoadTga, RowsBeyondTheExpandedArrayFail) {
-    // The array is made for rows of 4 pixels, but rows of 8 are taken from it: 2 * 8 is outside its 13 bytes.
+    // The array has rows of 4 pixels, but rows of 8 are read: offset 2 * 8 is outside its 13 bytes.
     const Bytes data = joined({map24(1), {0x80, 0}});
     EXPECT_FAILURE(load(with_origin(with_map(header_of(9, 8, 8, 3), 1, 24), 4, 0), data),
                    SubscriptOutOfRange);
@@ -356,7 +356,7 @@ TEST_F(LoadTga, RowsBeyondTheExpandedArrayFail) {
 
 TEST_F(LoadTga, RowsWithoutPacketsAreZeroInAHugePicture) {
     for (const int depth : {24, 32}) {
-        // Row 0 is the lowest as seen, so the packet's pixels stand at its left.
+        // Row 0 is the bottom row, so the packet's pixels are at its left.
         TgaHeader header = header_of(10, depth, 1000, 30000);
         header.ImageDescriptor = 0;
         load(header, {0x81, 1, 2, 3, 4});

@@ -58,7 +58,7 @@ TEST_F(LoadTga, ScaleMode5Becomes1AndMinus1GivesSize0) {
     EXPECT_EQ(reader.Autoscale(), 5);
 }
 
-// The look at the header.
+// The probe.
 
 TEST_F(LoadTga, ProbeReturnsTheSizeWithoutSubtractingTheOrigin) {
     EXPECT_EQ(info(with_origin(header_of(2, 24, 100, 50), 10, 20)), (Info{True, 100, 50, 24}));
@@ -139,7 +139,7 @@ TEST_F(LoadTga, OriginIsSubtractedFromPixelsNotTwipsAndSkewsThePicture) {
     const Colours colours = decoded_colours();
     ASSERT_EQ(colours.size(), 180U);
     EXPECT_EQ(colours[89], make_colour(0, 0, 89));
-    // The second row starts with the ten pixels that the first had left.
+    // The second row starts with the ten pixels that the first one did not use.
     EXPECT_EQ(colours[90], make_colour(0, 0, 90));
     EXPECT_EQ(colours[100], make_colour(0, 1, 0));
 }
@@ -147,7 +147,7 @@ TEST_F(LoadTga, OriginIsSubtractedFromPixelsNotTwipsAndSkewsThePicture) {
 TEST_F(LoadTga, OriginCropsRowsAt8BitsWithoutSkew) {
     load(with_origin(with_map(header_of(1, 8, 8, 2), 16, 24), 4, 0),
          joined({map24(16), {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}}));
-    // Rows of 8 bytes meet a picture of rows of 4.
+    // Rows of 8 bytes are read as rows of 4.
     EXPECT_EQ(decoded_colours(), (Colours{map_colour(0), map_colour(1), map_colour(2), map_colour(3),
                                           map_colour(4), map_colour(5), map_colour(6), map_colour(7)}));
 }
@@ -191,7 +191,7 @@ TEST_F(LoadTga, TwoReadersShareThePictureButNotTheSize) {
 TEST_F(LoadTga, TgaAndPcxReadersShareTheColourTable) {
     read_map24(2);
     load(with_map(header_of(1, 8, 1, 1), 2, 24), joined({map24(2), {1}}));
-    // The picture keeps its colours when the other reader fills the table anew.
+    // The picture keeps its colours when the other reader fills the table again.
     PcxHeader header;
     header.BitsPerPixel = 8;
     header.NPlanes = 1;

@@ -1,4 +1,4 @@
-// For tests of LoadTGA: headers, small pieces of files, and a reader with a folder for files.
+// Helpers for the LoadTGA tests: headers, parts of files, and a fixture with a reader and a temporary folder.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace varnoth::test::tga {
 
-/// Top row first, so that colours come out in the order of the file.
+/// Top row first, so that pixels are drawn in file order.
 inline TgaHeader header_of(int type, int depth, int width, int height) {
     TgaHeader header;
     header.ImageType = static_cast<std::uint8_t>(type);
@@ -36,7 +36,7 @@ inline TgaHeader with_origin(TgaHeader header, int x, int y) {
     return header;
 }
 
-/// Entries of blue i, green 2i, red 3i, as far as a byte goes.
+/// Entries of blue i, green 2i, red 3i, modulo 256.
 inline Bytes map24(int entries) {
     Bytes bytes;
     for (int i = 0; i < entries; ++i) {
@@ -52,7 +52,7 @@ inline Colour map_colour(int i) {
                        static_cast<std::uint8_t>(i));
 }
 
-/// All of it, the zeros that are not held included.
+/// The whole array, including the zeros that are not stored.
 inline Bytes whole(const LoadTGA::Expansion& expansion) {
     Bytes bytes = bytes_of(expansion.held);
     EXPECT_LE(static_cast<std::int64_t>(bytes.size()), expansion.length);
@@ -76,7 +76,7 @@ class LoadTga : public testing::Test {
 
     Info info(const TgaHeader& header) { return info_of(file(header)); }
 
-    /// Lets the object read a 24-bit map, as an 8-bit picture of one pixel brings it.
+    /// Makes the object read a 24-bit map, from an 8-bit picture of one pixel.
     void read_map24(int entries) { load(with_map(header_of(1, 8, 1, 1), entries, 24), map24(entries)); }
 
     TemporaryFolder folder;

@@ -27,7 +27,7 @@ Bytes encoded(const Bytes& bytes, std::int32_t line = 1) {
     return {packed.bytes().begin(), packed.bytes().end()};
 }
 
-// By the format's own rule: a byte above 192 repeats the next one.
+// Decodes by the rule of the format: a byte above 192 repeats the next one.
 Bytes decoded(std::span<const std::uint8_t> bytes) {
     Bytes out;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -130,16 +130,16 @@ TEST(SavePcx, PlainPlanesKeepTheLastPackedPlanes) {
 }
 
 TEST(SavePcx, ExtraColumnOfAnOddWidthIsWhatFollowsTheRow) {
-    // One pixel and a padding byte make a row of 4 bytes: the extra pixel is the padding, then the next row's
-    // blue and green; behind the last row there is nothing but zeros.
+    // A row is one pixel and a padding byte. The extra pixel is the padding and the next row's blue and
+    // green, or zeros after the last row.
     const auto narrow_picture = surface_of(1, 2, {0x030201, 0x060504});
     EXPECT_EQ(data_of(written(*narrow_picture, False)), (Bytes{1, 5, 2, 6, 3, 0, 4, 0, 5, 0, 6, 0}));
-    // Three pixels are padded by three bytes, which are the extra pixel.
+    // Three pixels have three bytes of padding, which are the extra pixel.
     const auto black_behind = surface_of(3, 2, {0x010101, 0x020202, 0x030303, 0x040404, 0x050505, 0x060606});
     const Bytes rows = data_of(written(*black_behind, False));
     EXPECT_EQ((Bytes{rows.begin(), rows.begin() + 4}), (Bytes{1, 2, 3, 0}));
     EXPECT_EQ((Bytes{rows.begin() + 12, rows.begin() + 16}), (Bytes{4, 5, 6, 0}));
-    // Five pixels are padded by one byte again.
+    // Five pixels have one byte of padding, like one pixel.
     const auto five = surface_of(5, 2, {1, 1, 1, 1, 1, 0x0A0908, 1, 1, 1, 1});
     const Bytes lines = data_of(written(*five, False));
     EXPECT_EQ(lines[5], 9) << "red: the green of the next row's first pixel";

@@ -36,11 +36,10 @@ Bytes encoded(const Bytes& bytes, std::int32_t width) {
     return {packed.bytes().begin(), packed.bytes().end()};
 }
 
-// The packets of a stream: length byte and first channel of the pixels behind it.
+// The packets of a stream: length byte and first channel of the following pixels.
 using Packets = std::vector<std::pair<int, Bytes>>;
 
-// Takes every packet for what was meant by it: `raw` of 256 lengths cannot be told from runs, so only streams
-// with short raw packets are read here.
+// Long raw packets cannot be distinguished from runs, so this reads only streams with short raw packets.
 Packets packets_of(const Bytes& stream) {
     Packets packets;
     for (std::size_t at = 0; at < stream.size();) {
@@ -92,8 +91,8 @@ TEST(SaveTga, OneColourOf4By3EncodesAsThreeRuns) {
 TEST(SaveTga, FourthOf4DifferentPixelsJoinsThePacketOfTheNextRow) {
     const Packets packets = packets_of(encoded(greys({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}), 4));
     EXPECT_EQ(packets[0], (std::pair<int, Bytes>{2, {1, 2, 3}}));
-    // The fourth pixel and all that follow: the row's end was passed inside the packet, and no further one is
-    // seen.
+    // The fourth pixel and all later ones: the packet crosses the row's end, and no later row end is
+    // detected.
     EXPECT_EQ(packets[1], (std::pair<int, Bytes>{8, {4, 5, 6, 7, 8, 9, 10, 11, 12}}));
     EXPECT_EQ(packets.size(), 2U);
 }
@@ -154,13 +153,13 @@ TEST(SaveTga, RunEndsAtTheEndOfItsRow) {
 }
 
 TEST(SaveTga, LastPixelOfARowIsOmittedIfItEqualsTheNextOne) {
-    // 1 2 | 2 3: the second pixel is stepped over, and what follows is one place early.
+    // 1 2 | 2 3: the second pixel is omitted, so the following ones are one position early.
     const Packets packets = packets_of(encoded(greys({1, 2, 2, 3}), 2));
     EXPECT_EQ(packets, (Packets{{0, {1}}, {0, {2}}, {0, {3}}}));
 }
 
 TEST(SaveTga, OnePixelPacketAcrossARowEndKeepsRowsInStep) {
-    // 1 2 | 3 3 | 4 4: the 2 alone goes over the end, after which runs still end with their rows.
+    // 1 2 | 3 3 | 4 4: only the 2 crosses the row end, so runs still end with their rows.
     const Packets packets = packets_of(encoded(greys({1, 2, 3, 3, 3, 3}), 2));
     EXPECT_EQ(packets, (Packets{{0, {1}}, {0, {2}}, {129, {3}}, {129, {3}}}));
 }
@@ -176,7 +175,7 @@ TEST(SaveTga, LastBlackPixelAfterARawPacketIsOmitted) {
 }
 
 TEST(SaveTga, RunMayIncludeTheExtraZeroPixel) {
-    // Out of step, the black run at the end does not see the picture's end and counts one pixel too many.
+    // Out of step, the black run at the end misses the picture's end and counts one pixel too many.
     const Packets packets = packets_of(encoded(greys({1, 2, 3, 4, 0, 0}), 2));
     EXPECT_EQ(packets, (Packets{{0, {1}}, {2, {2, 3, 4}}, {128 + 2, {0}}}));
     EXPECT_EQ(pixels_in(packets), 7U);
@@ -196,7 +195,7 @@ TEST(SaveTga, RowsEndingInRunsAreEncodedWithoutLoss) {
             unpacked.insert(unpacked.end(), code < 128 ? 0U : static_cast<std::size_t>(code) - 127,
                             pixels[0]);
         }
-        // A row of 129 or 257 pixels leaves a single last one behind a full run, which is no run any more.
+        // A row of 129 or 257 pixels leaves a single pixel after a full run, which is no longer a run.
         if (width % 128 != 1) {
             ASSERT_EQ(unpacked, levels) << width;
         }
@@ -216,7 +215,7 @@ TEST(SaveTga, EncoderMatchesTheReference) {
         const std::size_t height = 1 + random() % (tiny ? 5 : 4);
         const std::size_t colours = 1 + random() % (tiny ? 3 : 256);
         const std::size_t sameness = random() % 11;
-        // A last row that is not whole tells the two ways of counting rows apart.
+        // A partial last row distinguishes the two ways of counting rows.
         Bytes levels(width * height + (i % 4 == 0 ? random() % width : 0));
         for (std::size_t k = 0; k < levels.size(); ++k) {
             levels[k] = k > 0 && random() % 10 < sameness ? levels[k - 1]

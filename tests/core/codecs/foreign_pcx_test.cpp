@@ -70,7 +70,7 @@ TEST_F(ForeignPictures, Pcx4BitLinesHaveAnEvenNumberOfBytes) {
         const std::size_t file_line = (width + 1) / 2;
         const std::size_t line = file_line + file_line % 2;
         LoadPCX reader;
-        // The plain bytes of the file, of which there are whole lines of its own length.
+        // The plain bytes of the file: whole lines of BytesPerLine.
         Bytes bytes = test::read_file(path(i, "pcx"));
         bytes.erase(bytes.begin(), bytes.begin() + PcxHeader::size);
         bytes.push_back(0);
@@ -120,8 +120,8 @@ TEST_F(ForeignPictures, Pcx1BitInOtherColoursIsBlackAndWhite) {
 }
 
 TEST_F(ForeignPictures, Pcx1BitWithSetBitsForBlackIsInverted) {
-    // ImageMagick writes 1 bit for pictures that come with a palette, and sets the bits of the black pixels,
-    // against the map that it writes. Netpbm reads such a file as it is read here.
+    // ImageMagick writes 1 bit for pictures with a palette and sets the bits of the black pixels, which
+    // contradicts the map that it writes. Netpbm reads such a file as LoadPCX does.
     sources_of({{3, 2}, {4, 3}, {5, 5}, {33, 9}, {256, 256}}, Palette::BlackAndWhite);
     netpbm("ppmtogif -mapfile=map.ppm", "gif");
     for (Colours& colours : sources) {

@@ -1,4 +1,4 @@
-// BMP and JPEG files that other programs wrote, and what their probes tell.
+// The BMP and JPEG probes on files written by other programs.
 #include "core/codecs/BmpMod.h"
 #include "core/codecs/ForeignPictures.h"
 #include "core/codecs/JpgMod.h"

@@ -1,4 +1,4 @@
-// BMP files that other programs wrote, and random ones that ImageMagick reads too.
+// Reads BMP files written by other programs, and random files that ImageMagick reads too.
 #include <gtest/gtest.h>
 
 #include "core/codecs/read_bmp.h"
@@ -28,8 +28,8 @@ ForeignPicture read(const Bytes& file) {
 
 class ForeignBmpFiles : public testing::Test {
   protected:
-    /// Lets a command turn in.ppm into out.bmp for every size and holds the reader equal to what ImageMagick
-    /// reads from it.
+    /// Runs a command that converts in.ppm to out.bmp, for every size, and compares the reader's result with
+    /// ImageMagick's.
     void expect_read_as_by_imagemagick(Character character, const std::string& command) const {
         std::uint32_t seed = 0;
         for (const Size size : odd_sizes) {
@@ -50,7 +50,7 @@ class ForeignBmpFiles : public testing::Test {
 
     Bytes written() const { return test::read_file(folder_.file("out.bmp")); }
 
-    /// Bits a pixel of the last file, so that a tool's choice cannot empty a test.
+    /// Bits per pixel of the last file, to check that the tool wrote the intended depth.
     std::uint16_t written_bits() const {
         const Bytes bytes = written();
         return get_u16(bytes, get_u32(bytes, 14) == 12 ? 24 : 28);
@@ -112,8 +112,8 @@ TEST_F(ForeignBmpFiles, RunLengthEncodingMatchesOtherDecoders) {
     EXPECT_EQ(get_u32(written(), 30), 1U);
 }
 
-/// ImageMagick complains about indices beyond the colour table, takes 3 bytes an entry with the header of 64
-/// bytes, widens bit fields by another rule and knows no 16 and 32 bits with the header of 12 bytes.
+/// ImageMagick rejects indices beyond the colour table, reads 3-byte entries with the 64-byte header, widens
+/// bit fields by another rule and does not support 16 and 32 bits with the 12-byte header.
 bool is_read_by_imagemagick(const MadeBmp& bmp) {
     const bool has_full_table = bmp.colours_used == 0 || bmp.colours_used == 1U << bmp.bits;
     if (bmp.bits <= 8) {

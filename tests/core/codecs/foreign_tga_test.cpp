@@ -12,7 +12,7 @@ using test::ForeignPictures;
 using test::Palette;
 using test::same;
 
-// ImageMagick writes the rows as it holds them and only notes the orientation.
+// ImageMagick writes rows in its internal order and only records the orientation.
 const std::string bottom_up = "-flip -orient BottomLeft ";
 
 TEST_F(ForeignPictures, Tga24BitPlainAndCompressed) {
@@ -77,7 +77,7 @@ TEST_F(ForeignPictures, Tga8BitWith24BitMap) {
 TEST_F(ForeignPictures, Tga8BitGreyFailsOnNewObjectAndIsBlackAfterAMap) {
     write_sources(Palette::Of200);
     netpbm("pamtotga -cmap -norle", "tga");
-    // The picture of one pixel has a map of one entry, so that the length of what follows is not cut.
+    // The one-pixel picture has a map of one entry, which does not shorten later pixel arrays.
     LoadTGA used;
     used.Load(path(0, "tga"));
     write_sources(Palette::Greys);

@@ -1,5 +1,5 @@
-// What the writers write, as ImageMagick and Netpbm read it; and where TGA compression loses pixels, which
-// ones are left.
+// Reads the files of the PCX and TGA writers with ImageMagick and Netpbm, and checks which pixels TGA
+// compression loses.
 #include <algorithm>
 #include <ostream>
 #include <string>
@@ -29,7 +29,7 @@ struct Size {
     std::int32_t height;
 };
 
-// How a failing test tells its size.
+// The size in failure messages.
 void PrintTo(const Size& size, std::ostream* stream) {
     *stream << size.width << " by " << size.height;
 }
@@ -38,7 +38,7 @@ void PrintTo(const Size& size, std::ostream* stream) {
 constexpr Size sizes[] = {{1, 1}, {1, 5},  {2, 3},   {3, 4},   {4, 1},
                           {5, 2}, {31, 9}, {65, 33}, {257, 3}, {256, 256}};
 
-// ImageMagick hands the rows over in file order and says which way up they are.
+// ImageMagick returns the rows in file order and states their orientation.
 std::string imagemagick(const std::string& path) {
     return "convert '" + path + "' -auto-orient -depth 8 ppm:-";
 }
@@ -54,7 +54,7 @@ void expect_tga_reads_back(const PictureSurface& picture, const std::string& pat
     expect_same(picture_from_tool("tgatoppm '" + path + "'"), picture, "Netpbm, " + what);
 }
 
-// Netpbm knows no PCX without compression.
+// Netpbm does not read uncompressed PCX files.
 void expect_pcx_reads_back(const PictureSurface& picture, const std::string& path, Truth compress,
                            const std::string& what) {
     expect_same(picture_from_tool(imagemagick(path)), picture, "ImageMagick, " + what);
@@ -74,7 +74,7 @@ TEST_P(ForeignWritten, PcxIsReadBackEqualPlainAndCompressed) {
     const TemporaryFolder folder;
     const Size size = GetParam();
     const std::string path = folder.file("a.pcx");
-    // Each picture takes three runs of the tools, so only one size goes through several characters.
+    // Each picture takes three runs of the tools, so only one size is tested with several kinds of pictures.
     const std::size_t step = size.width == 65 ? 2 : std::size(all_characters);
     for (std::size_t i = 0; i < std::size(all_characters); i += step) {
         const auto picture =
@@ -101,7 +101,7 @@ std::string name_of_size(const ::testing::TestParamInfo<Size>& size) {
 
 INSTANTIATE_TEST_SUITE_P(Sizes, ForeignWritten, ::testing::ValuesIn(sizes), name_of_size);
 
-// Rows that begin anyhow and end in a run of at least three pixels, beginning behind the first.
+// Random rows that end in a run of at least three pixels, which starts after the first pixel.
 std::vector<Colour> rows_ending_in_runs(const Size& size, std::uint32_t seed) {
     const auto width = static_cast<std::size_t>(size.width);
     const std::size_t count = width * static_cast<std::size_t>(size.height);
@@ -160,23 +160,23 @@ struct Lossy {
     std::vector<Colour> unpacked; ///< what comes out
 };
 
-// Pixels of one letter each, rows from the bottom up; the expected outcomes follow from how raw packets meet
-// row ends.
+// One letter per pixel, rows from the bottom up; the expected results follow from how raw packets end at row
+// ends.
 const Lossy lossy_pictures[] = {
-    // The 2 at the row's end equals the next row's beginning and is gone.
+    // The 2 at the row's end equals the start of the next row and is lost.
     {2, {1, 2, 2, 3}, {1, 2, 3}},
-    // Nothing equal: nothing is lost, whatever the packets.
+    // No equal pixels: nothing is lost.
     {2, {1, 2, 3, 4}, {1, 2, 3, 4}},
-    // The last pixel is black behind a raw packet: it equals the zeros behind the picture.
+    // The last pixel is black after a raw packet: it equals the zero pixel after the picture.
     {3, {1, 2, 0}, {1, 2}},
     // Black and white rows that lose the very last pixel only.
     {4, {0, 0, 1, 0, 1, 1, 1, 1, 0, 0, 1, 0}, {0, 0, 1, 0, 1, 1, 1, 1, 0, 0, 1}},
-    // One pixel wide: equal neighbours vanish.
+    // One pixel wide: equal neighbours are lost.
     {1, {0, 0, 1, 1}, {0, 1}},
     {1, {5, 5, 5, 6, 6, 7}, {5, 6, 7}},
-    // Out of step, the black run at the end takes in the zeros behind the picture.
+    // Out of step, the black run at the end includes the zero pixel after the picture.
     {2, {1, 2, 3, 4, 0, 0}, {1, 2, 3, 4, 0, 0, 0}},
-    // Two row ends in turn are gone; the plain row behind them is whole.
+    // Two successive row ends are lost; the plain row after them is complete.
     {3, {1, 2, 3, 3, 4, 5, 5, 5, 5}, {1, 2, 3, 4, 5, 5, 5}},
 };
 
@@ -196,8 +196,8 @@ TEST(ForeignWrittenTga, CompressedTgaLosesExactlyTheExpectedPixels) {
 }
 
 TEST(ForeignWrittenTga, PhotographLosesRowEndsThatEqualTheNextPixel) {
-    // Seven pixels a row without equal neighbours, but for the rows' ends, which equal the next row's
-    // beginning. Each lost end lets the row counter go on in step, so that every row loses its last pixel.
+    // Seven pixels per row without equal neighbours, except that row ends equal the start of the next row.
+    // Each lost end keeps the row counter in step, so every row loses its last pixel.
     constexpr std::int32_t width = 7;
     constexpr std::int32_t height = 6;
     std::vector<Colour> rows;

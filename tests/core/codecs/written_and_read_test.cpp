@@ -1,4 +1,4 @@
-// What the program's own writers write, its own readers read.
+// Reads back the files of the PCX and TGA writers with the program's own readers.
 #include <string>
 #include <vector>
 
@@ -65,7 +65,7 @@ TEST(WrittenAndRead, PcxRoundTripsWith3PlanesOf8Bits) {
     }
 }
 
-// The picture as LoadTGA reads it; the probe and the object must agree with `width`, `height` and `compress`.
+// The picture that LoadTGA reads; checks the probe and the object against `width`, `height` and `compress`.
 std::vector<Colour> read_tga(const std::string& path, const Size& size, Truth compress) {
     LoadTGA reader;
     std::int32_t width = 0;
@@ -118,7 +118,7 @@ TEST(WrittenAndRead, CompressedTgaRoundTripsIfRowsEndInRuns) {
 TEST(WrittenAndRead, CompressedTgaThatLostPixelsIsShiftedAndEndsInBlack) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
-    // From the bottom row up: 1 2 3 | 3 4 5 | 5 5 5, of which one 3 and one 5 are left out.
+    // From the bottom row up: 1 2 3 | 3 4 5 | 5 5 5, of which one 3 and one 5 are omitted.
     const auto picture = test::surface_of(3, 3, {5, 5, 5, 3, 4, 5, 1, 2, 3});
     SaveTGA().SaveTGAinFile(path, *picture, True);
     EXPECT_EQ(read_tga(path, {3, 3}, True), (std::vector<Colour>{5, 0, 0, 4, 5, 5, 1, 2, 3}));
@@ -127,7 +127,7 @@ TEST(WrittenAndRead, CompressedTgaThatLostPixelsIsShiftedAndEndsInBlack) {
 TEST(WrittenAndRead, LongRawPacketOfCompressedTgaIsReadAsARun) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
-    // 201 pixels without equal neighbours: a raw packet of 200 under the length byte of a run of 72.
+    // 201 pixels without equal neighbours: a raw packet of 200 with the length byte of a run of 72.
     TestSurface picture(201, 1);
     for (std::int32_t x = 0; x < 201; ++x) {
         picture.PSet(x, 0, 0x404040 + x);

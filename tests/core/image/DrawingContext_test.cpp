@@ -255,7 +255,7 @@ TEST(ColourTables, NoBitmapOrMoreThan8BitsHasNoEntries) {
     EXPECT_EQ(set_colour_table(surface.hDC(), 0, entries), 0);
 }
 
-// The stretch as its formula says, one pixel at a time.
+// Reference stretch: the formula, one pixel at a time.
 
 std::int32_t plain_source(std::int32_t index, std::int32_t from, std::int32_t from_size,
                           std::int32_t to_size) {
@@ -371,7 +371,7 @@ TEST_F(StretchProperty, EqualSizesCopyAndShrinkingTakesEveryCentre) {
             DrawingContext context(&target);
             stretch_blt(context, {0, 0, smaller, 1}, DrawingContext(&source), {0, 0, size, 1}, SRCCOPY);
             for (std::int32_t x = 0; x < smaller; ++x) {
-                // The centre (x + 1/2) * size / smaller lies in the pixel taken, or on its right edge.
+                // The centre (x + 1/2) * size / smaller is in the chosen pixel or on its right edge.
                 const Colour taken = target.pixel(x, 0);
                 ASSERT_LT(2 * smaller * taken, (2 * x + 1) * size);
                 ASSERT_GE(2 * smaller * (taken + 1), (2 * x + 1) * size);

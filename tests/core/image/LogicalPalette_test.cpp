@@ -12,7 +12,7 @@
 namespace varnoth {
 namespace {
 
-// The plain search, in real numbers, over the entries in use.
+// Reference search in floating point over the valid entries.
 std::int32_t plain_nearest(const LOGPALETTE& record, Colour colour) {
     std::int32_t best = 0;
     double best_distance = 1e9;
@@ -94,7 +94,7 @@ TEST(LogicalPalette, OtherVersionOrCountOutside1To256IsAFailure) {
 TEST(LogicalPalette, RandomPalettesMatchTheReferenceSearch) {
     std::mt19937 random(7);
     for (int round = 0; round < 2000; ++round) {
-        // Few bits a channel make duplicates and ties the rule.
+        // Few bits per channel, so that duplicates and ties are common.
         const std::uint32_t mask = round % 3 == 0 ? 0xFFU : round % 3 == 1 ? 0xC0U : 0x81U;
         const auto channel = [&] { return static_cast<std::uint8_t>(random() & mask); };
         const std::size_t count = round < 300 ? 1 + random() % 4 : 1 + random() % 256;

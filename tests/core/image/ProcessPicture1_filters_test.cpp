@@ -1,4 +1,4 @@
-// The whole-picture filters of ProcessPicture1.
+// The filters of ProcessPicture1.
 #include <algorithm>
 #include <functional>
 #include <random>
@@ -23,7 +23,7 @@ Colour rgb(int red, int green, int blue) {
     return red + 256 * green + 65536 * blue;
 }
 
-// What a filter makes of one row of pixels; it must show the picture exactly once and answer true.
+// The result of a filter on one row of pixels; it must refresh the picture exactly once and return true.
 template <typename Filter>
 Colours filtered(const Colours& colours, Filter filter) {
     const auto picture = surface_of(static_cast<std::int32_t>(colours.size()), 1, colours);
@@ -124,7 +124,8 @@ TEST(PictureFilters, GreyOfRedIs57OfGreen180OfBlue18AndOfWhite255) {
 }
 
 TEST(PictureFilters, GreyAddsBlueLastAndRoundsExactHalvesToEven) {
-    // All three sums are a whole and a half: 69.5, 67.5 and 29.5. With blue first they would fall just below.
+    // All three sums are exact halves: 69.5, 67.5 and 29.5. With blue added first they would be slightly
+    // less.
     const Colours halves{rgb(1, 77, 209), rgb(1, 81, 141), rgb(2, 18, 230)};
     EXPECT_EQ(greyed(halves), (Colours{grey(70), grey(68), grey(30)}));
     EXPECT_EQ(greyed_but(halves, true, true, true), (Colours{grey(70), grey(68), grey(30)}));
@@ -133,7 +134,7 @@ TEST(PictureFilters, GreyAddsBlueLastAndRoundsExactHalvesToEven) {
 }
 
 TEST(PictureFilters, GreyIsTheRoundedWeightedSum) {
-    // In thousandths the sums are whole numbers, so the nearest level can be told without a real number.
+    // In thousandths the sums are integers, so the nearest level can be computed exactly.
     Colours colours;
     Colours expected;
     for (int red = 0; red < 256; red += 5) {
@@ -253,8 +254,7 @@ TEST(PictureFilters, Picture24BitOfOddWidthIsFilteredAsCopiedLinearly) {
     ProcessPicture1().Change_RGB_to_BGR(*picture);
     std::vector<std::uint8_t> bytes(20);
     picture->GetBitmapBits(bytes);
-    // In the buffer the second row reads 0,10,20 30,10,20 30,10,20; what is left of the bitmap is 30 and
-    // padding.
+    // In the buffer the second row is 0,10,20 30,10,20 30,10,20; the rest of the bitmap is 30 and padding.
     EXPECT_EQ(bytes, (std::vector<std::uint8_t>{30, 20, 10, 30, 20, 10, 30, 20, 10, //
                                                 20, 10, 0,  20, 10, 30, 20, 10, 30, 30, 0}));
 }

@@ -1,4 +1,4 @@
-// What holds for every operation of the toolbox, its copy, and its list of colours from outside.
+// Properties common to all operations of the toolbox, its copy, and access to its colour list.
 #include "core/image/ProcessPicture1.h"
 
 #include <algorithm>
@@ -25,11 +25,11 @@ TEST(ProcessPicture1, SameSizeDoesNotReadTheDescriptionAgain) {
     EXPECT_EQ(toolbox.SrcInfo().bmHeight, -1);
     toolbox.is_greyscale(TestSurface(4, 2, 32));
     EXPECT_EQ(toolbox.SrcInfo().bmBitsPixel, 32);
-    // 24 bits of the same size: the depth is not looked at again.
+    // 24 bits of the same size: the depth is not checked again.
     toolbox.is_greyscale(TestSurface(4, 2, 24));
     EXPECT_EQ(toolbox.SrcInfo().bmBitsPixel, 32);
     EXPECT_EQ(toolbox.SrcBits().channels(), 4);
-    // Even 16 bits pass then.
+    // Then even 16 bits are accepted.
     EXPECT_TRUE(toolbox.is_greyscale(TestSurface(4, 2, 16)));
     toolbox.is_greyscale(TestSurface(2, 4, 24));
     EXPECT_EQ(toolbox.SrcInfo().bmBitsPixel, 24);
@@ -111,7 +111,7 @@ TEST(ProcessPicture1, PictureWithoutWidthOrHeightIsAFailure) {
         ProcessPicture1 toolbox;
         EXPECT_FAILURE(all_operations()[i](toolbox, no_width), DivisionByZero) << i;
         EXPECT_FAILURE(all_operations()[i](toolbox, no_height), SubscriptOutOfRange) << i;
-        // Its size is remembered, and then there is no pixel that could fail.
+        // Its size is remembered; the second time there is no pixel that could fail.
         EXPECT_NO_THROW(all_operations()[i](toolbox, no_height)) << i;
     }
 }

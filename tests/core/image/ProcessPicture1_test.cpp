@@ -1,4 +1,4 @@
-// The scans of the toolbox: its list of colours, the search in it, and what a picture is found to be.
+// The scans of the toolbox: its colour list, the search in it, and the tests for colour count and greys.
 #include "core/image/ProcessPicture1.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ using test::series;
 using test::surface_of;
 using test::TestSurface;
 
-// Colours first, first + 1, ..., in a picture 16 pixels wide, the last row filled with the last of them.
+// A picture 16 pixels wide of the colours first, first + 1, ...; the last one fills the last row.
 std::unique_ptr<TestSurface> picture_of_colours(std::int32_t count, Colour first = 1) {
     const std::int32_t height = (count + 15) / 16;
     std::vector<Colour> colours(static_cast<std::size_t>(height) * 16, first + count - 1);
@@ -55,7 +55,7 @@ TEST(ProcessPicture1, BlackPictureLeavesTheListEmpty) {
     ProcessPicture1 toolbox;
     EXPECT_FALSE(toolbox.is_more_than_256(TestSurface(3, 3)));
     EXPECT_EQ(list_of(toolbox), std::vector<Colour>(256, 0));
-    // Nothing was counted: the next colour takes the first place.
+    // Nothing was counted: the next colour gets the first entry.
     toolbox.is_more_than_256(*surface_of(3, 1, {0, 0, 7}));
     EXPECT_EQ(toolbox.ColorList()[0], 7);
 }
@@ -63,7 +63,7 @@ TEST(ProcessPicture1, BlackPictureLeavesTheListEmpty) {
 TEST(ProcessPicture1, ScanSkipsTheStaleColourInTheNextEntry) {
     ProcessPicture1 toolbox;
     toolbox.is_more_than_256(*surface_of(3, 1, {10, 20, 30}));
-    // 20 stands in the entry that the second colour would take, so it takes none; 40 then overwrites it.
+    // 20 is already in the entry that the second colour would take, so it gets none; 40 then overwrites it.
     toolbox.is_more_than_256(*surface_of(3, 1, {50, 20, 40}));
     EXPECT_EQ((std::vector<Colour>{toolbox.ColorList().begin(), toolbox.ColorList().begin() + 4}),
               (std::vector<Colour>{50, 40, 30, 0}));
@@ -92,8 +92,7 @@ TEST(ProcessPicture1, TooFewBitsLeaveOneElementInBothBuffers) {
 }
 
 TEST(ProcessPicture1, MissesCountPerPixelWhenTheListIsFull) {
-    // One pixel a row: 256 colours, then nothing but one further colour, at whose fourth pixel the scan
-    // stops.
+    // One pixel per row: 256 colours, then only one further colour; the scan stops at its fourth pixel.
     std::vector<Colour> colours = series(256, 1);
     colours.resize(300, 5000);
     test::RecordedServices services;
@@ -139,7 +138,7 @@ TEST(ProcessPicture1, MakePalListsColoursInOrderAndKeepsTheRest) {
     std::vector<Colour> expected(256, 77);
     expected[0] = 5;
     expected[1] = 4;
-    expected[2] = 3; // 77 stood in the entry about to be filled
+    expected[2] = 3; // 77 was in the entry about to be filled
     EXPECT_EQ(list_of(toolbox), expected);
 }
 
@@ -194,7 +193,7 @@ TEST(ProcessPicture1, ScansMatchTheReferenceForManyPictures) {
             subject.shipped.set_palette(list);
             std::ranges::copy(list, subject.plain.ColorList.begin());
         }
-        // A few sizes and seeds, so that buffers are reused and colours come again.
+        // A few sizes and seeds, so that buffers are reused and colours repeat.
         const std::int32_t limit = object < 100 ? 4 : 40;
         for (int i = 0; i < 10; ++i) {
             const auto width =
@@ -225,8 +224,7 @@ TEST(ProcessPicture1, ScansMatchTheReferenceAroundTheLimit) {
     for (std::uint32_t object = 0; object < 60; ++object) {
         Subject subject;
         for (int i = 0; i < 6; ++i) {
-            // About 250 to 265 colours, each many times, drawn from one pool so that stale entries come
-            // again.
+            // About 250 to 265 colours, each many times, from one pool so that stale entries recur.
             const std::size_t colours = 250 + random() % 16;
             std::vector<Colour> pixels(60 * 20);
             for (Colour& pixel : pixels) {
@@ -258,7 +256,8 @@ TEST(ProcessPicture1, ListChangedDuringAYieldIsSearchedAnew) {
     {
         test::RecordedServices services;
         services.on_yield = [&] {
-            if (services.yields == 4) { // a yield for the row and for each of two pixels stood before
+            if (services.yields ==
+                4) { // after one yield for the first row and one for each of its two pixels
                 std::ranges::copy(changed, plain.ColorList.begin());
             }
         };

@@ -1,4 +1,4 @@
-// Copies into and out of a cDIB, its palette and its sizes.
+// Copying to and from a cDIB, its palette and its sizes.
 #include "core/image/cDIB.h"
 
 #include <cstring>
@@ -211,7 +211,7 @@ TEST(CDib, BestFitOfASquareInASquareBoxIsTheBox) {
 }
 
 TEST(CDib, BestFitUsesTheVerticalOfTwoEqualRatios) {
-    // In a huge box the stored ratio, 333333344 for 333333333.3, is too coarse to give the box itself.
+    // In a huge box the float ratio, 333333344 for 333333333.3, is too coarse to give the box itself.
     EXPECT_EQ(best_fit(3, 3, 1'000'000'000, 1'000'000'000, true),
               (Fit{-16, 0, 1'000'000'032, 1'000'000'000}));
 }
@@ -231,7 +231,7 @@ TEST(CDib, BestFitRoundsTheProductTiesToEven) {
     EXPECT_EQ(best_fit(4, 2, 1, 9, false), (Fit{0, 4, 1, 0}));  // 0.25 * 2 = 0.5
     EXPECT_EQ(best_fit(4, 6, 1, 9, false), (Fit{0, 3, 1, 2}));  // 0.25 * 6 = 1.5
     EXPECT_EQ(best_fit(4, 10, 1, 9, false), (Fit{0, 3, 1, 2})); // 0.25 * 10 = 2.5
-    // 1/6 stored as a float lies a little above, and the product keeps that: 2.50000007, no tie.
+    // 1/6 as a float is slightly larger, and so is the product: 2.50000007, not a tie.
     EXPECT_EQ(best_fit(6, 15, 1, 99, false).height, 3);
 }
 

@@ -1,4 +1,4 @@
-// The BMP files that a cDIB writes.
+// The BMP files that cDIB writes.
 #include "core/image/cDIB.h"
 
 #include <filesystem>
@@ -110,7 +110,7 @@ TEST(CDib, SaveToAFolderOrIntoAMissingOneFails) {
 TEST(CDib, FileLengthBeyond32BitsOverflowsWithoutWriting) {
     const TemporaryFolder folder;
     cDIB dib;
-    ASSERT_TRUE(dib.Create(1, largest / 4, 32)); // pages that nobody touches cost nothing
+    ASSERT_TRUE(dib.Create(1, largest / 4, 32)); // untouched pages cost nothing
     EXPECT_FAILURE(dib.Save(folder.file("a.bmp")), Overflow);
     EXPECT_FALSE(std::filesystem::exists(folder.file("a.bmp")));
 }

@@ -172,7 +172,7 @@ TEST(CDib, OperationsOnAnEmptyObjectDoNothing) {
     expect_empty(dib);
 }
 
-// Taking over pictures and contexts
+// Copying pictures and contexts
 
 TEST(CDib, EmptyOrNonBitmapPictureReturns0WithoutAChange) {
     cDIB dib;
@@ -269,7 +269,7 @@ TEST(CDib, ContextIsCopiedAt8BitsWithItsColourTable) {
     expect_empty(dib);
 }
 
-// Creating empties the object first, and with it the context that the pixels would come from.
+// Creating empties the object first, including the context that is the source.
 TEST(CDib, CopyOfItsOwnContextIsBlack) {
     for (const std::int32_t side : {19, 20, 21}) {
         const Colours black(static_cast<std::size_t>(side * side), 0);

@@ -1,4 +1,4 @@
-// Saved BMP files read by the tools of other makers.
+// Reads the BMP files that cDIB writes with other programs.
 #include <gtest/gtest.h>
 
 #include "core/image/cDIB.h"
@@ -14,7 +14,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 class ForeignBmp : public testing::TestWithParam<std::int32_t> {
   protected:
-    // A picture of that depth with an odd width, saved.
+    // Saves a picture of that depth and an odd width.
     void SetUp() override {
         constexpr std::int32_t width = 37;
         constexpr std::int32_t height = 11;

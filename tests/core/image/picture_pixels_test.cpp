@@ -36,10 +36,10 @@ TEST(PicturePixels, RowOutsideTheBlockIsAFailure) {
     EXPECT_FAILURE(PixelRow(block, 3, 2), SubscriptOutOfRange);
     EXPECT_FAILURE(PixelRow(block, -1, 2), SubscriptOutOfRange);
     EXPECT_FAILURE(PixelRow(block, 0, 3), SubscriptOutOfRange);
-    // A block of two channels: 16 bits a pixel.
+    // A block of two channels: 16 bits per pixel.
     const PixelBlock words = block_of(test::TestSurface(2, 1, 16));
     EXPECT_FAILURE(PixelRow(words, 0, 1), SubscriptOutOfRange);
-    // Of no pixels nothing is asked.
+    // A row of width 0 is not checked.
     EXPECT_EQ((test::failure_in([&] { PixelRow(words, 7, 0); })), std::nullopt);
 }
 

@@ -40,7 +40,7 @@ class RecordedExtraction : public ExtractionView {
 
 class FrameExtraction : public testing::Test {
   protected:
-    // Three frames of 2 by 1, told apart by their index.
+    // Three frames of 2 by 1, distinguished by their index.
     FrameExtraction() {
         hlspr::new_sprite(2, 1, 2, 0);
         SpriteDocument& sprite = hlspr::document();

@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "core/quantize/mixpals.h"
-#include "reference/Import.h"
 #include "core/sprite/hlspr.h"
+#include "reference/Import.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/ScriptedAddFrames.h"
@@ -50,7 +50,7 @@ class ImportPipeline : public testing::Test {
         folder_.add_bmp(name, 16, 16, random_colours(256, 16, Character::FewColours, seed), bit_count);
     }
 
-    // The colours of a stored frame through the document's palette.
+    // The colours of a stored frame, looked up in the document's palette.
     static std::vector<Colour> frame_colours(std::size_t number) {
         const SpriteDocument& sprite = hlspr::document();
         std::vector<Colour> colours;
@@ -136,7 +136,7 @@ TEST_F(ImportPipeline, ProgressBarStopsOneBeforeItsMaximum) {
     EXPECT_EQ(view_.progress, 4);
 }
 
-// All entries selected, of files that are not there.
+// All entries are selected, but their files do not exist.
 class ManySelected : public ScriptedAddFrames {
   public:
     explicit ManySelected(std::size_t count)
@@ -167,8 +167,8 @@ TEST_F(ImportPipeline, Bmp8BitOfTheSpritesSizeIsImportedExactly) {
     EXPECT_FALSE(happened("step Dithering Palette..."));
 }
 
-// The black that is always in the mix is the 257th colour on the sheet, which is therefore reduced, from a
-// sample of one row of 150 pixels.
+// Black is always on the sheet. It is the 257th colour here, so the sheet is reduced, from a sample of one
+// row of 150 pixels.
 TEST_F(ImportPipeline, Bmp8BitOf256ColoursWithoutBlackIsReducedOnTheSheet) {
     std::vector<Colour> colours;
     for (Colour i = 1; i <= 256; ++i) {
@@ -437,9 +437,8 @@ TEST_F(ImportPipeline, NothingIsSwappedWithoutThePicker) {
     EXPECT_EQ(hlspr::document().Palette.Colours[0], (PaletteColour{0, 255, 0}));
 }
 
-// A scan compares with the entry of the toolbox's list that it has not filled yet. The first picture leaves
-// its first colour there, so the second picture, which starts with that colour and has 256 others, counts as
-// one of 256.
+// A scan also compares with the next, still unfilled entry of the toolbox's list. The first picture leaves
+// its first colour there, so the second picture, which has that colour and 256 others, counts as one of 256.
 TEST_F(ImportPipeline, ColourListCarriesOverBetweenPictures) {
     hlspr::new_sprite(16, 17, 2, 0);
     std::vector<Colour> first;

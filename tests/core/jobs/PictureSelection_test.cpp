@@ -42,7 +42,7 @@ TEST_F(PictureSelection, TooWidePictureIsUnselectedAndLaterOnesAreNotProbed) {
     form->click(0);
     form->click(2);
     ASSERT_TRUE(form->size_question_open());
-    folder_.write("c.bmp", {}); // would be a fault of its own, were it looked at
+    folder_.write("c.bmp", {}); // invalid too, but must not be probed
     form->click(1);
     EXPECT_EQ(services_.messages, std::vector<std::string>{"File: b.bmp With Size Greater Than 256 x 256."});
     EXPECT_TRUE(form->is_selected(2));
@@ -128,7 +128,7 @@ TEST_F(PictureSelection, ResultIsAlwaysTrue) {
     folder_.write("bad.bmp", std::vector<std::uint8_t>(60, 1));
     const auto form = open(PictureFormat::Bmp);
     EXPECT_TRUE(ValidateSelection(*form));
-    EXPECT_FAILURE(form->click(0), InvalidPicture); // the preview follows in spite of the message
+    EXPECT_FAILURE(form->click(0), InvalidPicture); // the preview is updated despite the message
     EXPECT_EQ(services_.messages.size(), 1U);
 }
 
@@ -194,7 +194,7 @@ TEST_F(PictureSelection, PcxPictureIsDrawnAtItsOwnSize) {
 }
 
 TEST_F(PictureSelection, NegativeHeightFailsBeforeTheTargetIsChanged) {
-    // Of 16 bits the TGA reader takes one, and of a depth that it does not read the PCX reader takes any.
+    // Negative heights load at 16 bits in the TGA reader and at an unknown depth in the PCX reader.
     auto tga = test::tga_file(2, -2, {1, 2});
     tga[16] = 16;
     folder_.write("a.tga", tga);

@@ -32,7 +32,7 @@ class PreviewWalkTest : public testing::Test {
         }
     }
 
-    // The stored frames that so many ticks show.
+    // The stored frames that this number of ticks draws.
     static std::vector<int> shown(PreviewWalk& walk, int ticks, std::int32_t lines) {
         std::vector<int> result;
         test::TestSurface picture(1, 1);

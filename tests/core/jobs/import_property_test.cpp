@@ -1,4 +1,4 @@
-// The shipped import held equal to its plain steps, on sets of random pictures.
+// Compares the import with a reference implementation on random sets of pictures.
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -11,8 +11,8 @@
 
 #include "core/jobs/ImportPipeline.h"
 #include "core/quantize/mixpals.h"
-#include "reference/Import.h"
 #include "core/sprite/hlspr.h"
+#include "reference/Import.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/ScriptedAddFrames.h"
@@ -25,7 +25,7 @@ namespace {
 using test::Character;
 using test::ScriptedAddFrames;
 
-// What the user does in the dialog for one import.
+// The user's input for one import.
 struct Clicks {
     PictureFormat format = PictureFormat::Bmp;
     std::vector<bool> selected;
@@ -36,7 +36,7 @@ struct Clicks {
     std::optional<std::size_t> cancel_at; ///< number of the event that Cancel is pressed at
 };
 
-// A random set of pictures with the clicks for them.
+// A random set of pictures and the clicks that select them.
 class Case {
   public:
     Case(std::uint32_t seed, std::int32_t most_side) : random_(seed) {
@@ -47,7 +47,7 @@ class Case {
         const auto height = side(most_side);
         const std::size_t pictures = 1 + below(5);
         for (std::size_t i = 0; i < pictures; ++i) {
-            // One of another size now and then, which the selection refuses.
+            // Occasionally one of another size, which the selection rejects.
             const bool other_size = below(12) == 0;
             add_picture("p" + std::to_string(i), other_size ? side(most_side) : width, height);
             clicks_.selected.push_back(below(6) != 0);
@@ -130,7 +130,7 @@ std::string text_of(const SpriteDocument& sprite) {
     return text;
 }
 
-// What one of the two imports starts from and leaves behind.
+// The state before and after one of the two imports.
 struct Side {
     SpriteDocument sprite;
     bool dirty = false;
@@ -140,7 +140,7 @@ struct Side {
     std::vector<Colour> sheet;
 };
 
-// Runs an import on a side's own document.
+// Runs an import on the document of one side.
 template <typename Import>
 void run(Side& side, const Case& input, Import&& import) {
     hlspr::document() = side.sprite;
@@ -167,7 +167,7 @@ std::vector<Colour> colours_of(const std::array<RGBQUAD, 256>& palette) {
     return colours;
 }
 
-// How often the interesting things happened, so that a test can say that it has seen them.
+// Counts of the interesting events, so that a test can check that they occurred.
 struct Sightings {
     int reduced_pictures = 0;
     int reduced_sheets = 0;
@@ -199,7 +199,7 @@ class ImportProperty : public testing::Test {
         }
         run(shipped_, shipped_case, [&](AddFramesForm& form) { import_frames(form, shipped_.view); });
         const std::vector<std::string> shipped_messages = shipped_case.messages();
-        // The same case once more, with messages of its own.
+        // The same case again, with its own messages.
         Case plain_case(seed, most_side);
         run(plain_, plain_case,
             [&](AddFramesForm& form) { reference::import_frames(form, plain_.view, mixing_); });
@@ -248,7 +248,7 @@ class ImportProperty : public testing::Test {
 TEST_F(ImportProperty, PicturesOfUpToThreePixelsMatchTheReference) {
     for (std::uint32_t seed = 0; seed < 150; ++seed) {
         SCOPED_TRACE(seed);
-        shipped_.sprite.SpriteHeader.Width = 0; // a new sprite each time, the palette stays
+        shipped_.sprite.SpriteHeader.Width = 0; // a new sprite each time; the palette is kept
         expect_same_import(seed, 3);
         if (HasFailure()) {
             break;

@@ -34,7 +34,7 @@ TEST(ColourSet, KeepsEveryInsertedColour) {
     ColourSet set;
     std::set<Colour> plain;
     for (int i = 0; i < 50000; ++i) {
-        // Few bits, so that colours come again and neighbours crowd.
+        // Few bits, so that colours repeat and are close to each other.
         const auto colour = static_cast<Colour>(random() & 0x0F0F3F);
         EXPECT_EQ(set.contains(colour), plain.contains(colour));
         set.insert(colour);

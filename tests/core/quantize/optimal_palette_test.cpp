@@ -1,4 +1,4 @@
-// The adaptive palette: what it promises, and that the shipped tree gives what plain recursion gives.
+// The optimal palette: its properties, and equality with a recursive reference implementation.
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -94,7 +94,7 @@ TEST(OptimalPalette, All256ColoursInDifferentLeavesAreKeptInOrder) {
 }
 
 TEST(OptimalPalette, Colour257MergesInTheDeepestNodeEnteredLast) {
-    // 127 and 128 part at the eighth split only. The 255 others each hang from nodes entered before.
+    // Only the eighth split separates 127 and 128. The 255 others are below nodes entered before.
     Colours colours = far_apart();
     colours[255] = make_colour(127, 255, 255);
     colours.push_back(make_colour(128, 255, 255));
@@ -250,7 +250,7 @@ TEST(OptimalPalette, SumsBeyond32BitsInAReductionOverflow) {
     EXPECT_FAILURE(add_greens(tree, 254, 1), Overflow);
 }
 
-// Equal to plain recursion
+// Equality with the reference implementation
 
 void expect_as_plain(const cDIB& dib, const Wish& wish) {
     std::optional<reference::OptimalPalette> plain;
@@ -335,8 +335,7 @@ TEST(OptimalPalette, FullSizePicturesMatchTheReference) {
     }
 }
 
-// Colours that return again and again after their leaves were merged, and nodes that are freed and used
-// again.
+// Colours that return after their leaves were merged, so that nodes are freed and reused.
 TEST(OptimalPalette, ReturningColoursMatchTheReference) {
     for (std::uint32_t seed = 0; seed < 400; ++seed) {
         std::mt19937 random(seed);

@@ -11,7 +11,7 @@ struct Row {
     DitheredPlaces places{};
 };
 
-// All four pixels of a matrix row with another number added, up to `most`.
+// A matrix row with a different number for each of the four pixels, up to `most`.
 Row row_with(unsigned first, unsigned most) {
     Row row;
     for (std::size_t i = 0; i < row.added.size(); ++i) {
@@ -20,7 +20,7 @@ Row row_with(unsigned first, unsigned most) {
     return row;
 }
 
-// The three channels and the fourth byte run apart, so that none can pass for another.
+// The three channels and the fourth byte have different values, so that none can be mistaken for another.
 void fill(Row& row, unsigned value) {
     for (std::size_t i = 0; i < row.pixels.size(); ++i) {
         row.pixels[i] = static_cast<std::uint8_t>(value + i / 4 * 7 + i % 4 * 61);

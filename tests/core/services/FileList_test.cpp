@@ -30,7 +30,7 @@ TEST(FileList, SortsNumbersByValueAndLettersCaseInsensitively) {
 TEST(FileList, OnlyDigitsAreNumbersAndOnlyLettersHaveCase) {
     EXPECT_TRUE(comes_before("a1", "ab"));
     EXPECT_FALSE(comes_before("ab", "a1"));
-    // The neighbours of the digits and of the letters in the table of characters.
+    // The characters adjacent to the digits and the letters in ASCII.
     EXPECT_TRUE(comes_before("/", "10"));
     EXPECT_TRUE(comes_before("10", ":"));
     EXPECT_TRUE(comes_before("/2", "/10"));

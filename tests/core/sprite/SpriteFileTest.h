@@ -1,5 +1,5 @@
-// For tests of sprite files: a folder, recorded messages, and the sprite module as at program start before
-// and after each test.
+// Fixture for sprite file tests: a temporary folder, recorded messages, and the sprite module reset to its
+// state at program start before and after each test.
 #pragma once
 
 #include <string>
@@ -29,14 +29,14 @@ class SpriteFileTest : public testing::Test {
 
     Truth load(const SpriteFile& file) { return load(file.bytes()); }
 
-    /// The file does not load, and the message of the error trap comes.
+    /// Expects that loading fails with the message "Unknown Error Loading Sprite.".
     void expect_trap(const SpriteFile& file) {
         services.messages.clear();
         EXPECT_EQ(load(file), False);
         EXPECT_EQ(services.messages, (std::vector<std::string>{loading_failed}));
     }
 
-    /// A document in use, with a frame of its own, that a refused file does or does not overwrite.
+    /// A document with one frame, to see what a rejected file overwrites.
     void put_old_sprite() {
         hlspr::new_sprite(2, 1, 0, 0);
         hlspr::document().SpriteHeader.FrameCount = 1;
@@ -56,7 +56,7 @@ class SpriteFileTest : public testing::Test {
     RecordedServices services;
 };
 
-/// Three frames of 2 by 1 with origins of their own.
+/// Three frames of 2 by 1 with different origins.
 inline SpriteFile three_frames() {
     SpriteFile file;
     file.width = 2;

@@ -40,7 +40,7 @@ class FrameAddingTest : public testing::Test {
         test::reset_mixpals();
     }
 
-    // Entries 0 to 3 are black, red, green and blue; all behind are white.
+    // Entries 0 to 3 are black, red, green and blue; all others are white.
     static void import_palette() {
         mixpals::ImportPalette.fill({255, 255, 255, 0});
         mixpals::ImportPalette[0] = {0, 0, 0, 0};
@@ -135,7 +135,7 @@ TEST_F(FrameAddingTest, Picture24BitOfOddWidthIsSkewedByItsPadding) {
     import_palette();
     // Rows of 10 bytes read as rows of 9: the second row begins with the padding byte of the first.
     add_frame(*surface_of(3, 2, {red, red, red, red, red, red}, 24));
-    // Its pixels are then black and twice blue.
+    // Its pixels are then black, blue, blue.
     EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 1, 1, 0, 3, 3}));
 }
 

@@ -18,7 +18,7 @@ using hlspr::document;
 using test::indices;
 using test::indices_of;
 
-// As the program starts, before any test has changed them.
+// The state at program start, before any test changes it.
 const bool unnamed_at_start = hlspr::UnnamedSprite;
 const bool dirty_at_start = hlspr::SpriteDirty;
 const std::string folder_at_start = hlspr::ExtractFolder;
@@ -148,7 +148,7 @@ TEST_F(SpriteDocumentTest, ClearFramesKeepsHeaderPaletteAndFrameHeader) {
     expect_one_empty_slot();
 }
 
-// Every form holds on to the document, so none of these may put another one in its place.
+// Forms keep references to the document, so no command may replace the object.
 TEST_F(SpriteDocumentTest, CommandsModifyTheDocumentInPlace) {
     const test::TemporaryFolder folder;
     const SpriteDocument& sprite = document();

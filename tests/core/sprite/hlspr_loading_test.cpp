@@ -1,4 +1,4 @@
-// Sprite files as they are read.
+// Loading sprite files.
 #include <array>
 #include <fstream>
 #include <limits>
@@ -324,7 +324,7 @@ TEST_F(SpriteFileTest, HugeFrameOfASmallFileLoadsWithoutTouchingItsMemory) {
     EXPECT_EQ(frame[2], 3);
     EXPECT_EQ(frame[3], 0);
     EXPECT_EQ(frame[1599999999], 0);
-    // A huge page or two and the buffers of the file; the frame is 100 times this bound.
+    // Room for a huge page or two and the file's buffers; the frame is 100 times as large.
     EXPECT_LT(grown, 16 << 20);
 }
 #endif

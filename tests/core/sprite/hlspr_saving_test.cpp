@@ -1,4 +1,4 @@
-// Sprite files as they are written.
+// Saving sprite files.
 #include <filesystem>
 
 #include "core/sprite/SpriteFileTest.h"
