@@ -253,7 +253,7 @@ ByteArray LoadPCX::MergePlanes(std::span<const std::uint8_t> bytes, std::int32_t
         const std::int64_t plane0 = std::int64_t{4} * bytesPerLine * row;
         const std::int64_t farthest = plane0 + (line - 1) / 4;
         if (plane0 >= static_cast<std::int64_t>(bytes.size()) || farthest < 0) {
-            break; // only zeros from here on, behind the bytes or, with lines that go backwards, before them
+            break; // only zeros from here on: after the bytes or, with lines of negative length, before them
         }
         std::uint8_t* target = merged.data() + std::int64_t{line} * row;
         if (bytesPerLine == 0 && row > 0) {

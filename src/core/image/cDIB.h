@@ -93,7 +93,7 @@ class cDIB {
     /// The memory context with the picture selected; null when empty.
     DrawingContext* hDIBDC() { return section_ ? &context_ : nullptr; }
 
-    /// The picture behind the context; null when empty.
+    /// The bitmap selected into the context; null when empty.
     const Bitmap* hDIB() const { return section_.get(); }
 
     /// The first of Size() bytes, valid until the next Create or Destroy; null when empty.

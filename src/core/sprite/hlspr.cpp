@@ -297,7 +297,7 @@ void draw_frame(std::int16_t& frame_number, PictureSurface& picture) {
     if (holds_pixels(picture.bitmap(), width, height)) {
         expansion.expand(indices.first(pixel_count), picture.bitmap().bytes().data());
     } else {
-        // The pixels are 32-bit, whatever the depth of the picture.
+        // Copies 32-bit pixels even if the picture has another depth.
         picture.Cls();
         ByteArray pixels = ByteArray::for_overwrite(4 * pixel_count);
         expansion.expand(indices.first(pixel_count), pixels.data());

@@ -136,7 +136,7 @@ TEST(ForeignWrittenTga, CompressedTgaOfPlainAreasIsReadBackEqual) {
     expect_tga_reads_back(picture, path, "plain areas");
 }
 
-// The pixels that the packets of a compressed TGA stand for, in file order.
+// The pixels that the packets of a compressed TGA encode, in file order.
 std::vector<Colour> unpacked(const std::vector<std::uint8_t>& file) {
     std::vector<Colour> colours;
     const auto pixel = [&](std::size_t at) {
@@ -157,7 +157,7 @@ std::vector<Colour> unpacked(const std::vector<std::uint8_t>& file) {
 struct Lossy {
     std::int32_t width;
     std::vector<Colour> rows;     ///< in file order, the bottom row first
-    std::vector<Colour> unpacked; ///< what comes out
+    std::vector<Colour> unpacked; ///< the expected result
 };
 
 // One letter per pixel, rows from the bottom up; the expected results follow from how raw packets end at row
