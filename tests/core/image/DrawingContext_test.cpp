@@ -180,7 +180,7 @@ TEST(DrawingContext, FourthByteIsCopiedBetween32BitBitmapsElse0) {
 
 // Whole copies
 
-TEST(WholeCopies, CopiesDoNotSharePixels) {
+TEST(WholeCopies, CopyDoesNotSharePixels) {
     const auto from = surface_of(2, 2, {1, 2, 3, 4});
     TestSurface to(2, 2);
     copy(to, {0, 0, 2, 2}, *from, {0, 0, 2, 2});
@@ -193,7 +193,7 @@ TEST(WholeCopies, CopiesDoNotSharePixels) {
     EXPECT_EQ(colours_of(to), (Colours{9, 2, 3, 8}));
 }
 
-TEST(WholeCopies, CopiesKeepTheirSizeAndRowOrder) {
+TEST(WholeCopies, CopyConvertsSizeDirectionAndRowOrder) {
     const auto from = surface_of(2, 2, {1, 2, 3, 4});
     Bitmap section(2, 2, 32, Rows::Section);
     stretch_pixels(section, {0, 0, 2, 2}, from->bitmap(), {0, 0, 2, 2});
