@@ -9,8 +9,8 @@
 
 #include "core/base/RunTimeFailure.h"
 #include "core/base/numbers.h"
-#include "core/quantize/ordered_dither.h"
 #include "core/image/dib_rows.h"
+#include "core/quantize/ordered_dither.h"
 
 namespace varnoth {
 
@@ -105,6 +105,13 @@ bool is_like_its_copy(const PictureSurface& surface, std::int32_t width, std::in
 }
 
 } // namespace
+
+std::int16_t LevelLookup::sought(std::size_t place) const {
+    const auto value_of = [](std::size_t level) { return static_cast<std::uint8_t>(level * 17); };
+    const Colour crossed =
+        make_colour(value_of(place / 256), value_of(place / 16 % 16), value_of(place % 16));
+    return static_cast<std::int16_t>(palette_.GetNearestPaletteIndex(crossed));
+}
 
 mDither8bpp::mDither8bpp() {
     BuildTables();
