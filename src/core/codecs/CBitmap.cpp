@@ -13,7 +13,7 @@
 #include "core/base/Truth.h"
 #include "core/base/numbers.h"
 #include "core/image/DrawingContext.h"
-#include "core/image/Screen.h"
+#include "core/image/PictureSurface.h"
 
 namespace varnoth::CBitmap {
 

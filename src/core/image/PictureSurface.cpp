@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "core/base/numbers.h"
-#include "core/image/Screen.h"
 
 namespace varnoth {
 
@@ -22,6 +21,11 @@ std::int32_t in_pixels(double size, std::int16_t mode, double twips_per_pixel) {
 }
 
 } // namespace
+
+Screen& screen() {
+    static Screen the_screen;
+    return the_screen;
+}
 
 PictureSurface::PictureSurface(const Design& design)
     : parent_(design.parent),

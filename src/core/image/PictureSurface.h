@@ -17,6 +17,15 @@ namespace varnoth {
 inline constexpr std::int16_t ScaleTwips = 1;
 inline constexpr std::int16_t ScalePixels = 3;
 
+/// What the program asks of the screen.
+struct Screen {
+    double TwipsPerPixelX = 15;
+    double TwipsPerPixelY = 15;
+};
+
+/// The screen's figures; the window layer may set them at start.
+Screen& screen();
+
 /// What holds a surface: its unit is the one of the surface's outer size.
 struct SurfaceContainer {
     std::int16_t ScaleMode = ScalePixels;

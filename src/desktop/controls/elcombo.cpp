@@ -3,7 +3,7 @@
 #include <QStringList>
 
 #include "core/base/numbers.h"
-#include "core/image/Screen.h"
+#include "core/image/PictureSurface.h"
 #include "desktop/theme/theme.h"
 
 namespace varnoth {

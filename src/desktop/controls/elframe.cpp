@@ -1,6 +1,6 @@
 #include "desktop/controls/elframe.h"
 
-#include "core/image/Screen.h"
+#include "core/image/PictureSurface.h"
 #include "desktop/theme/theme.h"
 
 namespace varnoth {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "core/base/numbers.h"
-#include "core/image/Screen.h"
+#include "core/image/PictureSurface.h"
 #include "core/image/alpha_blend.h"
 #include "desktop/controls/parts/panel_icon.h"
 #include "desktop/theme/theme.h"

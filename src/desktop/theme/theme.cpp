@@ -23,7 +23,7 @@
 #include <QToolTip>
 #include <QWidget>
 
-#include "core/image/Screen.h"
+#include "core/image/PictureSurface.h"
 #include "desktop/theme/edges.h"
 #include "desktop/theme/symbols.h"
 

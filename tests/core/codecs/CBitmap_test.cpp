@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "core/base/Truth.h"
-#include "core/image/Screen.h"
+#include "core/image/PictureSurface.h"
 #include "support/codec_files.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"

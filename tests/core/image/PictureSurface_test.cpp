@@ -250,5 +250,11 @@ TEST(PictureSurface, TheDrawingContextFollowsTheSurfaceThroughItsSizes) {
     EXPECT_EQ(colours_of(surface), (std::vector<Colour>{7, 8}));
 }
 
+TEST(Screen, HasFifteenTwipsAPixel) {
+    EXPECT_EQ(screen().TwipsPerPixelX, 15);
+    EXPECT_EQ(screen().TwipsPerPixelY, 15);
+    EXPECT_EQ(&screen(), &screen());
+}
+
 } // namespace
 } // namespace varnoth

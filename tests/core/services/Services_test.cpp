@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/image/Screen.h"
 #include "support/RecordedServices.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
@@ -83,12 +82,6 @@ TEST(Services, EmptyInstallationChangesNothing) {
     const ServicesInstallation installation({});
     yield_to_events();
     EXPECT_EQ(services.yields, 1);
-}
-
-TEST(Screen, Has15TwipsPerPixel) {
-    EXPECT_EQ(screen().TwipsPerPixelX, 15);
-    EXPECT_EQ(screen().TwipsPerPixelY, 15);
-    EXPECT_EQ(&screen(), &screen());
 }
 
 } // namespace

@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "core/image/Colour.h"
-#include "core/image/Screen.h"
+#include "core/image/PictureSurface.h"
 #include "desktop/controls/parts/SkinnedControl.h"
 #include "desktop/services/exception_barrier.h"
 

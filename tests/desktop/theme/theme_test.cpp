@@ -24,7 +24,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/image/Screen.h"
+#include "core/image/PictureSurface.h"
 #include "desktop/widgets/DropDownList.h"
 #include "desktop/widgets/FolderListBox.h"
 #include "desktop/widgets/ListBox.h"

@@ -11,7 +11,7 @@
 
 #include "core/base/RunTimeFailure.h"
 #include "core/base/numbers.h"
-#include "core/image/Screen.h"
+#include "core/image/PictureSurface.h"
 #include "desktop/controls/parts/accessible.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
