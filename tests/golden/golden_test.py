@@ -351,27 +351,50 @@ class Desktop(GoldenTest):
             self.assertTrue(Picture(focused[name]).data == Picture(unfocused[name]).data, name)
 
 
+def with_family(font, family):
+    """A copy of a font file with another family name, which must not be longer."""
+    font = bytearray(font)
+    tables = [struct.unpack_from(">4s4xI", font, 12 + 16 * i) for i in range(struct.unpack_from(">H", font, 4)[0])]
+    names = dict(tables)[b"name"]
+    count, texts = struct.unpack_from(">2xHH", font, names)
+    for record in range(names + 6, names + 6 + 12 * count, 12):
+        platform, kind, length, place = struct.unpack_from(">H4xHHH", font, record)
+        if kind in (1, 16):  # the family name and the typographic family name
+            text = family.encode("ascii" if platform == 1 else "utf-16-be")
+            assert len(text) <= length, family
+            font[names + texts + place:names + texts + place + len(text)] = text
+            struct.pack_into(">H", font, record + 8, len(text))
+    return font
+
+
 class Fonts(GoldenTest):
     """The fallback font families, each installed alone."""
 
-    def only(self, family):
+    def only(self, family, renamed):
         """An environment with only the upright fonts of regular weight of one family. If a family has more faces, Qt
-        6.4 uses any of them for a condensed font, depending on the order in which it found them."""
+        6.4 uses any of them for a condensed font, depending on the order in which it found them. The
+        family can get the name of one that is not installed."""
         fonts = self.make_folder("fonts")
         asked = subprocess.run(["fc-list", f":family={family}:slant=0:weight=80", "file"], stdout=subprocess.PIPE,
                                check=True)
         files = [line.rstrip(": ") for line in asked.stdout.decode().splitlines()]
         self.assertTrue(files, f"{family} is missing; scripts/install-dependencies installs it")
         for file in files:
-            if not (family == "DejaVu Sans" and os.path.basename(file).startswith("DejaVuSansCondensed")):
-                os.symlink(file, os.path.join(fonts, os.path.basename(file)))
+            if family == "DejaVu Sans" and os.path.basename(file).startswith("DejaVuSansCondensed"):
+                continue
+            target = os.path.join(fonts, os.path.basename(file))
+            if renamed:
+                with open(file, "rb") as font:
+                    write(target, with_family(font.read(), renamed))
+            else:
+                os.symlink(file, target)
         path = os.path.join(self.folder, "fonts.conf")
         with open(path, "w", encoding="ascii") as file:
             file.write(f"<fontconfig><dir>{fonts}</dir><cachedir>{fonts}/cache</cachedir></fontconfig>")
         return {**os.environ, "FONTCONFIG_FILE": path}
 
-    def check_family(self, family):
-        environment = self.only(family)
+    def check_family(self, family, renamed=None):
+        environment = self.only(family, renamed)
         self.check_windows(1, environment)
         done = subprocess.run([DESKTOP_TESTS, "--gtest_filter=ThemeFont.*:WindowsTest.*Caption*"],
                               env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, timeout=120,
@@ -385,6 +408,12 @@ class Fonts(GoldenTest):
 
     def test_windows_match_with_liberation_sans(self):
         self.check_family("Liberation Sans")
+
+    def test_windows_match_with_arial(self):
+        self.check_family("Liberation Sans", renamed="Arial")
+
+    def test_windows_match_with_noto_sans(self):
+        self.check_family("Liberation Sans", renamed="Noto Sans")
 
     def test_windows_match_with_nimbus_sans(self):
         self.check_family("Nimbus Sans")
