@@ -92,6 +92,7 @@ class SkinnedControl : public QWidget {
     /// its resize event only when it is shown.
     void setGeometry(const QRect& geometry);
 
+    /// The same, in four numbers.
     void setGeometry(int left, int top, int width, int height) {
         setGeometry(QRect(left, top, width, height));
     }
@@ -99,6 +100,7 @@ class SkinnedControl : public QWidget {
     /// Like setGeometry, but keeps the position.
     void resize(const QSize& size);
 
+    /// The same, in two numbers.
     void resize(int width, int height) { resize(QSize(width, height)); }
 
     // Sizes in twips, 1/1440 inch.
