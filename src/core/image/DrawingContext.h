@@ -28,10 +28,7 @@ class DrawingContext {
     /// Selects another bitmap and returns the previous one.
     Bitmap* select(Bitmap* bitmap);
 
-    /// The stretch mode, which has no effect: every mode copies by nearest neighbour.
-    std::int32_t stretch_mode() const { return stretch_mode_; }
-
-    /// Sets the mode and returns the previous one.
+    /// Sets the mode and returns the previous one. Every mode copies by nearest neighbour.
     std::int32_t set_stretch_mode(std::int32_t mode);
 
   private:

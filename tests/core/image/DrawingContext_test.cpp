@@ -34,10 +34,9 @@ std::int32_t copy(TestSurface& to, const Rectangle& target, TestSurface& from, c
 TEST(DrawingContext, StartsWithoutABitmapInNearestNeighbourMode) {
     DrawingContext context;
     EXPECT_EQ(context.bitmap(), nullptr);
-    EXPECT_EQ(context.stretch_mode(), COLORONCOLOR);
     EXPECT_EQ(context.set_stretch_mode(4), COLORONCOLOR);
     EXPECT_EQ(context.set_stretch_mode(1), 4);
-    EXPECT_EQ(context.stretch_mode(), 1);
+    EXPECT_EQ(context.set_stretch_mode(1), 1);
 }
 
 TEST(DrawingContext, SelectReturnsThePreviousBitmap) {

@@ -75,7 +75,7 @@ TEST(CDib, StretchRestoresTheModeAndReturnsTheCopysResult) {
     TestSurface surface(1, 1);
     surface.hDC().set_stretch_mode(4);
     EXPECT_EQ(dib.Stretch(surface.hDC(), 0, 0, 1, 1), 1);
-    EXPECT_EQ(surface.hDC().stretch_mode(), 4);
+    EXPECT_EQ(surface.hDC().set_stretch_mode(4), 4);
     EXPECT_EQ(dib.Stretch(surface.hDC(), 0, 0, 1, 1, 0, 0, 0, 0, 0x660046), 0);
     DrawingContext nothing;
     EXPECT_EQ(dib.Stretch(nothing, 0, 0, 1, 1), 0);
