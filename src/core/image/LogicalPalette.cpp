@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "core/base/RunTimeFailure.h"
-#include "core/base/wide_vectors.h"
 
 namespace varnoth {
 
@@ -22,8 +21,6 @@ LogicalPalette::LogicalPalette(const LOGPALETTE& record) : count_(record.palNumE
     }
 }
 
-// This search takes a large part of the time of a dither.
-WITH_WIDE_VECTORS
 std::int32_t LogicalPalette::GetNearestPaletteIndex(Colour colour) const {
     const std::int16_t red = red_of(colour);
     const std::int16_t green = green_of(colour);

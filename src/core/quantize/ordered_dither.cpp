@@ -4,8 +4,6 @@
 #include <cstring>
 #include <limits>
 
-#include "core/base/wide_vectors.h"
-
 namespace varnoth {
 
 namespace {
@@ -64,12 +62,10 @@ template <const Levels& levels>
 
 } // namespace
 
-WITH_WIDE_VECTORS
 void places_of_16_levels(DitheredPixels pixels, const MatrixRow& added, DitheredPlaces& places) {
     places_of<levels16>(pixels, added, places);
 }
 
-WITH_WIDE_VECTORS
 void places_of_6_levels(DitheredPixels pixels, const MatrixRow& added, DitheredPlaces& places) {
     places_of<levels6>(pixels, added, places);
 }
