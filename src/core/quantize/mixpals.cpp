@@ -226,7 +226,7 @@ void DrawColorTable(PictureSurface& surface) {
     surface.SetBackColor(colour_of(ColorTable.front()));
     std::int32_t x = 0;
     std::int32_t y = 0;
-    for (std::int32_t position = 0; position <= ColorCount && y < sheet_side; ++position) {
+    for (std::int32_t position = 0; position <= ColorCount; ++position) {
         surface.PSet(x, y, colour_of(ColorTable[static_cast<std::size_t>(position)]));
         // A row takes 514 positions: the two beyond the right edge are lost, and so is all below the last
         // row.
