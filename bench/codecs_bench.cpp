@@ -12,7 +12,6 @@
 #include "photographs.h"
 #include "reference/LoadPCX.h"
 #include "reference/LoadTGA.h"
-#include "reference/PcxRle.h"
 #include "reference/TgaRle.h"
 
 namespace varnoth::bench {
@@ -161,13 +160,7 @@ void add_all() {
     add("read TGA", load_tga);
     add("write PCX", save_pcx);
     add("write TGA", save_tga);
-    add_coder(
-        "PCX run-length encoder, drawing", [] { return SavePCX::EncodeRle(drawing_bytes(), 3 * side); },
-        [] { return reference::encode_pcx_rle(drawing_bytes()); });
     static const Bytes photograph_pixels = photograph_bytes(0);
-    add_coder(
-        "PCX run-length encoder, photograph", [] { return SavePCX::EncodeRle(photograph_pixels, 3 * side); },
-        [] { return reference::encode_pcx_rle(photograph_pixels); });
     add_coder(
         "TGA run-length encoder, drawing", [] { return SaveTGA::EncodeRle(drawing_bytes(), side); },
         [] { return reference::encode_tga_rle(drawing_bytes(), side); });
