@@ -23,8 +23,6 @@ using test::ForeignPicture;
 using test::load;
 using test::picture_from_tool;
 
-constexpr Colour black = 0;
-
 class QtPictureLoaderJpeg : public testing::Test {
   protected:
     void make_ppm(std::int32_t width, std::int32_t height, std::uint32_t seed,
