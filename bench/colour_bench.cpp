@@ -1,11 +1,11 @@
 // The reduction of photographs to 256 colours each, and its steps.
 #include <benchmark/benchmark.h>
 
+#include "core/image/ProcessPicture1.h"
+#include "core/image/cDIB.h"
 #include "core/quantize/cPal8bpp.h"
 #include "core/quantize/mDither8bpp.h"
 #include "photographs.h"
-#include "core/image/ProcessPicture1.h"
-#include "core/image/cDIB.h"
 #include "reference/Dither.h"
 #include "reference/OptimalPalette.h"
 #include "reference/ProcessPicture1.h"

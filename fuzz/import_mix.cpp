@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <set>
 
-#include "core/quantize/mDither8bpp.h"
-#include "fuzzing.h"
-#include "core/quantize/mixpals.h"
 #include "core/image/ProcessPicture1.h"
+#include "core/quantize/mDither8bpp.h"
+#include "core/quantize/mixpals.h"
 #include "core/sprite/hlspr.h"
+#include "fuzzing.h"
 #include "support/sprites.h"
 
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <limits>
 
-#include "fuzzing.h"
 #include "core/image/PictureSurface.h"
 #include "core/sprite/hlspr.h"
+#include "fuzzing.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 // another picture before.
 #include <set>
 
+#include "core/image/ProcessPicture1.h"
 #include "core/quantize/mDither8bpp.h"
 #include "fuzzing.h"
-#include "core/image/ProcessPicture1.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <optional>
 
 #include "core/codecs/CBitmap.h"
-#include "fuzzing.h"
 #include "core/jobs/ImportPipeline.h"
-#include "reference/Import.h"
 #include "core/sprite/hlspr.h"
+#include "fuzzing.h"
+#include "reference/Import.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/RecordedServices.h"

@@ -3,8 +3,8 @@
 #include "core/base/bytes.h"
 #include "core/codecs/BmpMod.h"
 #include "core/codecs/read_bmp.h"
-#include "fuzzing.h"
 #include "core/image/cDIB.h"
+#include "fuzzing.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Saves and loads a sprite made from the input; it must be the same, with its frames in display order.
 #include <algorithm>
 
-#include "fuzzing.h"
 #include "core/sprite/hlspr.h"
+#include "fuzzing.h"
 
 namespace {
 

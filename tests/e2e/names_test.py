@@ -32,7 +32,7 @@ class Names(UiDriver, unittest.TestCase):
         self.start(VARNOTH)
 
     def open_odd_folder(self, dialog, folders):
-        """Opens the only closed folder with Return: on a busy machine two clicks may come too late for a double click."""
+        """Opens the only closed folder with Return."""
         middle, = self.wait_for_lines(dialog, folders, 1, is_closed_folder)
         self.display.wait_until_still()
         self.click(dialog, (folders[0] + 100, middle))

@@ -2,12 +2,12 @@
 #include <cerrno>
 #include <filesystem>
 
+#include "core/jobs/FrameExtraction.h"
+#include "core/jobs/PreviewWalk.h"
 #include "fault_injection/Operation.h"
 #include "support/dibs.h"
 #include "support/pictures.h"
 #include "support/sprites.h"
-#include "core/jobs/FrameExtraction.h"
-#include "core/jobs/PreviewWalk.h"
 
 namespace varnoth {
 namespace {

@@ -9,16 +9,16 @@
 
 #include "core/codecs/LoadPCX.h"
 #include "core/codecs/LoadTGA.h"
+#include "core/jobs/FrameExtraction.h"
+#include "core/jobs/ImportPipeline.h"
 #include "fault_injection/Operation.h"
 #include "fault_injection/made_files.h"
-#include "core/jobs/ImportPipeline.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/ScriptedAddFrames.h"
 #include "support/codec_files.h"
 #include "support/expect_failure.h"
 #include "support/sprites.h"
-#include "core/jobs/FrameExtraction.h"
 
 namespace varnoth {
 namespace {

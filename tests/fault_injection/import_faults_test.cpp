@@ -1,8 +1,8 @@
 // Fault injection for choosing and importing pictures.
 #include <cerrno>
 
-#include "fault_injection/Operation.h"
 #include "core/jobs/ImportPipeline.h"
+#include "fault_injection/Operation.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/ScriptedAddFrames.h"

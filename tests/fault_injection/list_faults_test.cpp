@@ -2,9 +2,9 @@
 #include <cerrno>
 #include <filesystem>
 
-#include "fault_injection/Operation.h"
 #include "core/services/FileList.h"
 #include "core/services/folders.h"
+#include "fault_injection/Operation.h"
 
 namespace varnoth {
 namespace {

@@ -8,9 +8,9 @@
 #include "core/codecs/BmpMod.h"
 #include "core/jobs/PictureSelection.h"
 #include "core/services/Services.h"
+#include "core/sprite/hlspr.h"
 #include "reference/Dither.h"
 #include "reference/ProcessPicture1.h"
-#include "core/sprite/hlspr.h"
 
 namespace varnoth::reference {
 

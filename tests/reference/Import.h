@@ -2,11 +2,11 @@
 // searches, no caching, a yield at every pixel. Tests and benchmarks compare the program's import with it.
 #pragma once
 
+#include "core/image/PictureSurface.h"
 #include "core/jobs/AddFramesForm.h"
 #include "core/jobs/ImportView.h"
-#include "core/image/PictureSurface.h"
-#include "reference/Mixpals.h"
 #include "core/sprite/SpriteDocument.h"
+#include "reference/Mixpals.h"
 
 namespace varnoth::reference {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "core/image/cDIB.h"
 #include "core/image/Colour.h"
+#include "core/image/cDIB.h"
 
 namespace varnoth::reference {
 

@@ -21,8 +21,8 @@
 #include "core/codecs/LoadTGA.h"
 #include "core/image/PictureSurface.h"
 #include "core/services/Services.h"
-#include "shared/ppm.h"
 #include "core/sprite/hlspr.h"
+#include "shared/ppm.h"
 
 namespace {
 

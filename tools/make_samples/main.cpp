@@ -11,8 +11,8 @@
 #include "core/base/files.h"
 #include "core/codecs/SavePCX.h"
 #include "core/codecs/SaveTGA.h"
-#include "explosion.h"
 #include "core/image/PictureSurface.h"
+#include "explosion.h"
 
 namespace varnoth::samples {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "core/jobs/PictureFormat.h"
 #include "core/jobs/FrameExtraction.h"
+#include "core/jobs/PictureFormat.h"
 
 namespace varnoth::walkthrough {
 

@@ -2,9 +2,9 @@
 
 #include <QCoreApplication>
 
+#include "desktop/forms/exit_picture/Form9_picture.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
-#include "desktop/forms/exit_picture/Form9_picture.h"
 
 namespace varnoth {
 
