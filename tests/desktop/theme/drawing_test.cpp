@@ -78,6 +78,23 @@ TEST(ThemeDrawing, ScrollBarSliderIsFilledAndRaised) {
     EXPECT_EQ(image.pixelColor(8, slider.bottom() + 1), edge_dark) << "groove";
 }
 
+TEST(ThemeDrawing, ScrollBarArrowsAreLightAndGreyWithoutARange) {
+    QScrollBar bar(Qt::Vertical);
+    bar.resize(16, 200);
+    const auto arrows = [&] {
+        const QImage image = bar.grab().toImage();
+        std::vector<QColor> colours;
+        for (const int top : {0, 200 - 16}) {
+            colours.push_back(image.pixelColor(8, top + 8)); // within the triangle, whichever way it points
+        }
+        return colours;
+    };
+    bar.setRange(0, 100);
+    EXPECT_EQ(arrows(), std::vector<QColor>(2, theme::to_qcolor(theme::light_text)));
+    bar.setRange(0, 0);
+    EXPECT_EQ(arrows(), std::vector<QColor>(2, theme::to_qcolor(theme::disabled_text)));
+}
+
 TEST(Symbols, SlopesAreAntialiased) {
     QImage page(14, 14, QImage::Format_RGB32);
     page.fill(Qt::white);
