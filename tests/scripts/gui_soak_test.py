@@ -32,6 +32,11 @@ class Memory(unittest.TestCase):
     def test_growth_of_2_percent_passes(self):
         self.assertIn("+2.00 %", self.judge(allocated=1020, resident=10200))
 
+    def test_growth_is_returned_in_words(self):
+        with contextlib.redirect_stdout(io.StringIO()):
+            rows = gui_soak.evaluate_memory(samples(resident=10150))
+        self.assertEqual(rows[2], ["resident, KiB", "10,000", "10,150", "+1.50 %"])
+
     def test_more_growth_is_a_finding(self):
         for late in ({"allocated": 1021}, {"resident": 10210}, {"open_files": 13}):
             with self.assertRaises(Finding):

@@ -1,11 +1,18 @@
 #!/usr/bin/env python3
-"""Tests which files scripts/mutate mutates, the list of equivalent mutants, and how a test program is judged."""
+"""Tests which files scripts/mutate mutates, the list of equivalent mutants, how a test program is judged, and how the
+mutants are counted."""
+import contextlib
+import importlib.machinery
+import importlib.util
+import io
 import os
 import stat
 import sys
 import tempfile
+import types
 import unittest
 
+SCRIPT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts", "mutate")
 TOOLS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools")
 sys.path[:0] = [os.path.join(TOOLS, "mutation"), os.path.join(TOOLS, "shared")]
 from core import ROOT, is_core, is_desktop, read_argued, source_files  # noqa: E402
@@ -78,6 +85,25 @@ class Judgements(unittest.TestCase):
 
     def test_program_gets_the_tests_of_its_stage(self):
         self.assertEqual(self.judge('grep -qx -- "--gtest_filter=Suite.Test" "${1#--gtest_flagfile=}"'), "passed")
+
+
+class Counts(unittest.TestCase):
+    def count(self, *outcomes):
+        """Counts mutants with these outcomes; the first one is listed as equivalent."""
+        loader = importlib.machinery.SourceFileLoader("mutate", SCRIPT)
+        mutate = importlib.util.module_from_spec(importlib.util.spec_from_loader("mutate", loader))
+        loader.exec_module(mutate)
+        mutants = [types.SimpleNamespace(path="a.cpp", before=str(number), after="") for number in range(len(outcomes))]
+        with contextlib.redirect_stdout(io.StringIO()):
+            return mutate.report(list(zip(mutants, outcomes)), {("a.cpp", "0", ""): "the reason"})
+
+    def test_equivalent_mutants_do_not_count_as_survivors(self):
+        counts, percent = self.count("passed", "passed", "failed", "failed", "limit")
+        self.assertEqual(counts, {"failed": 2, "limit": 1, "equivalent": 1, "passed": 1})
+        self.assertEqual(percent, 75.0)
+
+    def test_killed_mutant_in_the_list_counts_as_killed(self):
+        self.assertEqual(self.count("failed")[0]["failed"], 1)
 
 
 unittest.main()

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
-"""Holds what scripts/repeat-tests counts."""
+"""Tests what scripts/repeat-tests counts and records."""
 import os
+import shutil
 import subprocess
 import tempfile
 import unittest
 
-SCRIPT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts", "repeat-tests")
+ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
+SCRIPT = os.path.join(ROOT, "scripts", "repeat-tests")
 
 # Fails at every run but the first.
 TESTS = """add_test(steady true)
@@ -30,6 +32,31 @@ class RepeatTests(unittest.TestCase):
         done = self.repeat("--busy", "^steady$")
         self.assertEqual(done.stdout.splitlines()[1:], ["     3       0  steady"])
         self.assertEqual(done.returncode, 0)
+
+    def record(self, *arguments):
+        """Runs a copy of the script with --record; returns the exit status and the lines of its docs/figures.md."""
+        with tempfile.TemporaryDirectory() as root:
+            shutil.copytree(os.path.join(ROOT, "tools", "shared"), os.path.join(root, "tools", "shared"))
+            for folder in ("scripts", "docs", "build"):
+                os.mkdir(os.path.join(root, folder))
+            script = shutil.copy(SCRIPT, os.path.join(root, "scripts"))
+            document = os.path.join(root, "docs", "figures.md")
+            with open(document, "w", encoding="ascii") as file:
+                file.write("# Figures\n")
+            with open(os.path.join(root, "build", "CTestTestfile.cmake"), "w", encoding="ascii") as file:
+                file.write("add_test(golden true)\nadd_test(samples mkdir made)\n")
+            done = subprocess.run([script, "--build", os.path.join(root, "build"), "--times", "3", "--record",
+                                   *arguments], capture_output=True, check=False)
+            with open(document, encoding="ascii") as file:
+                return done.returncode, file.read().splitlines()
+
+    def test_totals_and_failing_tests_are_recorded(self):
+        status, lines = self.record()
+        self.assertEqual(lines[-2:], ["| 2 tests | 6 | 2 |", "| `samples` | 3 | 2 |"])
+        self.assertEqual(status, 1)
+
+    def test_named_tests_are_not_recorded(self):
+        self.assertEqual(self.record("^golden$"), (2, ["# Figures"]))
 
     def test_a_name_that_no_test_has_is_an_error(self):
         done = self.repeat("nothing")
