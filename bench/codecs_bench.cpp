@@ -1,5 +1,6 @@
 // The PCX and TGA readers and writers on a drawing of flat areas: complete files, then the run-length coders
-// compared with their reference implementations, also on a photograph, which has hardly any runs.
+// compared with their reference implementations. The coders also run on a photograph, which has hardly any
+// runs.
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -24,7 +25,7 @@ const test::TemporaryFolder& folder() {
     return the_folder;
 }
 
-// A drawing of flat areas, which every run-length coder preserves.
+// A drawing of flat areas, which even the lossy TGA coder preserves.
 PictureSurface& drawing() {
     static const auto surface = test::random_surface(side, side, test::Character::Runs, 5);
     return *surface;

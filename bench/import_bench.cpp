@@ -1,5 +1,5 @@
-// The steps of an import. Each processes 64 photographs, so that the times add up to that of the whole
-// import, which import_job measures.
+// The steps of an import. Each processes 64 photographs, so the times add up to that of the whole import,
+// which import_job measures.
 #include <benchmark/benchmark.h>
 
 #include "core/image/Picture.h"
@@ -81,7 +81,7 @@ void collect_reference(benchmark::State& state) {
     state.counters["colours"] = mixing.ColorCount;
 }
 
-// Collects the colours of the whole set in the program's module, and copies them to a reference one.
+// Collects the colours of the whole set with mixpals, and copies them to the reference implementation.
 reference::Mixpals collected_colours() {
     mixpals::InitColorTable();
     for (std::size_t i = 0; i < set_size; ++i) {

@@ -1,5 +1,5 @@
-"""The same job with other programs: converts a folder of true-colour BMP files of one size to indexed pictures that
-share a palette of at most 256 colours. Programs that are not installed are skipped."""
+"""The commands with which other programs do the job of an import: convert a folder of true-colour BMP files of one size
+to indexed pictures that share a palette of at most 256 colours. Programs that are not installed are skipped."""
 
 import glob
 import os
@@ -39,7 +39,7 @@ def ffmpeg(folder, out):
 
 
 def imagemagick(folder, out, dither):
-    """Joins all pictures into one sheet, reduces it and splits it again: it has no shared palette otherwise."""
+    """Joins all pictures into one sheet, reduces it and splits it again, which is the only way to share a palette."""
     sources = sources_of(folder)
     side = next(n for n in range(1, 1000) if n * n >= len(sources))
     rows = []

@@ -1,5 +1,5 @@
-"""Measures the time to the first paint of the main window, compared with that of an empty Qt window and of one with a
-line of text, in turn.
+"""Measures the time to the first paint of the main window, of an empty Qt window and of one with a line of text, in
+turn.
 
 Usage: start.py FIRST_PAINT. Prints the medians and their ratios; exits with 1 if the goal is missed. The goal refers to
 the empty window, which needs no fonts; the other one shows the time that Qt needs to load fonts for any text.

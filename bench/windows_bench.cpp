@@ -50,7 +50,7 @@ void print(const std::string& what, const std::string& figure, const std::string
     all_reached = all_reached && reached;
 }
 
-/// Does not show messages; stores the last one and its time.
+/// Stores the last message and its time instead of showing it.
 class PassingMessages : public MessageBoxes {
   public:
     void show(std::string_view text) override {
@@ -113,7 +113,7 @@ void measure_import(Editor& editor) {
     write_photographs(folder.path(), 64);
     std::vector<double> engine;
     std::vector<double> windows;
-    std::vector<double> ratios; // of consecutive runs, which other load affects alike
+    std::vector<double> ratios; // of consecutive runs, so that other load affects both
     for (int round = 0; round < 15; ++round) {
         const double before = processor_milliseconds();
         import_folder(folder.path());
@@ -131,7 +131,7 @@ void measure_import(Editor& editor) {
           ratio <= 1.15);
 }
 
-// Another thread posts the click at some moment; it stays in the event queue until a yield.
+// Another thread posts the click, which stays in the event queue until the import yields.
 void measure_cancel(Editor& editor) {
     const test::TemporaryFolder folder;
     write_photographs(folder.path(), 300);

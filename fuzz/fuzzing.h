@@ -32,8 +32,7 @@ inline std::uint32_t hash_of(std::span<const std::uint8_t> bytes) {
     return hash;
 }
 
-/// Returns whether the action succeeds rather than fails with a RunTimeFailure. Any other exception is a
-/// finding.
+/// Whether the action succeeds; false if it throws a RunTimeFailure. Any other exception is a finding.
 template <typename Action>
 bool succeeds(Action&& action) {
     try {
@@ -47,11 +46,11 @@ bool succeeds(Action&& action) {
 /// Whether allocations have failed on purpose in this run.
 inline bool memory_ran_out = false;
 
-/// Thrown when a claim does not hold in a run in which memory ran out.
+/// Thrown instead of a finding if memory ran out.
 struct OtherOutcome {};
 
-/// A claim that must hold for every input; otherwise it is a finding. If memory ran out, results may differ,
-/// and the run just ends.
+/// Aborts with a finding if a claim does not hold. If memory ran out, results may differ, so only the run
+/// ends.
 inline void require(bool holds, const char* claim) {
     if (holds) {
         return;

@@ -86,7 +86,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const fuzzing::AtEnd cleanup(reset_state);
     fuzzing::Recipe recipe(data, size);
     const Transparent transparent{recipe.byte() % 2 == 1, recipe.colour()};
-    // Mostly of the same size, as an import stretches them; the first one determines the sprite's size.
+    // Mostly of the size of the first one, which is the sprite's, because an import stretches all pictures.
     const bool of_one_size = recipe.byte() % 4 != 0;
     const std::int32_t depth = recipe.byte() % 8 == 0 ? 24 : 32;
     const std::array<std::int32_t, 1> depths{depth};

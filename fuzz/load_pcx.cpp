@@ -27,7 +27,7 @@ struct Probe {
     std::int64_t pixels() const { return std::abs(std::int64_t{width} * height); }
 };
 
-// The size of all rows by the line length in the header, which need not match the width.
+// The size of all rows, from the line length in the header, which need not match the width.
 std::int64_t row_bytes(const Probe& probe, std::span<const std::uint8_t> bytes) {
     std::array<std::uint8_t, PcxHeader::size> start{}; // bytes missing from the file count as zero
     std::copy_n(bytes.begin(), std::min(bytes.size(), start.size()), start.begin());

@@ -1,4 +1,4 @@
-// The bytes are a BMP file to be decoded, whole and without its last byte.
+// The input is a BMP file, which is decoded as it is and without its last byte.
 #include "core/codecs/read_bmp.h"
 
 #include <optional>

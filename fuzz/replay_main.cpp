@@ -32,7 +32,7 @@ int main(int count, char** arguments) {
     for (int i = 1; i < count; ++i) {
         for (const std::filesystem::path& file : files_of(arguments[i])) {
             const std::vector<std::uint8_t> bytes = varnoth::test::read_file(file.string());
-            // If the program crashes, the last name is that of the input.
+            // If the program crashes, the last name printed is that of the input.
             std::fprintf(stderr, "%s\n", file.string().c_str());
             LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
             ++inputs;

@@ -1,6 +1,6 @@
 // Writes a picture made from the input as a TGA file. Reading the uncompressed file must give the same
-// picture. The compressed file may lack pixels: it must only be readable, of the right size, and always the
-// same for the same picture.
+// picture. The compressed file may lack pixels, so it must only be readable, have the right size, and be the
+// same every time.
 #include "core/codecs/CBitmap.h"
 #include "core/codecs/LoadTGA.h"
 #include "core/codecs/SaveTGA.h"

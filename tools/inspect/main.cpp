@@ -143,7 +143,7 @@ QJsonObject probe_jpeg(const std::string& path) {
     return {{"result", result}, {"width", width}, {"height", height}};
 }
 
-// Adapters that give the two readers a common interface.
+// Give the PCX and TGA readers a common interface.
 struct PcxFormat {
     using Reader = LoadPCX;
 
@@ -265,7 +265,10 @@ std::optional<Options> parse(const std::vector<std::string>& words) {
 int main(int argument_count, char** arguments) {
     const std::optional<Options> options = parse({arguments + 1, arguments + argument_count});
     if (!options) {
-        std::cerr << "inspect [--same-object] [--decode OUT.ppm] FILE...\n";
+        std::cerr << "usage: inspect [--same-object] [--decode OUT.ppm] FILE...\n"
+                     "Prints how the readers interpret each file, as one line with a JSON object.\n"
+                     "  --same-object     uses the same reader for all PCX files, and for all TGA files\n"
+                     "  --decode OUT.ppm  writes the decoded picture; only for PCX and TGA files\n";
         return exit_wrong_option;
     }
     for (const std::string& path : options->files) {

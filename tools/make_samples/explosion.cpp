@@ -33,7 +33,7 @@ Colour colour_of(const Light& light) {
     return make_colour(byte(light.red), byte(light.green), byte(light.blue));
 }
 
-/// 0 up to `from`, 1 from `to` on, smooth in between.
+/// 0 below `from`, 1 above `to`, and smooth in between.
 double smooth_step(double from, double to, double value) {
     const double share = std::clamp((value - from) / (to - from), 0.0, 1.0);
     return share * share * (3 - 2 * share);

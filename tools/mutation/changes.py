@@ -33,7 +33,7 @@ NO_EXPRESSION = {
     "operator", "throw",
 }
 BLOCKS = {"if", "else", "for", "while", "do", "switch", "try", "catch", "template"}
-# Returned values that already are the empty value of their type.
+# Returned values that are empty already; removing them changes nothing.
 NOTHING = {"{}", "false", "False", "0", "nullptr", "std::nullopt"}
 
 

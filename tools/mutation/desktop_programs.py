@@ -11,7 +11,7 @@ GOLDEN_TESTS = os.path.join(ROOT, "tests", "golden", "golden_test.py")
 
 
 class GoldenStage(Stage):
-    """Some of the comparisons of windows with golden images."""
+    """Some tests of tests/golden/golden_test.py."""
 
     def __init__(self, tests, seconds, inspect):
         super().__init__("walkthrough", {test: seconds for test in tests})

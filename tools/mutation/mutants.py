@@ -13,7 +13,7 @@ def digest(*texts):
 
 
 def without_comment(lines):
-    """Source text as tests/equivalent_mutants.txt quotes it: without `//` comments, each white space a single blank."""
+    """Source text as quoted in tests/equivalent_mutants.txt: without `//` comments, white space reduced to one blank."""
     return " ".join(re.sub(r"(?m)(^|\s)//.*", "", lines).split())
 
 

@@ -60,7 +60,7 @@ def used_by_group(group):
 
 
 def wait_for_end(process, idle_seconds):
-    """The exit status, or -9 if the process hangs: its group prints nothing and uses no processor time that long."""
+    """The exit status, or -9 if the process hangs: its group neither prints nor uses processor time for that long."""
     used = 0.0
     with selectors.DefaultSelector() as selector:
         selector.register(process.stdout, selectors.EVENT_READ)

@@ -10,21 +10,23 @@
 namespace varnoth::walkthrough {
 
 const char* const usage =
-    "walkthrough: a scripted user of the editor: New, Import, Save, Open again, Export\n"
-    "  --pictures DIR --filter bmp|jpg|tga|pcx   imports pictures; bmp by default\n"
-    "  --select NAME            one of them (repeatable); all of that format by default\n"
-    "  --size WxH --type N --render N            the new sprite; 32x32, 2, 1 by default\n"
+    "usage: walkthrough OPTION...\n"
+    "Operates the editor's windows in this order: New or Open, Import, the arrows, Save, Open again, "
+    "Export.\n"
+    "  --size WxH --type N --render N            the new sprite (default: 32x32, 2, 1)\n"
     "  --open FILE.spr          opens a sprite instead of creating one\n"
-    "  --choice set|resize      answer to the size question; set by default\n"
-    "  --pick X,Y               picks the transparent colour from the preview\n"
-    "  --abort-after N          presses Cancel after N pictures have been loaded, counting both passes\n"
-    "  --again DIR              imports a second time, from that folder\n"
+    "  --pictures DIR --filter bmp|jpg|tga|pcx   imports the pictures of this format (default: bmp)\n"
+    "  --select NAME            imports only this picture (repeatable)\n"
+    "  --choice set|resize      answer to the size question (default: set)\n"
+    "  --pick X,Y               picks the transparent colour from this point of the preview\n"
+    "  --abort-after N          clicks Cancel after N pictures have been loaded, counting both passes\n"
+    "  --again DIR              imports a second time, from this folder\n"
     "  --move P:up|P:down       moves the frame at position P with an arrow (repeatable)\n"
     "  --draw P:OUT.ppm         writes the pixels of the frame at position P (repeatable)\n"
-    "  --save OUT.spr           saves, and opens the file again\n"
+    "  --save OUT.spr           saves the sprite and opens the file again\n"
     "  --export DIR --format bmp|tga|pcx [--compressed] [--frames 0,2,5]\n"
-    "           [--if-exists skip|ask|overwrite] [--abort-export-after N]\n"
-    "  --answer yes|no          answers every question; yes by default\n"
+    "           [--if-exists skip|ask|overwrite] [--abort-export-after N]   exports the frames\n"
+    "  --answer yes|no          answer to all other questions (default: yes)\n"
     "  --screenshots DIR        writes screenshots of every window in its main states\n";
 
 namespace {

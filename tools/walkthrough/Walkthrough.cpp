@@ -121,8 +121,8 @@ void Walk::run() {
     show_exit_picture();
 }
 
-// Runs before anything is done, so that a wrong option does not leave a half-finished job. The names to
-// select need to exist in the first folder only.
+// Called first, so that a wrong option does not leave a half-finished job. The pictures to select need to
+// exist in the first folder only.
 void Walk::check_folders() const {
     for (const std::optional<std::string>* folder :
          {&options_.pictures, &options_.again, &options_.screenshots}) {
@@ -223,7 +223,7 @@ void Walk::pick() {
     click_at(dialog.Picture1, {point->x, point->y});
 }
 
-// Selects only this line, then clicks an arrow.
+// Selects this line alone, then clicks an arrow.
 void Walk::move(const Move& move) {
     if (!has_line(move.position)) {
         throw WrongOption("no line " + std::to_string(move.position) + " to move");

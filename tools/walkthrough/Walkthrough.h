@@ -8,10 +8,10 @@
 
 namespace varnoth::walkthrough {
 
-/// Runs the job that the options describe and reports every event. Needs a QApplication. Failures inside the
-/// program are handled as in the editor's event handlers. Throws WrongOption before doing anything if a
-/// folder or picture of the options does not exist, and later if an arrow is to move a line that the list
-/// does not have. Lines to export that do not exist are ignored.
+/// Runs the job that the options describe and reports every event. Needs a QApplication. Failures in event
+/// handlers are handled as in the editor. Throws WrongOption before doing anything if a folder or picture
+/// does not exist, and later if the list does not have a line to move. Lines to export that do not exist are
+/// ignored.
 void walk(const Options& options, const Report& report, PictureLoader& loader);
 
 } // namespace varnoth::walkthrough

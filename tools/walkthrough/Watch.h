@@ -55,7 +55,7 @@ class AnsweredFileChooser : public FileChooser {
     std::string choose_to_save(std::string_view /*filter*/) override { return next; }
 };
 
-/// Processes events, and calls back before doing so.
+/// Calls back, then processes events.
 class WatchedEventQueue : public EventQueue {
   public:
     std::function<void()> on_yield;

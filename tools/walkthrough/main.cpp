@@ -52,8 +52,8 @@ int main(int argument_count, char** arguments) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    // Silence Qt's warnings: a picture that cannot be decoded is reported as a failure anyway, and the
-    // limitations of a platform without a display do not matter here.
+    // Silence Qt's warnings: the walkthrough itself reports pictures that cannot be decoded, and the
+    // limitations of the offscreen platform do not matter.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false\ndefault.warning=false"));
     QApplication application(argument_count, arguments);
     varnoth::theme::apply(application);
