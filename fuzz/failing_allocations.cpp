@@ -17,8 +17,8 @@ namespace {
 
 using namespace varnoth;
 
-// Decides which allocations fail: the first few succeed; then each may fail with a fixed probability, and
-// after a failure either all fail or the chance remains.
+// Decides which allocations fail: the first few succeed, then each fails with a fixed probability. After the
+// first failure, either all later ones fail or the probability stays the same.
 class Sequence {
   public:
     void start(std::uint32_t seed) {

@@ -46,7 +46,7 @@ bool succeeds(Action&& action) {
 /// Whether allocations have failed on purpose in this run.
 inline bool memory_ran_out = false;
 
-/// Thrown instead of a finding if memory ran out.
+/// Thrown instead of reporting a finding if memory ran out.
 struct OtherOutcome {};
 
 /// Aborts with a finding if a claim does not hold. If memory ran out, results may differ, so only the run

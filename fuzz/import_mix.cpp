@@ -1,5 +1,5 @@
-// Imports pictures made from the input: mixes their colours into one palette and makes each a frame. Few
-// colours in total must be preserved exactly.
+// Imports pictures made from the input: mixes their colours into one palette and makes each picture a frame.
+// If the pictures have few colours in total, all must be preserved exactly.
 #include <algorithm>
 #include <set>
 

@@ -52,8 +52,7 @@ std::vector<std::uint8_t> jpeg_header(const Size& size) {
     return {0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, height, 0, width, 1, 1, 0x11, 0, 0xFF, 0xD9};
 }
 
-// A TGA or PCX file, or only the header of a BMP or JPEG file, of which the test's picture loader needs no
-// more.
+// A complete TGA or PCX file, or the header of a BMP or JPEG file, whose pixels the test's loader supplies.
 std::vector<std::uint8_t> file_of(PictureFormat format, const Size& size, const std::vector<Colour>& colours,
                                   std::int16_t bmp_depth) {
     const auto width = static_cast<std::int16_t>(size.width);

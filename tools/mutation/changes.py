@@ -1,6 +1,6 @@
 """Finds the possible mutations of C++ source text: replaced operators, bounds and constants, and removed statements.
-Works on tokens without understanding them; the caller drops mutations that do not compile. Relies on .clang-format:
-a binary operator has a space on either side, while references, pointers and template brackets have not."""
+Works on tokens without parsing C++; the caller drops mutations that do not compile. Relies on .clang-format to tell
+binary operators, which have a space on either side, from references, pointers and template brackets."""
 import re
 from dataclasses import dataclass
 

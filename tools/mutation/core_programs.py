@@ -50,7 +50,7 @@ class CorePrograms(Programs):
         return {name: sorted(numbers) for name, numbers in lines.items()}
 
     def may_reach(self, test, mutant):
-        # A constant in a header has its effect on other lines.
+        # A constant in a header takes effect on other lines.
         if mutant.path.endswith(".h"):
             return True
         lines = range(mutant.change.line - 1, mutant.change.line + 2)

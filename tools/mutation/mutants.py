@@ -13,7 +13,7 @@ def digest(*texts):
 
 
 def without_comment(lines):
-    """Source text as quoted in tests/equivalent_mutants.txt: without `//` comments, white space reduced to one blank."""
+    """Source text as quoted in tests/equivalent_mutants.txt: without `//` comments, each white space as one blank."""
     return " ".join(re.sub(r"(?m)(^|\s)//.*", "", lines).split())
 
 

@@ -37,7 +37,7 @@ def run(command, **options):
 
 
 def limit_process(cpu_seconds):
-    """Stops endless loops and endless allocation."""
+    """Limits processor time and memory, so that endless loops and allocations end."""
     os.setpgid(0, 0)
     resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))

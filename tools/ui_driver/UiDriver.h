@@ -35,7 +35,7 @@ void type_into(eltexto& field, const QString& text);
 /// Opens the list and chooses a line with the keyboard.
 void choose(DropDownList& list, int line);
 
-/// Walks from the root down to a folder with double clicks. Returns whether it was reached.
+/// Opens folder after folder with double clicks, from the root to the given one. Returns whether it succeeds.
 bool walk_to(FolderListBox& folders, const QString& absolute_path);
 
 /// Processes all pending events, deferred deletions included.

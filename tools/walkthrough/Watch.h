@@ -71,7 +71,7 @@ class WatchedEventQueue : public EventQueue {
     QtEventQueue queue_;
 };
 
-/// From its construction on, reports lines added to the frame list, texts of the progress dialog and files
+/// During its lifetime, reports lines added to the frame list, texts of the progress dialog and files
 /// written, and counts pictures and files.
 class Watch : public QObject {
   public:
