@@ -10,10 +10,10 @@ import unittest
 from display import Display, corner_while_dragged, wait_for
 from ui_driver import (ADD, ADD_OK, ADD_PICK, ADD_RESIZE, BELOW_RENDER, CLOSE_MAIN, CLOSE_PREVIEW, EXPORT_BUTTON,
                        EXTRACT, EXTRACT_COMPRESSED, EXTRACT_FOLDER, EXTRACT_OK, EXTRACT_OVERWRITE, EXTRACT_TGA, FASTER,
-                       FATAL_ERROR_STATUS, FILES, FOLDERS, FRAME, FRAME_LIST, IMPORT_BUTTON, is_closed_folder, is_text,
-                       MAIN, NEW, NEW_BUTTON, NEW_HEIGHT, NEW_NAME, NEW_OK, NEW_RENDER, NEW_WIDTH, PICTURE, PLAY,
-                       PLAYED, PREVIEW, SAVE_BUTTON, SAVE_CHOOSER, SIZE_QUESTION, SLOWER, SPEED, TITLE,
-                       TRANSPARENT_COLOUR, UiDriver, UP_ARROW)
+                       FATAL_ERROR_LINE, FATAL_ERROR_STATUS, FILES, FOLDERS, FRAME, FRAME_LIST, IMPORT_BUTTON,
+                       is_closed_folder, is_text, MAIN, NEW, NEW_BUTTON, NEW_HEIGHT, NEW_NAME, NEW_OK, NEW_RENDER,
+                       NEW_WIDTH, PICTURE, PLAY, PLAYED, PREVIEW, SAVE_BUTTON, SAVE_CHOOSER, SIZE_QUESTION, SLOWER,
+                       SPEED, TITLE, TRANSPARENT_COLOUR, UiDriver, UP_ARROW)
 
 VARNOTH, WALKTHROUGH, SAMPLES = map(os.path.abspath, sys.argv[1:4])
 
@@ -35,7 +35,8 @@ class EditorTest(UiDriver, unittest.TestCase):
 
     def wait_for_exit(self, status):
         wait_for("the end of the editor", lambda: self.editor.poll() is not None)
-        self.assertEqual(read(self.errors).decode(), "")
+        errors = FATAL_ERROR_LINE if status == FATAL_ERROR_STATUS else ""
+        self.assertRegex(read(self.errors).decode(), rf"\A{errors}\Z")
         self.assertEqual(self.editor.returncode, status)
 
     def run_walkthrough(self, *arguments):

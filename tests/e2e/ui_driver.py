@@ -9,6 +9,7 @@ MAIN, NEW, ADD, EXTRACT, PREVIEW = "Varnoth 1.0", "New Sprite", "Add Frame/s", "
 FOLDER = "Select Extracting Folder:"
 OPEN_CHOOSER, SAVE_CHOOSER = "Open", "Save As"
 FATAL_ERROR_STATUS = 70
+FATAL_ERROR_LINE = r"varnoth: run-time error: \w+, at src/[^ :]+:\d+ in .+\n?"  # the place, on standard error
 
 # Centres of the controls that are clicked, in pixels of their window.
 CLOSE_MAIN, CLOSE_PREVIEW = (558, 17), (264, 17)

@@ -7,7 +7,8 @@ import time
 
 from answers import Finding, NO, YES, message_of
 from display import TIMEOUT, wait_for
-from ui_driver import CLOSE_MAIN, EXTRACT, UiDriver, MAIN, PROGRESS_CANCEL
+from ui_driver import (CLOSE_MAIN, EXTRACT, FATAL_ERROR_LINE, FATAL_ERROR_STATUS, UiDriver, MAIN,
+                       PROGRESS_CANCEL)
 
 # The export of reordered frames continues from the stored number of the frame that it has written, so it may loop. It
 # then writes or asks until Cancel or No.
@@ -185,5 +186,6 @@ class WatchedUser(UiDriver):
         wait_for("the editor to exit", lambda: self.editor.poll() is not None)
         if self.editor.returncode != status:
             raise Finding(f"the editor has ended with {self.editor.returncode} and not with {status}")
-        if self.output():
+        expected = FATAL_ERROR_LINE if status == FATAL_ERROR_STATUS else ""
+        if not re.fullmatch(expected, self.output()):
             raise Finding(f"output of the editor: {self.output()}")

@@ -19,7 +19,8 @@ class Inspect(ToolTest):
     def inspect(self, *arguments, status=0):
         done = subprocess.run([INSPECT, *arguments], cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                               timeout=60, check=False)
-        self.assertEqual(done.returncode, status, done.stderr.decode())
+        self.errors = done.stderr.decode()
+        self.assertEqual(done.returncode, status, self.errors)
         return [json.loads(line) for line in done.stdout.decode().splitlines()]
 
     def inspect_one(self, *arguments):
@@ -102,6 +103,12 @@ class Inspect(ToolTest):
         self.assertEqual(output["load"], {"failure": "SubscriptOutOfRange"})
         self.assertEqual(output["probe"], {"result": -1, "width": 4, "height": 4, "bpp": 8})
         self.assertNotIn("drawn", output)
+
+    def test_failure_has_its_place_in_the_source_on_standard_error(self):
+        self.inspect(write(self.path("grey.tga"), tga(3, 4, 4, 8, bytes(16))))
+        self.assertRegex(self.errors, r"\Ainspect: SubscriptOutOfRange, at src/core/codecs/[^/]+:\d+ in .+\n\Z")
+        self.inspect(os.path.join(SAMPLES, "palette.bmp"))
+        self.assertEqual(self.errors, "")
 
     def test_same_object_keeps_its_colour_map_for_the_next_file(self):
         mapped = write(self.path("mapped.tga"), tga(1, 4, 1, 8, bytes([1, 0, 1, 1]), bytes(RED[::-1] + BLUE[::-1])))

@@ -419,7 +419,7 @@ class ExitStatus(ToolTest):
     def test_moving_a_missing_line_exits_with_64(self):
         self.run_walkthrough("--pictures", self.three_pictures(), "--move", "3:up", status=64)
 
-    def test_fatal_error_exits_with_70_and_its_name(self):
+    def test_fatal_error_exits_with_70_its_place_and_its_name(self):
         grey = self.make_folder("grey", {"grey.tga": tga(3, 4, 4, 8, bytes(16))})
         broken = self.make_folder("broken", {"a.bmp": struct.pack("<2sIHHIIiiHHIIiiII", b"BM", 1000, 0, 0, 54, 40, 4,
                                                                   4, 1, 24, 0, 3, 0, 0, 0, 0)[:30] + b"\x03" * 24})
@@ -440,7 +440,8 @@ class ExitStatus(ToolTest):
                 ("SubscriptOutOfRange", ("--open", shallow)),
                 ("SubscriptOutOfRange", ("--pictures", self.path("three"), "--draw", "3:out.ppm"))):
             self.run_walkthrough(*arguments, status=70)
-            self.assertEqual(self.errors, f"run-time error: {name}\n")
+            self.assertRegex(self.errors, rf"\Avarnoth: run-time error: {name}, at (src|tools)/[^ ]+:\d+ in .+\n"
+                                          rf"run-time error: {name}\n\Z")
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 // Prints how the readers interpret files: one line with a JSON object per file. The extension decides the
-// picture format; any other file is read as a sprite. For tests and bug reports; not part of the editor.
+// picture format; any other file is read as a sprite. The place in the source where a failure arose goes to
+// standard error. For tests and bug reports; not part of the editor.
 
 #include <functional>
 #include <iostream>
@@ -47,11 +48,18 @@ QString sha256(std::span<const std::uint8_t> bytes) {
     return QString::fromLatin1(hash.result().toHex());
 }
 
-// Returns the result of the action, or an object that names the failure.
+void print_place(const RunTimeFailure& failure) {
+    const SourceLocation& location = failure.location();
+    std::cerr << "inspect: " << failure.name() << ", at " << location.file_name() << ':' << location.line()
+              << " in " << location.function_name() << '\n';
+}
+
+// Returns the result of the action, or an object that names the failure, whose place goes to standard error.
 QJsonObject guarded(const std::function<QJsonObject()>& action) {
     try {
         return action();
     } catch (const RunTimeFailure& failure) {
+        print_place(failure);
         return {{"failure", to_text(failure.name())}};
     } catch (const std::bad_alloc&) {
         return {{"failure", to_text(name_of(Failure::OutOfMemory))}};

@@ -48,8 +48,8 @@ const char* RunTimeFailure::what() const noexcept {
     return naming(failure_).name;
 }
 
-void fail(Failure failure) {
-    throw RunTimeFailure(failure);
+void fail(Failure failure, SourceLocation location) {
+    throw RunTimeFailure(failure, location);
 }
 
 } // namespace varnoth

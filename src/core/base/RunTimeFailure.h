@@ -5,6 +5,8 @@
 #include <exception>
 #include <string_view>
 
+#include "core/base/SourceLocation.h"
+
 namespace varnoth {
 
 enum class Failure {
@@ -30,9 +32,14 @@ std::string_view words_of(Failure failure);
 
 class RunTimeFailure : public std::exception {
   public:
-    explicit RunTimeFailure(Failure failure) : failure_(failure) {}
+    explicit RunTimeFailure(Failure failure, SourceLocation location = SourceLocation::current())
+        : failure_(failure), location_(location) {}
 
     Failure failure() const { return failure_; }
+
+    /// Where the failure arose; the file is relative to the source root. For people who debug: nothing shows
+    /// it to the user.
+    const SourceLocation& location() const { return location_; }
 
     std::string_view name() const { return name_of(failure_); }
 
@@ -43,15 +50,17 @@ class RunTimeFailure : public std::exception {
 
   private:
     Failure failure_;
+    SourceLocation location_;
 };
 
-[[noreturn]] void fail(Failure failure);
+[[noreturn]] void fail(Failure failure, SourceLocation location = SourceLocation::current());
 
-/// Throws SubscriptOutOfRange unless 0 <= index < count.
+/// Throws SubscriptOutOfRange, located at the caller, unless 0 <= index < count.
 template <typename Index, typename Count>
-constexpr void check_subscript(Index index, Count count) {
+constexpr void check_subscript(Index index, Count count,
+                               SourceLocation location = SourceLocation::current()) {
     if (index < 0 || static_cast<unsigned long long>(index) >= static_cast<unsigned long long>(count)) {
-        fail(Failure::SubscriptOutOfRange);
+        fail(Failure::SubscriptOutOfRange, location);
     }
 }
 

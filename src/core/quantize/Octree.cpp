@@ -30,7 +30,8 @@ constexpr std::int32_t high_half(std::uint64_t pair) {
     return static_cast<std::int32_t>(pair >> 32);
 }
 
-std::uint64_t checked_pair(std::uint64_t a, std::uint64_t b) {
+// Not inlined: only trees of more than 8 million pixels need it.
+[[gnu::noinline]] std::uint64_t checked_pair(std::uint64_t a, std::uint64_t b) {
     return packed_pair(checked_add(low_half(a), low_half(b)), checked_add(high_half(a), high_half(b)));
 }
 

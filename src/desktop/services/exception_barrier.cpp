@@ -29,10 +29,22 @@ FatalErrorHandler& installed_handler() {
 
 bool handling_fatal_error = false;
 
-void handle_fatal_error(std::string_view name, std::string_view message) {
+// One line, whatever the handler does. Without allocating: memory may have run out.
+void log_error(std::string_view name, const SourceLocation* location) {
+    std::fprintf(stderr, "varnoth: run-time error: %.*s", static_cast<int>(name.size()), name.data());
+    if (location != nullptr) {
+        std::fprintf(stderr, ", at %s:%u in %s", location->file_name(),
+                     static_cast<unsigned>(location->line()), location->function_name());
+    }
+    std::fputc('\n', stderr);
+}
+
+void handle_fatal_error(std::string_view name, std::string_view message,
+                        const SourceLocation* location = nullptr) {
     if (std::exchange(handling_fatal_error, true)) {
         return;
     }
+    log_error(name, location);
     installed_handler()(name, message);
     handling_fatal_error = false;
 }
@@ -54,7 +66,7 @@ void handle_current_exception() noexcept {
     try {
         throw;
     } catch (const RunTimeFailure& failure) {
-        handle_fatal_error(failure.name(), failure.words());
+        handle_fatal_error(failure.name(), failure.words(), &failure.location());
     } catch (const std::bad_alloc&) {
         handle_fatal_error(name_of(Failure::OutOfMemory), words_of(Failure::OutOfMemory));
     } catch (const std::length_error&) {

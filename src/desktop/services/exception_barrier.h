@@ -1,6 +1,7 @@
 // The exception barrier between Qt and the program's own code. Event handlers run inside it, so that no
 // exception ever propagates through Qt's stack frames. An exception that reaches the barrier is a fatal
 // error: it is reported in one message box and terminates the program, however deeply event loops are nested.
+// One line on standard error says what failed and, for a RunTimeFailure, where.
 #pragma once
 
 #include <functional>

@@ -3,9 +3,11 @@
 #include <cstddef>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
+#include "core/base/files.h"
 #include "support/expect_failure.h"
 
 namespace varnoth {
@@ -49,6 +51,37 @@ TEST(RunTimeFailure, CheckSubscriptChecksBothBounds) {
     EXPECT_FAILURE(check_subscript(5, 5), SubscriptOutOfRange);
     EXPECT_FAILURE(check_subscript(0, 0), SubscriptOutOfRange);
     EXPECT_FAILURE(check_subscript(~0ULL, 5), SubscriptOutOfRange);
+}
+
+/// The location of the failure that an action throws.
+template <typename Action>
+SourceLocation location_of_failure(Action&& action) {
+    try {
+        action();
+    } catch (const RunTimeFailure& failure) {
+        return failure.location();
+    }
+    return {};
+}
+
+TEST(RunTimeFailure, LocationIsThatOfTheCallToFail) {
+    const unsigned line = __LINE__ + 1;
+    const SourceLocation location = location_of_failure([] { fail(Failure::DiskFull); });
+    EXPECT_EQ(location.line(), line);
+    EXPECT_TRUE(std::string_view(location.file_name()).ends_with("RunTimeFailure_test.cpp"));
+}
+
+TEST(RunTimeFailure, SubscriptFailureIsLocatedAtTheCaller) {
+    const unsigned line = __LINE__ + 1;
+    const SourceLocation location = location_of_failure([] { check_subscript(1, 1); });
+    EXPECT_EQ(location.line(), line);
+    EXPECT_TRUE(std::string_view(location.file_name()).ends_with("RunTimeFailure_test.cpp"));
+}
+
+TEST(RunTimeFailure, FileFailureIsLocatedInTheCore) {
+    const SourceLocation location = location_of_failure([] { InputFile file("missing/file"); });
+    EXPECT_TRUE(std::string_view(location.file_name()).ends_with("core/base/files.cpp"))
+        << location.file_name();
 }
 
 } // namespace

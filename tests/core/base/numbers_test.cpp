@@ -56,5 +56,25 @@ TEST(Numbers, DivisionByZeroIsAFailure) {
     EXPECT_FAILURE(divide(1, 0), DivisionByZero);
 }
 
+unsigned line_of_failure(void (*action)()) {
+    try {
+        action();
+    } catch (const RunTimeFailure& failure) {
+        return failure.location().line();
+    }
+    return 0;
+}
+
+TEST(Numbers, FailuresAreLocatedAtTheCaller) {
+    constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
+    const unsigned line = __LINE__;
+    EXPECT_EQ(line_of_failure([] { narrow<std::uint8_t>(largest); }), line + 1);
+    EXPECT_EQ(line_of_failure([] { checked_add(largest, 1); }), line + 2);
+    EXPECT_EQ(line_of_failure([] { checked_subtract(-largest, largest); }), line + 3);
+    EXPECT_EQ(line_of_failure([] { checked_multiply(largest, 2); }), line + 4);
+    EXPECT_EQ(line_of_failure([] { round_to_even<std::int32_t>(1e10); }), line + 5);
+    EXPECT_EQ(line_of_failure([] { divide(1, 0); }), line + 6);
+}
+
 } // namespace
 } // namespace varnoth

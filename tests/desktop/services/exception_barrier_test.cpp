@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <new>
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -163,6 +164,29 @@ TEST(ExceptionBarrierDeathTest, DefaultHandlerShowsABoxAndExits) {
     const ServicesInstallation services({&boxes, nullptr, nullptr, nullptr});
     EXPECT_EXIT(guard_event([] { fail(Failure::DivisionByZero); }), testing::ExitedWithCode(70),
                 "\\[Run-time error: Division by zero\\]\n$");
+}
+
+class ExceptionBarrierLog : public ExceptionBarrier {
+  protected:
+    /// What standard error shows of a handler that ends with an exception.
+    template <typename Action>
+    static std::string logged(Action&& action) {
+        testing::internal::CaptureStderr();
+        guard_event(action);
+        return testing::internal::GetCapturedStderr();
+    }
+};
+
+TEST_F(ExceptionBarrierLog, FailureIsOneLineWithItsPlace) {
+    const std::string line = logged([] { fail(Failure::DivisionByZero); });
+    EXPECT_TRUE(std::regex_match(
+        line, std::regex("varnoth: run-time error: DivisionByZero, at "
+                         "tests/desktop/services/exception_barrier_test\\.cpp:[0-9]+ in .+\n")))
+        << line;
+}
+
+TEST_F(ExceptionBarrierLog, FailedAllocationIsOneLineWithoutAPlace) {
+    EXPECT_EQ(logged([] { throw std::bad_alloc(); }), "varnoth: run-time error: OutOfMemory\n");
 }
 
 } // namespace
