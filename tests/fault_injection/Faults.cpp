@@ -5,12 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <new>
 #include <optional>
-#include <system_error>
 
 #include <dirent.h>
+#include <sys/stat.h>
 
 namespace varnoth::test {
 
@@ -128,6 +127,8 @@ int __real_fclose(std::FILE* file);
 DIR* __real_opendir(const char* path);
 dirent* __real_readdir64(DIR* folder);
 int __real_closedir(DIR* folder);
+int __real_stat64(const char* path, struct stat* status);
+int __real_remove(const char* path);
 
 void* __wrap_malloc(std::size_t size);
 void* __wrap_calloc(std::size_t count, std::size_t size);
@@ -142,6 +143,8 @@ int __wrap_fclose(std::FILE* file);
 DIR* __wrap_opendir(const char* path);
 dirent* __wrap_readdir64(DIR* folder);
 int __wrap_closedir(DIR* folder);
+int __wrap_stat64(const char* path, struct stat* status);
+int __wrap_remove(const char* path);
 
 void* __wrap_malloc(std::size_t size) {
     return fails(Call::Array) ? nullptr : poisoned_memory(__real_malloc(size), size);
@@ -230,39 +233,15 @@ int __wrap_closedir(DIR* folder) {
     return __real_closedir(folder);
 }
 
+int __wrap_stat64(const char* path, struct stat* status) {
+    return fails(Call::Status) ? -1 : __real_stat64(path, status);
+}
+
+int __wrap_remove(const char* path) {
+    return fails(Call::Remove) ? -1 : __real_remove(path);
+}
+
 } // extern "C"
-
-namespace varnoth::test {
-
-// The mangled names of the standard library's functions.
-std::filesystem::file_status real_status(const std::filesystem::path& path, std::error_code& error) noexcept
-    __asm__("__real__ZNSt10filesystem6statusERKNS_7__cxx114pathERSt10error_code");
-std::filesystem::file_status wrapped_status(const std::filesystem::path& path,
-                                            std::error_code& error) noexcept
-    __asm__("__wrap__ZNSt10filesystem6statusERKNS_7__cxx114pathERSt10error_code");
-bool real_remove(const std::filesystem::path& path, std::error_code& error) noexcept
-    __asm__("__real__ZNSt10filesystem6removeERKNS_7__cxx114pathERSt10error_code");
-bool wrapped_remove(const std::filesystem::path& path, std::error_code& error) noexcept
-    __asm__("__wrap__ZNSt10filesystem6removeERKNS_7__cxx114pathERSt10error_code");
-
-std::filesystem::file_status wrapped_status(const std::filesystem::path& path,
-                                            std::error_code& error) noexcept {
-    if (fails(Call::Status)) {
-        error.assign(errno, std::generic_category());
-        return std::filesystem::file_status(std::filesystem::file_type::none);
-    }
-    return real_status(path, error);
-}
-
-bool wrapped_remove(const std::filesystem::path& path, std::error_code& error) noexcept {
-    if (fails(Call::Remove)) {
-        error.assign(errno, std::generic_category());
-        return false;
-    }
-    return real_remove(path, error);
-}
-
-} // namespace varnoth::test
 
 // Replaces all operators for memory of default alignment.
 

@@ -1,5 +1,5 @@
-// Fault injection: the linker redirects the core's calls of the C library and of the standard library to this
-// file (see tests/CMakeLists.txt), where a test can make them fail.
+// Fault injection: the linker redirects the core's calls of the C library to this file (see
+// tests/CMakeLists.txt), where a test can make them fail.
 #pragma once
 
 #include <cstdint>

@@ -8,6 +8,7 @@
 
 #ifndef _WIN32
 #include <dirent.h>
+#include <sys/stat.h>
 #endif
 
 namespace varnoth {
@@ -34,11 +35,38 @@ Failure failure_of(int error) {
     }
 }
 
-// The system has one error for a missing file and for a missing folder on the way to it.
+// What is at a path, links followed. All false when nothing is there or it cannot be examined.
+struct Entry {
+    bool is_file = false;
+    bool is_folder = false;
+    bool is_read_only = false;
+};
+
+#ifdef _WIN32
+Entry entry_at(const std::filesystem::path& native) {
+    using std::filesystem::perms;
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(native, error);
+    if (error) {
+        return {};
+    }
+    return {std::filesystem::is_regular_file(status), std::filesystem::is_directory(status),
+            (status.permissions() & perms::owner_write) == perms::none};
+}
+#else
+Entry entry_at(const std::filesystem::path& native) {
+    struct stat status = {};
+    if (stat(native.c_str(), &status) != 0) {
+        return {};
+    }
+    return {S_ISREG(status.st_mode), S_ISDIR(status.st_mode), (status.st_mode & S_IWUSR) == 0};
+}
+#endif
+
+// The system has one error for a missing file and for a missing folder in its path.
 [[noreturn]] void fail_at(const std::filesystem::path& native, int error) {
-    std::error_code ignored;
     const std::filesystem::path folder = native.parent_path();
-    if (error == ENOENT && !folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
+    if (error == ENOENT && !folder.empty() && !entry_at(folder).is_folder) {
         fail(Failure::PathNotFound);
     }
     fail(failure_of(error));
@@ -103,20 +131,15 @@ std::string join_path(const std::string& folder, const std::string& name) {
 }
 
 bool file_exists(const std::string& path) {
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(native_path(path), ignored);
+    return entry_at(native_path(path)).is_file;
 }
 
 bool folder_exists(const std::string& path) {
-    std::error_code ignored;
-    return std::filesystem::is_directory(native_path(path), ignored);
+    return entry_at(native_path(path)).is_folder;
 }
 
 bool is_read_only(const std::string& path) {
-    std::error_code error;
-    const auto status = std::filesystem::status(native_path(path), error);
-    return !error &&
-           (status.permissions() & std::filesystem::perms::owner_write) == std::filesystem::perms::none;
+    return entry_at(native_path(path)).is_read_only;
 }
 
 #ifdef _WIN32
@@ -131,7 +154,7 @@ std::vector<std::string> names_in(const std::string& folder) {
     return names;
 }
 #else
-// The standard library's iterator of libstdc++ ends the program when memory runs out on its way.
+// Not std::filesystem::directory_iterator: that of libstdc++ terminates the program when memory runs out.
 std::vector<std::string> names_in(const std::string& folder) {
     std::vector<std::string> names;
     const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
@@ -151,9 +174,13 @@ void delete_file(const std::string& path) {
     if (file_exists(path) && is_read_only(path)) {
         fail(Failure::PermissionDenied);
     }
-    std::error_code error;
-    if (!std::filesystem::remove(native, error)) {
-        fail_at(native, error ? error.value() : ENOENT);
+#ifdef _WIN32
+    const int result = _wremove(native.c_str());
+#else
+    const int result = std::remove(native.c_str());
+#endif
+    if (result != 0) {
+        fail_at(native, errno);
     }
 }
 
