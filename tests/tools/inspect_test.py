@@ -107,6 +107,8 @@ class Inspect(ToolTest):
     def test_failure_has_its_place_in_the_source_on_standard_error(self):
         self.inspect(write(self.path("grey.tga"), tga(3, 4, 4, 8, bytes(16))))
         self.assertRegex(self.errors, r"\Ainspect: SubscriptOutOfRange, at src/core/codecs/[^/]+:\d+ in .+\n\Z")
+        self.inspect(self.path("missing.spr"))
+        self.assertRegex(self.errors, r"\Ainspect: FileNotFound, at src/core/base/files\.cpp:\d+ in .+\n\Z")
         self.inspect(os.path.join(SAMPLES, "palette.bmp"))
         self.assertEqual(self.errors, "")
 

@@ -15,14 +15,14 @@
 #include <QString>
 
 #include "core/base/RunTimeFailure.h"
+#include "core/base/Truth.h"
 #include "core/codecs/BmpMod.h"
 #include "core/codecs/CBitmap.h"
 #include "core/codecs/JpgMod.h"
 #include "core/codecs/LoadPCX.h"
 #include "core/codecs/LoadTGA.h"
 #include "core/image/PictureSurface.h"
-#include "core/services/Services.h"
-#include "core/sprite/hlspr.h"
+#include "core/sprite/sprite_file.h"
 #include "shared/ppm.h"
 
 namespace {
@@ -66,18 +66,6 @@ QJsonObject guarded(const std::function<QJsonObject()>& action) {
     }
 }
 
-class LastMessage : public MessageBoxes {
-  public:
-    void show(std::string_view text) override { text_ = to_text(text); }
-
-    bool ask(std::string_view /*question*/) override { return true; }
-
-    QJsonValue text() const { return text_ ? QJsonValue(*text_) : QJsonValue(); }
-
-  private:
-    std::optional<QString> text_;
-};
-
 QJsonArray frames_of(const SpriteDocument& sprite) {
     QJsonArray frames;
     for (const ByteArray& frame : sprite.FrameStore) {
@@ -101,15 +89,15 @@ QString palette_sha256(const PaletteRecord& palette) {
 }
 
 QJsonObject inspect_sprite(const std::string& path) {
-    LastMessage message;
-    const ServicesInstallation installation({&message, nullptr, nullptr});
-    SpriteDocument& sprite = hlspr::document();
-    sprite = {};
-    const Truth result = hlspr::load_sprite(path);
+    SpriteDocument sprite;
+    const std::optional<SpriteReadError> error = read_sprite(path, sprite);
+    if (error && error->failure) {
+        print_place(*error->failure);
+    }
     const SpriteHeaderRecord& header = sprite.SpriteHeader;
     const FrameHeaderRecord& frame = sprite.FrameHeader;
-    return {{"result", result},
-            {"message", message.text()},
+    return {{"result", truth(!error)},
+            {"message", error ? QJsonValue(to_text(error->message)) : QJsonValue()},
             {"Ident", QString::fromLatin1(header.Ident.data(), static_cast<qsizetype>(header.Ident.size()))},
             {"Version", header.Version},
             {"SpriteType", header.SpriteType},

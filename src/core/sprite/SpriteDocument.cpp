@@ -1,8 +1,16 @@
 #include "core/sprite/SpriteDocument.h"
 
+#include <utility>
+
 #include "core/base/bytes.h"
 
 namespace varnoth {
+
+void SpriteDocument::replace_frames(std::size_t slots) {
+    std::vector<ByteArray> store(slots);
+    FrameOrder = std::vector<std::int16_t>(slots);
+    FrameStore = std::move(store);
+}
 
 std::array<std::uint8_t, SpriteHeaderRecord::file_size> to_bytes(const SpriteHeaderRecord& header) {
     std::array<std::uint8_t, SpriteHeaderRecord::file_size> bytes{};

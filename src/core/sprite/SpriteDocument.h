@@ -15,8 +15,9 @@ namespace varnoth {
 /// 40 bytes in the file, in this order.
 struct SpriteHeaderRecord {
     static constexpr std::size_t file_size = 40;
+    static constexpr std::array<char, 4> sprite_ident{'I', 'D', 'S', 'P'};
 
-    std::array<char, 4> Ident{}; ///< "IDSP"
+    std::array<char, 4> Ident{}; ///< sprite_ident in every valid document
     std::int32_t Version = 0;    ///< 2 in a new sprite
     std::int32_t SpriteType = 0; ///< orientation, 0 to 4; hlspr::sprite_type_name has the names
     std::int32_t RenderMode = 0; ///< 0 to 3; hlspr::render_mode_name has the names
@@ -40,8 +41,9 @@ struct PaletteColour {
 /// 770 bytes in the file: always 256 colours, regardless of the count.
 struct PaletteRecord {
     static constexpr std::size_t file_size = 770;
+    static constexpr std::int16_t sprite_colours = 256;
 
-    std::int16_t ColourCount = 0; ///< 256 in every valid document
+    std::int16_t ColourCount = 0; ///< sprite_colours in every valid document
     std::array<PaletteColour, 256> Colours{};
 };
 
@@ -69,6 +71,10 @@ struct SpriteDocument {
 
     /// The index into FrameStore for each display position.
     std::vector<std::int16_t> FrameOrder;
+
+    /// Replaces the frames by empty ones and their order by zeros. Frees the memory of the old frames; keeps
+    /// them when allocation fails.
+    void replace_frames(std::size_t slots);
 };
 
 std::array<std::uint8_t, SpriteHeaderRecord::file_size> to_bytes(const SpriteHeaderRecord& header);

@@ -5,15 +5,16 @@
 #include <cmath>
 #include <limits>
 #include <new>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
 
-#include "core/base/files.h"
 #include "core/base/numbers.h"
 #include "core/image/IndexExpansion.h"
 #include "core/quantize/mixpals.h"
 #include "core/services/Services.h"
+#include "core/sprite/sprite_file.h"
 
 namespace varnoth::hlspr {
 
@@ -23,127 +24,12 @@ std::string ExtractFolder;
 
 namespace {
 
-constexpr std::array<char, 4> sprite_ident{'I', 'D', 'S', 'P'};
 constexpr std::int32_t sprite_version = 2;
-constexpr std::int16_t sprite_colours = 256;
-
-// Replaces both arrays, which frees the memory of the previous sprite. Keeps them when allocation fails.
-void make_store(std::size_t slots) {
-    std::vector<ByteArray> store(slots);
-    document().FrameOrder = std::vector<std::int16_t>(slots);
-    document().FrameStore = std::move(store);
-}
 
 // A sprite without frames has one slot.
 void make_empty_store() {
-    make_store(1);
+    document().replace_frames(1);
     document().FrameStore.front() = ByteArray(1);
-}
-
-// Frame numbers are signed 16-bit, so no more slots than this can be used. A file that claims more gets this
-// many; reading it fails at the first frame number that overflows, if not before.
-constexpr std::int32_t most_frame_slots = 32768;
-
-template <std::size_t Size>
-std::array<std::uint8_t, Size> read_record(InputFile& file) {
-    std::array<std::uint8_t, Size> bytes{}; // bytes missing from a truncated file stay 0
-    file.read(bytes);
-    return bytes;
-}
-
-// Bytes missing from a truncated file are 0. Because a header may claim any size, memory beyond the end of
-// the file is not touched.
-void read_indices(InputFile& file, ByteArray& indices, std::size_t size) {
-    if (file.remaining() < static_cast<std::int64_t>(size)) {
-        indices = ByteArray(size);
-        file.read(indices.bytes());
-        return;
-    }
-    indices = ByteArray::for_overwrite(size);
-    const auto clear_from = [&](std::size_t first) {
-        std::ranges::fill(indices.bytes().subspan(first), std::uint8_t{0});
-    };
-    try {
-        clear_from(file.read(indices.bytes())); // the file may have shrunk meanwhile
-    } catch (const RunTimeFailure&) {
-        clear_from(0);
-        throw;
-    }
-}
-
-void read_frame(InputFile& file, std::int16_t number) {
-    std::array<std::uint8_t, FrameHeaderRecord::file_size> bytes{};
-    if (file.read(bytes) != bytes.size()) {
-        fail(Failure::DeviceIo);
-    }
-    SpriteDocument& sprite = document();
-    sprite.FrameHeader = frame_header_from_bytes(bytes);
-    const std::int32_t size = checked_multiply(sprite.FrameHeader.FrameWidth, sprite.FrameHeader.FrameHeight);
-    if (size <= 0) {
-        fail(Failure::SubscriptOutOfRange);
-    }
-    const auto slot = static_cast<std::size_t>(number);
-    read_indices(file, sprite.FrameStore[slot], static_cast<std::size_t>(size));
-    sprite.FrameOrder[slot] = number;
-}
-
-// Stores each record before validating it: a rejected file leaves its header in the document.
-Truth read_sprite(const std::string& path) {
-    SpriteDocument& sprite = document();
-    InputFile file(path);
-    sprite.SpriteHeader = sprite_header_from_bytes(read_record<SpriteHeaderRecord::file_size>(file));
-    if (sprite.SpriteHeader.Ident != sprite_ident) {
-        show_message("Not A Half-Life Sprite " + path);
-        return False;
-    }
-    if (sprite.SpriteHeader.FrameCount < 1) {
-        show_message("No Sprites In File");
-        return False;
-    }
-    sprite.Palette = palette_from_bytes(read_record<PaletteRecord::file_size>(file));
-    if (sprite.Palette.ColourCount != sprite_colours) {
-        show_message("Not 8bpp sprite");
-        return False;
-    }
-    const auto slots = static_cast<std::size_t>(std::min(sprite.SpriteHeader.FrameCount, most_frame_slots));
-    make_store(slots);
-    for (std::int32_t i = 0; i < sprite.SpriteHeader.FrameCount; ++i) {
-        read_frame(file, narrow<std::int16_t>(i));
-    }
-    return True;
-}
-
-Truth write_sprite(const std::string& path) {
-    const SpriteDocument& sprite = document();
-    if (file_exists(path)) {
-        delete_file(path);
-    }
-    const auto frame_header = to_bytes(sprite.FrameHeader);
-    OutputFile file(path);
-    file.write(to_bytes(sprite.SpriteHeader));
-    file.write(to_bytes(sprite.Palette));
-    for (std::int32_t i = 0; i < sprite.SpriteHeader.FrameCount; ++i) {
-        check_subscript(i, sprite.FrameOrder.size());
-        const std::int16_t number = sprite.FrameOrder[static_cast<std::size_t>(i)];
-        check_subscript(number, sprite.FrameStore.size());
-        file.write(frame_header);
-        file.write(sprite.FrameStore[static_cast<std::size_t>(number)].bytes());
-    }
-    file.close();
-    return True;
-}
-
-// Runs a load or save; any failure becomes one message and the result False.
-template <typename Action>
-Truth trapped(Action&& action, std::string_view message) {
-    try {
-        return action();
-    } catch (const RunTimeFailure&) {
-        show_message(message);
-    } catch (const std::bad_alloc&) {
-        show_message(message);
-    }
-    return False;
 }
 
 std::array<RGBQUAD, 256> palette_as_pixels(const PaletteRecord& palette) {
@@ -207,7 +93,7 @@ void new_sprite(std::int32_t width, std::int32_t height, std::int32_t sprite_typ
     const double half_height = height / 2.0;
     sprite.SpriteHeader.Height = height;
     sprite.SpriteHeader.Width = width;
-    sprite.SpriteHeader.Ident = sprite_ident;
+    sprite.SpriteHeader.Ident = SpriteHeaderRecord::sprite_ident;
     sprite.SpriteHeader.SyncType = 1;
     sprite.SpriteHeader.BeamLength = 0;
     sprite.SpriteHeader.FrameCount = 0;
@@ -221,22 +107,40 @@ void new_sprite(std::int32_t width, std::int32_t height, std::int32_t sprite_typ
     sprite.FrameHeader.OriginY = round_to_even<std::int32_t>(half_height);
     sprite.SpriteHeader.BoundingRadius =
         static_cast<float>(std::sqrt(half_width * half_width + half_height * half_height));
-    sprite.Palette = {sprite_colours, {}};
+    sprite.Palette = {PaletteRecord::sprite_colours, {}};
     make_empty_store();
 }
 
 void clear_frames() {
     document().SpriteHeader.FrameCount = 0;
-    document().Palette.ColourCount = sprite_colours;
+    document().Palette.ColourCount = PaletteRecord::sprite_colours;
     make_empty_store();
 }
 
 Truth load_sprite(const std::string& path) {
-    return trapped([&] { return read_sprite(path); }, "Unknown Error Loading Sprite.");
+    try {
+        const std::optional<SpriteReadError> error = read_sprite(path, document());
+        if (error) {
+            show_message(error->message);
+        }
+        return truth(!error);
+    } catch (const std::bad_alloc&) { // not even the reader's error could be returned
+        show_message("Unknown Error Loading Sprite.");
+        return False;
+    }
 }
 
 Truth save_sprite(const std::string& path) {
-    return trapped([&] { return write_sprite(path); }, "Unknown Error Saving Sprite.");
+    constexpr std::string_view unknown_error = "Unknown Error Saving Sprite.";
+    try {
+        write_sprite(path, document());
+        return True;
+    } catch (const RunTimeFailure&) {
+        show_message(unknown_error);
+    } catch (const std::bad_alloc&) {
+        show_message(unknown_error);
+    }
+    return False;
 }
 
 std::string_view render_mode_name(std::int32_t render_mode) {

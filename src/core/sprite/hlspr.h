@@ -1,6 +1,4 @@
-// The edited sprite and the operations on it: creating, loading, saving, drawing and adding frames. A
-// Half-Life sprite file, version 2 (magic "IDSP"), has a 40-byte header, a 770-byte palette record, then for
-// each frame a 20-byte header and its palette indices. All numbers are little-endian.
+// The edited sprite and the operations on it: creating, loading, saving, drawing and adding frames.
 #pragma once
 
 #include <cstdint>
@@ -31,12 +29,12 @@ void new_sprite(std::int32_t width, std::int32_t height, std::int32_t sprite_typ
 /// Removes all frames; keeps the rest of the header, the palette colours and the frame header.
 void clear_frames();
 
-/// Reads a sprite file directly into the document. True when every frame was read. Otherwise shows a message
-/// with the reason and returns False; the document keeps what had been read.
+/// Reads a sprite file into the document as read_sprite() does. On an error shows its message and returns
+/// False.
 Truth load_sprite(const std::string& path);
 
-/// Writes the document, frames in display order. Deletes an existing file first, so a later failure leaves no
-/// file or a truncated one. On failure shows "Unknown Error Saving Sprite." and returns False.
+/// Writes the document as write_sprite() does. On failure shows "Unknown Error Saving Sprite." and returns
+/// False.
 Truth save_sprite(const std::string& path);
 
 /// "NORMAL" and so on for 0 to 3, "-1" for any other number.
