@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "core/jobs/FrameExtraction.h"
-#include "core/jobs/PreviewWalk.h"
+#include "core/jobs/PreviewPlayback.h"
 #include "fault_injection/Operation.h"
 #include "support/dibs.h"
 #include "support/pictures.h"
@@ -135,13 +135,13 @@ class Playing : public Job {
 
     void prepare() override {
         put_sprite();
-        walk_ = {};
+        playback_ = {};
         picture_ = std::make_unique<TestSurface>(1, 1, depth_);
     }
 
     bool run() override {
         for (int i = 0; i < 3; ++i) {
-            walk_.tick(*picture_, frames);
+            playback_.tick(*picture_, frames);
         }
         return true;
     }
@@ -149,7 +149,7 @@ class Playing : public Job {
     FileBytes result() override {
         const auto pixels = picture_->bitmap().bytes();
         FileBytes bytes(pixels.begin(), pixels.end());
-        bytes.push_back(static_cast<std::uint8_t>(walk_.CurrentFrame));
+        bytes.push_back(static_cast<std::uint8_t>(playback_.CurrentFrame));
         return bytes;
     }
 
@@ -160,7 +160,7 @@ class Playing : public Job {
 
   private:
     std::int32_t depth_;
-    PreviewWalk walk_;
+    PreviewPlayback playback_;
     std::unique_ptr<TestSurface> picture_;
 };
 

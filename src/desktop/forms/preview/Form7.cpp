@@ -15,16 +15,16 @@ Form7::Form7(Form1& main_window)
     design();
     Timer1.setObjectName("Timer1");
     Timer1.setTimerType(Qt::PreciseTimer);
-    Timer1.setInterval(walk_.interval());
+    Timer1.setInterval(playback_.interval());
     on_event(&Label1, &Label::Click, this, [this] { Stop(); });
     on_event(&Label2, &Label::Click, this, [this] { Play(); });
     on_event(&Label3, &Label::Click, this, [this] {
-        if (walk_.faster()) {
+        if (playback_.faster()) {
             show_speed();
         }
     });
     on_event(&Label4, &Label::Click, this, [this] {
-        if (walk_.slower()) {
+        if (playback_.slower()) {
             show_speed();
         }
     });
@@ -75,12 +75,12 @@ void Form7::Play() {
 
 // A speed of 0 is not prevented: the division by zero in interval() ends the program.
 void Form7::show_speed() {
-    Timer1.setInterval(walk_.interval());
-    Label5.SetCaption(QString("%1 fps").arg(walk_.FramesPerSecond));
+    Timer1.setInterval(playback_.interval());
+    Label5.SetCaption(QString("%1 fps").arg(playback_.FramesPerSecond));
 }
 
 void Form7::Tick() {
-    walk_.tick(Picture1.surface(), main_window_.List1.ListCount());
+    playback_.tick(Picture1.surface(), main_window_.List1.ListCount());
 }
 
 void Form7::Close() {

@@ -3,7 +3,7 @@
 
 #include <QTimer>
 
-#include "core/jobs/PreviewWalk.h"
+#include "core/jobs/PreviewPlayback.h"
 #include "desktop/controls/elpanel.h"
 #include "desktop/forms/Form.h"
 #include "desktop/widgets/Label.h"
@@ -29,8 +29,6 @@ class Form7 : public Form {
     Label Label5{"Label5", this, Label::Kind::Text, "15 fps"}; ///< the speed
     QTimer Timer1{this};
 
-    const PreviewWalk& walk() const { return walk_; }
-
   signals:
     void unloadRequested();
 
@@ -44,7 +42,7 @@ class Form7 : public Form {
     void Close();
 
     Form1& main_window_;
-    PreviewWalk walk_;
+    PreviewPlayback playback_;
 };
 
 } // namespace varnoth

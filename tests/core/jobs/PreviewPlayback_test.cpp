@@ -1,4 +1,4 @@
-#include "core/jobs/PreviewWalk.h"
+#include "core/jobs/PreviewPlayback.h"
 
 #include <vector>
 
@@ -14,11 +14,11 @@ namespace {
 
 using hlspr::document;
 
-class PreviewWalkTest : public testing::Test {
+class PreviewPlaybackTest : public testing::Test {
   protected:
-    PreviewWalkTest() { test::reset_sprite(); }
+    PreviewPlaybackTest() { test::reset_sprite(); }
 
-    ~PreviewWalkTest() override { test::reset_sprite(); }
+    ~PreviewPlaybackTest() override { test::reset_sprite(); }
 
     // Stored frame n is one pixel of red n + 1.
     static void put_frames(const std::vector<std::int16_t>& order) {
@@ -33,7 +33,7 @@ class PreviewWalkTest : public testing::Test {
     }
 
     // The stored frames that this number of ticks draws.
-    static std::vector<int> shown(PreviewWalk& walk, int ticks, std::int32_t lines) {
+    static std::vector<int> shown(PreviewPlayback& walk, int ticks, std::int32_t lines) {
         std::vector<int> result;
         test::TestSurface picture(1, 1);
         for (int i = 0; i < ticks; ++i) {
@@ -44,15 +44,15 @@ class PreviewWalkTest : public testing::Test {
     }
 };
 
-TEST_F(PreviewWalkTest, StartsAtFrame0With15FramesPerSecond) {
-    const PreviewWalk walk;
+TEST_F(PreviewPlaybackTest, StartsAtFrame0With15FramesPerSecond) {
+    const PreviewPlayback walk;
     EXPECT_EQ(walk.CurrentFrame, 0);
     EXPECT_EQ(walk.FramesPerSecond, 15);
     EXPECT_EQ(walk.interval(), 66);
 }
 
-TEST_F(PreviewWalkTest, IntervalIsRoundedDownToMilliseconds) {
-    PreviewWalk walk;
+TEST_F(PreviewPlaybackTest, IntervalIsRoundedDownToMilliseconds) {
+    PreviewPlayback walk;
     walk.FramesPerSecond = 1;
     EXPECT_EQ(walk.interval(), 1000);
     walk.FramesPerSecond = 7;
@@ -61,8 +61,8 @@ TEST_F(PreviewWalkTest, IntervalIsRoundedDownToMilliseconds) {
     EXPECT_EQ(walk.interval(), 16);
 }
 
-TEST_F(PreviewWalkTest, FasterDoesNothingAt60) {
-    PreviewWalk walk;
+TEST_F(PreviewPlaybackTest, FasterDoesNothingAt60) {
+    PreviewPlayback walk;
     walk.FramesPerSecond = 59;
     EXPECT_TRUE(walk.faster());
     EXPECT_EQ(walk.FramesPerSecond, 60);
@@ -70,8 +70,8 @@ TEST_F(PreviewWalkTest, FasterDoesNothingAt60) {
     EXPECT_EQ(walk.FramesPerSecond, 60);
 }
 
-TEST_F(PreviewWalkTest, SlowerGoesFrom1To0WhereTheIntervalFails) {
-    PreviewWalk walk;
+TEST_F(PreviewPlaybackTest, SlowerGoesFrom1To0WhereTheIntervalFails) {
+    PreviewPlayback walk;
     walk.FramesPerSecond = 2;
     EXPECT_TRUE(walk.slower());
     EXPECT_EQ(walk.interval(), 1000);
@@ -82,48 +82,48 @@ TEST_F(PreviewWalkTest, SlowerGoesFrom1To0WhereTheIntervalFails) {
     EXPECT_EQ(walk.FramesPerSecond, 0);
 }
 
-TEST_F(PreviewWalkTest, UnchangedOrderShowsEveryFrameAndLoops) {
+TEST_F(PreviewPlaybackTest, UnchangedOrderShowsEveryFrameAndLoops) {
     put_frames({0, 1, 2});
-    PreviewWalk walk;
+    PreviewPlayback walk;
     EXPECT_EQ(shown(walk, 7, 3), (std::vector<int>{0, 1, 2, 0, 1, 2, 0}));
     EXPECT_EQ(walk.CurrentFrame, 1);
 }
 
-TEST_F(PreviewWalkTest, SingleFrameIsRedrawnAtEachTick) {
+TEST_F(PreviewPlaybackTest, SingleFrameIsRedrawnAtEachTick) {
     put_frames({0});
-    PreviewWalk walk;
+    PreviewPlayback walk;
     EXPECT_EQ(shown(walk, 3, 1), (std::vector<int>{0, 0, 0}));
     EXPECT_EQ(walk.CurrentFrame, 0);
 }
 
-TEST_F(PreviewWalkTest, ChangedOrderMayOmitFrames) {
+TEST_F(PreviewPlaybackTest, ChangedOrderMayOmitFrames) {
     put_frames({1, 0, 2});
-    PreviewWalk walk;
+    PreviewPlayback walk;
     EXPECT_EQ(shown(walk, 6, 3), (std::vector<int>{1, 2, 1, 2, 1, 2})) << "stored frame 0 never shows";
     put_frames({2, 1, 0});
-    PreviewWalk other;
+    PreviewPlayback other;
     EXPECT_EQ(shown(other, 3, 3), (std::vector<int>{2, 2, 2}));
 }
 
-TEST_F(PreviewWalkTest, LineCountNotFrameCountEndsTheLoop) {
+TEST_F(PreviewPlaybackTest, LineCountNotFrameCountEndsTheLoop) {
     put_frames({0, 1, 2});
-    PreviewWalk walk;
+    PreviewPlayback walk;
     EXPECT_EQ(shown(walk, 4, 2), (std::vector<int>{0, 1, 0, 1}));
-    PreviewWalk none;
+    PreviewPlayback none;
     EXPECT_EQ(shown(none, 2, 0), (std::vector<int>{0, 0}));
-    PreviewWalk beyond;
+    PreviewPlayback beyond;
     test::TestSurface picture(1, 1);
     EXPECT_EQ(shown(beyond, 3, 4), (std::vector<int>{0, 1, 2}));
     EXPECT_FAILURE(beyond.tick(picture, 4), SubscriptOutOfRange);
     EXPECT_EQ(beyond.CurrentFrame, 3);
 }
 
-TEST_F(PreviewWalkTest, PositionAfterTheHighestFrameNumberOverflows) {
+TEST_F(PreviewPlaybackTest, PositionAfterTheHighestFrameNumberOverflows) {
     put_frames({0});
     document().FrameOrder = {32767};
     document().FrameStore.resize(32768);
     document().FrameStore[32767] = test::indices({0});
-    PreviewWalk walk;
+    PreviewPlayback walk;
     test::TestSurface picture(1, 1);
     EXPECT_FAILURE(walk.tick(picture, 1), Overflow);
     EXPECT_EQ(walk.CurrentFrame, 32767);

@@ -7,7 +7,7 @@
 
 namespace varnoth {
 
-struct PreviewWalk {
+struct PreviewPlayback {
     std::int16_t CurrentFrame = 0;     ///< display position that the next tick draws
     std::int16_t FramesPerSecond = 15; ///< speed
 

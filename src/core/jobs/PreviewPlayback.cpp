@@ -1,4 +1,4 @@
-#include "core/jobs/PreviewWalk.h"
+#include "core/jobs/PreviewPlayback.h"
 
 #include "core/base/numbers.h"
 #include "core/sprite/hlspr.h"
@@ -11,14 +11,14 @@ constexpr std::int16_t fastest = 60;
 
 } // namespace
 
-std::int32_t PreviewWalk::interval() const {
+std::int32_t PreviewPlayback::interval() const {
     if (FramesPerSecond == 0) {
         fail(Failure::DivisionByZero);
     }
     return 1000 / FramesPerSecond;
 }
 
-bool PreviewWalk::faster() {
+bool PreviewPlayback::faster() {
     if (FramesPerSecond >= fastest) {
         return false;
     }
@@ -26,7 +26,7 @@ bool PreviewWalk::faster() {
     return true;
 }
 
-bool PreviewWalk::slower() {
+bool PreviewPlayback::slower() {
     if (FramesPerSecond <= 0) {
         return false;
     }
@@ -34,7 +34,7 @@ bool PreviewWalk::slower() {
     return true;
 }
 
-void PreviewWalk::tick(PictureSurface& picture, std::int32_t line_count) {
+void PreviewPlayback::tick(PictureSurface& picture, std::int32_t line_count) {
     hlspr::draw_frame(CurrentFrame, picture);
     const std::int16_t next = checked_add(CurrentFrame, 1);
     CurrentFrame = next <= line_count - 1 ? next : std::int16_t{0};
