@@ -1,6 +1,6 @@
 #include "desktop/controls/elcheck.h"
 
-#include "desktop/controls/parts/accessible.h"
+#include "desktop/widgets/accessible.h"
 
 namespace varnoth {
 

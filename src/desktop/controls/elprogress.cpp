@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "core/base/numbers.h"
-#include "desktop/controls/parts/accessible.h"
 #include "desktop/theme/theme.h"
+#include "desktop/widgets/accessible.h"
 
 namespace varnoth {
 

@@ -14,7 +14,7 @@
 #include "desktop/controls/elpanel.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
-#include "desktop/widgets/accessible_factory.h"
+#include "desktop/widgets/accessible.h"
 
 namespace varnoth {
 

@@ -9,7 +9,7 @@
 #include <QShortcut>
 
 #include "desktop/services/exception_barrier.h"
-#include "desktop/widgets/accessible_key.h"
+#include "desktop/widgets/accessible.h"
 
 namespace varnoth {
 

@@ -12,8 +12,7 @@
 #include "desktop/theme/edges.h"
 #include "desktop/theme/symbols.h"
 #include "desktop/theme/theme.h"
-#include "desktop/widgets/accessible_factory.h"
-#include "desktop/widgets/accessible_key.h"
+#include "desktop/widgets/accessible.h"
 
 namespace varnoth {
 

@@ -8,8 +8,7 @@
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/symbols.h"
 #include "desktop/theme/theme.h"
-#include "desktop/widgets/accessible_factory.h"
-#include "desktop/widgets/accessible_key.h"
+#include "desktop/widgets/accessible.h"
 #include "desktop/widgets/checked_state.h"
 
 namespace varnoth {

@@ -13,7 +13,7 @@
 #include "core/base/numbers.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
-#include "desktop/widgets/accessible_factory.h"
+#include "desktop/widgets/accessible.h"
 
 namespace varnoth {
 

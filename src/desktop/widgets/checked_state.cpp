@@ -3,6 +3,8 @@
 #include <QVariant>
 #include <QWidget>
 
+#include "desktop/widgets/accessible.h"
+
 namespace varnoth {
 
 namespace {
@@ -15,10 +17,7 @@ void set_checked_state(QWidget& control, bool checked) {
     const bool changes = control.property(property_name).toBool() != checked;
     control.setProperty(property_name, checked);
     if (changes) {
-        QAccessible::State changed;
-        changed.checked = true;
-        QAccessibleStateChangeEvent event(&control, changed);
-        QAccessible::updateAccessibility(&event);
+        tell_checked_changed(control);
     }
 }
 

@@ -1,7 +1,7 @@
 #include "desktop/controls/parts/CheckableControl.h"
 
-#include "desktop/controls/parts/accessible.h"
 #include "desktop/theme/theme.h"
+#include "desktop/widgets/accessible.h"
 
 namespace varnoth {
 

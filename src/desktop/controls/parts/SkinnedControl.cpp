@@ -12,9 +12,9 @@
 #include "core/base/RunTimeFailure.h"
 #include "core/base/numbers.h"
 #include "core/image/PictureSurface.h"
-#include "desktop/controls/parts/accessible.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
+#include "desktop/widgets/accessible.h"
 
 namespace varnoth {
 

@@ -8,7 +8,7 @@
 
 #include "desktop/controls/parts/SkinnedControl.h"
 #include "desktop/services/exception_barrier.h"
-#include "desktop/widgets/accessible_key.h"
+#include "desktop/widgets/accessible.h"
 #include "desktop/widgets/checked_state.h"
 
 namespace varnoth {
@@ -240,23 +240,6 @@ QAccessibleInterface* make_interface(const QString& class_name, QObject* object)
 
 void install_accessible_controls() {
     QAccessible::installFactory(make_interface);
-}
-
-void tell_checked_changed(QWidget& control) {
-    QAccessible::State changed;
-    changed.checked = true;
-    QAccessibleStateChangeEvent event(&control, changed);
-    QAccessible::updateAccessibility(&event);
-}
-
-void tell_name_changed(QWidget& control) {
-    QAccessibleEvent event(&control, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&event);
-}
-
-void tell_number_changed(QWidget& control, int number) {
-    QAccessibleValueChangeEvent event(&control, number);
-    QAccessible::updateAccessibility(&event);
 }
 
 } // namespace varnoth

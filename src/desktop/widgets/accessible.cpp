@@ -1,4 +1,4 @@
-#include "desktop/widgets/accessible_key.h"
+#include "desktop/widgets/accessible.h"
 
 #include <QVariant>
 #include <QWidget>
@@ -28,6 +28,23 @@ QString AccessibleWithKey::text(QAccessible::Text kind) const {
 QStringList AccessibleWithKey::keyBindingsForAction(const QString& action) const {
     const QString key = accessible_key(*widget());
     return actionNames().contains(action) && !key.isEmpty() ? QStringList{key} : QStringList{};
+}
+
+void tell_checked_changed(QWidget& control) {
+    QAccessible::State changed;
+    changed.checked = true;
+    QAccessibleStateChangeEvent event(&control, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+void tell_name_changed(QWidget& control) {
+    QAccessibleEvent event(&control, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&event);
+}
+
+void tell_number_changed(QWidget& control, int value) {
+    QAccessibleValueChangeEvent event(&control, value);
+    QAccessible::updateAccessibility(&event);
 }
 
 } // namespace varnoth
