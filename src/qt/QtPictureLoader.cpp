@@ -65,7 +65,7 @@ Bitmap read_jpeg(std::span<const std::uint8_t> file) {
     reader.setAutoDetectImageFormat(false); // no other format
     reader.setAutoTransform(false);
     const QSize size = reader.size();
-    if (std::int64_t{size.width()} * size.height() > QtPictureLoader::most_pixels) {
+    if (std::int64_t{size.width()} * size.height() > QtPictureLoader::max_pixels) {
         fail(Failure::OutOfMemory);
     }
     const QImage image = reader.read();
@@ -84,7 +84,7 @@ Picture QtPictureLoader::load(const std::string& path) {
         file.seek(0);
         ByteArray whole = ByteArray::for_overwrite(static_cast<std::size_t>(file.length()));
         const std::span<const std::uint8_t> bytes = whole.bytes().first(file.read(whole.bytes()));
-        return make_picture(content == Content::Bmp ? read_bmp(bytes, most_pixels) : read_jpeg(bytes));
+        return make_picture(content == Content::Bmp ? read_bmp(bytes, max_pixels) : read_jpeg(bytes));
     } catch (const std::bad_alloc&) {
         fail(Failure::OutOfMemory);
     }

@@ -13,7 +13,7 @@ namespace varnoth {
 class QtPictureLoader : public PictureLoader {
   public:
     /// Larger pictures raise OutOfMemory. At 32 bits per pixel this is 256 MiB.
-    static constexpr std::int64_t most_pixels = std::int64_t{64} * 1024 * 1024;
+    static constexpr std::int64_t max_pixels = std::int64_t{64} * 1024 * 1024;
 
     /// Returns a 32-bit picture of the file's size, top row first. Its pixels depend only on the file: those
     /// missing from a truncated BMP file are black, those missing from a truncated JPEG file are what the

@@ -63,13 +63,13 @@ void Watch::watch_progress(Form6& progress) {
     for (const ellabel* label : {&progress.Label1, &progress.Label2}) {
         connect(label, &ellabel::property_changed, this, [this, label](const QString& property) {
             if (property == "Caption") {
-                see_step(label->Caption());
+                record_step(label->Caption());
             }
         });
     }
 }
 
-void Watch::see_step(const QString& text) {
+void Watch::record_step(const QString& text) {
     if (text.isEmpty()) {
         return;
     }

@@ -84,7 +84,7 @@ class Watch : public QObject {
 
   private:
     void watch_progress(Form6& progress);
-    void see_step(const QString& text);
+    void record_step(const QString& text);
 
     Report report_;
     int pictures_begun_ = 0;

@@ -1,5 +1,5 @@
-// A byte array of fixed length that starts all zero unless it is asked for otherwise. Its pages come from the
-// system untouched, so a large array costs memory only where something is written.
+// A byte array of fixed length. A zeroed array is allocated with calloc, so that the pages of a large one
+// take no memory until they are written.
 #pragma once
 
 #include <cstddef>
@@ -12,11 +12,11 @@ class ByteArray {
   public:
     ByteArray() = default;
 
-    /// `size` zero bytes; OutOfMemory when they cannot be had.
+    /// `size` zero bytes. OutOfMemory when they cannot be allocated.
     explicit ByteArray(std::size_t size);
 
-    /// `size` bytes of any value, for whoever writes every one of them before it is read; OutOfMemory
-    /// likewise.
+    /// `size` uninitialised bytes; write every byte before reading. OutOfMemory when they cannot be
+    /// allocated.
     static ByteArray for_overwrite(std::size_t size);
 
     ByteArray(const ByteArray& other);
@@ -31,10 +31,9 @@ class ByteArray {
 
     const std::uint8_t* data() const { return bytes_; }
 
-    /// The byte at `index`, which is not checked.
+    /// The index is not checked.
     std::uint8_t& operator[](std::size_t index) { return bytes_[index]; }
 
-    /// The same, to read only.
     std::uint8_t operator[](std::size_t index) const { return bytes_[index]; }
 
     std::span<std::uint8_t> bytes() { return {bytes_, size_}; }

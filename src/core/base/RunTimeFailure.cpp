@@ -7,13 +7,13 @@ namespace varnoth {
 
 namespace {
 
-struct Naming {
+struct FailureTexts {
     const char* name;
     const char* words;
 };
 
 // In the order of the enumeration.
-constexpr std::array<Naming, 12> namings{{
+constexpr std::array<FailureTexts, 12> texts{{
     {"Overflow", "Overflow"},
     {"DivisionByZero", "Division by zero"},
     {"SubscriptOutOfRange", "Subscript out of range"},
@@ -28,24 +28,24 @@ constexpr std::array<Naming, 12> namings{{
     {"InvalidProcedureCall", "Invalid procedure call"},
 }};
 
-static_assert(namings.size() == static_cast<std::size_t>(Failure::InvalidProcedureCall) + 1);
+static_assert(texts.size() == static_cast<std::size_t>(Failure::InvalidProcedureCall) + 1);
 
-const Naming& naming(Failure failure) {
-    return namings[static_cast<std::size_t>(failure)];
+const FailureTexts& texts_of(Failure failure) {
+    return texts[static_cast<std::size_t>(failure)];
 }
 
 } // namespace
 
 std::string_view name_of(Failure failure) {
-    return naming(failure).name;
+    return texts_of(failure).name;
 }
 
 std::string_view words_of(Failure failure) {
-    return naming(failure).words;
+    return texts_of(failure).words;
 }
 
 const char* RunTimeFailure::what() const noexcept {
-    return naming(failure_).name;
+    return texts_of(failure_).name;
 }
 
 void fail(Failure failure, SourceLocation location) {

@@ -72,7 +72,7 @@ Entry entry_at(const std::filesystem::path& native) {
     fail(failure_of(error));
 }
 
-void refuse_folder(const std::string& path) {
+void reject_folder(const std::string& path) {
     if (folder_exists(path)) {
         fail(Failure::PermissionDenied);
     }
@@ -80,7 +80,7 @@ void refuse_folder(const std::string& path) {
 
 std::FILE* open_file(const std::string& path, const char* mode) {
     const std::filesystem::path native = native_path(path);
-    refuse_folder(path);
+    reject_folder(path);
 #ifdef _WIN32
     const std::wstring wide_mode(mode, mode + std::char_traits<char>::length(mode));
     std::FILE* file = _wfopen(native.c_str(), wide_mode.c_str());
@@ -99,7 +99,7 @@ struct CloseFolder {
 };
 #endif
 
-// The standard functions count in a long, which ends at 2 GiB on some machines.
+// The standard functions use long, which has 32 bits on some platforms.
 int seek_in(std::FILE* file, std::int64_t offset, int origin) {
 #ifdef _WIN32
     return _fseeki64(file, offset, origin);
@@ -170,7 +170,7 @@ std::vector<std::string> names_in(const std::string& folder) {
 
 void delete_file(const std::string& path) {
     const std::filesystem::path native = native_path(path);
-    refuse_folder(path);
+    reject_folder(path);
     if (file_exists(path) && is_read_only(path)) {
         fail(Failure::PermissionDenied);
     }

@@ -1,5 +1,5 @@
-// Whole-file input and output with the program's failures. Paths are UTF-8.
-// Every file is opened, used and closed within one routine; nothing here stays open behind a call.
+// File input and output that fails with the program's failures. A path is a string of bytes as the file
+// system has them, of any encoding; on Windows it is UTF-8.
 #pragma once
 
 #include <cstddef>
@@ -13,27 +13,27 @@
 
 namespace varnoth {
 
-/// A UTF-8 path in the form that the file system wants.
+/// The path for the standard library: the same bytes, or UTF-16 on Windows.
 std::filesystem::path native_path(const std::string& path);
 
 /// Folder and name joined with the platform's separator.
 std::string join_path(const std::string& folder, const std::string& name);
 
-/// Whether a look-up of plain files finds the name: a folder of that name does not count.
+/// Whether there is a regular file of that name. Follows links.
 bool file_exists(const std::string& path);
 
-/// Whether there is a folder of that name.
+/// Whether there is a folder of that name. Follows links.
 bool folder_exists(const std::string& path);
 
-/// A read-only file is one whose owner-write permission is off, whoever runs the program.
+/// Whether the owner has no permission to write, regardless of who runs the program.
 bool is_read_only(const std::string& path);
 
-/// The names of everything in a folder, hidden ones too, in no order. Of a folder that cannot be read, those
-/// that could be.
+/// The names of all entries of a folder, including hidden ones, unsorted. When reading the folder fails,
+/// those read so far.
 std::vector<std::string> names_in(const std::string& folder);
 
-/// Deletes an existing file. PermissionDenied for a read-only file and for a folder, FileNotFound when there
-/// is none, PathNotFound when there is no such folder either.
+/// Deletes a file. PermissionDenied for a read-only file or a folder, FileNotFound when there is no such
+/// file, PathNotFound when its folder does not exist either.
 void delete_file(const std::string& path);
 
 /// A file open for reading.
@@ -45,14 +45,15 @@ class InputFile {
     /// The file's length in bytes.
     std::int64_t length() const { return length_; }
 
-    /// Bytes from the present position to the end; DeviceIo when the position cannot be told.
+    /// The number of bytes from the current position to the end. DeviceIo when the position cannot be
+    /// determined.
     std::int64_t remaining() const;
 
-    /// Counted from the start of the file. DeviceIo when it cannot be gone to.
+    /// Sets the position, counted from the start of the file. DeviceIo when that fails.
     void seek(std::int64_t position);
 
-    /// Reads into `target` and returns the number of bytes that the file supplied. The end of the file is
-    /// no failure; what it does not supply stays as it was.
+    /// Reads into `target` and returns the number of bytes read. The end of the file is not a failure; the
+    /// rest of `target` then stays unchanged.
     std::size_t read(std::span<std::uint8_t> target);
 
   private:
@@ -64,17 +65,17 @@ class InputFile {
     std::int64_t length_ = 0;
 };
 
-/// A file created or emptied for writing. Destroying one that was not closed writes what is buffered;
-/// failures then stay unknown.
+/// A file created or truncated for writing. The destructor closes it and ignores failures; call close() to
+/// get them.
 class OutputFile {
   public:
-    /// PermissionDenied also for an existing read-only file, which keeps its content.
+    /// PermissionDenied also for an existing read-only file, which keeps its contents.
     explicit OutputFile(const std::string& path);
 
-    /// All of the bytes. A failure of the disk shows here or when the file is closed.
+    /// Writes all bytes. They are buffered, so a failure may only be reported by close().
     void write(std::span<const std::uint8_t> bytes);
 
-    /// Writes out what is buffered and closes; failures of the disk show here at the latest.
+    /// Flushes the buffer and closes the file.
     void close();
 
   private:
@@ -85,7 +86,7 @@ class OutputFile {
     std::unique_ptr<std::FILE, Close> file_;
 };
 
-/// The first `count` bytes of a file, fewer when it is shorter.
+/// The first `count` bytes of a file, or all of a shorter one.
 std::vector<std::uint8_t> read_head(const std::string& path, std::size_t count);
 
 } // namespace varnoth

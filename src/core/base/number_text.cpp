@@ -15,8 +15,8 @@ constexpr bool is_number_start(char character) {
     return (character >= '0' && character <= '9') || character == '.';
 }
 
-// The exponent of a number, 0 without one. One beyond 64 bits is the outermost of its sign: no text is long
-// enough for a mantissa to make up for it.
+// The exponent of a number, 0 without one. An exponent that does not fit 64 bits is clamped: no text has
+// enough digits to compensate for it.
 std::int64_t exponent_of(std::string_view number, std::size_t mark) {
     if (mark == std::string_view::npos) {
         return 0;
@@ -34,7 +34,7 @@ std::int64_t exponent_of(std::string_view number, std::size_t mark) {
     return exponent;
 }
 
-// Of a number that a double cannot hold: whether it is too small, not too large.
+// Whether a number that a double cannot represent is too small rather than too large.
 bool is_tiny(std::string_view number) {
     const std::size_t mark = number.find_first_of("eE");
     const std::string_view mantissa = number.substr(0, mark);
@@ -43,7 +43,8 @@ bool is_tiny(std::string_view number) {
         return true;
     }
     const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
-    // How far the first digit that counts stands in front of the point; below 1 it stands behind it.
+    // The position of the first significant digit, counted from the decimal point to the left; below 1 it is
+    // after the point.
     const auto place = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
     return exponent_of(number, mark) < -place;
 }
@@ -57,7 +58,7 @@ double leading_number(std::string_view text) {
     if (negative || text.starts_with('+')) {
         text.remove_prefix(1);
     }
-    // Without this, the words that stand for infinity would count.
+    // from_chars also accepts "inf" and "nan".
     if (text.empty() || !is_number_start(text.front())) {
         return 0;
     }
@@ -70,7 +71,7 @@ double leading_number(std::string_view text) {
 }
 
 std::string number_text(double value) {
-    char text[352]; // the smallest real numbers of 64 bits take 327
+    char text[352]; // the smallest doubles need 327
     return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::fixed).ptr};
 }
 

@@ -1,4 +1,4 @@
-// Numbers as users type them and as labels show them.
+// Conversion between numbers and the texts of text boxes and labels.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 
 namespace varnoth {
 
-/// The decimal number that a text starts with, blanks before it aside: "32.5 pixels" is 32.5, "-7" is -7.
-/// What follows it does not matter. 0 when the text starts with no number; Overflow when the number is beyond
-/// a double.
+/// The decimal number at the start of a text, after any blanks: "32.5 pixels" is 32.5, "-7" is -7. Ignores
+/// what follows. 0 when the text does not start with a number; Overflow when a double cannot represent the
+/// number.
 double leading_number(std::string_view text);
 
 /// The shortest decimal text of a real number, with a decimal point only when the value needs it: 16, -16.5.

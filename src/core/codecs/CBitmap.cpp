@@ -127,8 +127,8 @@ void SetColors256(std::span<const std::uint8_t> colours) {
 }
 
 bool is_possible_size(std::int32_t width, std::int64_t height) {
-    constexpr std::int64_t most_pixels = std::numeric_limits<std::int32_t>::max() / 4;
-    return width > 0 && height > 0 && height <= most_pixels / width;
+    constexpr std::int64_t max_pixels = std::numeric_limits<std::int32_t>::max() / 4;
+    return width > 0 && height > 0 && height <= max_pixels / width;
 }
 
 void CreateBitmap1(std::span<const std::uint8_t> pixels, std::int32_t width, std::int32_t height,

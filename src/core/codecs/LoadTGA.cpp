@@ -80,9 +80,9 @@ std::int64_t expanded_length(std::int32_t height, std::int32_t width, std::int32
 
 // The most bytes that packets of that total length expand to: a run of 128 pixels takes a code and one pixel,
 // and the last packet may be truncated.
-std::int64_t most_expanded(std::size_t packed_bytes, std::int32_t pixel_bytes) {
-    const std::int64_t most_packets = static_cast<std::int64_t>(packed_bytes) / (1 + pixel_bytes) + 1;
-    return most_packets * 128 * pixel_bytes;
+std::int64_t max_expanded(std::size_t packed_bytes, std::int32_t pixel_bytes) {
+    const std::int64_t max_packets = static_cast<std::int64_t>(packed_bytes) / (1 + pixel_bytes) + 1;
+    return max_packets * 128 * pixel_bytes;
 }
 
 } // namespace
@@ -278,7 +278,7 @@ LoadTGA::Expansion LoadTGA::DecodeRle(std::span<const std::uint8_t> bytes, std::
     const auto pixel_bytes = round_to_even<std::int32_t>(bits / 8.0);
     Expansion expanded;
     expanded.length = expanded_length(height, width, pixel_bytes);
-    const std::int64_t held = std::min(expanded.length, most_expanded(bytes.size(), pixel_bytes));
+    const std::int64_t held = std::min(expanded.length, max_expanded(bytes.size(), pixel_bytes));
     expanded.held = ByteArray(static_cast<std::size_t>(held));
     const std::span<std::uint8_t> target = expanded.held.bytes();
     const std::int64_t total = expanded.length - 1;

@@ -83,10 +83,10 @@ class Parser {
   public:
     explicit Parser(Bytes file) : file_size_(file.size()), rest_(file) {}
 
-    Bitmap parse(std::int64_t most_pixels) {
+    Bitmap parse(std::int64_t max_pixels) {
         read_file_header();
         read_info_header();
-        check_size(most_pixels);
+        check_size(max_pixels);
         if (info_.biBitCount <= 8) {
             read_colour_table();
         } else if (info_.biBitCount != 24) {
@@ -149,10 +149,10 @@ class Parser {
         }
     }
 
-    void check_size(std::int64_t most_pixels) {
+    void check_size(std::int64_t max_pixels) {
         const std::int64_t height = std::abs(std::int64_t{info_.biHeight});
         require(info_.biWidth > 0 && height > 0);
-        if (info_.biWidth * height > most_pixels) {
+        if (info_.biWidth * height > max_pixels) {
             fail(Failure::OutOfMemory);
         }
         width_ = static_cast<std::size_t>(info_.biWidth);
@@ -357,8 +357,8 @@ class Parser {
 
 } // namespace
 
-Bitmap read_bmp(Bytes file, std::int64_t most_pixels) {
-    return Parser(file).parse(most_pixels);
+Bitmap read_bmp(Bytes file, std::int64_t max_pixels) {
+    return Parser(file).parse(max_pixels);
 }
 
 } // namespace varnoth

@@ -10,7 +10,7 @@ namespace varnoth {
 
 /// Decodes a BMP file to 32 bits per pixel, top row first, every fourth byte 0. Pixels missing from a
 /// truncated file are black. InvalidPicture when the bytes are not a supported BMP file or end before the
-/// pixels; OutOfMemory for more than `most_pixels` pixels.
-Bitmap read_bmp(std::span<const std::uint8_t> file, std::int64_t most_pixels);
+/// pixels; OutOfMemory for more than `max_pixels` pixels.
+Bitmap read_bmp(std::span<const std::uint8_t> file, std::int64_t max_pixels);
 
 } // namespace varnoth

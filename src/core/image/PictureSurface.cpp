@@ -100,9 +100,9 @@ Picture PictureSurface::Image() const {
 }
 
 void PictureSurface::SetPicture(const Picture& picture) {
-    const Picture kept = picture; // may be the surface's own
+    const Picture kept = picture; // `picture` may refer to the surface's own
     if (AutoSize && kept.bitmap) {
-        resize(kept.bitmap->width(), kept.bitmap->height()); // and the picture covers every pixel
+        resize(kept.bitmap->width(), kept.bitmap->height()); // the picture then covers every pixel
     } else {
         Cls();
     }
@@ -125,7 +125,7 @@ void PictureSurface::resize(std::int32_t width, std::int32_t height) {
     const std::size_t shared_row = static_cast<std::size_t>(std::min(width, bitmap_.width())) *
                                    static_cast<std::size_t>(bitmap_.bits_per_pixel()) / 8;
     for (std::int32_t y = 0; y < std::min(height, bitmap_.height()); ++y) {
-        // A row of no bytes may have no address.
+        // Not memcpy: a row without bytes may be a null pointer.
         std::copy_n(std::as_const(bitmap_).row(y), shared_row, resized.row(y));
     }
     bitmap_ = std::move(resized);

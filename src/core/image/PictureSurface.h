@@ -1,5 +1,5 @@
-// An off-screen or on-screen picture area: the form in which dialogs, readers, writers and frame routines
-// hold and exchange pixels. Member names are those of the picture areas of the forms.
+// A picture area, on the screen or off it. The forms, readers, writers and frame functions pass pixels to
+// each other as surfaces. Member names are those of the picture areas of the forms.
 #pragma once
 
 #include <cstddef>
@@ -13,28 +13,28 @@
 
 namespace varnoth {
 
-/// Units of a surface's sizes.
+/// Units of sizes.
 inline constexpr std::int16_t ScaleTwips = 1;
 inline constexpr std::int16_t ScalePixels = 3;
 
-/// What the program asks of the screen.
+/// The resolution of the screen.
 struct Screen {
     double TwipsPerPixelX = 15;
     double TwipsPerPixelY = 15;
 };
 
-/// The screen's figures; the window layer may set them at start.
+/// The program's one screen, 96 dpi unless set otherwise.
 Screen& screen();
 
-/// What holds a surface: its unit is the one of the surface's outer size.
+/// The form or control that contains a surface. Its scale mode is the unit of the surface's outer size.
 struct SurfaceContainer {
     std::int16_t ScaleMode = ScalePixels;
 };
 
 class PictureSurface {
   public:
-    /// How a surface is made. Sizes are inner sizes in pixels, the border is a thickness in pixels on every
-    /// side; without a parent the surface is a top-level form, whose outer size is in twips.
+    /// The initial properties. Sizes are inner sizes in pixels; the border has the same thickness, in pixels,
+    /// on all sides. Without a parent the surface is a top-level form, whose outer size is in twips.
     struct Design {
         SurfaceContainer* parent = nullptr;
         std::int32_t width = 0;
@@ -52,19 +52,19 @@ class PictureSurface {
     /// Null for a top-level form.
     SurfaceContainer* Parent() const { return parent_; }
 
-    /// Unit of ScaleWidth and ScaleHeight: ScaleTwips or ScalePixels.
+    /// The unit of ScaleWidth and ScaleHeight: ScaleTwips or ScalePixels.
     std::int16_t ScaleMode = ScalePixels;
 
-    /// Whether a picture that is set gives the surface its size.
+    /// Whether SetPicture resizes the surface to the picture.
     bool AutoSize = false;
 
-    /// Inner size in the surface's own unit.
+    /// The inner size in the unit of ScaleMode.
     double ScaleWidth() const;
     double ScaleHeight() const;
 
-    /// Outer size, border included, in the container's unit. A surface that gets a new size keeps its content
-    /// at the top left; what is new is background. InvalidPropertyValue for a negative size, Overflow and
-    /// OutOfMemory as for bitmaps.
+    /// The outer size, including the border, in the container's unit. Resizing keeps the pixels at the top
+    /// left and fills new areas with the background colour. InvalidPropertyValue for a negative size,
+    /// Overflow and OutOfMemory as for bitmaps.
     double Width() const;
     double Height() const;
     void SetWidth(double width);
@@ -72,22 +72,22 @@ class PictureSurface {
 
     Colour BackColor() const { return back_colour_; }
 
-    /// Also clears the surface to the colour.
+    /// Sets the background colour and fills the surface with it.
     void SetBackColor(Colour colour);
 
-    /// Erases to the background colour.
+    /// Fills the surface with the background colour.
     void Cls();
 
-    /// Tells whoever shows the surface that its content changed.
+    /// Notifies on_change that the pixels have changed.
     void Refresh();
 
-    /// A filled rectangle, both corners included.
+    /// Fills a rectangle, both corners included.
     void Line(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, Colour colour);
 
-    /// The colour at x, y in pixels, no_colour outside.
+    /// The colour of pixel (x, y), or no_colour outside the surface.
     Colour Point(std::int32_t x, std::int32_t y) const { return bitmap_.pixel(x, y); }
 
-    /// Plots one pixel; outside, it is lost.
+    /// Sets one pixel. Does nothing outside the surface.
     void PSet(std::int32_t x, std::int32_t y, Colour colour) { bitmap_.set_pixel(x, y, colour); }
 
     DrawingContext& hDC() { return context_; }
@@ -97,24 +97,24 @@ class PictureSurface {
 
     Bitmap& bitmap() { return bitmap_; }
 
-    /// The bitmap's description, as GetObjectA tells it.
+    /// The size and depth of the bitmap, as GetObjectA reports them.
     BITMAP description() const { return bitmap_.description(); }
 
-    /// The raw pixels, top row first: copies as many bytes as both sides have and returns how many.
+    /// Copy the raw bytes of the pixels, top row first, as many as both sides have. Return their number.
     std::size_t GetBitmapBits(std::span<std::uint8_t> target) const;
     std::size_t SetBitmapBits(std::span<const std::uint8_t> source);
 
-    /// A copy of what is drawn.
+    /// A copy of the pixels.
     Picture Image() const;
 
-    /// The picture last set.
+    /// The picture of the last SetPicture.
     const Picture& picture() const { return picture_; }
 
-    /// Shows a picture at the top left, in its own size, over the background; with AutoSize the surface
-    /// takes that size first. An empty picture only clears.
+    /// Clears the surface and draws a picture at the top left in its own size. With AutoSize, first resizes
+    /// the surface to the picture. An empty picture only clears.
     void SetPicture(const Picture& picture);
 
-    /// Called by Refresh and after every change of size; set by whoever shows the surface.
+    /// Called by Refresh and after every resize. The widget that shows the surface sets it.
     std::function<void()> on_change;
 
   private:

@@ -15,22 +15,22 @@ constexpr std::size_t list_size = 256;
 // The listed part of the colour list as a hash set, for one lookup per pixel.
 class ListedColours {
   public:
-    bool contains(Colour colour) const { return slots_[slot_of(colour)] == mark_of(colour); }
+    bool contains(Colour colour) const { return slots_[slot_of(colour)] == key_of(colour); }
 
     void insert(Colour colour) {
         // Pixels are plain colours; others are never looked up.
         if (colour >= 0 && colour <= 0xFFFFFF) {
-            slots_[slot_of(colour)] = mark_of(colour);
+            slots_[slot_of(colour)] = key_of(colour);
         }
     }
 
   private:
-    static std::uint32_t mark_of(Colour colour) { return static_cast<std::uint32_t>(colour) + 1; }
+    static std::uint32_t key_of(Colour colour) { return static_cast<std::uint32_t>(colour) + 1; }
 
     // The colour's slot, or the free slot for it. At most 256 slots are ever taken.
     std::size_t slot_of(Colour colour) const {
         std::size_t slot = static_cast<std::uint32_t>(colour) * 0x9E3779B1U >> 22;
-        while (slots_[slot] != 0 && slots_[slot] != mark_of(colour)) {
+        while (slots_[slot] != 0 && slots_[slot] != key_of(colour)) {
             slot = (slot + 1) % slots_.size();
         }
         return slot;

@@ -68,7 +68,7 @@ void ask_for_size(AddFramesForm& form, const Size& picture) {
 
 // Checks one entry against the size of the first one. While the height of `first` is 0, takes it from the
 // entry.
-Fault judge(AddFramesForm& form, std::int32_t index, Size& first) {
+Fault check_entry(AddFramesForm& form, std::int32_t index, Size& first) {
     const std::optional<Size> size = probe(form.format(), path_of_entry(form, index));
     if (!size) {
         return Fault::BadFormat;
@@ -137,7 +137,7 @@ bool ValidateSelection(AddFramesForm& form) {
     std::int32_t index = 0;
     while (index < form.entry_count() && fault == Fault::None) {
         if (form.is_selected(index)) {
-            fault = judge(form, index, first);
+            fault = check_entry(form, index, first);
         }
         ++index;
     }

@@ -47,15 +47,15 @@ Octree::Octree(std::int32_t maximum, std::uint8_t levels, const ChannelWeights& 
 
 // Paths depend on the weight only, which is nearly always 1, so those are computed once.
 Octree::ChannelPaths Octree::paths_of(float weight, int bit_of_slot) {
-    static const ChannelPaths unweighted = walked_paths(1.0F);
-    ChannelPaths paths = weight == 1.0F ? unweighted : walked_paths(weight);
+    static const ChannelPaths unweighted = compute_paths(1.0F);
+    ChannelPaths paths = weight == 1.0F ? unweighted : compute_paths(weight);
     for (Path& path : paths) {
         path <<= bit_of_slot;
     }
     return paths;
 }
 
-Octree::ChannelPaths Octree::walked_paths(float weight) {
+Octree::ChannelPaths Octree::compute_paths(float weight) {
     ChannelPaths paths{};
     for (std::size_t value = 0; value < paths.size(); ++value) {
         const float tested = static_cast<float>(value) * weight;

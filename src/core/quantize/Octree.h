@@ -66,7 +66,7 @@ class Octree {
     using ChannelPaths = std::array<Path, 256>;
 
     static ChannelPaths paths_of(float weight, int bit_of_slot);
-    static ChannelPaths walked_paths(float weight);
+    static ChannelPaths compute_paths(float weight);
 
     static std::size_t slot_of(Path path, int level) { return path >> 3 * (level - 1) & 7U; }
 

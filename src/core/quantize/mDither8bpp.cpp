@@ -20,7 +20,7 @@ constexpr std::int32_t sample_side = 150;
 constexpr std::int32_t palette_colors = 256;
 constexpr std::int32_t palette_levels = 8;
 
-// Level of each whole number from `first` on, in steps of `step`, held within 0 to `highest`.
+// number / step, rounded and clamped to 0 to `highest`, for each number from `first` on.
 template <std::size_t count>
 std::array<std::int32_t, count> levels_from(std::int32_t first, std::int32_t step, std::int32_t highest) {
     std::array<std::int32_t, count> levels{};
@@ -33,15 +33,15 @@ std::array<std::int32_t, count> levels_from(std::int32_t first, std::int32_t ste
 
 using MatrixRows = std::array<MatrixRow, 4>;
 
-// A channel value less its offset in the matrix, and half a step more where its level is below the threshold
-// of its place, is divided by the step and rounded to nearest. Thresholds are made for channel values, so
-// every level is below its own. Steps are odd, so there are no ties: with the whole part of another half step
-// added, rounding down is enough. `most` is both halves together.
-consteval MatrixRows rows_of(const mDither8bpp::Matrix& offsets, std::int32_t most) {
+// The dither subtracts the matrix offset from a channel value, adds half a step if the level is below the
+// threshold of the matrix entry, divides by the step and rounds to nearest. The level is always below the
+// threshold, because the thresholds are meant for channel values. Steps are odd, so there are no ties, and
+// adding another half step, rounded down, makes rounding down sufficient. `half_steps` is the sum of the two.
+consteval MatrixRows rows_of(const mDither8bpp::Matrix& offsets, std::int32_t half_steps) {
     MatrixRows rows{};
-    for (std::size_t place = 0; place < offsets.size(); ++place) {
+    for (std::size_t entry = 0; entry < offsets.size(); ++entry) {
         for (std::size_t channel = 0; channel < 3; ++channel) {
-            rows[place / 4][place % 4 * 4 + channel] = static_cast<std::uint8_t>(most - offsets[place]);
+            rows[entry / 4][entry % 4 * 4 + channel] = static_cast<std::uint8_t>(half_steps - offsets[entry]);
         }
     }
     return rows;
@@ -51,28 +51,29 @@ static_assert(std::ranges::min(mDither8bpp::Threshold256) > 15);
 constexpr MatrixRows rows16 = rows_of(mDither8bpp::Offset16, 8 + 8);
 constexpr MatrixRows rows6 = rows_of(mDither8bpp::Offset51, 26 + 25);
 
-using PlacesOf = void (*)(DitheredPixels pixels, const MatrixRow& added, DitheredPlaces& places);
+using DitherFunction = void (*)(DitheredPixels pixels, const MatrixRow& added, DitheredIndices& indices);
 
-// Walks both pictures in the order of the buffer, the lowest row first, through the places of the matrix.
+// Dithers the source into the indices of the target, bottom row first, as row 0 of the matrix is for the
+// bottom row.
 template <typename Lookup>
-void dither(const Bitmap& source, cDIB& target, const MatrixRows& matrix, PlacesOf places_of,
+void dither(const Bitmap& source, cDIB& target, const MatrixRows& matrix, DitherFunction dither_block,
             Lookup& lookup) {
-    DitheredPlaces places;
+    DitheredIndices dithered;
     for (std::int32_t y = 0; y < source.height(); ++y) {
         const MatrixRow& added = matrix[static_cast<std::size_t>(y) % matrix.size()];
         std::span<const std::uint8_t> pixels = MapPixels(source, y);
         std::span<std::uint8_t> indices = MapBytes(target, y);
         while (!indices.empty()) {
-            const std::size_t count = std::min(indices.size(), dithered_at_once);
-            if (count == dithered_at_once) {
-                places_of(pixels.first<4 * dithered_at_once>(), added, places);
+            const std::size_t count = std::min(indices.size(), dither_block_size);
+            if (count == dither_block_size) {
+                dither_block(pixels.first<4 * dither_block_size>(), added, dithered);
             } else {
-                std::array<std::uint8_t, 4 * dithered_at_once> last{};
+                std::array<std::uint8_t, 4 * dither_block_size> last{};
                 std::ranges::copy(pixels, last.begin());
-                places_of(last, added, places);
+                dither_block(last, added, dithered);
             }
             for (std::size_t i = 0; i < count; ++i) {
-                indices[i] = lookup[places[i]];
+                indices[i] = lookup[dithered[i]];
             }
             pixels = pixels.subspan(4 * count);
             indices = indices.subspan(count);
@@ -80,8 +81,8 @@ void dither(const Bitmap& source, cDIB& target, const MatrixRows& matrix, Places
     }
 }
 
-// The small copy whose colours make the palette: no side above 150. A side that would round to nothing counts
-// as 1. Empty when it cannot be had.
+// The small copy from which the palette is made: no side is longer than 150, none shorter than 1. Stays empty
+// when there is no memory for it.
 void make_sample(const Bitmap& picture, cDIB& sample) {
     const Rectangle fit = cDIB::BestFit(picture.width(), picture.height(), sample_side, sample_side, false);
     if (sample.Create(std::max(fit.width, 1), std::max(fit.height, 1), 32)) {
@@ -94,23 +95,24 @@ std::int32_t whole_pixels(double size) {
     return round_to_even<std::int32_t>(size);
 }
 
-// Whether a 32-bit copy of that size, drawn back, would be what the surface shows already. Sizes that a cDIB
-// cannot have are left to it.
+// Whether a 32-bit copy of this size has the same pixels as the surface's own bitmap, so that the bitmap can
+// be used instead. False for sizes that a cDIB rejects.
 bool is_like_its_copy(const PictureSurface& surface, std::int32_t width, std::int32_t height) {
-    constexpr std::int32_t most_bits = std::numeric_limits<std::int32_t>::max() - 31;
+    constexpr std::int32_t max_bits = std::numeric_limits<std::int32_t>::max() - 31;
     const Bitmap& bitmap = surface.bitmap();
     return bitmap.bits_per_pixel() == 32 && whole_of(bitmap) == Rectangle{0, 0, width, height} &&
            surface.ScaleWidth() == width && surface.ScaleHeight() == height && width > 0 && height > 0 &&
-           width <= most_bits / 32;
+           width <= max_bits / 32;
 }
 
 } // namespace
 
-std::int16_t LevelLookup::sought(std::size_t place) const {
+std::int16_t LevelLookup::find_nearest(std::size_t colour) const {
     const auto value_of = [](std::size_t level) { return static_cast<std::uint8_t>(level * 17); };
-    const Colour crossed =
-        make_colour(value_of(place / 256), value_of(place / 16 % 16), value_of(place % 16));
-    return static_cast<std::int16_t>(palette_.GetNearestPaletteIndex(crossed));
+    // The palette's entries have red and blue exchanged.
+    const Colour exchanged =
+        make_colour(value_of(colour / 256), value_of(colour / 16 % 16), value_of(colour % 16));
+    return static_cast<std::int16_t>(palette_.GetNearestPaletteIndex(exchanged));
 }
 
 mDither8bpp::mDither8bpp() {
@@ -139,12 +141,12 @@ bool mDither8bpp::transform_to_8bit(PictureSurface& source, PictureSurface& targ
     }
     const std::int32_t shown_width = whole_pixels(source.ScaleWidth());
     const std::int32_t shown_height = whole_pixels(source.ScaleHeight());
-    // Where the copy has the size that the surface shows, drawing it back would change nothing.
+    // Drawing the copy back changes nothing when its size is the inner size.
     if (shown_width != width || shown_height != height) {
         copy.Stretch(source.hDC(), 0, 0, shown_width, shown_height);
     }
     cDIB reduced;
-    ReduceToDIB(*picture, reduced); // the surface is only drawn on when this is done
+    ReduceToDIB(*picture, reduced); // may read the bitmap of the source, which may also be the target
     reduced.Stretch(target.hDC(), 0, 0, shown_width, shown_height);
     target.Refresh();
     return true;
@@ -181,20 +183,20 @@ void mDither8bpp::BuildColorLookup(const cPal8bpp& palette) {
     color_lookup_.emplace(*handle);
 }
 
-std::array<std::uint8_t, LevelLookup::places> mDither8bpp::ColorLookup() {
-    std::array<std::uint8_t, LevelLookup::places> lookup{};
-    for (std::size_t place = 0; color_lookup_ && place < lookup.size(); ++place) {
-        lookup[place] = (*color_lookup_)[place];
+std::array<std::uint8_t, LevelLookup::size> mDither8bpp::ColorLookup() {
+    std::array<std::uint8_t, LevelLookup::size> lookup{};
+    for (std::size_t colour = 0; color_lookup_ && colour < lookup.size(); ++colour) {
+        lookup[colour] = (*color_lookup_)[colour];
     }
     return lookup;
 }
 
 void mDither8bpp::DitherToLookup(const Bitmap& source, cDIB& target) {
-    dither(source, target, rows16, places_of_16_levels, *color_lookup_);
+    dither(source, target, rows16, dither_to_16_levels, *color_lookup_);
 }
 
 void mDither8bpp::DitherToCube(const Bitmap& source, cDIB& target) const {
-    dither(source, target, rows6, places_of_6_levels, cube_index_);
+    dither(source, target, rows6, dither_to_6_levels, cube_index_);
 }
 
 bool mDither8bpp::save_bmp(const std::string& file_name, PictureSurface& surface) {

@@ -1,6 +1,6 @@
-// Turns a true-colour surface into one of at most 256 colours: the picture's own optimal palette, and an
-// ordered 4 by 4 dither into it (Bayer's matrix). The surface stays a true-colour surface. It also saves
-// surfaces as BMP files.
+// Reduces a true-colour surface to at most 256 colours: makes an optimal palette from the picture and maps
+// the pixels to it with an ordered 4 by 4 dither (Bayer matrix). The depth of the surface does not change.
+// Also saves surfaces as BMP files.
 #pragma once
 
 #include <array>
@@ -16,31 +16,31 @@
 
 namespace varnoth {
 
-/// Nearest palette entries for the 16 by 16 by 16 evenly spaced colours. A picture asks for some hundreds of
-/// them only, so each is sought when it is first asked for.
-/// Place (blue * 16 + green) * 16 + red stands for the colour of these levels, 0 to 15, of value level * 17.
+/// Maps the colours of 16 levels per channel, 0, 17, 34 and so on to 255, to the nearest palette entries. A
+/// picture uses only some hundreds of these 4096 colours, so each is searched for on its first use.
 class LevelLookup {
   public:
-    static constexpr std::size_t places = 4096;
+    static constexpr std::size_t size = 4096;
 
-    /// Of a platform palette that holds red and blue crossed.
+    /// `palette` has red and blue exchanged.
     explicit LevelLookup(const LogicalPalette& palette) : palette_(palette) { known_.fill(unknown); }
 
-    /// Index of the entry nearest to the colour of the place, as GetNearestPaletteIndex has it.
-    std::uint8_t operator[](std::size_t place) {
-        if (known_[place] == unknown) {
-            known_[place] = sought(place);
+    /// The index that GetNearestPaletteIndex finds for colour (blue level * 16 + green level) * 16 + red
+    /// level.
+    std::uint8_t operator[](std::size_t colour) {
+        if (known_[colour] == unknown) {
+            known_[colour] = find_nearest(colour);
         }
-        return static_cast<std::uint8_t>(known_[place]);
+        return static_cast<std::uint8_t>(known_[colour]);
     }
 
   private:
     static constexpr std::int16_t unknown = -1;
 
-    std::int16_t sought(std::size_t place) const;
+    std::int16_t find_nearest(std::size_t colour) const;
 
     LogicalPalette palette_;
-    std::array<std::int16_t, places> known_;
+    std::array<std::int16_t, size> known_;
 };
 
 class mDither8bpp {
@@ -48,7 +48,7 @@ class mDither8bpp {
     static constexpr std::int32_t HalftoneMode = 0;
     static constexpr std::int32_t OptimalMode = 1;
 
-    /// Dither matrices, entry column phase + 4 * row phase. Row phase 0 is the picture's lowest row.
+    /// Dither matrices. Entry column + 4 * row; row 0 applies to the bottom row of the picture.
     using Matrix = std::array<std::int32_t, 16>;
     static constexpr Matrix Threshold256{16, 144, 48, 176, 208, 80,  240, 112,
                                          64, 192, 32, 160, 256, 128, 224, 96};
@@ -58,39 +58,39 @@ class mDither8bpp {
     mDither8bpp();
 
     /// Reduces the source to at most 256 colours and draws the result at the top left of the target, which
-    /// may be the same surface. The size is the source's outer size; it is drawn at the source's inner size.
-    /// False when a copy of the source cannot be made, as of a surface without pixels. Overflow for a size
-    /// beyond 32 bits and when there is no memory for the sample that the palette is made of; OutOfMemory or
-    /// std::bad_alloc when there is none for the rest.
+    /// may be the same surface. Reduces the source's outer size and draws the result in its inner size.
+    /// False when the source cannot be copied, for example because it has no pixels. Overflow for a size
+    /// beyond 32 bits and when there is no memory for the sample from which the palette is made; OutOfMemory
+    /// or std::bad_alloc when there is none for the rest.
     bool transform_to_8bit(PictureSurface& source, PictureSurface& target);
 
-    /// Writes a surface as a 32-bit BMP file. False when a copy cannot be made; Overflow for a size beyond 32
-    /// bits; failures of files as in cDIB::Save.
+    /// Writes a surface as a 32-bit BMP file. False when it cannot be copied; Overflow for a size beyond 32
+    /// bits; otherwise fails as cDIB::Save does.
     bool save_bmp(const std::string& file_name, PictureSurface& surface);
 
-    /// Optimal unless set otherwise: the picture's own palette. Halftone takes the 6 by 6 by 6 colour cube.
+    /// OptimalMode makes a palette from the picture; HalftoneMode uses the 6 by 6 by 6 colour cube.
     std::int32_t DitherMode = OptimalMode;
 
-    /// Index in the palette for a colour of 16 levels a channel: entry (blue * 16 + green) * 16 + red.
-    /// Overflow when the palette has no platform palette.
+    /// Prepares the lookup of the nearest palette entry for colours of 16 levels per channel. Overflow when
+    /// the palette has no platform palette.
     void BuildColorLookup(const cPal8bpp& palette);
 
-    /// All zero before the first lookup is built.
-    std::array<std::uint8_t, LevelLookup::places> ColorLookup();
+    /// The whole lookup, in the order of LevelLookup. All zero before BuildColorLookup.
+    std::array<std::uint8_t, LevelLookup::size> ColorLookup();
 
-    /// Entry i + 8: i / 17 rounded, 0 to 15, for i from -8 to 262.
+    /// Entry i + 8 is i / 17, rounded and clamped to 0 to 15, for i from -8 to 262.
     const std::array<std::int32_t, 271>& Level16() const { return level16_; }
 
-    /// Entry i + 51: i / 51 rounded, 0 to 5, for i from -51 to 280.
+    /// Entry i + 51 is i / 51, rounded and clamped to 0 to 5, for i from -51 to 280.
     const std::array<std::int32_t, 332>& Level6() const { return level6_; }
 
-    /// Index in the colour cube: entry (blue level * 6 + green level) * 6 + red level.
+    /// Entry (blue level * 6 + green level) * 6 + red level is the index of that colour in the colour cube.
     const std::array<std::uint8_t, 216>& CubeIndex() const { return cube_index_; }
 
   private:
     void BuildTables();
 
-    /// From a 32-bit picture into a new 8-bit one of the same size.
+    /// Reduces a 32-bit picture to a new 8-bit one of the same size.
     void ReduceToDIB(const Bitmap& source, cDIB& target);
 
     void DitherToCube(const Bitmap& source, cDIB& target) const;

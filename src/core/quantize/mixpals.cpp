@@ -26,41 +26,41 @@ constexpr std::int32_t first_table_size = 1001;
 constexpr std::int32_t table_growth = 1000;
 constexpr std::int32_t sheet_side = 512;
 
-// The colours that AddPictureColors wrote to the table, for quick search.
+// The colours that AddPictureColors has written to the table, for fast lookup.
 ColourSet written_colours;
 
-// Blue, green and red as one number.
+// A colour as one number: blue in the low byte, then green and red.
 using Key = std::uint32_t;
 
 constexpr Key no_key = 0xFFFFFFFF;
-constexpr std::size_t remembered_keys = 4096;
+constexpr std::size_t cache_slots = 4096;
 
-// Where a key is remembered, by a hash of it (multiplicative, 2^32 by the golden ratio).
+// The cache slot of a key: multiplicative hashing with 2^32 divided by the golden ratio.
 std::size_t slot_of(Key key) {
     return (key * 2654435761U) >> 20;
 }
 
-// Colours that were found in the table lately. What stands there once stays until the table is emptied.
-std::array<Key, remembered_keys> found_in_table;
+// A cache of colours that are in the table. Colours stay in the table until InitColorTable.
+std::array<Key, cache_slots> colours_in_table;
 
-// Answers of nearest_index for colours asked lately.
-struct RememberedIndex {
+// A cache of the results of nearest_index.
+struct CachedIndex {
     Key key = no_key;
     std::uint8_t index = 0;
 };
 
-std::array<RememberedIndex, remembered_keys> remembered;
+std::array<CachedIndex, cache_slots> cached_indices;
 
-std::uint8_t seek_index(Key key) {
-    // The question crosses red and blue, as the lookup palette does.
+std::uint8_t find_nearest(Key key) {
+    // A key used as a colour has red and blue exchanged, like the lookup palette.
     const auto index = hLookupPalette->GetNearestPaletteIndex(static_cast<Colour>(key));
-    remembered[slot_of(key)] = {key, static_cast<std::uint8_t>(index)};
+    cached_indices[slot_of(key)] = {key, static_cast<std::uint8_t>(index)};
     return static_cast<std::uint8_t>(index);
 }
 
 std::uint8_t index_of(Key key) {
-    const RememberedIndex& slot = remembered[slot_of(key)];
-    return slot.key == key ? slot.index : seek_index(key);
+    const CachedIndex& slot = cached_indices[slot_of(key)];
+    return slot.key == key ? slot.index : find_nearest(key);
 }
 
 void check_lookup_palette() {
@@ -69,7 +69,7 @@ void check_lookup_palette() {
     }
 }
 
-// Of the 4 bytes of a pixel, by one load instead of three.
+// The key of a pixel of 4 bytes, with one load instead of three.
 Key key_of_quad(const std::uint8_t* pixel) {
     Key key = 0;
     std::memcpy(&key, pixel, sizeof key);
@@ -79,7 +79,7 @@ Key key_of_quad(const std::uint8_t* pixel) {
     return key & 0xFFFFFF;
 }
 
-// Calls visit(i, key) for `count` pixels of `pixel_bytes` bytes each, one behind the other.
+// Calls visit(i, key) for the first `count` pixels of `pixel_bytes` bytes each.
 template <typename Visit>
 void visit_keys(std::span<const std::uint8_t> pixels, std::size_t pixel_bytes, std::size_t count,
                 Visit&& visit) {
@@ -103,10 +103,10 @@ bool is_colour(const RGBQUAD& entry, std::uint8_t red, std::uint8_t green, std::
     return entry.rgbRed == red && entry.rgbGreen == green && entry.rgbBlue == blue;
 }
 
-// The limit counts as met, so that the free entry behind the last colour takes part in every search.
+// The limit is inclusive, so a search up to ColorCount also tests the free entry.
 template <typename Entries>
-bool seek(const Entries& entries, std::uint8_t red, std::uint8_t green, std::uint8_t blue,
-          std::int32_t limit) {
+bool contains(const Entries& entries, std::uint8_t red, std::uint8_t green, std::uint8_t blue,
+              std::int32_t limit) {
     const auto count = static_cast<std::int64_t>(entries.size());
     for (std::int64_t position = 0; position <= limit && position < count; ++position) {
         if (is_colour(entries[static_cast<std::size_t>(position)], red, green, blue)) {
@@ -116,8 +116,8 @@ bool seek(const Entries& entries, std::uint8_t red, std::uint8_t green, std::uin
     return false;
 }
 
-// Whether a search up to the free position ColorCount meets the colour there rather than before.
-bool is_at_free_position(const RGBQUAD& pixel) {
+// Whether the free entry has this colour. The search includes that entry.
+bool is_in_free_entry(const RGBQUAD& pixel) {
     return colour_of(ColorTable[static_cast<std::size_t>(ColorCount)]) == colour_of(pixel);
 }
 
@@ -130,20 +130,20 @@ void add_to_table(const RGBQUAD& pixel) {
     }
 }
 
-// A colour that neither stands in the table nor at its free position is added.
-void look_up(Key key) {
+// Adds a colour unless it is in the table or in the free entry.
+void add_if_new(Key key) {
     check_subscript(ColorCount, ColorTable.size());
     const RGBQUAD pixel = quad_of_key(key);
     if (!written_colours.contains(colour_of(pixel))) {
-        if (is_at_free_position(pixel)) {
-            return; // for now: that position is yet to be written
+        if (is_in_free_entry(pixel)) {
+            return; // not to be cached: the next new colour overwrites that entry
         }
         add_to_table(pixel);
     }
-    found_in_table[slot_of(key)] = key;
+    colours_in_table[slot_of(key)] = key;
 }
 
-// Calls visit_row(y, count) for every row of a surface, of which the first `count` pixels stand in MixBits.
+// Calls visit_row(y, count) for every row of the surface; the first `count` pixels of the row are in MixBits.
 template <typename VisitRow>
 void visit_rows(const PictureSurface& surface, VisitRow&& visit_row) {
     for (std::int32_t y = 0; y < surface.ScaleHeight(); ++y) {
@@ -159,13 +159,13 @@ void visit_rows(const PictureSurface& surface, VisitRow&& visit_row) {
     }
 }
 
-// Calls visit(i, key) for the first pixels of a row of MixBits.
+// Calls visit(i, key) for the first `count` pixels of a row of MixBits.
 template <typename Visit>
 void visit_row_keys(std::int32_t y, std::size_t count, Visit&& visit) {
     visit_keys(std::as_const(MixBits).row(y), static_cast<std::size_t>(MixBits.channels()), count, visit);
 }
 
-// Whether the first pixels of row y and of the row below it are both background.
+// Whether row y and the row below it both begin with a background pixel.
 bool row_is_unused(const PictureSurface& surface, std::int32_t y) {
     return surface.Point(0, y) == surface.BackColor() && surface.Point(0, y + 1) == surface.BackColor();
 }
@@ -175,13 +175,13 @@ bool row_is_unused(const PictureSurface& surface, std::int32_t y) {
 void InitColorTable() {
     ColorCount = 0;
     ColorTable.assign(first_table_size, RGBQUAD{});
-    ColorTable.shrink_to_fit(); // gives back what a large one took
+    ColorTable.shrink_to_fit(); // releases the memory of a large table
     written_colours.clear();
-    found_in_table.fill(no_key);
+    colours_in_table.fill(no_key);
 }
 
 bool PrepareMixBits(const PictureSurface& surface) {
-    // The size alone decides, neither the depth nor whose surface it is.
+    // Only the size is compared, not the depth.
     if (surface.ScaleWidth() == MixInfo.bmWidth && surface.ScaleHeight() == MixInfo.bmHeight) {
         return true;
     }
@@ -199,11 +199,11 @@ void ReadMixBits(const PictureSurface& surface) {
 }
 
 bool SeekColorInTable(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit) {
-    return seek(ColorTable, red, green, blue, limit);
+    return contains(ColorTable, red, green, blue, limit);
 }
 
-// Black is never written here: the free entry behind the last colour is black and counts as met on every
-// search, so black is always in the mix, whether a picture holds it or not.
+// Never writes black: the search finds it in the free entry, which is black. DrawColorTable also draws the
+// free entry, so black is on every sheet, whether a picture contains it or not.
 bool AddPictureColors(PictureSurface& surface) {
     if (!PrepareMixBits(surface)) {
         return false;
@@ -211,8 +211,8 @@ bool AddPictureColors(PictureSurface& surface) {
     ReadMixBits(surface);
     visit_rows(surface, [](std::int32_t y, std::size_t count) {
         visit_row_keys(y, count, [](std::size_t, Key key) {
-            if (found_in_table[slot_of(key)] != key) {
-                look_up(key);
+            if (colours_in_table[slot_of(key)] != key) {
+                add_if_new(key);
             }
         });
     });
@@ -228,8 +228,8 @@ void DrawColorTable(PictureSurface& surface) {
     std::int32_t y = 0;
     for (std::int32_t position = 0; position <= ColorCount; ++position) {
         surface.PSet(x, y, colour_of(ColorTable[static_cast<std::size_t>(position)]));
-        // A row takes 514 positions: the two beyond the right edge are lost, and so is all below the last
-        // row.
+        // A row takes 514 entries: the two beyond the right edge are lost, and so is everything below the
+        // last row.
         if (x <= surface.ScaleWidth()) {
             ++x;
         } else {
@@ -246,11 +246,11 @@ void DrawColorTable(PictureSurface& surface) {
 }
 
 bool SeekColorInPalette(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit) {
-    return seek(ImportPalette, red, green, blue, limit);
+    return contains(ImportPalette, red, green, blue, limit);
 }
 
-// The limit of the search includes the free entry here too. Whatever stands there, black on a first import,
-// the colours of an earlier one later, counts as met and is then overwritten by the next new colour.
+// Here too, the search includes the free entry: black on the first import, a colour of an earlier import
+// later. That colour is skipped, and the next new colour overwrites the entry.
 void FinalizePalette(PictureSurface& surface) {
     InitColorTable();
     PrepareMixBits(surface);
@@ -275,9 +275,10 @@ void FinalizePalette(PictureSurface& surface) {
     MakeLookupPalette();
 }
 
-// A colour met below entry 255 is moved there and met again at entry 255, where the entry that it displaced
-// is written over it: both entries then hold the old entry 255 and the transparent colour is gone. The lookup
-// palette stays as it was made, so pixels of that colour keep their old index.
+// If the colour is in an entry below 255, the loop exchanges the two entries, but then finds the colour again
+// in entry 255 and overwrites it with the old entry 255: both entries end with that colour and the
+// transparent colour is lost. The lookup palette does not change, so pixels of that colour keep their old
+// index.
 void SwapTransparent(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
     const RGBQUAD given{blue, green, red, 0};
     RGBQUAD displaced;
@@ -295,8 +296,7 @@ void SwapTransparent(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
     }
 }
 
-// The bytes go over as they stand, so blue stands in the red place and red in the blue place; nearest_index
-// crosses its question in the same way.
+// Copies the entries with red and blue exchanged; nearest_index exchanges them too.
 void MakeLookupPalette() {
     LOGPALETTE record;
     record.palNumEntries = 256;
@@ -305,7 +305,7 @@ void MakeLookupPalette() {
         record.palPalEntry[i] = {entry.rgbBlue, entry.rgbGreen, entry.rgbRed, entry.rgbReserved};
     }
     hLookupPalette = std::make_unique<LogicalPalette>(record);
-    remembered.fill({});
+    cached_indices.fill({});
 }
 
 std::int16_t nearest_index(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {

@@ -1,6 +1,7 @@
-// Merges the colours of all pictures of one import into the one palette that a sprite's frames share, and
-// answers which of its entries is nearest to a pixel. The colours met are gathered in a table and painted on
-// a sheet, the sheet is reduced by whoever runs the import, and what is left on it is the palette.
+// Merges the colours of all pictures of an import into the one palette that the sprite's frames share, and
+// finds the palette entry nearest to a pixel. AddPictureColors collects the colours in a table and
+// DrawColorTable draws the table on a surface, the sheet. The import reduces the sheet to 256 colours like
+// any picture, and FinalizePalette takes the palette from it.
 #pragma once
 
 #include <array>
@@ -17,70 +18,70 @@
 
 namespace varnoth::mixpals {
 
-// Module state. It lives as long as the program; nothing but the routines below changes it.
+// The state of the module. Only the functions below change it.
 
-/// The result, blue first. Never cleared: an entry that an import does not write keeps what an earlier one
-/// left.
+/// The result, blue first. Never cleared: entries that an import does not write keep the colours of earlier
+/// imports.
 extern std::array<RGBQUAD, 256> ImportPalette;
 
-/// The different colours met so far, with a black entry behind the last.
+/// The distinct colours collected so far, followed by at least one black entry.
 extern std::vector<RGBQUAD> ColorTable;
 
-/// The next free position: in ColorTable while collecting, in ImportPalette while finalizing.
+/// The next free entry, of ColorTable while colours are collected, of ImportPalette while it is finalized.
 extern std::int32_t ColorCount;
 
-/// What nearest_index searches; null before the first import.
+/// The palette that nearest_index searches; null before the first import.
 extern std::unique_ptr<LogicalPalette> hLookupPalette;
 
-/// The surface last prepared; its size decides whether MixBits is sized anew.
+/// The surface of the last PrepareMixBits. While surfaces have its size, MixBits is reused.
 extern BITMAP MixInfo;
 
 /// The pixels of the surface last read.
 extern PixelBlock MixBits;
 
-/// Empties the table for a new import: 1001 positions, all black.
+/// Resets the table for a new import, to 1001 black entries.
 void InitColorTable();
 
-/// Adds the colours of a picture that the table does not hold yet, in the order of their first appearance
-/// from the top left. False, and nothing added, for a surface of fewer than 24 bits a pixel.
-/// SubscriptOutOfRange for such a surface when one of its size was prepared before, and before the first
-/// InitColorTable.
+/// Adds the picture's colours that are not in the table yet, in the order of their first appearance from the
+/// top left. Returns false and adds nothing for a surface of fewer than 24 bits per pixel.
+/// SubscriptOutOfRange for such a surface when the last surface prepared had the same size, and before the
+/// first InitColorTable.
 bool AddPictureColors(PictureSurface& surface);
 
-/// Whether the table holds the colour at one of the positions 0 to limit, the limit included.
+/// Whether one of the table's entries 0 to `limit`, inclusive, is the colour.
 bool SeekColorInTable(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit);
 
-/// Paints the table on the surface, which becomes 512 pixels wide and as high as the colours need.
-/// SubscriptOutOfRange before the first InitColorTable.
+/// Draws the table on the surface, one pixel per colour. The surface becomes 512 pixels wide and as high as
+/// the colours need. SubscriptOutOfRange before the first InitColorTable.
 void DrawColorTable(PictureSurface& surface);
 
-/// Takes the colours of the sheet, in the order of their first appearance, as ImportPalette and makes the
-/// lookup palette of it. SubscriptOutOfRange for a 257th colour.
+/// Copies the sheet's distinct colours, in the order of their first appearance, to ImportPalette and makes
+/// the lookup palette from it. SubscriptOutOfRange for a 257th colour.
 void FinalizePalette(PictureSurface& surface);
 
-/// Whether ImportPalette holds the colour at one of the entries 0 to limit, the limit included.
+/// Whether one of ImportPalette's entries 0 to `limit`, inclusive, is the colour.
 bool SeekColorInPalette(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit);
 
-/// Meant to bring the transparent colour to entry 255; see the definition for what it does.
+/// Intended to move the transparent colour to entry 255; the definition says what it does instead.
 void SwapTransparent(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
 
-/// Sizes MixBits for the surface unless it has the size of the one before. False for fewer than 24 bits a
-/// pixel.
+/// Allocates MixBits for the surface unless the last surface had the same size. False for fewer than 24 bits
+/// per pixel.
 bool PrepareMixBits(const PictureSurface& surface);
 
 /// Copies the surface's pixels into MixBits.
 void ReadMixBits(const PictureSurface& surface);
 
-/// Makes the lookup palette of all 256 entries of ImportPalette.
+/// Makes the lookup palette from all 256 entries of ImportPalette.
 void MakeLookupPalette();
 
-/// Index 0 to 255 of the entry nearest to the colour among those that ImportPalette held when the lookup
-/// palette was made. Overflow when none was made yet.
+/// The index of the entry of the lookup palette that is nearest to the colour. Overflow when there is no
+/// lookup palette yet.
 std::int16_t nearest_index(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
 
-/// nearest_index of each of the pixels, which begin `pixel_bytes` apart with blue, green and red. `pixels`
-/// must hold those three bytes of as many pixels as there are indices; where a pixel has 4 bytes, all 4 of
-/// them.
+/// Finds nearest_index for each pixel. A pixel has `pixel_bytes` bytes, which begin with blue, green, red.
+/// `pixels` must contain as many pixels as `indices` has elements; of the last one, the three colour bytes
+/// are enough unless pixels have 4 bytes.
 void nearest_indices(std::span<const std::uint8_t> pixels, std::size_t pixel_bytes,
                      std::span<std::uint8_t> indices);
 

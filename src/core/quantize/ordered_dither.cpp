@@ -42,32 +42,32 @@ constexpr int shift_of(int channel) {
 }
 
 template <const Levels& levels>
-[[gnu::always_inline]] inline void places_of(DitheredPixels pixels, const MatrixRow& added,
-                                             DitheredPlaces& places) {
-    std::array<std::uint8_t, 4 * dithered_at_once> channels;
+[[gnu::always_inline]] inline void dither(DitheredPixels pixels, const MatrixRow& added,
+                                          DitheredIndices& indices) {
+    std::array<std::uint8_t, 4 * dither_block_size> channels;
     for (std::size_t i = 0; i < channels.size(); i += added.size()) {
         for (std::size_t k = 0; k < added.size(); ++k) {
             channels[i + k] = levels.level_of(static_cast<std::uint16_t>(pixels[i + k] + added[k]));
         }
     }
-    for (std::size_t x = 0; x < places.size(); ++x) {
+    for (std::size_t x = 0; x < indices.size(); ++x) {
         std::uint32_t pixel = 0;
         std::memcpy(&pixel, &channels[4 * x], sizeof pixel);
         const std::uint32_t blue = pixel >> shift_of(0) & 0xFF;
         const std::uint32_t green = pixel >> shift_of(1) & 0xFF;
         const std::uint32_t red = pixel >> shift_of(2) & 0xFF;
-        places[x] = (blue * levels.count + green) * levels.count + red;
+        indices[x] = (blue * levels.count + green) * levels.count + red;
     }
 }
 
 } // namespace
 
-void places_of_16_levels(DitheredPixels pixels, const MatrixRow& added, DitheredPlaces& places) {
-    places_of<levels16>(pixels, added, places);
+void dither_to_16_levels(DitheredPixels pixels, const MatrixRow& added, DitheredIndices& indices) {
+    dither<levels16>(pixels, added, indices);
 }
 
-void places_of_6_levels(DitheredPixels pixels, const MatrixRow& added, DitheredPlaces& places) {
-    places_of<levels6>(pixels, added, places);
+void dither_to_6_levels(DitheredPixels pixels, const MatrixRow& added, DitheredIndices& indices) {
+    dither<levels6>(pixels, added, indices);
 }
 
 } // namespace varnoth

@@ -1,4 +1,5 @@
-// Folder paths for the lists of drives, folders and files. Paths are UTF-8; none of these functions fails.
+// Folder paths for the lists of drives, folders and files. None of these functions
+// fails.
 #pragma once
 
 #include <string>

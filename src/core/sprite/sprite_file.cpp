@@ -15,7 +15,7 @@ namespace {
 
 // Frame numbers are signed 16-bit, so no more slots than this can be used. A file that claims more gets this
 // many; reading it fails at the first frame number that overflows, if not before.
-constexpr std::int32_t most_frame_slots = 32768;
+constexpr std::int32_t max_frame_slots = 32768;
 
 template <std::size_t Size>
 std::array<std::uint8_t, Size> read_record(InputFile& file) {
@@ -74,7 +74,7 @@ std::optional<std::string> read_file(const std::string& path, SpriteDocument& sp
     if (sprite.Palette.ColourCount != PaletteRecord::sprite_colours) {
         return "Not 8bpp sprite";
     }
-    const auto slots = static_cast<std::size_t>(std::min(sprite.SpriteHeader.FrameCount, most_frame_slots));
+    const auto slots = static_cast<std::size_t>(std::min(sprite.SpriteHeader.FrameCount, max_frame_slots));
     sprite.replace_frames(slots);
     for (std::int32_t i = 0; i < sprite.SpriteHeader.FrameCount; ++i) {
         read_frame(file, narrow<std::int16_t>(i), sprite);

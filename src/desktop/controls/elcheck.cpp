@@ -37,11 +37,11 @@ elcheck::elcheck(const QString& name, QWidget* parent)
     ReadProperties({});
 }
 
-void elcheck::update_look() {
+void elcheck::update_appearance() {
     if (Value()) {
         label1_.ForeColor = CheckedColor();
     }
-    CheckableControl::update_look();
+    CheckableControl::update_appearance();
 }
 
 void elcheck::show_back_colour2() {
@@ -56,9 +56,9 @@ void elcheck::part_clicked(Part* part) {
     if (part == nullptr) {
         return; // clicks on the surface beside the caption are ignored
     }
-    keep_value(!Value());
-    update_look();
-    tell_checked_changed(*this);
+    store_value(!Value());
+    update_appearance();
+    notify_checked_changed(*this);
     emit Click();
 }
 

@@ -17,12 +17,12 @@ class elcheck final : public CheckableControl {
 
     bool Value() const override { return label1_.Visible; }
 
-    void act_as_clicked() override { part_clicked(&picture2_); }
+    void perform_click() override { part_clicked(&picture2_); }
 
   private:
-    void keep_value(bool value) override { label1_.Visible = value; }
+    void store_value(bool value) override { label1_.Visible = value; }
 
-    void update_look() override;
+    void update_appearance() override;
     void show_back_colour2() override;
     void show_dark() override;
     void part_clicked(Part* part) override;

@@ -254,7 +254,7 @@ bool elpanel::part_double_clicked(Part* part) {
     return true;
 }
 
-void elpanel::act_as_clicked() {
+void elpanel::perform_click() {
     if (cerrar_) {
         emit CloseClick();
     }

@@ -64,7 +64,7 @@ class elpanel final : public SkinnedControl {
                               std::int16_t cantidad) override;
 
     /// Clicks the close button.
-    void act_as_clicked() override;
+    void perform_click() override;
 
   signals:
     /// Raised by the surface and the title.

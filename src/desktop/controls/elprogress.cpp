@@ -70,7 +70,7 @@ void elprogress::SetValue(std::int32_t value) {
     value_ = kept;
     redraw();
     if (!reading()) {
-        tell_number_changed(*this, value_);
+        notify_value_changed(*this, value_);
     }
     changed("Value");
 }

@@ -116,12 +116,12 @@ elradio::elradio(const QString& name, QWidget* parent) : CheckableControl(name, 
     ReadProperties({});
 }
 
-void elradio::update_look() {
+void elradio::update_appearance() {
     constexpr BLENDFUNCTION opaque{.SourceConstantAlpha = 255};
     alpha_blend(picture1_.surface().hDC(), {0, 0, surface_size, surface_size}, surface().hDC(),
                 round_to_even<std::int32_t>(picture1_.Left), round_to_even<std::int32_t>(picture1_.Top),
                 packed(opaque));
-    CheckableControl::update_look();
+    CheckableControl::update_appearance();
 }
 
 void elradio::Circle::paint(QPainter& painter) const {

@@ -29,12 +29,12 @@ class elradio final : public CheckableControl {
         const elradio& control_;
     };
 
-    void keep_value(bool value) override { value_ = value; }
+    void store_value(bool value) override { value_ = value; }
 
     /// Redraws the circle on a new copy of the background.
-    void update_look() override;
+    void update_appearance() override;
 
-    void show_back_colour() override { update_look(); }
+    void show_back_colour() override { update_appearance(); }
 
     void part_clicked(Part* part) override;
 

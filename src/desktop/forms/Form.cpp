@@ -47,7 +47,7 @@ class AccessibleForm : public QAccessibleWidget {
 
 Form::Form(const QString& name, const QString& title, Kind kind, int width, int height)
     : QWidget(nullptr, flags_of(kind)) {
-    describe_to_screen_readers<Form, AccessibleForm>();
+    install_accessible<Form, AccessibleForm>();
     setObjectName(name);
     setWindowTitle(title);
     setAccessibleName(title);
@@ -70,7 +70,7 @@ void Form::show_first() {
     show();
 }
 
-void Form::wear(elpanel& panel, const QString& title) {
+void Form::set_panel(elpanel& panel, const QString& title) {
     panel.setGeometry(rect());
     panel.SetColor3DDark(theme::edge_dark);
     panel.SetTitle(title);

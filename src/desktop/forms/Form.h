@@ -41,8 +41,9 @@ class Form : public QWidget {
   protected:
     Form(const QString& name, const QString& title, Kind kind, int width, int height);
 
-    /// Extends the panel over the whole form and lets the user move the form by the panel's title.
-    void wear(elpanel& panel, const QString& title);
+    /// Makes the panel the form's background: extends it over the whole form and lets the user move the form
+    /// by the panel's title.
+    void set_panel(elpanel& panel, const QString& title);
 
     /// Adds keys. To be called when all controls exist.
     void add_keys(const std::vector<FormKey>& keys) { keys_.add(keys); }

@@ -26,13 +26,13 @@ struct FormKey {
 /// A key that clicks the control, whatever has the focus.
 template <typename Control>
 FormKey shortcut(QKeyCombination combination, Control& control) {
-    return {combination, &control, [&control] { control.act_as_clicked(); }};
+    return {combination, &control, [&control] { control.perform_click(); }};
 }
 
 /// A key that clicks the control unless the focused control accepts the key.
 template <typename Control>
 FormKey plain_key(Qt::Key key, Control& control, std::function<bool()> when = nullptr) {
-    return {key, &control, [&control] { control.act_as_clicked(); }, FormKey::First::FocusedControl,
+    return {key, &control, [&control] { control.perform_click(); }, FormKey::First::FocusedControl,
             std::move(when)};
 }
 

@@ -55,22 +55,22 @@ constexpr int plain_stretch = 100;
 constexpr int narrowest_stretch = 60;
 
 /// A sans-serif family that can replace Tahoma, and the stretch that it needs; 0 when that must be measured.
-struct StandIn {
+struct Substitute {
     const char* family;
     int stretch;
 };
 
 // In order of preference.
-constexpr std::array stand_ins{StandIn{"DejaVu Sans Condensed", 85},
-                               StandIn{"Liberation Sans", 0},
-                               StandIn{"Noto Sans", 0},
-                               StandIn{"Arial", 0},
-                               StandIn{"Nimbus Sans", 90},
-                               StandIn{"DejaVu Sans", 88}};
+constexpr std::array substitutes{Substitute{"DejaVu Sans Condensed", 85},
+                               Substitute{"Liberation Sans", 0},
+                               Substitute{"Noto Sans", 0},
+                               Substitute{"Arial", 0},
+                               Substitute{"Nimbus Sans", 90},
+                               Substitute{"DejaVu Sans", 88}};
 
 // Searches the list of families. Asking Qt for a missing family is slow, because it then searches all
 // aliases.
-bool is_there(const QString& family) {
+bool is_installed(const QString& family) {
     const QStringList families = QFontDatabase::families();
     return families.contains(family, Qt::CaseInsensitive) ||
            std::ranges::any_of(families, [&](const QString& listed) {
@@ -102,11 +102,11 @@ void narrow(QFont& font, int stretch) {
     }
 }
 
-void let_stand_in(QFont& font) {
+void substitute_family(QFont& font) {
     font.setStyleHint(QFont::SansSerif);
-    for (const StandIn& stand_in : stand_ins) {
+    for (const Substitute& stand_in : substitutes) {
         const QString family = QString::fromLatin1(stand_in.family);
-        if (is_there(family)) {
+        if (is_installed(family)) {
             font.setFamily(family);
             narrow(font, stand_in.stretch != 0 ? stand_in.stretch : likely_stretch(font));
             return;
@@ -122,8 +122,8 @@ QFont find_display_font(const QFont& font) {
         const double pixels = font.pointSizeF() * twips_per_point / varnoth::screen().TwipsPerPixelY;
         found.setPixelSize(std::max(1, static_cast<int>(std::nearbyint(pixels))));
     }
-    if (!is_there(font.family())) {
-        let_stand_in(found);
+    if (!is_installed(font.family())) {
+        substitute_family(found);
     }
     return found;
 }
@@ -220,9 +220,9 @@ bool is_sunken_panel(const QStyleOption* option) {
            frame->state.testFlag(QStyle::State_Sunken);
 }
 
-class LookStyle : public QProxyStyle {
+class ThemeStyle : public QProxyStyle {
   public:
-    LookStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+    ThemeStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
 
     using QProxyStyle::polish;
 
@@ -408,7 +408,7 @@ void apply_palette(QWidget& widget, bool enabled) {
 void apply(QApplication& application) {
     QObject::connect(&application, &QGuiApplication::fontDatabaseChanged, &application,
                      [] { font_cache().fonts.clear(); });
-    QApplication::setStyle(std::make_unique<LookStyle>().release()); // the application owns it
+    QApplication::setStyle(std::make_unique<ThemeStyle>().release()); // the application owns it
     QApplication::setPalette(palette());
     QApplication::setFont(display_font(design_font()));
     QToolTip::setPalette(palette());

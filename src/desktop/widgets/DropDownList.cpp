@@ -79,7 +79,7 @@ class AccessibleDropDownList : public AccessibleWithKey {
 } // namespace
 
 DropDownList::DropDownList(const QString& name, QWidget* parent) : QComboBox(parent) {
-    describe_to_screen_readers<DropDownList, AccessibleDropDownList>();
+    install_accessible<DropDownList, AccessibleDropDownList>();
     setObjectName(name);
     setFont(theme::display_font(theme::design_font()));
     // The wheel must not give the list the keyboard focus.
@@ -87,10 +87,7 @@ DropDownList::DropDownList(const QString& name, QWidget* parent) : QComboBox(par
     view()->setTextElideMode(Qt::ElideNone);
     SetColours(theme::field_background, theme::light_text);
     connect(this, &QComboBox::activated, this, &DropDownList::Click);
-    connect(this, &QComboBox::currentIndexChanged, this, [this] {
-        QAccessibleEvent event(this, QAccessible::NameChanged);
-        QAccessible::updateAccessibility(&event);
-    });
+    connect(this, &QComboBox::currentIndexChanged, this, [this] { notify_name_changed(*this); });
 }
 
 QString DropDownList::List(std::int32_t line) const {
@@ -133,7 +130,7 @@ void DropDownList::set_bare(bool bare) {
     update();
 }
 
-void DropDownList::act_as_clicked() {
+void DropDownList::perform_click() {
     setFocus(Qt::ShortcutFocusReason);
     showPopup();
 }

@@ -36,7 +36,7 @@ class DropDownList : public QComboBox {
     void set_bare(bool bare);
 
     /// Takes the focus and opens the list, as the mouse does.
-    void act_as_clicked();
+    void perform_click();
 
     /// Opens the list, which gets the accessible name of the field.
     void showPopup() override;

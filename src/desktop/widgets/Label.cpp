@@ -36,7 +36,7 @@ class AccessibleLabel : public AccessibleWithKey {
     void doAction(const QString& action) override {
         guard_event([&] {
             if (actionNames().contains(action)) {
-                label_->act_as_clicked();
+                label_->perform_click();
             }
         });
     }
@@ -54,7 +54,7 @@ Label::Label(const QString& name, QWidget* parent, Kind kind, const QString& cap
       kind_(kind),
       spoken_(spoken),
       fore_colour_(kind == Kind::Symbol ? theme::black : theme::light_text) {
-    describe_to_screen_readers<Label, AccessibleLabel>();
+    install_accessible<Label, AccessibleLabel>();
     setObjectName(name);
     setAttribute(Qt::WA_NoMousePropagation);
     SetCaption(caption);

@@ -31,7 +31,7 @@ class Label : public QWidget {
     void SetForeColor(Colour colour);
 
     /// Raises Click, as the mouse does.
-    void act_as_clicked() { emit Click(); }
+    void perform_click() { emit Click(); }
 
   signals:
     /// Pressed and released on the label with the left button. A double click counts as two clicks.

@@ -93,7 +93,7 @@ void ListBox::current_row_moved() {
 
 void ListBox::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QListWidget::selectionChanged(selected, deselected);
-    marks_changed_ = true;
+    selection_changed_ = true;
 }
 
 void ListBox::raise_due_click() {
@@ -108,7 +108,7 @@ void ListBox::handle(Work&& work) {
         // Qt moves the current line before it updates the selection; Click is raised after both.
         in_event_ = true;
         click_due_ = false;
-        marks_changed_ = false;
+        selection_changed_ = false;
         work();
         in_event_ = false;
         raise_due_click();
@@ -147,7 +147,7 @@ void ListBox::mouseMoveEvent(QMouseEvent* event) {
 void ListBox::keyPressEvent(QKeyEvent* event) {
     handle([&] {
         QListWidget::keyPressEvent(event);
-        click_due_ = click_due_ || marks_changed_;
+        click_due_ = click_due_ || selection_changed_;
         if (click_due_ && ListIndex() < 0) {
             // Select All without a current line: Click requires one.
             selectionModel()->setCurrentIndex(model()->index(0, 0), QItemSelectionModel::NoUpdate);

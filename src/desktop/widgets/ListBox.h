@@ -69,7 +69,7 @@ class ListBox : public QListWidget {
     bool quiet_ = false;         ///< the current line changes without input from the user
     bool in_event_ = false;      ///< an input event is being handled
     bool click_due_ = false;     ///< Click is raised at the end of the event
-    bool marks_changed_ = false; ///< the event has changed the selection
+    bool selection_changed_ = false; ///< the event has changed the selection
 };
 
 } // namespace varnoth

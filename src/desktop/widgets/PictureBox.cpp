@@ -83,14 +83,14 @@ class AccessiblePicture : public QAccessibleWidget, public QAccessibleImageInter
     QPoint imagePosition() const override { return picture_->mapToGlobal(QPoint(0, 0)); }
 
     QStringList actionNames() const override {
-        const bool is_used = picture_->hears_clicks() || picture_->hears_double_clicks();
+        const bool is_used = picture_->handles_clicks() || picture_->handles_double_clicks();
         return is_used && picture_->isEnabled() ? QStringList{pressAction()} : QStringList{};
     }
 
     void doAction(const QString& action) override {
         guard_event([&] {
             if (actionNames().contains(action)) {
-                picture_->act_as_clicked();
+                picture_->perform_click();
             }
         });
     }
@@ -103,7 +103,7 @@ class AccessiblePicture : public QAccessibleWidget, public QAccessibleImageInter
 
 PictureBox::PictureBox(const QString& name, QWidget* parent, PictureSurface::Design design)
     : QWidget(parent), border_(design.border), surface_(with_parent(design, container_)) {
-    describe_to_screen_readers<PictureBox, AccessiblePicture>();
+    install_accessible<PictureBox, AccessiblePicture>();
     setObjectName(name);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoMousePropagation);
@@ -122,27 +122,27 @@ void PictureBox::Cls() {
     update();
 }
 
-bool PictureBox::hears_clicks() const {
+bool PictureBox::handles_clicks() const {
     return isSignalConnected(QMetaMethod::fromSignal(&PictureBox::Click));
 }
 
-bool PictureBox::hears_double_clicks() const {
+bool PictureBox::handles_double_clicks() const {
     return isSignalConnected(QMetaMethod::fromSignal(&PictureBox::DblClick));
 }
 
-void PictureBox::act_as_clicked() {
-    if (hears_clicks()) {
+void PictureBox::perform_click() {
+    if (handles_clicks()) {
         emit Click();
     } else {
         emit DblClick();
     }
 }
 
-void PictureBox::act_as_moved_to(const QPoint& place) {
+void PictureBox::perform_move(const QPoint& place) {
     emit MouseMove(mouse_arguments(Qt::NoButton, Qt::NoModifier, place));
 }
 
-void PictureBox::act_as_clicked_at(const QPoint& place) {
+void PictureBox::perform_click_at(const QPoint& place) {
     const MouseArguments mouse = mouse_arguments(Qt::LeftButton, Qt::NoModifier, place);
     emit MouseDown(mouse);
     emit MouseUp(mouse);

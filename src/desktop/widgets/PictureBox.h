@@ -26,15 +26,15 @@ class PictureBox : public QWidget {
     void Cls();
 
     /// Whether Click or DblClick is connected.
-    bool hears_clicks() const;
-    bool hears_double_clicks() const;
+    bool handles_clicks() const;
+    bool handles_double_clicks() const;
 
     /// Raises Click if it is connected, else DblClick, as the mouse does.
-    void act_as_clicked();
+    void perform_click();
 
     /// Raises the events of a mouse move to, or a click at, a position of the surface.
-    void act_as_moved_to(const QPoint& place);
-    void act_as_clicked_at(const QPoint& place);
+    void perform_move(const QPoint& place);
+    void perform_click_at(const QPoint& place);
 
   signals:
     void Click();

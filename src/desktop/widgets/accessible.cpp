@@ -30,19 +30,19 @@ QStringList AccessibleWithKey::keyBindingsForAction(const QString& action) const
     return actionNames().contains(action) && !key.isEmpty() ? QStringList{key} : QStringList{};
 }
 
-void tell_checked_changed(QWidget& control) {
+void notify_checked_changed(QWidget& control) {
     QAccessible::State changed;
     changed.checked = true;
     QAccessibleStateChangeEvent event(&control, changed);
     QAccessible::updateAccessibility(&event);
 }
 
-void tell_name_changed(QWidget& control) {
+void notify_name_changed(QWidget& control) {
     QAccessibleEvent event(&control, QAccessible::NameChanged);
     QAccessible::updateAccessibility(&event);
 }
 
-void tell_number_changed(QWidget& control, int value) {
+void notify_value_changed(QWidget& control, int value) {
     QAccessibleValueChangeEvent event(&control, value);
     QAccessible::updateAccessibility(&event);
 }

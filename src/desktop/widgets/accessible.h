@@ -14,7 +14,7 @@ namespace varnoth {
 /// Makes `Interface` the accessible interface of every `Widget`; it is constructed from a pointer to the
 /// widget. Further calls have no effect.
 template <typename Widget, typename Interface>
-void describe_to_screen_readers() {
+void install_accessible() {
     [[maybe_unused]] static const bool installed = [] {
         QAccessible::installFactory([](const QString&, QObject* object) -> QAccessibleInterface* {
             auto* const widget = qobject_cast<Widget*>(object);
@@ -40,8 +40,8 @@ class AccessibleWithKey : public QAccessibleWidget {
 };
 
 /// Notify assistive technology that a control was checked or unchecked, or has a new name or value.
-void tell_checked_changed(QWidget& control);
-void tell_name_changed(QWidget& control);
-void tell_number_changed(QWidget& control, int value);
+void notify_checked_changed(QWidget& control);
+void notify_name_changed(QWidget& control);
+void notify_value_changed(QWidget& control, int value);
 
 } // namespace varnoth

@@ -17,7 +17,7 @@ void set_checked_state(QWidget& control, bool checked) {
     const bool changes = control.property(property_name).toBool() != checked;
     control.setProperty(property_name, checked);
     if (changes) {
-        tell_checked_changed(control);
+        notify_checked_changed(control);
     }
 }
 

@@ -7,8 +7,8 @@ namespace {
 
 struct Row {
     MatrixRow added{};
-    std::array<std::uint8_t, 4 * dithered_at_once> pixels{};
-    DitheredPlaces places{};
+    std::array<std::uint8_t, 4 * dither_block_size> pixels{};
+    DitheredIndices places{};
 };
 
 // A matrix row with a different number for each of the four pixels, up to `most`.
@@ -41,9 +41,9 @@ TEST(DitherPlaces, LevelsEqualADivisionForEveryValue) {
         for (unsigned value = 0; value < 256; ++value) {
             fill(of_16, value);
             fill(of_6, value);
-            places_of_16_levels(of_16.pixels, of_16.added, of_16.places);
-            places_of_6_levels(of_6.pixels, of_6.added, of_6.places);
-            for (std::size_t x = 0; x < dithered_at_once; ++x) {
+            dither_to_16_levels(of_16.pixels, of_16.added, of_16.places);
+            dither_to_6_levels(of_6.pixels, of_6.added, of_6.places);
+            for (std::size_t x = 0; x < dither_block_size; ++x) {
                 ASSERT_EQ(of_16.places[x], place(of_16, x, 17, 16)) << value << " + " << added << ", " << x;
                 ASSERT_EQ(of_6.places[x], place(of_6, x, 51, 6)) << value << " + " << added << ", " << x;
             }

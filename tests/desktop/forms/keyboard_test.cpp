@@ -97,9 +97,9 @@ class KeyboardTest : public EditorTest {
             main_window->List1.setFocus();
         } else if (auto* const add_frames = qobject_cast<Form4*>(&form)) {
             add_frames->enable_picker();
-            add_frames->elboton1.act_as_clicked();
+            add_frames->elboton1.perform_click();
         } else if (auto* const preview = qobject_cast<Form7*>(&form); preview != nullptr && !key.when()) {
-            preview->Label2.act_as_clicked();
+            preview->Label2.perform_click();
         }
         EXPECT_TRUE(key.when()) << name_of(key);
     }

@@ -48,13 +48,13 @@ void CheckableControl::SetBackColor2(Colour colour) {
 
 void CheckableControl::SetCheckedColor(Colour colour) {
     checked_colour_ = colour;
-    update_look();
+    update_appearance();
     changed("CheckedColor");
 }
 
 void CheckableControl::SetUncheckedColor(Colour colour) {
     unchecked_colour_ = colour;
-    update_look();
+    update_appearance();
     changed("UncheckedColor");
 }
 
@@ -69,10 +69,10 @@ void CheckableControl::SetCaption(const QString& caption) {
 }
 
 void CheckableControl::SetValue(bool value) {
-    keep_value(value);
-    update_look();
+    store_value(value);
+    update_appearance();
     if (!reading()) {
-        tell_checked_changed(*this);
+        notify_checked_changed(*this);
     }
     changed("Value");
 }
@@ -84,7 +84,7 @@ void CheckableControl::set_over_state() {
     }
 }
 
-void CheckableControl::update_look() {
+void CheckableControl::update_appearance() {
     caption_.text.ForeColor = Value() ? checked_colour_ : unchecked_colour_;
     update();
 }

@@ -59,7 +59,7 @@ class CheckableControl : public SkinnedControl {
     /// Enters the hover state. Has no effect on a checked control.
     void set_over_state();
 
-    void set_normal_state() { update_look(); }
+    void set_normal_state() { update_appearance(); }
 
   signals:
     /// Raised by the indicator and the caption; derived classes decide whether by the surface too.
@@ -75,10 +75,10 @@ class CheckableControl : public SkinnedControl {
     ShadowedText& caption() { return caption_; }
 
     /// Stores the value.
-    virtual void keep_value(bool value) = 0;
+    virtual void store_value(bool value) = 0;
 
     /// Updates the colours that depend on the value.
-    virtual void update_look();
+    virtual void update_appearance();
 
     virtual void show_back_colour2() {}
 

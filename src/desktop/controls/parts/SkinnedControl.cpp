@@ -155,7 +155,7 @@ void SkinnedControl::changed(const char* property) {
 void SkinnedControl::caption_changed() {
     layout_step();
     if (!reading_) {
-        tell_name_changed(*this);
+        notify_name_changed(*this);
     }
     changed("Caption");
 }

@@ -119,7 +119,7 @@ class SkinnedControl : public QWidget {
     double ScaleHeight() const { return height(); }
 
     /// Does what a click on the control does, for keys and screen readers.
-    virtual void act_as_clicked() { part_clicked(nullptr); }
+    virtual void perform_click() { part_clicked(nullptr); }
 
     /// The control's drawing context. Drawings are above the background and below the parts.
     DrawingContext& get_the_hdc();

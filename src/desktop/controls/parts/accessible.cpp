@@ -71,7 +71,7 @@ class AccessibleControl : public AccessibleWithKey {
 
     void doAction(const QString& name) override {
         if (actionNames().contains(name)) {
-            guard_event([this] { control_.act_as_clicked(); });
+            guard_event([this] { control_.perform_click(); });
         }
     }
 
@@ -179,7 +179,7 @@ class AccessibleCloseButton final : public QAccessibleInterface, public QAccessi
 
     void doAction(const QString& name) override {
         if (actionNames().contains(name)) {
-            guard_event([this] { panel_.act_as_clicked(); });
+            guard_event([this] { panel_.perform_click(); });
         }
     }
 

@@ -108,7 +108,7 @@ AddFramesForm& Form4::add_frames_form() {
 // Layout.
 
 void Form4::design() {
-    wear(elpanel1, "Add Frame/s");
+    set_panel(elpanel1, "Add Frame/s");
     elpanel1.SetCerrar(false);
     design_browser();
     design_preview();
@@ -299,7 +299,7 @@ std::vector<FormKey> Form4::picker_keys() {
                         FormKey::First::Form, is_armed, true});
     }
     keys.push_back({Qt::Key_Return, &Picture1,
-                    [this] { Picture1.act_as_clicked_at(place_in_picture(picker_place_)); },
+                    [this] { Picture1.perform_click_at(place_in_picture(picker_place_)); },
                     FormKey::First::Form, is_armed});
     on_event(&Picture1, &PictureBox::MouseMove, this,
              [this](const MouseArguments& mouse) { follow_pointer(mouse); });
@@ -323,7 +323,7 @@ void Form4::move_picker(const QPoint& step) {
         pointer_set_to_ = Picture1.mapToGlobal(picker_place_);
         QCursor::setPos(*pointer_set_to_);
     }
-    Picture1.act_as_moved_to(picker_place_);
+    Picture1.perform_move(picker_place_);
 }
 
 QPoint Form4::place_in_picture(const QPoint& place) const {

@@ -33,7 +33,7 @@ Form3::Form3(Form1& main_window)
 }
 
 void Form3::design() {
-    wear(elpanel1, "Extract Frame/s");
+    set_panel(elpanel1, "Extract Frame/s");
     elpanel1.SetCerrar(false);
     design_folder();
     design_format();

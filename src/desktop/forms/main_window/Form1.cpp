@@ -55,7 +55,7 @@ Form1::Form1()
 // Layout.
 
 void Form1::design() {
-    wear(elpanel1, application_title);
+    set_panel(elpanel1, application_title);
     design_files();
     design_frames();
     design_picture();

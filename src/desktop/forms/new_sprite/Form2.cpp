@@ -33,7 +33,7 @@ Form2::Form2(Form1& main_window)
 }
 
 void Form2::design() {
-    wear(elpanel1, "New Sprite");
+    set_panel(elpanel1, "New Sprite");
     elpanel1.SetCerrar(false);
     constexpr int field_left = 55;
     constexpr int field_width = 235 - design::margin - field_left;

@@ -38,7 +38,7 @@ Form7::Form7(Form1& main_window)
 }
 
 void Form7::design() {
-    wear(elpanel1, "Animation Preview");
+    set_panel(elpanel1, "Animation Preview");
     picture_clip.setGeometry(13, 37, 256, 256);
     Picture1.move(0, 0);
     Picture1.setAccessibleName("Animation");
