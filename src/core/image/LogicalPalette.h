@@ -34,6 +34,9 @@ class LogicalPalette {
     /// the lowest of equally near ones.
     std::int32_t GetNearestPaletteIndex(Colour colour) const;
 
+    // Interface: not used by the editor itself.
+
+    /// The number of valid entries.
     std::int32_t size() const { return count_; }
 
   private:

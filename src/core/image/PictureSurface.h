@@ -107,15 +107,17 @@ class PictureSurface {
     /// A copy of the pixels.
     Picture Image() const;
 
-    /// The picture of the last SetPicture.
-    const Picture& picture() const { return picture_; }
-
     /// Clears the surface and draws a picture at the top left in its own size. With AutoSize, first resizes
     /// the surface to the picture. An empty picture only clears.
     void SetPicture(const Picture& picture);
 
     /// Called by Refresh and after every resize. The widget that shows the surface sets it.
     std::function<void()> on_change;
+
+    // Interface: not used by the editor itself.
+
+    /// The picture of the last SetPicture.
+    const Picture& picture() const { return picture_; }
 
   private:
     std::int16_t container_mode() const { return parent_ == nullptr ? ScaleTwips : parent_->ScaleMode; }

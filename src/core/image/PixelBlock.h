@@ -38,18 +38,6 @@ class PixelBlock {
 
     std::int32_t height() const { return height_; }
 
-    /// One element; SubscriptOutOfRange outside the bounds.
-    std::uint8_t at(std::int32_t channel, std::int32_t x, std::int32_t y) const {
-        check_subscript(channel, channels_);
-        return pixel(x, y)[static_cast<std::size_t>(channel)];
-    }
-
-    /// The channels of one pixel; SubscriptOutOfRange outside the bounds.
-    std::span<const std::uint8_t> pixel(std::int32_t x, std::int32_t y) const {
-        check_subscript(x, width_);
-        return row(y).subspan(static_cast<std::size_t>(x) * pixel_bytes(), pixel_bytes());
-    }
-
     /// All width() * channels() bytes of row y; SubscriptOutOfRange outside the bounds.
     std::span<const std::uint8_t> row(std::int32_t y) const {
         check_subscript(y, height_);
@@ -66,6 +54,20 @@ class PixelBlock {
     std::span<const std::uint8_t> bytes() const { return bytes_.bytes(); }
 
     std::span<std::uint8_t> bytes() { return bytes_.bytes(); }
+
+    // Interface: not used by the editor itself.
+
+    /// One element; SubscriptOutOfRange outside the bounds.
+    std::uint8_t at(std::int32_t channel, std::int32_t x, std::int32_t y) const {
+        check_subscript(channel, channels_);
+        return pixel(x, y)[static_cast<std::size_t>(channel)];
+    }
+
+    /// The channels of one pixel; SubscriptOutOfRange outside the bounds.
+    std::span<const std::uint8_t> pixel(std::int32_t x, std::int32_t y) const {
+        check_subscript(x, width_);
+        return row(y).subspan(static_cast<std::size_t>(x) * pixel_bytes(), pixel_bytes());
+    }
 
   private:
     std::size_t pixel_bytes() const { return static_cast<std::size_t>(channels_); }

@@ -21,6 +21,12 @@ class ProcessPicture1 {
   public:
     ProcessPicture1();
 
+    /// Whether the picture has more than 256 colours. Fills the list as Make_Pal_From_Pic does, then counts
+    /// every pixel whose colour is not listed. Yields at each row.
+    bool is_more_than_256(const PictureSurface& picture);
+
+    // Interface: not used by the editor itself.
+
     /// Copies all 256 entries to `donde`. SubscriptOutOfRange when it is too short, after it has been filled.
     void get_palette(std::span<Colour> donde) const;
 
@@ -42,10 +48,6 @@ class ProcessPicture1 {
     /// Lists the picture's colours in order of first appearance, up to 256. Entries that the scan does not
     /// reach keep their contents, and the entry about to be filled counts as listed.
     bool Make_Pal_From_Pic(const PictureSurface& picture);
-
-    /// Whether the picture has more than 256 colours. Fills the list as Make_Pal_From_Pic does, then counts
-    /// every pixel whose colour is not listed. Yields at each row.
-    bool is_more_than_256(const PictureSurface& picture);
 
     /// Whether all pixels have three equal channels. Yields at each row.
     bool is_greyscale(const PictureSurface& picture);

@@ -31,21 +31,9 @@ class cDIB {
     /// fields already computed.
     bool Create(std::int32_t NewWidth, std::int32_t NewHeight, std::int32_t Newbpp);
 
-    /// Copies a picture, at 32 bits or at its own depth with its colour table, and returns the picture's
-    /// depth. Returns 0 for an empty picture or one that is not a bitmap, which leave the object unchanged,
-    /// and when Create fails.
-    std::uint8_t CreateFromStdPicture(const Picture& Image, bool Force32bpp);
-
     /// Copies the top left NewWidth by NewHeight pixels of a context at 32 bits; missing pixels are black.
     /// The object is emptied first, so copying from its own context gives a black picture.
     bool CreateFromHdc(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight);
-
-    /// The same at 8 bits with the context's colour table.
-    bool CreateFromHdc8bpp(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight);
-
-    /// Makes the other object a copy of this one. Cloning an object to itself makes it black.
-    /// SubscriptOutOfRange when there is no memory for the copy; the other object is then empty.
-    void CloneTo(cDIB& oDIB) const;
 
     /// Writes a BMP file, replacing an existing one; does nothing when empty. Overflow when the length of the
     /// file does not fit 32 bits; otherwise the failures of files. A read-only file is not replaced.
@@ -53,11 +41,6 @@ class cDIB {
 
     /// Empties the object. The header keeps its last values.
     void Destroy();
-
-    /// Copies a rectangle of a context to the same position. A width or height below 1 means this object's
-    /// own. Returns 1, or 0 when either has no picture.
-    std::int32_t LoadBlt(const DrawingContext& hSrcDC, std::int32_t x = 0, std::int32_t y = 0,
-                         std::int32_t nWidth = 0, std::int32_t nHeight = 0);
 
     /// Copies a rectangle of this picture to a rectangle of a context by nearest neighbour. A source width or
     /// height below 1 means the whole; a negative destination size mirrors. Returns 1, or 0 when either has
@@ -67,26 +50,12 @@ class cDIB {
                          std::int32_t nSrcWidth = 0, std::int32_t nSrcHeight = 0,
                          std::uint32_t lROP = SRCCOPY) const;
 
-    /// Fills the picture with a colour, plain or a system-colour reference.
-    void Cls(Colour BackColor);
-
     /// Sets the first entries of the colour table, four bytes each; an incomplete last entry is dropped. Does
     /// nothing above 8 bits.
     void SetPalette(std::span<const std::uint8_t> Palette);
 
-    /// Gets the whole colour table, four bytes per entry. Above 8 bits or empty, `Palette` is unchanged.
-    void GetPalette(std::vector<std::uint8_t>& Palette) const;
-
-    /// Changes the size; the picture is stretched or keeps its size in the top left corner as displayed. An
-    /// invalid size empties the object.
-    void Resize(std::int32_t NewWidth, std::int32_t NewHeight, bool StretchDIB);
-
-    /// Fits the picture into a box of DstW by DstH: centred, in its proportions, enlarged only with
-    /// StretchFit. A side may round to 0. Overflow beyond 32 bits. Does nothing when empty.
-    void GetBestFitInfo(std::int32_t DstW, std::int32_t DstH, std::int32_t& bfx, std::int32_t& bfy,
-                        std::int32_t& bfW, std::int32_t& bfH, bool StretchFit) const;
-
-    /// The same for a picture of Width by Height, which must not be 0.
+    /// Fits a picture of Width by Height, which must not be 0, into a box of DstW by DstH: centred, in its
+    /// proportions, enlarged only with StretchFit. A side may round to 0. Overflow beyond 32 bits.
     static Rectangle BestFit(std::int32_t Width, std::int32_t Height, std::int32_t DstW, std::int32_t DstH,
                              bool StretchFit);
 
@@ -110,8 +79,41 @@ class cDIB {
     /// Bytes per row, including padding.
     std::int32_t BytesPerScanline() const { return bytes_per_scanline_; }
 
+    // Interface: not used by the editor itself.
+
+    /// Copies a rectangle of a context to the same position. A width or height below 1 means this object's
+    /// own. Returns 1, or 0 when either has no picture.
+    std::int32_t LoadBlt(const DrawingContext& hSrcDC, std::int32_t x = 0, std::int32_t y = 0,
+                         std::int32_t nWidth = 0, std::int32_t nHeight = 0);
+
+    /// Fills the picture with a colour, plain or a system-colour reference.
+    void Cls(Colour BackColor);
+
     /// The number of bytes of all rows.
     std::int32_t Size() const { return size_; }
+
+    /// Copies a picture, at 32 bits or at its own depth with its colour table, and returns the picture's
+    /// depth. Returns 0 for an empty picture or one that is not a bitmap, which leave the object unchanged,
+    /// and when Create fails.
+    std::uint8_t CreateFromStdPicture(const Picture& Image, bool Force32bpp);
+
+    /// CreateFromHdc at 8 bits, with the context's colour table.
+    bool CreateFromHdc8bpp(DrawingContext& Image, std::int32_t NewWidth, std::int32_t NewHeight);
+
+    /// Makes the other object a copy of this one. Cloning an object to itself makes it black.
+    /// SubscriptOutOfRange when there is no memory for the copy; the other object is then empty.
+    void CloneTo(cDIB& oDIB) const;
+
+    /// Gets the whole colour table, four bytes per entry. Above 8 bits or empty, `Palette` is unchanged.
+    void GetPalette(std::vector<std::uint8_t>& Palette) const;
+
+    /// Changes the size; the picture is stretched or keeps its size in the top left corner as displayed. An
+    /// invalid size empties the object.
+    void Resize(std::int32_t NewWidth, std::int32_t NewHeight, bool StretchDIB);
+
+    /// BestFit for this picture. Does nothing when empty.
+    void GetBestFitInfo(std::int32_t DstW, std::int32_t DstH, std::int32_t& bfx, std::int32_t& bfy,
+                        std::int32_t& bfW, std::int32_t& bfH, bool StretchFit) const;
 
     const BITMAPINFOHEADER& bmiHeader() const { return header_; }
 

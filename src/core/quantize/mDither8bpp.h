@@ -75,6 +75,8 @@ class mDither8bpp {
     /// the palette has no platform palette.
     void BuildColorLookup(const cPal8bpp& palette);
 
+    // Interface: not used by the editor itself.
+
     /// The whole lookup, in the order of LevelLookup. All zero before BuildColorLookup.
     std::array<std::uint8_t, LevelLookup::size> ColorLookup();
 

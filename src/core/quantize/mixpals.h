@@ -48,9 +48,6 @@ void InitColorTable();
 /// first InitColorTable.
 bool AddPictureColors(PictureSurface& surface);
 
-/// Whether one of the table's entries 0 to `limit`, inclusive, is the colour.
-bool SeekColorInTable(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit);
-
 /// Draws the table on the surface, one pixel per colour. The surface becomes 512 pixels wide and as high as
 /// the colours need. SubscriptOutOfRange before the first InitColorTable.
 void DrawColorTable(PictureSurface& surface);
@@ -58,9 +55,6 @@ void DrawColorTable(PictureSurface& surface);
 /// Copies the sheet's distinct colours, in the order of their first appearance, to ImportPalette and makes
 /// the lookup palette from it. SubscriptOutOfRange for a 257th colour.
 void FinalizePalette(PictureSurface& surface);
-
-/// Whether one of ImportPalette's entries 0 to `limit`, inclusive, is the colour.
-bool SeekColorInPalette(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit);
 
 /// Intended to move the transparent colour to entry 255; the definition says what it does instead.
 void SwapTransparent(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
@@ -75,14 +69,22 @@ void ReadMixBits(const PictureSurface& surface);
 /// Makes the lookup palette from all 256 entries of ImportPalette.
 void MakeLookupPalette();
 
-/// The index of the entry of the lookup palette that is nearest to the colour. Overflow when there is no
-/// lookup palette yet.
-std::int16_t nearest_index(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
-
 /// Finds nearest_index for each pixel. A pixel has `pixel_bytes` bytes, which begin with blue, green, red.
 /// `pixels` must contain as many pixels as `indices` has elements; of the last one, the three colour bytes
 /// are enough unless pixels have 4 bytes.
 void nearest_indices(std::span<const std::uint8_t> pixels, std::size_t pixel_bytes,
                      std::span<std::uint8_t> indices);
+
+// Interface: not used by the editor itself.
+
+/// Whether one of the table's entries 0 to `limit`, inclusive, is the colour.
+bool SeekColorInTable(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit);
+
+/// Whether one of ImportPalette's entries 0 to `limit`, inclusive, is the colour.
+bool SeekColorInPalette(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::int32_t limit);
+
+/// The index of the entry of the lookup palette that is nearest to the colour. Overflow when there is no
+/// lookup palette yet.
+std::int16_t nearest_index(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
 
 } // namespace varnoth::mixpals

@@ -64,15 +64,22 @@ class elcombo final : public SkinnedControl {
     /// Appends an item.
     void AddItem(const QString& item);
 
-    /// Does nothing if there is no such item.
-    void RemoveItem(std::int16_t donde);
-
     /// Selects an item and raises Click. Does nothing if there is no such item.
     void SetListIndex(std::int16_t donde);
 
     /// The index of the selected item, or -1.
     std::int16_t GetListIndex() const;
     std::int16_t ListCount() const;
+
+    /// Names the list for screen readers. The control itself stays unnamed, so that the name is spoken once.
+    void setAccessibleName(const QString& name);
+
+    DropDownList& Combo1() { return combo1_; }
+
+    // Interface: not used by the editor itself.
+
+    /// Does nothing if there is no such item.
+    void RemoveItem(std::int16_t donde);
 
     /// The text of an item. Fails with SubscriptOutOfRange if there is no such item.
     void SetList(std::int16_t donde, const QString& item);
@@ -81,11 +88,6 @@ class elcombo final : public SkinnedControl {
     /// Gives the arrow its hover colour.
     void set_over_state();
     void set_normal_state();
-
-    /// Names the list for screen readers. The control itself stays unnamed, so that the name is spoken once.
-    void setAccessibleName(const QString& name);
-
-    DropDownList& Combo1() { return combo1_; }
 
   signals:
     /// An item was selected, by the user or by SetListIndex.

@@ -51,6 +51,15 @@ class elpanel final : public SkinnedControl {
 
     void SetCerrar(bool visible);
 
+    /// Also blends the background into the close button, which, unlike the panel, is not cleared first.
+    void obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
+                              std::int16_t cantidad) override;
+
+    /// Clicks the close button.
+    void perform_click() override;
+
+    // Interface: not used by the editor itself.
+
     /// Copies the icon from the 16 by 16 pixels at the top left of the context.
     void set_icon(const DrawingContext& context);
 
@@ -58,13 +67,6 @@ class elpanel final : public SkinnedControl {
 
     /// Fills the panel with a copy of the context, starting at its top left. Always returns 0.
     std::int32_t set_the_hdc(const DrawingContext& context);
-
-    /// Also blends the background into the close button, which, unlike the panel, is not cleared first.
-    void obtener_imagen_fondo(const DrawingContext& origen, std::int32_t x, std::int32_t y,
-                              std::int16_t cantidad) override;
-
-    /// Clicks the close button.
-    void perform_click() override;
 
   signals:
     /// Raised by the surface and the title.

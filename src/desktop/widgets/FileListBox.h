@@ -19,8 +19,6 @@ class FileListBox : public ListBox {
     /// Lists another folder. A folder that cannot be read is listed as empty.
     void SetPath(const std::string& path);
 
-    const QString& Pattern() const { return pattern_; }
-
     /// A star and an extension, such as "*.bmp". Case is ignored.
     void SetPattern(const QString& pattern);
 

@@ -48,7 +48,6 @@ TEST(FileListBox, ListsTheFilesThatMatchThePattern) {
     FileListBox list("File1", nullptr);
     int clicks = 0;
     on_event(&list, &ListBox::Click, &list, [&] { ++clicks; });
-    EXPECT_EQ(list.Pattern(), "*.bmp");
     list.SetPath(folder.path());
     EXPECT_EQ(lines_of(list), (std::vector<std::string>{"b2.BMP", "b10.bmp", "ü.bmp"}));
     list.SetPattern("*.jpg");

@@ -56,6 +56,8 @@ class CheckableControl : public SkinnedControl {
     virtual bool Value() const = 0;
     void SetValue(bool value);
 
+    // Interface: not used by the editor itself.
+
     /// Enters the hover state. Has no effect on a checked control.
     void set_over_state();
 

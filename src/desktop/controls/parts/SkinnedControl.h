@@ -79,12 +79,14 @@ class SkinnedControl : public QWidget {
 
     // Storing.
 
-    /// Writes the properties in the control's order of saving.
-    void WriteProperties(PropertyBag& bag) const;
-
     /// Loads the properties from a bag; missing ones get their fallback. Does not notify the host. Fails as
     /// setProperty does, and then keeps the properties loaded so far.
     void ReadProperties(const PropertyBag& bag);
+
+    // Interface: not used by the editor itself.
+
+    /// Writes the properties in the control's order of saving.
+    void WriteProperties(PropertyBag& bag) const;
 
     // Geometry in pixels.
 
