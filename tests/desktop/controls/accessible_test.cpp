@@ -5,6 +5,7 @@
 #include <QAccessible>
 
 #include "core/base/RunTimeFailure.h"
+#include "desktop/AccessibleEvents.h"
 #include "desktop/controls/elboton.h"
 #include "desktop/controls/elcheck.h"
 #include "desktop/controls/elcombo.h"
@@ -79,27 +80,45 @@ TEST(Accessible, PressActionClicksAButton) {
     EXPECT_TRUE(interface_of(button).state().disabled);
 }
 
-TEST(Accessible, ToggleActionClicksACheckBoxAndItsStateIsReported) {
-    elcheck check("c", nullptr);
+template <typename Control>
+void expect_checked_by(const QString& action) {
+    Control control("c", nullptr);
     int clicks = 0;
-    on_event(&check, &elcheck::Click, &check, [&] { ++clicks; });
-    EXPECT_TRUE(interface_of(check).state().checkable);
-    EXPECT_FALSE(interface_of(check).state().checked);
-    act(check, QAccessibleActionInterface::toggleAction());
-    EXPECT_TRUE(check.Value());
-    EXPECT_TRUE(interface_of(check).state().checked);
+    on_event(&control, &Control::Click, &control, [&] { ++clicks; });
+    EXPECT_TRUE(interface_of(control).state().checkable);
+    EXPECT_FALSE(interface_of(control).state().checked);
+    act(control, action);
+    EXPECT_TRUE(control.Value());
+    EXPECT_TRUE(interface_of(control).state().checked);
     EXPECT_EQ(clicks, 1);
 }
 
+TEST(Accessible, ToggleActionClicksACheckBoxAndItsStateIsReported) {
+    expect_checked_by<elcheck>(QAccessibleActionInterface::toggleAction());
+}
+
 TEST(Accessible, PressActionClicksARadioButtonAndItsStateIsReported) {
-    elradio radio("r", nullptr);
-    int clicks = 0;
-    on_event(&radio, &elradio::Click, &radio, [&] { ++clicks; });
-    EXPECT_FALSE(interface_of(radio).state().checked);
-    act(radio, QAccessibleActionInterface::pressAction());
-    EXPECT_TRUE(interface_of(radio).state().checked);
-    EXPECT_TRUE(interface_of(radio).state().checkable);
-    EXPECT_EQ(clicks, 1);
+    expect_checked_by<elradio>(QAccessibleActionInterface::pressAction());
+}
+
+TEST(Accessible, ClickOnACheckBoxIsAnnounced) {
+    test::Shown<elcheck> check(80);
+    const test::AccessibleEvents events;
+    check.click({6, 8});
+    ASSERT_TRUE(check->Value());
+    EXPECT_EQ(events.count(QAccessible::StateChanged, check.control), 1);
+    EXPECT_TRUE(events.checked_changed(check.control));
+}
+
+TEST(Accessible, SettingValueIsAnnounced) {
+    test::Shown<elcheck> check(80);
+    test::Shown<elradio> radio(80);
+    const test::AccessibleEvents events;
+    check->SetValue(true);
+    radio->SetValue(true);
+    EXPECT_EQ(events.count(QAccessible::StateChanged, check.control), 1);
+    EXPECT_EQ(events.count(QAccessible::StateChanged, radio.control), 1);
+    EXPECT_TRUE(events.checked_changed(check.control) && events.checked_changed(radio.control));
 }
 
 TEST(Accessible, FailureInAHandlerStopsAtTheExceptionBarrier) {
@@ -147,24 +166,27 @@ TEST(Accessible, ProgressBarReportsItsValueAsReadOnly) {
     EXPECT_EQ(value->currentValue().toInt(), 7);
     EXPECT_EQ(value->minimumValue().toInt(), 2);
     EXPECT_EQ(value->maximumValue().toInt(), 40);
+    EXPECT_EQ(value->minimumStepSize(), 1);
     value->setCurrentValue(9);
     EXPECT_EQ(progress.Value(), 7);
     EXPECT_TRUE(interface_of(progress).state().readOnly);
 }
 
+template <typename Control>
+void expect_inner_widget_named(QWidget& (*inner_of)(Control&), QAccessible::Role role) {
+    Control control("c", nullptr);
+    control.setAccessibleName("Width");
+    EXPECT_EQ(inner_of(control).accessibleName(), "Width");
+    EXPECT_EQ(interface_of(control).text(QAccessible::Name), "");
+    EXPECT_EQ(interface_of(control).role(), QAccessible::Client);
+    EXPECT_EQ(interface_of(inner_of(control)).role(), role);
+}
+
 TEST(Accessible, NameOfAFieldIsSetOnItsInnerWidget) {
-    eltexto text("t", nullptr);
-    text.setAccessibleName("Width");
-    EXPECT_EQ(text.Text1().accessibleName(), "Width");
-    EXPECT_EQ(interface_of(text).text(QAccessible::Name), "");
-    EXPECT_EQ(interface_of(text).role(), QAccessible::Client);
-    EXPECT_EQ(interface_of(text.Text1()).role(), QAccessible::EditableText);
-    elcombo combo("c", nullptr);
-    combo.setAccessibleName("Type");
-    EXPECT_EQ(combo.Combo1().accessibleName(), "Type");
-    EXPECT_EQ(interface_of(combo).text(QAccessible::Name), "");
-    EXPECT_EQ(interface_of(combo).role(), QAccessible::Client);
-    EXPECT_EQ(interface_of(combo.Combo1()).role(), QAccessible::ComboBox);
+    expect_inner_widget_named<eltexto>([](eltexto& text) -> QWidget& { return text.Text1(); },
+                                       QAccessible::EditableText);
+    expect_inner_widget_named<elcombo>([](elcombo& combo) -> QWidget& { return combo.Combo1(); },
+                                       QAccessible::ComboBox);
 }
 
 } // namespace

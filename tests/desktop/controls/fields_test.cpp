@@ -1,9 +1,10 @@
 // Text box, combo box and label.
-#include <array>
-#include <cmath>
+#include <utility>
 #include <vector>
 
 #include <QAbstractItemView>
+#include <QKeyEvent>
+#include <QWindow>
 
 #include "desktop/controls/elcombo.h"
 #include "desktop/controls/ellabel.h"
@@ -12,49 +13,19 @@
 #include "desktop/theme/theme.h"
 #include "desktop/widgets/fast_pair.h"
 #include "support/expect_failure.h"
-#include "support/pictures.h"
 
 namespace varnoth {
 namespace {
 
 using test::colour_at;
 using test::count_of;
+using test::light;
 using test::picture_of;
-using test::record;
-using test::Shown;
-
-constexpr Colour light = 0x95AAA0;
-constexpr Colour dark = 0x222E28;
-
-// Dark at the top and left, light at the right and bottom; for a control 20 pixels high.
-void expect_sunken_edges(SkinnedControl& control) {
-    const int width = control.width();
-    for (const int scale : {1, 2}) {
-        const QImage picture = picture_of(control, scale);
-        EXPECT_EQ(count_of(picture, dark, QRect(0, 0, (width - 1) * scale, scale)),
-                  (width - 1) * scale * scale);
-        EXPECT_EQ(count_of(picture, dark, QRect(0, 0, scale, 20 * scale)), 20 * scale * scale);
-        EXPECT_EQ(count_of(picture, light, QRect((width - 1) * scale, 0, scale, 20 * scale)),
-                  20 * scale * scale);
-        EXPECT_EQ(count_of(picture, light, QRect(scale, 19 * scale, (width - 1) * scale, scale)),
-                  (width - 1) * scale * scale);
-    }
-    EXPECT_EQ(control.part<LinePart>("lineA(0)").BorderColor, dark);
-    EXPECT_EQ(control.part<LinePart>("lineA(1)").BorderColor, dark);
-    EXPECT_EQ(control.part<LinePart>("lineB(0)").BorderColor, light);
-    EXPECT_EQ(control.part<LinePart>("lineB(1)").BorderColor, light);
-    EXPECT_EQ(control.part<LinePart>("lineB(0)").X2, width - 1);
-    EXPECT_EQ(control.part<LinePart>("lineB(1)").X2, width);
-}
 
 // The text box.
 
-struct TextBox : Shown<eltexto> {
-    QStringList log;
-
-    explicit TextBox(int width = 100) : Shown(width) {
-        control.SetColor3DDark(dark);
-        record(control, log);
+struct TextBox : test::Recorded<eltexto> {
+    TextBox() : Recorded(100) {
         const auto key = [this](const char* name) {
             return [this, name](std::int16_t number, std::int16_t shift) {
                 log.append(QString("%1 %2 %3").arg(QLatin1String(name)).arg(number).arg(shift));
@@ -65,6 +36,20 @@ struct TextBox : Shown<eltexto> {
         QObject::connect(&control, &eltexto::KeyPress, &control, [this](std::int16_t character) {
             log.append(QString("KeyPress %1 '%2'").arg(character).arg(control.Text()));
         });
+        control.SetText("");
+    }
+
+    QLineEdit& field() { return control.Text1(); }
+
+    /// The key number that KeyDown and KeyUp report; -1 if they differ.
+    int key_number(int key, Qt::KeyboardModifiers modifiers = {}) {
+        log.clear();
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, modifiers);
+            QCoreApplication::sendEvent(&field(), &event);
+        }
+        const QString down = log.value(0).section(' ', 1, 1);
+        return log.size() == 2 && down == log.value(1).section(' ', 1, 1) ? down.toInt() : -1;
     }
 };
 
@@ -90,15 +75,7 @@ TEST(Eltexto, FieldDoesNotMoveWithoutANewSize) {
 
 TEST(Eltexto, FieldHasMovedUpOnceWhenFirstShown) {
     TextBox text;
-    EXPECT_EQ(text->Text1().y(), 2);
-    EXPECT_EQ(text->Height(), 300);
-}
-
-TEST(Eltexto, HasSunkenEdges) {
-    TextBox text;
-    expect_sunken_edges(text.control);
-    EXPECT_EQ(colour_at(text.control, 2, 10), theme::field_background);
-    EXPECT_EQ(colour_at(text.control, 50, 18), theme::field_background);
+    EXPECT_EQ(text.field().y(), 2);
 }
 
 TEST(Eltexto, ColoursApplyToTheField) {
@@ -110,130 +87,124 @@ TEST(Eltexto, ColoursApplyToTheField) {
     EXPECT_EQ(colour_at(picture, 2, 10), 0x102030);
     EXPECT_EQ(colour_at(picture, 90, 10), 0x102030);
     EXPECT_GT(count_of(picture, 0x00FFFF), 0);
-    text.window.setEnabled(false);
-    EXPECT_EQ(picture_of(text.control), picture);
 }
 
 TEST(Eltexto, KeyEventsAreRaisedBeforeTheFieldHandlesTheKey) {
     TextBox text;
-    text->SetText("");
-    QTest::sendKeyEvent(QTest::Press, &text->Text1(), Qt::Key_A, QString("A"), Qt::ShiftModifier);
+    QTest::sendKeyEvent(QTest::Press, &text.field(), Qt::Key_A, QString("A"), Qt::ShiftModifier);
     EXPECT_EQ(text.log, (QStringList{"KeyDown 16 1", "KeyDown 65 1", "KeyPress 65 ''"}));
     EXPECT_EQ(text->Text(), "A");
-    QTest::keyRelease(&text->Text1(), Qt::Key_A);
+    QTest::keyRelease(&text.field(), Qt::Key_A);
     EXPECT_EQ(text.log.last(), "KeyUp 65 0");
 }
 
 TEST(Eltexto, KeysWithoutACharacterRaiseNoKeyPress) {
     TextBox text;
-    text->SetText("");
-    QTest::keyClick(&text->Text1(), Qt::Key_Left, Qt::ControlModifier);
-    QTest::keyClick(&text->Text1(), Qt::Key_Delete);
-    QTest::keyClick(&text->Text1(), Qt::Key_F5);
+    QTest::keyClick(&text.field(), Qt::Key_Left, Qt::ControlModifier);
+    QTest::keyClick(&text.field(), Qt::Key_Delete);
     EXPECT_EQ(text.log, (QStringList{"KeyDown 17 2", "KeyDown 37 2", "KeyUp 37 2", "KeyUp 17 0",
-                                     "KeyDown 46 0", "KeyUp 46 0", "KeyDown 116 0", "KeyUp 116 0"}));
+                                     "KeyDown 46 0", "KeyUp 46 0"}));
 }
 
 TEST(Eltexto, ControlKeysWithACharacterRaiseKeyPress) {
     TextBox text;
-    text->SetText("");
-    QTest::keyPress(&text->Text1(), Qt::Key_Return);
-    QTest::keyPress(&text->Text1(), Qt::Key_Backspace);
+    QTest::keyPress(&text.field(), Qt::Key_Return);
+    QTest::keyPress(&text.field(), Qt::Key_Backspace);
     EXPECT_EQ(text.log, (QStringList{"KeyDown 13 0", "KeyPress 13 ''", "KeyDown 8 0", "KeyPress 8 ''"}));
 }
 
-TEST(Eltexto, KeypadDigitsHaveTheirOwnNumbers) {
+TEST(Eltexto, LettersDigitsAndFunctionKeysAreNumberedInOrder) {
     TextBox text;
-    text->SetText("");
-    QTest::keyPress(&text->Text1(), Qt::Key_7);
-    QTest::keyPress(&text->Text1(), Qt::Key_7, Qt::KeypadModifier);
-    EXPECT_EQ(text.log.value(0), "KeyDown 55 0");
-    EXPECT_EQ(text.log.value(2), "KeyDown 103 0");
-}
-
-// The key number that KeyDown and KeyUp report; 0 if they differ.
-int key_code(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    eltexto text("t", nullptr);
-    std::vector<int> codes;
-    const auto note = [&codes](std::int16_t code, std::int16_t) { codes.push_back(code); };
-    QObject::connect(&text, &eltexto::KeyDown, &text, note);
-    QObject::connect(&text, &eltexto::KeyUp, &text, note);
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(type, key, modifiers);
-        QCoreApplication::sendEvent(&text.Text1(), &event);
+    for (int i = 0; i < 26; ++i) {
+        EXPECT_EQ(text.key_number(Qt::Key_A + i), 'A' + i);
+        EXPECT_EQ(text.key_number(Qt::Key_A + i, Qt::ShiftModifier), 'A' + i);
     }
-    return codes.size() == 2 && codes[0] == codes[1] ? codes[0] : 0;
-}
-
-TEST(Eltexto, DigitKeyKeepsItsNumberWithShift) {
-    const std::array shifted{Qt::Key_ParenRight, Qt::Key_Exclam,   Qt::Key_At,          Qt::Key_NumberSign,
-                             Qt::Key_Dollar,     Qt::Key_Percent,  Qt::Key_AsciiCircum, Qt::Key_Ampersand,
-                             Qt::Key_Asterisk,   Qt::Key_ParenLeft};
-    for (int digit = 0; digit <= 9; ++digit) {
-        EXPECT_EQ(key_code(static_cast<Qt::Key>(Qt::Key_0 + digit)), '0' + digit);
-        EXPECT_EQ(key_code(shifted.at(static_cast<std::size_t>(digit)), Qt::ShiftModifier), '0' + digit);
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(text.key_number(Qt::Key_0 + i), '0' + i);
+        EXPECT_EQ(text.key_number(Qt::Key_0 + i, Qt::KeypadModifier), 96 + i);
+    }
+    for (int i = 0; i < 16; ++i) {
+        EXPECT_EQ(text.key_number(Qt::Key_F1 + i), 112 + i);
     }
 }
 
-TEST(Eltexto, LetterKeyHasTheNumberOfItsCapital) {
-    for (int letter = 'A'; letter <= 'Z'; ++letter) {
-        EXPECT_EQ(key_code(static_cast<Qt::Key>(letter)), letter);
-        EXPECT_EQ(key_code(static_cast<Qt::Key>(letter), Qt::ShiftModifier), letter);
+TEST(Eltexto, OtherKeysHaveTheirOwnNumbers) {
+    TextBox text;
+    const std::vector<std::pair<Qt::Key, int>> expected{
+        {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},       {Qt::Key_Backtab, 9},   {Qt::Key_Return, 13},
+        {Qt::Key_Enter, 13},    {Qt::Key_Shift, 16},    {Qt::Key_Control, 17},  {Qt::Key_Alt, 18},
+        {Qt::Key_Pause, 19},    {Qt::Key_CapsLock, 20}, {Qt::Key_Escape, 27},   {Qt::Key_Space, 32},
+        {Qt::Key_PageUp, 33},   {Qt::Key_PageDown, 34}, {Qt::Key_End, 35},      {Qt::Key_Home, 36},
+        {Qt::Key_Left, 37},     {Qt::Key_Up, 38},       {Qt::Key_Right, 39},    {Qt::Key_Down, 40},
+        {Qt::Key_Insert, 45},   {Qt::Key_Delete, 46},   {Qt::Key_NumLock, 144}, {Qt::Key_ScrollLock, 145},
+        {Qt::Key_MediaPlay, 0},
+    };
+    for (const auto& [key, number] : expected) {
+        EXPECT_EQ(text.key_number(key), number) << key;
     }
 }
 
-TEST(Eltexto, PunctuationKeyKeepsItsNumberWithShift) {
-    struct Punctuation {
-        Qt::Key plain;
+TEST(Eltexto, ShiftDoesNotChangeTheNumberOfADigitOrSignKey) {
+    struct SignKey {
+        int plain;
         Qt::Key shifted;
-        int code;
+        int number;
     };
 
-    for (const Punctuation& key :
-         {Punctuation{Qt::Key_Semicolon, Qt::Key_Colon, 186}, Punctuation{Qt::Key_Equal, Qt::Key_Plus, 187},
-          Punctuation{Qt::Key_Comma, Qt::Key_Less, 188}, Punctuation{Qt::Key_Minus, Qt::Key_Underscore, 189},
-          Punctuation{Qt::Key_Period, Qt::Key_Greater, 190},
-          Punctuation{Qt::Key_Slash, Qt::Key_Question, 191},
-          Punctuation{Qt::Key_QuoteLeft, Qt::Key_AsciiTilde, 192},
-          Punctuation{Qt::Key_BracketLeft, Qt::Key_BraceLeft, 219},
-          Punctuation{Qt::Key_Backslash, Qt::Key_Bar, 220},
-          Punctuation{Qt::Key_BracketRight, Qt::Key_BraceRight, 221},
-          Punctuation{Qt::Key_Apostrophe, Qt::Key_QuoteDbl, 222}}) {
-        EXPECT_EQ(key_code(key.plain), key.code);
-        EXPECT_EQ(key_code(key.shifted, Qt::ShiftModifier), key.code);
+    const std::vector<SignKey> keys{
+        {Qt::Key_0, Qt::Key_ParenRight, '0'},
+        {Qt::Key_1, Qt::Key_Exclam, '1'},
+        {Qt::Key_2, Qt::Key_At, '2'},
+        {Qt::Key_3, Qt::Key_NumberSign, '3'},
+        {Qt::Key_4, Qt::Key_Dollar, '4'},
+        {Qt::Key_5, Qt::Key_Percent, '5'},
+        {Qt::Key_6, Qt::Key_AsciiCircum, '6'},
+        {Qt::Key_7, Qt::Key_Ampersand, '7'},
+        {Qt::Key_8, Qt::Key_Asterisk, '8'},
+        {Qt::Key_9, Qt::Key_ParenLeft, '9'},
+        {Qt::Key_Semicolon, Qt::Key_Colon, 186},
+        {Qt::Key_Equal, Qt::Key_Plus, 187},
+        {Qt::Key_Comma, Qt::Key_Less, 188},
+        {Qt::Key_Minus, Qt::Key_Underscore, 189},
+        {Qt::Key_Period, Qt::Key_Greater, 190},
+        {Qt::Key_Slash, Qt::Key_Question, 191},
+        {Qt::Key_QuoteLeft, Qt::Key_AsciiTilde, 192},
+        {Qt::Key_BracketLeft, Qt::Key_BraceLeft, 219},
+        {Qt::Key_Backslash, Qt::Key_Bar, 220},
+        {Qt::Key_BracketRight, Qt::Key_BraceRight, 221},
+        {Qt::Key_Apostrophe, Qt::Key_QuoteDbl, 222},
+    };
+    TextBox text;
+    for (const SignKey& key : keys) {
+        EXPECT_EQ(text.key_number(key.plain), key.number);
+        EXPECT_EQ(text.key_number(key.shifted, Qt::ShiftModifier), key.number);
     }
 }
 
-TEST(Eltexto, KeypadSignsHaveTheirOwnNumbers) {
-    for (int digit = 0; digit <= 9; ++digit) {
-        EXPECT_EQ(key_code(static_cast<Qt::Key>(Qt::Key_0 + digit), Qt::KeypadModifier), 96 + digit);
+// Without Num Lock, the keys of the keypad have the numbers of the cursor keys.
+TEST(Eltexto, KeypadKeysHaveTheirOwnNumbers) {
+    TextBox text;
+    const std::vector<std::pair<Qt::Key, int>> expected{
+        {Qt::Key_Asterisk, 106}, {Qt::Key_Plus, 107},  {Qt::Key_Minus, 109},
+        {Qt::Key_Period, 110},   {Qt::Key_Slash, 111}, {Qt::Key_Enter, 13},
+        {Qt::Key_Home, 36},      {Qt::Key_Clear, 12},  {Qt::Key_Delete, 46},
+    };
+    for (const auto& [key, number] : expected) {
+        EXPECT_EQ(text.key_number(key, Qt::KeypadModifier), number) << key;
     }
-    EXPECT_EQ(key_code(Qt::Key_Asterisk, Qt::KeypadModifier), 106);
-    EXPECT_EQ(key_code(Qt::Key_Plus, Qt::KeypadModifier), 107);
-    EXPECT_EQ(key_code(Qt::Key_Minus, Qt::KeypadModifier), 109);
-    EXPECT_EQ(key_code(Qt::Key_Period, Qt::KeypadModifier), 110);
-    EXPECT_EQ(key_code(Qt::Key_Slash, Qt::KeypadModifier), 111);
-    EXPECT_EQ(key_code(Qt::Key_Enter, Qt::KeypadModifier), 13);
-}
-
-TEST(Eltexto, KeypadWithoutNumLockHasTheNumbersOfCursorKeys) {
-    EXPECT_EQ(key_code(Qt::Key_Home, Qt::KeypadModifier), 36);
-    EXPECT_EQ(key_code(Qt::Key_Clear, Qt::KeypadModifier), 12);
-    EXPECT_EQ(key_code(Qt::Key_Delete, Qt::KeypadModifier), 46);
 }
 
 TEST(Eltexto, CharacterBeyond16BitsBecomesAQuestionMark) {
     TextBox text;
-    text->SetText("");
     QKeyEvent event(QEvent::KeyPress, 0, Qt::NoModifier, QString(QChar(0x9999)));
-    QCoreApplication::sendEvent(&text->Text1(), &event);
+    QCoreApplication::sendEvent(&text.field(), &event);
     EXPECT_EQ(text.log, (QStringList{"KeyDown 0 0", "KeyPress 63 ''"}));
     EXPECT_EQ(text->Text(), QString(QChar(0x9999)));
 }
 
 TEST(Eltexto, MouseEventsOfTheFieldAreForwarded) {
     TextBox text;
-    QLineEdit& field = text->Text1();
+    QLineEdit& field = text.field();
     test::move(field, QPoint(5, 6));
     QTest::mouseClick(&field, Qt::LeftButton, Qt::AltModifier, QPoint(7, 8));
     EXPECT_EQ(text.log, (QStringList{"MouseMove 0 0 5,6", "MouseDown 1 4 7,8", "MouseUp 1 4 7,8", "Click"}));
@@ -241,79 +212,81 @@ TEST(Eltexto, MouseEventsOfTheFieldAreForwarded) {
     test::double_click(field, QPoint(9, 9));
     EXPECT_EQ(text.log, (QStringList{"MouseDown 1 0 9,9", "MouseUp 1 0 9,9", "Click", "MouseDown 1 0 9,9",
                                      "DblClick", "MouseUp 1 0 9,9"}));
-    text.log.clear();
-    QTest::mousePress(&field, Qt::LeftButton, {}, QPoint(7, 8));
-    QTest::mouseRelease(&field, Qt::LeftButton, {}, QPoint(7, 80));
-    EXPECT_EQ(text.log.last(), "MouseUp 1 0 7,80");
-    QTest::mousePress(&field, Qt::LeftButton, {}, QPoint(7, 8));
-    QTest::mouseRelease(&field, Qt::LeftButton, {}, QPoint(field.width(), 8));
-    EXPECT_EQ(text.log.last(), QString("MouseUp 1 0 %1,8").arg(field.width()));
+}
+
+TEST(Eltexto, ReleaseOutsideTheFieldIsNoClick) {
+    TextBox text;
+    for (const QPoint outside : {QPoint(7, 80), QPoint(text.field().width(), 8)}) {
+        QTest::mousePress(&text.field(), Qt::LeftButton, {}, QPoint(7, 8));
+        QTest::mouseRelease(&text.field(), Qt::LeftButton, {}, outside);
+        EXPECT_EQ(text.log.last(), QString("MouseUp 1 0 %1,%2").arg(outside.x()).arg(outside.y()));
+    }
+}
+
+TEST(Eltexto, FirstReleaseWithoutAPressIsNoClick) {
+    TextBox text;
+    QTest::mousePress(&text.field(), Qt::RightButton, {}, QPoint(7, 8));
+    QTest::mouseRelease(&text.field(), Qt::LeftButton, {}, QPoint(7, 8));
+    QTest::mouseRelease(&text.field(), Qt::RightButton, {}, QPoint(7, 8));
+    EXPECT_FALSE(text.log.contains("Click"));
+}
+
+TEST(Eltexto, MoveWithoutButtonsIsForwarded) {
+    TextBox text;
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&text.window));
+    QTest::mouseMove(text.window.windowHandle(), {40, 30});
+    QTest::mouseMove(text.window.windowHandle(), {50, 30});
+    EXPECT_TRUE(text.log.value(0).startsWith("MouseMove"));
 }
 
 TEST(Eltexto, FourthAndFifthMouseButtonsRaiseNoEvents) {
     TextBox text;
     for (const Qt::MouseButton other : {Qt::BackButton, Qt::ForwardButton}) {
-        test::fast_pair(&text->Text1(), other, {}, {7, 8});
+        test::fast_pair(&text.field(), other, {}, {7, 8});
     }
     EXPECT_TRUE(text.log.isEmpty());
 }
 
 TEST(Eltexto, MouseEventsBesideTheFieldAreNotForwarded) {
     TextBox text;
-    QTest::mouseClick(&text.control, Qt::LeftButton, {}, QPoint(1, 10));
+    text.click(QPoint(1, 10));
     EXPECT_TRUE(text.log.isEmpty());
 }
 
 TEST(Eltexto, MaxCharsLimitsTheInput) {
     TextBox text;
-    EXPECT_EQ(text->MaxChars(), 0);
-    text->SetText("");
     text->SetMaxChars(3);
-    QTest::keyClicks(&text->Text1(), "12345");
+    QTest::keyClicks(&text.field(), "12345");
     EXPECT_EQ(text->Text(), "123");
     text->SetMaxChars(0);
-    QTest::keyClicks(&text->Text1(), "45");
+    QTest::keyClicks(&text.field(), "45");
     EXPECT_EQ(text->Text(), "12345");
     EXPECT_FAILURE(text->SetMaxChars(-1), InvalidPropertyValue);
 }
 
-TEST(Eltexto, ObtainedBackgroundLeavesOutTheEdge) {
-    TextBox text;
-    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
-    text->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
-    const Bitmap& pixels = *text->get_the_hdc().bitmap();
-    EXPECT_EQ(pixels.pixel(0, 0), theme::field_background);
-    EXPECT_EQ(pixels.pixel(1, 1), 0xFFFFFF);
-    EXPECT_EQ(pixels.pixel(98, 18), 0xFFFFFF);
-    EXPECT_EQ(pixels.pixel(99, 18), theme::field_background);
-}
-
 // The combo box.
 
-struct Combo : Shown<elcombo> {
-    QStringList log;
-
-    explicit Combo(const QString& items = "one\ntwo\nthree", int width = 120) : Shown(width) {
-        control.SetColor3DDark(dark);
-        control.SetList(items);
-        record(control, log);
-    }
+struct Combo : test::Recorded<elcombo> {
+    explicit Combo(const QString& items = "one\ntwo\nthree") : Recorded(120) { control.SetList(items); }
 
     const QWidget* child(const char* name) { return control.findChild<QWidget*>(name); }
 };
 
 TEST(Elcombo, PartsAreAtTheirDesignedPositions) {
     Combo combo;
-    EXPECT_EQ(combo->Height(), 300);
     EXPECT_EQ(combo.child("Picture2")->geometry(), QRect(1, 1, 118, 18));
     EXPECT_EQ(combo.child("Combo1")->pos(), QPoint(-1, -3));
     EXPECT_EQ(combo.child("Combo1")->width(), 120);
     EXPECT_EQ(combo.child("Combo1")->parentWidget(), combo.child("Picture2"));
     // (1800 twips - 280) / 15 - 2, rounded to the nearest pixel
     EXPECT_EQ(combo.child("Picture1")->geometry(), QRect(99, 0, 20, 18));
-    combo->SetWidth(10);
-    EXPECT_EQ(combo->Width(), 1425);
-    EXPECT_EQ(combo->width(), 95);
+}
+
+// With one twip per pixel nothing is rounded.
+TEST(Elcombo, ArrowKeepsItsDistanceFromTheRight) {
+    const test::OtherScreen fine(1);
+    test::Shown<elcombo> combo(2000);
+    EXPECT_EQ(combo->findChild<QWidget*>("Picture1")->x(), 2000 - 280 - 2);
 }
 
 TEST(Elcombo, NewComboHasItsListAtTheCornerOfTheClip) {
@@ -321,11 +294,11 @@ TEST(Elcombo, NewComboHasItsListAtTheCornerOfTheClip) {
     EXPECT_EQ(combo.Combo1().pos(), QPoint(-1, -1));
 }
 
-TEST(Elcombo, HasSunkenEdges) {
+TEST(Elcombo, BackColorFillsTheListAndTheArrowButton) {
     Combo combo;
-    expect_sunken_edges(combo.control);
-    combo->SetListIndex(0);
-    expect_sunken_edges(combo.control);
+    combo->SetBackColor(0x1000A0);
+    combo->SetSymbolColor(0x1000A0); // hides the arrow
+    EXPECT_EQ(count_of(picture_of(combo.control), 0x1000A0, QRect(1, 1, 118, 18)), 118 * 18);
 }
 
 TEST(Elcombo, ArrowIsDrawnInSymbolColorOnTheBackground) {
@@ -338,7 +311,7 @@ TEST(Elcombo, ArrowIsDrawnInSymbolColorOnTheBackground) {
         EXPECT_GT(count_of(picture, theme::field_background, arrow), 200 * scale * scale);
         EXPECT_EQ(count_of(picture, 0x0000FF), count_of(picture, 0x0000FF, arrow));
     }
-    EXPECT_EQ(combo->part<TextPart>("Label2").Caption(), "6");
+    EXPECT_EQ(combo.text("Label2").Caption(), "6");
 }
 
 TEST(Elcombo, IsPaintedWhileAFailureIsShown) {
@@ -364,12 +337,12 @@ TEST(Elcombo, ArrowPassesMouseEventsToTheList) {
 TEST(Elcombo, HoverStateChangesTheArrowColour) {
     Combo combo;
     combo->SetSymbolOverColor(0x00FF00);
-    EXPECT_EQ(combo->part<TextPart>("Label2").ForeColor, light);
+    EXPECT_EQ(combo.text("Label2").ForeColor, light);
     combo->set_over_state();
-    EXPECT_EQ(combo->part<TextPart>("Label2").ForeColor, 0x00FF00);
+    EXPECT_EQ(combo.text("Label2").ForeColor, 0x00FF00);
     EXPECT_GT(count_of(picture_of(combo.control), 0x00FF00), 4);
     combo->set_normal_state();
-    EXPECT_EQ(combo->part<TextPart>("Label2").ForeColor, light);
+    EXPECT_EQ(combo.text("Label2").ForeColor, light);
 }
 
 TEST(Elcombo, ItemsAreAddedReplacedReadAndCleared) {
@@ -390,10 +363,10 @@ TEST(Elcombo, ItemsAreAddedReplacedReadAndCleared) {
 
 TEST(Elcombo, IndexOutOfRangeIsSubscriptOutOfRange) {
     Combo combo;
-    EXPECT_FAILURE(combo->GetList(-1), SubscriptOutOfRange);
-    EXPECT_FAILURE(combo->GetList(3), SubscriptOutOfRange);
-    EXPECT_FAILURE(combo->SetList(-1, "x"), SubscriptOutOfRange);
-    EXPECT_FAILURE(combo->SetList(3, "x"), SubscriptOutOfRange);
+    for (const std::int16_t index : {std::int16_t{-1}, std::int16_t{3}}) {
+        EXPECT_FAILURE(combo->GetList(index), SubscriptOutOfRange);
+        EXPECT_FAILURE(combo->SetList(index, "x"), SubscriptOutOfRange);
+    }
     EXPECT_EQ(combo->ListCount(), 3);
 }
 
@@ -443,86 +416,33 @@ TEST(Elcombo, RemovingTheSelectedItemSelectsNoOther) {
 
 TEST(Elcombo, PropertiesWithoutEffectOnlyNotifyTheHost) {
     Combo combo;
-    QStringList told;
-    on_event(&combo.control, &elcombo::property_changed, &combo.control,
-             [&](const QString& name) { told.append(name); });
+    const test::ChangedProperties changed(combo.control);
     const QImage before = picture_of(combo.control);
     combo->SetDropShadow(true);
     combo->SetListBackColor(0x0000FF);
     combo->SetListForeColor(0x00FF00);
     EXPECT_FALSE(combo->DropShadow());
     EXPECT_EQ(picture_of(combo.control), before);
-    EXPECT_EQ(told, (QStringList{"DropShadow", "ListBackColor", "ListForeColor"}));
-}
-
-TEST(Elcombo, ObtainedBackgroundCoversTheWholeControl) {
-    Combo combo;
-    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
-    combo->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
-    EXPECT_EQ(combo->get_the_hdc().bitmap()->pixel(0, 0), 0xFFFFFF);
-    EXPECT_EQ(combo->get_the_hdc().bitmap()->pixel(119, 19), 0xFFFFFF);
+    EXPECT_EQ(changed.names, (QStringList{"DropShadow", "ListBackColor", "ListForeColor"}));
 }
 
 // The label.
 
-struct CaptionLabel : Shown<ellabel> {
-    QStringList log;
-
-    CaptionLabel() : Shown(100, 40) { record(control, log); }
-
-    const TextPart& text(const char* name) { return control.part<TextPart>(name); }
-};
-
-TEST(Ellabel, CaptionIsCentredInTheFixedHeight) {
-    CaptionLabel label;
-    EXPECT_EQ(label->Height(), 300);
+TEST(Ellabel, CaptionBeginsAtTheLeftEdge) {
+    test::Recorded<ellabel> label(100);
     EXPECT_EQ(label.text("Label2").Left, 0);
-    EXPECT_EQ(label.text("shadow1").Left, 1);
-    EXPECT_EQ(label.text("Label2").Top, std::trunc(10 - label.text("Label2").Height / 2));
-    EXPECT_EQ(label.text("shadow1").Top, label.text("Label2").Top + 1);
-    label->SetWidth(15);
-    EXPECT_EQ(label->Width(), 15);
 }
 
 TEST(Ellabel, OnlyTheCaptionRaisesMouseEvents) {
-    CaptionLabel label;
+    test::Recorded<ellabel> label(100);
     const QPoint inside = label.text("Label2").place().topLeft().toPoint() + QPoint(3, 4);
     test::move(label.control, inside);
     test::double_click(label.control, inside);
     EXPECT_EQ(label.log, (QStringList{"MouseMove 0 0 3,4", "MouseDown 1 0 3,4", "MouseUp 1 0 3,4", "Click",
                                       "MouseDown 1 0 3,4", "DblClick", "MouseUp 1 0 3,4"}));
     label.log.clear();
-    QTest::mouseClick(&label.control, Qt::LeftButton, {}, QPoint(97, 10));
+    label.click(QPoint(97, 10));
     EXPECT_TRUE(label.log.isEmpty());
-}
-
-TEST(Ellabel, NewFontCentresTheCaption) {
-    CaptionLabel label;
-    label->SetFontSize(6);
-    EXPECT_EQ(label.text("Label2").Top, std::trunc(10 - label.text("Label2").Height / 2));
-    EXPECT_EQ(label.text("shadow1").Top, label.text("Label2").Top + 1);
-    EXPECT_EQ(label.text("shadow1").Font(), label->Font());
-}
-
-TEST(Ellabel, ShadowHasTheSameCaption) {
-    CaptionLabel label;
-    label->SetCaption("Name");
-    label->SetFontSize(24); // strokes wider than a pixel in any font
-    const QImage without_shadow = picture_of(label.control);
-    label->SetDropShadow(true);
-    EXPECT_EQ(label.text("shadow1").Caption(), "Name");
-    EXPECT_TRUE(label.text("shadow1").Visible);
-    EXPECT_NE(picture_of(label.control), without_shadow);
-    label->SetForeColor(0x0000FF);
-    EXPECT_GT(count_of(picture_of(label.control), 0x0000FF), 0);
-}
-
-TEST(Ellabel, ObtainedBackgroundCoversTheWholeControl) {
-    CaptionLabel label;
-    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
-    label->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
-    EXPECT_EQ(label->get_the_hdc().bitmap()->pixel(0, 0), 0xFFFFFF);
-    EXPECT_EQ(label->get_the_hdc().bitmap()->pixel(99, 19), 0xFFFFFF);
 }
 
 } // namespace

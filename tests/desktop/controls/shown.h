@@ -31,7 +31,28 @@ struct Shown {
     }
 
     Control* operator->() { return &control; }
+
+    const TextPart& text(const char* name) const { return control.template part<TextPart>(name); }
+
+    const LinePart& line(const char* name) const { return control.template part<LinePart>(name); }
+
+    void press(const QPoint& point, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers keys = {}) {
+        QTest::mousePress(&control, button, keys, point);
+    }
+
+    void release(const QPoint& point, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseRelease(&control, button, {}, point);
+    }
+
+    void click(const QPoint& point, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(&control, button, {}, point);
+    }
 };
+
+// The colours of the edges of a control in the tests.
+inline constexpr Colour light = 0x95AAA0;
+inline constexpr Colour dark = 0x222E28;
 
 inline Colour colour_of(const QColor& colour) {
     return make_colour(static_cast<std::uint8_t>(colour.red()), static_cast<std::uint8_t>(colour.green()),
@@ -71,6 +92,23 @@ inline int count_of(const QImage& image, Colour colour) {
     return count_of(image, colour, image.rect());
 }
 
+/// Checks edges that are one pixel thick at a scale. The line on the right covers the one at the top; the one
+/// at the bottom begins behind the left one.
+inline void expect_edges(const QImage& image, const QRect& place, int scale, Colour top_left,
+                         Colour bottom_right) {
+    const QRect within = place.adjusted(scale, scale, -scale, -scale);
+    for (int y = place.top(); y <= place.bottom(); ++y) {
+        for (int x = place.left(); x <= place.right(); ++x) {
+            const bool is_right = x > within.right();
+            const bool is_bottom = y > within.bottom() && x >= within.left();
+            if (!within.contains(x, y)) {
+                ASSERT_EQ(colour_at(image, x, y), is_right || is_bottom ? bottom_right : top_left)
+                    << x << ", " << y << " at scale " << scale;
+            }
+        }
+    }
+}
+
 /// Records every event of a control with its arguments, such as "MouseDown 1 0 3,4".
 template <typename Control>
 QStringList& record(Control& control, QStringList& log) {
@@ -107,6 +145,36 @@ QStringList& record(Control& control, QStringList& log) {
         mouse(&Control::MouseUp, "MouseUp");
     }
     return log;
+}
+
+/// A visible control with dark edges whose events are recorded.
+template <typename Control>
+struct Recorded : Shown<Control> {
+    QStringList log;
+
+    explicit Recorded(int width, int height = 24) : Shown<Control>(width, height) {
+        this->control.SetColor3DDark(dark);
+        record(this->control, log);
+    }
+};
+
+/// The names of the properties whose change a control has reported to its host.
+class ChangedProperties {
+  public:
+    explicit ChangedProperties(SkinnedControl& control) {
+        on_event(&control, &SkinnedControl::property_changed, &context_,
+                 [this](const QString& name) { names.append(name); });
+    }
+
+    QStringList names;
+
+  private:
+    QObject context_;
+};
+
+template <typename Control>
+std::unique_ptr<SkinnedControl> make_control(QWidget* parent) {
+    return std::make_unique<Control>("control", parent);
 }
 
 /// Moves the pointer over a widget while these buttons are held.

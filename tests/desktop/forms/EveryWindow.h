@@ -4,8 +4,8 @@
 #include <functional>
 #include <string>
 
+#include "desktop/AccessibleEvents.h"
 #include "desktop/forms/EditorTest.h"
-#include "desktop/forms/accessibility_on.h"
 #include "desktop/forms/exit_picture/Form9.h"
 #include "support/PictureFolder.h"
 

@@ -1,5 +1,4 @@
 // Notifications to assistive technology when a control changes, and the actions that it can perform.
-#include <algorithm>
 
 #include <QAbstractItemView>
 #include <QAccessible>
@@ -8,6 +7,7 @@
 #include <QTest>
 #include <QWindow>
 
+#include "desktop/AccessibleEvents.h"
 #include "desktop/forms/EveryWindow.h"
 
 namespace varnoth {
@@ -15,56 +15,6 @@ namespace {
 
 using test::EveryWindowTest;
 using ui_driver::click;
-
-/// Records the accessibility events during its lifetime.
-class Told {
-  public:
-    Told() : before_(QAccessible::installUpdateHandler(hear)) { events().clear(); }
-
-    ~Told() { QAccessible::installUpdateHandler(before_); }
-
-    Told(const Told&) = delete;
-    Told& operator=(const Told&) = delete;
-
-    /// The number of events of a kind about an object.
-    static std::ptrdiff_t count(QAccessible::Event type, const QObject& about) {
-        return std::ranges::count_if(
-            events(), [&](const Entry& entry) { return entry.type == type && entry.object == &about; });
-    }
-
-    static bool checked_changed(const QObject& about) {
-        return std::ranges::any_of(events(), [&](const Entry& entry) {
-            return entry.object == &about && entry.changed.checked != 0U;
-        });
-    }
-
-    static bool disabled_changed(const QObject& about) {
-        return std::ranges::any_of(events(), [&](const Entry& entry) {
-            return entry.object == &about && entry.changed.disabled != 0U;
-        });
-    }
-
-  private:
-    struct Entry {
-        QAccessible::Event type;
-        const QObject* object;
-        QAccessible::State changed;
-    };
-
-    static std::vector<Entry>& events() {
-        static std::vector<Entry> events;
-        return events;
-    }
-
-    static void hear(QAccessibleEvent* event) {
-        const bool is_state = event->type() == QAccessible::StateChanged;
-        events().push_back({event->type(), event->object(),
-                            is_state ? static_cast<QAccessibleStateChangeEvent*>(event)->changedStates()
-                                     : QAccessible::State()});
-    }
-
-    QAccessible::UpdateHandler before_;
-};
 
 QAccessibleInterface& tree_of(QWidget& widget) {
     return *QAccessible::queryAccessibleInterface(&widget);
@@ -114,25 +64,25 @@ class AccessibleChangesTest : public EveryWindowTest {};
 TEST_F(AccessibleChangesTest, EnablingButtonsAndTheListIsAnnounced) {
     EXPECT_TRUE(state_of(main().elboton6).disabled);
     EXPECT_TRUE(state_of(main().List1).disabled);
-    const Told told;
+    const test::AccessibleEvents events;
     open_sprite(3);
     EXPECT_FALSE(state_of(main().elboton6).disabled);
     EXPECT_FALSE(state_of(main().List1).disabled);
-    EXPECT_TRUE(Told::disabled_changed(main().elboton6));
-    EXPECT_TRUE(Told::disabled_changed(main().List1));
-    EXPECT_FALSE(Told::disabled_changed(main().elboton1));
+    EXPECT_TRUE(events.disabled_changed(main().elboton6));
+    EXPECT_TRUE(events.disabled_changed(main().List1));
+    EXPECT_FALSE(events.disabled_changed(main().elboton1));
     click(main().elboton2);
     EXPECT_TRUE(state_of(main().elboton6).disabled); // together with its window
     EXPECT_TRUE(state_of(main()).disabled);
-    EXPECT_TRUE(Told::disabled_changed(main()));
+    EXPECT_TRUE(events.disabled_changed(main()));
 }
 
 TEST_F(AccessibleChangesTest, NewCaptionOfAValueIsAnnounced) {
-    const Told told;
+    const test::AccessibleEvents events;
     open_sprite(3);
     EXPECT_EQ(name_of(main().ellabel7), "4 x 4");
-    EXPECT_GE(Told::count(QAccessible::NameChanged, main().ellabel7), 1);
-    EXPECT_EQ(Told::count(QAccessible::NameChanged, main().ellabel2), 0);
+    EXPECT_GE(events.count(QAccessible::NameChanged, main().ellabel7), 1);
+    EXPECT_EQ(events.count(QAccessible::NameChanged, main().ellabel2), 0);
 }
 
 TEST_F(AccessibleChangesTest, SelectionInTheFrameListIsAnnounced) {
@@ -143,13 +93,13 @@ TEST_F(AccessibleChangesTest, SelectionInTheFrameListIsAnnounced) {
     EXPECT_FALSE(list.child(2)->state().selected);
     EXPECT_EQ(list.child(2)->text(QAccessible::Name), "Frame 2");
     EXPECT_EQ(list.child(2)->role(), QAccessible::ListItem);
-    const Told told;
+    const test::AccessibleEvents events;
     ui_driver::click_line(main().List1, 2);
     EXPECT_FALSE(list.child(0)->state().selected);
     EXPECT_TRUE(list.child(2)->state().selected);
     EXPECT_TRUE(list.child(2)->state().focused);
-    EXPECT_GE(Told::count(QAccessible::Selection, main().List1) +
-                  Told::count(QAccessible::SelectionAdd, main().List1),
+    EXPECT_GE(events.count(QAccessible::Selection, main().List1) +
+                  events.count(QAccessible::SelectionAdd, main().List1),
               1);
 }
 
@@ -157,18 +107,18 @@ TEST_F(AccessibleChangesTest, CheckedRadioButtonsAndCheckBoxAreAnnounced) {
     open_sprite(1);
     click(main().elboton6);
     Form3& dialog = *coordinator_->form3();
-    const Told told;
+    const test::AccessibleEvents events;
     click(dialog.elradio1[1]);
     EXPECT_FALSE(state_of(dialog.elradio1[0]).checked);
     EXPECT_TRUE(state_of(dialog.elradio1[1]).checked);
-    EXPECT_TRUE(Told::checked_changed(dialog.elradio1[0]));
-    EXPECT_TRUE(Told::checked_changed(dialog.elradio1[1]));
-    EXPECT_EQ(Told::count(QAccessible::ObjectShow, dialog.elframe2), 1);
-    EXPECT_EQ(Told::count(QAccessible::ObjectHide, dialog.elframe1), 1);
+    EXPECT_TRUE(events.checked_changed(dialog.elradio1[0]));
+    EXPECT_TRUE(events.checked_changed(dialog.elradio1[1]));
+    EXPECT_EQ(events.count(QAccessible::ObjectShow, dialog.elframe2), 1);
+    EXPECT_EQ(events.count(QAccessible::ObjectHide, dialog.elframe1), 1);
     EXPECT_FALSE(state_of(dialog.elcheck1).checked);
     click(dialog.elcheck1);
     EXPECT_TRUE(state_of(dialog.elcheck1).checked);
-    EXPECT_GE(Told::count(QAccessible::StateChanged, dialog.elcheck1), 1);
+    EXPECT_GE(events.count(QAccessible::StateChanged, dialog.elcheck1), 1);
 }
 
 TEST_F(AccessibleChangesTest, RadioButtonIsDescribedByItsQuestion) {
@@ -188,15 +138,15 @@ TEST_F(AccessibleChangesTest, CheckedStateOfStopAndPlayAndTheSpeedAreAnnounced) 
     EXPECT_TRUE(state_of(dialog.Label2).checkable);
     EXPECT_FALSE(state_of(dialog.Label2).checked);
     EXPECT_FALSE(state_of(dialog.Label3).checkable);
-    const Told told;
+    const test::AccessibleEvents events;
     click(dialog.Label2);
     EXPECT_FALSE(state_of(dialog.Label1).checked);
     EXPECT_TRUE(state_of(dialog.Label2).checked);
-    EXPECT_TRUE(Told::checked_changed(dialog.Label1));
-    EXPECT_TRUE(Told::checked_changed(dialog.Label2));
+    EXPECT_TRUE(events.checked_changed(dialog.Label1));
+    EXPECT_TRUE(events.checked_changed(dialog.Label2));
     click(dialog.Label3);
     EXPECT_EQ(name_of(dialog.Label5), "16 fps");
-    EXPECT_EQ(Told::count(QAccessible::NameChanged, dialog.Label5), 1);
+    EXPECT_EQ(events.count(QAccessible::NameChanged, dialog.Label5), 1);
 }
 
 TEST_F(AccessibleChangesTest, ArmedPickerAndPickedColourAreAnnounced) {
@@ -207,16 +157,16 @@ TEST_F(AccessibleChangesTest, ArmedPickerAndPickedColourAreAnnounced) {
     EXPECT_EQ(tree_of(dialog.elboton1).text(QAccessible::Description), "Pick Transparent Color From Picture");
     pictures_.add_plain_bmp("a.bmp", 8, 6, make_colour(10, 20, 30));
     ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
-    const Told told;
+    const test::AccessibleEvents events;
     ui_driver::click_line(dialog.File1, 0);
     EXPECT_EQ(tree_of(dialog.Picture2).text(QAccessible::Description), "Red 10, green 20, blue 30");
-    EXPECT_EQ(Told::count(QAccessible::DescriptionChanged, dialog.Picture2), 1);
+    EXPECT_EQ(events.count(QAccessible::DescriptionChanged, dialog.Picture2), 1);
     EXPECT_EQ(tree_of(dialog.Picture1).text(QAccessible::Description), "8 x 6 pixels");
-    EXPECT_EQ(Told::count(QAccessible::DescriptionChanged, dialog.Picture1), 1);
+    EXPECT_EQ(events.count(QAccessible::DescriptionChanged, dialog.Picture1), 1);
     EXPECT_EQ(tree_of(dialog.Picture1).imageInterface()->imageSize(), QSize(8, 6));
     click(dialog.elboton1);
     EXPECT_TRUE(state_of(dialog.elboton1).checked);
-    EXPECT_TRUE(Told::checked_changed(dialog.elboton1));
+    EXPECT_TRUE(events.checked_changed(dialog.elboton1));
     ui_driver::click_at(dialog.Picture1, {1, 1});
     EXPECT_FALSE(state_of(dialog.elboton1).checked);
 }
@@ -228,7 +178,7 @@ TEST_F(AccessibleChangesTest, ProgressStepsAndPhasesAreAnnounced) {
     }
     click(main().elboton6);
     ui_driver::type_into(coordinator_->form3()->eltexto1, QString::fromStdString(folder_.path()));
-    const Told told;
+    const test::AccessibleEvents events;
     std::vector<int> steps;
     std::vector<std::string> items;
     bool each_told = true;
@@ -239,8 +189,8 @@ TEST_F(AccessibleChangesTest, ProgressStepsAndPhasesAreAnnounced) {
                 steps.push_back(value);
                 items.push_back(text(name_of(progress->Label2)));
                 each_told = each_told &&
-                            Told::count(QAccessible::ValueChanged, progress->Progressbar1) > value &&
-                            Told::count(QAccessible::NameChanged, progress->Label2) >= value;
+                            events.count(QAccessible::ValueChanged, progress->Progressbar1) > value &&
+                            events.count(QAccessible::NameChanged, progress->Label2) >= value;
             }
         }
     };
@@ -256,18 +206,18 @@ TEST_F(AccessibleChangesTest, TextOfFieldsAndChoiceOfListsAreReported) {
     Form2& dialog = *coordinator_->form2();
     QAccessibleInterface& name = tree_of(dialog.eltexto1.Text1());
     EXPECT_EQ(name.text(QAccessible::Value), "Untitled");
-    const Told told;
+    const test::AccessibleEvents events;
     ui_driver::type_into(dialog.eltexto1, "spark");
     EXPECT_EQ(name.text(QAccessible::Value), "spark");
-    EXPECT_GE(Told::count(QAccessible::TextInserted, dialog.eltexto1.Text1()) +
-                  Told::count(QAccessible::TextUpdated, dialog.eltexto1.Text1()),
+    EXPECT_GE(events.count(QAccessible::TextInserted, dialog.eltexto1.Text1()) +
+                  events.count(QAccessible::TextUpdated, dialog.eltexto1.Text1()),
               5);
     QAccessibleInterface& type = tree_of(dialog.elcombo1.Combo1());
     EXPECT_EQ(type.text(QAccessible::Value), "VP_PARALLEL");
     ui_driver::choose(dialog.elcombo1.Combo1(), 3);
     EXPECT_EQ(type.text(QAccessible::Value), "ORIENTED");
     EXPECT_EQ(type.text(QAccessible::Name), "Type: ORIENTED");
-    EXPECT_GE(Told::count(QAccessible::NameChanged, dialog.elcombo1.Combo1()), 1);
+    EXPECT_GE(events.count(QAccessible::NameChanged, dialog.elcombo1.Combo1()), 1);
 }
 
 TEST_F(AccessibleChangesTest, DropDownListOpensAndClosesByItsAction) {
@@ -292,11 +242,11 @@ TEST_F(AccessibleChangesTest, FocusChangesAreAnnounced) {
     Form2& dialog = *coordinator_->form2();
     dialog.eltexto1.Text1().setFocus();
     EXPECT_TRUE(state_of(dialog.eltexto1.Text1()).focused);
-    const Told told;
+    const test::AccessibleEvents events;
     QTest::keyClick(dialog.windowHandle(), Qt::Key_Tab);
     EXPECT_FALSE(state_of(dialog.eltexto1.Text1()).focused);
     EXPECT_TRUE(state_of(dialog.eltexto2.Text1()).focused);
-    EXPECT_GE(Told::count(QAccessible::Focus, dialog.eltexto2.Text1()), 1);
+    EXPECT_GE(events.count(QAccessible::Focus, dialog.eltexto2.Text1()), 1);
 }
 
 TEST_F(AccessibleChangesTest, WholeEditorCanBeOperatedThroughTheTree) {

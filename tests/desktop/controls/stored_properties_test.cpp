@@ -81,11 +81,6 @@ const std::vector<Stored> mark =
             font,
             {shadow}});
 
-template <typename Control>
-std::unique_ptr<SkinnedControl> make(QWidget* parent) {
-    return std::make_unique<Control>("control", parent);
-}
-
 struct Kind {
     const char* name;
     std::function<std::unique_ptr<SkinnedControl>(QWidget*)> make;
@@ -94,20 +89,20 @@ struct Kind {
 
 const std::vector<Kind>& kinds() {
     static const std::vector<Kind> all{
-        {"elboton", make<elboton>,
+        {"elboton", test::make_control<elboton>,
          joined({{colour("ForeColor", 0xFFFFFF), colour("BackColor", 0x44584C), enabled,
                   text("Caption", "Boton")},
                  edges,
                  font,
                  {shadow, flag("CenterCaption", false)}})},
-        {"elcheck", make<elcheck>, mark},
-        {"elradio", make<elradio>, mark},
-        {"elcombo", make<elcombo>,
+        {"elcheck", test::make_control<elcheck>, mark},
+        {"elradio", test::make_control<elradio>, mark},
+        {"elcombo", test::make_control<elcombo>,
          joined({{colour("BackColor", 0x37463E), colour("ForeColor", 0xD3DED8), enabled, text("List", "")},
                  edges,
                  {colour("SymbolColor", 0x95AAA0), colour("SymbolOverColor", 0x95AAA0)},
                  font})},
-        {"eltexto", make<eltexto>,
+        {"eltexto", test::make_control<eltexto>,
          joined({{{"MaxChars", QVariant::fromValue(std::int16_t{0}), QVariant::fromValue(std::int16_t{9})},
                   colour("BackColor", 0x37463E),
                   colour("ForeColor", 0xD3DED8),
@@ -115,18 +110,20 @@ const std::vector<Kind>& kinds() {
                   text("Text", "Text")},
                  edges,
                  font})},
-        {"ellabel", make<ellabel>,
+        {"ellabel", test::make_control<ellabel>,
          joined({{colour("BackColor", 0x37463E), colour("ForeColor", 0xD3DED8), enabled,
                   text("Caption", "Caption")},
                  font,
                  {shadow}})},
-        {"elprogress", make<elprogress>,
+        {"elprogress", test::make_control<elprogress>,
          joined({{colour("ForeColor", 0x50B5C4), colour("BackColor", 0x37463E), enabled, number("Min", 0, 1),
                   number("Max", 10, 20), number("Value", 0, 7)},
                  edges})},
-        {"elframe", make<elframe>, joined({{colour("BackColor", 0x37463E), enabled}, edges})},
-        {"elline3d", make<elline3d>, {colour("Color3DLight", 0x95AAA0), colour("Color3DDark", 0x222E28)}},
-        {"elpanel", make<elpanel>,
+        {"elframe", test::make_control<elframe>, joined({{colour("BackColor", 0x37463E), enabled}, edges})},
+        {"elline3d",
+         test::make_control<elline3d>,
+         {colour("Color3DLight", 0x95AAA0), colour("Color3DDark", 0x222E28)}},
+        {"elpanel", test::make_control<elpanel>,
          joined({{colour("BackColor", 0x44584C), colour("BackColor", 0x44584C), colour("ForeColor", 0xFFFFFF),
                   colour("CloseColor", 0x809188), enabled, text("Title", "Title"), flag("Icon", true),
                   flag("Cerrar", true)},
@@ -148,116 +145,91 @@ class StoredControl : public testing::TestWithParam<Kind> {
 
     const std::vector<Stored>& stored() const { return GetParam().stored; }
 
-    static QStringList names_of(const PropertyBag& bag) {
-        QStringList names;
-        for (const auto& [name, value] : bag.entries()) {
-            names.append(name);
+    void set_other_values() {
+        for (const Stored& property : stored()) {
+            control->setProperty(property.name, property.other);
         }
-        return names;
+    }
+
+    void expect_defaults() {
+        for (const Stored& property : stored()) {
+            if (property.fallback.isValid()) {
+                EXPECT_EQ(control->property(property.name), property.fallback) << property.name;
+            }
+        }
     }
 };
 
-TEST_P(StoredControl, PropertiesAreSavedInOrder) {
+TEST_P(StoredControl, PropertiesAreSavedInOrderWithTheirTypes) {
     PropertyBag bag;
     control->WriteProperties(bag);
-    QStringList expected;
-    for (const Stored& property : stored()) {
-        expected.append(property.name);
+    ASSERT_EQ(bag.entries().size(), stored().size());
+    for (std::size_t i = 0; i < stored().size(); ++i) {
+        const auto& [name, value] = bag.entries().at(i);
+        EXPECT_EQ(name, stored().at(i).name);
+        EXPECT_EQ(value.typeId(), stored().at(i).other.typeId()) << stored().at(i).name;
     }
-    EXPECT_EQ(names_of(bag), expected);
 }
 
 TEST_P(StoredControl, NewControlHasTheDefaults) {
-    for (const Stored& property : stored()) {
-        if (property.fallback.isValid()) {
-            EXPECT_EQ(control->property(property.name), property.fallback) << property.name;
-        }
-    }
-}
-
-TEST_P(StoredControl, SavedValuesHaveTheExpectedTypes) {
-    PropertyBag bag;
-    control->WriteProperties(bag);
-    for (std::size_t i = 0; i < stored().size(); ++i) {
-        EXPECT_EQ(bag.entries().at(i).second.typeId(), stored().at(i).other.typeId()) << stored().at(i).name;
-    }
+    expect_defaults();
 }
 
 TEST_P(StoredControl, EverySetterNotifiesTheHostOnce) {
-    QStringList told;
-    on_event(control.get(), &SkinnedControl::property_changed, control.get(),
-             [&](const QString& name) { told.append(name); });
+    test::ChangedProperties changed(*control);
     for (const Stored& property : stored()) {
-        told.clear();
+        changed.names.clear();
         ASSERT_TRUE(control->setProperty(property.name, property.other)) << property.name;
-        EXPECT_EQ(told, QStringList{property.name});
+        EXPECT_EQ(changed.names, QStringList{property.name});
         EXPECT_EQ(control->property(property.name), property.other) << property.name;
-        told.clear();
+        changed.names.clear();
         control->setProperty(property.name, property.other);
-        EXPECT_EQ(told, QStringList{property.name}) << "also when nothing changes";
+        EXPECT_EQ(changed.names, QStringList{property.name}) << "also when nothing changes";
     }
 }
 
 TEST_P(StoredControl, SavedPropertiesAreLoadedWithoutNotifyingTheHost) {
-    for (const Stored& property : stored()) {
-        control->setProperty(property.name, property.other);
-    }
+    set_other_values();
     PropertyBag bag;
     control->WriteProperties(bag);
     const std::unique_ptr<SkinnedControl> other = GetParam().make(nullptr);
-    int told = 0;
-    on_event(other.get(), &SkinnedControl::property_changed, other.get(), [&] { ++told; });
+    const test::ChangedProperties changed(*other);
     other->ReadProperties(bag);
     for (const Stored& property : stored()) {
         EXPECT_EQ(other->property(property.name), control->property(property.name)) << property.name;
     }
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(changed.names, QStringList());
     other->setFixedWidth(150);
     control->setFixedWidth(150);
     EXPECT_EQ(test::picture_of(*other), test::picture_of(*control));
 }
 
 TEST_P(StoredControl, PropertyMissingFromTheBagGetsItsDefault) {
-    for (const Stored& property : stored()) {
-        control->setProperty(property.name, property.other);
-    }
+    set_other_values();
     control->ReadProperties({});
-    for (const Stored& property : stored()) {
-        if (property.fallback.isValid()) {
-            EXPECT_EQ(control->property(property.name), property.fallback) << property.name;
-        }
-    }
+    expect_defaults();
 }
 
-TEST_P(StoredControl, FontDefaultsToTheHostsFont) {
-    QWidget host;
-    host.setFont(other_font());
-    const std::unique_ptr<SkinnedControl> hosted = GetParam().make(&host);
-    if (hosted->property("Font").isValid()) {
-        EXPECT_EQ(hosted->FontName(), "Courier");
-        EXPECT_EQ(hosted->FontSize(), 12);
-        EXPECT_TRUE(hosted->FontUnderline());
-    }
-    EXPECT_EQ(hosted->objectName(), "control");
-    EXPECT_EQ(hosted->parentWidget(), &host);
-}
-
-TEST_P(StoredControl, FontDefaultsToAFontThatTheHostInherited) {
+// Controls without a text have no font.
+TEST_P(StoredControl, FontDefaultsToThatOfTheHostOrOfItsWindow) {
     QWidget window;
     window.setFont(other_font());
     elframe frame("frame", &window);
-    const std::unique_ptr<SkinnedControl> hosted = GetParam().make(&frame);
-    if (hosted->property("Font").isValid()) {
-        EXPECT_EQ(hosted->FontName(), "Courier");
-        EXPECT_EQ(hosted->FontSize(), 12);
-        EXPECT_TRUE(hosted->FontUnderline());
+    for (QWidget* host : {&window, static_cast<QWidget*>(&frame)}) {
+        const std::unique_ptr<SkinnedControl> hosted = GetParam().make(host);
+        EXPECT_EQ(hosted->objectName(), "control");
+        EXPECT_EQ(hosted->parentWidget(), host);
+        if (hosted->property("Font").isValid()) {
+            EXPECT_EQ(hosted->FontName(), "Courier");
+            EXPECT_EQ(hosted->FontSize(), 12);
+            EXPECT_TRUE(hosted->FontUnderline());
+        }
     }
 }
 
 TEST_P(StoredControl, FontDefaultsToTheDesignFontWithoutAHostFont) {
     QWidget window;
-    elframe frame("frame", &window);
-    const std::unique_ptr<SkinnedControl> hosted = GetParam().make(&frame);
+    const std::unique_ptr<SkinnedControl> hosted = GetParam().make(&window);
     if (hosted->property("Font").isValid()) {
         EXPECT_EQ(hosted->Font(), theme::design_font());
     }
@@ -352,11 +324,9 @@ TEST_P(StoredControl, SettersNotifyTheHostAgainAfterAFailedLoad) {
     PropertyBag bag;
     bag.WriteProperty(first.name, 0x100000000LL);
     EXPECT_FAILURE(control->ReadProperties(bag), Overflow);
-    QStringList told;
-    on_event(control.get(), &SkinnedControl::property_changed, control.get(),
-             [&](const QString& name) { told.append(name); });
+    test::ChangedProperties changed(*control);
     control->setProperty(first.name, first.other);
-    EXPECT_EQ(told, QStringList{first.name});
+    EXPECT_EQ(changed.names, QStringList{first.name});
 }
 
 INSTANTIATE_TEST_SUITE_P(AllTen, StoredControl, testing::ValuesIn(kinds()),
@@ -416,11 +386,9 @@ TEST(StoredControls, ButtonLoadsDropShadowLast) {
 
 TEST(StoredControls, UnstoredPropertiesCanBeSetByName) {
     elcombo combo("c", nullptr);
-    QStringList told;
-    on_event(&combo, &SkinnedControl::property_changed, &combo,
-             [&](const QString& name) { told.append(name); });
+    const test::ChangedProperties changed(combo);
     EXPECT_TRUE(combo.setProperty("ListBackColor", 1));
-    EXPECT_EQ(told, QStringList{"ListBackColor"});
+    EXPECT_EQ(changed.names, QStringList{"ListBackColor"});
     EXPECT_FAILURE(combo.setProperty("ListForeColor", 0x80000000LL), Overflow);
 }
 
