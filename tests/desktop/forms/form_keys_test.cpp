@@ -75,12 +75,6 @@ class FormKeysTest : public testing::Test {
         [this](std::string_view name, std::string_view /*words*/) { failures_.emplace_back(name); }};
 };
 
-TEST_F(FormKeysTest, ShortcutClicksItsControlOnce) {
-    keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_)});
-    press(Qt::Key_N, Qt::ControlModifier);
-    EXPECT_EQ(clicks_, 1);
-}
-
 TEST_F(FormKeysTest, ShortcutWithOtherModifiersIsAnotherKey) {
     keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_)});
     for (const Qt::KeyboardModifiers modifiers :
@@ -97,36 +91,6 @@ TEST_F(FormKeysTest, KeypadEnterActsAsReturn) {
     EXPECT_EQ(clicks_, 1);
 }
 
-TEST_F(FormKeysTest, DisabledControlIsNotClicked) {
-    keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_)});
-    control_.setEnabled(false);
-    press(Qt::Key_N, Qt::ControlModifier);
-    EXPECT_EQ(clicks_, 0);
-}
-
-TEST_F(FormKeysTest, HiddenControlIsNotClicked) {
-    keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_)});
-    control_.hide();
-    press(Qt::Key_N, Qt::ControlModifier);
-    EXPECT_EQ(clicks_, 0);
-}
-
-TEST_F(FormKeysTest, NothingIsClickedOnADisabledForm) {
-    keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_)});
-    window_.setEnabled(false);
-    press(Qt::Key_N, Qt::ControlModifier);
-    EXPECT_EQ(clicks_, 0);
-}
-
-TEST_F(FormKeysTest, NothingIsClickedBehindAModalDialog) {
-    keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_)});
-    QDialog dialog;
-    dialog.setModal(true);
-    dialog.show();
-    QTest::keyClick(&window_, Qt::Key_N, Qt::ControlModifier);
-    EXPECT_EQ(clicks_, 0);
-}
-
 TEST_F(FormKeysTest, NothingIsClickedBehindAnOpenDropDownList) {
     keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_)});
     choice_.showPopup();
@@ -141,13 +105,6 @@ TEST_F(FormKeysTest, OpenDropDownListKeepsItsKeys) {
     ui_driver::choose(choice_, 2);
     EXPECT_EQ(choice_.ListIndex(), 2);
     EXPECT_EQ(clicks_, 0);
-}
-
-TEST_F(FormKeysTest, HeldKeyActsOnce) {
-    keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_)});
-    press(Qt::Key_N, Qt::ControlModifier);
-    hold(Qt::Key_N, Qt::ControlModifier);
-    EXPECT_EQ(clicks_, 1);
 }
 
 // Sends repeats as the window system does.

@@ -160,43 +160,34 @@ TEST_F(KeyboardTest, EveryKeyClicksItsControlOnce) {
     });
 }
 
-TEST_F(KeyboardTest, NoKeyClicksADisabledControl) {
+TEST_F(KeyboardTest, NoKeyClicksADisabledOrHiddenControl) {
     with_each_key([&](Form& form, const FormKey& key, const std::string& what) {
         const Clicks clicks(*key.control);
         key.control->setEnabled(false);
         press_key(form, key);
-        EXPECT_EQ(clicks.count(), 0) << what;
-    });
-}
-
-TEST_F(KeyboardTest, NoKeyClicksAHiddenControl) {
-    with_each_key([&](Form& form, const FormKey& key, const std::string& what) {
-        const Clicks clicks(*key.control);
+        EXPECT_EQ(clicks.count(), 0) << what << ", disabled";
+        key.control->setEnabled(true);
         key.control->hide();
         press_key(form, key);
-        EXPECT_EQ(clicks.count(), 0) << what;
+        EXPECT_EQ(clicks.count(), 0) << what << ", hidden";
     });
 }
 
-TEST_F(KeyboardTest, NoKeyClicksAnythingOnADisabledForm) {
+TEST_F(KeyboardTest, NoKeyClicksAnythingOnADisabledFormOrBehindABox) {
     with_each_key([&](Form& form, const FormKey& key, const std::string& what) {
         const Clicks clicks(*key.control);
+        {
+            QDialog box;
+            box.setModal(true);
+            box.show();
+            press_key(form, key);
+            EXPECT_EQ(clicks.count(), 0) << what << ", behind a box";
+        }
         form.SetEnabled(false);
         press_key(form, key);
         QTest::sendKeyEvent(QTest::Press, &form, key.combination.key(), QString(),
                             key.combination.keyboardModifiers());
-        EXPECT_EQ(clicks.count(), 0) << what;
-    });
-}
-
-TEST_F(KeyboardTest, NoKeyClicksAnythingBehindAMessageBox) {
-    with_each_key([&](Form& form, const FormKey& key, const std::string& what) {
-        const Clicks clicks(*key.control);
-        QDialog box;
-        box.setModal(true);
-        box.show();
-        press_key(form, key);
-        EXPECT_EQ(clicks.count(), 0) << what;
+        EXPECT_EQ(clicks.count(), 0) << what << ", on a disabled form";
     });
 }
 
@@ -523,6 +514,19 @@ class ImportKeysTest : public EditorTest {
         press(dialog(), Qt::Key_Space);
     }
 
+    /// Shows the first file and arms the picker.
+    void arm_picker() {
+        select_first_file();
+        press(dialog(), Qt::Key_P, Qt::AltModifier);
+    }
+
+    /// Adds a picture of one row, opens Import and arms the picker on it.
+    void arm_picker_on_row(const std::vector<Colour>& colours) {
+        pictures_.add_bmp("a.bmp", static_cast<int>(colours.size()), 1, colours);
+        open_dialog();
+        arm_picker();
+    }
+
     Colour transparent() { return dialog().Picture2.surface().BackColor(); }
 
     test::PictureFolder pictures_{services_};
@@ -567,8 +571,7 @@ TEST_F(ImportKeysTest, SizeQuestionKeysWorkOnlyWhileItIsOpen) {
 TEST_F(ImportKeysTest, ArmedPickerMovesByArrowsAndPicksByReturn) {
     pictures_.add_bmp("a.bmp", 3, 2, {red, red, red, red, green, blue});
     open_dialog();
-    select_first_file();
-    press(dialog(), Qt::Key_P, Qt::AltModifier);
+    arm_picker();
     press(dialog(), Qt::Key_Down);
     EXPECT_EQ(transparent(), red);
     press(dialog(), Qt::Key_Right);
@@ -606,8 +609,7 @@ TEST_F(ImportKeysTest, PickerMovesBy10WithShiftAndStaysInThePicture) {
     colours[11 * 12 + 11] = blue;
     pictures_.add_bmp("a.bmp", 12, 12, colours);
     open_dialog();
-    select_first_file();
-    press(dialog(), Qt::Key_P, Qt::AltModifier);
+    arm_picker();
     press(dialog(), Qt::Key_Right, Qt::ShiftModifier);
     press(dialog(), Qt::Key_Down, Qt::ShiftModifier);
     EXPECT_EQ(transparent(), green);
@@ -625,10 +627,7 @@ TEST_F(ImportKeysTest, PickerStaysInTheVisiblePartOfALargePicture) {
     std::vector<Colour> colours(300, red);
     colours[255] = green;
     colours[299] = blue;
-    pictures_.add_bmp("a.bmp", 300, 1, colours);
-    open_dialog();
-    select_first_file();
-    press(dialog(), Qt::Key_P, Qt::AltModifier);
+    arm_picker_on_row(colours);
     for (int i = 0; i < 30; ++i) {
         press(dialog(), Qt::Key_Right, Qt::ShiftModifier);
     }
@@ -636,10 +635,7 @@ TEST_F(ImportKeysTest, PickerStaysInTheVisiblePartOfALargePicture) {
 }
 
 TEST_F(ImportKeysTest, PickerContinuesFromThePointer) {
-    pictures_.add_bmp("a.bmp", 3, 1, {red, green, blue});
-    open_dialog();
-    select_first_file();
-    press(dialog(), Qt::Key_P, Qt::AltModifier);
+    arm_picker_on_row({red, green, blue});
     ui_driver::point_at(dialog().Picture1, {1, 0});
     EXPECT_EQ(transparent(), green);
     press(dialog(), Qt::Key_Right);
@@ -647,20 +643,14 @@ TEST_F(ImportKeysTest, PickerContinuesFromThePointer) {
 }
 
 TEST_F(ImportKeysTest, PointerFollowsThePickersArrows) {
-    pictures_.add_bmp("a.bmp", 3, 1, {red, green, blue});
-    open_dialog();
-    select_first_file();
-    press(dialog(), Qt::Key_P, Qt::AltModifier);
+    arm_picker_on_row({red, green, blue});
     press(dialog(), Qt::Key_Right);
     EXPECT_EQ(QCursor::pos(), dialog().Picture1.mapToGlobal(QPoint(1, 0)));
 }
 
 // The window system also reports moves caused by the arrow keys, and late.
 TEST_F(ImportKeysTest, LateMoveEventDoesNotMoveThePickerBack) {
-    pictures_.add_bmp("a.bmp", 4, 1, {red, green, blue, red});
-    open_dialog();
-    select_first_file();
-    press(dialog(), Qt::Key_P, Qt::AltModifier);
+    arm_picker_on_row({red, green, blue, red});
     press(dialog(), Qt::Key_Right);
     press(dialog(), Qt::Key_Right);
     emit dialog().Picture1.MouseMove({.x = 1, .y = 0});
@@ -669,10 +659,7 @@ TEST_F(ImportKeysTest, LateMoveEventDoesNotMoveThePickerBack) {
 }
 
 TEST_F(ImportKeysTest, PickerFollowsThePointerBackToTheArrowsPosition) {
-    pictures_.add_bmp("a.bmp", 4, 1, {red, green, blue, red});
-    open_dialog();
-    select_first_file();
-    press(dialog(), Qt::Key_P, Qt::AltModifier);
+    arm_picker_on_row({red, green, blue, red});
     press(dialog(), Qt::Key_Right);
     for (const int x : {2, 1}) {
         QCursor::setPos(dialog().Picture1.mapToGlobal(QPoint(x, 0)));

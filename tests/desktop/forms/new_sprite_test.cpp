@@ -26,7 +26,6 @@ class NewSpriteTest : public EditorTest {
 TEST_F(NewSpriteTest, OpensAboveTheDisabledMainWindowWithDefaults) {
     EXPECT_FALSE(main().isEnabled());
     EXPECT_TRUE(dialog().isVisible());
-    EXPECT_EQ(dialog().size(), QSize(235, 186));
     EXPECT_EQ(text(dialog().elpanel1.Title()), "New Sprite");
     EXPECT_FALSE(dialog().elpanel1.Cerrar());
     EXPECT_EQ(text(dialog().eltexto1.Text()), "Untitled");
@@ -92,30 +91,26 @@ TEST_F(NewSpriteTest, CancelChangesNothing) {
     EXPECT_EQ(text(dialog().eltexto2.Text()), "32"); // the defaults are restored
 }
 
-TEST_F(NewSpriteTest, LettersGiveAWidthOf0) {
-    type_size("wide", "32");
-    ok();
-    EXPECT_EQ(header().Width, 0);
-    EXPECT_EQ(text(main().ellabel7.Caption()), "wide x 32");
-    EXPECT_EQ(text(main().ellabel6.Caption()), "-0, 16");
-}
+TEST_F(NewSpriteTest, AnyTextIsAcceptedAsSizeAndHalvesRoundToEven) {
+    struct Case {
+        const char* width;
+        const char* height;
+        std::int32_t stored_width;
+        std::int32_t stored_height;
+        const char* origin;
+    };
 
-TEST_F(NewSpriteTest, HalfPixelsRoundToEven) {
-    type_size("32.5", "33.5");
-    ok();
-    EXPECT_EQ(header().Width, 32);
-    EXPECT_EQ(header().Height, 34);
-    EXPECT_EQ(text(main().ellabel7.Caption()), "32.5 x 33.5");
-    EXPECT_EQ(text(main().ellabel6.Caption()), "-16.25, 16.75");
-}
-
-TEST_F(NewSpriteTest, NegativeSizeIsAccepted) {
-    type_size("-8", "-7");
-    ok();
-    EXPECT_EQ(header().Width, -8);
-    EXPECT_EQ(header().Height, -7);
-    EXPECT_EQ(text(main().ellabel7.Caption()), "-8 x -7");
-    EXPECT_EQ(text(main().ellabel6.Caption()), "--4, -3.5");
+    for (const Case& one :
+         {Case{"wide", "32", 0, 32, "-0, 16"}, Case{"32.5", "33.5", 32, 34, "-16.25, 16.75"},
+          Case{"-8", "-7", -8, -7, "--4, -3.5"}}) {
+        type_size(one.width, one.height);
+        ok();
+        EXPECT_EQ(header().Width, one.stored_width);
+        EXPECT_EQ(header().Height, one.stored_height);
+        EXPECT_EQ(text(main().ellabel7.Caption()), std::string(one.width) + " x " + one.height);
+        EXPECT_EQ(text(main().ellabel6.Caption()), one.origin);
+        click(main().elboton2);
+    }
 }
 
 TEST_F(NewSpriteTest, SizeBeyond32BitsOverflowsAfterTheMainWindowIsReset) {

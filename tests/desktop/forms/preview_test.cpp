@@ -19,11 +19,20 @@ class PreviewTest : public EditorTest {
         ui_driver::double_click(main().Picture1);
     }
 
-    void play_at_1_frame_a_second() {
-        for (int i = 0; i < 14; ++i) {
-            click(dialog().Label4);
+    void click_times(Label& label, int times) {
+        for (int i = 0; i < times; ++i) {
+            click(label);
         }
+    }
+
+    void play_at_1_frame_a_second() {
+        click_times(dialog().Label4, 14);
         click(dialog().Label2);
+    }
+
+    void expect_speed(const std::string& caption, int interval) {
+        EXPECT_EQ(text(dialog().Label5.Caption()), caption);
+        EXPECT_EQ(dialog().Timer1.interval(), interval);
     }
 
     Colour playing() { return dialog().Picture1.surface().Point(0, 0); }
@@ -32,9 +41,7 @@ class PreviewTest : public EditorTest {
     std::vector<int> play(std::size_t ticks) {
         std::vector<int> drawn;
         QObject::connect(&dialog().Timer1, &QTimer::timeout, [&] { drawn.push_back(red_of(playing())); });
-        for (int i = 0; i < 45; ++i) {
-            click(dialog().Label3);
-        }
+        click_times(dialog().Label3, 45);
         click(dialog().Label2);
         EXPECT_TRUE(QTest::qWaitFor([&] { return drawn.size() >= ticks; }, 10'000));
         click(dialog().Label1);
@@ -46,8 +53,6 @@ class PreviewTest : public EditorTest {
 TEST_F(PreviewTest, OpensStoppedAt15FramesASecondWithTheFirstFrame) {
     open_preview(3);
     EXPECT_FALSE(main().isEnabled());
-    EXPECT_EQ(dialog().size(), QSize(281, 327));
-    EXPECT_EQ(dialog().Picture1.mapTo(&dialog(), QPoint(0, 0)), QPoint(13, 37));
     EXPECT_EQ(text(dialog().elpanel1.Title()), "Animation Preview");
     EXPECT_EQ(playing(), colour_of_frame(0));
     EXPECT_FALSE(dialog().Timer1.isActive());
@@ -80,11 +85,6 @@ TEST_F(PreviewTest, TimerDrawsFrameAfterFrameAndWraps) {
     EXPECT_EQ(play(7), (std::vector<int>{0, 1, 2, 0, 1, 2, 0}));
 }
 
-TEST_F(PreviewTest, SingleFrameIsDrawnAtEachTick) {
-    open_preview(1);
-    EXPECT_EQ(play(3), (std::vector<int>{0, 0, 0}));
-}
-
 TEST_F(PreviewTest, ChangedOrderIsFollowedAsAChainWithoutFrame0) {
     open_sprite(3);
     click(main().Label2); // moves frame 0 down
@@ -94,37 +94,20 @@ TEST_F(PreviewTest, ChangedOrderIsFollowedAsAChainWithoutFrame0) {
     EXPECT_EQ(play(6), (std::vector<int>{1, 2, 1, 2, 1, 2}));
 }
 
-TEST_F(PreviewTest, FasterAt60DoesNothing) {
+TEST_F(PreviewTest, SpeedIsAtMost60AndItsIntervalIsRoundedDown) {
     open_preview(1);
-    for (int i = 0; i < 45; ++i) {
-        click(dialog().Label3);
-    }
-    EXPECT_EQ(text(dialog().Label5.Caption()), "60 fps");
-    EXPECT_EQ(dialog().Timer1.interval(), 16);
+    click_times(dialog().Label3, 45);
+    expect_speed("60 fps", 16);
     click(dialog().Label3);
-    EXPECT_EQ(text(dialog().Label5.Caption()), "60 fps");
-    EXPECT_EQ(dialog().Timer1.interval(), 16);
-}
-
-TEST_F(PreviewTest, IntervalIsRoundedDown) {
-    open_preview(1);
-    for (int i = 0; i < 8; ++i) {
-        click(dialog().Label4);
-    }
-    EXPECT_EQ(text(dialog().Label5.Caption()), "7 fps");
-    EXPECT_EQ(dialog().Timer1.interval(), 142);
-    for (int i = 0; i < 6; ++i) {
-        click(dialog().Label4);
-    }
-    EXPECT_EQ(text(dialog().Label5.Caption()), "1 fps");
-    EXPECT_EQ(dialog().Timer1.interval(), 1000);
+    expect_speed("60 fps", 16);
+    click_times(dialog().Label4, 53);
+    expect_speed("7 fps", 142);
 }
 
 TEST_F(PreviewTest, SlowerFrom1IsADivisionByZero) {
     open_preview(1);
-    for (int i = 0; i < 14; ++i) {
-        click(dialog().Label4);
-    }
+    click_times(dialog().Label4, 14);
+    expect_speed("1 fps", 1000);
     EXPECT_EQ(failures_, std::vector<std::string>());
     click(dialog().Label4);
     EXPECT_EQ(failures_, std::vector<std::string>{"DivisionByZero"});
