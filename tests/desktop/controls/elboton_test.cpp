@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "desktop/controls/shown.h"
+#include "desktop/mouse_events.h"
 #include "desktop/theme/theme.h"
-#include "desktop/widgets/fast_pair.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 

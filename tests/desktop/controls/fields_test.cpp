@@ -10,8 +10,8 @@
 #include "desktop/controls/ellabel.h"
 #include "desktop/controls/eltexto.h"
 #include "desktop/controls/shown.h"
+#include "desktop/mouse_events.h"
 #include "desktop/theme/theme.h"
-#include "desktop/widgets/fast_pair.h"
 #include "support/expect_failure.h"
 
 namespace varnoth {

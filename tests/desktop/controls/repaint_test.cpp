@@ -55,7 +55,7 @@ void expect_mark_shown_at_once(Shown<Control>& shown) {
     expect_shown_at_once(shown.window, "CheckedColor", [&] { shown->SetCheckedColor(0x20FF80); });
 }
 
-TEST(OnScreen, AButton) {
+TEST(ControlRepaint, Button) {
     Shown<elboton> shown(80);
     expect_colours_shown_at_once(shown);
     expect_shown_at_once(shown.window, "ForeColor", [&] { shown->SetForeColor(0x80FF20); });
@@ -67,25 +67,25 @@ TEST(OnScreen, AButton) {
                          [&] { QTest::mouseRelease(&shown.control, Qt::LeftButton, {}, middle); });
 }
 
-TEST(OnScreen, ALabel) {
+TEST(ControlRepaint, Label) {
     Shown<ellabel> shown(80);
     expect_shown_at_once(shown.window, "BackColor", [&] { shown->SetBackColor(0x1000A0); });
     expect_shown_at_once(shown.window, "ForeColor", [&] { shown->SetForeColor(0x80FF20); });
     expect_text_shown_at_once(shown);
 }
 
-TEST(OnScreen, ACheckBox) {
+TEST(ControlRepaint, CheckBox) {
     Shown<elcheck> shown(80);
     expect_mark_shown_at_once(shown);
 }
 
-TEST(OnScreen, ARadioButton) {
+TEST(ControlRepaint, RadioButton) {
     Shown<elradio> shown(80);
     expect_mark_shown_at_once(shown);
     expect_shown_at_once(shown.window, "Color3DLight", [&] { shown->SetColor3DLight(0xFFFF00); });
 }
 
-TEST(OnScreen, AComboBox) {
+TEST(ControlRepaint, ComboBox) {
     Shown<elcombo> shown(120);
     expect_colours_shown_at_once(shown);
     shown->SetList(QString("one\ntwo"));
@@ -98,7 +98,7 @@ TEST(OnScreen, AComboBox) {
     expect_shown_at_once(shown.window, "RemoveItem", [&] { shown->RemoveItem(1); });
 }
 
-TEST(OnScreen, ATextBox) {
+TEST(ControlRepaint, TextBox) {
     Shown<eltexto> shown(120);
     expect_colours_shown_at_once(shown);
     expect_shown_at_once(shown.window, "Text", [&] { shown->SetText("Words"); });
@@ -106,24 +106,24 @@ TEST(OnScreen, ATextBox) {
     expect_shown_at_once(shown.window, "FontItalic", [&] { shown->SetFontItalic(true); });
 }
 
-TEST(OnScreen, AFrame) {
+TEST(ControlRepaint, Frame) {
     Shown<elframe> shown(80);
     expect_colours_shown_at_once(shown);
 }
 
-TEST(OnScreen, ALine) {
+TEST(ControlRepaint, Line) {
     Shown<elline3d> shown(80);
     expect_shown_at_once(shown.window, "Color3DLight", [&] { shown->SetColor3DLight(0xFFFF00); });
     expect_shown_at_once(shown.window, "Color3DDark", [&] { shown->SetColor3DDark(0x00FFFF); });
 }
 
-TEST(OnScreen, AProgressBar) {
+TEST(ControlRepaint, ProgressBar) {
     Shown<elprogress> shown(120);
     expect_colours_shown_at_once(shown);
     expect_shown_at_once(shown.window, "Value", [&] { shown->SetValue(5); });
 }
 
-TEST(OnScreen, APanel) {
+TEST(ControlRepaint, Panel) {
     Shown<elpanel> shown(200, 100);
     expect_colours_shown_at_once(shown);
     expect_shown_at_once(shown.window, "ForeColor", [&] { shown->SetForeColor(0x80FF20); });
@@ -138,7 +138,7 @@ TEST(OnScreen, APanel) {
     expect_shown_at_once(shown.window, "Icon", [&] { shown->SetIcon(false); });
 }
 
-TEST(OnScreen, PixelsOfAPanel) {
+TEST(ControlRepaint, PixelsOfAPanel) {
     Shown<elpanel> shown(200, 100);
     PictureSurface source({.width = 300, .height = 300, .back_colour = 0x4080C0});
     expect_shown_at_once(shown.window, "set_icon", [&] { shown->set_icon(source.hDC()); });
@@ -147,7 +147,7 @@ TEST(OnScreen, PixelsOfAPanel) {
                          [&] { shown->obtener_imagen_fondo(source.hDC(), 0, 0, 100); });
 }
 
-TEST(OnScreen, PixelsOfAControl) {
+TEST(ControlRepaint, PixelsOfAControl) {
     Shown<elframe> shown(200);
     PictureSurface source({.width = 300, .height = 300, .back_colour = 0x4080C0});
     expect_shown_at_once(shown.window, "obtener_imagen_fondo",

@@ -3,17 +3,15 @@
 
 #include <memory>
 
-#include <QImage>
-#include <QPainter>
 #include <QStringList>
 #include <QTest>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 
-#include "core/image/Colour.h"
 #include "core/image/PictureSurface.h"
 #include "desktop/controls/parts/SkinnedControl.h"
+#include "desktop/pixels.h"
 #include "desktop/services/exception_barrier.h"
 
 namespace varnoth::test {
@@ -54,11 +52,6 @@ struct Shown {
 inline constexpr Colour light = 0x95AAA0;
 inline constexpr Colour dark = 0x222E28;
 
-inline Colour colour_of(const QColor& colour) {
-    return make_colour(static_cast<std::uint8_t>(colour.red()), static_cast<std::uint8_t>(colour.green()),
-                       static_cast<std::uint8_t>(colour.blue()));
-}
-
 /// Renders a control at a device pixel ratio.
 inline QImage picture_of(QWidget& control, double scale = 1) {
     QImage image(control.size() * scale, QImage::Format_RGB32);
@@ -68,28 +61,8 @@ inline QImage picture_of(QWidget& control, double scale = 1) {
     return image;
 }
 
-/// The colour of a pixel.
-inline Colour colour_at(const QImage& image, int x, int y) {
-    return colour_of(image.pixelColor(x, y));
-}
-
 inline Colour colour_at(QWidget& control, int x, int y) {
     return colour_at(picture_of(control), x, y);
-}
-
-/// The number of pixels in a rectangle that have exactly this colour.
-inline int count_of(const QImage& image, Colour colour, const QRect& within) {
-    int count = 0;
-    for (int y = within.top(); y <= within.bottom(); ++y) {
-        for (int x = within.left(); x <= within.right(); ++x) {
-            count += colour_at(image, x, y) == colour ? 1 : 0;
-        }
-    }
-    return count;
-}
-
-inline int count_of(const QImage& image, Colour colour) {
-    return count_of(image, colour, image.rect());
 }
 
 /// Checks edges that are one pixel thick at a scale. The line on the right covers the one at the top; the one

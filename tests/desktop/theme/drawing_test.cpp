@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include "desktop/pixels.h"
 #include "desktop/theme/edges.h"
 #include "desktop/theme/symbols.h"
 #include "desktop/theme/theme.h"
@@ -21,6 +22,8 @@
 
 namespace varnoth {
 namespace {
+
+using test::painted;
 
 const QColor edge_light = theme::to_qcolor(theme::edge_light);
 const QColor edge_dark = theme::to_qcolor(theme::edge_dark);
@@ -44,14 +47,12 @@ void expect_box(const QImage& image, const QRect& box, const QColor& top_left, c
 
 TEST(ThemeDrawing, ButtonIsRaisedAndSunkenWhilePressed) {
     for (const bool pressed : {false, true}) {
-        QImage image(60, 24, QImage::Format_RGB32);
-        image.fill(Qt::magenta);
-        QPainter painter(&image);
-        QStyleOptionButton option;
-        option.rect = image.rect();
-        option.state.setFlag(QStyle::State_Sunken, pressed);
-        QApplication::style()->drawControl(QStyle::CE_PushButtonBevel, &option, &painter);
-        painter.end();
+        const QImage image = painted({60, 24}, Qt::magenta, [&](QPainter& painter) {
+            QStyleOptionButton option;
+            option.rect = QRect(0, 0, 60, 24);
+            option.state.setFlag(QStyle::State_Sunken, pressed);
+            QApplication::style()->drawControl(QStyle::CE_PushButtonBevel, &option, &painter);
+        });
         expect_box(image, image.rect(), pressed ? edge_dark : edge_light, pressed ? edge_light : edge_dark);
     }
 }
@@ -90,20 +91,19 @@ TEST(ThemeDrawing, ScrollBarArrowsAreLightAndGreyWithoutARange) {
         return colours;
     };
     bar.setRange(0, 100);
+    EXPECT_EQ(bar.grab().toImage().pixelColor(0, 0), edge_light) << "the edge of the upper arrow";
     EXPECT_EQ(arrows(), std::vector<QColor>(2, theme::to_qcolor(theme::light_text)));
     bar.setRange(0, 0);
     EXPECT_EQ(arrows(), std::vector<QColor>(2, theme::to_qcolor(theme::disabled_text)));
 }
 
 TEST(Symbols, SlopesAreAntialiased) {
-    QImage page(14, 14, QImage::Format_RGB32);
-    page.fill(Qt::white);
-    QPainter painter(&page);
-    draw_symbol(painter, u'5', page.rect(), Qt::black);
-    painter.end();
+    const QRect box(0, 0, 14, 14);
+    const QImage page = painted(box.size(), Qt::white,
+                                [&](QPainter& painter) { draw_symbol(painter, u'5', box, Qt::black); });
     // The triangle is 8 pixels wide and 4 high. In each row a slope crosses one pixel at either end; the
     // pixels between them are filled.
-    const QRect triangle = symbol_path(u'5', page.rect()).boundingRect().toRect();
+    const QRect triangle = symbol_path(u'5', box).boundingRect().toRect();
     ASSERT_EQ(triangle.size(), QSize(8, 4));
     for (int row = 0; row < 4; ++row) {
         for (int column = 0; column < 8; ++column) {
@@ -116,17 +116,12 @@ TEST(Symbols, SlopesAreAntialiased) {
 }
 
 TEST(Edges, LineWithoutASideIsFilledCompletely) {
-    QImage image(10, 10, QImage::Format_RGB32);
-    image.fill(Qt::magenta);
-    QPainter painter(&image);
-    draw_edge(painter, {2, 3, 4, 5}, LineSide::None, theme::edge_light);
-    painter.end();
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const bool inside = QRect(2, 3, 4, 5).contains(x, y);
-            ASSERT_EQ(image.pixelColor(x, y), inside ? edge_light : QColor(Qt::magenta)) << x << ", " << y;
-        }
-    }
+    const QRect line(2, 3, 4, 5);
+    const QImage image = painted({10, 10}, Qt::magenta, [&](QPainter& painter) {
+        draw_edge(painter, line, LineSide::None, theme::edge_light);
+    });
+    EXPECT_EQ(test::count_of(image, theme::edge_light, line), 4 * 5);
+    EXPECT_EQ(test::count_of(image, theme::edge_light), 4 * 5);
 }
 
 /// A part of an image as text: D and L for dark and light lines, . for the background.

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <QApplication>
+#include <QStyle>
 #include <QToolTip>
 
 #include <gtest/gtest.h>
@@ -48,7 +49,9 @@ Roles roles(bool enabled) {
 
 void expect_roles(const QPalette& palette, bool enabled) {
     for (const auto& [role, colour] : roles(enabled)) {
-        EXPECT_EQ(palette.color(role), colour) << role;
+        for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+            EXPECT_EQ(palette.color(group, role), colour) << role << " " << group;
+        }
     }
 }
 
@@ -59,6 +62,10 @@ TEST(ThemePalette, EveryRoleHasItsColour) {
 
 TEST(ThemePalette, ApplicationAndToolTipsUseThePalette) {
     expect_roles(QApplication::palette(), true);
+    expect_roles(QApplication::style()->standardPalette(), true);
+    QPalette desktop_palette(Qt::red);
+    QApplication::style()->polish(desktop_palette);
+    EXPECT_EQ(desktop_palette, theme::palette());
     expect_roles(QToolTip::palette(), true);
     EXPECT_EQ(QToolTip::font(), theme::display_font(theme::design_font()));
 }

@@ -15,16 +15,15 @@
 #include <QPainter>
 #include <QProxyStyle>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QStyleOption>
-#include <QToolTip>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 
 #include "core/image/PictureSurface.h"
+#include "desktop/pixels.h"
 #include "desktop/widgets/DropDownList.h"
 #include "desktop/widgets/FolderListBox.h"
 #include "desktop/widgets/ListBox.h"
@@ -32,15 +31,7 @@
 namespace varnoth {
 namespace {
 
-int count_of(const QImage& image, Colour colour) {
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            count += image.pixelColor(x, y) == theme::to_qcolor(colour) ? 1 : 0;
-        }
-    }
-    return count;
-}
+using test::count_of;
 
 QImage shown(QWidget& widget) {
     QCoreApplication::processEvents();
@@ -90,16 +81,14 @@ TEST(Theme, EqualPalettesShareOneCacheKey) {
 
 TEST(Theme, HeaderIsPaintedWithoutItsIcon) {
     const auto painted_with = [](const QIcon& icon) {
-        QImage image(100, 20, QImage::Format_ARGB32);
-        image.fill(Qt::black);
-        QPainter painter(&image);
-        QStyleOptionHeader option;
-        option.rect = image.rect();
-        option.text = "Name";
-        option.icon = icon;
-        QApplication::style()->drawControl(QStyle::CE_HeaderLabel, &option, &painter);
-        EXPECT_EQ(option.icon.cacheKey(), icon.cacheKey()); // restored
-        return image;
+        return test::painted({100, 20}, Qt::black, [&](QPainter& painter) {
+            QStyleOptionHeader option;
+            option.rect = QRect(0, 0, 100, 20);
+            option.text = "Name";
+            option.icon = icon;
+            QApplication::style()->drawControl(QStyle::CE_HeaderLabel, &option, &painter);
+            EXPECT_EQ(option.icon.cacheKey(), icon.cacheKey()); // restored
+        });
     };
     EXPECT_EQ(painted_with(QApplication::style()->standardIcon(QStyle::SP_DirIcon)), painted_with(QIcon()));
 }
@@ -140,10 +129,6 @@ TEST(ThemeFont, DesignFontIsTahoma) {
     EXPECT_EQ(font.family(), "Tahoma");
     EXPECT_EQ(font.pointSizeF(), 9.75);
     EXPECT_EQ(font.weight(), QFont::Normal);
-}
-
-TEST(ThemeFont, DesignFontIsThirteenPixelsOnEveryScreen) {
-    EXPECT_EQ(theme::display_font(theme::design_font()).pixelSize(), 13);
 }
 
 TEST(ThemeFont, PixelSizeFollowsTwipsPerPixel) {
@@ -199,44 +184,6 @@ TEST(ThemeFont, CaptionsAreNoWiderThanInTahoma) {
     const double capitals = metrics.horizontalAdvance("VP_PARALLEL_ORIENTED") / (11.39 * font.pixelSize());
     EXPECT_LE(capitals, 1);
     EXPECT_GE(std::max(together / tahoma_together, capitals), 0.9) << "narrower than necessary";
-}
-
-// Palette.
-
-TEST(ThemePalette, AllColourGroupsAreEqual) {
-    for (const bool enabled : {true, false}) {
-        const QPalette palette = theme::palette(enabled);
-        EXPECT_TRUE(palette.isEqual(QPalette::Active, QPalette::Inactive));
-        EXPECT_TRUE(palette.isEqual(QPalette::Active, QPalette::Disabled));
-    }
-}
-
-TEST(ThemePalette, DesktopPaletteIsReplaced) {
-    const QPalette palette = QApplication::palette();
-    EXPECT_EQ(palette.color(QPalette::Window), QColor(76, 88, 68));
-    EXPECT_EQ(palette.color(QPalette::Base), theme::to_qcolor(0x37463E));
-    EXPECT_EQ(palette.color(QPalette::Text), QColor(216, 222, 211));
-    EXPECT_EQ(palette.color(QPalette::ButtonText), QColor(255, 255, 255));
-    EXPECT_EQ(palette.color(QPalette::Highlight), QColor(196, 181, 80));
-    EXPECT_EQ(palette.color(QPalette::HighlightedText), QColor(0, 0, 0));
-    QPalette desktop_palette(Qt::red);
-    QApplication::style()->polish(desktop_palette);
-    EXPECT_EQ(desktop_palette, theme::palette());
-    EXPECT_EQ(QApplication::style()->standardPalette(), theme::palette());
-}
-
-TEST(ThemePalette, ToolTipsAreLegible) {
-    const QPalette palette = QToolTip::palette();
-    const int contrast =
-        palette.color(QPalette::ToolTipText).lightness() - palette.color(QPalette::ToolTipBase).lightness();
-    EXPECT_GT(contrast, 100);
-}
-
-TEST(ThemePalette, DisabledPaletteHasGreyText) {
-    const QPalette palette = theme::palette(false);
-    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
-        EXPECT_EQ(palette.color(role), QColor(128, 128, 128));
-    }
 }
 
 TEST(Theme, ApplicationHasItsNameAndFont) {
@@ -319,14 +266,6 @@ TEST_F(ThemeWindow, InactiveWindowLooksLikeAnActiveOne) {
     other.activateWindow();
     QCoreApplication::processEvents();
     EXPECT_EQ(shown(window_), before);
-}
-
-TEST_F(ThemeWindow, ScrollBarsAreFlatAndRaised) {
-    const QScrollBar* bar = list_.verticalScrollBar();
-    const QImage image = shown(*list_.verticalScrollBar());
-    ASSERT_TRUE(bar->isVisible());
-    EXPECT_EQ(image.pixelColor(1, image.height() / 2 + 20), theme::to_qcolor(theme::edge_dark)) << "groove";
-    EXPECT_EQ(image.pixelColor(0, 0), theme::to_qcolor(theme::edge_light)) << "the upper arrow's edge";
 }
 
 } // namespace

@@ -7,12 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include "desktop/mouse_events.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
 #include "desktop/widgets/DriveList.h"
 #include "desktop/widgets/FileListBox.h"
 #include "desktop/widgets/FolderListBox.h"
-#include "desktop/widgets/fast_pair.h"
 #include "qt/path_text.h"
 #include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
@@ -21,20 +21,14 @@
 namespace varnoth {
 namespace {
 
+using test::click;
+using test::middle_of;
 using test::TemporaryFolder;
 
-QPoint middle_of(const QListWidget& list, int line) {
-    return list.visualItemRect(list.item(line)).center();
-}
-
-void click(QListWidget& list, int line, Qt::KeyboardModifiers keys = {}) {
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, middle_of(list, line));
-}
-
-std::vector<std::string> lines_of(const ListBox& list) {
+std::vector<std::string> lines_of(const QListWidget& list) {
     std::vector<std::string> lines;
-    for (int i = 0; i < list.ListCount(); ++i) {
-        lines.push_back(list.List(i).toStdString());
+    for (int i = 0; i < list.count(); ++i) {
+        lines.push_back(list.item(i)->text().toStdString());
     }
     return lines;
 }
@@ -78,14 +72,6 @@ TEST(FileListBox, NonUtf8NameIsRecoveredFromItsLine) {
 
 TEST(FileListBox, StartsInTheCurrentFolder) {
     EXPECT_EQ(FileListBox("File1", nullptr).Path(), std::filesystem::current_path().string());
-}
-
-std::vector<std::string> lines_of(const QListWidget& list) {
-    std::vector<std::string> lines;
-    for (int i = 0; i < list.count(); ++i) {
-        lines.push_back(list.item(i)->text().toStdString());
-    }
-    return lines;
 }
 
 /// A tree of folders, and a folder list whose Change events are recorded.
@@ -233,6 +219,12 @@ TEST_F(FolderListBoxTest, StartsInTheCurrentFolder) {
 
 // Drives.
 
+/// Adds a folder as if a drive were mounted there.
+void add_drive(DriveList& drives) {
+    drives.AddItem("/somewhere [STICK]");
+    drives.setItemData(drives.ListCount() - 1, "/somewhere");
+}
+
 TEST(DriveList, RecognisesSystemVolumes) {
     EXPECT_FALSE(is_system_volume("/home", "ext4"));
     EXPECT_FALSE(is_system_volume("/run/media/me/STICK", "vfat"));
@@ -264,8 +256,7 @@ TEST(DriveList, ListsTheRootOnceAndNoSystemVolumes) {
 TEST(DriveList, ShowsTheDriveOfAFolderWithoutRaisingChange) {
     DriveList drives("Drive1", nullptr);
     const int root = drives.findData("/");
-    drives.AddItem("/somewhere [STICK]");
-    drives.setItemData(drives.ListCount() - 1, "/somewhere");
+    add_drive(drives);
     int changes = 0;
     on_event(&drives, &DriveList::Change, &drives, [&] { ++changes; });
     drives.show_drive_of("/somewhere/else");
@@ -279,8 +270,7 @@ TEST(DriveList, ShowsTheDriveOfAFolderWithoutRaisingChange) {
 
 TEST(DriveList, UserChoiceRaisesChange) {
     DriveList drives("Drive1", nullptr);
-    drives.AddItem("/somewhere");
-    drives.setItemData(drives.ListCount() - 1, "/somewhere");
+    add_drive(drives);
     drives.SetListIndex(0);
     drives.show();
     std::vector<std::string> changes;
@@ -291,8 +281,7 @@ TEST(DriveList, UserChoiceRaisesChange) {
 
 TEST(DriveList, ChoosingTheSelectedDriveRaisesNoChange) {
     DriveList drives("Drive1", nullptr);
-    drives.AddItem("/somewhere");
-    drives.setItemData(drives.ListCount() - 1, "/somewhere");
+    add_drive(drives);
     drives.show_drive_of("/somewhere");
     drives.show();
     int changes = 0;

@@ -3,34 +3,34 @@
 #include <vector>
 
 #include <QAbstractItemView>
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QMouseEvent>
 #include <QTest>
 #include <QWheelEvent>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
+#include "desktop/mouse_events.h"
+#include "desktop/pixels.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/theme.h"
 #include "desktop/widgets/DropDownList.h"
+#include "desktop/widgets/FolderListBox.h"
 #include "desktop/widgets/ListBox.h"
-#include "desktop/widgets/fast_pair.h"
 #include "support/expect_failure.h"
 
 namespace varnoth {
 namespace {
 
+using test::click;
+using test::middle_of;
+
 void fill(ListBox& list, int lines) {
     for (int i = 0; i < lines; ++i) {
         list.AddItem("Frame " + QString::number(i));
     }
-}
-
-QPoint middle_of(const QListWidget& list, int line) {
-    return list.visualItemRect(list.item(line)).center();
-}
-
-void click(QListWidget& list, int line, Qt::KeyboardModifiers keys = {}) {
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, middle_of(list, line));
 }
 
 std::vector<int> selected_lines(const ListBox& list) {
@@ -228,6 +228,27 @@ TEST_F(ListBoxTest, KeyboardSelectsALineThenRaisesClick) {
     EXPECT_EQ(clicks_.size(), 3U) << "already at the last line";
 }
 
+TEST_F(ListBoxTest, KeyboardRaisesClickAfterTheProgramSetALine) {
+    list_.SetListIndex(0);
+    clicks_.clear();
+    QTest::keyClick(&list_, Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(list_.ListIndex(), 1);
+    EXPECT_EQ(clicks_, std::vector<Lines>{Lines{}});
+}
+
+TEST_F(ListBoxTest, KeyboardRaisesClickWithoutASelectionAfterClear) {
+    list_.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&list_));
+    list_.setFocus();
+    list_.Clear();
+    fill(list_, 2);
+    QTest::keyClick(&list_, Qt::Key_Down, Qt::ControlModifier);
+    QTest::keyClick(&list_, Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(list_.ListIndex(), 1);
+    EXPECT_EQ(list_.SelCount(), 0);
+    EXPECT_EQ(clicks_.size(), 2U);
+}
+
 TEST_F(ListBoxTest, SelectAllRaisesClick) {
     click(list_, 0);
     clicks_.clear();
@@ -408,6 +429,72 @@ TEST_F(DropDownListTest, OpenListHasTheColoursOfTheField) {
     list_.SetColours(0x112233, 0x445566);
     EXPECT_EQ(list_.view()->palette().color(QPalette::Base), theme::to_qcolor(0x112233));
     EXPECT_EQ(list_.view()->palette().color(QPalette::Text), theme::to_qcolor(0x445566));
+}
+
+TEST(DropDownList, DisabledListHasNoPressAction) {
+    DropDownList list("Combo1", nullptr);
+    list.AddItem("*.bmp");
+    list.show();
+    QAccessibleActionInterface& actions = *QAccessible::queryAccessibleInterface(&list)->actionInterface();
+    actions.doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_FALSE(list.view()->isVisible()) << "another action";
+    list.setEnabled(false);
+    EXPECT_EQ(actions.actionNames(), QStringList());
+    actions.doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_FALSE(list.view()->isVisible());
+}
+
+TEST(DropDownList, TextIsFourPixelsFromTheLeftAndCentred) {
+    DropDownList list("Combo1", nullptr);
+    list.resize(120, 20);
+    list.AddItem("HHH");
+    list.SetListIndex(0);
+    const QImage expected =
+        test::painted(list.size(), theme::to_qcolor(theme::field_background), [](QPainter& painter) {
+            painter.setFont(theme::display_font(theme::design_font()));
+            painter.setPen(theme::to_qcolor(theme::light_text));
+            painter.drawText(QRect(4, 0, 100, 20), Qt::AlignLeft | Qt::AlignVCenter, "HHH");
+        });
+    constexpr int arrow_width = 18;
+    const QRect inside = list.rect().adjusted(1, 1, -arrow_width, -1);
+    EXPECT_EQ(list.grab().toImage().convertToFormat(QImage::Format_RGB32).copy(inside),
+              expected.copy(inside));
+}
+
+/// How far a press on the list moves its window when the pointer's global position is off by `offset`.
+QPoint moved_by_press(const QPoint& offset) {
+    QWidget window;
+    window.resize(200, 100);
+    DropDownList list("Combo1", &window);
+    list.AddItem("one");
+    window.move(100, 100);
+    window.show();
+    QCoreApplication::processEvents();
+    const QPoint before = window.windowHandle()->position();
+    const QPointF place(5, 5);
+    QMouseEvent event(QEvent::MouseButtonPress, place, place, QPointF(before + offset) + place,
+                      Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&list, &event);
+    list.hidePopup();
+    return window.windowHandle()->position() - before;
+}
+
+TEST(DropDownList, PressCorrectsTheWindowPosition) {
+    EXPECT_EQ(moved_by_press({3, 2}), QPoint(3, 2));
+    EXPECT_EQ(moved_by_press({-3, -2}), QPoint(-3, -2));
+    EXPECT_EQ(moved_by_press({50, 0}), QPoint(50, 0));
+}
+
+TEST(DropDownList, PressIgnoresRoundingDifferences) {
+    EXPECT_EQ(moved_by_press({2, 2}), QPoint(0, 0));
+    EXPECT_EQ(moved_by_press({-4, 0}), QPoint(0, 0));
+}
+
+// Lines that are too long are clipped at the edge, without an ellipsis.
+TEST(Lists, LongLinesAreNotElided) {
+    EXPECT_EQ(ListBox("List1", nullptr).textElideMode(), Qt::ElideNone);
+    EXPECT_EQ(FolderListBox("Dir1", nullptr).textElideMode(), Qt::ElideNone);
+    EXPECT_EQ(DropDownList("Combo1", nullptr).view()->textElideMode(), Qt::ElideNone);
 }
 
 } // namespace

@@ -14,15 +14,18 @@
 #include <gtest/gtest.h>
 
 #include "core/base/RunTimeFailure.h"
+#include "desktop/mouse_events.h"
+#include "desktop/pixels.h"
 #include "desktop/services/exception_barrier.h"
 #include "desktop/theme/symbols.h"
 #include "desktop/theme/theme.h"
 #include "desktop/widgets/Label.h"
 #include "desktop/widgets/PictureBox.h"
-#include "desktop/widgets/fast_pair.h"
 
 namespace varnoth {
 namespace {
+
+using test::count_of;
 
 constexpr PictureSurface::Design small{
     .parent = nullptr, .width = 8, .height = 6, .bits_per_pixel = 32, .border = 0, .back_colour = 0x0000FF};
@@ -42,22 +45,29 @@ QColor at(const QImage& image, int x, int y) {
     return image.pixelColor(x, y);
 }
 
-/// Records the events of a picture box as text.
-void record(PictureBox& box, std::vector<std::string>& events) {
-    const auto noted = [&events](const char* name) {
-        return [&events, name](const MouseArguments& mouse) {
-            events.push_back(name + std::string(" ") + std::to_string(mouse.Button) + " " +
-                             std::to_string(mouse.Shift) + " at " +
-                             std::to_string(static_cast<int>(mouse.x)) + "," +
-                             std::to_string(static_cast<int>(mouse.y)));
+/// A picture box that records its events as text.
+struct RecordedBox : PictureBox {
+    std::vector<std::string> events;
+
+    explicit RecordedBox(const PictureSurface::Design& design) : PictureBox("Picture1", nullptr, design) {
+        const auto noted = [this](const char* name) {
+            return [this, name](const MouseArguments& mouse) {
+                events.push_back(QString("%1 %2 %3 at %4,%5")
+                                     .arg(QLatin1String(name))
+                                     .arg(mouse.Button)
+                                     .arg(mouse.Shift)
+                                     .arg(static_cast<int>(mouse.x))
+                                     .arg(static_cast<int>(mouse.y))
+                                     .toStdString());
+            };
         };
-    };
-    on_event(&box, &PictureBox::MouseDown, &box, noted("down"));
-    on_event(&box, &PictureBox::MouseMove, &box, noted("move"));
-    on_event(&box, &PictureBox::MouseUp, &box, noted("up"));
-    on_event(&box, &PictureBox::Click, &box, [&events] { events.emplace_back("click"); });
-    on_event(&box, &PictureBox::DblClick, &box, [&events] { events.emplace_back("double click"); });
-}
+        on_event(this, &PictureBox::MouseDown, this, noted("down"));
+        on_event(this, &PictureBox::MouseMove, this, noted("move"));
+        on_event(this, &PictureBox::MouseUp, this, noted("up"));
+        on_event(this, &PictureBox::Click, this, [this] { events.emplace_back("click"); });
+        on_event(this, &PictureBox::DblClick, this, [this] { events.emplace_back("double click"); });
+    }
+};
 
 TEST(PictureBox, ShowsTheSurfacePixelByPixel) {
     for (const std::int32_t depth : {32, 24, 16}) {
@@ -73,18 +83,16 @@ TEST(PictureBox, ShowsTheSurfacePixelByPixel) {
 }
 
 TEST(PictureBox, ActAsMethodsRaiseTheMouseEvents) {
-    PictureBox box("Picture1", nullptr, with(32, 2));
+    RecordedBox box(with(32, 2));
     box.show();
-    std::vector<std::string> events;
-    record(box, events);
     QTest::keyClick(&box, Qt::Key_F1); // without this, Ctrl stays pressed after a key click with Ctrl
     QTest::mouseMove(&box, QPoint(5, 6));
     QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(5, 6));
-    const std::vector<std::string> by_mouse = std::exchange(events, {});
-    box.perform_move({3, 4});
-    box.perform_click_at({3, 4});
-    EXPECT_EQ(events, by_mouse);
-    EXPECT_EQ(events,
+    const std::vector<std::string> by_mouse = std::exchange(box.events, {});
+    box.act_as_moved_to({3, 4});
+    box.act_as_clicked_at({3, 4});
+    EXPECT_EQ(box.events, by_mouse);
+    EXPECT_EQ(box.events,
               (std::vector<std::string>{"move 0 0 at 3,4", "down 1 0 at 3,4", "up 1 0 at 3,4", "click"}));
 }
 
@@ -164,17 +172,6 @@ TEST(PictureBox, ScaledPixelIsASharpSquare) {
     }
 }
 
-TEST(PictureBox, SetBackColorAndClsAreShownAtOnce) {
-    PictureBox box("Picture1", nullptr, small);
-    box.show();
-    QCoreApplication::processEvents();
-    box.SetBackColor(0x00FF00);
-    EXPECT_EQ(at(shown(box), 3, 3), QColor(0, 255, 0));
-    box.surface().PSet(3, 3, 0);
-    box.Cls();
-    EXPECT_EQ(at(shown(box), 3, 3), QColor(0, 255, 0));
-}
-
 class CountedPaints : public PictureBox {
   public:
     using PictureBox::PictureBox;
@@ -205,20 +202,16 @@ TEST(PictureBox, RefreshSetBackColorAndClsRepaintOnce) {
 }
 
 TEST(PictureBox, MousePositionsAreInPicturePixels) {
-    PictureBox box("Picture1", nullptr, with(32, 2));
-    std::vector<std::string> events;
-    record(box, events);
+    RecordedBox box(with(32, 2));
     QTest::mouseClick(&box, Qt::LeftButton, Qt::ShiftModifier, {5, 4});
-    EXPECT_EQ(events, (std::vector<std::string>{"down 1 1 at 3,2", "up 1 1 at 3,2", "click"}));
-    events.clear();
+    EXPECT_EQ(box.events, (std::vector<std::string>{"down 1 1 at 3,2", "up 1 1 at 3,2", "click"}));
+    box.events.clear();
     QTest::mouseClick(&box, Qt::RightButton, Qt::ControlModifier, {5, 4});
-    EXPECT_EQ(events, (std::vector<std::string>{"down 2 2 at 3,2", "up 2 2 at 3,2"}));
+    EXPECT_EQ(box.events, (std::vector<std::string>{"down 2 2 at 3,2", "up 2 2 at 3,2"}));
 }
 
 TEST(PictureBox, MouseMoveReportsNoButtonsOrAllHeldButtons) {
-    PictureBox box("Picture1", nullptr, small);
-    std::vector<std::string> events;
-    record(box, events);
+    RecordedBox box(small);
     box.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&box));
     QTest::mouseMove(box.windowHandle(), {2, 3});
@@ -227,38 +220,32 @@ TEST(PictureBox, MouseMoveReportsNoButtonsOrAllHeldButtons) {
     QTest::mouseMove(&box, {4, 3});
     QTest::mouseRelease(&box, Qt::LeftButton, {}, {4, 3});
     QTest::mouseRelease(&box, Qt::RightButton, {}, {4, 3});
-    EXPECT_EQ(events, (std::vector<std::string>{"move 0 0 at 2,3", "down 1 0 at 2,3", "down 2 0 at 2,3",
-                                                "move 3 0 at 4,3", "up 1 0 at 4,3", "up 2 0 at 4,3"}));
+    EXPECT_EQ(box.events, (std::vector<std::string>{"move 0 0 at 2,3", "down 1 0 at 2,3", "down 2 0 at 2,3",
+                                                    "move 3 0 at 4,3", "up 1 0 at 4,3", "up 2 0 at 4,3"}));
 }
 
 TEST(PictureBox, FourthMouseButtonRaisesNothing) {
-    PictureBox box("Picture1", nullptr, small);
-    std::vector<std::string> events;
-    record(box, events);
+    RecordedBox box(small);
     test::fast_pair(&box, Qt::BackButton, {}, {2, 3});
-    EXPECT_TRUE(events.empty());
+    EXPECT_TRUE(box.events.empty());
 }
 
 TEST(PictureBox, SecondLeftPressRaisesDblClickInsteadOfClick) {
-    PictureBox box("Picture1", nullptr, small);
-    std::vector<std::string> events;
-    record(box, events);
+    RecordedBox box(small);
     test::fast_pair(&box, Qt::LeftButton, {}, {2, 3});
-    EXPECT_EQ(events, (std::vector<std::string>{"down 1 0 at 2,3", "up 1 0 at 2,3", "click",
-                                                "down 1 0 at 2,3", "double click", "up 1 0 at 2,3"}));
-    events.clear();
+    EXPECT_EQ(box.events, (std::vector<std::string>{"down 1 0 at 2,3", "up 1 0 at 2,3", "click",
+                                                    "down 1 0 at 2,3", "double click", "up 1 0 at 2,3"}));
+    box.events.clear();
     test::fast_pair(&box, Qt::RightButton, {}, {2, 3});
-    EXPECT_EQ(events, (std::vector<std::string>{"down 2 0 at 2,3", "up 2 0 at 2,3", "down 2 0 at 2,3",
-                                                "up 2 0 at 2,3"}));
+    EXPECT_EQ(box.events, (std::vector<std::string>{"down 2 0 at 2,3", "up 2 0 at 2,3", "down 2 0 at 2,3",
+                                                    "up 2 0 at 2,3"}));
 }
 
 TEST(PictureBox, ReleaseOutsideRaisesNoClick) {
-    PictureBox box("Picture1", nullptr, small);
-    std::vector<std::string> events;
-    record(box, events);
+    RecordedBox box(small);
     QTest::mousePress(&box, Qt::LeftButton, {}, {2, 3});
     QTest::mouseRelease(&box, Qt::LeftButton, {}, {20, 3});
-    EXPECT_EQ(events, (std::vector<std::string>{"down 1 0 at 2,3", "up 1 0 at 20,3"}));
+    EXPECT_EQ(box.events, (std::vector<std::string>{"down 1 0 at 2,3", "up 1 0 at 20,3"}));
 }
 
 struct PressCounter : QWidget {
@@ -290,28 +277,59 @@ TEST(PictureBox, FailureInAHandlerIsFatal) {
     EXPECT_EQ(errors, std::vector<std::string>{"Overflow"});
 }
 
-// Labels.
+// The press action of assistive technology.
 
-int count_of(const QImage& image, const QColor& colour) {
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            count += image.pixelColor(x, y) == colour ? 1 : 0;
-        }
-    }
-    return count;
+QAccessibleActionInterface& actions_of(QWidget& widget) {
+    return *QAccessible::queryAccessibleInterface(&widget)->actionInterface();
 }
+
+void press(QWidget& widget) {
+    actions_of(widget).doAction(QAccessibleActionInterface::pressAction());
+}
+
+const QStringList only_press{QAccessibleActionInterface::pressAction()};
+
+TEST(PictureBox, DisabledPictureHasNoPressAction) {
+    PictureBox box("Picture1", nullptr, {.width = 8, .height = 6});
+    int clicks = 0;
+    on_event(&box, &PictureBox::Click, &box, [&] { ++clicks; });
+    ASSERT_EQ(actions_of(box).actionNames(), only_press);
+    press(box);
+    EXPECT_EQ(clicks, 1);
+    actions_of(box).doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(clicks, 1) << "another action";
+    box.setEnabled(false);
+    EXPECT_EQ(actions_of(box).actionNames(), QStringList());
+    press(box);
+    EXPECT_EQ(clicks, 1) << "disabled";
+}
+
+TEST(PictureBox, UnconnectedPictureHasNoPressAction) {
+    PictureBox box("Picture1", nullptr, {.width = 8, .height = 6});
+    EXPECT_EQ(actions_of(box).actionNames(), QStringList());
+}
+
+TEST(PictureBox, PressActionRaisesDblClickIfOnlyThatIsConnected) {
+    PictureBox box("Picture1", nullptr, {.width = 8, .height = 6});
+    int double_clicks = 0;
+    on_event(&box, &PictureBox::DblClick, &box, [&] { ++double_clicks; });
+    ASSERT_EQ(actions_of(box).actionNames(), only_press);
+    press(box);
+    EXPECT_EQ(double_clicks, 1);
+}
+
+// Labels.
 
 TEST(Label, SymbolIsDrawnInItsColourInitiallyBlack) {
     Label label("Label1", nullptr, Label::Kind::Symbol, "g", "Stop");
     label.resize(14, 14);
-    EXPECT_EQ(count_of(shown(label), Qt::black), 8 * 8);
+    EXPECT_EQ(count_of(shown(label), theme::black), 8 * 8);
     label.SetForeColor(theme::highlight);
-    EXPECT_EQ(count_of(shown(label), theme::to_qcolor(theme::highlight)), 8 * 8);
-    EXPECT_EQ(count_of(shown(label), Qt::black), 0);
+    EXPECT_EQ(count_of(shown(label), theme::highlight), 8 * 8);
+    EXPECT_EQ(count_of(shown(label), theme::black), 0);
     EXPECT_EQ(label.ForeColor(), theme::highlight);
     label.SetCaption("?");
-    EXPECT_EQ(count_of(shown(label), theme::to_qcolor(theme::highlight)), 0);
+    EXPECT_EQ(count_of(shown(label), theme::highlight), 0);
 }
 
 TEST(Label, TextIsDrawnLightAndCanChange) {
@@ -319,12 +337,12 @@ TEST(Label, TextIsDrawnLightAndCanChange) {
     label.resize(60, 20);
     EXPECT_EQ(label.ForeColor(), theme::light_text);
     const QImage before = shown(label);
-    EXPECT_GT(count_of(before, theme::to_qcolor(theme::window_background)), 60 * 20 / 2);
+    EXPECT_GT(count_of(before, theme::window_background), 60 * 20 / 2);
     label.SetCaption("16 fps");
     EXPECT_EQ(label.Caption(), "16 fps");
     EXPECT_NE(shown(label), before);
     label.SetCaption("");
-    EXPECT_EQ(count_of(shown(label), theme::to_qcolor(theme::window_background)), 60 * 20);
+    EXPECT_EQ(count_of(shown(label), theme::window_background), 60 * 20);
 }
 
 TEST(Label, DoubleClickRaisesTwoClicks) {
@@ -411,12 +429,10 @@ TEST(Symbols, OtherCharactersHaveNoOutline) {
 }
 
 TEST(Symbols, StraightEdgesAreOnPixelBoundaries) {
-    QImage page(14, 14, QImage::Format_RGB32);
-    page.fill(Qt::white);
-    QPainter painter(&page);
-    draw_symbol(painter, u'g', page.rect(), Qt::black);
-    painter.end();
-    EXPECT_EQ(count_of(page, Qt::black) + count_of(page, Qt::white), 14 * 14);
+    const QImage page = test::painted({14, 14}, Qt::white, [](QPainter& painter) {
+        draw_symbol(painter, u'g', {0, 0, 14, 14}, Qt::black);
+    });
+    EXPECT_EQ(count_of(page, theme::black) + count_of(page, theme::white), 14 * 14);
 }
 
 } // namespace

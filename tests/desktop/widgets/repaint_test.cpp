@@ -11,7 +11,7 @@ namespace {
 
 using test::expect_shown_at_once;
 
-TEST(OnScreen, FormLabelIsRepainted) {
+TEST(WidgetRepaint, FormLabel) {
     QWidget window;
     window.resize(200, 100);
     Label label("Label1", &window, Label::Kind::Text, "one");
@@ -20,7 +20,7 @@ TEST(OnScreen, FormLabelIsRepainted) {
     expect_shown_at_once(window, "ForeColor", [&] { label.SetForeColor(theme::highlight); });
 }
 
-TEST(OnScreen, DropDownListIsRepainted) {
+TEST(WidgetRepaint, DropDownList) {
     QWidget window;
     window.resize(200, 100);
     DropDownList list("Combo1", &window);
@@ -33,7 +33,7 @@ TEST(OnScreen, DropDownListIsRepainted) {
     expect_shown_at_once(window, "bare", [&] { list.set_bare(true); });
 }
 
-TEST(OnScreen, ListBoxIsRepainted) {
+TEST(WidgetRepaint, ListBox) {
     QWidget window;
     window.resize(200, 100);
     ListBox list("List1", &window);
@@ -44,7 +44,7 @@ TEST(OnScreen, ListBoxIsRepainted) {
     expect_shown_at_once(window, "Clear", [&] { list.Clear(); });
 }
 
-TEST(OnScreen, PictureBoxIsRepainted) {
+TEST(WidgetRepaint, PictureBox) {
     QWidget window;
     window.resize(200, 100);
     PictureBox box("Picture1", &window, {.width = 8, .height = 6, .back_colour = 0x0000FF});
