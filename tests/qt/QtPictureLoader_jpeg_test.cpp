@@ -202,7 +202,7 @@ TEST_F(QtPictureLoaderJpeg, TruncatedFileIsFilledByTheLibrary) {
     }
 }
 
-TEST_F(QtPictureLoaderJpeg, TruncatedFileWithRestartsIsFilledByTheLibrary) {
+TEST_F(QtPictureLoaderJpeg, TruncatedFileWithRestartsIsFilled) {
     for (const std::uint8_t interval : restart_intervals) {
         SCOPED_TRACE(int{interval});
         const Bytes whole = test::made_jpeg(6, block_greys(), interval);

@@ -93,11 +93,11 @@ void expect_checked_by(const QString& action) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST(Accessible, ToggleActionClicksACheckBoxAndItsStateIsReported) {
+TEST(Accessible, ToggleActionChecksACheckBox) {
     expect_checked_by<elcheck>(QAccessibleActionInterface::toggleAction());
 }
 
-TEST(Accessible, PressActionClicksARadioButtonAndItsStateIsReported) {
+TEST(Accessible, PressActionChecksARadioButton) {
     expect_checked_by<elradio>(QAccessibleActionInterface::pressAction());
 }
 

@@ -174,7 +174,7 @@ TEST(Elboton, NewPressAfterALostReleaseRaisesTheButton) {
     EXPECT_EQ(button.log, (QStringList{"MouseDown 2 0 76,12", "MouseUp 2 0 76,12"}));
 }
 
-TEST(Elboton, ReleaseOfAnotherMouseButtonAfterALostReleaseIsNoClick) {
+TEST(Elboton, OtherButtonsReleaseAfterALostReleaseIsNoClick) {
     Button button;
     press_without_release(button);
     button.press(button.on_surface(), Qt::RightButton);

@@ -188,7 +188,7 @@ TEST_P(StoredControl, EverySetterNotifiesTheHostOnce) {
     }
 }
 
-TEST_P(StoredControl, SavedPropertiesAreLoadedWithoutNotifyingTheHost) {
+TEST_P(StoredControl, LoadingRestoresPropertiesWithoutNotifying) {
     set_other_values();
     PropertyBag bag;
     control->WriteProperties(bag);

@@ -101,7 +101,7 @@ class AddFramesTest : public EditorTest {
     test::PictureFolder pictures_{services_};
 };
 
-TEST_F(AddFramesTest, OpensInItsInitialStateAboveTheDisabledMainWindow) {
+TEST_F(AddFramesTest, OpensAboveTheDisabledMainWindow) {
     open_dialog(48, 32);
     EXPECT_FALSE(main().isEnabled());
     EXPECT_EQ(text(dialog().elpanel1.Title()), "Add Frame/s");
@@ -181,7 +181,7 @@ TEST_F(AddFramesTest, SizeMismatchOpensTheQuestionWithBothSizes) {
     EXPECT_EQ(text(dialog().elradio1[1].Caption()), "Resize Pictures To 64x64");
 }
 
-TEST_F(AddFramesTest, TooWidePictureIsReportedUnselectedAndClosesTheQuestion) {
+TEST_F(AddFramesTest, TooWidePictureIsUnselectedAndClosesTheQuestion) {
     pictures_.add_plain_bmp("a.bmp", 8, 8);
     pictures_.add_plain_bmp("b.bmp", 300, 8);
     pictures_.write("c.bmp", std::vector<std::uint8_t>{0}); // never read
@@ -281,7 +281,7 @@ TEST_F(AddFramesTest, ArmedPickerShowsTheColourUnderThePointer) {
     EXPECT_EQ(transparent(), green);
 }
 
-TEST_F(AddFramesTest, AnyMouseButtonPicksAndOutsideThePictureIsNoColour) {
+TEST_F(AddFramesTest, AnyMouseButtonPicksInsideThePicture) {
     open_with_red_and_green();
     click(dialog().elboton1);
     emit dialog().Picture1.MouseMove({.x = 2, .y = 0});
@@ -333,7 +333,7 @@ TEST_F(AddFramesTest, SecondClickOnPickDisarmsItAndKeepsTheColour) {
     EXPECT_EQ(transparent(), green);
 }
 
-TEST_F(AddFramesTest, ClicksOnFilesKeepTheColourWhenThePickerIsDisabled) {
+TEST_F(AddFramesTest, DisabledPickerKeepsTheColour) {
     pictures_.add_plain_bmp("a.bmp", 4, 4, red);
     open_dialog();
     const Colour before = transparent();
@@ -389,7 +389,7 @@ TEST_F(AddFramesTest, ResizedPicturesGetTheSpritesSize) {
     EXPECT_EQ(text(main().ellabel7.Caption()), "8 x 8");
 }
 
-TEST_F(AddFramesTest, SettingTheSpriteSizeUpdatesTheLabelsEvenWhenAborted) {
+TEST_F(AddFramesTest, SpriteSizeIsShownEvenIfTheImportIsAborted) {
     pictures_.add_plain_bmp("a.bmp", 25, 6, red);
     open_dialog(8, 8);
     select({0});
@@ -445,7 +445,7 @@ TEST_F(AddFramesTest, FrameListShowsEachLineDuringTheImport) {
     EXPECT_FALSE(open);
 }
 
-TEST_F(AddFramesTest, EachFrameUpdatesTheCaptionThenTheListThenTheBar) {
+TEST_F(AddFramesTest, EachFrameUpdatesCaptionThenListThenBar) {
     add_pictures({"a.bmp", "b.bmp", "c.bmp"});
     open_dialog();
     select({0, 2});
@@ -489,9 +489,27 @@ TEST_F(AddFramesTest, UndecodablePictureIsAFatalError) {
     EXPECT_EQ(failures_, std::vector<std::string>{"InvalidPicture"});
 }
 
+// The import uses the transparent colour that the dialog shows.
+
+TEST_F(AddFramesTest, PickedColourLosesItsPaletteEntry) {
+    open_with_red_and_green(3);
+    import();
+    click_line(main().List1, 0);
+    EXPECT_NE(main().Picture1.surface().Point(0, 0), red);
+    EXPECT_EQ(main().Picture1.surface().Point(1, 0), green);
+}
+
+TEST_F(AddFramesTest, ModeWithoutTransparencyKeepsEveryColour) {
+    open_with_red_and_green(1);
+    import();
+    click_line(main().List1, 0);
+    EXPECT_EQ(main().Picture1.surface().Point(0, 0), red);
+    EXPECT_EQ(main().Picture1.surface().Point(1, 0), green);
+}
+
 // The browser's initial folder.
 
-TEST_F(AddFramesTest, BrowserStartsAtTheSpritesFolderThenAtTheLastFolder) {
+TEST_F(AddFramesTest, BrowserStartsAtTheSpritesThenTheLastFolder) {
     open(write_sprite("sprite.spr", 1));
     click(main().elboton4);
     EXPECT_EQ(dialog().Dir1.Path(), folder_.path());

@@ -301,7 +301,7 @@ TEST(Contrast, RatioMatchesWcag) {
     EXPECT_NEAR(contrast(qRgb(0x76, 0x76, 0x76), qRgb(255, 255, 255)), 4.54, 0.005);
 }
 
-TEST_F(ContrastTest, TableListsEveryTextAndGivesReasonsForLowContrast) {
+TEST_F(ContrastTest, TableListsEveryTextAndReasonsForLowContrast) {
     Table table;
     in_every_window([&](const std::string& state, Form& window) {
         table.add(window, state);

@@ -236,7 +236,7 @@ TEST_F(ExtractTest, CancelStopsAnEndlessExtraction) {
     EXPECT_EQ(written(), std::vector<std::string>{"sprite_0.bmp"});
 }
 
-TEST_F(ExtractTest, OkWithoutAFolderAsksForOneAndOpensTheFolderDialog) {
+TEST_F(ExtractTest, OkWithoutAFolderOpensTheFolderDialog) {
     open_sprite_and_dialog();
     click(dialog().elboton2);
     EXPECT_EQ(services_.messages, std::vector<std::string>{"Select Output Folder First."});
@@ -273,7 +273,7 @@ TEST_F(ExtractTest, FolderDialogOkFillsTheBoxAndIsRemembered) {
     EXPECT_EQ(text(dialog().eltexto1.Text()), out_);
 }
 
-TEST_F(ExtractTest, FolderDialogOpensAtTheRememberedNotTheTypedFolder) {
+TEST_F(ExtractTest, FolderDialogOpensAtTheRememberedFolder) {
     open_sprite(1);
     hlspr::ExtractFolder = out_;
     open_dialog();
@@ -282,7 +282,7 @@ TEST_F(ExtractTest, FolderDialogOpensAtTheRememberedNotTheTypedFolder) {
     EXPECT_EQ(coordinator_->form5()->Dir1.Path(), out_);
 }
 
-TEST_F(ExtractTest, FolderDialogIgnoresTheRememberedFolderIfTheBoxIsEmpty) {
+TEST_F(ExtractTest, EmptyBoxMakesTheFolderDialogStartAfresh) {
     open_sprite(1);
     hlspr::ExtractFolder = out_;
     open_dialog();

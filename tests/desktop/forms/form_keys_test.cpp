@@ -155,7 +155,7 @@ TEST_F(FormKeysTest, PlainKeyComesAfterTheFocusedControl) {
     EXPECT_EQ(clicks_, 0);
 }
 
-TEST_F(FormKeysTest, PlainKeyThatTheFocusedControlIgnoresReachesTheForm) {
+TEST_F(FormKeysTest, IgnoredPlainKeyReachesTheForm) {
     keys_.add({plain_key(Qt::Key_Return, control_), plain_key(Qt::Key_Escape, control_)});
     int expected = 0;
     for (QWidget* widget :
@@ -187,7 +187,7 @@ TEST_F(FormKeysTest, OtherKeysReachTheFocusedControl) {
     EXPECT_EQ(clicks_, 0);
 }
 
-TEST_F(FormKeysTest, KeyWhoseConditionIsFalseReachesTheFocusedControl) {
+TEST_F(FormKeysTest, KeyWithFalseConditionReachesTheControl) {
     bool armed = false;
     FormKey key = shortcut(Qt::Key_Down, control_);
     key.when = [&] { return armed; };
@@ -220,7 +220,7 @@ TEST_F(FormKeysTest, FailureOfAKeyDoesNotPassThroughQt) {
     EXPECT_EQ(failures_, std::vector<std::string>{"DivisionByZero"});
 }
 
-TEST_F(FormKeysTest, FirstKeyOfAControlIsReportedToAssistiveTechnology) {
+TEST_F(FormKeysTest, FirstKeyIsReportedToAssistiveTechnology) {
     keys_.add({shortcut(Qt::CTRL | Qt::Key_N, control_), shortcut(Qt::ALT | Qt::Key_N, control_)});
     QAccessibleInterface& described = *QAccessible::queryAccessibleInterface(&control_);
     EXPECT_EQ(described.text(QAccessible::Accelerator), "Ctrl+N");
@@ -229,7 +229,7 @@ TEST_F(FormKeysTest, FirstKeyOfAControlIsReportedToAssistiveTechnology) {
     EXPECT_EQ(actions.keyBindingsForAction(QAccessibleActionInterface::toggleAction()), QStringList{});
 }
 
-TEST_F(FormKeysTest, ConditionalKeyIsNotReportedToAssistiveTechnology) {
+TEST_F(FormKeysTest, ConditionalKeyIsNotReported) {
     keys_.add({plain_key(Qt::Key_Space, control_, [] { return true; })});
     QAccessibleInterface& described = *QAccessible::queryAccessibleInterface(&control_);
     EXPECT_EQ(described.text(QAccessible::Accelerator), "");

@@ -173,7 +173,7 @@ TEST_F(KeyboardTest, NoKeyClicksADisabledOrHiddenControl) {
     });
 }
 
-TEST_F(KeyboardTest, NoKeyClicksAnythingOnADisabledFormOrBehindABox) {
+TEST_F(KeyboardTest, NoKeyWorksOnADisabledFormOrBehindABox) {
     with_each_key([&](Form& form, const FormKey& key, const std::string& what) {
         const Clicks clicks(*key.control);
         {
@@ -318,7 +318,7 @@ TEST_F(KeyboardTest, KeysAreReportedToAssistiveTechnology) {
 
 // The main window.
 
-TEST_F(KeyboardTest, MainWindowKeysOpenDialogsAndAreIgnoredBehindThem) {
+TEST_F(KeyboardTest, MainWindowKeysAreIgnoredBehindADialog) {
     open_sprite(2);
     press(main(), Qt::Key_N, Qt::ControlModifier);
     ASSERT_NE(coordinator_->form2(), nullptr);
@@ -658,7 +658,7 @@ TEST_F(ImportKeysTest, LateMoveEventDoesNotMoveThePickerBack) {
     EXPECT_EQ(transparent(), green);
 }
 
-TEST_F(ImportKeysTest, PickerFollowsThePointerBackToTheArrowsPosition) {
+TEST_F(ImportKeysTest, PickerFollowsThePointerBackToItsPixel) {
     arm_picker_on_row({red, green, blue, red});
     press(dialog(), Qt::Key_Right);
     for (const int x : {2, 1}) {
@@ -670,7 +670,7 @@ TEST_F(ImportKeysTest, PickerFollowsThePointerBackToTheArrowsPosition) {
     EXPECT_EQ(transparent(), blue);
 }
 
-TEST_F(ImportKeysTest, OpenDropDownListGetsTheArrowsWhileThePickerIsArmed) {
+TEST_F(ImportKeysTest, OpenListGetsTheArrowsOfAnArmedPicker) {
     open_dialog();
     press(dialog(), Qt::Key_P, Qt::AltModifier);
     press(dialog(), Qt::Key_T, Qt::AltModifier);

@@ -80,7 +80,7 @@ TEST_F(MainWindowTest, OpenShowsTheSpriteAndDrawsItsFirstFrame) {
     }
 }
 
-TEST_F(MainWindowTest, NameWithoutExtensionLosesItsLastFourCharacters) {
+TEST_F(MainWindowTest, NameLosesItsLastFourCharacters) {
     open(write_sprite("abcd.spr", 1));
     EXPECT_EQ(text(main().ellabel8.Caption()), "abcd");
     open(write_sprite("flame.sprite", 1)); // the last four characters, wherever the dot is
@@ -88,7 +88,7 @@ TEST_F(MainWindowTest, NameWithoutExtensionLosesItsLastFourCharacters) {
     EXPECT_EQ(failures_, std::vector<std::string>());
 }
 
-TEST_F(MainWindowTest, NameOfFourCharactersIsEmptyAndAShorterOneFails) {
+TEST_F(MainWindowTest, NameOfFourCharactersIsEmptyShorterOneFails) {
     open(write_sprite(".spr", 1));
     EXPECT_EQ(text(main().ellabel8.Caption()), "");
     EXPECT_EQ(failures_, std::vector<std::string>());
@@ -144,7 +144,7 @@ TEST_F(MainWindowTest, OpenAsksAboutChangesByTheTrimmedPath) {
     EXPECT_EQ(services_.questions, std::vector<std::string>{"¿ Do you want to save changes in my torch ?"});
 }
 
-TEST_F(MainWindowTest, SavingAnEmptySpriteBeforeOpenFailsAndShowsTheChooser) {
+TEST_F(MainWindowTest, EmptySpriteIsNotSavedBeforeOpen) {
     make_new_sprite();
     hlspr::SpriteDirty = true;
     open(write_sprite("next.spr", 2));
@@ -181,7 +181,7 @@ TEST_F(MainWindowTest, OpenDoesNotChangeTheSaveButton) {
     EXPECT_TRUE(main().elboton3.Enabled());
 }
 
-TEST_F(MainWindowTest, SaveOfANamedSpriteWritesThePathInTheBoxSilently) {
+TEST_F(MainWindowTest, SaveOfANamedSpriteWritesThePathInTheBox) {
     open_sprite(1);
     click(main().elboton7);
     ui_driver::type_into(main().eltexto1, QString::fromStdString(folder_.file("other.spr")));
@@ -201,7 +201,7 @@ TEST_F(MainWindowTest, SaveOfANamedSpriteClearsDirtyEvenWhenItFails) {
     EXPECT_FALSE(hlspr::SpriteDirty);
 }
 
-TEST_F(MainWindowTest, SaveOfAnUnnamedSpriteAsksForAFileAndKeepsTheName) {
+TEST_F(MainWindowTest, SaveOfAnUnnamedSpriteAsksForAFile) {
     make_unnamed_sprite_with_a_frame();
     services_.next_save = folder_.file("chosen.spr");
     click(main().elboton3);
@@ -214,7 +214,7 @@ TEST_F(MainWindowTest, SaveOfAnUnnamedSpriteAsksForAFileAndKeepsTheName) {
     EXPECT_TRUE(main().elboton3.Enabled());
 }
 
-TEST_F(MainWindowTest, SecondSaveWritesTheTypedNameInTheCurrentFolder) {
+TEST_F(MainWindowTest, SecondSaveWritesToTheCurrentFolder) {
     make_unnamed_sprite_with_a_frame();
     services_.next_save = folder_.file("chosen.spr");
     click(main().elboton3);
@@ -272,7 +272,7 @@ TEST_F(MainWindowTest, LineWithoutAFrameIsSubscriptOutOfRange) {
     EXPECT_EQ(failures_, std::vector<std::string>{"SubscriptOutOfRange"});
 }
 
-TEST_F(MainWindowTest, MovingAFrameUpKeepsTheLinesAndShowsItAtItsPosition) {
+TEST_F(MainWindowTest, UpMovesAFrameAndKeepsTheLines) {
     open_sprite(3);
     click_line(main().List1, 2);
     click(main().Label1);
@@ -374,7 +374,7 @@ TEST_F(MainWindowTest, WindowDoesNotCloseBehindADialog) {
     EXPECT_FALSE(ended_);
 }
 
-TEST_F(MainWindowTest, WindowManagerCannotCloseADialogWithoutACloseBox) {
+TEST_F(MainWindowTest, DialogWithoutACloseBoxCannotBeClosed) {
     click(main().elboton2);
     coordinator_->form2()->close();
     ASSERT_NE(coordinator_->form2(), nullptr);
@@ -392,7 +392,7 @@ TEST_F(MainWindowTest, ListLongerThanTheSpriteIsShownWithoutDrawing) {
     EXPECT_EQ(failures_, std::vector<std::string>());
 }
 
-TEST_F(MainWindowTest, LargeSpriteDoesNotCoverTheFrameAroundThePicture) {
+TEST_F(MainWindowTest, LargeSpriteDoesNotCoverItsFrame) {
     open(write_sprite("large.spr", 1, 300, 280));
     EXPECT_EQ(main().Picture1.size(), QSize(300, 280));
     const QImage image = main().elframe5.grab().toImage();

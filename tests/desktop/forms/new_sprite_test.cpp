@@ -113,7 +113,7 @@ TEST_F(NewSpriteTest, AnyTextIsAcceptedAsSizeAndHalvesRoundToEven) {
     }
 }
 
-TEST_F(NewSpriteTest, SizeBeyond32BitsOverflowsAfterTheMainWindowIsReset) {
+TEST_F(NewSpriteTest, SizeBeyond32BitsOverflowsAfterTheReset) {
     hlspr::SpriteDirty = true;
     hlspr::UnnamedSprite = false;
     type_size("3000000000", "1");

@@ -135,7 +135,7 @@ TEST_F(PreviewTest, SecondPlayDoesNotDelayTheNextTick) {
     EXPECT_TRUE(dialog().Timer1.remainingTime() <= 975 || ticks > 0);
 }
 
-TEST_F(PreviewTest, CloseBoxEnablesTheMainWindowAndReopeningStartsOver) {
+TEST_F(PreviewTest, ReopenedPreviewStartsOver) {
     open_preview(2);
     click(dialog().Label3);
     click(dialog().Label2);

@@ -12,6 +12,7 @@
 #include <QWindow>
 
 #include "core/base/RunTimeFailure.h"
+#include "desktop/controls/on_screen.h"
 #include "desktop/forms/EditorTest.h"
 #include "desktop/forms/exit_picture/Form9.h"
 #include "desktop/services/QtMessageBoxes.h"
@@ -191,7 +192,7 @@ TEST_F(WindowsTest, ControlsAreInsideTheirWindowsAndDoNotOverlap) {
 
 // Dragging by the title.
 
-TEST_F(WindowsTest, DraggedCornerFollowsThePointerLessAFifteenthOfTheGrab) {
+TEST_F(WindowsTest, CornerFollowsThePointerLessPartOfTheGrab) {
     EXPECT_EQ(dragged_place({100, 200}, 0, 0), QPoint(100, 200));
     EXPECT_EQ(dragged_place({100, 200}, 30, 7), QPoint(98, 200));   // 1470 and 2993 units
     EXPECT_EQ(dragged_place({100, 200}, 8, 300), QPoint(99, 180));  // 99.47
@@ -287,6 +288,20 @@ TEST_F(WindowsTest, FailureDuringAMessageBoxOfAnImportIsReported) {
     EXPECT_TRUE(told_in_box);
     EXPECT_EQ(failures_, std::vector<std::string>{"Overflow"});
     EXPECT_EQ(lines(), (std::vector<std::string>{"Frame 0", "Frame 1"}));
+}
+
+TEST_F(WindowsTest, RefreshPaintsTheProgressWithoutAnEventLoop) {
+    Form6 form;
+    form.show();
+    const QImage before = test::on_screen(form);
+    form.Label2.SetCaption("frame.bmp");
+    form.Progressbar1.SetMax(2);
+    form.Progressbar1.SetValue(1);
+    form.refresh();
+    const QImage after =
+        form.screen()->grabWindow(form.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+    EXPECT_NE(after, before);
+    EXPECT_EQ(after, form.grab().toImage().convertToFormat(QImage::Format_RGB32));
 }
 
 TEST_F(WindowsTest, ExitPictureHas24BitsAndAStoppedTimer) {

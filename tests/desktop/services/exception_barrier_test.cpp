@@ -29,14 +29,14 @@ class ExceptionBarrier : public testing::Test {
         [this](std::string_view name, std::string_view message) { errors_.emplace_back(name, message); }};
 };
 
-TEST_F(ExceptionBarrier, FailureInAHandlerReachesTheFatalErrorHandler) {
+TEST_F(ExceptionBarrier, FailureReachesTheFatalErrorHandler) {
     QLineEdit field;
     on_event(&field, &QLineEdit::textChanged, &field, [] { fail(Failure::SubscriptOutOfRange); });
     field.setText("a");
     EXPECT_EQ(errors_, (FatalErrors{{"SubscriptOutOfRange", "Subscript out of range"}}));
 }
 
-TEST_F(ExceptionBarrier, FailureDoesNotPropagateThroughANestedEventLoop) {
+TEST_F(ExceptionBarrier, FailureStaysInANestedEventLoop) {
     QLineEdit field;
     bool returned = false;
     on_event(&field, &QLineEdit::textChanged, &field, [&] {
@@ -114,7 +114,7 @@ TEST(FatalErrorHandling, EventsAreIgnoredWhileAnErrorIsReported) {
     EXPECT_FALSE(is_handling_fatal_error());
 }
 
-TEST(FatalErrorHandling, PaintEventsStillRunAndTheirFailuresAreDropped) {
+TEST(FatalErrorHandling, PaintingContinuesAndItsFailuresAreDropped) {
     int reports = 0;
     int painted = 0;
     const FatalErrorHandlerInstallation installation([&](std::string_view, std::string_view) {
@@ -135,7 +135,7 @@ TEST(FatalErrorHandling, FailureWhilePaintingIsFatal) {
     EXPECT_EQ(name, "DivisionByZero");
 }
 
-TEST(FatalErrorHandling, PreviousHandlerIsRestoredAfterAnInstallation) {
+TEST(FatalErrorHandling, InstallationRestoresThePreviousHandler) {
     int outer = 0;
     int inner = 0;
     const FatalErrorHandlerInstallation first([&](std::string_view, std::string_view) { ++outer; });

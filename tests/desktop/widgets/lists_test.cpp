@@ -153,7 +153,7 @@ TEST_F(ListBoxTest, ControlAndShiftSelectSeveralLines) {
     EXPECT_EQ(list_.ListIndex(), 3);
 }
 
-TEST_F(ListBoxTest, PressOnASelectedLineDeselectsTheOthersBeforeClick) {
+TEST_F(ListBoxTest, PressOnASelectedLineDeselectsOthersFirst) {
     click(list_, 0);
     click(list_, 3, Qt::ShiftModifier);
     clicks_.clear();

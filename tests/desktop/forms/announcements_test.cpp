@@ -59,9 +59,9 @@ void press(QWidget& window, const QString& button) {
     act(window, QAccessible::Button, button, QAccessibleActionInterface::pressAction());
 }
 
-class AccessibleChangesTest : public EveryWindowTest {};
+class AnnouncementTest : public EveryWindowTest {};
 
-TEST_F(AccessibleChangesTest, EnablingButtonsAndTheListIsAnnounced) {
+TEST_F(AnnouncementTest, EnablingButtonsAndTheListIsAnnounced) {
     EXPECT_TRUE(state_of(main().elboton6).disabled);
     EXPECT_TRUE(state_of(main().List1).disabled);
     const test::AccessibleEvents events;
@@ -77,7 +77,7 @@ TEST_F(AccessibleChangesTest, EnablingButtonsAndTheListIsAnnounced) {
     EXPECT_TRUE(events.disabled_changed(main()));
 }
 
-TEST_F(AccessibleChangesTest, NewCaptionOfAValueIsAnnounced) {
+TEST_F(AnnouncementTest, NewCaptionOfAValueIsAnnounced) {
     const test::AccessibleEvents events;
     open_sprite(3);
     EXPECT_EQ(name_of(main().ellabel7), "4 x 4");
@@ -85,7 +85,7 @@ TEST_F(AccessibleChangesTest, NewCaptionOfAValueIsAnnounced) {
     EXPECT_EQ(events.count(QAccessible::NameChanged, main().ellabel2), 0);
 }
 
-TEST_F(AccessibleChangesTest, SelectionInTheFrameListIsAnnounced) {
+TEST_F(AnnouncementTest, SelectionInTheFrameListIsAnnounced) {
     open_sprite(3);
     QAccessibleInterface& list = tree_of(main().List1);
     ASSERT_EQ(list.childCount(), 3);
@@ -103,7 +103,7 @@ TEST_F(AccessibleChangesTest, SelectionInTheFrameListIsAnnounced) {
               1);
 }
 
-TEST_F(AccessibleChangesTest, CheckedRadioButtonsAndCheckBoxAreAnnounced) {
+TEST_F(AnnouncementTest, RadioButtonsAndCheckBoxAreAnnounced) {
     open_sprite(1);
     click(main().elboton6);
     Form3& dialog = *coordinator_->form3();
@@ -121,7 +121,7 @@ TEST_F(AccessibleChangesTest, CheckedRadioButtonsAndCheckBoxAreAnnounced) {
     EXPECT_GE(events.count(QAccessible::StateChanged, dialog.elcheck1), 1);
 }
 
-TEST_F(AccessibleChangesTest, RadioButtonIsDescribedByItsQuestion) {
+TEST_F(AnnouncementTest, RadioButtonIsDescribedByItsQuestion) {
     open_sprite(1);
     click(main().elboton6);
     Form3& dialog = *coordinator_->form3();
@@ -130,7 +130,7 @@ TEST_F(AccessibleChangesTest, RadioButtonIsDescribedByItsQuestion) {
     EXPECT_EQ(tree_of(dialog.elradio3[0]).text(QAccessible::Description), "If File Exists Then");
 }
 
-TEST_F(AccessibleChangesTest, CheckedStateOfStopAndPlayAndTheSpeedAreAnnounced) {
+TEST_F(AnnouncementTest, StopPlayAndSpeedAreAnnounced) {
     open_sprite(2);
     ui_driver::double_click(main().Picture1);
     Form7& dialog = *coordinator_->form7();
@@ -149,7 +149,7 @@ TEST_F(AccessibleChangesTest, CheckedStateOfStopAndPlayAndTheSpeedAreAnnounced) 
     EXPECT_EQ(events.count(QAccessible::NameChanged, dialog.Label5), 1);
 }
 
-TEST_F(AccessibleChangesTest, ArmedPickerAndPickedColourAreAnnounced) {
+TEST_F(AnnouncementTest, ArmedPickerAndPickedColourAreAnnounced) {
     open_import(3);
     Form4& dialog = *coordinator_->form4();
     EXPECT_TRUE(state_of(dialog.elboton1).checkable);
@@ -171,7 +171,7 @@ TEST_F(AccessibleChangesTest, ArmedPickerAndPickedColourAreAnnounced) {
     EXPECT_FALSE(state_of(dialog.elboton1).checked);
 }
 
-TEST_F(AccessibleChangesTest, ProgressStepsAndPhasesAreAnnounced) {
+TEST_F(AnnouncementTest, ProgressStepsAndPhasesAreAnnounced) {
     open_sprite(3);
     for (const int line : {0, 1, 2}) {
         main().List1.SetSelected(line, true);
@@ -201,7 +201,7 @@ TEST_F(AccessibleChangesTest, ProgressStepsAndPhasesAreAnnounced) {
     EXPECT_TRUE(each_told);
 }
 
-TEST_F(AccessibleChangesTest, TextOfFieldsAndChoiceOfListsAreReported) {
+TEST_F(AnnouncementTest, TextOfFieldsAndChoiceOfListsAreReported) {
     click(main().elboton2);
     Form2& dialog = *coordinator_->form2();
     QAccessibleInterface& name = tree_of(dialog.eltexto1.Text1());
@@ -220,7 +220,7 @@ TEST_F(AccessibleChangesTest, TextOfFieldsAndChoiceOfListsAreReported) {
     EXPECT_GE(events.count(QAccessible::NameChanged, dialog.elcombo1.Combo1()), 1);
 }
 
-TEST_F(AccessibleChangesTest, DropDownListOpensAndClosesByItsAction) {
+TEST_F(AnnouncementTest, DropDownListOpensAndClosesByItsAction) {
     click(main().elboton2);
     DropDownList& list = coordinator_->form2()->elcombo1.Combo1();
     QAccessibleInterface& type = tree_of(list);
@@ -237,7 +237,7 @@ TEST_F(AccessibleChangesTest, DropDownListOpensAndClosesByItsAction) {
     EXPECT_FALSE(type.state().expanded);
 }
 
-TEST_F(AccessibleChangesTest, FocusChangesAreAnnounced) {
+TEST_F(AnnouncementTest, FocusChangesAreAnnounced) {
     click(main().elboton2);
     Form2& dialog = *coordinator_->form2();
     dialog.eltexto1.Text1().setFocus();
@@ -249,7 +249,7 @@ TEST_F(AccessibleChangesTest, FocusChangesAreAnnounced) {
     EXPECT_GE(events.count(QAccessible::Focus, dialog.eltexto2.Text1()), 1);
 }
 
-TEST_F(AccessibleChangesTest, WholeEditorCanBeOperatedThroughTheTree) {
+TEST_F(AnnouncementTest, WholeEditorCanBeOperatedThroughTheTree) {
     press(main(), "New");
     ASSERT_NE(coordinator_->form2(), nullptr);
     EXPECT_EQ(actions_of(*find(tree_of(main()), QAccessible::Button, "New")), QStringList()); // disabled
@@ -279,13 +279,13 @@ TEST_F(AccessibleChangesTest, WholeEditorCanBeOperatedThroughTheTree) {
     EXPECT_TRUE(ended_);
 }
 
-TEST_F(AccessibleChangesTest, PictureThatCannotBeClickedHasNoAction) {
+TEST_F(AnnouncementTest, PictureThatCannotBeClickedHasNoAction) {
     open_import(3);
     EXPECT_EQ(actions_of(tree_of(coordinator_->form4()->Picture1)), QStringList());
     EXPECT_EQ(actions_of(tree_of(coordinator_->form4()->Picture2)), QStringList());
 }
 
-TEST_F(AccessibleChangesTest, PressActionOfTheExitPictureEndsTheProgram) {
+TEST_F(AnnouncementTest, PressActionOfTheExitPictureEndsTheProgram) {
     Form9 form;
     const auto press_picture = [&] {
         tree_of(form.Picture1).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
