@@ -145,20 +145,11 @@ class FrameSize(Statements):
 
 
 class Lists(Statements):
-    def test_leftover_line_of_a_second_import_is_fatal(self):
-        arguments = ("--pictures", SAMPLES, *EVERY_FRAME[:4], "--again", SAMPLES)
-        self.run_walkthrough(*arguments, "--draw", "1:" + self.path("a.ppm"))
-        self.run_walkthrough(*arguments, "--draw", "3:" + self.path("a.ppm"), status=70)
-
     def test_reopening_corrects_the_list(self):
         events = self.run_walkthrough("--pictures", SAMPLES, *EVERY_FRAME[:4], "--again", SAMPLES, "--save",
                                       self.path("a.spr"))
         saved = max(at for at, event in enumerate(events) if event.startswith("message: Sprite Saved"))
         self.assertEqual(events[saved + 1:], ["list: Frame 0", "list: Frame 1"])
-
-    def test_grey_tga_is_fatal(self):
-        folder = self.make_folder("grey", {"a.tga": tga(3, 4, 4, 8, bytes(16))})
-        self.run_walkthrough("--pictures", folder, "--filter", "tga", status=70)
 
 
 class BmpFiles(Statements):
@@ -220,20 +211,17 @@ class CompressedTga(Statements):
 
 
 class TgaOf16Bits(Statements):
-    def test_uncompressed_files_of_even_width_match_imagemagick(self):
-        words = [(i * 977 + 31) & 0x7FFF for i in range(6 * 5)]
-        path = write(self.path("a.tga"), tga(2, 6, 5, 16, struct.pack("<30H", *words)))
+    def largest_difference_to_imagemagick(self, width, height):
+        words = [(i * 977 + 31) & 0x7FFF for i in range(width * height)]
+        path = write(self.path("a.tga"), tga(2, width, height, 16, struct.pack(f"<{width * height}H", *words)))
         self.inspect("--decode", self.path("a.ppm"), path)
         drawn, decoded = parse_ppm(read(self.path("a.ppm")))[0], decode(path)[0]
         self.assertEqual(drawn[:2], decoded[:2])
-        self.assertLessEqual(max(abs(a - b) for a, b in zip(drawn[2], decoded[2])), 1)
+        return max(abs(a - b) for a, b in zip(drawn[2], decoded[2]))
 
-    def test_uncompressed_files_of_odd_width_do_not_match(self):
-        words = [(i * 977 + 31) & 0x7FFF for i in range(5 * 5)]
-        path = write(self.path("a.tga"), tga(2, 5, 5, 16, struct.pack("<25H", *words)))
-        self.inspect("--decode", self.path("a.ppm"), path)
-        drawn, decoded = parse_ppm(read(self.path("a.ppm")))[0], decode(path)[0]
-        self.assertGreater(max(abs(a - b) for a, b in zip(drawn[2], decoded[2])), 1)
+    def test_only_uncompressed_files_of_even_width_match_imagemagick(self):
+        self.assertLessEqual(self.largest_difference_to_imagemagick(6, 5), 1)
+        self.assertGreater(self.largest_difference_to_imagemagick(5, 5), 1)
 
 
 class SpriteFile(Statements):

@@ -3,20 +3,19 @@ the actions of the random user: any other exit of the editor is a Finding."""
 import os
 import re
 
+import controls
 from answers import FATAL_BOX, Selection
 from display import wait_for
 from material import FATAL, FORMATS, QUIET_SPRITE, SMALL, sprite_bytes
-from ui_driver import (ADD, BELOW_FILTER, EXPORT_BUTTON, EXTRACT, EXTRACT_FOLDER, EXTRACT_OK, EXTRACT_OVERWRITE,
-                       EXTRACT_PCX, EXTRACT_TGA, FATAL_ERROR_STATUS, FILES, FILTER, IMPORT_BUTTON, MAIN, NEW,
-                       NEW_BUTTON, NEW_OK, NEW_WIDTH, OPEN_CHOOSER, PLAY, SLOWER)
+from ui_driver import ADD, EXTRACT, FATAL_ERROR_STATUS, MAIN, NEW, OPEN_CHOOSER
 from user_frames import FIRST_SPEED
 
 
 def speed_0(user):
     user.open_sprite(QUIET_SPRITE)
     dialog = user.open_preview()
-    user.click(dialog, PLAY)
-    user.click(dialog, SLOWER, times=FIRST_SPEED)
+    user.click(dialog, controls.PLAY)
+    user.click(dialog, controls.SLOWER, times=FIRST_SPEED)
 
 
 def line_without_frame(user):
@@ -29,13 +28,13 @@ def line_without_frame_exported(user):
     """The import leaves its last line selected, which has no frame."""
     user.open_sprite(QUIET_SPRITE)
     import_one(user)
-    export(user, EXTRACT_TGA)
+    export(user, controls.EXTRACT_TGA)
 
 
 def line_without_frame_played(user):
     user.open_sprite(QUIET_SPRITE)
     import_one(user)
-    user.click(user.open_preview(), PLAY)
+    user.click(user.open_preview(), controls.PLAY)
 
 
 def small_frame(user):
@@ -51,11 +50,9 @@ def short_name(user):
 
 
 def large_number(user):
-    user.click(user.main, NEW_BUTTON)
-    dialog = user.display.wait_for_window(NEW)
-    user.display.wait_until_still()
-    user.fill_in(dialog, NEW_WIDTH, "99999999999")
-    user.click(dialog, NEW_OK)
+    dialog = user.open_dialog(controls.NEW_BUTTON, NEW)
+    user.fill_in(dialog, controls.NEW_WIDTH, "99999999999")
+    user.click(dialog, controls.NEW_OK)
 
 
 def huge_header(user):
@@ -71,11 +68,11 @@ def export_over_read_only(user, kind, point):
 
 
 def read_only_tga(user):
-    export_over_read_only(user, "tga", EXTRACT_TGA)
+    export_over_read_only(user, "tga", controls.EXTRACT_TGA)
 
 
 def read_only_pcx(user):
-    export_over_read_only(user, "pcx", EXTRACT_PCX)
+    export_over_read_only(user, "pcx", controls.EXTRACT_PCX)
 
 
 def picture_gone(user):
@@ -115,11 +112,9 @@ def open_only(user, name, data):
 
 
 def export(user, point):
-    user.click(user.main, EXPORT_BUTTON)
-    dialog = user.display.wait_for_window(EXTRACT)
-    user.display.wait_until_still()
-    user.fill_in(dialog, EXTRACT_FOLDER, user.exported)
-    for click in (point, EXTRACT_OVERWRITE, EXTRACT_OK):
+    dialog = user.open_dialog(controls.EXPORT_BUTTON, EXTRACT)
+    user.fill_in(dialog, controls.EXTRACT_FOLDER, user.exported)
+    for click in (point, controls.EXTRACT_OVERWRITE, controls.EXTRACT_OK):
         user.click(dialog, click)
 
 
@@ -127,17 +122,15 @@ def browse(user, folder, kind):
     """Opens Add Frame/s and lists the files of a format in a folder. Returns the dialog."""
     if not user.can_import:
         user.open_sprite(QUIET_SPRITE)
-    user.click(user.main, IMPORT_BUTTON)
-    dialog = user.display.wait_for_window(ADD)
-    user.display.wait_until_still()
+    dialog = user.open_dialog(controls.IMPORT_BUTTON, ADD)
     user.go_to_folder(dialog, folder)
-    user.choose_line(dialog, FILTER, BELOW_FILTER, FORMATS.index(kind))
-    user.wait_for_lines(dialog, FILES, len(user.pictures.files(folder, kind)))
+    user.choose_line(dialog, controls.FILTER, controls.BELOW_FILTER, FORMATS.index(kind))
+    user.wait_for_lines(dialog, controls.FILES, len(user.pictures.files(folder, kind)))
     return dialog
 
 
 def click_file(user, dialog, line):
-    user.click(dialog, (FILES[0] + 100, FILES[1] + 8 + line * user.line_height))
+    user.click_list(dialog, controls.FILES, controls.FILES[1] + 8 + line * user.line_height)
 
 
 def import_one(user):

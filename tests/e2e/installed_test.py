@@ -7,8 +7,9 @@ import subprocess
 import sys
 import unittest
 
+import controls
 from display import Display, wait_for
-from ui_driver import CLOSE_MAIN, MAIN
+from ui_driver import MAIN
 
 ROOT = os.path.abspath(sys.argv[1])
 
@@ -37,7 +38,7 @@ class Installed(unittest.TestCase):
         process = int(self.property(["_NET_WM_PID"]).split("=")[1])
         self.assertEqual(os.readlink(f"/proc/{process}/exe"), os.path.join(ROOT, "usr/bin/varnoth"))
         left, top, _, _ = self.display.place_of(self.main)
-        self.display.click(left + CLOSE_MAIN[0], top + CLOSE_MAIN[1])
+        self.display.click(left + controls.CLOSE_MAIN[0], top + controls.CLOSE_MAIN[1])
         self.display.wait_until_gone(self.main)
         wait_for("the editor to exit", lambda: not os.path.exists(f"/proc/{process}"))
 

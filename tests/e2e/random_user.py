@@ -2,9 +2,10 @@
 Finding."""
 import time
 
+import controls
 from answers import Finding, Selection
 from material import FORMATS, MEDIUM, QUIET_SPRITE
-from ui_driver import ADD, BELOW_FILTER, FILES, FILTER, FRAME, FRAME_LIST, IMPORT_BUTTON, TITLE
+from ui_driver import ADD
 from user_files import FileUser
 from user_frames import FrameUser
 from user_imports import ImportUser
@@ -20,7 +21,7 @@ class RandomUser(FileUser, FrameUser, ImportUser):
         grab = (105, 15)
         path = [(left + self.random.randrange(-150, 150), top + self.random.randrange(-150, 150)) for _ in range(4)]
         path.append((left + grab[0] // 15, top + grab[1] // 15))
-        self.display.point(left + TITLE[0] + grab[0], top + TITLE[1] + grab[1])
+        self.display.point(left + controls.TITLE[0] + grab[0], top + controls.TITLE[1] + grab[1])
         self.display.xdotool("mousedown", 1)
         for point in path:
             self.display.point(*point)
@@ -34,9 +35,9 @@ class RandomUser(FileUser, FrameUser, ImportUser):
         for _ in range(10):
             self.display.point(left + self.random.randrange(width), top + self.random.randrange(height))
         if self.chance(0.3):
-            self.display.point(left + FRAME[0] + 3, top + FRAME[1] + 3)
+            self.display.point(left + controls.FRAME[0] + 3, top + controls.FRAME[1] + 3)
             time.sleep(1)
-        self.display.point(left + FRAME_LIST[0] + 50, top + FRAME_LIST[1] + 50)
+        self.display.point(left + controls.FRAME_LIST[0] + 50, top + controls.FRAME_LIST[1] + 50)
         self.display.xdotool("click", "--repeat", 5, "--delay", 10, self.random.choice([4, 5]))
         self.settle()
 
@@ -80,7 +81,7 @@ class RandomUser(FileUser, FrameUser, ImportUser):
     def measure_lines(self):
         """Measures the height of a line in the frame list."""
         self.open_sprite(QUIET_SPRITE)
-        middles = self.wait_for_lines(self.main, FRAME_LIST, QUIET_SPRITE.frames - 1)
+        middles = self.wait_for_lines(self.main, controls.FRAME_LIST, QUIET_SPRITE.frames - 1)
         self.line_height = middles[1] - middles[0]
 
     def return_to_idle(self):
@@ -88,13 +89,11 @@ class RandomUser(FileUser, FrameUser, ImportUser):
         pictures imported and decoded last, because the editor keeps their data."""
         self.log("idle")
         self.open_sprite(QUIET_SPRITE)
-        self.click(self.main, IMPORT_BUTTON)
-        dialog = self.display.wait_for_window(ADD)
-        self.display.wait_until_still()
+        dialog = self.open_dialog(controls.IMPORT_BUTTON, ADD)
         selection = Selection(self.pictures.files(MEDIUM, "tga"), self.size)
         self.go_to_folder(dialog, MEDIUM)
-        self.choose_line(dialog, FILTER, BELOW_FILTER, FORMATS.index("tga"))
-        self.wait_for_lines(dialog, FILES, len(selection.pictures))
+        self.choose_line(dialog, controls.FILTER, controls.BELOW_FILTER, FORMATS.index("tga"))
+        self.wait_for_lines(dialog, controls.FILES, len(selection.pictures))
         self.click_file(dialog, selection, 0)
         self.finish_import(dialog, selection, cancels=False)
         self.open_sprite(QUIET_SPRITE)

@@ -5,11 +5,11 @@ import os
 import sys
 import unittest
 
-from display import Display, wait_for
+import controls
+from display import wait_for
 from material import sprite_bytes
-from ui_driver import (ADD, ADD_CANCEL, CLOSE_MAIN, CLOSE_PREVIEW, EXPORT_BUTTON, EXTRACT, EXTRACT_BROWSE,
-                       EXTRACT_CANCEL, FOLDER, FOLDER_CANCEL, FRAME, IMPORT_BUTTON, is_text, NEW, NEW_BUTTON, NEW_OK,
-                       OPEN_BUTTON, OPEN_CHOOSER, PREVIEW, UiDriver)
+from session import EditorTest
+from ui_driver import ADD, EXTRACT, FOLDER, is_text, NEW, OPEN_CHOOSER, PREVIEW
 
 VARNOTH = os.path.abspath(sys.argv[1])
 
@@ -22,16 +22,13 @@ sidebarWidth=333
 viewMode=List
 """
 
-ALL_OF_MAIN = (0, 0, 575, 477)
-
 # Height of the fields at the bottom of the file chooser, where a cursor blinks.
 CHOOSER_FIELDS = 90
 
 
-class State(UiDriver, unittest.TestCase):
+class State(EditorTest):
     def setUp(self):
-        self.display = Display()
-        self.addCleanup(self.display.close)
+        super().setUp()
         self.empty_home = self.display.make_folder("empty_home")
 
     def start_at_home(self, *arguments, **more):
@@ -40,11 +37,8 @@ class State(UiDriver, unittest.TestCase):
                    HOME=self.empty_home, **more)
 
     def end(self):
-        self.click(self.main, CLOSE_MAIN)
-        wait_for("the editor to exit", lambda: self.editor.poll() is not None)
-        with open(self.errors, encoding="utf-8") as errors:
-            self.assertEqual(errors.read(), "")
-        self.assertEqual(self.editor.returncode, 0)
+        self.click(self.main, controls.CLOSE_MAIN)
+        self.wait_for_exit()
 
     def write_sprite(self):
         path = os.path.join(self.display.folder, "two.spr")
@@ -56,36 +50,27 @@ class State(UiDriver, unittest.TestCase):
         return sorted(os.path.relpath(os.path.join(folder, name), self.empty_home)
                       for folder, folders, files in os.walk(self.empty_home) for name in folders + files)
 
-    def dialog(self, title, open_it):
-        open_it()
-        window = self.display.wait_for_window(title)
-        self.display.wait_until_still()
-        return window
-
-    def close_dialog(self, window, point):
-        self.click(window, point)
-        self.display.wait_until_gone(window)
-
     def test_home_stays_empty_after_every_dialog(self):
         sprite = self.write_sprite()
         self.start_at_home()
-        self.close_dialog(self.dialog(NEW, lambda: self.click(self.main, NEW_BUTTON)), NEW_OK)
-        self.click(self.main, OPEN_BUTTON)
+        self.close_dialog(self.open_dialog(controls.NEW_BUTTON, NEW), controls.NEW_OK)
+        self.click(self.main, controls.OPEN_BUTTON)
         self.choose_file(OPEN_CHOOSER, sprite)
         self.display.wait_until_still()
-        self.close_dialog(self.dialog(ADD, lambda: self.click(self.main, IMPORT_BUTTON)), ADD_CANCEL)
-        extract = self.dialog(EXTRACT, lambda: self.click(self.main, EXPORT_BUTTON))
-        self.close_dialog(self.dialog(FOLDER, lambda: self.click(extract, EXTRACT_BROWSE)), FOLDER_CANCEL)
-        self.close_dialog(extract, EXTRACT_CANCEL)
-        preview = self.dialog(PREVIEW, lambda: self.click(self.main, FRAME[:2], times=2))
-        self.close_dialog(preview, CLOSE_PREVIEW)
+        self.close_dialog(self.open_dialog(controls.IMPORT_BUTTON, ADD), controls.ADD_CANCEL)
+        extract = self.open_dialog(controls.EXPORT_BUTTON, EXTRACT)
+        self.click(extract, controls.EXTRACT_BROWSE)
+        self.close_dialog(self.display.wait_for_window(FOLDER), controls.FOLDER_CANCEL)
+        self.close_dialog(extract, controls.EXTRACT_CANCEL)
+        self.click(self.main, controls.FRAME[:2], times=2)
+        self.close_dialog(self.display.wait_for_window(PREVIEW), controls.CLOSE_PREVIEW)
         self.end()
         self.assertEqual(self.below_home(), [])
 
     def capture_chooser(self, **more):
         """The place and the pixels of the file chooser in a new process of the editor."""
         self.start_at_home(**more)
-        chooser = self.dialog(OPEN_CHOOSER, lambda: self.click(self.main, OPEN_BUTTON))
+        chooser = self.open_dialog(controls.OPEN_BUTTON, OPEN_CHOOSER)
         place = self.display.place_of(chooser)
         part = (0, 0, place[2], place[3] - CHOOSER_FIELDS)
         self.display.point(0, 0)
@@ -119,16 +104,17 @@ class State(UiDriver, unittest.TestCase):
             file.write("* { color: red; background: blue; font-size: 20pt }\n")
         self.start_at_home()
         self.display.point(0, 0)
-        wait_for("a painted window", lambda: self.capture(self.main, ALL_OF_MAIN).bands(is_text))
+        wait_for("a painted window", lambda: self.capture(self.main, controls.ALL_OF_MAIN).bands(is_text))
         self.display.wait_until_still()
-        plain = self.capture(self.main, ALL_OF_MAIN)
+        plain = self.capture(self.main, controls.ALL_OF_MAIN)
         self.end()
         for arguments in (("-stylesheet", style_sheet), ("-style", "windows"), ("-reverse",),
                           (sprite,), ("--help",)):
             with self.subTest(arguments=arguments):
                 self.start_at_home(*arguments)
                 self.display.point(0, 0)
-                wait_for("the same pixels as without arguments", lambda: self.capture(self.main, ALL_OF_MAIN) == plain)
+                wait_for("the same pixels as without arguments",
+                         lambda: self.capture(self.main, controls.ALL_OF_MAIN) == plain)
                 self.end()
 
 

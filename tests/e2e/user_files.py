@@ -4,18 +4,17 @@ import re
 import struct
 import time
 
+import controls
 from answers import Finding, NO, YES
 from material import QUIET_SPRITE, RENDER_MODES
-from ui_driver import (BELOW_RENDER, BELOW_TYPE, CLEAR_BUTTON, NEW, NEW_BUTTON, NEW_CANCEL, NEW_HEIGHT, NEW_NAME,
-                       NEW_OK, NEW_RENDER, NEW_TYPE, NEW_WIDTH, OPEN_BUTTON, OPEN_CHOOSER, PATH_FIELD, REMOVE_BUTTON,
-                       SAVE_BUTTON, SAVE_CHOOSER)
+from ui_driver import NEW, OPEN_CHOOSER, SAVE_CHOOSER
 from watched_user import WatchedUser
 
 
 class FileUser(WatchedUser):
     def press_open(self):
         """Clicks Open and answers the question about unsaved changes, if any. Returns the chooser."""
-        self.click(self.main, OPEN_BUTTON)
+        self.click(self.main, controls.OPEN_BUTTON)
         text = self.wait("a question or the chooser", lambda: self.next_text() or self.display.windows(OPEN_CHOOSER))
         if isinstance(text, str):
             if self.dirty is False:
@@ -90,7 +89,7 @@ class FileUser(WatchedUser):
 
     def press_save(self):
         self.note_time_of_save()
-        self.click(self.main, SAVE_BUTTON)
+        self.click(self.main, controls.SAVE_BUTTON)
         self.finish_save()
 
     def note_time_of_save(self):
@@ -170,27 +169,25 @@ class FileUser(WatchedUser):
         self.press_save()
 
     def type_path(self, path):
-        self.fill_in(self.main, PATH_FIELD, path)
+        self.fill_in(self.main, controls.PATH_FIELD, path)
         self.path = path
 
     def press_clear(self):
         self.log("clear")
-        self.click(self.main, CLEAR_BUTTON)
+        self.click(self.main, controls.CLEAR_BUTTON)
         self.dirty = self.can_save = True
 
     def press_remove(self):
         self.log("remove")
-        self.click(self.main, REMOVE_BUTTON)
+        self.click(self.main, controls.REMOVE_BUTTON)
 
     # A new sprite.
 
     def new_sprite(self):
-        self.click(self.main, NEW_BUTTON)
-        dialog = self.display.wait_for_window(NEW)
+        dialog = self.open_dialog(controls.NEW_BUTTON, NEW)
         if self.chance(0.25):
             self.log("new, and cancel")
-            self.click(dialog, NEW_CANCEL)
-            self.display.wait_until_gone(dialog)
+            self.close_dialog(dialog, controls.NEW_CANCEL)
             return
         name = self.random.choice(["fire", "a new one", "x.y", "Untitled"])
         width, height = (self.random.choice(["16", "32", "64", "100", "128", "33", "256", "0", "-8", "12.5", "abc"])
@@ -198,12 +195,11 @@ class FileUser(WatchedUser):
         kind, render = self.random.randrange(5), self.random.randrange(len(RENDER_MODES))
         self.log(f"new {name} {width} {height} {kind} {render}")
         self.display.wait_until_still()
-        for field, text in ((NEW_NAME, name), (NEW_WIDTH, width), (NEW_HEIGHT, height)):
+        for field, text in ((controls.NEW_NAME, name), (controls.NEW_WIDTH, width), (controls.NEW_HEIGHT, height)):
             self.fill_in(dialog, field, text)
-        self.choose_line(dialog, NEW_TYPE, BELOW_TYPE, kind)
-        self.choose_line(dialog, NEW_RENDER, BELOW_RENDER, render)
-        self.click(dialog, NEW_OK)
-        self.display.wait_until_gone(dialog)
+        self.choose_line(dialog, controls.NEW_TYPE, controls.BELOW_TYPE, kind)
+        self.choose_line(dialog, controls.NEW_RENDER, controls.BELOW_RENDER, render)
+        self.close_dialog(dialog, controls.NEW_OK)
         self.path, self.render = name, RENDER_MODES[render]
         self.size = tuple(round(float(text)) if text != "abc" else 0 for text in (width, height))
         self.lines = self.frames = 0

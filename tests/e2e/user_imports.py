@@ -3,10 +3,10 @@ import os
 import re
 import time
 
+import controls
 from answers import ABORTED, GENERATED, LARGEST_SIDE, Selection
 from material import FATAL, FORMATS, MANY
-from ui_driver import (ADD, ADD_CANCEL, ADD_OK, ADD_PICK, ADD_RESIZE, ADD_SET, BELOW_FILTER, FILES, FILTER, FOLDERS,
-                       IMPORT_BUTTON, is_closed_folder, is_highlight, is_text, PICTURE, VISIBLE_LINES)
+from ui_driver import ADD, is_closed_folder, is_highlight, is_text, VISIBLE_LINES
 from watched_user import WatchedUser
 
 DOUBLE_CLICK_TIME = 0.45
@@ -14,13 +14,11 @@ DOUBLE_CLICK_TIME = 0.45
 
 class ImportUser(WatchedUser):
     def import_pictures(self):
-        self.click(self.main, IMPORT_BUTTON)
-        dialog = self.display.wait_for_window(ADD)
-        self.display.wait_until_still()
+        dialog = self.open_dialog(controls.IMPORT_BUTTON, ADD)
         selection = Selection([], self.size)
         if self.chance(0.1):
             self.log("import, with nothing selected")
-            self.click(dialog, ADD_OK)
+            self.click(dialog, controls.ADD_OK)
             self.expect("Select Picture/s To Add.")
             self.cancel_import(dialog)
             return
@@ -29,17 +27,17 @@ class ImportUser(WatchedUser):
         self.log(f"import {kind} of {folder} into {self.size}")
         self.go_to_folder(dialog, folder)
         selection.list_again(self.pictures.files(folder, kind))
-        self.choose_line(dialog, FILTER, BELOW_FILTER, FORMATS.index(kind))
+        self.choose_line(dialog, controls.FILTER, controls.BELOW_FILTER, FORMATS.index(kind))
         self.select(dialog, selection, folder)
         if self.render in ("INDEXALPHA", "ALPHATEST") and self.chance(0.5):
             self.pick(dialog)
         may_resize = 1 <= min(self.size) and max(self.size) <= LARGEST_SIDE
         if selection.asks_for_size and may_resize and self.chance(0.5):
             self.log("    resize")
-            self.click(dialog, ADD_RESIZE)
+            self.click(dialog, controls.ADD_RESIZE)
             selection.sets_sprite = False
         elif selection.asks_for_size and self.chance(0.3):
-            self.click(dialog, ADD_SET)
+            self.click(dialog, controls.ADD_SET)
         if self.chance(0.1):
             self.cancel_import(dialog)
             return
@@ -47,8 +45,7 @@ class ImportUser(WatchedUser):
 
     def cancel_import(self, dialog):
         self.log("    cancel")
-        self.click(dialog, ADD_CANCEL)
-        self.display.wait_until_gone(dialog)
+        self.close_dialog(dialog, controls.ADD_CANCEL)
 
     def go_to_folder(self, dialog, folder):
         """Goes up to the folder with all pictures and down again. The list opens at the sprite's folder the first
@@ -67,27 +64,27 @@ class ImportUser(WatchedUser):
 
     def open_folder_above(self, dialog, path, names):
         """Opens a parent of the current folder; the first line of the list is the root."""
-        begin, end = self.capture(dialog, FOLDERS).bands(is_highlight)[len(path.strip("/").split("/"))]
-        self.open_folder(dialog, FOLDERS[1] + (begin + end) // 2, names)
+        begin, end = self.capture(dialog, controls.FOLDERS).bands(is_highlight)[len(path.strip("/").split("/"))]
+        self.open_folder(dialog, controls.FOLDERS[1] + (begin + end) // 2, names)
 
     def open_folder_below(self, dialog, names, name, names_below):
-        middles = self.wait_for_lines(dialog, FOLDERS, len(names), is_closed_folder)
+        middles = self.wait_for_lines(dialog, controls.FOLDERS, len(names), is_closed_folder)
         self.open_folder(dialog, middles[sorted(names, key=str.lower).index(name)], names_below)
 
     def open_folder(self, dialog, middle, names):
         """Opens the folder in the line at this height and waits until its subfolders, the given names, are listed."""
-        self.double_click(dialog, (FOLDERS[0] + 150, middle),
-                          lambda: len(self.capture(dialog, FOLDERS).bands(is_closed_folder)) == len(names))
+        self.double_click(dialog, (controls.FOLDERS[0] + 150, middle),
+                          lambda: len(self.capture(dialog, controls.FOLDERS).bands(is_closed_folder)) == len(names))
 
     def select(self, dialog, selection, folder):
         count = len(selection.pictures)
         if folder == MANY:
-            self.wait("a full list", lambda: len(self.capture(dialog, FILES).bands(is_text)) > 15)
+            self.wait("a full list", lambda: len(self.capture(dialog, controls.FILES).bands(is_text)) > 15)
             self.click_file(dialog, selection, 0)
             self.display.press("ctrl+a")
             self.expect_message(selection.click(0, "all"))
             return
-        self.wait_for_lines(dialog, FILES, count)
+        self.wait_for_lines(dialog, controls.FILES, count)
         for _ in range(self.random.randrange(1, 3)):
             first = self.random.randrange(count)
             self.click_file(dialog, selection, first)
@@ -100,7 +97,7 @@ class ImportUser(WatchedUser):
         self.log(f"    click {selection.pictures[line].name} {keys or ''}")
         # An earlier second click would be a double click.
         time.sleep(DOUBLE_CLICK_TIME)
-        self.click(dialog, (FILES[0] + 100, FILES[1] + 8 + line * self.line_height), key=keys)
+        self.click_list(dialog, controls.FILES, controls.FILES[1] + 8 + line * self.line_height, key=keys)
         self.expect_message(selection.click(line, keys, anchor))
 
     def expect_message(self, message):
@@ -112,15 +109,15 @@ class ImportUser(WatchedUser):
 
     def pick(self, dialog):
         self.log("    pick")
-        self.click(dialog, ADD_PICK)
-        self.click(dialog, PICTURE[:2])
+        self.click(dialog, controls.ADD_PICK)
+        self.click(dialog, controls.PICTURE[:2])
 
     def finish_import(self, dialog, selection, cancels):
         selected = bool(selection.selected)
         if selected and not selection.makes_drawable_frames():
             self.cancel_import(dialog)
             return
-        self.click(dialog, ADD_OK)
+        self.click(dialog, controls.ADD_OK)
         if not selected:
             self.expect("Select Picture/s To Add.")
             self.cancel_import(dialog)

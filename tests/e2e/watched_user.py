@@ -5,10 +5,10 @@ import random
 import re
 import time
 
+import controls
 from answers import Finding, NO, YES, message_of
 from display import TIMEOUT, wait_for
-from ui_driver import (CLOSE_MAIN, EXTRACT, FATAL_ERROR_LINE, FATAL_ERROR_STATUS, UiDriver, MAIN,
-                       PROGRESS_CANCEL)
+from ui_driver import EXTRACT, FATAL_ERROR_LINE, FATAL_ERROR_STATUS, UiDriver, MAIN
 
 # The export of reordered frames continues from the stored number of the frame that it has written, so it may loop. It
 # then writes or asks until Cancel or No.
@@ -162,7 +162,8 @@ class WatchedUser(UiDriver):
         found = dict(line.split("=") for line in place.split())
         if "X" in found:
             self.log("    press cancel")
-            self.display.click(int(found["X"]) + PROGRESS_CANCEL[0], int(found["Y"]) + PROGRESS_CANCEL[1])
+            left, top = controls.PROGRESS_CANCEL
+            self.display.click(int(found["X"]) + left, int(found["Y"]) + top)
 
     # Memory, output and exit.
 
@@ -179,7 +180,7 @@ class WatchedUser(UiDriver):
 
     def end(self):
         """Closes the editor by its close box, which asks no question."""
-        self.click(self.main, CLOSE_MAIN)
+        self.click(self.main, controls.CLOSE_MAIN)
         self.wait_for_exit(0)
 
     def wait_for_exit(self, status):

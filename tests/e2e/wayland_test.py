@@ -7,8 +7,8 @@ import subprocess
 import sys
 import unittest
 
+import controls
 from display import Display, wait_for
-from ui_driver import CLOSE_MAIN
 
 VARNOTH, LATE_READER = map(os.path.abspath, sys.argv[1:3])
 
@@ -17,7 +17,7 @@ SCREEN = 1024, 768
 DISPLAY = 1056, 768
 BESIDE_THE_SCREEN = 1040, 384
 
-WIDTH, HEIGHT = 575, 477
+WIDTH, HEIGHT = controls.MAIN_WINDOW.size
 TITLE_GRAB = (200, 18)
 
 # The compositor draws only a background of one colour and the pointer.
@@ -148,13 +148,13 @@ class Wayland(unittest.TestCase):
         self.assertEqual(self.find_window(), self.corner)
         self.assertNotEqual(self.screen(), before)
 
-        self.point(*CLOSE_MAIN)
+        self.point(*controls.CLOSE_MAIN)
         self.display.xdotool("click", 1)
         self.wait_for_end()
 
     def test_editor_exits_while_the_wayland_reader_is_late(self):
         self.start(LD_PRELOAD=LATE_READER)
-        self.point(*CLOSE_MAIN)
+        self.point(*controls.CLOSE_MAIN)
         # Keep the pointer moving, so that there is something to read while the editor exits.
         self.display.xdotool("click", 1, *["mousemove_relative", "--", -1, 1, "sleep", 0.01] * 50)
         self.wait_for_end()
