@@ -10,7 +10,7 @@ import sys
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools"))
-from tool_test import (EXPLOSION, INSPECT, SAMPLES, SIDE, Sprite, ToolTest, bmp, decode, parse_ppm, read, tga,
+from tool_test import (EXPLOSION, INSPECT, SAMPLES, SIDE, Sprite, ToolTest, decode, parse_ppm, read, tga,
                        write)  # noqa: E402
 
 BLACK = (0, 0, 0)
@@ -66,11 +66,6 @@ class SharedPalette(Statements):
                 folder = self.folder_of(f"pictures{len(os.listdir(self.folder))}", palette)
                 self.assert_exact(self.sprite_of(folder, "--render", "0"), palette)
 
-    def test_256_colours_without_black_are_reduced(self):
-        palette = [(i, 255 - i, 128) for i in range(256)]
-        sprite = self.sprite_of(self.folder_of("pictures", palette), "--render", "0")
-        self.assertLess(len(set(sprite.palette)), 256)
-
     def test_commands_in_the_guide_preserve_every_pixel(self):
         guide = read(os.path.join(DOCUMENTS, "guide.md")).decode()
         commands = re.search(r"```\n(convert frame.*?)```", guide, re.DOTALL).group(1)
@@ -114,15 +109,6 @@ class SharedPalette(Statements):
                 self.assertEqual(sprite.frames[0][0], others)
                 self.assertEqual(sprite.palette[others:], [BLACK] * (256 - others))
 
-    def test_picked_colour_before_entry_255_loses_its_entry(self):
-        palette = colours(100)
-        folder = self.folder_of("pictures", palette)
-        self.assert_exact(self.sprite_of(folder, "--render", "0"), palette)
-        sprite = self.sprite_of(folder, "--render", "3")
-        self.assertNotIn(palette[0], sprite.palette)
-        self.assertEqual(sprite.frames[0][0], 0)
-        self.assertEqual(sprite.palette[0], BLACK)
-
 
 class FrameSize(Statements):
     def test_unselected_preview_determines_frame_size(self):
@@ -150,64 +136,6 @@ class Lists(Statements):
                                       self.path("a.spr"))
         saved = max(at for at, event in enumerate(events) if event.startswith("message: Sprite Saved"))
         self.assertEqual(events[saved + 1:], ["list: Frame 0", "list: Frame 1"])
-
-
-class BmpFiles(Statements):
-    """Imports the files, so that both the probe of the header and the decoder are involved."""
-
-    SOURCE = "convert -seed 7 -size 7x5 plasma:red-blue -colors 16 source.ppm; convert source.ppm -colors 2 two.ppm; "
-
-    def drawn(self, command):
-        """A file that a command writes as a.bmp, as shown in the main window and as decoded by ImageMagick."""
-        folder = self.make_folder(f"pictures{len(os.listdir(self.folder))}")
-        shell(self.SOURCE + command, folder)
-        target = self.path("drawn.ppm")
-        events = self.run_walkthrough("--size", "7x5", "--render", "0", "--pictures", folder, "--draw", "0:" + target)
-        self.assertIn("message: Frames Generated Successfully !", events)
-        return parse_ppm(read(target))[0], decode(os.path.join(folder, "a.bmp"))[0]
-
-    def test_files_with_a_40_byte_header_are_preserved(self):
-        commands = ["convert source.ppm -type TrueColor BMP3:a.bmp", "convert source.ppm -type Palette BMP3:a.bmp",
-                    "convert source.ppm -type Palette -compress none BMP3:a.bmp",
-                    "convert two.ppm -type bilevel BMP3:a.bmp"]
-        commands += [f"ppmtobmp -windows -bpp={bits} source.ppm > a.bmp" for bits in (24, 8, 4)]
-        commands += ["ppmtobmp -windows -bpp=1 two.ppm > a.bmp"]
-        for command in commands:
-            with self.subTest(command=command):
-                drawn, decoded = self.drawn(command)
-                self.assertEqual(drawn, decoded)
-
-    def test_5_and_6_bit_channels_differ_by_at_most_1(self):
-        for words in ("RGB555", "RGB565"):
-            with self.subTest(words=words):
-                drawn, decoded = self.drawn(f"convert source.ppm -define bmp:subtype={words} BMP3:a.bmp")
-                self.assertEqual(drawn[:2], decoded[:2])
-                self.assertLessEqual(max(abs(a - b) for a, b in zip(drawn[2], decoded[2])), 1)
-
-    def test_other_headers_and_top_down_files_are_refused(self):
-        for command in ("convert source.ppm a.bmp", "ppmtobmp -os2 source.ppm > a.bmp"):
-            folder = self.make_folder(f"pictures{len(os.listdir(self.folder))}")
-            shell(self.SOURCE + command, folder)
-            with self.subTest(command=command):
-                self.assert_refused(folder)
-        top_down = bytearray(bmp(4, 4, [BLACK] * 16))
-        top_down[22:26] = struct.pack("<i", -4)
-        self.assert_refused(self.make_folder("top_down", {"a.bmp": top_down}))
-
-    def assert_refused(self, folder):
-        events = self.run_walkthrough("--pictures", folder)
-        self.assertIn("message: File: a.bmp Bad Format/Corrupt.", events)
-        self.assertIn("message: Select Picture/s To Add.", events)
-
-
-class CompressedTga(Statements):
-    def test_129_by_4_pixels_of_one_colour_lose_3_pixels(self):
-        folder = self.make_folder("pictures", {"a.bmp": bmp(129, 4, [(250, 10, 20)] * 516)})
-        out = self.make_folder("out")
-        self.run_walkthrough("--size", "129x4", "--pictures", folder, "--save", self.path("a.spr"), "--export", out,
-                             "--format", "tga", "--compressed")
-        data = read(os.path.join(out, "a_0.tga"))[18:]
-        self.assertEqual([code % 128 + 1 for code in data[::4]], [128] * 4 + [1])
 
 
 class TgaOf16Bits(Statements):

@@ -422,23 +422,5 @@ class Fonts(GoldenTest):
         self.check_family("DejaVu Sans")
 
 
-class Reference(unittest.TestCase):
-    """Checks of the layout reference itself."""
-
-    def test_no_control_is_narrower_than_its_minimum(self):
-        minimum = {"button": layout_reference.BUTTON_MIN_WIDTH, "radio": layout_reference.RADIO_MIN_WIDTH,
-                   "check": layout_reference.CHECK_MIN_WIDTH, "progress": layout_reference.PROGRESS_MIN_WIDTH,
-                   "combo": layout_reference.COMBO_MIN_WIDTH}
-
-        def check(one):
-            self.assertGreaterEqual(one.place[2], minimum.get(one.kind, 0), one.name)
-            for part in one.parts:
-                check(part)
-
-        for window in WINDOWS.values():
-            for one in window.controls:
-                check(one)
-
-
 if __name__ == "__main__":
     unittest.main(argv=[sys.argv[0], *sys.argv[5:]])

@@ -213,22 +213,6 @@ TEST_F(QtPictureLoaderJpeg, TruncatedFileWithRestartsIsFilled) {
     }
 }
 
-TEST_F(QtPictureLoaderJpeg, TruncatedFileKeepsItsRows) {
-    constexpr std::size_t width = 64;
-    make_ppm(width, 256, 9, Character::Noise);
-    const Bytes whole = make_jpeg("pnmtojpeg in.ppm > out.jpg");
-    const std::vector<Colour> all = load(folder_.file("out.jpg")).colours;
-    const std::size_t data = scan_data(whole);
-    for (std::size_t quarter = 1; quarter < 4; ++quarter) {
-        const std::size_t length = data + (whole.size() - data) * quarter / 4;
-        const std::vector<Colour> colours = load(write_truncated(whole, length)).colours;
-        // In noise all rows take about the same number of bytes. A row of blocks covers 16 rows, and one more
-        // row depends on what is missing.
-        const auto rows = static_cast<std::ptrdiff_t>((quarter * 64 - 33) * width);
-        EXPECT_TRUE(std::equal(all.begin(), all.begin() + rows, colours.begin())) << quarter;
-    }
-}
-
 TEST_F(QtPictureLoaderJpeg, FileWithoutItsEndMarkerIsComplete) {
     for (const char* command : one_scan_commands) {
         SCOPED_TRACE(command);

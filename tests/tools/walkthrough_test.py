@@ -128,13 +128,6 @@ class Import(ToolTest):
                                          name=render + ".spr")
             self.assertEqual(sprite.palette[:3], [GREEN, RED, BLUE], "no picker in other modes")
 
-    def test_preview_shows_the_picture_clicked_last(self):
-        _, sprite = self.make_sprite("--pictures", self.three_pictures(), "--render", "3")
-        self.assertEqual(sprite.palette[:3], [RED, GREEN, BLACK])
-        _, sprite = self.make_sprite("--pictures", self.path("pictures"), "--render", "3", "--select", "b.bmp",
-                                     name="b.spr")
-        self.assertEqual(sprite.palette[0], BLACK)
-
 
 class Abort(ToolTest):
     ABORTED = "Process Aborted By User. Some Pictures Where Not Imported."
@@ -172,29 +165,11 @@ class Abort(ToolTest):
 
 
 class FrameList(ToolTest):
-    def test_second_import_replaces_frames_and_extends_the_list(self):
-        second = self.make_folder("second", {"d.bmp": solid(WHITE)})
-        events, sprite = self.make_sprite("--pictures", self.three_pictures(), "--again", second)
-        self.assertEqual(of_kind(events, "list"), ["Frame 0", "Frame 1", "Frame 2", "Frame 3", "Frame 0"])
-        self.assertEqual(of_kind(events, "message")[:2], [Abort.SUCCESS] * 2)
-        self.assertEqual(sprite.count, 1)
-        self.assertEqual(sprite.frames[0], bytes(16))
-        # Each import puts black after its colours; entry 2 is left over from the first import.
-        self.assertEqual(sprite.palette[:4], [WHITE, BLACK, BLUE, BLACK])
-
     def test_second_import_selects_by_name_too(self):
         second = self.make_folder("second", {"b.bmp": solid(WHITE), "d.bmp": solid(RED)})
         _, sprite = self.make_sprite("--pictures", self.three_pictures(), "--select", "a.bmp", "--select", "b.bmp",
                                      "--again", second)
         self.assertEqual([sprite.colours_of(i)[:3] for i in range(sprite.count)], [bytes(WHITE)])
-
-    def test_export_before_saving_skips_numbers_of_moved_frames(self):
-        out = self.make_folder("out")
-        events = self.run_walkthrough("--pictures", self.three_pictures(), "--move", "0:down", "--export", out)
-        self.assertEqual(of_kind(events, "step")[-3:], ["Extracting Frames...", "Untitled_0.bmp", "Untitled_2.bmp"])
-        self.assertEqual(sorted(os.listdir(out)), ["Untitled_1.bmp", "Untitled_2.bmp"])
-        self.assertEqual(decode(self.path("out", "Untitled_1.bmp"), self.path("out", "Untitled_2.bmp")),
-                         [(4, 4, bytes(GREEN) * 16), (4, 4, bytes(BLUE) * 16)])
 
 
 class Export(ToolTest):

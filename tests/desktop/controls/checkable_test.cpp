@@ -2,6 +2,7 @@
 #include <cmath>
 #include <numbers>
 #include <type_traits>
+#include <utility>
 
 #include "desktop/controls/elcheck.h"
 #include "desktop/controls/elradio.h"
@@ -120,6 +121,10 @@ TEST(Elcheck, PartsAreAtTheirDesignedPositions) {
 TEST(Elcheck, OnlyTheLeftAndTopEdgesOfTheBoxFollowColor3DDark) {
     Check check;
     check->SetColor3DLight(0x0000FF);
+    for (const auto& [name, colour] : {std::pair{"Line1", dark}, std::pair{"Line2", dark},
+                                       std::pair{"Line3", box_light}, std::pair{"Line4", box_light}}) {
+        EXPECT_EQ(check.line(name).BorderColor, colour) << name;
+    }
     for (const int scale : {1, 2}) {
         const QImage picture = picture_of(check.control, scale);
         test::expect_edges(picture, {0, 3 * scale, 12 * scale, 12 * scale}, scale, dark, box_light);

@@ -1,5 +1,7 @@
 // What the ten controls have in common: sizes, edges, captions, imitated transparency, and that a disabled
 // control looks like an enabled one.
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 #include <string>
@@ -30,8 +32,8 @@ using test::Shown;
 
 enum class Edges { None, Raised, Sunken };
 
-/// A control with its fixed height and its minimum width in twips, 0 if it has none, its edges, and the width
-/// of the edge that an obtained background leaves out.
+/// A control with its fixed height and its minimum width in twips, 0 if it has none, its edges, the width of
+/// the edge that an obtained background leaves out, and its lines at the top, left, right and bottom.
 struct Kind {
     const char* name;
     std::function<std::unique_ptr<SkinnedControl>(QWidget*)> make;
@@ -39,7 +41,12 @@ struct Kind {
     int minimum_width;
     Edges edges = Edges::None;
     int background_edge = 0;
+    std::array<const char*, 4> lines{};
 };
+
+constexpr std::array small_lines{"lineA(0)", "lineA(1)", "lineB(0)", "lineB(1)"};
+constexpr std::array capital_lines{"LineA(0)", "LineA(1)", "LineB(0)", "LineB(1)"};
+constexpr std::array numbered_lines{"Line1(0)", "Line1(3)", "Line1(2)", "Line1(1)"};
 
 // GoogleTest would print the bytes of a Kind.
 void PrintTo(const Kind& kind, std::ostream* stream) {
@@ -48,16 +55,16 @@ void PrintTo(const Kind& kind, std::ostream* stream) {
 
 const std::vector<Kind>& kinds() {
     static const std::vector<Kind> all{
-        {"elboton", make_control<elboton>, 360, 500, Edges::Raised, 1},
+        {"elboton", make_control<elboton>, 360, 500, Edges::Raised, 1, small_lines},
         {"elcheck", make_control<elcheck>, 270, 500},
-        {"elcombo", make_control<elcombo>, 300, 1425, Edges::Sunken},
-        {"elframe", make_control<elframe>, 0, 0, Edges::Sunken, 1},
+        {"elcombo", make_control<elcombo>, 300, 1425, Edges::Sunken, 0, small_lines},
+        {"elframe", make_control<elframe>, 0, 0, Edges::Sunken, 1, capital_lines},
         {"ellabel", make_control<ellabel>, 300, 0},
         {"elline3d", make_control<elline3d>, 30, 30},
-        {"elpanel", make_control<elpanel>, 0, 0, Edges::Raised, 1},
-        {"elprogress", make_control<elprogress>, 360, 360, Edges::Sunken, 1},
+        {"elpanel", make_control<elpanel>, 0, 0, Edges::Raised, 1, capital_lines},
+        {"elprogress", make_control<elprogress>, 360, 360, Edges::Sunken, 1, numbered_lines},
         {"elradio", make_control<elradio>, 285, 500},
-        {"eltexto", make_control<eltexto>, 300, 0, Edges::Sunken, 1},
+        {"eltexto", make_control<eltexto>, 300, 0, Edges::Sunken, 1, small_lines},
     };
     return all;
 }
@@ -111,15 +118,20 @@ TEST_P(ControlEdges, AreOnePixelThickAndFollowTheSize) {
     constexpr Colour lit = 0x0000FF;
     constexpr Colour shaded = 0x00FF00;
     const bool is_raised = GetParam().edges == Edges::Raised;
+    const Colour top_left = is_raised ? lit : shaded;
+    const Colour bottom_right = is_raised ? shaded : lit;
     const std::unique_ptr<SkinnedControl> control = GetParam().make(nullptr);
     control->SetColor3DLight(lit);
     control->SetColor3DDark(shaded);
+    for (std::size_t i = 0; i < 4; ++i) {
+        const auto& line = control->part<LinePart>(GetParam().lines[i]);
+        EXPECT_EQ(line.BorderColor, i < 2 ? top_left : bottom_right) << GetParam().lines[i];
+    }
     for (const QSize size : {QSize(100, 50), QSize(120, 60)}) {
         control->resize(size);
         for (const int scale : {1, 2}) {
             const QImage picture = picture_of(*control, scale);
-            test::expect_edges(picture, picture.rect(), scale, is_raised ? lit : shaded,
-                               is_raised ? shaded : lit);
+            test::expect_edges(picture, picture.rect(), scale, top_left, bottom_right);
             const QRect inside = picture.rect().adjusted(scale, scale, -scale, -scale);
             const QRect left(inside.topLeft(), QSize(1, inside.height()));
             const QRect bottom(inside.bottomLeft(), QPoint(inside.right() - 20 * scale, inside.bottom()));

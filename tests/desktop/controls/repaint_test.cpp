@@ -1,4 +1,8 @@
 // Properties and methods that change the appearance of a control take effect on the screen at once.
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "desktop/controls/elboton.h"
 #include "desktop/controls/elcheck.h"
 #include "desktop/controls/elcombo.h"
@@ -16,26 +20,77 @@ namespace varnoth {
 namespace {
 
 using test::expect_shown_at_once;
+using test::make_control;
 using test::Shown;
 
-template <typename Control>
-void expect_colours_shown_at_once(Shown<Control>& shown) {
-    expect_shown_at_once(shown.window, "BackColor", [&] { shown->SetBackColor(0x1000A0); });
-    expect_shown_at_once(shown.window, "Color3DLight", [&] { shown->SetColor3DLight(0xFFFF00); });
-    expect_shown_at_once(shown.window, "Color3DDark", [&] { shown->SetColor3DDark(0x00FFFF); });
+struct Change {
+    const char* property;
+    QVariant value;
+};
+
+/// A control and changes of its properties, each of which is visible after those before it.
+struct Changes {
+    const char* name;
+    std::function<std::unique_ptr<SkinnedControl>(QWidget*)> make;
+    std::vector<std::vector<Change>> changes;
+};
+
+// GoogleTest would print the bytes of the changes.
+void PrintTo(const Changes& changes, std::ostream* stream) {
+    *stream << changes.name;
 }
 
-/// For controls with a caption.
-template <typename Control>
-void expect_text_shown_at_once(Shown<Control>& shown) {
-    expect_shown_at_once(shown.window, "Caption", [&] { shown->SetCaption("Words"); });
-    expect_shown_at_once(shown.window, "FontItalic", [&] { shown->SetFontItalic(true); });
-    expect_shown_at_once(shown.window, "FontUnderline", [&] { shown->SetFontUnderline(true); });
-    expect_shown_at_once(shown.window, "FontSize", [&] { shown->SetFontSize(7); });
-    expect_shown_at_once(shown.window, "FontName", [&] { shown->SetFontName("DejaVu Sans Mono"); });
-    const bool shadow = !shown->DropShadow();
-    expect_shown_at_once(shown.window, "DropShadow", [&] { shown->SetDropShadow(shadow); });
+const std::vector<Change> edges{{"Color3DLight", 0xFFFF00}, {"Color3DDark", 0x00FFFF}};
+const std::vector<Change> back{{"BackColor", 0x1000A0}};
+const std::vector<Change> fore{{"ForeColor", 0x80FF20}};
+const std::vector<Change> italic{{"FontItalic", true}};
+const std::vector<Change> caption{{"Caption", "Words"},
+                                  {"FontItalic", true},
+                                  {"FontUnderline", true},
+                                  {"FontSize", 7.0},
+                                  {"FontName", "DejaVu Sans Mono"},
+                                  {"DropShadow", true}};
+const std::vector<Change> checkable{
+    {"BackColor2", 0x301080}, {"Color3DDark", 0x00FFFF}, {"UncheckedColor", 0x80FF20}};
+const std::vector<Change> value{{"Value", true}, {"CheckedColor", 0x20FF80}};
+
+class PropertyRepaint : public testing::TestWithParam<Changes> {};
+
+TEST_P(PropertyRepaint, IsImmediate) {
+    QWidget window;
+    window.resize(600, 300);
+    const std::unique_ptr<SkinnedControl> control = GetParam().make(&window);
+    control->setGeometry(20, 20, 120, 60);
+    window.show();
+    for (const std::vector<Change>& group : GetParam().changes) {
+        for (const Change& change : group) {
+            expect_shown_at_once(window, change.property,
+                                 [&] { control->setProperty(change.property, change.value); });
+        }
+    }
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, PropertyRepaint,
+    testing::Values(
+        Changes{"elboton", make_control<elboton>, {back, edges, fore, caption}},
+        Changes{"elcheck", make_control<elcheck>, {back, checkable, caption, value}},
+        Changes{"elcombo", make_control<elcombo>, {back, edges, {{"SymbolColor", 0x0000FF}}}},
+        Changes{"elframe", make_control<elframe>, {back, edges}},
+        Changes{"ellabel", make_control<ellabel>, {back, fore, caption}},
+        Changes{"elline3d", make_control<elline3d>, {edges}},
+        Changes{"elpanel",
+                make_control<elpanel>,
+                {back,
+                 edges,
+                 fore,
+                 {{"Title", "Words"}, {"CloseColor", 0x80FF20}, {"Cerrar", false}, {"Icon", false}}}},
+        Changes{"elprogress", make_control<elprogress>, {back, edges, {{"Value", 5}}}},
+        Changes{"elradio",
+                make_control<elradio>,
+                {back, checkable, caption, value, {{"Color3DLight", 0xFFFF00}}}},
+        Changes{"eltexto", make_control<eltexto>, {back, edges, {{"Text", "Words"}}, fore, italic}}),
+    [](const auto& each) { return std::string(each.param.name); });
 
 template <typename Control>
 void expect_over_shown_at_once(Shown<Control>& shown) {
@@ -43,115 +98,48 @@ void expect_over_shown_at_once(Shown<Control>& shown) {
     expect_shown_at_once(shown.window, "normal", [&] { shown->set_normal_state(); });
 }
 
+TEST(ControlRepaint, HoverState) {
+    Shown<elcheck> check(80);
+    expect_over_shown_at_once(check);
+    Shown<elradio> radio(80);
+    expect_over_shown_at_once(radio);
+    Shown<elcombo> combo(120);
+    combo->SetSymbolOverColor(0x00FF00);
+    expect_over_shown_at_once(combo);
+}
+
 template <typename Control>
-void expect_mark_shown_at_once(Shown<Control>& shown) {
-    expect_shown_at_once(shown.window, "BackColor", [&] { shown->SetBackColor(0x1000A0); });
-    expect_shown_at_once(shown.window, "BackColor2", [&] { shown->SetBackColor2(0x301080); });
-    expect_shown_at_once(shown.window, "Color3DDark", [&] { shown->SetColor3DDark(0x00FFFF); });
-    expect_shown_at_once(shown.window, "UncheckedColor", [&] { shown->SetUncheckedColor(0x80FF20); });
-    expect_text_shown_at_once(shown);
-    expect_over_shown_at_once(shown);
-    expect_shown_at_once(shown.window, "Value", [&] { shown->SetValue(true); });
-    expect_shown_at_once(shown.window, "CheckedColor", [&] { shown->SetCheckedColor(0x20FF80); });
+void expect_press_shown_at_once(Shown<Control>& shown, const QPoint& point) {
+    expect_shown_at_once(shown.window, "pressed", [&] { shown.press(point); });
+    expect_shown_at_once(shown.window, "released", [&] { shown.release(point); });
 }
 
-TEST(ControlRepaint, Button) {
-    Shown<elboton> shown(80);
-    expect_colours_shown_at_once(shown);
-    expect_shown_at_once(shown.window, "ForeColor", [&] { shown->SetForeColor(0x80FF20); });
-    expect_text_shown_at_once(shown);
-    const QPoint middle = shown->rect().center();
-    expect_shown_at_once(shown.window, "pressed",
-                         [&] { QTest::mousePress(&shown.control, Qt::LeftButton, {}, middle); });
-    expect_shown_at_once(shown.window, "released",
-                         [&] { QTest::mouseRelease(&shown.control, Qt::LeftButton, {}, middle); });
+TEST(ControlRepaint, PressedButtonAndCloseButton) {
+    Shown<elboton> button(80);
+    expect_press_shown_at_once(button, button->rect().center());
+    Shown<elpanel> panel(200, 100);
+    expect_press_shown_at_once(panel, {200 - 26 + 9, 8 + 9});
 }
 
-TEST(ControlRepaint, Label) {
-    Shown<ellabel> shown(80);
-    expect_shown_at_once(shown.window, "BackColor", [&] { shown->SetBackColor(0x1000A0); });
-    expect_shown_at_once(shown.window, "ForeColor", [&] { shown->SetForeColor(0x80FF20); });
-    expect_text_shown_at_once(shown);
+TEST(ControlRepaint, ListOfAComboBox) {
+    Shown<elcombo> combo(120);
+    combo->SetList(QString("one\ntwo"));
+    expect_shown_at_once(combo.window, "ListIndex", [&] { combo->SetListIndex(1); });
+    expect_shown_at_once(combo.window, "ForeColor", [&] { combo->SetForeColor(0x80FF20); });
+    expect_shown_at_once(combo.window, "FontItalic", [&] { combo->SetFontItalic(true); });
+    expect_shown_at_once(combo.window, "RemoveItem", [&] { combo->RemoveItem(1); });
 }
 
-TEST(ControlRepaint, CheckBox) {
-    Shown<elcheck> shown(80);
-    expect_mark_shown_at_once(shown);
-}
-
-TEST(ControlRepaint, RadioButton) {
-    Shown<elradio> shown(80);
-    expect_mark_shown_at_once(shown);
-    expect_shown_at_once(shown.window, "Color3DLight", [&] { shown->SetColor3DLight(0xFFFF00); });
-}
-
-TEST(ControlRepaint, ComboBox) {
-    Shown<elcombo> shown(120);
-    expect_colours_shown_at_once(shown);
-    shown->SetList(QString("one\ntwo"));
-    expect_shown_at_once(shown.window, "ListIndex", [&] { shown->SetListIndex(1); });
-    expect_shown_at_once(shown.window, "ForeColor", [&] { shown->SetForeColor(0x80FF20); });
-    expect_shown_at_once(shown.window, "FontItalic", [&] { shown->SetFontItalic(true); });
-    expect_shown_at_once(shown.window, "SymbolColor", [&] { shown->SetSymbolColor(0x0000FF); });
-    shown->SetSymbolOverColor(0x00FF00);
-    expect_over_shown_at_once(shown);
-    expect_shown_at_once(shown.window, "RemoveItem", [&] { shown->RemoveItem(1); });
-}
-
-TEST(ControlRepaint, TextBox) {
-    Shown<eltexto> shown(120);
-    expect_colours_shown_at_once(shown);
-    expect_shown_at_once(shown.window, "Text", [&] { shown->SetText("Words"); });
-    expect_shown_at_once(shown.window, "ForeColor", [&] { shown->SetForeColor(0x80FF20); });
-    expect_shown_at_once(shown.window, "FontItalic", [&] { shown->SetFontItalic(true); });
-}
-
-TEST(ControlRepaint, Frame) {
-    Shown<elframe> shown(80);
-    expect_colours_shown_at_once(shown);
-}
-
-TEST(ControlRepaint, Line) {
-    Shown<elline3d> shown(80);
-    expect_shown_at_once(shown.window, "Color3DLight", [&] { shown->SetColor3DLight(0xFFFF00); });
-    expect_shown_at_once(shown.window, "Color3DDark", [&] { shown->SetColor3DDark(0x00FFFF); });
-}
-
-TEST(ControlRepaint, ProgressBar) {
-    Shown<elprogress> shown(120);
-    expect_colours_shown_at_once(shown);
-    expect_shown_at_once(shown.window, "Value", [&] { shown->SetValue(5); });
-}
-
-TEST(ControlRepaint, Panel) {
-    Shown<elpanel> shown(200, 100);
-    expect_colours_shown_at_once(shown);
-    expect_shown_at_once(shown.window, "ForeColor", [&] { shown->SetForeColor(0x80FF20); });
-    expect_shown_at_once(shown.window, "Title", [&] { shown->SetTitle("Words"); });
-    expect_shown_at_once(shown.window, "CloseColor", [&] { shown->SetCloseColor(0x80FF20); });
-    const QPoint close_button(200 - 26 + 9, 8 + 9);
-    expect_shown_at_once(shown.window, "pressed",
-                         [&] { QTest::mousePress(&shown.control, Qt::LeftButton, {}, close_button); });
-    expect_shown_at_once(shown.window, "released",
-                         [&] { QTest::mouseRelease(&shown.control, Qt::LeftButton, {}, close_button); });
-    expect_shown_at_once(shown.window, "Cerrar", [&] { shown->SetCerrar(false); });
-    expect_shown_at_once(shown.window, "Icon", [&] { shown->SetIcon(false); });
-}
-
-TEST(ControlRepaint, PixelsOfAPanel) {
-    Shown<elpanel> shown(200, 100);
+TEST(ControlRepaint, PixelsOfAPanelAndOfAFrame) {
     PictureSurface source({.width = 300, .height = 300, .back_colour = 0x4080C0});
-    expect_shown_at_once(shown.window, "set_icon", [&] { shown->set_icon(source.hDC()); });
-    expect_shown_at_once(shown.window, "set_the_hdc", [&] { shown->set_the_hdc(source.hDC()); });
-    expect_shown_at_once(shown.window, "obtener_imagen_fondo",
-                         [&] { shown->obtener_imagen_fondo(source.hDC(), 0, 0, 100); });
-}
-
-TEST(ControlRepaint, PixelsOfAControl) {
-    Shown<elframe> shown(200);
-    PictureSurface source({.width = 300, .height = 300, .back_colour = 0x4080C0});
-    expect_shown_at_once(shown.window, "obtener_imagen_fondo",
-                         [&] { shown->obtener_imagen_fondo(source.hDC(), 0, 0, 100); });
+    Shown<elpanel> panel(200, 100);
+    expect_shown_at_once(panel.window, "set_icon", [&] { panel->set_icon(source.hDC()); });
+    expect_shown_at_once(panel.window, "set_the_hdc", [&] { panel->set_the_hdc(source.hDC()); });
+    expect_shown_at_once(panel.window, "obtener_imagen_fondo",
+                         [&] { panel->obtener_imagen_fondo(source.hDC(), 0, 0, 100); });
+    Shown<elframe> frame(200);
+    expect_shown_at_once(frame.window, "obtener_imagen_fondo",
+                         [&] { frame->obtener_imagen_fondo(source.hDC(), 0, 0, 100); });
 }
 
 } // namespace

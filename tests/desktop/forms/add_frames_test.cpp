@@ -411,40 +411,6 @@ TEST_F(AddFramesTest, SpriteSizeIsShownEvenIfTheImportIsAborted) {
     EXPECT_TRUE(main().isEnabled());
 }
 
-/// Records the number of lines at each repaint of a list.
-class PaintedLines : public QObject {
-  public:
-    explicit PaintedLines(ListBox& list) : list_(list) { list.viewport()->installEventFilter(this); }
-
-    std::vector<std::int32_t> counts;
-
-  private:
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() == QEvent::Paint) {
-            counts.push_back(list_.ListCount());
-        }
-        return false;
-    }
-
-    ListBox& list_;
-};
-
-TEST_F(AddFramesTest, FrameListShowsEachLineDuringTheImport) {
-    add_pictures({"a.bmp", "b.bmp", "c.bmp"});
-    open_dialog();
-    select({0, 1, 2});
-    PaintedLines painted(main().List1);
-    services_.on_yield = [] { QCoreApplication::processEvents(); };
-    bool open = true;
-    services_.on_message = [&] {
-        open = false; // the import has finished
-        painted.counts.erase(std::unique(painted.counts.begin(), painted.counts.end()), painted.counts.end());
-        EXPECT_EQ(painted.counts, (std::vector<std::int32_t>{1, 2}));
-    };
-    import();
-    EXPECT_FALSE(open);
-}
-
 TEST_F(AddFramesTest, EachFrameUpdatesCaptionThenListThenBar) {
     add_pictures({"a.bmp", "b.bmp", "c.bmp"});
     open_dialog();

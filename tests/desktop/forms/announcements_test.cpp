@@ -121,15 +121,6 @@ TEST_F(AnnouncementTest, RadioButtonsAndCheckBoxAreAnnounced) {
     EXPECT_GE(events.count(QAccessible::StateChanged, dialog.elcheck1), 1);
 }
 
-TEST_F(AnnouncementTest, RadioButtonIsDescribedByItsQuestion) {
-    open_sprite(1);
-    click(main().elboton6);
-    Form3& dialog = *coordinator_->form3();
-    EXPECT_EQ(tree_of(dialog.elradio1[2]).text(QAccessible::Description), "Format");
-    EXPECT_EQ(tree_of(dialog.elradio2[1]).text(QAccessible::Description), "Depth");
-    EXPECT_EQ(tree_of(dialog.elradio3[0]).text(QAccessible::Description), "If File Exists Then");
-}
-
 TEST_F(AnnouncementTest, StopPlayAndSpeedAreAnnounced) {
     open_sprite(2);
     ui_driver::double_click(main().Picture1);
@@ -237,18 +228,6 @@ TEST_F(AnnouncementTest, DropDownListOpensAndClosesByItsAction) {
     EXPECT_FALSE(type.state().expanded);
 }
 
-TEST_F(AnnouncementTest, FocusChangesAreAnnounced) {
-    click(main().elboton2);
-    Form2& dialog = *coordinator_->form2();
-    dialog.eltexto1.Text1().setFocus();
-    EXPECT_TRUE(state_of(dialog.eltexto1.Text1()).focused);
-    const test::AccessibleEvents events;
-    QTest::keyClick(dialog.windowHandle(), Qt::Key_Tab);
-    EXPECT_FALSE(state_of(dialog.eltexto1.Text1()).focused);
-    EXPECT_TRUE(state_of(dialog.eltexto2.Text1()).focused);
-    EXPECT_GE(events.count(QAccessible::Focus, dialog.eltexto2.Text1()), 1);
-}
-
 TEST_F(AnnouncementTest, WholeEditorCanBeOperatedThroughTheTree) {
     press(main(), "New");
     ASSERT_NE(coordinator_->form2(), nullptr);
@@ -277,12 +256,6 @@ TEST_F(AnnouncementTest, WholeEditorCanBeOperatedThroughTheTree) {
     EXPECT_FALSE(ended_);
     press(main(), "Close");
     EXPECT_TRUE(ended_);
-}
-
-TEST_F(AnnouncementTest, PictureThatCannotBeClickedHasNoAction) {
-    open_import(3);
-    EXPECT_EQ(actions_of(tree_of(coordinator_->form4()->Picture1)), QStringList());
-    EXPECT_EQ(actions_of(tree_of(coordinator_->form4()->Picture2)), QStringList());
 }
 
 TEST_F(AnnouncementTest, PressActionOfTheExitPictureEndsTheProgram) {

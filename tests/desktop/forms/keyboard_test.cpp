@@ -301,15 +301,7 @@ TEST_F(KeyboardTest, GuideListsExactlyTheKeysOfEachWindow) {
     EXPECT_EQ(listed, actual);
 }
 
-TEST_F(KeyboardTest, KeysAreReportedToAssistiveTechnology) {
-    const auto told = [](QWidget& control) {
-        return text(QAccessible::queryAccessibleInterface(&control)->text(QAccessible::Accelerator));
-    };
-    Form4 add_frames(main());
-    EXPECT_EQ(told(main().elboton2), "Ctrl+N");
-    EXPECT_EQ(told(main().Label1), "Alt+Up");
-    EXPECT_EQ(told(add_frames.elradio1[0]), "Alt+S");
-    EXPECT_EQ(told(add_frames.Combo1), "Alt+T");
+TEST_F(KeyboardTest, KeyOfTheCloseBoxIsReported) {
     QAccessibleInterface& close_box = *QAccessible::queryAccessibleInterface(&main().elpanel1)->child(0);
     EXPECT_EQ(text(close_box.text(QAccessible::Accelerator)), "Ctrl+Q");
     EXPECT_EQ(close_box.actionInterface()->keyBindingsForAction(QAccessibleActionInterface::pressAction()),
@@ -329,13 +321,6 @@ TEST_F(KeyboardTest, MainWindowKeysAreIgnoredBehindADialog) {
     EXPECT_EQ(coordinator_->form2(), nullptr);
     press(main(), Qt::Key_I, Qt::ControlModifier);
     EXPECT_NE(coordinator_->form4(), nullptr);
-}
-
-TEST_F(KeyboardTest, CtrlEInThePathBoxExports) {
-    open_sprite(1);
-    main().eltexto1.Text1().setFocus();
-    press(main(), Qt::Key_E, Qt::ControlModifier);
-    EXPECT_NE(coordinator_->form3(), nullptr);
 }
 
 TEST_F(KeyboardTest, LettersInThePathBoxAreTyped) {
@@ -359,14 +344,6 @@ TEST_F(KeyboardTest, KeyInThePathBoxStillRaisesKeyDown) {
     EXPECT_EQ(coordinator_->form7(), nullptr);
 }
 
-TEST_F(KeyboardTest, ReturnOnTheFrameListOpensThePreview) {
-    open_sprite(2);
-    main().List1.setFocus();
-    press(main(), Qt::Key_Return);
-    ASSERT_NE(coordinator_->form7(), nullptr);
-    EXPECT_FALSE(main().isEnabled());
-}
-
 TEST_F(KeyboardTest, ArrowsMoveTheLineAndWithAltTheFrame) {
     open_sprite(3);
     main().List1.setFocus();
@@ -379,11 +356,6 @@ TEST_F(KeyboardTest, ArrowsMoveTheLineAndWithAltTheFrame) {
     press(main(), Qt::Key_Up, Qt::AltModifier);
     EXPECT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{0, 1, 2}));
     EXPECT_EQ(main().List1.ListIndex(), 1);
-}
-
-TEST_F(KeyboardTest, CtrlQEndsTheProgram) {
-    press(main(), Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_TRUE(ended_);
 }
 
 // The dialogs.
@@ -437,59 +409,6 @@ TEST_F(KeyboardTest, FolderListHandlesReturnButNotCtrlReturn) {
     ui_driver::settle();
     EXPECT_EQ(coordinator_->form5(), nullptr);
     EXPECT_EQ(text(coordinator_->form3()->eltexto1.Text()), "/");
-}
-
-TEST_F(KeyboardTest, FormatKeysShowAndSetTheirChoices) {
-    open_sprite(1);
-    press(main(), Qt::Key_E, Qt::ControlModifier);
-    Form3& dialog = *coordinator_->form3();
-    ui_driver::settle();
-    press(dialog, Qt::Key_C, Qt::AltModifier); // hidden
-    EXPECT_FALSE(dialog.elcheck1.Value());
-    press(dialog, Qt::Key_T, Qt::AltModifier);
-    EXPECT_TRUE(dialog.elradio1[1].Value());
-    EXPECT_FALSE(dialog.elradio1[0].Value());
-    press(dialog, Qt::Key_C, Qt::AltModifier);
-    EXPECT_TRUE(dialog.elcheck1.Value());
-    press(dialog, Qt::Key_C, Qt::AltModifier);
-    EXPECT_FALSE(dialog.elcheck1.Value());
-    press(dialog, Qt::Key_O, Qt::AltModifier);
-    EXPECT_TRUE(dialog.elradio3[2].Value());
-    EXPECT_FALSE(dialog.elradio3[1].Value());
-    EXPECT_EQ(text(dialog.eltexto1.Text()), "");
-}
-
-TEST_F(KeyboardTest, PreviewPlaysStopsAndChangesItsSpeed) {
-    open_sprite(2);
-    main().List1.setFocus();
-    press(main(), Qt::Key_Return);
-    Form7& dialog = *coordinator_->form7();
-    ui_driver::settle();
-    press(dialog, Qt::Key_Space);
-    EXPECT_TRUE(dialog.Timer1.isActive());
-    press(dialog, Qt::Key_Space);
-    EXPECT_FALSE(dialog.Timer1.isActive());
-    press(dialog, Qt::Key_Right);
-    press(dialog, Qt::Key_Right);
-    EXPECT_EQ(text(dialog.Label5.Caption()), "17 fps");
-    press(dialog, Qt::Key_Left);
-    EXPECT_EQ(text(dialog.Label5.Caption()), "16 fps");
-    press(dialog, Qt::Key_Escape);
-    ui_driver::settle();
-    EXPECT_EQ(coordinator_->form7(), nullptr);
-    EXPECT_TRUE(main().isEnabled());
-}
-
-TEST_F(KeyboardTest, SlowerKeyToSpeed0EndsTheProgram) {
-    open_sprite(1);
-    main().List1.setFocus();
-    press(main(), Qt::Key_Return);
-    ui_driver::settle();
-    for (int i = 0; i < 15; ++i) {
-        EXPECT_TRUE(failures_.empty());
-        press(*coordinator_->form7(), Qt::Key_Left);
-    }
-    EXPECT_EQ(failures_, std::vector<std::string>{"DivisionByZero"});
 }
 
 // Import.
@@ -552,20 +471,6 @@ TEST_F(ImportKeysTest, EscapeDuringTheImportAbortsIt) {
     press(dialog(), Qt::Key_Return);
     EXPECT_TRUE(disabled);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 2);
-}
-
-TEST_F(ImportKeysTest, SizeQuestionKeysWorkOnlyWhileItIsOpen) {
-    pictures_.add_plain_bmp("a.bmp", 8, 6, red);
-    open_dialog();
-    press(dialog(), Qt::Key_R, Qt::AltModifier);
-    EXPECT_FALSE(dialog().elradio1[1].Value());
-    select_first_file();
-    press(dialog(), Qt::Key_R, Qt::AltModifier);
-    EXPECT_TRUE(dialog().elradio1[1].Value());
-    EXPECT_FALSE(dialog().elradio1[0].Value());
-    press(dialog(), Qt::Key_S, Qt::AltModifier);
-    EXPECT_TRUE(dialog().elradio1[0].Value());
-    EXPECT_FALSE(dialog().elradio1[1].Value());
 }
 
 TEST_F(ImportKeysTest, ArmedPickerMovesByArrowsAndPicksByReturn) {

@@ -216,21 +216,6 @@ TEST_F(WindowsTest, TitleMoveWithoutAButtonEndsTheDrag) {
     EXPECT_EQ(main().pos(), QPoint(50, 50));
 }
 
-TEST_F(WindowsTest, PressOnTheTitleDragsTheWindowUntilTheRelease) {
-    main().move(50, 50);
-    elpanel& panel = main().elpanel1;
-    const QPoint in_title(30 + 45, 9 + 3);
-    QTest::mousePress(&panel, Qt::LeftButton, Qt::NoModifier, in_title);
-    QCursor::setPos(300, 200);
-    QTest::mouseMove(&panel, in_title + QPoint(1, 0));
-    const QPoint dragged = dragged_place(QCursor::pos(), 45, 3);
-    EXPECT_EQ(main().pos(), dragged);
-    QTest::mouseRelease(&panel, Qt::LeftButton, Qt::NoModifier, in_title);
-    QCursor::setPos(10, 10);
-    QTest::mouseMove(&panel, in_title);
-    EXPECT_EQ(main().pos(), dragged);
-}
-
 TEST_F(WindowsTest, OnlyTheFiveWindowsWithAPanelCanBeMoved) {
     AllWindows windows(main());
     main().move(200, 150);
