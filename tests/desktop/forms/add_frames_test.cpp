@@ -431,10 +431,12 @@ TEST_F(AddFramesTest, EachFrameUpdatesCaptionThenListThenBar) {
                      [&](const auto&, int line) { changes.push_back("line " + text(list.List(line))); });
     std::int32_t maximum = 0;
     bool others_enabled = false;
+    bool shows_wait_cursor = false;
     services_.on_yield = [&] {
         if (const Form6* progress = coordinator_->form6()) {
             maximum = progress->Progressbar1.Max();
             others_enabled = others_enabled || main().isEnabled() || dialog().isEnabled();
+            shows_wait_cursor = dialog().cursor().shape() == Qt::WaitCursor;
         }
     };
     import();
@@ -446,6 +448,7 @@ TEST_F(AddFramesTest, EachFrameUpdatesCaptionThenListThenBar) {
                            "line Frame 0", "bar 3", "Label2 Frame 2", "line Frame 1", "bar 4"}));
     EXPECT_EQ(maximum, 5);
     EXPECT_FALSE(others_enabled);
+    EXPECT_TRUE(shows_wait_cursor);
 }
 
 TEST_F(AddFramesTest, UndecodablePictureIsAFatalError) {
