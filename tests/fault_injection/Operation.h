@@ -28,8 +28,7 @@
 
 namespace varnoth::test {
 
-using FileBytes = std::vector<std::uint8_t>;
-using Texts = std::vector<std::string>;
+using FileBytes = Bytes;
 
 /// Platform services that are exempt from faults, since the test's own bookkeeping is not under test.
 class FaultFreeServices : private MessageBoxes, private PictureLoader {

@@ -26,7 +26,7 @@ void put_sprite() {
     sprite.FrameStore.clear();
     sprite.FrameOrder.clear();
     for (std::int16_t i = 0; i < frames; ++i) {
-        std::vector<std::uint8_t> pixels;
+        Bytes pixels;
         for (int pixel = 0; pixel < 11 * 7; ++pixel) {
             pixels.push_back(static_cast<std::uint8_t>(pixel / (i + 3)));
         }

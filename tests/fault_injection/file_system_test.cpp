@@ -116,7 +116,7 @@ class FileSystem : public testing::Test {
     void choose(const std::string& name, PictureFormat format) {
         fs::create_directory(folder_.file(name));
         for (const std::string picture : {"a", "b"}) {
-            const std::vector<Colour> colours(12, picture == "a" ? 0x102030 : 0x405060);
+            const Colours colours(12, picture == "a" ? 0x102030 : 0x405060);
             const std::string path = name + "/" + picture + std::string(extension_of(format));
             const FileBytes bytes = format == PictureFormat::Pcx   ? pcx_file(4, 3, colours)
                                     : format == PictureFormat::Tga ? tga_file(4, 3, colours)
@@ -173,17 +173,6 @@ TEST_F(FileSystem, ExportOnFullDiskFailsAndKeepsSprite) {
     EXPECT_EQ(document_bytes(), before);
 }
 
-TEST_F(FileSystem, ExportToFullDeviceIsDiskFull) {
-    fs::create_directory(folder_.file("out"));
-    for (const std::string extension : {".bmp", ".tga", ".pcx"}) {
-        fs::create_symlink("/dev/full", folder_.file("out/x_0" + extension));
-    }
-    EXPECT_EQ(extract(ExtractionFormat::Bmp), Failure::DiskFull);
-    EXPECT_EQ(extract(ExtractionFormat::Tga), Failure::DiskFull);
-    EXPECT_EQ(extract(ExtractionFormat::Pcx), Failure::DiskFull);
-    EXPECT_TRUE(fs::exists("/dev/full"));
-}
-
 TEST_F(FileSystem, RemovedOutputFolderEndsExport) {
     fs::create_directory(folder_.file("out"));
     view_.on_written = [&](int count) {
@@ -193,30 +182,6 @@ TEST_F(FileSystem, RemovedOutputFolderEndsExport) {
     };
     EXPECT_EQ(extract(ExtractionFormat::Tga), Failure::PathNotFound);
     EXPECT_EQ(view_.written, 2);
-}
-
-TEST_F(FileSystem, ReadOnlyTargetIsNotChanged) {
-    fs::create_directory(folder_.file("out"));
-    const FileBytes old{'o', 'l', 'd'};
-    for (const std::string name : {"target.spr", "out/x_0.bmp", "out/x_0.tga", "out/x_0.pcx"}) {
-        fs::permissions(folder_.write(name, old), fs::perms::owner_read);
-    }
-    EXPECT_FALSE(save(folder_.file("target.spr")));
-    EXPECT_EQ(services_.messages, Texts{not_saved_});
-    EXPECT_EQ(extract(ExtractionFormat::Bmp), Failure::PermissionDenied);
-    EXPECT_EQ(extract(ExtractionFormat::Tga), Failure::PermissionDenied);
-    EXPECT_EQ(extract(ExtractionFormat::Pcx), Failure::PermissionDenied);
-    for (const std::string name : {"target.spr", "out/x_0.bmp", "out/x_0.tga", "out/x_0.pcx"}) {
-        EXPECT_EQ(read_file(folder_.file(name)), old) << name;
-    }
-}
-
-TEST_F(FileSystem, UndeletableSaveTargetShowsMessage) {
-    const std::string path = folder_.write("target.spr", FileBytes{'o', 'l', 'd'});
-    const FaultInjection injection({.call = Call::Remove, .error = EACCES});
-    EXPECT_FALSE(save(path));
-    EXPECT_EQ(services_.messages, Texts{not_saved_});
-    EXPECT_EQ(read_file(path), (FileBytes{'o', 'l', 'd'}));
 }
 
 TEST_F(FileSystem, FolderRemovedAfterListingEndsImport) {
@@ -257,23 +222,11 @@ TEST_F(FileSystem, PictureRemovedBetweenPassesKeepsEarlierFrames) {
     EXPECT_EQ(document().SpriteHeader.FrameCount, 1);
 }
 
-TEST_F(FileSystem, PermissionRevokedBetweenPassesEndsImport) {
-    choose("pictures", PictureFormat::Pcx);
-    std::optional<FaultInjection> injection;
-    import_.on_event = [&](const std::string& event) {
-        if (event == "step Frame 1") {
-            injection.emplace(Fault{.call = Call::Open, .repeat = Repeat::Always, .error = EACCES});
-        }
-    };
-    EXPECT_EQ(import(), Failure::PermissionDenied);
-    EXPECT_EQ(import_.lines.size(), 1U);
-}
-
 TEST_F(FileSystem, PictureReplacedBetweenPassesIsImportedAsReplaced) {
     choose("pictures", PictureFormat::Tga);
     import_.on_event = [&](const std::string& event) {
         if (event == "step Frame 1") {
-            folder_.write("pictures/b.tga", tga_file(2, 2, std::vector<Colour>(4, 0x102030)));
+            folder_.write("pictures/b.tga", tga_file(2, 2, Colours(4, 0x102030)));
         }
     };
     EXPECT_EQ(import(), std::nullopt);

@@ -80,7 +80,7 @@ class Pictures {
     void add(FaultFreeServices& services, const std::string& name, bool many) {
         const std::int16_t side = many ? 17 : 6;
         const auto pixels = static_cast<std::size_t>(side * side);
-        std::vector<Colour> colours =
+        Colours colours =
             random_colours(pixels, static_cast<std::size_t>(side),
                            many ? Character::Noise : Character::FewColours, name == "a" ? 1 : 2);
         const std::string full_name = name + std::string(extension_of(format));

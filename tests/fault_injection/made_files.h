@@ -12,7 +12,7 @@ namespace varnoth::test {
 
 struct MadeFile {
     std::string name;
-    std::vector<std::uint8_t> bytes;
+    Bytes bytes;
 };
 
 /// 16 by 6 pixels. The packed form contains a single run, in the middle.

@@ -9,13 +9,11 @@
 #include "core/base/bytes.h"
 #include "core/codecs/BmpMod.h"
 #include "core/codecs/JpgMod.h"
-#include "core/codecs/LoadPCX.h"
-#include "core/codecs/LoadTGA.h"
 #include "core/image/cDIB.h"
 #include "fault_injection/Operation.h"
 #include "fault_injection/made_files.h"
 #include "support/expect_failure.h"
-#include "support/pictures.h"
+#include "support/readers.h"
 #include "support/sprites.h"
 
 namespace varnoth {
@@ -104,20 +102,17 @@ void append(FileBytes& bytes, std::int32_t number) {
 }
 
 template <typename Reader>
-FileBytes decode(const std::string& path, Truth (Reader::*probe)(const std::string&, std::int32_t&,
-                                                                 std::int32_t&, std::int16_t&) const) {
+FileBytes decode(const std::string& path) {
     CBitmap::CurrentBitmap.reset();
     Reader reader;
-    FileBytes result;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    std::int16_t depth = 0;
-    append(result, (reader.*probe)(path, width, height, depth));
-    append(result, width);
-    append(result, height);
-    append(result, depth);
+    const Info info = probe(reader, path);
     const std::optional<Failure> failure = failure_in([&] { reader.Load(path); });
-    append(result, failure ? static_cast<std::int32_t>(*failure) : -1);
+    FileBytes result;
+    for (const std::int32_t number :
+         {std::int32_t{info.answer}, info.width, info.height, std::int32_t{info.bpp},
+          failure ? static_cast<std::int32_t>(*failure) : -1}) {
+        append(result, number);
+    }
     const FileBytes pixels = decoded_bytes();
     result.insert(result.end(), pixels.begin(), pixels.end());
     return result;
@@ -126,15 +121,13 @@ FileBytes decode(const std::string& path, Truth (Reader::*probe)(const std::stri
 TEST_F(Poisoned, PcxResultsAreReproducible) {
     const auto files =
         with(with(files_in("fuzz/corpus/load_pcx"), files_in("samples", ".pcx")), all_made_pcx());
-    expect_same_twice(worth_decoding<PcxHeader>(files),
-                      [](const std::string& path) { return decode<LoadPCX>(path, &LoadPCX::GetInfoPCX); });
+    expect_same_twice(worth_decoding<PcxHeader>(files), decode<LoadPCX>);
 }
 
 TEST_F(Poisoned, TgaResultsAreReproducible) {
     const auto files =
         with(with(files_in("fuzz/corpus/load_tga"), files_in("samples", ".tga")), all_made_tga());
-    expect_same_twice(worth_decoding<TgaHeader>(files),
-                      [](const std::string& path) { return decode<LoadTGA>(path, &LoadTGA::GetInfoTGA); });
+    expect_same_twice(worth_decoding<TgaHeader>(files), decode<LoadTGA>);
 }
 
 // The same for sprites, judged by their first frame.

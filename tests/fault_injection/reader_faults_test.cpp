@@ -3,12 +3,10 @@
 
 #include "core/codecs/BmpMod.h"
 #include "core/codecs/JpgMod.h"
-#include "core/codecs/LoadPCX.h"
-#include "core/codecs/LoadTGA.h"
 #include "fault_injection/Operation.h"
 #include "fault_injection/made_files.h"
 #include "support/PictureFolder.h"
-#include "support/codec_files.h"
+#include "support/readers.h"
 
 namespace varnoth {
 namespace {
@@ -30,7 +28,7 @@ class Reading : public Job {
     bool run() override {
         Reader reader;
         reader.Load(path_);
-        draw(reader);
+        draw(reader, *target_);
         return CBitmap::CurrentBitmap != nullptr;
     }
 
@@ -46,10 +44,6 @@ class Reading : public Job {
     void before_second_run() override { prepare(); }
 
   private:
-    void draw(LoadPCX& reader) { reader.DrawPCX(*target_); }
-
-    void draw(LoadTGA& reader) { reader.DrawTGA(*target_); }
-
     TemporaryFolder folder_;
     MadeFile file_;
     std::string path_;
@@ -129,21 +123,19 @@ class ReaderFaults : public testing::Test {
                 }};
     }
 
-    static Probing pcx() {
-        return {made_pcx(8, 3, false).bytes,
-                [](const std::string& path, std::int32_t& width, std::int32_t& height) {
-                    std::int16_t depth = 0;
-                    return LoadPCX().GetInfoPCX(path, width, height, depth);
+    template <typename Reader>
+    static Probing reader(const MadeFile& file) {
+        return {file.bytes, [](const std::string& path, std::int32_t& width, std::int32_t& height) {
+                    const Info info = probe(Reader(), path);
+                    width = info.width;
+                    height = info.height;
+                    return info.answer;
                 }};
     }
 
-    static Probing tga() {
-        return {made_tga(24, false).bytes,
-                [](const std::string& path, std::int32_t& width, std::int32_t& height) {
-                    std::int16_t depth = 0;
-                    return LoadTGA().GetInfoTGA(path, width, height, depth);
-                }};
-    }
+    static Probing pcx() { return reader<LoadPCX>(made_pcx(8, 3, false)); }
+
+    static Probing tga() { return reader<LoadTGA>(made_tga(24, false)); }
 
     FaultFreeServices services_;
 };

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "core/base/bytes.h"
 #include "support/RecordedServices.h"
@@ -14,9 +13,9 @@
 namespace varnoth::test {
 
 /// A BMP header of that size and depth without pixels, enough for a probe.
-inline std::vector<std::uint8_t> bmp_header(std::int32_t width, std::int32_t height, std::int16_t bit_count,
-                                            std::int32_t compression = 0) {
-    std::vector<std::uint8_t> bytes(54);
+inline Bytes bmp_header(std::int32_t width, std::int32_t height, std::int16_t bit_count,
+                        std::int32_t compression = 0) {
+    Bytes bytes(54);
     bytes[0] = 'B';
     bytes[1] = 'M';
     put_i32(bytes, 2, 54 + width * height * 4);
@@ -31,9 +30,8 @@ inline std::vector<std::uint8_t> bmp_header(std::int32_t width, std::int32_t hei
 }
 
 /// An uncompressed 24-bit TGA file, top row first.
-inline std::vector<std::uint8_t> tga_file(std::int16_t width, std::int16_t height,
-                                          const std::vector<Colour>& colours) {
-    std::vector<std::uint8_t> bytes(18);
+inline Bytes tga_file(std::int16_t width, std::int16_t height, const Colours& colours) {
+    Bytes bytes(18);
     bytes[2] = 2;
     put_i16(bytes, 12, width);
     put_i16(bytes, 14, height);
@@ -46,9 +44,8 @@ inline std::vector<std::uint8_t> tga_file(std::int16_t width, std::int16_t heigh
 }
 
 /// An uncompressed PCX file of three planes.
-inline std::vector<std::uint8_t> pcx_file(std::int16_t width, std::int16_t height,
-                                          const std::vector<Colour>& colours) {
-    std::vector<std::uint8_t> bytes(128);
+inline Bytes pcx_file(std::int16_t width, std::int16_t height, const Colours& colours) {
+    Bytes bytes(128);
     const std::int16_t line = static_cast<std::int16_t>(width + width % 2);
     bytes[0] = 10;
     bytes[1] = 5;
@@ -73,8 +70,8 @@ class PictureFolder : public TemporaryFolder {
     explicit PictureFolder(RecordedServices& services) : services_(services) {}
 
     /// Adds a BMP file with that depth in its header; the loader returns these colours for it.
-    void add_bmp(const std::string& name, std::int32_t width, std::int32_t height,
-                 const std::vector<Colour>& colours, std::int16_t bit_count = 24) {
+    void add_bmp(const std::string& name, std::int32_t width, std::int32_t height, const Colours& colours,
+                 std::int16_t bit_count = 24) {
         const std::string path = write(name, bmp_header(width, height, bit_count));
         services_.pictures[path] = surface_of(width, height, colours)->Image();
     }
@@ -82,8 +79,7 @@ class PictureFolder : public TemporaryFolder {
     /// The same with a single colour.
     void add_plain_bmp(const std::string& name, std::int32_t width, std::int32_t height,
                        Colour colour = 0x102030, std::int16_t bit_count = 24) {
-        add_bmp(name, width, height, std::vector<Colour>(static_cast<std::size_t>(width * height), colour),
-                bit_count);
+        add_bmp(name, width, height, Colours(static_cast<std::size_t>(width * height), colour), bit_count);
     }
 
   private:

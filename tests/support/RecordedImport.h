@@ -5,16 +5,16 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/jobs/ImportView.h"
+#include "support/lists.h"
 
 namespace varnoth::test {
 
 class RecordedImport : public ImportView {
   public:
-    std::vector<std::string> events; ///< "phase X", "step X", "size X", "line X" and so on
-    std::vector<std::string> lines;  ///< of the frame list
+    Texts events; ///< "phase X", "step X", "size X", "line X" and so on
+    Texts lines;  ///< of the frame list
     std::int32_t progress = 0;
     std::int32_t maximum = -1;
     bool abort = false;

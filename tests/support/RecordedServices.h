@@ -7,11 +7,11 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/base/RunTimeFailure.h"
 #include "core/image/Picture.h"
 #include "core/services/Services.h"
+#include "support/lists.h"
 
 namespace varnoth::test {
 
@@ -22,16 +22,16 @@ class RecordedServices : private MessageBoxes,
   public:
     RecordedServices() : installation_({this, this, this, this}) {}
 
-    std::vector<std::string> messages;
+    Texts messages;
     std::function<void()> on_message; ///< runs while a message is open
-    std::vector<std::string> questions;
+    Texts questions;
     bool answer = true;
     std::function<void()> on_question; ///< runs while a question is open
     int yields = 0;
     std::function<void()> on_yield;
     std::string next_open; ///< the file chosen next, "" to cancel
     std::string next_save;
-    std::vector<std::string> filters;                  ///< of the choices so far
+    Texts filters;                                     ///< of the choices so far
     std::map<std::filesystem::path, Picture> pictures; ///< any other path fails with InvalidPicture
 
   private:

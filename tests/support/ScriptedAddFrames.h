@@ -18,8 +18,7 @@ class ScriptedAddFrames : public AddFramesForm {
     ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled);
 
     /// Lists these files instead.
-    ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled,
-                      const std::vector<std::string>& names);
+    ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled, const Texts& names);
 
     /// Adds an entry to the selection, as a click with the Control key does: validates the selection, shows
     /// the entry in the preview and, unless a colour was picked, takes its top left pixel as the transparent
@@ -99,7 +98,7 @@ inline ScriptedAddFrames::ScriptedAddFrames(const std::string& folder, PictureFo
     : ScriptedAddFrames(folder, format, pick_enabled, list_files(folder, extension_of(format))) {}
 
 inline ScriptedAddFrames::ScriptedAddFrames(const std::string& folder, PictureFormat format,
-                                            bool pick_enabled, const std::vector<std::string>& names)
+                                            bool pick_enabled, const Texts& names)
     : folder_(folder), format_(format), pick_enabled_(pick_enabled) {
     for (const std::string& name : names) {
         entries_.push_back({name, false});

@@ -8,9 +8,9 @@
 #include <random>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "core/base/files.h"
+#include "support/lists.h"
 
 namespace varnoth::test {
 
@@ -50,9 +50,9 @@ class TemporaryFolder {
     std::string path_;
 };
 
-inline std::vector<std::uint8_t> read_file(const std::string& path) {
+inline Bytes read_file(const std::string& path) {
     std::ifstream stream(native_path(path), std::ios::binary);
-    std::vector<std::uint8_t> bytes;
+    Bytes bytes;
     for (auto it = std::istreambuf_iterator<char>(stream); it != std::istreambuf_iterator<char>(); ++it) {
         bytes.push_back(static_cast<std::uint8_t>(*it));
     }

@@ -3,16 +3,16 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "core/image/cDIB.h"
+#include "support/lists.h"
 
 namespace varnoth::test {
 
 /// Makes the DIB a 32-bit picture of these pixels, rows from the visible top.
-inline void fill_dib(cDIB& dib, std::int32_t width, std::int32_t height, const std::vector<Colour>& colours) {
+inline void fill_dib(cDIB& dib, std::int32_t width, std::int32_t height, const Colours& colours) {
     dib.Create(width, height, 32);
     for (std::int32_t y = 0; y < height; ++y) {
         for (std::int32_t x = 0; x < width; ++x) {
@@ -22,8 +22,8 @@ inline void fill_dib(cDIB& dib, std::int32_t width, std::int32_t height, const s
 }
 
 /// The colours of a DIB, rows from the visible top.
-inline std::vector<Colour> colours_of(const cDIB& dib) {
-    std::vector<Colour> colours;
+inline Colours colours_of(const cDIB& dib) {
+    Colours colours;
     for (std::int32_t y = 0; y < dib.Height(); ++y) {
         for (std::int32_t x = 0; x < dib.Width(); ++x) {
             colours.push_back(dib.hDIB()->pixel(x, y));
@@ -33,13 +33,13 @@ inline std::vector<Colour> colours_of(const cDIB& dib) {
 }
 
 /// The bytes of a DIB in buffer order.
-inline std::vector<std::uint8_t> bytes_of(const cDIB& dib) {
+inline Bytes bytes_of(const cDIB& dib) {
     return {dib.lpBits(), dib.lpBits() + dib.Size()};
 }
 
 /// A picture of a given depth. Entry i of its colour table, if any, is (i, 2 i, 3 i) in blue, green, red.
 inline Picture indexed_picture(std::int32_t width, std::int32_t height, std::int32_t bits,
-                               const std::vector<std::uint8_t>& pixels) {
+                               const Bytes& pixels) {
     Bitmap bitmap(width, height, bits, Bitmap::Rows::Surface);
     for (std::size_t i = 0; i < bitmap.colour_table().size(); ++i) {
         bitmap.colour_table()[i] = {static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(2 * i),

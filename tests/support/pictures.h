@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <memory>
 #include <random>
-#include <vector>
 
 #include "core/image/PictureSurface.h"
+#include "support/lists.h"
 
 namespace varnoth::test {
 
@@ -24,8 +24,7 @@ struct TestSurface : private HeldContainer, public PictureSurface {
 
 /// A surface with these pixels, rows from the top.
 inline std::unique_ptr<TestSurface> surface_of(std::int32_t width, std::int32_t height,
-                                               const std::vector<Colour>& colours,
-                                               std::int32_t bits_per_pixel = 32) {
+                                               const Colours& colours, std::int32_t bits_per_pixel = 32) {
     auto surface = std::make_unique<TestSurface>(width, height, bits_per_pixel);
     for (std::int32_t y = 0; y < height; ++y) {
         for (std::int32_t x = 0; x < width; ++x) {
@@ -36,14 +35,19 @@ inline std::unique_ptr<TestSurface> surface_of(std::int32_t width, std::int32_t 
 }
 
 /// The colours of a surface, rows from the top.
-inline std::vector<Colour> colours_of(const PictureSurface& surface) {
-    std::vector<Colour> colours;
+inline Colours colours_of(const PictureSurface& surface) {
+    Colours colours;
     for (std::int32_t y = 0; y < surface.bitmap().height(); ++y) {
         for (std::int32_t x = 0; x < surface.bitmap().width(); ++x) {
             colours.push_back(surface.Point(x, y));
         }
     }
     return colours;
+}
+
+/// The bytes of a bitmap in memory.
+inline Bytes bytes_of(const Bitmap& bitmap) {
+    return {bitmap.bytes().begin(), bitmap.bytes().end()};
 }
 
 /// Kinds of random pictures.
@@ -61,18 +65,17 @@ inline constexpr Character all_characters[] = {Character::Noise,  Character::Few
                                                Character::Runs,   Character::AroundLimit};
 
 /// `count` colours of that kind, the same for the same seed.
-inline std::vector<Colour> random_colours(std::size_t count, std::size_t width, Character character,
-                                          std::uint32_t seed) {
+inline Colours random_colours(std::size_t count, std::size_t width, Character character, std::uint32_t seed) {
     std::mt19937 random(seed);
     const auto any = [&](std::uint32_t limit) { return static_cast<std::uint32_t>(random() % limit); };
     const auto colour = [&] { return static_cast<Colour>(any(0x1000000)); };
-    std::vector<Colour> palette(character == Character::AroundLimit ? 250 + any(13) : 2 + any(24));
+    Colours palette(character == Character::AroundLimit ? 250 + any(13) : 2 + any(24));
     for (Colour& entry : palette) {
         entry = colour();
     }
     palette[any(2)] = 0;
     const std::uint32_t base = any(200);
-    std::vector<Colour> colours(count);
+    Colours colours(count);
     Colour current = palette[0];
     for (std::size_t i = 0; i < count; ++i) {
         const auto x = static_cast<std::uint32_t>(i % width);

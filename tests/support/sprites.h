@@ -4,19 +4,19 @@
 #include <bit>
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "core/quantize/mixpals.h"
 #include "core/sprite/hlspr.h"
+#include "support/lists.h"
 
 namespace varnoth::test {
 
-inline void append_i16(std::vector<std::uint8_t>& bytes, std::uint32_t value) {
+inline void append_i16(Bytes& bytes, std::uint32_t value) {
     bytes.push_back(static_cast<std::uint8_t>(value & 0xFF));
     bytes.push_back(static_cast<std::uint8_t>((value >> 8) & 0xFF));
 }
 
-inline void append_i32(std::vector<std::uint8_t>& bytes, std::int32_t value) {
+inline void append_i32(Bytes& bytes, std::int32_t value) {
     const auto bits = static_cast<std::uint32_t>(value);
     append_i16(bytes, bits & 0xFFFF);
     append_i16(bytes, bits >> 16);
@@ -25,7 +25,7 @@ inline void append_i32(std::vector<std::uint8_t>& bytes, std::int32_t value) {
 struct FileFrame {
     std::int32_t width = 1;
     std::int32_t height = 1;
-    std::vector<std::uint8_t> pixels{0};
+    Bytes pixels{0};
     std::int32_t type = 0;
     std::int32_t origin_x = 0;
     std::int32_t origin_y = 0;
@@ -44,7 +44,7 @@ struct SpriteFile {
     std::uint32_t beam_length_bits = 0;
     std::int32_t sync_type = 1;
     std::uint16_t colour_count = 256;
-    std::vector<std::uint8_t> palette = std::vector<std::uint8_t>(768);
+    Bytes palette = Bytes(768);
     std::vector<FileFrame> frames;
 
     void add(FileFrame frame) {
@@ -52,8 +52,8 @@ struct SpriteFile {
         ++frame_count;
     }
 
-    std::vector<std::uint8_t> bytes() const {
-        std::vector<std::uint8_t> result(ident.begin(), ident.end());
+    Bytes bytes() const {
+        Bytes result(ident.begin(), ident.end());
         append_i32(result, version);
         append_i32(result, sprite_type);
         append_i32(result, render_mode);
@@ -96,7 +96,7 @@ inline void reset_mixpals() {
 }
 
 /// A stored frame of these indices.
-inline ByteArray indices(const std::vector<std::uint8_t>& values) {
+inline ByteArray indices(const Bytes& values) {
     ByteArray result(values.size());
     for (std::size_t i = 0; i < values.size(); ++i) {
         result[i] = values[i];
@@ -105,7 +105,7 @@ inline ByteArray indices(const std::vector<std::uint8_t>& values) {
 }
 
 /// The indices of a stored frame.
-inline std::vector<std::uint8_t> indices_of(const ByteArray& frame) {
+inline Bytes indices_of(const ByteArray& frame) {
     return {frame.bytes().begin(), frame.bytes().end()};
 }
 

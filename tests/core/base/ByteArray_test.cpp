@@ -12,6 +12,8 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 TEST(ByteArray, StartsAllZeroWithItsSize) {
     const ByteArray array(1000);
     EXPECT_EQ(array.size(), 1000U);

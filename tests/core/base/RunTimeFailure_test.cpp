@@ -13,6 +13,8 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 TEST(RunTimeFailure, HasAnIdentifierAndATextForTheUser) {
     EXPECT_EQ(name_of(Failure::Overflow), "Overflow");
     EXPECT_EQ(words_of(Failure::SubscriptOutOfRange), "Subscript out of range");

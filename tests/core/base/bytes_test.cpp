@@ -6,11 +6,15 @@
 
 #include <gtest/gtest.h>
 
+#include "support/lists.h"
+
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 TEST(Bytes, NumbersAreLittleEndianAtAnyOffset) {
-    const std::vector<std::uint8_t> bytes{0xEE, 0x01, 0x02, 0x03, 0x84};
+    const Bytes bytes{0xEE, 0x01, 0x02, 0x03, 0x84};
     EXPECT_EQ(get_u16(bytes, 1), 0x0201);
     EXPECT_EQ(get_u32(bytes, 1), 0x84030201U);
     EXPECT_EQ(get_i16(bytes, 3), 0x8403 - 0x10000);

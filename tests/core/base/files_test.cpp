@@ -14,10 +14,7 @@
 namespace varnoth {
 namespace {
 
-using test::read_file;
-using test::TemporaryFolder;
-
-using Bytes = std::vector<std::uint8_t>;
+using namespace test;
 
 void make_read_only(const std::string& path) {
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
@@ -53,9 +50,9 @@ TEST(Files, AFolderHoldsEverythingInItButNeitherItselfNorTheOneAboveIt) {
     folder.write(".hidden", Bytes{});
     folder.write("..c", Bytes{});
     std::filesystem::create_directory(folder.file("a"));
-    std::vector<std::string> names = names_in(folder.path());
+    Texts names = names_in(folder.path());
     std::ranges::sort(names);
-    EXPECT_EQ(names, (std::vector<std::string>{"..c", ".hidden", "a", "b"}));
+    EXPECT_EQ(names, (Texts{"..c", ".hidden", "a", "b"}));
     EXPECT_TRUE(names_in(folder.file("none")).empty());
 }
 

@@ -11,6 +11,8 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 TEST(LeadingNumber, IsTheNumberThatTheTextStartsWith) {
     EXPECT_EQ(leading_number("32"), 32);
     EXPECT_EQ(leading_number("33.5"), 33.5);

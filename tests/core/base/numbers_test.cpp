@@ -10,6 +10,8 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 TEST(Numbers, RealsRoundToNearestWithTiesToEven) {
     EXPECT_EQ(round_to_even<std::int32_t>(0.5), 0);
     EXPECT_EQ(round_to_even<std::int32_t>(1.5), 2);

@@ -10,8 +10,7 @@
 namespace varnoth {
 namespace {
 
-using test::Bytes;
-using test::TemporaryFolder;
+using namespace test;
 
 // The 54 bytes of a valid bitmap of 7 by 5 at 24 bits.
 Bytes acceptable_head() {

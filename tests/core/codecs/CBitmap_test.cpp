@@ -13,14 +13,7 @@
 namespace varnoth {
 namespace {
 
-using test::Bytes;
-using test::colours_of;
-using test::decoded_colours;
-using test::put_old_picture;
-using test::surface_of;
-using test::TestSurface;
-
-using Colours = std::vector<Colour>;
+using namespace test;
 
 // Sets the current bitmap to a 32-bit picture of these colours, top row first.
 void make_current(std::int32_t width, std::int32_t height, const Colours& colours) {
@@ -144,8 +137,8 @@ TEST(CBitmap, TableAndPictureKeepTheirColours) {
 TEST(CBitmap, TableTakesItsTriplesAndFailsOnFewer) {
     EXPECT_FAILURE(CBitmap::SetColors16(Bytes(47)), SubscriptOutOfRange);
     EXPECT_FAILURE(CBitmap::SetColors256(Bytes(767)), SubscriptOutOfRange);
-    EXPECT_EQ(test::failure_in([] { CBitmap::SetColors16(Bytes(1000)); }), std::nullopt);
-    EXPECT_EQ(test::failure_in([] { CBitmap::SetColors256(Bytes(1000)); }), std::nullopt);
+    EXPECT_EQ(failure_in([] { CBitmap::SetColors16(Bytes(1000)); }), std::nullopt);
+    EXPECT_EQ(failure_in([] { CBitmap::SetColors256(Bytes(1000)); }), std::nullopt);
 }
 
 TEST(CBitmap, EmptyArrayFailsAndKeepsTheCurrentPicture) {

@@ -7,20 +7,10 @@
 
 #include <gtest/gtest.h>
 
-#include "core/codecs/LoadPCX.h"
-#include "core/codecs/LoadTGA.h"
-#include "support/TemporaryFolder.h"
-#include "support/codec_files.h"
 #include "support/foreign_tools.h"
-#include "support/pictures.h"
+#include "support/readers.h"
 
 namespace varnoth::test {
-
-using Colours = std::vector<Colour>;
-
-struct Size {
-    std::int32_t width, height;
-};
 
 inline constexpr Size usual_sizes[] = {{1, 1}, {1, 3}, {2, 3},  {3, 2},   {4, 1},
                                        {5, 4}, {7, 5}, {33, 9}, {255, 2}, {256, 256}};
@@ -84,29 +74,6 @@ inline testing::AssertionResult same(const Colours& drawn, const Colours& expect
         }
     }
     return testing::AssertionSuccess();
-}
-
-/// What a reader draws on a surface with autoscale.
-inline Colours drawn_by(const LoadPCX& reader) {
-    TestSurface target(1, 1);
-    reader.DrawPCX(target);
-    EXPECT_EQ(target.bitmap().width(), reader.Width());
-    return colours_of(target);
-}
-
-inline Colours drawn_by(const LoadTGA& reader) {
-    TestSurface target(1, 1);
-    reader.DrawTGA(target);
-    EXPECT_EQ(target.bitmap().width(), reader.Width());
-    return colours_of(target);
-}
-
-inline Truth probe(LoadPCX& reader, const std::string& path, Size& size, std::int16_t& bpp) {
-    return reader.GetInfoPCX(path, size.width, size.height, bpp);
-}
-
-inline Truth probe(LoadTGA& reader, const std::string& path, Size& size, std::int16_t& bpp) {
-    return reader.GetInfoTGA(path, size.width, size.height, bpp);
 }
 
 class ForeignPictures : public testing::Test {
@@ -178,18 +145,15 @@ class ForeignPictures : public testing::Test {
         for (std::size_t i = 0; i < sources.size(); ++i) {
             SCOPED_TRACE(path(i, ending));
             Reader reader;
-            Size size{};
-            std::int16_t bpp = 0;
-            EXPECT_EQ(probe(reader, path(i, ending), size, bpp), True);
-            EXPECT_EQ(size.width, sizes[i].width);
-            EXPECT_EQ(size.height, sizes[i].height);
+            const Info info = probe(reader, path(i, ending));
+            const std::int32_t width = sizes[i].width;
             reader.Load(path(i, ending));
-            EXPECT_EQ(reader.Bpp(), bpp);
+            EXPECT_EQ(info, (Info{True, width, sizes[i].height, reader.Bpp()}));
             const Colours drawn = drawn_by(reader);
-            EXPECT_TRUE(same(drawn, sources[i], size.width));
+            EXPECT_TRUE(same(drawn, sources[i], width));
             for (const std::vector<ForeignPicture>& pictures : decoded) {
                 ASSERT_EQ(pictures.size(), sources.size());
-                EXPECT_TRUE(same(drawn, pictures[i].colours, size.width));
+                EXPECT_TRUE(same(drawn, pictures[i].colours, width));
             }
         }
     }
@@ -246,9 +210,9 @@ class ForeignPictures : public testing::Test {
     }
 
     /// "width height" of every file according to ImageMagick.
-    std::vector<std::string> identified(const std::string& ending) {
+    Texts identified(const std::string& ending) {
         std::istringstream text(run_tool(in_folder("identify -format '%w %h\\n' " + names(ending))));
-        std::vector<std::string> lines;
+        Texts lines;
         for (std::string line; std::getline(text, line);) {
             lines.push_back(line);
         }

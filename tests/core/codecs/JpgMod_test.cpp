@@ -9,9 +9,7 @@
 namespace varnoth {
 namespace {
 
-using test::Bytes;
-using test::joined;
-using test::TemporaryFolder;
+using namespace test;
 
 const Bytes start{0xFF, 0xD8};
 const Bytes jfif{0xFF, 0xE0, 0, 16, 'J', 'F', 'I', 'F', 0, 1, 1, 0, 0, 1, 0, 1, 0, 0};

@@ -10,16 +10,9 @@
 namespace varnoth {
 namespace {
 
-using namespace test::pcx; // NOLINT: what the tests of this reader share
-using test::Bytes;
-using test::bytes_of;
-using test::counting;
-using test::decoded_colours;
-using test::joined;
-using test::put_old_picture;
-using test::TestSurface;
+using namespace test;
 
-using Colours = std::vector<Colour>;
+using namespace test::pcx; // NOLINT: what the tests of this reader share
 
 // 1 bit.
 
@@ -125,7 +118,7 @@ TEST_F(LoadPcx, FourPlanesOfWidth10GiveABitmapOf12ButReport10) {
     Colours expected(10, map_colour(1));
     expected.insert(expected.end(), 8, map_colour(2));
     expected.insert(expected.end(), 2, map_colour(0));
-    EXPECT_EQ(test::colours_of(target), expected);
+    EXPECT_EQ(colours_of(target), expected);
 }
 
 TEST_F(LoadPcx, RoundWidthRoundsUpToAMultipleOf4) {

@@ -2,13 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
-#include <gtest/gtest.h>
-
-#include "core/codecs/LoadPCX.h"
-#include "support/TemporaryFolder.h"
-#include "support/codec_files.h"
+#include "support/readers.h"
 
 namespace varnoth::test::pcx {
 
@@ -55,24 +50,6 @@ inline Bytes palette_trailer() {
     return bytes;
 }
 
-class LoadPcx : public testing::Test {
-  protected:
-    std::string file(const PcxHeader& header, const Bytes& data = {}) {
-        return folder.write("a.pcx", joined({bytes_of(header), data}));
-    }
-
-    void load(const PcxHeader& header, const Bytes& data = {}) { reader.Load(file(header, data)); }
-
-    Info info(const PcxHeader& header) { return info_of(file(header)); }
-
-    Info info_of(const std::string& path) {
-        Info result;
-        result.answer = reader.GetInfoPCX(path, result.width, result.height, result.bpp);
-        return result;
-    }
-
-    TemporaryFolder folder;
-    LoadPCX reader;
-};
+class LoadPcx : public ReaderTest<LoadPCX, PcxHeader> {};
 
 } // namespace varnoth::test::pcx

@@ -9,15 +9,9 @@
 namespace varnoth {
 namespace {
 
-using namespace test::tga; // NOLINT: what the tests of this reader share
-using test::Bytes;
-using test::bytes_of;
-using test::counting;
-using test::decoded_colours;
-using test::joined;
-using test::put_old_picture;
+using namespace test;
 
-using Colours = std::vector<Colour>;
+using namespace test::tga; // NOLINT: what the tests of this reader share
 
 // 8 bits.
 
@@ -65,12 +59,12 @@ TEST_F(LoadTga, GreyPictureAfterAMapIsBlack) {
 TEST_F(LoadTga, PixelArrayIsShorterByTheSizeOfTheOldMap) {
     // The length is file - 18 - 3 * (entries - 1) + 1; the last row must start below that.
     read_map24(1);
-    EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 3), counting(8)); }), std::nullopt);
+    EXPECT_EQ(failure_in([&] { load(header_of(3, 8, 4, 3), counting(8)); }), std::nullopt);
     EXPECT_FAILURE(load(header_of(3, 8, 4, 4), counting(8)), SubscriptOutOfRange);
     read_map24(2);
-    EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 2), counting(8)); }), std::nullopt);
+    EXPECT_EQ(failure_in([&] { load(header_of(3, 8, 4, 2), counting(8)); }), std::nullopt);
     EXPECT_FAILURE(load(header_of(3, 8, 4, 3), counting(8)), SubscriptOutOfRange);
-    EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 4, 1), counting(3)); }), std::nullopt);
+    EXPECT_EQ(failure_in([&] { load(header_of(3, 8, 4, 1), counting(3)); }), std::nullopt);
     // An array of 0 bytes is a failure.
     EXPECT_FAILURE(load(header_of(3, 8, 4, 1), counting(2)), SubscriptOutOfRange);
     EXPECT_FAILURE(load(header_of(3, 8, 4, 1)), SubscriptOutOfRange);
@@ -96,7 +90,7 @@ TEST_F(LoadTga, MapDepth15ReadsNoMap) {
     load(with_map(header_of(1, 8, 2, 1), 1, 15), {0, 1});
     EXPECT_EQ(decoded_colours(), (Colours{0, 0}));
     // Its length is not read either.
-    EXPECT_EQ(test::failure_in([&] { load(with_map(header_of(1, 8, 2, 1), -5, 15), {0, 1}); }), std::nullopt);
+    EXPECT_EQ(failure_in([&] { load(with_map(header_of(1, 8, 2, 1), -5, 15), {0, 1}); }), std::nullopt);
     LoadTGA fresh;
     EXPECT_FAILURE(fresh.Load(file(with_map(header_of(1, 8, 2, 1), 1, 15), {0, 1})), SubscriptOutOfRange);
 }
@@ -114,7 +108,7 @@ TEST_F(LoadTga, TooLongMapIsKept) {
     EXPECT_FAILURE(load(with_map(header_of(1, 8, 1, 1), 300, 24), Bytes(1000)), SubscriptOutOfRange);
     // A grey picture now has a map whose highest index is 299.
     EXPECT_FAILURE(load(header_of(3, 8, 1, 1), Bytes(896)), SubscriptOutOfRange);
-    EXPECT_EQ(test::failure_in([&] { load(header_of(3, 8, 1, 1), Bytes(897)); }), std::nullopt);
+    EXPECT_EQ(failure_in([&] { load(header_of(3, 8, 1, 1), Bytes(897)); }), std::nullopt);
 }
 
 TEST_F(LoadTga, MissingMapEntriesAndPixelsAreBlack) {
@@ -348,9 +342,8 @@ TEST_F(LoadTga, RowsBeyondTheExpandedArrayFail) {
     const Bytes data = joined({map24(1), {0x80, 0}});
     EXPECT_FAILURE(load(with_origin(with_map(header_of(9, 8, 8, 3), 1, 24), 4, 0), data),
                    SubscriptOutOfRange);
-    EXPECT_EQ(
-        test::failure_in([&] { load(with_origin(with_map(header_of(9, 8, 8, 2), 1, 24), 4, 0), data); }),
-        std::nullopt);
+    EXPECT_EQ(failure_in([&] { load(with_origin(with_map(header_of(9, 8, 8, 2), 1, 24), 4, 0), data); }),
+              std::nullopt);
     EXPECT_EQ(reader.Height(), 2);
 }
 

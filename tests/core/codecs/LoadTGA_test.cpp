@@ -10,16 +10,9 @@
 namespace varnoth {
 namespace {
 
-using namespace test::tga; // NOLINT: what the tests of this reader share
-using test::Bytes;
-using test::bytes_of;
-using test::counting;
-using test::decoded_colours;
-using test::Info;
-using test::joined;
-using test::TestSurface;
+using namespace test;
 
-using Colours = std::vector<Colour>;
+using namespace test::tga; // NOLINT: what the tests of this reader share
 
 TEST(ReaderParts, TestBitCountsFromTheMostSignificantBitAs1) {
     for (std::int32_t position = 1; position <= 8; ++position) {
@@ -32,38 +25,10 @@ TEST(ReaderParts, TestBitCountsFromTheMostSignificantBitAs1) {
     EXPECT_EQ(TestBit(255, -1), 0);
 }
 
-TEST_F(LoadTga, NewObjectUsesTwipsAutoscalesAndHasNoSize) {
-    EXPECT_EQ(reader.ScaleMode(), 1);
-    EXPECT_EQ(reader.Autoscale(), -1);
-    EXPECT_EQ(reader.TGAWidth(), 0);
-    EXPECT_EQ(reader.TGAHeight(), 0);
-    EXPECT_EQ(reader.IsTGA(), False);
-    EXPECT_EQ(reader.Compressed(), False);
-}
-
-TEST_F(LoadTga, ScaleMode5Becomes1AndMinus1GivesSize0) {
-    load(header_of(2, 24, 2, 1), counting(6));
-    reader.SetScaleMode(5);
-    EXPECT_EQ(reader.ScaleMode(), 1);
-    EXPECT_EQ(reader.TGAWidth(), 30);
-    EXPECT_EQ(reader.TGAHeight(), 15);
-    reader.SetScaleMode(0);
-    EXPECT_EQ(reader.TGAWidth(), 2);
-    EXPECT_EQ(reader.TGAHeight(), 1);
-    reader.SetScaleMode(-1);
-    EXPECT_EQ(reader.ScaleMode(), -1);
-    EXPECT_EQ(reader.TGAWidth(), 0);
-    EXPECT_EQ(reader.TGAHeight(), 0);
-    reader.SetAutoscale(5);
-    EXPECT_EQ(reader.Autoscale(), 5);
-}
-
 // The probe.
 
 TEST_F(LoadTga, ProbeReturnsTheSizeWithoutSubtractingTheOrigin) {
     EXPECT_EQ(info(with_origin(header_of(2, 24, 100, 50), 10, 20)), (Info{True, 100, 50, 24}));
-    EXPECT_EQ(reader.Width(), 0);
-    EXPECT_EQ(reader.Header(), TgaHeader{});
 }
 
 TEST_F(LoadTga, ProbeAcceptsEightTypesAndFourDepths) {
@@ -81,11 +46,6 @@ TEST_F(LoadTga, ProbeAcceptsSidesOf0AndBelow) {
     EXPECT_EQ(info(header_of(2, 24, 3, 0)), (Info{True, 3, 0, 24}));
     EXPECT_EQ(info(header_of(2, 24, 0, 2)), (Info{True, 0, 2, 24}));
     EXPECT_EQ(info(header_of(2, 24, -3, -2)), (Info{True, -3, -2, 24}));
-}
-
-TEST_F(LoadTga, ProbeReturnsFalseForAMissingFile) {
-    EXPECT_EQ(info_of(folder.file("none.tga")), (Info{False, 77, 77, 77}));
-    EXPECT_EQ(info_of(folder.path()), (Info{False, 77, 77, 77}));
 }
 
 TEST_F(LoadTga, ProbeReadsMissingHeaderBytesAsZero) {
@@ -177,17 +137,6 @@ TEST_F(LoadTga, RightToLeftBitIsIgnored) {
 
 // Objects and files.
 
-TEST_F(LoadTga, TwoReadersShareThePictureButNotTheSize) {
-    load(header_of(2, 24, 2, 1), {1, 1, 1, 2, 2, 2});
-    LoadTGA later;
-    later.Load(file(header_of(2, 24, 1, 2), {8, 8, 8, 9, 9, 9}));
-    TestSurface target(1, 1);
-    reader.DrawTGA(target);
-    EXPECT_EQ(test::colours_of(target), (Colours{0x080808, 0}));
-    later.DrawTGA(target);
-    EXPECT_EQ(test::colours_of(target), (Colours{0x080808, 0x090909}));
-}
-
 TEST_F(LoadTga, TgaAndPcxReadersShareTheColourTable) {
     read_map24(2);
     load(with_map(header_of(1, 8, 1, 1), 2, 24), joined({map24(2), {1}}));
@@ -202,10 +151,6 @@ TEST_F(LoadTga, TgaAndPcxReadersShareTheColourTable) {
     EXPECT_EQ(current->pixel(0, 0), map_colour(1));
     CBitmap::CreateBitmap8(Bytes{1}, 1, 1, 0);
     EXPECT_EQ(decoded_colours(), (Colours{0x010101}));
-}
-
-TEST_F(LoadTga, MissingFileIsAFailure) {
-    EXPECT_FAILURE(reader.Load(folder.file("none.tga")), FileNotFound);
 }
 
 TEST_F(LoadTga, TruncatedHeaderIsZeroInTheMissingBytes) {

@@ -2,13 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
-#include <gtest/gtest.h>
-
-#include "core/codecs/LoadTGA.h"
-#include "support/TemporaryFolder.h"
-#include "support/codec_files.h"
+#include "support/readers.h"
 
 namespace varnoth::test::tga {
 
@@ -60,27 +55,10 @@ inline Bytes whole(const LoadTGA::Expansion& expansion) {
     return bytes;
 }
 
-class LoadTga : public testing::Test {
+class LoadTga : public ReaderTest<LoadTGA, TgaHeader> {
   protected:
-    std::string file(const TgaHeader& header, const Bytes& data = {}) {
-        return folder.write("a.tga", joined({bytes_of(header), data}));
-    }
-
-    void load(const TgaHeader& header, const Bytes& data = {}) { reader.Load(file(header, data)); }
-
-    Info info_of(const std::string& path) {
-        Info result;
-        result.answer = reader.GetInfoTGA(path, result.width, result.height, result.bpp);
-        return result;
-    }
-
-    Info info(const TgaHeader& header) { return info_of(file(header)); }
-
     /// Makes the object read a 24-bit map, from an 8-bit picture of one pixel.
     void read_map24(int entries) { load(with_map(header_of(1, 8, 1, 1), entries, 24), map24(entries)); }
-
-    TemporaryFolder folder;
-    LoadTGA reader;
 };
 
 } // namespace varnoth::test::tga

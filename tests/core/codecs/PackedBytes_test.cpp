@@ -7,9 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "support/expect_failure.h"
+#include "support/lists.h"
 
 namespace varnoth {
 namespace {
+
+using namespace test;
 
 TEST(PackedBytes, EncoderRoomFollowsItsFormula) {
     EXPECT_EQ(encoder_room(1, 1), 1U);
@@ -34,8 +37,7 @@ TEST(PackedBytes, TakeReturnsTheAppendedBytesInOrder) {
     packed.append(std::array<std::uint8_t, 3>{2, 3, 4});
     packed.append(5);
     const ByteArray taken = packed.take();
-    EXPECT_EQ(std::vector(taken.bytes().begin(), taken.bytes().end()),
-              (std::vector<std::uint8_t>{1, 2, 3, 4, 5}));
+    EXPECT_EQ(std::vector(taken.bytes().begin(), taken.bytes().end()), (Bytes{1, 2, 3, 4, 5}));
     EXPECT_EQ(PackedBytes(9).take().size(), 0U);
 }
 

@@ -13,11 +13,7 @@
 namespace varnoth {
 namespace {
 
-using test::read_file;
-using test::surface_of;
-using test::TemporaryFolder;
-using test::TestSurface;
-using Bytes = std::vector<std::uint8_t>;
+using namespace test;
 
 constexpr std::size_t header_bytes = 128;
 
@@ -52,26 +48,18 @@ Bytes data_of(const Bytes& file) {
     return {file.begin() + header_bytes, file.end()};
 }
 
-TEST(SavePcx, Picture5By2HasXMax5YMax2And6BytesPerLine) {
-    const Bytes file = written(*test::random_surface(5, 2, test::Character::Noise, 1), False);
-    EXPECT_EQ(get_i16(file, 8), 5);
-    EXPECT_EQ(get_i16(file, 10), 2);
-    EXPECT_EQ(get_i16(file, 66), 6);
-    EXPECT_EQ(file.size(), header_bytes + 36);
-}
-
 TEST(SavePcx, HeaderHasItsFixedFieldsAndZerosElsewhere) {
-    TestSurface picture(4, 3);
+    TestSurface picture(5, 3);
     Bytes expected(header_bytes);
     expected[0] = 10;
     expected[1] = 5;
     expected[3] = 8;
     expected[4] = expected[6] = 1;
-    expected[8] = 4;
+    expected[8] = 5;
     expected[10] = 3;
     expected[12] = expected[14] = 96;
     expected[65] = 3;
-    expected[66] = 4;
+    expected[66] = 6;
     Bytes header = written(picture, False);
     header.resize(header_bytes);
     EXPECT_EQ(header, expected);
@@ -146,28 +134,37 @@ TEST(SavePcx, ExtraColumnOfAnOddWidthIsWhatFollowsTheRow) {
     EXPECT_EQ(lines[17], 0) << "blue: the padding byte";
 }
 
-TEST(SavePcx, Run130EncodesAsTwoRunsOf63AndOneOf4) {
-    EXPECT_EQ(encoded(Bytes(130, 7)), (Bytes{255, 7, 255, 7, 196, 7}));
+TEST(SavePcx, WidestPictureHas32766Pixels) {
+    TestSurface too_wide(32767, 1);
+    EXPECT_FAILURE(written(too_wide, False), Overflow) << "its line would take 32768 bytes";
+    TestSurface widest(32766, 1);
+    EXPECT_EQ(get_i16(written(widest, True), 66), 32766);
 }
 
-TEST(SavePcx, Byte200EncodesAs193And200) {
-    EXPECT_EQ(encoded({200}), (Bytes{193, 200}));
-    EXPECT_EQ(encoded({192}), (Bytes{193, 192}));
+struct RleCase {
+    const char* name;
+    Bytes bytes;
+    Bytes encoded;
+};
+
+class SavePcxRle : public testing::TestWithParam<RleCase> {};
+
+TEST_P(SavePcxRle, BytesAreEncodedAsRunsAndLiterals) {
+    EXPECT_EQ(encoded(GetParam().bytes), GetParam().encoded);
 }
 
-TEST(SavePcx, Byte191EncodesAsItself) {
-    EXPECT_EQ(encoded({191}), (Bytes{191}));
-}
-
-TEST(SavePcx, TwoEqualBytesAreARun) {
-    EXPECT_EQ(encoded({0, 0, 255, 255}), (Bytes{194, 0, 194, 255}));
-    EXPECT_EQ(encoded(Bytes(63, 1)), (Bytes{255, 1}));
-    EXPECT_EQ(encoded(Bytes(64, 1)), (Bytes{255, 1, 1}));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Bytes, SavePcxRle,
+    testing::Values(RleCase{"Run130IsTwoRunsOf63AndOneOf4", Bytes(130, 7), {255, 7, 255, 7, 196, 7}},
+                    RleCase{"Run63", Bytes(63, 1), {255, 1}}, RleCase{"Run64", Bytes(64, 1), {255, 1, 1}},
+                    RleCase{"RunsOf2", {0, 0, 255, 255}, {194, 0, 194, 255}},
+                    RleCase{"Single200", {200}, {193, 200}}, RleCase{"Single192", {192}, {193, 192}},
+                    RleCase{"Single191", {191}, {191}}),
+    [](const auto& instance) { return instance.param.name; });
 
 TEST(SavePcx, RunsCrossLineEndsWhateverTheLineLength) {
     // Grey of one level: nine lines of two bytes are one run.
-    const auto picture = surface_of(2, 3, std::vector<Colour>(6, 0x070707));
+    const auto picture = surface_of(2, 3, Colours(6, 0x070707));
     EXPECT_EQ(data_of(written(*picture, True)), (Bytes{192 + 18, 7}));
     const Bytes bytes{1, 1, 1, 200, 5, 5};
     EXPECT_EQ(encoded(bytes, 2), encoded(bytes, 6));
@@ -188,96 +185,6 @@ TEST(SavePcx, EncodedBytesDecodeToTheInput) {
         }
         ASSERT_EQ(decoded(encoded(bytes)), bytes) << "input " << i;
     }
-}
-
-TEST(SavePcx, ExistingFileIsReplacedWithoutAsking) {
-    const TemporaryFolder folder;
-    const std::string path = folder.write("a.pcx", Bytes(5000, 1));
-    TestSurface picture(2, 2);
-    SavePCX().SavePCXinFile(path, picture, False);
-    EXPECT_EQ(read_file(path).size(), header_bytes + 12);
-}
-
-TEST(SavePcx, ReadOnlyFileIsKeptAndIsAFailure) {
-    const TemporaryFolder folder;
-    const std::string path = folder.write("a.pcx", Bytes{1, 2, 3});
-    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-    TestSurface picture(2, 2);
-    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, picture, False), PermissionDenied);
-    EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
-}
-
-TEST(SavePcx, FolderAsTargetOrMissingFolderIsAFailure) {
-    const TemporaryFolder folder;
-    TestSurface picture(2, 2);
-    EXPECT_FAILURE(SavePCX().SavePCXinFile(folder.path(), picture, False), PermissionDenied);
-    EXPECT_FAILURE(SavePCX().SavePCXinFile(folder.file("none/a.pcx"), picture, False), PathNotFound);
-}
-
-TEST(SavePcx, PictureWithoutPixelsFailsAndKeepsTheOldFile) {
-    const TemporaryFolder folder;
-    const std::string path = folder.write("a.pcx", Bytes{1, 2, 3});
-    TestSurface no_width(0, 2);
-    TestSurface no_height(2, 0);
-    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, no_width, True), SubscriptOutOfRange);
-    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, no_height, False), SubscriptOutOfRange);
-    EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
-}
-
-TEST(SavePcx, TooLargeSideOverflowsAndKeepsTheOldFile) {
-    const TemporaryFolder folder;
-    const std::string path = folder.write("a.pcx", Bytes{1, 2, 3});
-    TestSurface wide(32768, 1);
-    TestSurface high(1, 32768);
-    TestSurface wide_line(32767, 1);
-    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, wide, False), Overflow);
-    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, high, False), Overflow);
-    EXPECT_FAILURE(SavePCX().SavePCXinFile(path, wide_line, False), Overflow)
-        << "its line would take 32768 bytes";
-    EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
-    TestSurface widest(32766, 1);
-    SavePCX().SavePCXinFile(path, widest, True);
-    EXPECT_EQ(get_i16(read_file(path), 66), 32766);
-    TestSurface highest(1, 32767);
-    SavePCX().SavePCXinFile(path, highest, True);
-    EXPECT_EQ(get_i16(read_file(path), 10), 32767);
-}
-
-TEST(SavePcx, SizesAreInPixelsAndScaleModesAreRestored) {
-    TestSurface picture(4, 3);
-    picture.ScaleMode = ScaleTwips;
-    picture.Parent()->ScaleMode = ScaleTwips;
-    const Bytes file = written(picture, False);
-    EXPECT_EQ(get_i16(file, 8), 4);
-    EXPECT_EQ(get_i16(file, 10), 3);
-    EXPECT_EQ(picture.ScaleMode, ScaleTwips);
-    EXPECT_EQ(picture.Parent()->ScaleMode, ScaleTwips);
-}
-
-TEST(SavePcx, TopLevelFormCanBeWritten) {
-    PictureSurface form({nullptr, 2, 1, 32, 0, 0x332211});
-    EXPECT_EQ(data_of(written(form, False)), (Bytes{0x11, 0x11, 0x22, 0x22, 0x33, 0x33}));
-}
-
-TEST(SavePcx, InnerAreaIsWrittenAt24BitsFromEveryDepth) {
-    for (const std::int32_t bits : {16, 24, 32}) {
-        TestSurface picture(2, 1, bits, 3, 0);
-        picture.PSet(0, 0, 0xFF0000);
-        picture.PSet(1, 0, 0x0000FF);
-        EXPECT_EQ(data_of(written(picture, False)), (Bytes{0, 255, 0, 0, 255, 0})) << bits;
-    }
-}
-
-TEST(SavePcx, OneObjectWritesSeveralFiles) {
-    const TemporaryFolder folder;
-    SavePCX writer;
-    TestSurface large(9, 9);
-    TestSurface small(2, 1, 32, 0, 0x050505);
-    writer.SavePCXinFile(folder.file("a"), large, True);
-    writer.SavePCXinFile(folder.file("b"), small, False);
-    writer.SavePCXinFile(folder.file("c"), small, True);
-    EXPECT_EQ(data_of(read_file(folder.file("b"))), Bytes(6, 5));
-    EXPECT_EQ(data_of(read_file(folder.file("c"))), (Bytes{198, 5}));
 }
 
 } // namespace

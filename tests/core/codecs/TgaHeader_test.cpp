@@ -9,8 +9,7 @@
 namespace varnoth {
 namespace {
 
-using test::Bytes;
-using test::bytes_of;
+using namespace test;
 
 TEST(TgaHeader, FieldsHaveTheirOffsetsAndRoundTrip) {
     Bytes bytes(18);

@@ -7,12 +7,7 @@
 namespace varnoth {
 namespace {
 
-using test::Bytes;
-using test::Colours;
-using test::drawn_by;
-using test::ForeignPictures;
-using test::Palette;
-using test::same;
+using namespace test;
 
 TEST_F(ForeignPictures, Pcx24BitPlainAndCompressed) {
     write_sources(Palette::Any);
@@ -71,7 +66,7 @@ TEST_F(ForeignPictures, Pcx4BitLinesHaveAnEvenNumberOfBytes) {
         const std::size_t line = file_line + file_line % 2;
         LoadPCX reader;
         // The plain bytes of the file: whole lines of BytesPerLine.
-        Bytes bytes = test::read_file(path(i, "pcx"));
+        Bytes bytes = read_file(path(i, "pcx"));
         bytes.erase(bytes.begin(), bytes.begin() + PcxHeader::size);
         bytes.push_back(0);
         bytes = reference::decode_pcx_rle(bytes);
@@ -142,7 +137,7 @@ TEST_F(ForeignPictures, PcxOf2Or3PlanesIsNotDecoded) {
     for (const char* options : {"-planes=2", "-planes=3"}) {
         netpbm(std::string("ppmtopcx ") + options, "pcx");
         for (std::size_t i = 0; i < sources.size(); ++i) {
-            const auto old = test::put_old_picture();
+            const auto old = put_old_picture();
             LoadPCX reader;
             reader.Load(path(i, "pcx"));
             EXPECT_EQ(CBitmap::CurrentBitmap, old);

@@ -6,8 +6,7 @@
 namespace varnoth {
 namespace {
 
-using test::ForeignPictures;
-using test::Palette;
+using namespace test;
 
 struct Told {
     Truth answer = 0;
@@ -20,7 +19,7 @@ struct Told {
 TEST_F(ForeignPictures, BmpProbeReturnsSizesOf40ByteHeaders) {
     write_sources(Palette::Of200);
     const auto expect_sizes = [&](int bit_count) {
-        const std::vector<std::string> expected = identified("bmp");
+        const Texts expected = identified("bmp");
         for (std::size_t i = 0; i < sources.size(); ++i) {
             Told told;
             told.answer =
@@ -31,7 +30,7 @@ TEST_F(ForeignPictures, BmpProbeReturnsSizesOf40ByteHeaders) {
             EXPECT_EQ(told.compression, 0) << i;
         }
     };
-    test::run_tool(in_folder("convert " + names("ppm") + "-type TrueColor +adjoin BMP3:%d.bmp"));
+    run_tool(in_folder("convert " + names("ppm") + "-type TrueColor +adjoin BMP3:%d.bmp"));
     expect_sizes(24);
     netpbm("ppmtobmp -windows -bpp=24", "bmp");
     expect_sizes(24);
@@ -52,14 +51,14 @@ TEST_F(ForeignPictures, BmpProbeRejectsOtherHeaders) {
     };
     netpbm("ppmtobmp -os2 -bpp=24", "bmp");
     expect_refused();
-    test::run_tool(in_folder("convert " + names("ppm") + "-type TrueColor +adjoin BMP4:%d.bmp"));
+    run_tool(in_folder("convert " + names("ppm") + "-type TrueColor +adjoin BMP4:%d.bmp"));
     expect_refused();
 }
 
 TEST_F(ForeignPictures, JpegProbeReturnsSizesOfBaselineFiles) {
     write_sources(Palette::Any);
     const auto expect_sizes = [&] {
-        const std::vector<std::string> expected = identified("jpg");
+        const Texts expected = identified("jpg");
         for (std::size_t i = 0; i < sources.size(); ++i) {
             Told told;
             EXPECT_EQ(JpgMod::ProbeJpeg(path(i, "jpg"), told.width, told.height), True) << i;

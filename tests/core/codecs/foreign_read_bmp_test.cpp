@@ -2,28 +2,19 @@
 #include <gtest/gtest.h>
 
 #include "core/codecs/read_bmp.h"
-#include "support/TemporaryFolder.h"
 #include "support/made_bmp.h"
-#include "support/pictures.h"
+#include "support/readers.h"
 #include "support/thoroughness.h"
 
 namespace varnoth {
 namespace {
 
-using test::Bytes;
-using test::Character;
-using test::ForeignPicture;
-using test::MadeBmp;
-
-struct Size {
-    std::int32_t width;
-    std::int32_t height;
-};
+using namespace test;
 
 constexpr Size odd_sizes[] = {{1, 1}, {2, 3}, {3, 2}, {4, 4}, {5, 3}, {17, 9}, {256, 256}};
 
 ForeignPicture read(const Bytes& file) {
-    return test::picture_of(read_bmp(file, 256 * 256));
+    return picture_of(read_bmp(file, 256 * 256));
 }
 
 class ForeignBmpFiles : public testing::Test {
@@ -35,12 +26,11 @@ class ForeignBmpFiles : public testing::Test {
         for (const Size size : odd_sizes) {
             SCOPED_TRACE(command + " at " + std::to_string(size.width) + "x" + std::to_string(size.height));
             const auto count = static_cast<std::size_t>(size.width * size.height);
-            test::write_ppm(
-                folder_.file("in.ppm"), size.width,
-                test::random_colours(count, static_cast<std::size_t>(size.width), character, ++seed));
-            test::run_tool("cd " + folder_.path() + "; " + command);
+            write_ppm(folder_.file("in.ppm"), size.width,
+                      random_colours(count, static_cast<std::size_t>(size.width), character, ++seed));
+            run_tool("cd " + folder_.path() + "; " + command);
             const ForeignPicture theirs =
-                test::picture_from_tool("convert " + folder_.file("out.bmp") + " -alpha off -depth 8 ppm:-");
+                picture_from_tool("convert " + folder_.file("out.bmp") + " -alpha off -depth 8 ppm:-");
             const ForeignPicture ours = read(written());
             ASSERT_EQ(ours.width, size.width);
             ASSERT_EQ(ours.height, size.height);
@@ -48,7 +38,7 @@ class ForeignBmpFiles : public testing::Test {
         }
     }
 
-    Bytes written() const { return test::read_file(folder_.file("out.bmp")); }
+    Bytes written() const { return read_file(folder_.file("out.bmp")); }
 
     /// Bits per pixel of the last file, to check that the tool wrote the intended depth.
     std::uint16_t written_bits() const {
@@ -56,7 +46,7 @@ class ForeignBmpFiles : public testing::Test {
         return get_u16(bytes, get_u32(bytes, 14) == 12 ? 24 : 28);
     }
 
-    test::TemporaryFolder folder_;
+    TemporaryFolder folder_;
 };
 
 TEST_F(ForeignBmpFiles, Bmp24BitMatchesOtherDecoders) {
@@ -123,10 +113,10 @@ bool is_read_by_imagemagick(const MadeBmp& bmp) {
 }
 
 TEST_F(ForeignBmpFiles, RandomFilesMatchImageMagick) {
-    test::RandomBmps random(2);
+    RandomBmps random(2);
     std::vector<ForeignPicture> ours;
     std::string names;
-    while (ours.size() < test::cases(400U)) {
+    while (ours.size() < cases(400U)) {
         const MadeBmp bmp = random.next();
         if (is_read_by_imagemagick(bmp)) {
             names += folder_.write(std::to_string(ours.size()) + ".bmp", bmp.file()) + " ";
@@ -134,7 +124,7 @@ TEST_F(ForeignBmpFiles, RandomFilesMatchImageMagick) {
         }
     }
     const std::vector<ForeignPicture> theirs =
-        test::pictures_from_tool("convert " + names + "-alpha off -depth 8 ppm:-");
+        pictures_from_tool("convert " + names + "-alpha off -depth 8 ppm:-");
     ASSERT_EQ(theirs.size(), ours.size());
     for (std::size_t i = 0; i < ours.size(); ++i) {
         EXPECT_EQ(ours[i].width, theirs[i].width) << i;

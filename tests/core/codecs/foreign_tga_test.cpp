@@ -5,12 +5,7 @@
 namespace varnoth {
 namespace {
 
-using test::Bytes;
-using test::Colours;
-using test::drawn_by;
-using test::ForeignPictures;
-using test::Palette;
-using test::same;
+using namespace test;
 
 // ImageMagick writes rows in its internal order and only records the orientation.
 const std::string bottom_up = "-flip -orient BottomLeft ";
@@ -118,7 +113,7 @@ TEST_F(ForeignPictures, TgaIdFieldIsDecodedAsPixels) {
     for (std::size_t i = 0; i < sources.size(); ++i) {
         ASSERT_EQ(tga_header(i).IDLength, 4);
         ASSERT_EQ(tga_header(i).ImageDescriptor & 32, 0);
-        const Bytes bytes = test::read_file(path(i, "tga"));
+        const Bytes bytes = read_file(path(i, "tga"));
         LoadTGA reader;
         reader.Load(path(i, "tga"));
         Colours expected;

@@ -13,29 +13,22 @@
 namespace varnoth {
 namespace {
 
-using test::Bytes;
-using test::dwords;
-using test::ForeignPicture;
-using test::MadeBmp;
-using test::striking_colour;
-using test::striking_table;
+using namespace test;
 
 constexpr Colour black = 0;
 constexpr std::int64_t most_pixels = 1 << 12;
 
 ForeignPicture read(const Bytes& file) {
-    return test::picture_of(read_bmp(file, most_pixels));
+    return picture_of(read_bmp(file, most_pixels));
 }
 
-std::vector<Colour> colours_of(const MadeBmp& bmp) {
+Colours colours_of(const MadeBmp& bmp) {
     return read(bmp.file()).colours;
 }
 
 Bytes first_bytes(const Bytes& bytes, std::size_t count) {
     return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count)};
 }
-
-using Colours = std::vector<Colour>;
 
 // ---- Headers
 
@@ -86,7 +79,7 @@ TEST(ReadBmp, OtherDepthsAndCompressionsAreInvalid) {
                                : compression == 3 ? bits == 16 || bits == 32
                                                   : false;
             const Bytes file = MadeBmp{1, 1, bits, compression, striking_table(256), {0, 0, 0, 0}}.file();
-            const auto failure = test::failure_in([&] { read(file); });
+            const auto failure = failure_in([&] { read(file); });
             EXPECT_EQ(failure, known ? std::nullopt : std::optional(Failure::InvalidPicture))
                 << bits << " bits, compression " << compression;
         }
@@ -350,8 +343,8 @@ TEST(ReadBmp, BytesAfterTheLastRowAreIgnored) {
 // ---- Our own files
 
 TEST(ReadBmp, FilesSavedByCDibAreReadBackAtEveryDepth) {
-    const test::TemporaryFolder folder;
-    test::RandomBmps random(5);
+    const TemporaryFolder folder;
+    RandomBmps random(5);
     for (const std::int32_t bits : {1, 4, 8, 16, 24, 32}) {
         SCOPED_TRACE(bits);
         cDIB picture;
@@ -360,7 +353,7 @@ TEST(ReadBmp, FilesSavedByCDibAreReadBackAtEveryDepth) {
         std::ranges::copy(random.bytes(static_cast<std::size_t>(picture.Size())), picture.lpBits());
         const std::string path = folder.file("written.bmp");
         picture.Save(path);
-        const Bitmap back = read_bmp(test::read_file(path), most_pixels);
+        const Bitmap back = read_bmp(read_file(path), most_pixels);
         for (std::int32_t y = 0; y < 5; ++y) {
             for (std::int32_t x = 0; x < 9; ++x) {
                 EXPECT_EQ(back.pixel(x, y), picture.hDIB()->pixel(x, y)) << x << ", " << y;
@@ -472,14 +465,14 @@ TEST(ReadBmp, FileThatEndsInItsColourTableOrMasksIsInvalid) {
 // ---- Broken files
 
 TEST(ReadBmp, CorruptFileGivesAPictureInvalidPictureOrOutOfMemory) {
-    test::RandomBmps random(7);
+    RandomBmps random(7);
     for (int round = 0; round < 3000; ++round) {
         Bytes bytes = random.next().file();
         for (int change = 0; change < 3; ++change) {
             const auto at = random.number(0, static_cast<std::int32_t>(bytes.size()) - 1);
             bytes[static_cast<std::size_t>(at)] = random.byte();
         }
-        const auto failure = test::failure_in([&] { read(bytes); });
+        const auto failure = failure_in([&] { read(bytes); });
         ASSERT_TRUE(!failure || *failure == Failure::InvalidPicture || *failure == Failure::OutOfMemory)
             << round;
     }

@@ -4,88 +4,48 @@
 
 #include <gtest/gtest.h>
 
-#include "core/codecs/LoadPCX.h"
-#include "core/codecs/LoadTGA.h"
 #include "core/codecs/SavePCX.h"
 #include "core/codecs/SaveTGA.h"
-#include "support/TemporaryFolder.h"
-#include "support/pictures.h"
+#include "support/readers.h"
 
 namespace varnoth {
 namespace {
 
-using test::all_characters;
-using test::Character;
-using test::colours_of;
-using test::TemporaryFolder;
-using test::TestSurface;
-
-struct Size {
-    std::int32_t width;
-    std::int32_t height;
-};
+using namespace test;
 
 constexpr Size sizes[] = {{1, 1}, {1, 7}, {2, 2},  {3, 5},   {4, 3},
                           {5, 2}, {7, 1}, {31, 9}, {64, 64}, {255, 129}};
 
-void expect_pcx_comes_back(PictureSurface& picture, const std::string& path, Truth compress) {
-    SavePCX().SavePCXinFile(path, picture, compress);
-    LoadPCX reader;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    std::int16_t bits = 0;
-    ASSERT_EQ(reader.GetInfoPCX(path, width, height, bits), True);
-    ASSERT_EQ(width, picture.bitmap().width());
-    ASSERT_EQ(height, picture.bitmap().height());
-    ASSERT_EQ(bits, 8);
+// The picture that a reader draws; checks its probe and its properties.
+template <typename Reader>
+Colours read(const std::string& path, const Size& size, Truth compress, std::int16_t bits) {
+    Reader reader;
+    EXPECT_EQ(probe(reader, path), (Info{True, size.width, size.height, bits}));
     reader.Load(path);
     reader.SetScaleMode(0);
-    ASSERT_EQ(reader.IsPCX(), True);
-    ASSERT_EQ(reader.Compressed(), compress);
-    ASSERT_EQ(reader.Bpp(), 8);
-    ASSERT_EQ(reader.Header().NPlanes, 3);
-    ASSERT_EQ(reader.PCXWidth(), width);
-    ASSERT_EQ(reader.PCXHeight(), height);
-    TestSurface drawn(1, 1);
-    reader.DrawPCX(drawn);
-    ASSERT_EQ(drawn.bitmap().width(), width);
-    ASSERT_EQ(colours_of(drawn), colours_of(picture));
+    EXPECT_EQ(is_valid(reader), True);
+    EXPECT_EQ(reader.Compressed(), compress);
+    EXPECT_EQ(reader.Bpp(), bits);
+    EXPECT_EQ(size_of(reader), size);
+    return drawn_by(reader);
 }
 
-TEST(WrittenAndRead, PcxRoundTripsWith3PlanesOf8Bits) {
+Colours read_tga(const std::string& path, const Size& size, Truth compress) {
+    return read<LoadTGA>(path, size, compress, 24);
+}
+
+TEST(WrittenAndRead, PcxRoundTrips) {
     const TemporaryFolder folder;
+    const std::string path = folder.file("a.pcx");
     for (const Size& size : sizes) {
         for (const Character character : all_characters) {
-            const auto picture = test::random_surface(size.width, size.height, character, 21);
+            const auto picture = random_surface(size.width, size.height, character, 21);
             for (const Truth compress : {True, False}) {
-                ASSERT_NO_FATAL_FAILURE(expect_pcx_comes_back(*picture, folder.file("a.pcx"), compress))
-                    << size.width << " by " << size.height << " compressed " << compress;
+                SavePCX().SavePCXinFile(path, *picture, compress);
+                ASSERT_EQ(read<LoadPCX>(path, size, compress, 8), colours_of(*picture)) << size;
             }
         }
     }
-}
-
-// The picture that LoadTGA reads; checks the probe and the object against `width`, `height` and `compress`.
-std::vector<Colour> read_tga(const std::string& path, const Size& size, Truth compress) {
-    LoadTGA reader;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    std::int16_t bits = 0;
-    EXPECT_EQ(reader.GetInfoTGA(path, width, height, bits), True);
-    EXPECT_EQ(width, size.width);
-    EXPECT_EQ(height, size.height);
-    EXPECT_EQ(bits, 24);
-    reader.Load(path);
-    reader.SetScaleMode(0);
-    EXPECT_EQ(reader.IsTGA(), True);
-    EXPECT_EQ(reader.Compressed(), compress);
-    EXPECT_EQ(reader.Bpp(), 24);
-    EXPECT_EQ(reader.TGAWidth(), size.width);
-    EXPECT_EQ(reader.TGAHeight(), size.height);
-    TestSurface drawn(1, 1);
-    reader.DrawTGA(drawn);
-    EXPECT_EQ(drawn.bitmap().width(), size.width);
-    return colours_of(drawn);
 }
 
 TEST(WrittenAndRead, PlainTgaRoundTripsUpright) {
@@ -93,10 +53,9 @@ TEST(WrittenAndRead, PlainTgaRoundTripsUpright) {
     const std::string path = folder.file("a.tga");
     for (const Size& size : sizes) {
         for (const Character character : all_characters) {
-            const auto picture = test::random_surface(size.width, size.height, character, 22);
+            const auto picture = random_surface(size.width, size.height, character, 22);
             SaveTGA().SaveTGAinFile(path, *picture, False);
-            ASSERT_EQ(read_tga(path, size, False), colours_of(*picture))
-                << size.width << " by " << size.height;
+            ASSERT_EQ(read_tga(path, size, False), colours_of(*picture)) << size;
         }
     }
 }
@@ -111,7 +70,7 @@ TEST(WrittenAndRead, CompressedTgaRoundTripsIfRowsEndInRuns) {
             picture.Line(0, y, size.width / 2 - 2, y, 0x040506);
         }
         SaveTGA().SaveTGAinFile(path, picture, True);
-        ASSERT_EQ(read_tga(path, size, True), colours_of(picture)) << size.width << " by " << size.height;
+        ASSERT_EQ(read_tga(path, size, True), colours_of(picture)) << size;
     }
 }
 
@@ -119,9 +78,9 @@ TEST(WrittenAndRead, CompressedTgaThatLostPixelsIsShiftedAndEndsInBlack) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
     // From the bottom row up: 1 2 3 | 3 4 5 | 5 5 5, of which one 3 and one 5 are omitted.
-    const auto picture = test::surface_of(3, 3, {5, 5, 5, 3, 4, 5, 1, 2, 3});
+    const auto picture = surface_of(3, 3, {5, 5, 5, 3, 4, 5, 1, 2, 3});
     SaveTGA().SaveTGAinFile(path, *picture, True);
-    EXPECT_EQ(read_tga(path, {3, 3}, True), (std::vector<Colour>{5, 0, 0, 4, 5, 5, 1, 2, 3}));
+    EXPECT_EQ(read_tga(path, {3, 3}, True), (Colours{5, 0, 0, 4, 5, 5, 1, 2, 3}));
 }
 
 TEST(WrittenAndRead, LongRawPacketOfCompressedTgaIsReadAsARun) {
@@ -133,7 +92,7 @@ TEST(WrittenAndRead, LongRawPacketOfCompressedTgaIsReadAsARun) {
         picture.PSet(x, 0, 0x404040 + x);
     }
     SaveTGA().SaveTGAinFile(path, picture, True);
-    const std::vector<Colour> read = read_tga(path, {201, 1}, True);
+    const Colours read = read_tga(path, {201, 1}, True);
     for (std::size_t x = 0; x < 72; ++x) {
         ASSERT_EQ(read[x], 0x404040) << x;
     }

@@ -11,16 +11,14 @@
 
 #include "core/image/packed_indices.h"
 #include "support/expect_failure.h"
+#include "support/pictures.h"
 
 namespace varnoth {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-using Rows = Bitmap::Rows;
+using namespace test;
 
-Bytes bytes_of(const Bitmap& bitmap) {
-    return {bitmap.bytes().begin(), bitmap.bytes().end()};
-}
+using Rows = Bitmap::Rows;
 
 TEST(Bitmap, SurfaceRowsArePaddedTo2BytesAt24BitsOnly) {
     EXPECT_EQ(Bitmap(3, 1, 32, Rows::Surface).row_bytes(), 12);
@@ -241,15 +239,6 @@ TEST(Bitmap, UnusedByteIsCopiedInRowsAndZeroedBySetPixel) {
     EXPECT_EQ(bitmap.pixel(0, 0), 0x010203);
     bitmap.set_pixel(0, 0, 0x010203);
     EXPECT_EQ(bytes_of(bitmap), (Bytes{1, 2, 3, 0, 5, 6, 7, 8}));
-}
-
-TEST(Bitmap, CopyDoesNotSharePixels) {
-    Bitmap bitmap(1, 1, 8, Rows::Surface);
-    const Bitmap copy = bitmap;
-    bitmap.bytes()[0] = 5;
-    bitmap.colour_table()[0] = {1, 1, 1, 0};
-    EXPECT_EQ(copy.bytes()[0], 0);
-    EXPECT_EQ(copy.colour_table()[0], RGBQUAD{});
 }
 
 TEST(PackedIndices, EachIndexChangesOnlyItsOwnBits) {

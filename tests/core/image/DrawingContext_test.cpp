@@ -15,17 +15,9 @@
 namespace varnoth {
 namespace {
 
-using test::colours_of;
-using test::surface_of;
-using test::TestSurface;
+using namespace test;
 
-using Bytes = std::vector<std::uint8_t>;
-using Colours = std::vector<Colour>;
 using Rows = Bitmap::Rows;
-
-Bytes bytes_of(const Bitmap& bitmap) {
-    return {bitmap.bytes().begin(), bitmap.bytes().end()};
-}
 
 std::int32_t copy(TestSurface& to, const Rectangle& target, TestSurface& from, const Rectangle& source) {
     return stretch_blt(to.hDC(), target, from.hDC(), source, SRCCOPY);
@@ -177,55 +169,6 @@ TEST(DrawingContext, FourthByteIsCopiedBetween32BitBitmapsElse0) {
     EXPECT_EQ(bytes_of(target.bitmap()), (Bytes{1, 2, 3, 0})) << "blue 1, green 2, red 3";
 }
 
-// Whole copies
-
-TEST(WholeCopies, CopyDoesNotSharePixels) {
-    const auto from = surface_of(2, 2, {1, 2, 3, 4});
-    TestSurface to(2, 2);
-    copy(to, {0, 0, 2, 2}, *from, {0, 0, 2, 2});
-    EXPECT_NE(to.bitmap().bytes().data(), from->bitmap().bytes().data());
-    from->PSet(0, 0, 9);
-    EXPECT_EQ(colours_of(to), (Colours{1, 2, 3, 4}));
-    copy(to, {0, 0, 2, 2}, *from, {0, 0, 2, 2});
-    to.PSet(1, 1, 8);
-    EXPECT_EQ(colours_of(*from), (Colours{9, 2, 3, 4}));
-    EXPECT_EQ(colours_of(to), (Colours{9, 2, 3, 8}));
-}
-
-TEST(WholeCopies, CopyConvertsSizeDirectionAndRowOrder) {
-    const auto from = surface_of(2, 2, {1, 2, 3, 4});
-    Bitmap section(2, 2, 32, Rows::Section);
-    stretch_pixels(section, {0, 0, 2, 2}, from->bitmap(), {0, 0, 2, 2});
-    EXPECT_EQ(section.pixel(0, 0), 1);
-    EXPECT_EQ(section.pixel(1, 1), 4);
-    TestSurface wide(4, 1);
-    copy(wide, {0, 0, 4, 1}, *from, {0, 0, 2, 2});
-    EXPECT_EQ(colours_of(wide), (Colours{1, 1, 2, 2}));
-    TestSurface mirrored(2, 2);
-    copy(mirrored, {0, 0, 2, 2}, *from, {1, 0, -2, 2});
-    EXPECT_EQ(colours_of(mirrored), (Colours{2, 1, 4, 3}));
-}
-
-TEST(WholeCopies, PartialCopyKeepsTheOtherPixels) {
-    const auto from = surface_of(2, 2, {1, 2, 3, 4});
-    const auto drawn = surface_of(2, 2, {5, 6, 7, 8});
-    for (const Rectangle& part : {Rectangle{0, 0, 1, 2}, Rectangle{1, 0, 1, 2}, Rectangle{0, 0, 2, 1},
-                                  Rectangle{0, 1, 2, 1}, Rectangle{0, 0, 2, 2}}) {
-        TestSurface to(2, 2);
-        copy(to, {0, 0, 2, 2}, *from, {0, 0, 2, 2});
-        copy(to, part, *drawn, part);
-        Colours expected{1, 2, 3, 4};
-        for (std::int32_t y = part.y; y < part.y + part.height; ++y) {
-            for (std::int32_t x = part.x; x < part.x + part.width; ++x) {
-                expected[static_cast<std::size_t>(2 * y + x)] += 4;
-            }
-        }
-        EXPECT_EQ(colours_of(to), expected);
-        EXPECT_EQ(colours_of(*from), (Colours{1, 2, 3, 4}));
-        EXPECT_EQ(colours_of(*drawn), (Colours{5, 6, 7, 8}));
-    }
-}
-
 TEST(ColourTables, EntriesAreClippedToTheTable) {
     Bitmap bitmap(1, 1, 4, Rows::Section);
     DrawingContext context(&bitmap);
@@ -356,26 +299,6 @@ class StretchProperty : public testing::Test {
 TEST_F(StretchProperty, RandomStretchesOfAllDepthsFollowTheFormula) {
     for (int i = 0; i < 6000; ++i) {
         ASSERT_NO_FATAL_FAILURE(check_once(i < 2000 ? 3 : i < 5500 ? 12 : 60));
-    }
-}
-
-TEST_F(StretchProperty, EqualSizesCopyAndShrinkingTakesEveryCentre) {
-    for (std::int32_t size = 1; size <= 40; ++size) {
-        for (std::int32_t smaller = 1; smaller <= size; ++smaller) {
-            Bitmap source(size, 1, 32, Rows::Surface);
-            for (std::int32_t x = 0; x < size; ++x) {
-                source.set_pixel(x, 0, x);
-            }
-            Bitmap target(smaller, 1, 32, Rows::Surface);
-            DrawingContext context(&target);
-            stretch_blt(context, {0, 0, smaller, 1}, DrawingContext(&source), {0, 0, size, 1}, SRCCOPY);
-            for (std::int32_t x = 0; x < smaller; ++x) {
-                // The centre (x + 1/2) * size / smaller is in the chosen pixel or on its right edge.
-                const Colour taken = target.pixel(x, 0);
-                ASSERT_LT(2 * smaller * taken, (2 * x + 1) * size);
-                ASSERT_GE(2 * smaller * (taken + 1), (2 * x + 1) * size);
-            }
-        }
     }
 }
 

@@ -5,11 +5,12 @@
 #include <gtest/gtest.h>
 
 #include "core/image/IndexExpansion.h"
+#include "support/lists.h"
 
 namespace varnoth {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using namespace test;
 
 std::array<RGBQUAD, 256> random_colours(std::mt19937& random) {
     const auto any = [&] { return static_cast<std::uint8_t>(random()); };

@@ -12,6 +12,8 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 // Reference search in floating point over the valid entries.
 std::int32_t plain_nearest(const LOGPALETTE& record, Colour colour) {
     std::int32_t best = 0;

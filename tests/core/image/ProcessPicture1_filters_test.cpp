@@ -13,11 +13,7 @@
 namespace varnoth {
 namespace {
 
-using test::colours_of;
-using test::surface_of;
-using test::TestSurface;
-
-using Colours = std::vector<Colour>;
+using namespace test;
 
 Colour rgb(int red, int green, int blue) {
     return red + 256 * green + 65536 * blue;
@@ -71,7 +67,7 @@ TEST(PictureFilters, NegativeIs255MinusEachChannel) {
 
 TEST(PictureFilters, NegativeTwiceRestoresThePicture) {
     for (const std::int32_t bits : {24, 32}) {
-        const auto picture = test::random_surface(6, 5, test::Character::Noise, 2, bits);
+        const auto picture = random_surface(6, 5, Character::Noise, 2, bits);
         const Colours before = colours_of(*picture);
         ProcessPicture1 toolbox;
         toolbox.Make_Picture_Negative(*picture);
@@ -118,11 +114,6 @@ TEST(PictureFilters, ChannelOrdersNameTheSourcesOfRedGreenAndBlue) {
               Colours{rgb(10, 30, 20)});
 }
 
-TEST(PictureFilters, GreyOfRedIs57OfGreen180OfBlue18AndOfWhite255) {
-    EXPECT_EQ(greyed({rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255), rgb(255, 255, 255), 0}),
-              (Colours{grey(57), grey(180), grey(18), grey(255), 0}));
-}
-
 TEST(PictureFilters, GreyAddsBlueLastAndRoundsExactHalvesToEven) {
     // All three sums are exact halves: 69.5, 67.5 and 29.5. With blue added first they would be slightly
     // less.
@@ -151,16 +142,8 @@ TEST(PictureFilters, GreyIsTheRoundedWeightedSum) {
     EXPECT_EQ(greyed(colours), expected);
 }
 
-TEST(PictureFilters, GreyOfGreysStaysInRange) {
-    Colours greys(256);
-    for (int i = 0; i < 256; ++i) {
-        greys[static_cast<std::size_t>(i)] = grey(i);
-    }
-    EXPECT_EQ(greyed(greys), greys);
-}
-
 TEST(PictureFilters, GreyWithAllFlagsFalseIsPlainGrey) {
-    const Colours colours = test::random_colours(5000, 100, test::Character::Noise, 6);
+    const Colours colours = random_colours(5000, 100, Character::Noise, 6);
     EXPECT_EQ(greyed_but(colours, false, false, false), greyed(colours));
     const Colours pure{rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255)};
     EXPECT_EQ(greyed_but(pure, false, false, false), greyed(pure));
@@ -177,16 +160,6 @@ TEST(PictureFilters, EachFlagKeepsOnlyItsPureColour) {
               (Colours{plain[0], plain[1], colours[2], plain[3], plain[4]}));
     EXPECT_EQ(greyed_but(colours, true, true, true),
               (Colours{colours[0], colours[1], colours[2], plain[3], plain[4]}));
-}
-
-TEST(PictureFilters, ShiftOf0ChangesNothing) {
-    const Colours colours = test::random_colours(500, 100, test::Character::Noise, 8);
-    EXPECT_EQ(shifted(colours, 0, 0, 0), colours);
-}
-
-TEST(PictureFilters, ShiftOf300MakesRed255Everywhere) {
-    EXPECT_EQ(shifted({rgb(0, 1, 2), rgb(255, 100, 200)}, 300, 0, 0),
-              (Colours{rgb(255, 1, 2), rgb(255, 100, 200)}));
 }
 
 TEST(PictureFilters, ShiftClampsEachChannelSeparately) {
@@ -238,7 +211,7 @@ TEST(PictureFilters, BlaBlaBrightensAndRemovesTheBlueOfGreys) {
 }
 
 TEST(PictureFilters, FiltersDoNotYield) {
-    test::RecordedServices services;
+    RecordedServices services;
     TestSurface picture(4, 4);
     ProcessPicture1 toolbox;
     toolbox.Make_BlaBla(picture);
@@ -252,11 +225,11 @@ TEST(PictureFilters, Picture24BitOfOddWidthIsFilteredAsCopiedLinearly) {
     // second row's first pixel, and the picture's last byte is out of reach.
     const auto picture = surface_of(3, 2, Colours(6, rgb(30, 20, 10)), 24);
     ProcessPicture1().Change_RGB_to_BGR(*picture);
-    std::vector<std::uint8_t> bytes(20);
+    Bytes bytes(20);
     picture->GetBitmapBits(bytes);
     // In the buffer the second row is 0,10,20 30,10,20 30,10,20; the rest of the bitmap is 30 and padding.
-    EXPECT_EQ(bytes, (std::vector<std::uint8_t>{30, 20, 10, 30, 20, 10, 30, 20, 10, //
-                                                20, 10, 0,  20, 10, 30, 20, 10, 30, 30, 0}));
+    EXPECT_EQ(bytes, (Bytes{30, 20, 10, 30, 20, 10, 30, 20, 10, //
+                            20, 10, 0,  20, 10, 30, 20, 10, 30, 30, 0}));
 }
 
 } // namespace

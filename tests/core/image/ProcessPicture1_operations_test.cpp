@@ -7,17 +7,14 @@
 
 #include <gtest/gtest.h>
 
-#include "support/colours.h"
 #include "support/expect_failure.h"
+#include "support/lists.h"
 #include "support/pictures.h"
 
 namespace varnoth {
 namespace {
 
-using test::colours_of;
-using test::series;
-using test::surface_of;
-using test::TestSurface;
+using namespace test;
 
 TEST(ProcessPicture1, SameSizeDoesNotReadTheDescriptionAgain) {
     ProcessPicture1 toolbox;
@@ -71,7 +68,7 @@ TEST(ProcessPicture1, Picture16BitIsRejectedByEveryOperation) {
         picture->on_change = [&] { ++shown; };
         ProcessPicture1 toolbox;
         EXPECT_FALSE(all_operations()[i](toolbox, *picture)) << i;
-        EXPECT_EQ(colours_of(*picture), (std::vector<Colour>{0x0000FF, 0xFFFFFF})) << i;
+        EXPECT_EQ(colours_of(*picture), (Colours{0x0000FF, 0xFFFFFF})) << i;
         EXPECT_EQ(shown, 0) << i;
         EXPECT_EQ(toolbox.SrcInfo().bmWidth, 2) << "the size is remembered all the same";
     }
@@ -84,7 +81,7 @@ TEST(ProcessPicture1, PictureOfTheRejectedSizeIsASubscriptFailure) {
         const auto picture = surface_of(2, 2, {1, 2, 3, 4});
         EXPECT_FALSE(all_operations()[i](toolbox, refused));
         EXPECT_FAILURE(all_operations()[i](toolbox, *picture), SubscriptOutOfRange) << i;
-        EXPECT_EQ(colours_of(*picture), (std::vector<Colour>{1, 2, 3, 4})) << i;
+        EXPECT_EQ(colours_of(*picture), (Colours{1, 2, 3, 4})) << i;
         TestSurface other_size(3, 2);
         EXPECT_NO_THROW(all_operations()[i](toolbox, other_size)) << i;
     }
@@ -125,7 +122,7 @@ TEST(ProcessPicture1, EveryOperationHandlesMixedSizesAndDepths) {
                             depths[random() % 3]);
         picture.ScaleMode = random() % 5 == 0 ? ScaleTwips : ScalePixels;
         const auto failure =
-            test::failure_in([&] { all_operations()[random() % all_operations().size()](toolbox, picture); });
+            failure_in([&] { all_operations()[random() % all_operations().size()](toolbox, picture); });
         if (failure) {
             ASSERT_TRUE(*failure == Failure::SubscriptOutOfRange || *failure == Failure::DivisionByZero);
         }
@@ -142,8 +139,8 @@ TEST(ProcessPicture1, CopyBetweenDifferentSizesFailsWithoutAChange) {
     ProcessPicture1 toolbox;
     EXPECT_FALSE(toolbox.Copy_Picture(*from, *wider));
     EXPECT_FALSE(toolbox.Copy_Picture(*from, *higher));
-    EXPECT_EQ(colours_of(*wider), (std::vector<Colour>{7, 8, 9}));
-    EXPECT_EQ(colours_of(*higher), (std::vector<Colour>{7, 8, 9, 10}));
+    EXPECT_EQ(colours_of(*wider), (Colours{7, 8, 9}));
+    EXPECT_EQ(colours_of(*higher), (Colours{7, 8, 9, 10}));
     EXPECT_EQ(toolbox.SrcInfo().bmWidth, -1) << "nothing was prepared";
 }
 
@@ -163,15 +160,14 @@ TEST(ProcessPicture1, CopyAt24BitsAndOddWidthLosesTheLastBytes) {
     const auto from = surface_of(3, 2, {0x010101, 0x020202, 0x030303, 0x040404, 0x050505, 0x060606}, 24);
     TestSurface to(3, 2, 24);
     EXPECT_TRUE(ProcessPicture1().Copy_Picture(*from, to));
-    EXPECT_EQ(colours_of(to),
-              (std::vector<Colour>{0x010101, 0x020202, 0x030303, 0x040404, 0x050505, 0x060600}))
+    EXPECT_EQ(colours_of(to), (Colours{0x010101, 0x020202, 0x030303, 0x040404, 0x050505, 0x060600}))
         << "the red of the last pixel";
 }
 
 TEST(ProcessPicture1, FourthByteOfAPixelIs0) {
     for (std::size_t i = 0; i < all_operations().size(); ++i) {
         TestSurface picture(2, 1);
-        picture.SetBitmapBits(std::vector<std::uint8_t>{1, 2, 3, 99, 4, 5, 6, 99});
+        picture.SetBitmapBits(Bytes{1, 2, 3, 99, 4, 5, 6, 99});
         ProcessPicture1 toolbox;
         all_operations()[i](toolbox, picture);
         EXPECT_EQ(toolbox.SrcBits().at(3, 1, 0), 99);
@@ -183,19 +179,19 @@ TEST(ProcessPicture1, FourthByteOfAPixelIs0) {
 TEST(ProcessPicture1, PaletteRoundTrips) {
     ProcessPicture1 toolbox;
     toolbox.set_palette(series(256, -5));
-    std::vector<Colour> out(300, 1);
+    Colours out(300, 1);
     toolbox.get_palette(out);
-    EXPECT_EQ((std::vector<Colour>{out.begin(), out.begin() + 256}), series(256, -5));
+    EXPECT_EQ((Colours{out.begin(), out.begin() + 256}), series(256, -5));
     EXPECT_EQ(out[256], 1);
 }
 
 TEST(ProcessPicture1, TooShortArrayFailsAfterItsEntriesAreCopied) {
     ProcessPicture1 toolbox;
     toolbox.init_pal(3);
-    std::vector<Colour> few(255, 1);
+    Colours few(255, 1);
     EXPECT_FAILURE(toolbox.get_palette(few), SubscriptOutOfRange);
-    EXPECT_EQ(few, std::vector<Colour>(255, 3));
-    EXPECT_FAILURE(toolbox.set_palette(std::vector<Colour>{8, 9}), SubscriptOutOfRange);
+    EXPECT_EQ(few, Colours(255, 3));
+    EXPECT_FAILURE(toolbox.set_palette(Colours{8, 9}), SubscriptOutOfRange);
     EXPECT_EQ(toolbox.ColorList()[0], 8);
     EXPECT_EQ(toolbox.ColorList()[1], 9);
     EXPECT_EQ(toolbox.ColorList()[2], 3);
@@ -205,7 +201,7 @@ TEST(ProcessPicture1, TooShortArrayFailsAfterItsEntriesAreCopied) {
 TEST(ProcessPicture1, InitPalSetsAllEntries) {
     ProcessPicture1 toolbox;
     toolbox.init_pal(0x123456);
-    EXPECT_TRUE(std::ranges::equal(toolbox.ColorList(), std::vector<Colour>(256, 0x123456)));
+    EXPECT_TRUE(std::ranges::equal(toolbox.ColorList(), Colours(256, 0x123456)));
 }
 
 TEST(ProcessPicture1, PaletteIsDrawnAs16By16CellsOf10Pixels) {

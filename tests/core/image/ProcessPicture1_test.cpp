@@ -8,28 +8,26 @@
 
 #include "reference/ProcessPicture1.h"
 #include "support/RecordedServices.h"
-#include "support/colours.h"
 #include "support/expect_failure.h"
+#include "support/lists.h"
 #include "support/pictures.h"
 
 namespace varnoth {
 namespace {
 
-using test::series;
-using test::surface_of;
-using test::TestSurface;
+using namespace test;
 
 // A picture 16 pixels wide of the colours first, first + 1, ...; the last one fills the last row.
 std::unique_ptr<TestSurface> picture_of_colours(std::int32_t count, Colour first = 1) {
     const std::int32_t height = (count + 15) / 16;
-    std::vector<Colour> colours(static_cast<std::size_t>(height) * 16, first + count - 1);
+    Colours colours(static_cast<std::size_t>(height) * 16, first + count - 1);
     for (std::int32_t i = 0; i < count; ++i) {
         colours[static_cast<std::size_t>(i)] = first + i;
     }
     return surface_of(16, height, colours);
 }
 
-std::vector<Colour> list_of(const ProcessPicture1& toolbox) {
+Colours list_of(const ProcessPicture1& toolbox) {
     return {toolbox.ColorList().begin(), toolbox.ColorList().end()};
 }
 
@@ -54,7 +52,7 @@ TEST(ProcessPicture1, BlackAfterAFullListCountsPerPixel) {
 TEST(ProcessPicture1, BlackPictureLeavesTheListEmpty) {
     ProcessPicture1 toolbox;
     EXPECT_FALSE(toolbox.is_more_than_256(TestSurface(3, 3)));
-    EXPECT_EQ(list_of(toolbox), std::vector<Colour>(256, 0));
+    EXPECT_EQ(list_of(toolbox), Colours(256, 0));
     // Nothing was counted: the next colour gets the first entry.
     toolbox.is_more_than_256(*surface_of(3, 1, {0, 0, 7}));
     EXPECT_EQ(toolbox.ColorList()[0], 7);
@@ -65,8 +63,8 @@ TEST(ProcessPicture1, ScanSkipsTheStaleColourInTheNextEntry) {
     toolbox.is_more_than_256(*surface_of(3, 1, {10, 20, 30}));
     // 20 is already in the entry that the second colour would take, so it gets none; 40 then overwrites it.
     toolbox.is_more_than_256(*surface_of(3, 1, {50, 20, 40}));
-    EXPECT_EQ((std::vector<Colour>{toolbox.ColorList().begin(), toolbox.ColorList().begin() + 4}),
-              (std::vector<Colour>{50, 40, 30, 0}));
+    EXPECT_EQ((Colours{toolbox.ColorList().begin(), toolbox.ColorList().begin() + 4}),
+              (Colours{50, 40, 30, 0}));
 }
 
 TEST(ProcessPicture1, StaleEntryHidesOneOf257Colours) {
@@ -84,7 +82,7 @@ TEST(ProcessPicture1, TooFewBitsLeaveOneElementInBothBuffers) {
     EXPECT_FALSE(toolbox.is_greyscale(*surface_of(2, 1, {1, 2})));
     EXPECT_EQ(toolbox.SrcBits().bytes().size(), 8U);
     EXPECT_EQ(toolbox.DstBits().bytes().size(), 8U);
-    const test::TestSurface few(3, 1, 16);
+    const TestSurface few(3, 1, 16);
     EXPECT_FALSE(toolbox.is_greyscale(few));
     EXPECT_EQ(toolbox.SrcBits().bytes().size(), 1U);
     EXPECT_EQ(toolbox.DstBits().bytes().size(), 1U);
@@ -93,15 +91,15 @@ TEST(ProcessPicture1, TooFewBitsLeaveOneElementInBothBuffers) {
 
 TEST(ProcessPicture1, MissesCountPerPixelWhenTheListIsFull) {
     // One pixel per row: 256 colours, then only one further colour; the scan stops at its fourth pixel.
-    std::vector<Colour> colours = series(256, 1);
+    Colours colours = series(256, 1);
     colours.resize(300, 5000);
-    test::RecordedServices services;
+    RecordedServices services;
     EXPECT_TRUE(ProcessPicture1().is_more_than_256(*surface_of(1, 300, colours)));
     EXPECT_EQ(services.yields, 256 + 4);
 }
 
 TEST(ProcessPicture1, ScanStopsAt260MissesAndYieldsOncePerRow) {
-    test::RecordedServices services;
+    RecordedServices services;
     ProcessPicture1().is_more_than_256(*picture_of_colours(16 * 40));
     EXPECT_EQ(services.yields, 17) << "260 misses are reached in the row with pixels 257 to 272";
     services.yields = 0;
@@ -111,7 +109,7 @@ TEST(ProcessPicture1, ScanStopsAt260MissesAndYieldsOncePerRow) {
 
 TEST(ProcessPicture1, SearchUpTo300StopsAtEntry255) {
     ProcessPicture1 toolbox;
-    std::vector<Colour> list(256, 1);
+    Colours list(256, 1);
     list[255] = 9;
     toolbox.set_palette(list);
     EXPECT_TRUE(toolbox.existe_en_pal(9, 300));
@@ -135,7 +133,7 @@ TEST(ProcessPicture1, MakePalListsColoursInOrderAndKeepsTheRest) {
     ProcessPicture1 toolbox;
     toolbox.init_pal(77);
     EXPECT_TRUE(toolbox.Make_Pal_From_Pic(*surface_of(2, 3, {5, 4, 5, 77, 3, 3})));
-    std::vector<Colour> expected(256, 77);
+    Colours expected(256, 77);
     expected[0] = 5;
     expected[1] = 4;
     expected[2] = 3; // 77 was in the entry about to be filled
@@ -149,7 +147,7 @@ TEST(ProcessPicture1, MakePalStopsWhenTheListIsFull) {
 }
 
 TEST(ProcessPicture1, MakePalDoesNotYield) {
-    test::RecordedServices services;
+    RecordedServices services;
     ProcessPicture1().Make_Pal_From_Pic(*picture_of_colours(300));
     EXPECT_EQ(services.yields, 0);
 }
@@ -161,10 +159,10 @@ struct Subject {
     void expect_equal(const PictureSurface& picture, bool count) {
         bool shipped_result = false;
         bool plain_result = false;
-        const auto shipped_failure = test::failure_in([&] {
+        const auto shipped_failure = failure_in([&] {
             shipped_result = count ? shipped.is_more_than_256(picture) : shipped.Make_Pal_From_Pic(picture);
         });
-        const auto plain_failure = test::failure_in([&] {
+        const auto plain_failure = failure_in([&] {
             plain_result = count ? plain.is_more_than_256(picture) : plain.Make_Pal_From_Pic(picture);
         });
         ASSERT_EQ(shipped_failure, plain_failure);
@@ -186,7 +184,7 @@ TEST(ProcessPicture1, ScansMatchTheReferenceForManyPictures) {
     for (std::uint32_t object = 0; object < 400; ++object) {
         Subject subject;
         if (object % 4 == 3) {
-            std::vector<Colour> list(256);
+            Colours list(256);
             for (Colour& entry : list) {
                 entry = static_cast<Colour>(random());
             }
@@ -201,12 +199,11 @@ TEST(ProcessPicture1, ScansMatchTheReferenceForManyPictures) {
             const auto height =
                 static_cast<std::int32_t>(random() % static_cast<std::size_t>(limit)) + (i > 8 ? 0 : 1);
             const std::int32_t depths[] = {32, 32, 32, 24, 24, 16};
-            const auto character = test::all_characters[random() % std::size(test::all_characters)];
+            const auto character = all_characters[random() % std::size(all_characters)];
             const auto seed = static_cast<std::uint32_t>(object * 8 + random() % 4);
             TestSurface empty(width, height);
             const auto picture =
-                width > 0 ? test::random_surface(width, height, character, seed, depths[random() % 6])
-                          : nullptr;
+                width > 0 ? random_surface(width, height, character, seed, depths[random() % 6]) : nullptr;
             ASSERT_NO_FATAL_FAILURE(subject.expect_equal(picture ? *picture : empty, random() % 3 != 0))
                 << "object " << object << " picture " << i << " of " << width << " by " << height;
         }
@@ -226,7 +223,7 @@ TEST(ProcessPicture1, ScansMatchTheReferenceAroundTheLimit) {
         for (int i = 0; i < 6; ++i) {
             // About 250 to 265 colours, each many times, from one pool so that stale entries recur.
             const std::size_t colours = 250 + random() % 16;
-            std::vector<Colour> pixels(60 * 20);
+            Colours pixels(60 * 20);
             for (Colour& pixel : pixels) {
                 pixel = static_cast<Colour>(random() % colours) * 3;
             }
@@ -241,37 +238,10 @@ TEST(ProcessPicture1, ScansMatchTheReferenceAroundTheLimit) {
 
 TEST(ProcessPicture1, ListChangedDuringAYieldIsSearchedAnew) {
     const auto picture = surface_of(2, 3, {1, 2, 3, 4, 2, 7});
-    const std::vector<Colour> changed(256, 7);
-    ProcessPicture1 shipped;
-    {
-        test::RecordedServices services;
-        services.on_yield = [&] {
-            if (services.yields == 2) { // before the second row
-                shipped.set_palette(changed);
-            }
-        };
-        shipped.is_more_than_256(*picture);
-    }
-    reference::ProcessPicture1 plain;
-    {
-        test::RecordedServices services;
-        services.on_yield = [&] {
-            if (services.yields ==
-                4) { // after one yield for the first row and one for each of its two pixels
-                std::ranges::copy(changed, plain.ColorList.begin());
-            }
-        };
-        plain.is_more_than_256(*picture);
-    }
-    EXPECT_TRUE(std::ranges::equal(shipped.ColorList(), plain.ColorList));
-    EXPECT_EQ(shipped.ColorList()[4], 2) << "the 2 of the first row is not in the list any more";
-}
-
-TEST(ProcessPicture1, ListChangedTwiceDuringYieldsIsSearchedAnew) {
-    const auto picture = surface_of(2, 3, {1, 2, 3, 4, 2, 7});
-    const std::vector<Colour> changed(256, 7);
+    const Colours changed(256, 7);
     const std::vector<std::function<void(ProcessPicture1&)>> first_changes{
-        [&](auto& toolbox) { toolbox.set_palette(std::vector<Colour>(256, 9)); },
+        [](auto&) {},
+        [&](auto& toolbox) { toolbox.set_palette(Colours(256, 9)); },
         [&](auto& toolbox) { toolbox.init_pal(9); },
         [&](auto& toolbox) { toolbox.Make_Pal_From_Pic(*picture); },
         [&](auto& toolbox) { toolbox.is_more_than_256(*picture); },
@@ -283,7 +253,7 @@ TEST(ProcessPicture1, ListChangedTwiceDuringYieldsIsSearchedAnew) {
     for (const auto& first : first_changes) {
         for (const auto& second : second_changes) {
             ProcessPicture1 toolbox;
-            test::RecordedServices services;
+            RecordedServices services;
             services.on_yield = [&] {
                 if (services.yields == 2) { // before the second row
                     first(toolbox);
@@ -298,7 +268,7 @@ TEST(ProcessPicture1, ListChangedTwiceDuringYieldsIsSearchedAnew) {
 
 TEST(ProcessPicture1, BuffersDestroyedDuringAYieldAreASubscriptFailure) {
     ProcessPicture1 toolbox;
-    test::RecordedServices services;
+    RecordedServices services;
     services.on_yield = [&] {
         if (services.yields == 2) {
             toolbox.Destroy_TheBits();
@@ -315,7 +285,7 @@ TEST(ProcessPicture1, GreyIsThreeEqualChannelsInEveryPixel) {
 }
 
 TEST(ProcessPicture1, GreyScansYieldOncePerRowUpToTheFirstColour) {
-    test::RecordedServices services;
+    RecordedServices services;
     ProcessPicture1().is_greyscale(*surface_of(1, 4, {0, 0, 5, 0}));
     EXPECT_EQ(services.yields, 3);
     ProcessPicture1().is_greyscale_and_PRGB(*surface_of(1, 4, {0, 0, 0, 0}));

@@ -9,11 +9,7 @@
 namespace varnoth {
 namespace {
 
-using test::colours_of;
-using test::surface_of;
-using test::TestSurface;
-
-using Colours = std::vector<Colour>;
+using namespace test;
 
 std::uint32_t with_alpha(std::uint8_t alpha) {
     return packed({.SourceConstantAlpha = alpha});

@@ -13,15 +13,7 @@
 namespace varnoth {
 namespace {
 
-using test::bytes_of;
-using test::colours_of;
-using test::expect_empty;
-using test::fill_dib;
-using test::indexed_picture;
-using test::surface_of;
-using test::TestSurface;
-using Bytes = std::vector<std::uint8_t>;
-using Colours = std::vector<Colour>;
+using namespace test;
 
 constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 

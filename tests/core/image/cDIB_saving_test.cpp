@@ -13,9 +13,7 @@
 namespace varnoth {
 namespace {
 
-using test::fill_dib;
-using test::TemporaryFolder;
-using Bytes = std::vector<std::uint8_t>;
+using namespace test;
 
 constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
@@ -24,7 +22,7 @@ TEST(CDib, File32BitHasOffset54AndNoColourTable) {
     cDIB dib;
     fill_dib(dib, 1, 2, {0x010203, 0x040506});
     dib.Save(folder.file("a.bmp"));
-    EXPECT_EQ(test::read_file(folder.file("a.bmp")),
+    EXPECT_EQ(read_file(folder.file("a.bmp")),
               (Bytes{'B', 'M', 62, 0, 0, 0, 0, 0,  0, 0, 54, 0, 0, 0, 40, 0, 0, 0, 1, 0, 0,
                      0,   2,   0,  0, 0, 1, 0, 32, 0, 0, 0,  0, 0, 0, 0,  0, 0, 0, 0, 0, 0,
                      0,   0,   0,  0, 0, 0, 0, 0,  0, 0, 0,  0, 4, 5, 6,  0, 1, 2, 3, 0}));
@@ -41,7 +39,7 @@ TEST(CDib, File8BitHasOffset1078AfterTheColourTable) {
     dib.SetPalette(palette);
     std::ranges::copy(Bytes{9, 8, 7, 6, 5}, dib.lpBits());
     dib.Save(folder.file("a.bmp"));
-    const Bytes file = test::read_file(folder.file("a.bmp"));
+    const Bytes file = read_file(folder.file("a.bmp"));
     Bytes expected{'B', 'M', 0x3E, 4, 0, 0, 0, 0, 0, 0, 0x36, 4, 0, 0, 40,
                    0,   0,   0,    5, 0, 0, 0, 1, 0, 0, 0,    1, 0, 8, 0};
     expected.resize(54);
@@ -59,7 +57,7 @@ TEST(CDib, OffsetsOfOtherDepthsFollowTheirColourTables) {
         cDIB dib;
         ASSERT_TRUE(dib.Create(3, 2, each.bits));
         dib.Save(folder.file("a.bmp"));
-        const Bytes file = test::read_file(folder.file("a.bmp"));
+        const Bytes file = read_file(folder.file("a.bmp"));
         EXPECT_EQ(file.at(10), each.offset);
         EXPECT_EQ(file.size(), static_cast<std::size_t>(each.offset + dib.Size()));
         EXPECT_EQ(file.at(2), file.size());
@@ -72,7 +70,7 @@ TEST(CDib, SaveReplacesALongerFile) {
     cDIB dib;
     fill_dib(dib, 1, 1, {0});
     dib.Save(path);
-    EXPECT_EQ(test::read_file(path).size(), 58U);
+    EXPECT_EQ(read_file(path).size(), 58U);
 }
 
 TEST(CDib, SaveDeletesTheOldFileSoOtherHardLinksKeepIt) {
@@ -83,8 +81,8 @@ TEST(CDib, SaveDeletesTheOldFileSoOtherHardLinksKeepIt) {
     cDIB dib;
     fill_dib(dib, 1, 1, {0});
     dib.Save(path);
-    EXPECT_EQ(test::read_file(path).size(), 58U);
-    EXPECT_EQ(test::read_file(other), (Bytes{1, 2, 3}));
+    EXPECT_EQ(read_file(path).size(), 58U);
+    EXPECT_EQ(read_file(other), (Bytes{1, 2, 3}));
 }
 
 TEST(CDib, SaveToAReadOnlyFileFailsAndKeepsIt) {
@@ -94,7 +92,7 @@ TEST(CDib, SaveToAReadOnlyFileFailsAndKeepsIt) {
     cDIB dib;
     fill_dib(dib, 1, 1, {0});
     EXPECT_FAILURE(dib.Save(path), PermissionDenied);
-    EXPECT_EQ(test::read_file(path), (Bytes{1, 2, 3}));
+    EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
 }
 
 TEST(CDib, SaveToAFolderOrIntoAMissingOneFails) {

@@ -14,16 +14,7 @@
 namespace varnoth {
 namespace {
 
-using test::bytes_of;
-using test::colours_of;
-using test::expect_empty;
-using test::fill_dib;
-using test::indexed_picture;
-using test::surface_of;
-using test::TemporaryFolder;
-using test::TestSurface;
-using Bytes = std::vector<std::uint8_t>;
-using Colours = std::vector<Colour>;
+using namespace test;
 
 constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
@@ -281,24 +272,6 @@ TEST(CDib, CopyOfItsOwnContextIsBlack) {
         ASSERT_TRUE(dib.CreateFromHdc8bpp(*dib.hDIBDC(), side, side));
         EXPECT_EQ(colours_of(dib), black) << side << ", at 8 bits";
     }
-}
-
-TEST(CDib, BitsPointerDoesNotReachPixelsOfCopies) {
-    cDIB dib;
-    fill_dib(dib, 1, 1, {0x030201});
-    std::uint8_t* const bits = dib.lpBits();
-    cDIB other;
-    ASSERT_TRUE(other.CreateFromHdc(*dib.hDIBDC(), 1, 1));
-    TestSurface surface(1, 1);
-    dib.Stretch(surface.hDC(), 0, 0, 1, 1);
-    cDIB clone;
-    dib.CloneTo(clone);
-    bits[0] = 9;
-    EXPECT_EQ(dib.lpBits(), bits);
-    EXPECT_EQ(colours_of(dib), Colours{0x090201});
-    EXPECT_EQ(colours_of(other), Colours{0x030201});
-    EXPECT_EQ(colours_of(surface), Colours{0x030201});
-    EXPECT_EQ(colours_of(clone), Colours{0x030201});
 }
 
 TEST(CDib, BitsPointerIsValidUntilTheObjectIsResized) {

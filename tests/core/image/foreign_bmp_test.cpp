@@ -10,7 +10,7 @@
 namespace varnoth {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using namespace test;
 
 class ForeignBmp : public testing::TestWithParam<std::int32_t> {
   protected:
@@ -19,7 +19,7 @@ class ForeignBmp : public testing::TestWithParam<std::int32_t> {
         constexpr std::int32_t width = 37;
         constexpr std::int32_t height = 11;
         if (GetParam() > 8) {
-            const auto surface = test::random_surface(width, height, test::Character::Noise, 5);
+            const auto surface = random_surface(width, height, Character::Noise, 5);
             ASSERT_TRUE(dib.CreateFromHdc(surface->hDC(), width, height));
         } else {
             ASSERT_TRUE(dib.Create(width, height, GetParam()));
@@ -35,18 +35,17 @@ class ForeignBmp : public testing::TestWithParam<std::int32_t> {
         dib.Save(path);
     }
 
-    test::TemporaryFolder folder;
+    TemporaryFolder folder;
     std::string path = folder.file("a.bmp");
     cDIB dib;
 };
 
 TEST_P(ForeignBmp, ImageMagickReadsTheSamePixels) {
-    EXPECT_EQ(test::picture_from_tool("convert '" + path + "' -alpha off -depth 8 ppm:-").colours,
-              test::colours_of(dib));
+    EXPECT_EQ(picture_from_tool("convert '" + path + "' -alpha off -depth 8 ppm:-").colours, colours_of(dib));
 }
 
 TEST_P(ForeignBmp, NetpbmReadsTheSamePixels) {
-    EXPECT_EQ(test::picture_from_tool("bmptopnm -quiet '" + path + "'").colours, test::colours_of(dib));
+    EXPECT_EQ(picture_from_tool("bmptopnm -quiet '" + path + "'").colours, colours_of(dib));
 }
 
 INSTANTIATE_TEST_SUITE_P(Depths, ForeignBmp, testing::Values(32, 8, 4),

@@ -8,6 +8,8 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 PixelBlock block_of(const PictureSurface& surface) {
     PixelBlock block;
     block.size_for(surface.description());
@@ -17,7 +19,7 @@ PixelBlock block_of(const PictureSurface& surface) {
 
 TEST(PicturePixels, RowAccessSkipsTheFourthByte) {
     for (const std::int32_t bits : {24, 32}) {
-        PixelBlock block = block_of(*test::surface_of(2, 2, {0x010203, 0x040506, 0x070809, 0x0A0B0C}, bits));
+        PixelBlock block = block_of(*surface_of(2, 2, {0x010203, 0x040506, 0x070809, 0x0A0B0C}, bits));
         const std::uint8_t last_byte_before = block.bytes().back();
         PixelRow row(block, 1, 2);
         EXPECT_EQ(row[0], (Pixel{.blue = 7, .green = 8, .red = 9}));
@@ -31,16 +33,16 @@ TEST(PicturePixels, RowAccessSkipsTheFourthByte) {
 }
 
 TEST(PicturePixels, RowOutsideTheBlockIsAFailure) {
-    const PixelBlock block = block_of(test::TestSurface(2, 3));
-    EXPECT_EQ((test::failure_in([&] { PixelRow(block, 2, 2); })), std::nullopt);
+    const PixelBlock block = block_of(TestSurface(2, 3));
+    EXPECT_EQ((failure_in([&] { PixelRow(block, 2, 2); })), std::nullopt);
     EXPECT_FAILURE(PixelRow(block, 3, 2), SubscriptOutOfRange);
     EXPECT_FAILURE(PixelRow(block, -1, 2), SubscriptOutOfRange);
     EXPECT_FAILURE(PixelRow(block, 0, 3), SubscriptOutOfRange);
     // A block of two channels: 16 bits per pixel.
-    const PixelBlock words = block_of(test::TestSurface(2, 1, 16));
+    const PixelBlock words = block_of(TestSurface(2, 1, 16));
     EXPECT_FAILURE(PixelRow(words, 0, 1), SubscriptOutOfRange);
     // A row of width 0 is not checked.
-    EXPECT_EQ((test::failure_in([&] { PixelRow(words, 7, 0); })), std::nullopt);
+    EXPECT_EQ((failure_in([&] { PixelRow(words, 7, 0); })), std::nullopt);
 }
 
 TEST(PicturePixels, NewPixelIsBlackAndGreyIsThreeEqualChannels) {

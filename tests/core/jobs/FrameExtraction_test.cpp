@@ -14,11 +14,13 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 class RecordedExtraction : public ExtractionView {
   public:
     std::vector<bool> selected;
-    std::vector<std::string> items;
-    std::vector<std::string> written;
+    Texts items;
+    Texts written;
     int progress = 0;
     mutable int tests_of_abort = 0;
     int abort_at_test = -1;
@@ -71,14 +73,14 @@ class FrameExtraction : public testing::Test {
 
     // The red byte of the first pixel of an extracted BMP file.
     std::uint8_t red_of_bmp(const std::string& name) const {
-        return test::read_file(folder_.file(name)).at(54 + 2);
+        return read_file(folder_.file(name)).at(54 + 2);
     }
 
-    test::RecordedServices services_;
-    test::TemporaryFolder folder_;
+    RecordedServices services_;
+    TemporaryFolder folder_;
     RecordedExtraction view_;
     ExtractionOptions options_;
-    test::TestSurface scratch_{1, 1};
+    TestSurface scratch_{1, 1};
 };
 
 TEST_F(FrameExtraction, SelectedFramesAreNamedByBaseNameAndNumber) {
@@ -86,7 +88,7 @@ TEST_F(FrameExtraction, SelectedFramesAreNamedByBaseNameAndNumber) {
     EXPECT_EQ(files(), (std::set<std::string>{"smoke_0.bmp", "smoke_1.bmp", "smoke_2.bmp"}));
     EXPECT_EQ(red_of_bmp("smoke_0.bmp"), 10);
     EXPECT_EQ(red_of_bmp("smoke_2.bmp"), 12);
-    EXPECT_EQ(view_.items, (std::vector<std::string>{"smoke_0.bmp", "smoke_1.bmp", "smoke_2.bmp"}));
+    EXPECT_EQ(view_.items, (Texts{"smoke_0.bmp", "smoke_1.bmp", "smoke_2.bmp"}));
     EXPECT_EQ(view_.progress, 3);
     EXPECT_TRUE(services_.messages.empty());
 }
@@ -111,35 +113,35 @@ TEST_F(FrameExtraction, NoSelectedLineWritesNothing) {
 
 TEST_F(FrameExtraction, SkipWithAllFilesPresentFillsTheBarWithoutWriting) {
     for (const char* name : {"smoke_0.bmp", "smoke_1.bmp", "smoke_2.bmp"}) {
-        folder_.write(name, std::vector<std::uint8_t>{1});
+        folder_.write(name, Bytes{1});
     }
     options_.if_file_exists = IfFileExists::Skip;
     extract();
     EXPECT_TRUE(view_.written.empty());
     EXPECT_EQ(view_.progress, 3);
     EXPECT_TRUE(services_.questions.empty());
-    EXPECT_EQ(test::read_file(folder_.file("smoke_1.bmp")).size(), 1U);
+    EXPECT_EQ(read_file(folder_.file("smoke_1.bmp")).size(), 1U);
 }
 
 TEST_F(FrameExtraction, SkipWritesMissingFiles) {
-    folder_.write("smoke_1.bmp", std::vector<std::uint8_t>{1});
+    folder_.write("smoke_1.bmp", Bytes{1});
     options_.if_file_exists = IfFileExists::Skip;
     extract();
-    EXPECT_EQ(view_.written, (std::vector<std::string>{"smoke_0.bmp", "smoke_2.bmp"}));
+    EXPECT_EQ(view_.written, (Texts{"smoke_0.bmp", "smoke_2.bmp"}));
 }
 
 TEST_F(FrameExtraction, AskAnsweredNoKeepsTheFileAndContinues) {
-    folder_.write("smoke_1.bmp", std::vector<std::uint8_t>{1});
+    folder_.write("smoke_1.bmp", Bytes{1});
     options_.if_file_exists = IfFileExists::Ask;
     services_.answer = false;
     extract();
-    EXPECT_EQ(services_.questions, std::vector<std::string>{"File smoke_1.bmp Already Exists. Overwrite?"});
-    EXPECT_EQ(view_.written, (std::vector<std::string>{"smoke_0.bmp", "smoke_2.bmp"}));
-    EXPECT_EQ(test::read_file(folder_.file("smoke_1.bmp")).size(), 1U);
+    EXPECT_EQ(services_.questions, Texts{"File smoke_1.bmp Already Exists. Overwrite?"});
+    EXPECT_EQ(view_.written, (Texts{"smoke_0.bmp", "smoke_2.bmp"}));
+    EXPECT_EQ(read_file(folder_.file("smoke_1.bmp")).size(), 1U);
 }
 
 TEST_F(FrameExtraction, AskAnsweredYesOverwrites) {
-    folder_.write("smoke_1.bmp", std::vector<std::uint8_t>{1});
+    folder_.write("smoke_1.bmp", Bytes{1});
     options_.if_file_exists = IfFileExists::Ask;
     extract();
     EXPECT_EQ(services_.questions.size(), 1U);
@@ -147,7 +149,7 @@ TEST_F(FrameExtraction, AskAnsweredYesOverwrites) {
 }
 
 TEST_F(FrameExtraction, OverwriteNeverAsks) {
-    folder_.write("smoke_1.bmp", std::vector<std::uint8_t>{1});
+    folder_.write("smoke_1.bmp", Bytes{1});
     extract();
     EXPECT_TRUE(services_.questions.empty());
     EXPECT_EQ(red_of_bmp("smoke_1.bmp"), 11);
@@ -163,20 +165,20 @@ TEST_F(FrameExtraction, FolderOfTheNameIsNotAnExistingFile) {
 TEST_F(FrameExtraction, Order102OmitsStoredFrame0) {
     hlspr::document().FrameOrder = {1, 0, 2};
     extract();
-    EXPECT_EQ(view_.written, (std::vector<std::string>{"smoke_1.bmp", "smoke_2.bmp"}));
+    EXPECT_EQ(view_.written, (Texts{"smoke_1.bmp", "smoke_2.bmp"}));
     EXPECT_EQ(red_of_bmp("smoke_1.bmp"), 11);
     EXPECT_EQ(red_of_bmp("smoke_2.bmp"), 12);
 }
 
 TEST_F(FrameExtraction, TestedNameUsesThePositionAndWrittenNameTheFrame) {
     hlspr::document().FrameOrder = {2, 1, 0};
-    folder_.write("smoke_0.bmp", std::vector<std::uint8_t>{1});
-    folder_.write("smoke_2.bmp", std::vector<std::uint8_t>{1});
+    folder_.write("smoke_0.bmp", Bytes{1});
+    folder_.write("smoke_2.bmp", Bytes{1});
     options_.if_file_exists = IfFileExists::Ask;
     extract();
-    EXPECT_EQ(services_.questions, std::vector<std::string>{"File smoke_0.bmp Already Exists. Overwrite?"});
-    EXPECT_EQ(view_.items, std::vector<std::string>{"smoke_0.bmp"});
-    EXPECT_EQ(view_.written, std::vector<std::string>{"smoke_2.bmp"});
+    EXPECT_EQ(services_.questions, Texts{"File smoke_0.bmp Already Exists. Overwrite?"});
+    EXPECT_EQ(view_.items, Texts{"smoke_0.bmp"});
+    EXPECT_EQ(view_.written, Texts{"smoke_2.bmp"});
 }
 
 TEST_F(FrameExtraction, ChangedOrderMayRepeatUntilAborted) {
@@ -191,7 +193,7 @@ TEST_F(FrameExtraction, ChangedOrderMayRepeatUntilAborted) {
 TEST_F(FrameExtraction, AbortTakesEffectAtTheNextLine) {
     view_.abort_at_test = 1;
     extract();
-    EXPECT_EQ(view_.written, std::vector<std::string>{"smoke_0.bmp"});
+    EXPECT_EQ(view_.written, Texts{"smoke_0.bmp"});
 }
 
 TEST_F(FrameExtraction, UnsavedSpriteTakesItsBaseNameFromTheTypedName) {
@@ -213,10 +215,10 @@ TEST_F(FrameExtraction, TgaAndPcxUseTheCompressedChoice) {
         options_.compressed = compressed;
         options_.format = ExtractionFormat::Tga;
         extract();
-        EXPECT_EQ(test::read_file(folder_.file("smoke_0.tga")).at(2), compressed ? 10 : 2);
+        EXPECT_EQ(read_file(folder_.file("smoke_0.tga")).at(2), compressed ? 10 : 2);
         options_.format = ExtractionFormat::Pcx;
         extract();
-        EXPECT_EQ(test::read_file(folder_.file("smoke_0.pcx")).at(2), compressed ? 1 : 0);
+        EXPECT_EQ(read_file(folder_.file("smoke_0.pcx")).at(2), compressed ? 1 : 0);
     }
 }
 

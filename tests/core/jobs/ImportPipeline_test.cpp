@@ -17,9 +17,7 @@
 namespace varnoth {
 namespace {
 
-using test::Character;
-using test::random_colours;
-using test::ScriptedAddFrames;
+using namespace test;
 
 constexpr const char* success = "Frames Generated Successfully !";
 constexpr const char* abort_message = "Process Aborted By User. Some Pictures Where Not Imported.";
@@ -51,9 +49,9 @@ class ImportPipeline : public testing::Test {
     }
 
     // The colours of a stored frame, looked up in the document's palette.
-    static std::vector<Colour> frame_colours(std::size_t number) {
+    static Colours frame_colours(std::size_t number) {
         const SpriteDocument& sprite = hlspr::document();
-        std::vector<Colour> colours;
+        Colours colours;
         for (const std::uint8_t index : sprite.FrameStore.at(number).bytes()) {
             const PaletteColour& entry = sprite.Palette.Colours[index];
             colours.push_back(make_colour(entry.red, entry.green, entry.blue));
@@ -61,8 +59,8 @@ class ImportPipeline : public testing::Test {
         return colours;
     }
 
-    std::vector<std::string> steps() const {
-        std::vector<std::string> steps;
+    Texts steps() const {
+        Texts steps;
         std::ranges::copy_if(view_.events, std::back_inserter(steps),
                              [](const std::string& event) { return event.starts_with("step "); });
         return steps;
@@ -70,9 +68,9 @@ class ImportPipeline : public testing::Test {
 
     bool happened(const std::string& event) const { return std::ranges::count(view_.events, event) > 0; }
 
-    test::RecordedServices services_;
-    test::PictureFolder folder_{services_};
-    test::RecordedImport view_;
+    RecordedServices services_;
+    PictureFolder folder_{services_};
+    RecordedImport view_;
 };
 
 TEST_F(ImportPipeline, NothingSelectedShowsTheMessageAndChangesNothing) {
@@ -82,8 +80,7 @@ TEST_F(ImportPipeline, NothingSelectedShowsTheMessageAndChangesNothing) {
     add_noise("a.bmp", 1);
     const auto unselected = open();
     import_frames(*unselected, view_);
-    EXPECT_EQ(services_.messages,
-              (std::vector<std::string>{"Select Picture/s To Add.", "Select Picture/s To Add."}));
+    EXPECT_EQ(services_.messages, (Texts{"Select Picture/s To Add.", "Select Picture/s To Add."}));
     EXPECT_TRUE(view_.events.empty());
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 7);
 }
@@ -94,27 +91,27 @@ TEST_F(ImportPipeline, StepsHappenInTheirOrder) {
     folder_.add_bmp("c.bmp", 16, 16, random_colours(256, 16, Character::Noise, 3));
     const auto form = open_all();
     import_frames(*form, view_);
-    EXPECT_EQ(view_.events, (std::vector<std::string>{"open Building Palette...",
-                                                      "step Initializing...",
-                                                      "step Loading Picture...",
-                                                      "step Picture Color Lookup...",
-                                                      "step Loading Picture...",
-                                                      "step Picture Color Lookup...",
-                                                      "step Loading Picture...",
-                                                      "step Picture Color Lookup...",
-                                                      "step Dithering Palette...",
-                                                      "step Finalizing Palette...",
-                                                      "phase Adding Frames...",
-                                                      "step Frame 0",
-                                                      "line Frame 0",
-                                                      "step Frame 1",
-                                                      "line Frame 1",
-                                                      "step Frame 2",
-                                                      "line Frame 2",
-                                                      "close",
-                                                      "release",
-                                                      "finish"}));
-    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(view_.events, (Texts{"open Building Palette...",
+                                   "step Initializing...",
+                                   "step Loading Picture...",
+                                   "step Picture Color Lookup...",
+                                   "step Loading Picture...",
+                                   "step Picture Color Lookup...",
+                                   "step Loading Picture...",
+                                   "step Picture Color Lookup...",
+                                   "step Dithering Palette...",
+                                   "step Finalizing Palette...",
+                                   "phase Adding Frames...",
+                                   "step Frame 0",
+                                   "line Frame 0",
+                                   "step Frame 1",
+                                   "line Frame 1",
+                                   "step Frame 2",
+                                   "line Frame 2",
+                                   "close",
+                                   "release",
+                                   "finish"}));
+    EXPECT_EQ(services_.messages, Texts{success});
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
@@ -122,9 +119,8 @@ TEST_F(ImportPipeline, DitheringStepIsShownInTheFirstPassOnly) {
     folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 2));
     const auto form = open_all();
     import_frames(*form, view_);
-    EXPECT_EQ(steps(), (std::vector<std::string>{"step Initializing...", "step Loading Picture...",
-                                                 "step Dithering...", "step Picture Color Lookup...",
-                                                 "step Finalizing Palette...", "step Frame 0"}));
+    EXPECT_EQ(steps(), (Texts{"step Initializing...", "step Loading Picture...", "step Dithering...",
+                              "step Picture Color Lookup...", "step Finalizing Palette...", "step Frame 0"}));
 }
 
 TEST_F(ImportPipeline, ProgressBarStopsOneBeforeItsMaximum) {
@@ -140,7 +136,7 @@ TEST_F(ImportPipeline, ProgressBarStopsOneBeforeItsMaximum) {
 class ManySelected : public ScriptedAddFrames {
   public:
     explicit ManySelected(std::size_t count)
-        : ScriptedAddFrames("/none", PictureFormat::Tga, false, std::vector<std::string>(count, "a.tga")) {}
+        : ScriptedAddFrames("/none", PictureFormat::Tga, false, Texts(count, "a.tga")) {}
 
     bool is_selected(std::int32_t /*index*/) const override { return true; }
 };
@@ -155,7 +151,7 @@ TEST_F(ImportPipeline, ProgressBarRangeExceeds16Bits) {
 }
 
 TEST_F(ImportPipeline, Bmp8BitOfTheSpritesSizeIsImportedExactly) {
-    std::vector<Colour> colours;
+    Colours colours;
     for (Colour i = 0; i < 256; ++i) {
         colours.push_back(i * 0x010307 & 0xFFFFFF);
     }
@@ -170,7 +166,7 @@ TEST_F(ImportPipeline, Bmp8BitOfTheSpritesSizeIsImportedExactly) {
 // Black is always on the sheet. It is the 257th colour here, so the sheet is reduced, from a sample of one
 // row of 150 pixels.
 TEST_F(ImportPipeline, Bmp8BitOf256ColoursWithoutBlackIsReducedOnTheSheet) {
-    std::vector<Colour> colours;
+    Colours colours;
     for (Colour i = 1; i <= 256; ++i) {
         colours.push_back(i * 0x00FB07 & 0xFFFFFF);
     }
@@ -180,18 +176,18 @@ TEST_F(ImportPipeline, Bmp8BitOf256ColoursWithoutBlackIsReducedOnTheSheet) {
     import_frames(*form, view_);
     EXPECT_FALSE(happened("step Dithering..."));
     EXPECT_TRUE(happened("step Dithering Palette..."));
-    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
-    const std::vector<Colour> shown = frame_colours(0);
+    EXPECT_EQ(services_.messages, Texts{success});
+    const Colours shown = frame_colours(0);
     EXPECT_LE(std::set(shown.begin(), shown.end()).size(), 150U);
-    const std::vector<std::uint8_t> frame = test::indices_of(hlspr::document().FrameStore.at(0));
+    const Bytes frame = indices_of(hlspr::document().FrameStore.at(0));
     const auto palette = hlspr::document().Palette.Colours;
 
     hlspr::new_sprite(16, 16, 2, 0);
-    test::RecordedImport plain_view;
+    RecordedImport plain_view;
     reference::Mixpals plain;
     const auto plain_form = open_all();
     reference::import_frames(*plain_form, plain_view, plain);
-    EXPECT_EQ(test::indices_of(hlspr::document().FrameStore.at(0)), frame);
+    EXPECT_EQ(indices_of(hlspr::document().FrameStore.at(0)), frame);
     EXPECT_EQ(hlspr::document().Palette.Colours, palette);
     EXPECT_EQ(plain_view.events, view_.events);
 }
@@ -215,7 +211,7 @@ TEST_F(ImportPipeline, OtherFormatsAreReducedByColourCount) {
     const auto form = open_all(PictureFormat::Tga);
     import_frames(*form, view_);
     EXPECT_TRUE(happened("step Dithering..."));
-    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(services_.messages, Texts{success});
 }
 
 TEST_F(ImportPipeline, ResizedPicturesTakeTheSpritesSize) {
@@ -260,7 +256,7 @@ TEST_F(ImportPipeline, AbortAfterSetSpriteKeepsTheNewSizeAndClearedPalette) {
     EXPECT_EQ(hlspr::document().SpriteHeader.Width, 8);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(hlspr::document().Palette.Colours[9], PaletteColour());
-    EXPECT_EQ(services_.messages, std::vector<std::string>{abort_message});
+    EXPECT_EQ(services_.messages, Texts{abort_message});
 }
 
 TEST_F(ImportPipeline, AbortInFirstPassRemovesFramesAndKeepsPaletteAndList) {
@@ -275,7 +271,7 @@ TEST_F(ImportPipeline, AbortInFirstPassRemovesFramesAndKeepsPaletteAndList) {
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(hlspr::document().Palette.Colours[9], (PaletteColour{1, 2, 3}));
     EXPECT_EQ(view_.lines.size(), 2U);
-    EXPECT_EQ(services_.messages, std::vector<std::string>{abort_message});
+    EXPECT_EQ(services_.messages, Texts{abort_message});
     EXPECT_FALSE(happened("step Finalizing Palette..."));
     EXPECT_EQ(std::ranges::count(view_.events, "step Loading Picture..."), 1);
     EXPECT_EQ(view_.releases, 0);
@@ -291,8 +287,8 @@ TEST_F(ImportPipeline, AbortInSecondPassKeepsFramesAndReportsSuccess) {
     view_.on_event = [&](const std::string& event) { view_.abort = view_.abort || event == "step Frame 1"; };
     import_frames(*form, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 2);
-    EXPECT_EQ(view_.lines, (std::vector<std::string>{"Frame 0", "Frame 1"}));
-    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(view_.lines, (Texts{"Frame 0", "Frame 1"}));
+    EXPECT_EQ(services_.messages, Texts{success});
     EXPECT_EQ(view_.releases, 1);
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
@@ -303,7 +299,7 @@ TEST_F(ImportPipeline, AbortAtTheLastPictureReportsSuccess) {
     view_.on_event = [&](const std::string& event) { view_.abort = view_.abort || event == "step Frame 0"; };
     import_frames(*form, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
-    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(services_.messages, Texts{success});
 }
 
 TEST_F(ImportPipeline, AbortDuringThePaletteReportsSuccessWithoutFrames) {
@@ -314,7 +310,7 @@ TEST_F(ImportPipeline, AbortDuringThePaletteReportsSuccessWithoutFrames) {
     };
     import_frames(*form, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
-    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(services_.messages, Texts{success});
     EXPECT_EQ(view_.releases, 0);
 }
 
@@ -335,10 +331,10 @@ TEST_F(ImportPipeline, SecondImportAbortedAtItsPaletteKeepsOnlyTheList) {
     import_frames(*second, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(hlspr::document().Palette.Colours, palette) << "no first frame brought the new one";
-    EXPECT_EQ(view_.lines, std::vector<std::string>{"Frame 0"});
+    EXPECT_EQ(view_.lines, Texts{"Frame 0"});
     EXPECT_TRUE(happened("phase Adding Frames..."));
     EXPECT_FALSE(happened("step Frame 0"));
-    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
+    EXPECT_EQ(services_.messages, Texts{success});
     EXPECT_EQ(view_.releases, 1) << "the list has a line";
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
@@ -353,14 +349,14 @@ TEST_F(ImportPipeline, SecondImportOfInvalidFilesKeepsOnlyTheList) {
     view_.events.clear();
     view_.releases = 0;
     const auto second = open_all();
-    folder_.write("a.bmp", std::vector<std::uint8_t>(60, 1));
+    folder_.write("a.bmp", Bytes(60, 1));
     import_frames(*second, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(hlspr::document().Palette.Colours, palette);
-    EXPECT_EQ(view_.lines, std::vector<std::string>{"Frame 0"});
+    EXPECT_EQ(view_.lines, Texts{"Frame 0"});
     EXPECT_TRUE(happened("step Finalizing Palette..."));
     EXPECT_FALSE(happened("step Frame 0"));
-    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: a.bmp Bad Format/Corrupt.", success}));
+    EXPECT_EQ(services_.messages, (Texts{"File: a.bmp Bad Format/Corrupt.", success}));
     EXPECT_EQ(view_.releases, 1) << "the list has a line";
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
@@ -374,7 +370,7 @@ TEST_F(ImportPipeline, ImportingTwiceKeepsNewFramesAndBothSetsOfLines) {
     second->click(1);
     import_frames(*second, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
-    EXPECT_EQ(view_.lines, (std::vector<std::string>{"Frame 0", "Frame 1", "Frame 2"}));
+    EXPECT_EQ(view_.lines, (Texts{"Frame 0", "Frame 1", "Frame 2"}));
     EXPECT_TRUE(happened("step Frame 1"));
     EXPECT_EQ(frame_colours(0), random_colours(256, 16, Character::FewColours, 2));
 }
@@ -383,9 +379,9 @@ TEST_F(ImportPipeline, InvalidFileIsSkippedButStillCounted) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
     const auto form = open_all();
-    folder_.write("b.bmp", std::vector<std::uint8_t>(60, 1));
+    folder_.write("b.bmp", Bytes(60, 1));
     import_frames(*form, view_);
-    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: b.bmp Bad Format/Corrupt.", success}));
+    EXPECT_EQ(services_.messages, (Texts{"File: b.bmp Bad Format/Corrupt.", success}));
     EXPECT_EQ(view_.maximum, 5);
     EXPECT_EQ(view_.progress, 2);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
@@ -394,12 +390,12 @@ TEST_F(ImportPipeline, InvalidFileIsSkippedButStillCounted) {
 TEST_F(ImportPipeline, DocumentIsEmptiedEvenIfAllFilesWereUnselected) {
     add_noise("a.bmp", 1);
     const auto form = open_all();
-    folder_.write("a.bmp", std::vector<std::uint8_t>(60, 1));
+    folder_.write("a.bmp", Bytes(60, 1));
     hlspr::document().SpriteHeader.FrameCount = 3;
     import_frames(*form, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_TRUE(happened("step Finalizing Palette..."));
-    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: a.bmp Bad Format/Corrupt.", success}));
+    EXPECT_EQ(services_.messages, (Texts{"File: a.bmp Bad Format/Corrupt.", success}));
     EXPECT_EQ(view_.releases, 0);
     EXPECT_FALSE(hlspr::SpriteDirty);
 }
@@ -411,12 +407,12 @@ TEST_F(ImportPipeline, StepNumberCountsUnselectedEntries) {
     form->click(1);
     import_frames(*form, view_);
     EXPECT_TRUE(happened("step Frame 1"));
-    EXPECT_EQ(view_.lines, std::vector<std::string>{"Frame 0"});
+    EXPECT_EQ(view_.lines, Texts{"Frame 0"});
 }
 
 TEST_F(ImportPipeline, PickerReplacesTheTransparentColourInThePalette) {
     folder_.add_bmp("a.bmp", 16, 16, [] {
-        std::vector<Colour> colours(256, 0x0000FF);
+        Colours colours(256, 0x0000FF);
         colours[0] = 0x00FF00;
         return colours;
     }());
@@ -441,8 +437,8 @@ TEST_F(ImportPipeline, NothingIsSwappedWithoutThePicker) {
 // its first colour there, so the second picture, which has that colour and 256 others, counts as one of 256.
 TEST_F(ImportPipeline, ColourListCarriesOverBetweenPictures) {
     hlspr::new_sprite(16, 17, 2, 0);
-    std::vector<Colour> first;
-    std::vector<Colour> second{0x010000};
+    Colours first;
+    Colours second{0x010000};
     for (Colour i = 0; i < 272; ++i) {
         first.push_back(0x010000 + i % 256);
         second.push_back(0x020000 + i % 256);
@@ -480,18 +476,6 @@ TEST_F(ImportPipeline, PaletteTailOfAnEarlierImportIsKept) {
     for (std::size_t i = 2; i < 256; ++i) {
         EXPECT_EQ(hlspr::document().Palette.Colours[i], before[i]) << i;
     }
-}
-
-TEST_F(ImportPipeline, MoreThan256ColoursAreReducedOnTheSheet) {
-    for (std::uint32_t seed = 0; seed < 4; ++seed) {
-        folder_.add_bmp("p" + std::to_string(seed) + ".bmp", 16, 16,
-                        random_colours(256, 16, Character::Noise, 20 + seed));
-    }
-    const auto form = open_all();
-    import_frames(*form, view_);
-    EXPECT_TRUE(happened("step Dithering Palette..."));
-    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 4);
-    EXPECT_EQ(services_.messages, std::vector<std::string>{success});
 }
 
 } // namespace

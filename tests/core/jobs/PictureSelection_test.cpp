@@ -13,8 +13,7 @@
 namespace varnoth {
 namespace {
 
-using test::colours_of;
-using test::ScriptedAddFrames;
+using namespace test;
 
 class PictureSelection : public testing::Test {
   protected:
@@ -30,8 +29,8 @@ class PictureSelection : public testing::Test {
         }
     }
 
-    test::RecordedServices services_;
-    test::PictureFolder folder_{services_};
+    RecordedServices services_;
+    PictureFolder folder_{services_};
 };
 
 TEST_F(PictureSelection, TooWidePictureIsUnselectedAndLaterOnesAreNotProbed) {
@@ -44,7 +43,7 @@ TEST_F(PictureSelection, TooWidePictureIsUnselectedAndLaterOnesAreNotProbed) {
     ASSERT_TRUE(form->size_question_open());
     folder_.write("c.bmp", {}); // invalid too, but must not be probed
     form->click(1);
-    EXPECT_EQ(services_.messages, std::vector<std::string>{"File: b.bmp With Size Greater Than 256 x 256."});
+    EXPECT_EQ(services_.messages, Texts{"File: b.bmp With Size Greater Than 256 x 256."});
     EXPECT_TRUE(form->is_selected(2));
     EXPECT_TRUE(form->is_selected(0));
     EXPECT_FALSE(form->is_selected(1));
@@ -70,8 +69,8 @@ TEST_F(PictureSelection, FilesAfterAnInvalidOneAreNotProbed) {
     EXPECT_TRUE(ValidateSelection(form));
     EXPECT_EQ(services_.messages.size(), 1U);
     EXPECT_TRUE(ValidateSelection(form));
-    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: a.bmp With Size Greater Than 256 x 256.",
-                                                            "File: b.bmp Bad Format/Corrupt."}));
+    EXPECT_EQ(services_.messages,
+              (Texts{"File: a.bmp With Size Greater Than 256 x 256.", "File: b.bmp Bad Format/Corrupt."}));
 }
 
 TEST_F(PictureSelection, PicturesOfAnotherSizeOpenTheSizeQuestion) {
@@ -96,18 +95,17 @@ TEST_F(PictureSelection, Picture256By256IsValid) {
     EXPECT_TRUE(services_.messages.empty());
     form->click(1);
     form->click(2);
-    EXPECT_EQ(services_.messages,
-              (std::vector<std::string>{"File: b.bmp With Size Greater Than 256 x 256.",
-                                        "File: c.bmp With Size Greater Than 256 x 256."}));
+    EXPECT_EQ(services_.messages, (Texts{"File: b.bmp With Size Greater Than 256 x 256.",
+                                         "File: c.bmp With Size Greater Than 256 x 256."}));
     EXPECT_FALSE(form->is_selected(1));
     EXPECT_FALSE(form->is_selected(2));
 }
 
 TEST_F(PictureSelection, RejectedFileIsNamedAndUnselected) {
-    services_.pictures[folder_.write("bad.bmp", std::vector<std::uint8_t>(60, 1))] = {};
+    services_.pictures[folder_.write("bad.bmp", Bytes(60, 1))] = {};
     const auto form = open(PictureFormat::Bmp);
     form->click(0);
-    EXPECT_EQ(services_.messages, std::vector<std::string>{"File: bad.bmp Bad Format/Corrupt."});
+    EXPECT_EQ(services_.messages, Texts{"File: bad.bmp Bad Format/Corrupt."});
     EXPECT_FALSE(form->is_selected(0));
 }
 
@@ -117,15 +115,15 @@ TEST_F(PictureSelection, DifferentSizesShowTheMessageAndUnselectTheLater) {
     folder_.add_plain_bmp("c.bmp", 63, 64);
     const auto form = open(PictureFormat::Bmp);
     click_all(*form);
-    EXPECT_EQ(services_.messages, (std::vector<std::string>{"All Selected Pictures Must Have Same Size.",
-                                                            "All Selected Pictures Must Have Same Size."}));
+    EXPECT_EQ(services_.messages, (Texts{"All Selected Pictures Must Have Same Size.",
+                                         "All Selected Pictures Must Have Same Size."}));
     EXPECT_TRUE(form->is_selected(0));
     EXPECT_FALSE(form->is_selected(1));
     EXPECT_FALSE(form->is_selected(2));
 }
 
 TEST_F(PictureSelection, ResultIsAlwaysTrue) {
-    folder_.write("bad.bmp", std::vector<std::uint8_t>(60, 1));
+    folder_.write("bad.bmp", Bytes(60, 1));
     const auto form = open(PictureFormat::Bmp);
     EXPECT_TRUE(ValidateSelection(*form));
     EXPECT_FAILURE(form->click(0), InvalidPicture); // the preview is updated despite the message
@@ -174,7 +172,7 @@ TEST_F(PictureSelection, TransparentColourStaysWithoutThePicker) {
 }
 
 TEST_F(PictureSelection, TgaPictureIsDrawnAtItsOwnSize) {
-    const std::vector<Colour> colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
+    const Colours colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
     folder_.write("a.tga", test::tga_file(3, 2, colours));
     const auto form = open(PictureFormat::Tga);
     form->Picture1().AutoSize = true;
@@ -184,7 +182,7 @@ TEST_F(PictureSelection, TgaPictureIsDrawnAtItsOwnSize) {
 }
 
 TEST_F(PictureSelection, PcxPictureIsDrawnAtItsOwnSize) {
-    const std::vector<Colour> colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
+    const Colours colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
     folder_.write("a.pcx", test::pcx_file(3, 2, colours));
     const auto form = open(PictureFormat::Pcx);
     form->Picture1().AutoSize = true;
@@ -215,7 +213,7 @@ TEST_F(PictureSelection, NegativeHeightFailsBeforeTheTargetIsChanged) {
 }
 
 TEST_F(PictureSelection, TargetIsNeverLargerThanATgaOrPcxPicture) {
-    const std::vector<Colour> colours(40 * 30, 7);
+    const Colours colours(40 * 30, 7);
     folder_.write("a.tga", test::tga_file(40, 30, colours));
     folder_.write("a.pcx", test::pcx_file(40, 30, colours));
     for (const PictureFormat format : {PictureFormat::Tga, PictureFormat::Pcx}) {
@@ -249,16 +247,16 @@ TEST_F(PictureSelection, RejectedTgaOrPcxFileKeepsThePreview) {
         form->Picture1().SetHeight(1);
         form->Picture1().PSet(0, 0, 0x778899);
         form->click(0);
-        EXPECT_EQ(colours_of(form->Picture1()), std::vector<Colour>{0x778899});
+        EXPECT_EQ(colours_of(form->Picture1()), Colours{0x778899});
         EXPECT_FALSE(form->is_selected(0));
     }
-    EXPECT_EQ(services_.messages, (std::vector<std::string>{"File: a.tga Bad Format/Corrupt.",
-                                                            "File: a.pcx Bad Format/Corrupt."}));
+    EXPECT_EQ(services_.messages,
+              (Texts{"File: a.tga Bad Format/Corrupt.", "File: a.pcx Bad Format/Corrupt."}));
 }
 
 TEST_F(PictureSelection, TgaPictureOfHeight0DoesNotSetTheFirstSize) {
     folder_.write("a.tga", test::tga_file(8, 0, {}));
-    folder_.write("b.tga", test::tga_file(64, 64, std::vector<Colour>(64 * 64, 5)));
+    folder_.write("b.tga", test::tga_file(64, 64, Colours(64 * 64, 5)));
 
     class BothSelected : public ScriptedAddFrames {
       public:
@@ -273,10 +271,8 @@ TEST_F(PictureSelection, TgaPictureOfHeight0DoesNotSetTheFirstSize) {
 }
 
 TEST_F(PictureSelection, JpegSizeComesFromItsFrameHeader) {
-    folder_.write("a.jpg",
-                  std::vector<std::uint8_t>{0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, 20, 0, 30, 1, 1, 0x11, 0});
-    services_.pictures[folder_.file("a.jpg")] =
-        test::surface_of(30, 20, std::vector<Colour>(600, 9))->Image();
+    folder_.write("a.jpg", Bytes{0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, 20, 0, 30, 1, 1, 0x11, 0});
+    services_.pictures[folder_.file("a.jpg")] = surface_of(30, 20, Colours(600, 9))->Image();
     const auto form = open(PictureFormat::Jpg);
     form->click(0);
     EXPECT_TRUE(services_.messages.empty());
@@ -286,7 +282,7 @@ TEST_F(PictureSelection, JpegSizeComesFromItsFrameHeader) {
 }
 
 TEST_F(PictureSelection, UndecodablePictureThatPassedTheProbeFails) {
-    folder_.write("a.bmp", test::bmp_header(4, 4, 24));
+    folder_.write("a.bmp", bmp_header(4, 4, 24));
     const auto form = open(PictureFormat::Bmp);
     EXPECT_FAILURE(form->click(0), InvalidPicture);
 }

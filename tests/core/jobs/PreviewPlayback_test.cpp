@@ -12,13 +12,15 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 using hlspr::document;
 
 class PreviewPlaybackTest : public testing::Test {
   protected:
-    PreviewPlaybackTest() { test::reset_sprite(); }
+    PreviewPlaybackTest() { reset_sprite(); }
 
-    ~PreviewPlaybackTest() override { test::reset_sprite(); }
+    ~PreviewPlaybackTest() override { reset_sprite(); }
 
     // Stored frame n is one pixel of red n + 1.
     static void put_frames(const std::vector<std::int16_t>& order) {
@@ -27,7 +29,7 @@ class PreviewPlaybackTest : public testing::Test {
         document().FrameOrder = order;
         document().FrameStore.clear();
         for (std::size_t i = 0; i < order.size(); ++i) {
-            document().FrameStore.push_back(test::indices({static_cast<std::uint8_t>(i)}));
+            document().FrameStore.push_back(indices({static_cast<std::uint8_t>(i)}));
             document().Palette.Colours[i].red = static_cast<std::uint8_t>(i + 1);
         }
     }
@@ -35,7 +37,7 @@ class PreviewPlaybackTest : public testing::Test {
     // The stored frames that this number of ticks draws.
     static std::vector<int> shown(PreviewPlayback& walk, int ticks, std::int32_t lines) {
         std::vector<int> result;
-        test::TestSurface picture(1, 1);
+        TestSurface picture(1, 1);
         for (int i = 0; i < ticks; ++i) {
             walk.tick(picture, lines);
             result.push_back(red_of(picture.Point(0, 0)) - 1);
@@ -112,7 +114,7 @@ TEST_F(PreviewPlaybackTest, LineCountNotFrameCountEndsTheLoop) {
     PreviewPlayback none;
     EXPECT_EQ(shown(none, 2, 0), (std::vector<int>{0, 0}));
     PreviewPlayback beyond;
-    test::TestSurface picture(1, 1);
+    TestSurface picture(1, 1);
     EXPECT_EQ(shown(beyond, 3, 4), (std::vector<int>{0, 1, 2}));
     EXPECT_FAILURE(beyond.tick(picture, 4), SubscriptOutOfRange);
     EXPECT_EQ(beyond.CurrentFrame, 3);
@@ -122,9 +124,9 @@ TEST_F(PreviewPlaybackTest, PositionAfterTheHighestFrameNumberOverflows) {
     put_frames({0});
     document().FrameOrder = {32767};
     document().FrameStore.resize(32768);
-    document().FrameStore[32767] = test::indices({0});
+    document().FrameStore[32767] = indices({0});
     PreviewPlayback walk;
-    test::TestSurface picture(1, 1);
+    TestSurface picture(1, 1);
     EXPECT_FAILURE(walk.tick(picture, 1), Overflow);
     EXPECT_EQ(walk.CurrentFrame, 32767);
 }

@@ -22,8 +22,7 @@
 namespace varnoth {
 namespace {
 
-using test::Character;
-using test::ScriptedAddFrames;
+using namespace test;
 
 // The user's input for one import.
 struct Clicks {
@@ -83,7 +82,7 @@ class Case {
         return form;
     }
 
-    const std::vector<std::string>& messages() const { return services_->messages; }
+    const Texts& messages() const { return services_->messages; }
 
   private:
     std::uint32_t number() { return static_cast<std::uint32_t>(random_()); }
@@ -95,10 +94,10 @@ class Case {
     }
 
     void add_picture(const std::string& name, std::int32_t width, std::int32_t height) {
-        const Character character = test::all_characters[below(std::size(test::all_characters))];
-        const std::vector<Colour> colours =
-            test::random_colours(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                                 static_cast<std::size_t>(width), character, number());
+        const Character character = all_characters[below(std::size(all_characters))];
+        const Colours colours =
+            random_colours(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
+                           static_cast<std::size_t>(width), character, number());
         const auto short_width = static_cast<std::int16_t>(width);
         const auto short_height = static_cast<std::int16_t>(height);
         switch (clicks_.format) {
@@ -114,8 +113,8 @@ class Case {
     }
 
     std::mt19937 random_;
-    std::unique_ptr<test::RecordedServices> services_ = std::make_unique<test::RecordedServices>();
-    std::unique_ptr<test::PictureFolder> folder_ = std::make_unique<test::PictureFolder>(*services_);
+    std::unique_ptr<RecordedServices> services_ = std::make_unique<RecordedServices>();
+    std::unique_ptr<PictureFolder> folder_ = std::make_unique<PictureFolder>(*services_);
     Clicks clicks_;
     std::int32_t sprite_width_ = 0;
     std::int32_t sprite_height_ = 0;
@@ -134,10 +133,10 @@ std::string text_of(const SpriteDocument& sprite) {
 struct Side {
     SpriteDocument sprite;
     bool dirty = false;
-    test::RecordedImport view;
+    RecordedImport view;
     std::optional<Failure> failure;
-    std::vector<Colour> last_picture;
-    std::vector<Colour> sheet;
+    Colours last_picture;
+    Colours sheet;
 };
 
 // Runs an import on the document of one side.
@@ -153,15 +152,15 @@ void run(Side& side, const Case& input, Import&& import) {
             side.view.abort = true;
         }
     };
-    side.failure = test::failure_in([&] { import(*form); });
+    side.failure = failure_in([&] { import(*form); });
     side.sprite = hlspr::document();
     side.dirty = hlspr::SpriteDirty;
-    side.last_picture = test::colours_of(form->Buffer2());
-    side.sheet = test::colours_of(form->jojoPalette());
+    side.last_picture = colours_of(form->Buffer2());
+    side.sheet = colours_of(form->jojoPalette());
 }
 
-std::vector<Colour> colours_of(const std::array<RGBQUAD, 256>& palette) {
-    std::vector<Colour> colours;
+Colours colours_of(const std::array<RGBQUAD, 256>& palette) {
+    Colours colours;
     std::ranges::transform(palette, std::back_inserter(colours),
                            [](const RGBQUAD& entry) { return colour_of(entry); });
     return colours;
@@ -198,7 +197,7 @@ class ImportProperty : public testing::Test {
             new_sprite(shipped_case.sprite_width(), shipped_case.sprite_height());
         }
         run(shipped_, shipped_case, [&](AddFramesForm& form) { import_frames(form, shipped_.view); });
-        const std::vector<std::string> shipped_messages = shipped_case.messages();
+        const Texts shipped_messages = shipped_case.messages();
         // The same case again, with its own messages.
         Case plain_case(seed, most_side);
         run(plain_, plain_case,
@@ -258,7 +257,7 @@ TEST_F(ImportProperty, PicturesOfUpToThreePixelsMatchTheReference) {
 }
 
 TEST_F(ImportProperty, RandomPictureSetsMatchTheReference) {
-    for (std::uint32_t seed = 1000; seed < 1000 + test::cases(160U); ++seed) {
+    for (std::uint32_t seed = 1000; seed < 1000 + cases(160U); ++seed) {
         SCOPED_TRACE(seed);
         shipped_.sprite.SpriteHeader.Width = 0;
         expect_same_import(seed, 40);
@@ -266,30 +265,30 @@ TEST_F(ImportProperty, RandomPictureSetsMatchTheReference) {
             break;
         }
     }
-    EXPECT_GT(sightings_.reduced_pictures, test::cases(50));
-    EXPECT_GT(sightings_.reduced_sheets, test::cases(30));
-    EXPECT_GE(sightings_.aborts_before_frames, test::cases(6));
-    EXPECT_GE(sightings_.aborts_among_frames, test::cases(2));
-    EXPECT_GT(sightings_.frames, test::cases(150));
+    EXPECT_GT(sightings_.reduced_pictures, cases(50));
+    EXPECT_GT(sightings_.reduced_sheets, cases(30));
+    EXPECT_GE(sightings_.aborts_before_frames, cases(6));
+    EXPECT_GE(sightings_.aborts_among_frames, cases(2));
+    EXPECT_GT(sightings_.frames, cases(150));
 }
 
 TEST_F(ImportProperty, SuccessiveImportsMatchTheReference) {
     new_sprite(17, 23);
-    for (std::uint32_t seed = 2000; seed < 2000 + test::cases(120U); ++seed) {
+    for (std::uint32_t seed = 2000; seed < 2000 + cases(120U); ++seed) {
         SCOPED_TRACE(seed);
         expect_same_import(seed, 30);
         if (HasFailure()) {
             break;
         }
     }
-    EXPECT_GT(sightings_.reduced_sheets, test::cases(15));
-    EXPECT_GT(sightings_.frames, test::cases(80));
+    EXPECT_GT(sightings_.reduced_sheets, cases(15));
+    EXPECT_GT(sightings_.frames, cases(80));
 }
 
 TEST_F(ImportProperty, FramesOfTheSheetsSizeMatchTheReference) {
     // 512 by 1 is the size of a small sheet, too wide for a picture; 256 by 256 is the largest frame.
     new_sprite(256, 256);
-    for (std::uint32_t seed = 3000; seed < 3000 + test::cases(3U); ++seed) {
+    for (std::uint32_t seed = 3000; seed < 3000 + cases(3U); ++seed) {
         SCOPED_TRACE(seed);
         expect_same_import(seed, 256);
     }

@@ -14,8 +14,6 @@
 
 namespace varnoth::test {
 
-using Colours = std::vector<Colour>;
-
 inline constexpr Colour red = 0x0000FF;
 inline constexpr Colour green = 0x00FF00;
 inline constexpr Colour blue = 0xFF0000;

@@ -6,11 +6,12 @@
 #include <gtest/gtest.h>
 
 #include "support/expect_failure.h"
+#include "support/lists.h"
 
 namespace varnoth {
 namespace {
 
-using Colours = std::vector<Colour>;
+using namespace test;
 
 Colour entry(const cPal8bpp& palette, int index) {
     const auto at = static_cast<std::uint8_t>(index);

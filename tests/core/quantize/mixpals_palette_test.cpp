@@ -1,25 +1,15 @@
 // The palette that the sheet becomes, the transparent colour in it, and the search of it.
 
 #include "core/quantize/MixpalsTest.h"
-#include "support/colours.h"
 #include "support/expect_failure.h"
+#include "support/lists.h"
 
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 using namespace mixpals; // NOLINT: the module under test
-using test::blue;
-using test::Colours;
-using test::green;
-using test::MixpalsTest;
-using test::nearest;
-using test::palette;
-using test::palette_from;
-using test::red;
-using test::row_of;
-using test::series;
-using test::swap;
-using test::white;
 
 // The palette.
 

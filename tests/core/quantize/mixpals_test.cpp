@@ -2,27 +2,15 @@
 #include <algorithm>
 
 #include "core/quantize/MixpalsTest.h"
-#include "support/colours.h"
 #include "support/expect_failure.h"
+#include "support/lists.h"
 
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 using namespace mixpals; // NOLINT: the module under test
-using test::blue;
-using test::Colours;
-using test::colours_of;
-using test::green;
-using test::MixpalsTest;
-using test::nearest;
-using test::palette_from;
-using test::red;
-using test::row_of;
-using test::series;
-using test::surface_of;
-using test::table;
-using test::TestSurface;
-using test::white;
 
 // The table.
 
@@ -76,17 +64,6 @@ TEST_F(MixpalsTest, ColoursStandInTheOrderOfTheirFirstAppearanceFromTheTopLeftAn
     EXPECT_EQ(ColorCount, 4);
     EXPECT_EQ((Colours{table(0), table(1), table(2), table(3), table(4)}),
               (Colours{green, red, blue, white, 0}));
-}
-
-TEST_F(MixpalsTest, BlackIsAlwaysInTheMixWhetherAPictureHoldsItOrNot) {
-    InitColorTable();
-    AddPictureColors(*row_of({red, green}));
-    TestSurface sheet(1, 1);
-    DrawColorTable(sheet);
-    EXPECT_EQ(sheet.Point(0, 0), red);
-    EXPECT_EQ(sheet.Point(1, 0), green);
-    EXPECT_EQ(sheet.Point(2, 0), 0);
-    EXPECT_EQ(sheet.Point(3, 0), red) << "behind the black stands the background, the colour of position 0";
 }
 
 TEST_F(MixpalsTest, ATableOfExactly1001ColoursGrowsTo2001Positions) {
@@ -199,9 +176,9 @@ TEST_F(MixpalsTest, A16BitSurfaceIsRefusedTheFirstTimeAndASubscriptFailureTheSec
     EXPECT_EQ(MixBits.channels(), 1);
     EXPECT_EQ(MixInfo.bmWidth, 3);
     EXPECT_FAILURE(AddPictureColors(surface), SubscriptOutOfRange);
-    EXPECT_FAILURE(AddPictureColors(*random_surface(3, 3, test::Character::Noise, 1)), SubscriptOutOfRange)
+    EXPECT_FAILURE(AddPictureColors(*random_surface(3, 3, Character::Noise, 1)), SubscriptOutOfRange)
         << "a readable surface of that size meets the small buffer too";
-    EXPECT_TRUE(AddPictureColors(*random_surface(2, 3, test::Character::Noise, 1)));
+    EXPECT_TRUE(AddPictureColors(*random_surface(2, 3, Character::Noise, 1)));
 }
 
 TEST_F(MixpalsTest, FinalizingA16BitSurfaceIsASubscriptFailureAtOnce) {
@@ -214,8 +191,8 @@ TEST_F(MixpalsTest, FinalizingA16BitSurfaceIsASubscriptFailureAtOnce) {
 TEST_F(MixpalsTest, OnlyWhoAsksForAnIndexMeetsThatThereIsNoPaletteYet) {
     TestSurface surface(3, 3, 16);
     EXPECT_FAILURE(FinalizePalette(surface), SubscriptOutOfRange);
-    const std::vector<std::uint8_t> pixel(4);
-    std::vector<std::uint8_t> indices(1);
+    const Bytes pixel(4);
+    Bytes indices(1);
     EXPECT_FAILURE(nearest_index(0, 0, 0), Overflow);
     EXPECT_FAILURE(nearest_indices(pixel, 4, indices), Overflow);
     nearest_indices({}, 4, {});

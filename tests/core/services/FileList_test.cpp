@@ -9,6 +9,8 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 TEST(FileList, SortsNumbersByValueAndLettersCaseInsensitively) {
     EXPECT_TRUE(comes_before("frame2.bmp", "frame10.bmp"));
     EXPECT_FALSE(comes_before("frame10.bmp", "frame2.bmp"));
@@ -50,17 +52,16 @@ TEST(FileList, EqualNamesAreOrderedByTheirBytes) {
 }
 
 TEST(FileList, ListsRegularFilesWithTheExtensionInAnyCase) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     for (const char* name : {"frame10.BMP", "frame2.bmp", "frame1.Bmp", "frame3.tga", "bmp", "x.bmp.txt"}) {
         folder.write(name, {});
     }
     std::filesystem::create_directory(folder.file("folder.bmp"));
-    EXPECT_EQ(list_files(folder.path(), ".bmp"),
-              (std::vector<std::string>{"frame1.Bmp", "frame2.bmp", "frame10.BMP"}));
+    EXPECT_EQ(list_files(folder.path(), ".bmp"), (Texts{"frame1.Bmp", "frame2.bmp", "frame10.BMP"}));
 }
 
 TEST(FileList, UnreadableFolderHasNoFiles) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     EXPECT_TRUE(list_files(folder.file("missing"), ".bmp").empty());
 }
 

@@ -13,7 +13,7 @@
 namespace varnoth {
 namespace {
 
-using test::RecordedServices;
+using namespace test;
 
 TEST(Services, DefaultsAnswerYesFailToLoadAndCancelChoices) {
     show_message("nobody sees this");
@@ -27,12 +27,12 @@ TEST(Services, DefaultsAnswerYesFailToLoadAndCancelChoices) {
 TEST(Services, CallsReachTheInstalledServices) {
     RecordedServices services;
     services.answer = false;
-    services.pictures["a.bmp"] = test::surface_of(1, 1, {7})->Image();
+    services.pictures["a.bmp"] = surface_of(1, 1, {7})->Image();
     show_message("Hello.");
     EXPECT_FALSE(ask_yes_no("Sure?"));
     yield_to_events();
-    EXPECT_EQ(services.messages, (std::vector<std::string>{"Hello."}));
-    EXPECT_EQ(services.questions, (std::vector<std::string>{"Sure?"}));
+    EXPECT_EQ(services.messages, (Texts{"Hello."}));
+    EXPECT_EQ(services.questions, (Texts{"Sure?"}));
     EXPECT_EQ(services.yields, 1);
     EXPECT_EQ(picture_loader().load("a.bmp").bitmap->pixel(0, 0), 7);
 }
@@ -43,7 +43,7 @@ TEST(Services, FileChooserGetsTheFilter) {
     services.next_save = "/tmp/save.txt";
     EXPECT_EQ(choose_file_to_open("Texts(*.txt)|*.txt"), "/tmp/open.txt");
     EXPECT_EQ(choose_file_to_save("All|*"), "/tmp/save.txt");
-    EXPECT_EQ(services.filters, (std::vector<std::string>{"Texts(*.txt)|*.txt", "All|*"}));
+    EXPECT_EQ(services.filters, (Texts{"Texts(*.txt)|*.txt", "All|*"}));
 }
 
 TEST(Services, InstallationIsUndoneAtTheEndOfItsLifetime) {
@@ -54,7 +54,7 @@ TEST(Services, InstallationIsUndoneAtTheEndOfItsLifetime) {
         EXPECT_EQ(inner.messages.size(), 1U);
     }
     show_message("outer");
-    EXPECT_EQ(outer.messages, (std::vector<std::string>{"outer"}));
+    EXPECT_EQ(outer.messages, (Texts{"outer"}));
 }
 
 class CountingQueue : public EventQueue {

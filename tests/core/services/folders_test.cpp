@@ -9,7 +9,7 @@
 namespace varnoth {
 namespace {
 
-using Texts = std::vector<std::string>;
+using namespace test;
 
 TEST(Folders, PlainFolderIsAbsoluteAndNormalised) {
     EXPECT_EQ(plain_folder("/a/./b/../c/"), "/a/c");
@@ -32,7 +32,7 @@ TEST(Folders, FoldersDownToStartAtTheRootAndEndAtTheFolder) {
 }
 
 TEST(Folders, SubfoldersAreInNaturalOrderWithHiddenOnesAndLinks) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     folder.write("file", {});
     for (const char* name : {"b10", "b2", "C", ".hidden", "a"}) {
         std::filesystem::create_directory(folder.file(name));

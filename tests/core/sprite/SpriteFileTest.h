@@ -23,9 +23,7 @@ class SpriteFileTest : public testing::Test {
 
     ~SpriteFileTest() override { reset_sprite(); }
 
-    Truth load(const std::vector<std::uint8_t>& bytes) {
-        return hlspr::load_sprite(folder.write("a.spr", bytes));
-    }
+    Truth load(const Bytes& bytes) { return hlspr::load_sprite(folder.write("a.spr", bytes)); }
 
     Truth load(const SpriteFile& file) { return load(file.bytes()); }
 
@@ -33,7 +31,7 @@ class SpriteFileTest : public testing::Test {
     void expect_trap(const SpriteFile& file) {
         services.messages.clear();
         EXPECT_EQ(load(file), False);
-        EXPECT_EQ(services.messages, (std::vector<std::string>{loading_failed}));
+        EXPECT_EQ(services.messages, (Texts{loading_failed}));
     }
 
     /// A document with one frame, to see what a rejected file overwrites.
@@ -47,7 +45,7 @@ class SpriteFileTest : public testing::Test {
 
     void expect_old_frames() {
         ASSERT_EQ(hlspr::document().FrameStore.size(), 1U);
-        EXPECT_EQ(indices_of(hlspr::document().FrameStore[0]), (std::vector<std::uint8_t>{5, 6}));
+        EXPECT_EQ(indices_of(hlspr::document().FrameStore[0]), (Bytes{5, 6}));
         EXPECT_EQ(hlspr::document().FrameOrder, (std::vector<std::int16_t>{0}));
         EXPECT_EQ(hlspr::document().FrameHeader.OriginX, 44);
     }

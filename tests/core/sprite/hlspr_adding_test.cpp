@@ -15,13 +15,10 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 using hlspr::add_frame;
 using hlspr::document;
-using test::indices_of;
-using test::surface_of;
-using test::TestSurface;
-
-using Bytes = std::vector<std::uint8_t>;
 
 constexpr Colour red = 0x0000FF;
 constexpr Colour green = 0x00FF00;
@@ -30,14 +27,14 @@ constexpr Colour blue = 0xFF0000;
 class FrameAddingTest : public testing::Test {
   protected:
     FrameAddingTest() {
-        test::reset_sprite();
-        test::reset_mixpals();
+        reset_sprite();
+        reset_mixpals();
         hlspr::new_sprite(2, 1, 0, 0);
     }
 
     ~FrameAddingTest() override {
-        test::reset_sprite();
-        test::reset_mixpals();
+        reset_sprite();
+        reset_mixpals();
     }
 
     // Entries 0 to 3 are black, red, green and blue; all others are white.
@@ -50,7 +47,7 @@ class FrameAddingTest : public testing::Test {
         mixpals::MakeLookupPalette();
     }
 
-    test::RecordedServices services;
+    RecordedServices services;
 };
 
 TEST_F(FrameAddingTest, PaletteColourGivesItsIndex) {

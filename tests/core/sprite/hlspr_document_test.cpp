@@ -14,24 +14,23 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 using hlspr::document;
-using test::indices;
-using test::indices_of;
 
 // The state at program start, before any test changes it.
 const bool unnamed_at_start = hlspr::UnnamedSprite;
 const bool dirty_at_start = hlspr::SpriteDirty;
 const std::string folder_at_start = hlspr::ExtractFolder;
-const SpriteDocument document_at_start = document();
 
 class SpriteDocumentTest : public testing::Test {
   protected:
-    SpriteDocumentTest() { test::reset_sprite(); }
+    SpriteDocumentTest() { reset_sprite(); }
 };
 
 void expect_one_empty_slot() {
     ASSERT_EQ(document().FrameStore.size(), 1U);
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (std::vector<std::uint8_t>{0}));
+    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{0}));
     EXPECT_EQ(document().FrameOrder, (std::vector<std::int16_t>{0}));
 }
 
@@ -39,19 +38,6 @@ TEST_F(SpriteDocumentTest, ProgramStartsWithoutUnsavedChanges) {
     EXPECT_FALSE(unnamed_at_start);
     EXPECT_FALSE(dirty_at_start);
     EXPECT_EQ(folder_at_start, "");
-}
-
-template <typename Record>
-bool is_all_zero(const Record& record) {
-    return std::ranges::all_of(to_bytes(record), [](std::uint8_t byte) { return byte == 0; });
-}
-
-TEST_F(SpriteDocumentTest, ProgramStartsWithADocumentOfZeros) {
-    EXPECT_TRUE(is_all_zero(document_at_start.SpriteHeader));
-    EXPECT_TRUE(is_all_zero(document_at_start.Palette));
-    EXPECT_TRUE(is_all_zero(document_at_start.FrameHeader));
-    EXPECT_TRUE(document_at_start.FrameStore.empty());
-    EXPECT_TRUE(document_at_start.FrameOrder.empty());
 }
 
 TEST_F(SpriteDocumentTest, NewSpriteSetsHeaderPaletteAndFrameHeader) {
@@ -150,13 +136,13 @@ TEST_F(SpriteDocumentTest, ClearFramesKeepsHeaderPaletteAndFrameHeader) {
 
 // Forms keep references to the document, so no command may replace the object.
 TEST_F(SpriteDocumentTest, CommandsModifyTheDocumentInPlace) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const SpriteDocument& sprite = document();
     hlspr::new_sprite(1, 1, 4, 3);
     EXPECT_EQ(sprite.SpriteHeader.SpriteType, 4);
     mixpals::ImportPalette[0] = {1, 2, 3, 0};
     mixpals::MakeLookupPalette();
-    hlspr::add_frame(*test::surface_of(1, 1, {0}));
+    hlspr::add_frame(*surface_of(1, 1, {0}));
     EXPECT_EQ(sprite.SpriteHeader.FrameCount, 1);
     EXPECT_EQ(sprite.FrameStore.size(), 1U);
     EXPECT_EQ(sprite.Palette.Colours[0], (PaletteColour{3, 2, 1}));
@@ -166,7 +152,7 @@ TEST_F(SpriteDocumentTest, CommandsModifyTheDocumentInPlace) {
     EXPECT_EQ(hlspr::load_sprite(folder.file("a.spr")), True);
     EXPECT_EQ(sprite.SpriteHeader.FrameCount, 1);
     EXPECT_EQ(&document(), &sprite);
-    test::reset_mixpals();
+    reset_mixpals();
 }
 
 TEST_F(SpriteDocumentTest, ModesAndTypesHaveNamesAndOthersAreMinus1) {

@@ -10,21 +10,16 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 using hlspr::document;
 using hlspr::draw_frame;
-using test::colours_of;
-using test::indices;
-using test::surface_of;
-using test::TestSurface;
-
-using Bytes = std::vector<std::uint8_t>;
-using Colours = std::vector<Colour>;
 
 class FrameDrawingTest : public testing::Test {
   protected:
-    FrameDrawingTest() { test::reset_sprite(); }
+    FrameDrawingTest() { reset_sprite(); }
 
-    ~FrameDrawingTest() override { test::reset_sprite(); }
+    ~FrameDrawingTest() override { reset_sprite(); }
 
     // Entry i of the palette is red i, green i + 1, blue i + 2.
     void put_sprite(std::int32_t width, std::int32_t height, const std::vector<Bytes>& frames) {

@@ -13,20 +13,11 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 using hlspr::document;
 using hlspr::load_sprite;
 using hlspr::save_sprite;
-using test::FileFrame;
-using test::indices_of;
-using test::loading_failed;
-using test::read_file;
-using test::saving_failed;
-using test::SpriteFile;
-using test::SpriteFileTest;
-using test::three_frames;
-
-using Bytes = std::vector<std::uint8_t>;
-using Texts = std::vector<std::string>;
 
 SpriteFile one_frame(FileFrame frame) {
     SpriteFile file;

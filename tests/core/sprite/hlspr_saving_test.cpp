@@ -6,19 +6,11 @@
 namespace varnoth {
 namespace {
 
+using namespace test;
+
 using hlspr::document;
 using hlspr::load_sprite;
 using hlspr::save_sprite;
-using test::FileFrame;
-using test::indices;
-using test::read_file;
-using test::saving_failed;
-using test::SpriteFile;
-using test::SpriteFileTest;
-using test::three_frames;
-
-using Bytes = std::vector<std::uint8_t>;
-using Texts = std::vector<std::string>;
 
 TEST_F(SpriteFileTest, Sprite32By32WithTwoFramesIs2898Bytes) {
     hlspr::new_sprite(32, 32, 2, 1);

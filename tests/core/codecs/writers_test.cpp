@@ -1,0 +1,156 @@
+// What the PCX and the TGA writer share.
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "core/base/bytes.h"
+#include "core/codecs/SavePCX.h"
+#include "core/codecs/SaveTGA.h"
+#include "support/TemporaryFolder.h"
+#include "support/expect_failure.h"
+#include "support/pictures.h"
+
+namespace varnoth {
+namespace {
+
+using namespace test;
+
+// Where a header has the picture's size, and what follows it for a row of a red, then a blue pixel, and for
+// two compressed pixels of three bytes of 5.
+struct Pcx {
+    static constexpr const char* name = "Pcx";
+    static constexpr std::size_t header_bytes = 128;
+    static constexpr std::size_t width_at = 8;
+    static constexpr std::size_t height_at = 10;
+    static inline const Bytes red_and_blue{255, 0, 0, 0, 0, 255};
+    static inline const Bytes compressed_fives{198, 5};
+    SavePCX writer;
+
+    void write(const std::string& path, PictureSurface& picture, Truth compress) {
+        writer.SavePCXinFile(path, picture, compress);
+    }
+};
+
+struct Tga {
+    static constexpr const char* name = "Tga";
+    static constexpr std::size_t header_bytes = 18;
+    static constexpr std::size_t width_at = 12;
+    static constexpr std::size_t height_at = 14;
+    static inline const Bytes red_and_blue{0, 0, 255, 255, 0, 0};
+    static inline const Bytes compressed_fives{129, 5, 5, 5};
+    SaveTGA writer;
+
+    void write(const std::string& path, PictureSurface& picture, Truth compress) {
+        writer.SaveTGAinFile(path, picture, compress);
+    }
+};
+
+struct FormatName {
+    template <typename Format>
+    static std::string GetName(int /*index*/) {
+        return Format::name;
+    }
+};
+
+template <typename Format>
+class Writers : public testing::Test {
+  protected:
+    void write(PictureSurface& surface, Truth compress = False) { format.write(path, surface, compress); }
+
+    Bytes data() const {
+        const Bytes file = read_file(path);
+        return {file.begin() + Format::header_bytes, file.end()};
+    }
+
+    void expect_size(std::int32_t width, std::int32_t height) const {
+        const Bytes file = read_file(path);
+        EXPECT_EQ(get_i16(file, Format::width_at), width);
+        EXPECT_EQ(get_i16(file, Format::height_at), height);
+    }
+
+    TemporaryFolder folder;
+    const Bytes old_bytes = Bytes(5000, 1);
+    const std::string path = folder.write("picture", old_bytes);
+    Format format;
+    TestSurface picture{2, 2};
+};
+
+using Formats = testing::Types<Pcx, Tga>;
+TYPED_TEST_SUITE(Writers, Formats, FormatName);
+
+TYPED_TEST(Writers, ExistingFileIsReplacedWithoutAsking) {
+    this->write(this->picture);
+    EXPECT_EQ(this->data(), Bytes(12));
+}
+
+TYPED_TEST(Writers, ReadOnlyFileIsKeptAndIsAFailure) {
+    std::filesystem::permissions(this->path, std::filesystem::perms::owner_read);
+    EXPECT_FAILURE(this->write(this->picture), PermissionDenied);
+    EXPECT_FAILURE(this->write(this->picture, True), PermissionDenied);
+    EXPECT_EQ(read_file(this->path), this->old_bytes);
+}
+
+TYPED_TEST(Writers, FolderAsTargetOrMissingFolderIsAFailure) {
+    EXPECT_FAILURE(this->format.write(this->folder.path(), this->picture, False), PermissionDenied);
+    EXPECT_FAILURE(this->format.write(this->folder.file("none/a"), this->picture, False), PathNotFound);
+}
+
+TYPED_TEST(Writers, PictureWithoutPixelsFailsAndKeepsTheOldFile) {
+    TestSurface no_width(0, 2);
+    TestSurface no_height(2, 0);
+    for (const Truth compress : {True, False}) {
+        EXPECT_FAILURE(this->write(no_width, compress), SubscriptOutOfRange);
+        EXPECT_FAILURE(this->write(no_height, compress), SubscriptOutOfRange);
+    }
+    EXPECT_EQ(read_file(this->path), this->old_bytes);
+}
+
+TYPED_TEST(Writers, SideOf32768OverflowsAndKeepsTheOldFile) {
+    TestSurface wide(32768, 1);
+    TestSurface high(1, 32768);
+    EXPECT_FAILURE(this->write(wide), Overflow);
+    EXPECT_FAILURE(this->write(high), Overflow);
+    EXPECT_EQ(read_file(this->path), this->old_bytes);
+    TestSurface highest(1, 32767);
+    this->write(highest, True);
+    this->expect_size(1, 32767);
+}
+
+TYPED_TEST(Writers, SizesAreInPixelsAndScaleModesAreRestored) {
+    TestSurface surface(4, 3);
+    surface.ScaleMode = ScaleTwips;
+    surface.Parent()->ScaleMode = ScaleTwips;
+    this->write(surface);
+    this->expect_size(4, 3);
+    EXPECT_EQ(surface.ScaleMode, ScaleTwips);
+    EXPECT_EQ(surface.Parent()->ScaleMode, ScaleTwips);
+}
+
+TYPED_TEST(Writers, InnerAreaIsWrittenAt24BitsFromEveryDepth) {
+    for (const std::int32_t bits : {16, 24, 32}) {
+        TestSurface surface(2, 1, bits, 3, 0);
+        surface.PSet(0, 0, 0x0000FF);
+        surface.PSet(1, 0, 0xFF0000);
+        this->write(surface);
+        EXPECT_EQ(this->data(), TypeParam::red_and_blue) << bits;
+    }
+}
+
+TYPED_TEST(Writers, TopLevelFormCanBeWritten) {
+    PictureSurface form({nullptr, 2, 1, 32, 0, 0x050505});
+    this->write(form);
+    EXPECT_EQ(this->data(), Bytes(6, 5));
+}
+
+TYPED_TEST(Writers, OneObjectWritesSeveralFiles) {
+    TestSurface large(9, 9);
+    TestSurface small(2, 1, 32, 0, 0x050505);
+    this->write(large, True);
+    this->write(small);
+    EXPECT_EQ(this->data(), Bytes(6, 5));
+    this->write(small, True);
+    EXPECT_EQ(this->data(), TypeParam::compressed_fives);
+}
+
+} // namespace
+} // namespace varnoth
