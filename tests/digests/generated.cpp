@@ -17,6 +17,7 @@
 #include "core/quantize/mDither8bpp.h"
 #include "core/sprite/hlspr.h"
 #include "digests/Results.h"
+#include "support/AllFrames.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/ScriptedAddFrames.h"
@@ -175,38 +176,9 @@ void put_pictures(test::PictureFolder& folder, const Import& import) {
         const std::string name = "picture" + std::to_string(i) + std::string(extension_of(import.format));
         const std::vector<Colour> colours =
             test::random_colours(picture_width * picture_height, picture_width, import.character, i);
-        switch (import.format) {
-        case PictureFormat::Tga:
-            folder.write(name, test::tga_file(picture_width, picture_height, colours));
-            break;
-        case PictureFormat::Pcx:
-            folder.write(name, test::pcx_file(picture_width, picture_height, colours));
-            break;
-        default:
-            folder.add_bmp(name, picture_width, picture_height, colours);
-        }
+        folder.add(name, import.format, picture_width, picture_height, colours);
     }
 }
-
-// An export view with every frame selected.
-class EveryFrame : public ExtractionView {
-  public:
-    std::vector<std::string> written;
-
-    std::int32_t line_count() const override {
-        return static_cast<std::int32_t>(hlspr::document().FrameOrder.size());
-    }
-
-    bool is_selected(std::int16_t) const override { return true; }
-
-    bool aborted() const override { return false; }
-
-    void show_item(std::string_view) override {}
-
-    void advance() override {}
-
-    void frame_written(const std::string& path) override { written.push_back(path); }
-};
 
 void add_extracted(Results& results, const std::string& name, const std::string& folder) {
     test::TestSurface scratch(1, 1);
@@ -218,9 +190,11 @@ void add_extracted(Results& results, const std::string& name, const std::string&
         options.format = format;
         options.compressed = true;
         options.if_file_exists = IfFileExists::Overwrite;
-        EveryFrame view;
+        test::AllFrames view;
+        test::Texts written;
+        view.on_written = [&](const std::string& path) { written.push_back(path); };
         attempt(digest, [&] { extract_frames(options, view, scratch); });
-        for (const std::string& path : view.written) {
+        for (const std::string& path : written) {
             digest.add(test::read_file(path));
         }
     }

@@ -2,18 +2,17 @@
 #include <cerrno>
 #include <filesystem>
 
-#include "core/jobs/FrameExtraction.h"
 #include "core/jobs/PreviewPlayback.h"
 #include "fault_injection/Operation.h"
+#include "support/AllFrames.h"
 #include "support/dibs.h"
 #include "support/pictures.h"
 #include "support/sprites.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 using hlspr::document;
-using namespace test;
 
 constexpr std::int16_t frames = 2;
 
@@ -38,23 +37,6 @@ void put_sprite() {
     }
 }
 
-class AllFramesView : public ExtractionView {
-  public:
-    int written = 0;
-
-    std::int32_t line_count() const override { return frames; }
-
-    bool is_selected(std::int16_t /*line*/) const override { return true; }
-
-    bool aborted() const override { return false; }
-
-    void show_item(std::string_view /*name*/) override {}
-
-    void advance() override {}
-
-    void frame_written(const std::string& /*path*/) override { ++written; }
-};
-
 // Exports both frames over existing files.
 class Extracting : public Job {
   public:
@@ -77,7 +59,7 @@ class Extracting : public Job {
 
     // Returns whether both files were written.
     bool run() override {
-        AllFramesView view;
+        AllFrames view;
         extract_frames(options_, view, *scratch_);
         return view.written == frames;
     }
@@ -259,4 +241,4 @@ TEST(PreviewFaults, AllocationFailureDuringTickIsOutOfMemory) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

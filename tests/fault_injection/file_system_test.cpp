@@ -9,10 +9,10 @@
 
 #include "core/codecs/LoadPCX.h"
 #include "core/codecs/LoadTGA.h"
-#include "core/jobs/FrameExtraction.h"
 #include "core/jobs/ImportPipeline.h"
 #include "fault_injection/Operation.h"
 #include "fault_injection/made_files.h"
+#include "support/AllFrames.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/ScriptedAddFrames.h"
@@ -20,11 +20,10 @@
 #include "support/expect_failure.h"
 #include "support/sprites.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 using hlspr::document;
-using namespace test;
 namespace fs = std::filesystem;
 
 /// Limits the size of files for this object's lifetime; the system refuses to write beyond it.
@@ -47,29 +46,6 @@ class SmallDisk {
   private:
     rlimit before_{};
     void (*ignored_before_)(int);
-};
-
-class AllLines : public ExtractionView {
-  public:
-    int written = 0;
-    std::function<void(int)> on_written;
-
-    std::int32_t line_count() const override { return document().SpriteHeader.FrameCount; }
-
-    bool is_selected(std::int16_t /*line*/) const override { return true; }
-
-    bool aborted() const override { return false; }
-
-    void show_item(std::string_view /*name*/) override {}
-
-    void advance() override {}
-
-    void frame_written(const std::string& /*path*/) override {
-        ++written;
-        if (on_written) {
-            on_written(written);
-        }
-    }
 };
 
 class FileSystem : public testing::Test {
@@ -118,10 +94,7 @@ class FileSystem : public testing::Test {
         for (const std::string picture : {"a", "b"}) {
             const Colours colours(12, picture == "a" ? 0x102030 : 0x405060);
             const std::string path = name + "/" + picture + std::string(extension_of(format));
-            const FileBytes bytes = format == PictureFormat::Pcx   ? pcx_file(4, 3, colours)
-                                    : format == PictureFormat::Tga ? tga_file(4, 3, colours)
-                                                                   : bmp_header(4, 3, 24);
-            folder_.write(path, bytes);
+            folder_.write(path, picture_file(format, 4, 3, colours));
             services_.pictures[folder_.file(path)] = surface_of(4, 3, colours)->Image();
         }
         form_ = std::make_unique<ScriptedAddFrames>(folder_.file(name), format, false);
@@ -137,7 +110,7 @@ class FileSystem : public testing::Test {
     const std::string not_saved_ = "Unknown Error Saving Sprite.";
     TemporaryFolder folder_;
     FaultFreeServices services_;
-    AllLines view_;
+    AllFrames view_;
     RecordedImport import_;
     std::unique_ptr<ScriptedAddFrames> form_;
 };
@@ -159,24 +132,10 @@ TEST_F(FileSystem, SaveOnFullDiskShowsMessageAtAnyLength) {
     EXPECT_EQ(read_file(path), whole);
 }
 
-TEST_F(FileSystem, ExportOnFullDiskFailsAndKeepsSprite) {
-    fs::create_directory(folder_.file("out"));
-    const FileBytes before = document_bytes();
-    for (const ExtractionFormat format :
-         {ExtractionFormat::Bmp, ExtractionFormat::Tga, ExtractionFormat::Pcx}) {
-        for (const rlim_t room : {0U, 10U, 1000U, 5000U, 15000U}) {
-            const SmallDisk disk(room);
-            EXPECT_EQ(extract(format), Failure::DeviceIo) << room; // EFBIG, which has no failure of its own
-        }
-        EXPECT_EQ(extract(format), std::nullopt);
-    }
-    EXPECT_EQ(document_bytes(), before);
-}
-
 TEST_F(FileSystem, RemovedOutputFolderEndsExport) {
     fs::create_directory(folder_.file("out"));
-    view_.on_written = [&](int count) {
-        if (count == 2) {
+    view_.on_written = [&](const std::string&) {
+        if (view_.written == 2) {
             fs::remove_all(folder_.file("out"));
         }
     };
@@ -194,20 +153,6 @@ TEST_F(FileSystem, FolderRemovedAfterListingEndsImport) {
     fs::remove_all(folder_.file("bmp"));
     EXPECT_EQ(import(), Failure::PathNotFound);
     EXPECT_EQ(services_.messages, Texts());
-}
-
-TEST_F(FileSystem, FolderRemovedBetweenPassesEndsImport) {
-    for (const PictureFormat format : {PictureFormat::Pcx, PictureFormat::Tga}) {
-        choose("pictures", format);
-        import_.on_event = [&](const std::string& event) {
-            if (event == "step Frame 0") {
-                fs::remove_all(folder_.file("pictures"));
-            }
-        };
-        EXPECT_EQ(import(), Failure::PathNotFound);
-        EXPECT_EQ(services_.messages, Texts());
-        EXPECT_EQ(import_.ends, 0);
-    }
 }
 
 TEST_F(FileSystem, PictureRemovedBetweenPassesKeepsEarlierFrames) {
@@ -270,7 +215,7 @@ class ChangingFile : public FileSystem {
     }
 };
 
-TEST_F(ChangingFile, ShrinkingSpriteIsZeroFilledOrRefusedGrowingOneUnchanged) {
+TEST_F(ChangingFile, ShrinkingSpriteIsZeroFilledOrRefused) {
     const FileBytes whole = sprite_file().bytes();
     const FileBytes result = document_bytes();
     change_at_each_read("changing.spr", whole, [&](const std::string& path, bool grows) {
@@ -324,4 +269,4 @@ TEST_F(ChangingFile, ShrinkingPictureIsIncompleteGrowingOneUnchanged) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -10,48 +10,17 @@
 #include "support/sprites.h"
 #include "support/thoroughness.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 using hlspr::document;
-using namespace test;
 
 // The view of an import, exempt from faults.
 class FaultFreeImport : public RecordedImport {
-  public:
-    void open_progress(std::string_view phase, std::int32_t most) override {
+  protected:
+    void note(std::string_view kind, std::string_view text) override {
         const FaultsSuspended meanwhile;
-        RecordedImport::open_progress(phase, most);
-    }
-
-    void show_phase(std::string_view phase) override {
-        const FaultsSuspended meanwhile;
-        RecordedImport::show_phase(phase);
-    }
-
-    void show_step(std::string_view step) override {
-        const FaultsSuspended meanwhile;
-        RecordedImport::show_step(step);
-    }
-
-    void close_progress() override {
-        const FaultsSuspended meanwhile;
-        RecordedImport::close_progress();
-    }
-
-    void add_frame_line(const std::string& line) override {
-        const FaultsSuspended meanwhile;
-        RecordedImport::add_frame_line(line);
-    }
-
-    void release_frames() override {
-        const FaultsSuspended meanwhile;
-        RecordedImport::release_frames();
-    }
-
-    void finish() override {
-        const FaultsSuspended meanwhile;
-        RecordedImport::finish();
+        RecordedImport::note(kind, text);
     }
 };
 
@@ -84,9 +53,7 @@ class Pictures {
             random_colours(pixels, static_cast<std::size_t>(side),
                            many ? Character::Noise : Character::FewColours, name == "a" ? 1 : 2);
         const std::string full_name = name + std::string(extension_of(format));
-        const FileBytes bytes = format == PictureFormat::Pcx   ? pcx_file(side, side, colours)
-                                : format == PictureFormat::Tga ? tga_file(side, side, colours)
-                                                               : bmp_header(side, side, 24);
+        const FileBytes bytes = picture_file(format, side, side, colours);
         const std::string path = folder.write(full_name, bytes);
         files_[path] = bytes;
         if (format == PictureFormat::Bmp) {
@@ -227,27 +194,22 @@ class ImportFaults : public testing::TestWithParam<Case> {
 
     // The possible outcomes of a failing call: a probe answers false, which gives the message; anything else
     // fails. After the probe, the fault may be over or persist.
-    std::vector<Outcome> importing_ends_in(Failure failure) const {
+    std::vector<Outcome> ends_in(Failure failure, const Texts& after_a_refusal) const {
         std::vector<Outcome> outcomes{ended(failure)};
         if (probe_answers_false()) {
-            outcomes.push_back(answered(true, {refused("a"), done_}));
-            outcomes.push_back(answered(true, {refused("b"), done_}));
-            outcomes.push_back(ended(failure, {refused("a")}));
-            outcomes.push_back(ended(failure, {refused("b")}));
+            for (const std::string name : {"a", "b"}) {
+                Texts messages{refused(name)};
+                outcomes.push_back(ended(failure, messages));
+                messages.insert(messages.end(), after_a_refusal.begin(), after_a_refusal.end());
+                outcomes.push_back(answered(true, messages));
+            }
         }
         return outcomes;
     }
 
-    std::vector<Outcome> choosing_ends_in(Failure failure) const {
-        std::vector<Outcome> outcomes{ended(failure)};
-        if (probe_answers_false()) {
-            outcomes.push_back(answered(true, {refused("a")}));
-            outcomes.push_back(answered(true, {refused("b")}));
-            outcomes.push_back(ended(failure, {refused("a")}));
-            outcomes.push_back(ended(failure, {refused("b")}));
-        }
-        return outcomes;
-    }
+    std::vector<Outcome> importing_ends_in(Failure failure) const { return ends_in(failure, {done_}); }
+
+    std::vector<Outcome> choosing_ends_in(Failure failure) const { return ends_in(failure, {}); }
 
     const std::string done_ = "Frames Generated Successfully !";
     FaultFreeServices services_;
@@ -285,7 +247,7 @@ TEST_P(ImportFaults, CloseErrorAndUnknownStatusAreIgnored) {
     import_with(Call::Status, EACCES, {answered(true, {done_})});
 }
 
-TEST_P(ImportFaults, AllocationFailureWhileChoosingFailsOrShowsNothing) {
+TEST_P(ImportFaults, AllocationFailureWhileChoosingFails) {
     std::vector<Outcome> outcomes{ended(Failure::OutOfMemory)};
     if (probe_answers_false()) {
         outcomes.push_back(answered(true, {refused("a")}));
@@ -311,4 +273,4 @@ INSTANTIATE_TEST_SUITE_P(Formats, ImportFaults,
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

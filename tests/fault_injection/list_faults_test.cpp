@@ -6,10 +6,8 @@
 #include "core/services/folders.h"
 #include "fault_injection/Operation.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // Everything that the file browser asks about a folder. Answers whether all entries were found.
 class Listing : public Job {
@@ -86,4 +84,4 @@ TEST_F(ListFaults, ReadErrorKeepsEntriesReadSoFar) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

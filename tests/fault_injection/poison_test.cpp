@@ -16,10 +16,8 @@
 #include "support/readers.h"
 #include "support/sprites.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 std::vector<MadeFile> files_in(const std::string& folder, const std::string& extension = {}) {
     std::vector<MadeFile> files;
@@ -228,4 +226,4 @@ TEST(Poison, FillsNewMemoryWithTheByte) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

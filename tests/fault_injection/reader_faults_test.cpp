@@ -8,10 +8,8 @@
 #include "support/PictureFolder.h"
 #include "support/readers.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // Decodes a file and draws the picture. Answers whether there is one: if the picture cannot be allocated,
 // there is none, without a failure, and drawing does nothing.
@@ -196,4 +194,4 @@ TEST_F(ReaderFaults, ProbesIgnoreCloseErrors) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

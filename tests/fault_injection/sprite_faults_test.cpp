@@ -5,11 +5,10 @@
 #include "fault_injection/Operation.h"
 #include "support/sprites.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 using hlspr::document;
-using namespace test;
 
 const Outcome not_loaded = answered(false, {"Unknown Error Loading Sprite."});
 const Outcome not_saved = answered(false, {"Unknown Error Saving Sprite."});
@@ -180,4 +179,4 @@ TEST_F(SpriteFaults, UnknownStatusOnSaveIsIgnored) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

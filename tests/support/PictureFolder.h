@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/base/bytes.h"
+#include "core/jobs/PictureFormat.h"
 #include "support/RecordedServices.h"
 #include "support/TemporaryFolder.h"
 #include "support/pictures.h"
@@ -65,6 +66,14 @@ inline Bytes pcx_file(std::int16_t width, std::int16_t height, const Colours& co
     return bytes;
 }
 
+/// A picture file of that format; for formats that the loader reads, only the header of a BMP.
+inline Bytes picture_file(PictureFormat format, std::int16_t width, std::int16_t height,
+                          const Colours& colours) {
+    return format == PictureFormat::Tga   ? tga_file(width, height, colours)
+           : format == PictureFormat::Pcx ? pcx_file(width, height, colours)
+                                          : bmp_header(width, height, 24);
+}
+
 class PictureFolder : public TemporaryFolder {
   public:
     explicit PictureFolder(RecordedServices& services) : services_(services) {}
@@ -76,7 +85,14 @@ class PictureFolder : public TemporaryFolder {
         services_.pictures[path] = surface_of(width, height, colours)->Image();
     }
 
-    /// The same with a single colour.
+    /// Adds a picture of any format.
+    void add(const std::string& name, PictureFormat format, std::int16_t width, std::int16_t height,
+             const Colours& colours) {
+        const std::string path = write(name, picture_file(format, width, height, colours));
+        services_.pictures[path] = surface_of(width, height, colours)->Image();
+    }
+
+    /// Adds a BMP file of a single colour.
     void add_plain_bmp(const std::string& name, std::int32_t width, std::int32_t height,
                        Colour colour = 0x102030, std::int16_t bit_count = 24) {
         add_bmp(name, width, height, Colours(static_cast<std::size_t>(width * height), colour), bit_count);

@@ -27,12 +27,12 @@ class RecordedImport : public ImportView {
         open = true;
         progress = 0;
         maximum = most;
-        note("open " + std::string(phase));
+        note("open ", phase);
     }
 
-    void show_phase(std::string_view phase) override { note("phase " + std::string(phase)); }
+    void show_phase(std::string_view phase) override { note("phase ", phase); }
 
-    void show_step(std::string_view step) override { note("step " + std::string(step)); }
+    void show_step(std::string_view step) override { note("step ", step); }
 
     void advance() override { ++progress; }
 
@@ -44,15 +44,12 @@ class RecordedImport : public ImportView {
     }
 
     void show_sprite_size(const std::string& size, const std::string& origin) override {
-        note("size " + size + " | " + origin);
+        note("size ", size + " | " + origin);
     }
 
     std::int32_t frame_line_count() const override { return static_cast<std::int32_t>(lines.size()); }
 
-    void add_frame_line(const std::string& line) override {
-        lines.push_back(line);
-        note("line " + line);
-    }
+    void add_frame_line(const std::string& line) override { note(frame_line, line); }
 
     void release_frames() override {
         ++releases;
@@ -64,13 +61,21 @@ class RecordedImport : public ImportView {
         note("finish");
     }
 
-  private:
-    void note(const std::string& event) {
+  protected:
+    /// Every call that is recorded; the only place where the view itself allocates.
+    virtual void note(std::string_view kind, std::string_view text = {}) {
+        if (kind == frame_line) {
+            lines.emplace_back(text);
+        }
+        const std::string event = std::string(kind) + std::string(text);
         events.push_back(event);
         if (on_event) {
             on_event(event);
         }
     }
+
+  private:
+    static constexpr std::string_view frame_line = "line ";
 };
 
 } // namespace varnoth::test

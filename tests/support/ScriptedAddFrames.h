@@ -8,6 +8,7 @@
 #include "core/jobs/AddFramesForm.h"
 #include "core/jobs/PictureSelection.h"
 #include "core/services/FileList.h"
+#include "support/lists.h"
 
 namespace varnoth::test {
 
@@ -15,18 +16,37 @@ class ScriptedAddFrames : public AddFramesForm {
   public:
     /// Opens on a folder and lists its files of the format. The picker is enabled in render modes with a
     /// transparent colour.
-    ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled);
+    ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled)
+        : ScriptedAddFrames(folder, format, pick_enabled, list_files(folder, extension_of(format))) {}
 
     /// Lists these files instead.
-    ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled, const Texts& names);
+    ScriptedAddFrames(const std::string& folder, PictureFormat format, bool pick_enabled, const Texts& names)
+        : folder_(folder), format_(format), pick_enabled_(pick_enabled) {
+        for (const std::string& name : names) {
+            entries_.push_back({name, false});
+        }
+    }
 
     /// Adds an entry to the selection, as a click with the Control key does: validates the selection, shows
     /// the entry in the preview and, unless a colour was picked, takes its top left pixel as the transparent
     /// colour.
-    void click(std::int16_t index);
+    void click(std::int16_t index) {
+        entries_.at(static_cast<std::size_t>(index)).selected = true;
+        if (ValidateSelection(*this)) {
+            LoadSelectedPicture(*this, index, picture1_);
+        }
+        if (!picked_ && pick_enabled_) {
+            transparent_ = picture1_.Point(0, 0);
+        }
+    }
 
     /// Picks a pixel of the preview as the transparent colour. Does nothing without the picker or outside.
-    void pick(std::int32_t x, std::int32_t y);
+    void pick(std::int32_t x, std::int32_t y) {
+        if (pick_enabled_ && picture1_.bitmap().contains(x, y)) {
+            transparent_ = picture1_.Point(x, y);
+            picked_ = true;
+        }
+    }
 
     void choose_resize(bool resize) { resize_ = resize; }
 
@@ -44,7 +64,11 @@ class ScriptedAddFrames : public AddFramesForm {
         entries_.at(static_cast<std::size_t>(index)).selected = false;
     }
 
-    void open_size_question(const std::string& set_caption, const std::string& resize_caption) override;
+    void open_size_question(const std::string& set_caption, const std::string& resize_caption) override {
+        question_open_ = true;
+        set_caption_ = set_caption;
+        resize_caption_ = resize_caption;
+    }
 
     void close_size_question() override { question_open_ = false; }
 
@@ -92,41 +116,5 @@ class ScriptedAddFrames : public AddFramesForm {
     PictureSurface buffer2_{{&window_, 1, 1}};
     PictureSurface sheet_{{&window_, 1, 1}};
 };
-
-inline ScriptedAddFrames::ScriptedAddFrames(const std::string& folder, PictureFormat format,
-                                            bool pick_enabled)
-    : ScriptedAddFrames(folder, format, pick_enabled, list_files(folder, extension_of(format))) {}
-
-inline ScriptedAddFrames::ScriptedAddFrames(const std::string& folder, PictureFormat format,
-                                            bool pick_enabled, const Texts& names)
-    : folder_(folder), format_(format), pick_enabled_(pick_enabled) {
-    for (const std::string& name : names) {
-        entries_.push_back({name, false});
-    }
-}
-
-inline void ScriptedAddFrames::click(std::int16_t index) {
-    entries_.at(static_cast<std::size_t>(index)).selected = true;
-    if (ValidateSelection(*this)) {
-        LoadSelectedPicture(*this, index, picture1_);
-    }
-    if (!picked_ && pick_enabled_) {
-        transparent_ = picture1_.Point(0, 0);
-    }
-}
-
-inline void ScriptedAddFrames::pick(std::int32_t x, std::int32_t y) {
-    if (pick_enabled_ && picture1_.bitmap().contains(x, y)) {
-        transparent_ = picture1_.Point(x, y);
-        picked_ = true;
-    }
-}
-
-inline void ScriptedAddFrames::open_size_question(const std::string& set_caption,
-                                                  const std::string& resize_caption) {
-    question_open_ = true;
-    set_caption_ = set_caption;
-    resize_caption_ = resize_caption;
-}
 
 } // namespace varnoth::test

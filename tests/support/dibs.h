@@ -37,6 +37,13 @@ inline Bytes bytes_of(const cDIB& dib) {
     return {dib.lpBits(), dib.lpBits() + dib.Size()};
 }
 
+/// The colour table of a DIB in buffer order; empty without one.
+inline Bytes palette_of(const cDIB& dib) {
+    Bytes palette;
+    dib.GetPalette(palette);
+    return palette;
+}
+
 /// A picture of a given depth. Entry i of its colour table, if any, is (i, 2 i, 3 i) in blue, green, red.
 inline Picture indexed_picture(std::int32_t width, std::int32_t height, std::int32_t bits,
                                const Bytes& pixels) {

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -16,7 +15,7 @@ using Bytes = std::vector<std::uint8_t>;
 using Colours = std::vector<Colour>;
 using Texts = std::vector<std::string>;
 
-inline Bytes joined(std::initializer_list<Bytes> pieces) {
+inline Bytes joined(const std::vector<Bytes>& pieces) {
     Bytes all;
     for (const Bytes& piece : pieces) {
         all.insert(all.end(), piece.begin(), piece.end());

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <random>
 #include <span>
 #include <stdexcept>
@@ -77,6 +78,12 @@ inline Bytes dwords(const std::vector<std::uint32_t>& values) {
 inline Colour striking_colour(std::size_t i) {
     return make_colour(static_cast<std::uint8_t>(0xFF - 7 * i), static_cast<std::uint8_t>(0xC0 - 5 * i),
                        static_cast<std::uint8_t>(0x80 - 3 * i));
+}
+
+inline Colours striking_colours(const std::vector<std::size_t>& indices) {
+    Colours colours;
+    std::ranges::transform(indices, std::back_inserter(colours), striking_colour);
+    return colours;
 }
 
 /// A colour table whose first entry is not black, so that index 0 shows.

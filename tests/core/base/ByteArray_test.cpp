@@ -9,10 +9,8 @@
 
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(ByteArray, StartsAllZeroWithItsSize) {
     const ByteArray array(1000);
@@ -71,4 +69,4 @@ TEST(ByteArray, ForOverwriteHasItsSizeAndIsWritable) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

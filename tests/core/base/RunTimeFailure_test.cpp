@@ -10,10 +10,8 @@
 #include "core/base/files.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(RunTimeFailure, HasAnIdentifierAndATextForTheUser) {
     EXPECT_EQ(name_of(Failure::Overflow), "Overflow");
@@ -87,4 +85,4 @@ TEST(RunTimeFailure, FileFailureIsLocatedInTheCore) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

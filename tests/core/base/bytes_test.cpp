@@ -8,10 +8,8 @@
 
 #include "support/lists.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(Bytes, NumbersAreLittleEndianAtAnyOffset) {
     const Bytes bytes{0xEE, 0x01, 0x02, 0x03, 0x84};
@@ -46,4 +44,4 @@ TEST(Bytes, RealsAreIeeeSingles) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -11,10 +11,8 @@
 #include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 void make_read_only(const std::string& path) {
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
@@ -29,7 +27,7 @@ TEST(Files, FolderAndNameAreJoinedWithOneSeparator) {
     EXPECT_EQ(join_path("", "b"), "b");
 }
 
-TEST(Files, ALookUpFindsPlainFilesAndNoFolders) {
+TEST(Files, FileExistsIsFalseForAFolder) {
     const TemporaryFolder folder;
     EXPECT_TRUE(file_exists(folder.write("a", Bytes{})));
     EXPECT_FALSE(file_exists(folder.file("b")));
@@ -44,7 +42,7 @@ TEST(Files, NamesAreUtf8) {
     EXPECT_EQ(read_head(path, 9), (Bytes{1, 2}));
 }
 
-TEST(Files, AFolderHoldsEverythingInItButNeitherItselfNorTheOneAboveIt) {
+TEST(Files, NamesInAFolderExcludeDotAndDotDot) {
     const TemporaryFolder folder;
     folder.write("b", Bytes{});
     folder.write(".hidden", Bytes{});
@@ -56,7 +54,7 @@ TEST(Files, AFolderHoldsEverythingInItButNeitherItselfNorTheOneAboveIt) {
     EXPECT_TRUE(names_in(folder.file("none")).empty());
 }
 
-TEST(Files, AReadOnlyFileIsOneWithoutTheOwnersWritePermissionWhoeverRunsTheProgram) {
+TEST(Files, FileWithoutOwnersWritePermissionIsReadOnly) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a", Bytes{});
     EXPECT_FALSE(is_read_only(path));
@@ -65,7 +63,7 @@ TEST(Files, AReadOnlyFileIsOneWithoutTheOwnersWritePermissionWhoeverRunsTheProgr
     EXPECT_TRUE(is_read_only(path));
 }
 
-TEST(Files, DeletingTakesThePlainFileAlone) {
+TEST(Files, DeletingAMissingFileFails) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a", Bytes{1});
     delete_file(path);
@@ -74,7 +72,7 @@ TEST(Files, DeletingTakesThePlainFileAlone) {
     EXPECT_FAILURE(delete_file(folder.file("missing/a")), PathNotFound);
 }
 
-TEST(Files, DeletingRefusesReadOnlyFilesAndFoldersWhichStay) {
+TEST(Files, DeletingAReadOnlyFileOrAFolderFails) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a", Bytes{1});
     make_read_only(path);
@@ -85,7 +83,7 @@ TEST(Files, DeletingRefusesReadOnlyFilesAndFoldersWhichStay) {
     EXPECT_TRUE(std::filesystem::is_directory(folder.file("empty")));
 }
 
-TEST(Files, OpeningTellsAMissingFileAMissingFolderAndAFolderApart) {
+TEST(Files, OpenErrorsDistinguishFileAndFolder) {
     const TemporaryFolder folder;
     const std::string plain = folder.write("plain", Bytes{});
     EXPECT_FAILURE(InputFile(folder.file("none")), FileNotFound);
@@ -97,7 +95,7 @@ TEST(Files, OpeningTellsAMissingFileAMissingFolderAndAFolderApart) {
     EXPECT_FAILURE(OutputFile(folder.path()), PermissionDenied);
 }
 
-TEST(Files, AnythingElseThatKeepsAFileShutIsAFailureOfTheDevice) {
+TEST(Files, OtherOpenErrorsAreDeviceIo) {
     const TemporaryFolder folder;
     const std::string link = folder.file("link");
     std::filesystem::create_symlink(link, link);
@@ -106,7 +104,7 @@ TEST(Files, AnythingElseThatKeepsAFileShutIsAFailureOfTheDevice) {
     EXPECT_FAILURE(InputFile(folder.file(std::string(5000, 'a'))), DeviceIo);
 }
 
-TEST(Files, ReadingPastTheEndLeavesTheRestAsItWas) {
+TEST(Files, ReadingPastTheEndKeepsTheRestOfTheBuffer) {
     const TemporaryFolder folder;
     InputFile file(folder.write("a", Bytes{1, 2, 3}));
     EXPECT_EQ(file.length(), 3);
@@ -123,7 +121,7 @@ TEST(Files, ReadingPastTheEndLeavesTheRestAsItWas) {
     EXPECT_FAILURE(file.seek(-1), DeviceIo);
 }
 
-TEST(Files, WritingEmptiesTheFileFirst) {
+TEST(Files, OpeningForWritingTruncatesTheFile) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a", Bytes{1, 2, 3});
     OutputFile file(path);
@@ -133,7 +131,7 @@ TEST(Files, WritingEmptiesTheFileFirst) {
     EXPECT_EQ(read_file(path), (Bytes{7}));
 }
 
-TEST(Files, WritingRefusesAReadOnlyFileWhichKeepsItsContent) {
+TEST(Files, WritingAReadOnlyFileFailsAndKeepsIt) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a", Bytes{1, 2});
     make_read_only(path);
@@ -141,7 +139,7 @@ TEST(Files, WritingRefusesAReadOnlyFileWhichKeepsItsContent) {
     EXPECT_EQ(read_file(path), (Bytes{1, 2}));
 }
 
-TEST(Files, AFullDiskShowsAtTheLatestWhenClosing) {
+TEST(Files, FullDiskFailsAtTheLatestOnClose) {
     EXPECT_FAILURE(
         [] {
             OutputFile file("/dev/full");
@@ -152,7 +150,7 @@ TEST(Files, AFullDiskShowsAtTheLatestWhenClosing) {
     EXPECT_FAILURE(OutputFile("/dev/full").write(Bytes(1 << 20)), DiskFull);
 }
 
-TEST(Files, TheHeadOfAShortFileIsTheWholeFile) {
+TEST(Files, HeadOfAShortFileIsTheWholeFile) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a", Bytes{1, 2, 3});
     EXPECT_EQ(read_head(path, 2), (Bytes{1, 2}));
@@ -161,4 +159,4 @@ TEST(Files, TheHeadOfAShortFileIsTheWholeFile) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

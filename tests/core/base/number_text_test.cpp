@@ -8,12 +8,10 @@
 
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using namespace test;
-
-TEST(LeadingNumber, IsTheNumberThatTheTextStartsWith) {
+TEST(LeadingNumber, EndsAtTheFirstOtherCharacter) {
     EXPECT_EQ(leading_number("32"), 32);
     EXPECT_EQ(leading_number("33.5"), 33.5);
     EXPECT_EQ(leading_number("32 x 64"), 32);
@@ -22,30 +20,30 @@ TEST(LeadingNumber, IsTheNumberThatTheTextStartsWith) {
     EXPECT_EQ(leading_number("12abc"), 12);
 }
 
-TEST(LeadingNumber, MayHaveASignAndBlanksBeforeIt) {
+TEST(LeadingNumber, MayHaveASignAndLeadingBlanks) {
     EXPECT_EQ(leading_number("-7"), -7);
     EXPECT_EQ(leading_number("+7"), 7);
     EXPECT_EQ(leading_number(" \t9"), 9);
 }
 
-TEST(LeadingNumber, IsZeroWhereThereIsNone) {
+TEST(LeadingNumber, IsZeroWithoutANumber) {
     for (const char* text : {"", "   ", "abc", "-", "x7", ".", "inf", "nan", "--5"}) {
         EXPECT_EQ(leading_number(text), 0) << text;
     }
 }
 
-TEST(LeadingNumber, OfANegativeZeroIsPlainZero) {
+TEST(LeadingNumber, NegativeZeroIsZero) {
     EXPECT_FALSE(std::signbit(leading_number("-0")));
 }
 
-TEST(LeadingNumber, BeyondADoubleIsAnOverflowAndBelowItsSmallestIsZero) {
+TEST(LeadingNumber, TooLargeOverflowsAndTooSmallIsZero) {
     EXPECT_FAILURE(leading_number("1e400"), Overflow);
     EXPECT_FAILURE(leading_number(std::string(400, '9')), Overflow);
     EXPECT_EQ(leading_number("1e-400"), 0);
     EXPECT_EQ(leading_number("0." + std::string(400, '0') + "1"), 0);
 }
 
-TEST(LeadingNumber, DecimalPointAndExponentAreJudgedTogether) {
+TEST(LeadingNumber, RangeDependsOnPointAndExponent) {
     const std::string zeros(400, '0');
     EXPECT_FAILURE(leading_number("1" + zeros + "e-50"), Overflow);
     EXPECT_FAILURE(leading_number("1" + zeros + ".5e-50"), Overflow);
@@ -57,7 +55,7 @@ TEST(LeadingNumber, DecimalPointAndExponentAreJudgedTogether) {
     EXPECT_EQ(leading_number("0" + zeros + "." + zeros + "7e-1"), 0) << "zeros in front do not count";
 }
 
-TEST(LeadingNumber, AnExponentOfAnyLengthIsJudgedByItsSign) {
+TEST(LeadingNumber, ExponentOfAnyLengthOverflowsOrIsZero) {
     const std::string nines(40, '9');
     EXPECT_FAILURE(leading_number("1e" + nines), Overflow);
     EXPECT_FAILURE(leading_number("0.001e+" + nines), Overflow);
@@ -74,13 +72,13 @@ TEST(NumberText, WholeNumbersHaveNoPoint) {
     EXPECT_EQ(number_text(2147483647), "2147483647");
 }
 
-TEST(NumberText, OthersHaveTheDigitsTheyNeed) {
+TEST(NumberText, FractionsHaveTheShortestDigits) {
     EXPECT_EQ(number_text(16.5), "16.5");
     EXPECT_EQ(number_text(-0.25), "-0.25");
     EXPECT_EQ(number_text(0.1), "0.1");
 }
 
-TEST(NumberText, TheLargestAndTheSmallestHaveAllTheirDigitsAndNoExponent) {
+TEST(NumberText, ExtremesHaveAllDigitsAndNoExponent) {
     const std::string largest = number_text(std::numeric_limits<double>::max());
     EXPECT_EQ(largest.size(), 309U);
     EXPECT_EQ(std::stod(largest), std::numeric_limits<double>::max());
@@ -92,4 +90,4 @@ TEST(NumberText, TheLargestAndTheSmallestHaveAllTheirDigitsAndNoExponent) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -7,10 +7,8 @@
 
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(Numbers, RealsRoundToNearestWithTiesToEven) {
     EXPECT_EQ(round_to_even<std::int32_t>(0.5), 0);
@@ -79,4 +77,4 @@ TEST(Numbers, FailuresAreLocatedAtTheCaller) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

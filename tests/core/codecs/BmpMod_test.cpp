@@ -7,10 +7,8 @@
 #include "support/codec_files.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // The 54 bytes of a valid bitmap of 7 by 5 at 24 bits.
 Bytes acceptable_head() {
@@ -63,72 +61,57 @@ TEST_F(BmpModTest, ValidHeaderGivesSizeDepthAndCompression) {
     EXPECT_EQ(probe(acceptable_head()), (Probe{True, 7, 5, 24, 0}));
 }
 
-TEST_F(BmpModTest, ImageSizeOf0IsAccepted) {
-    EXPECT_EQ(probe_with(34, 0).answer, True);
-}
+struct Change {
+    std::size_t at;
+    std::int32_t value;
+    std::size_t bytes = 4;
+};
 
-TEST_F(BmpModTest, FileSizeOf0IsRejected) {
+struct HeaderCase {
+    const char* name;
+    std::vector<Change> changes;
+    Probe expected;
+};
+
+const HeaderCase header_cases[] = {
+    {"ImageSizeOf0IsAccepted", {{34, 0}}, {True, 7, 5, 24, 0}},
+    {"NegativeImageSizeIsAccepted", {{34, -5}}, {True, 7, 5, 24, 0}},
+    {"ImageSizeEqualToTheFileSizeIsRejected", {{34, 1000}}, refused},
+    {"NegativeFileSizeIsRejected", {{2, -1}}, refused},
+    {"FileSizeOf0IsRejected", {{2, 0}, {34, 0}}, refused},
+    {"TopDownBitmapIsRejected", {{22, -5}}, refused},
+    {"HeightOf0IsRejected", {{22, 0}}, refused},
+    {"WidthOf0IsRejected", {{18, 0}}, refused},
+    {"NegativeWidthIsRejected", {{18, -7}}, refused},
+    {"PixelOffsetBelow54IsRejected", {{10, 53}}, refused},
+    {"PixelOffsetBeyondTheFileIsAccepted", {{10, 0x7FFFFFFF}}, {True, 7, 5, 24, 0}},
+    {"PixelOffsetWithinTheColourTableIsAccepted", {{28, 8, 2}}, {True, 7, 5, 8, 0}},
+    {"HeaderOf12BytesIsRejected", {{14, 12}}, refused},
+    {"HeaderOf108BytesIsRejected", {{14, 108}}, refused},
+    {"FirstByteMustBeB", {{0, 'b', 1}}, refused},
+    {"SecondByteMustBeM", {{1, 'b', 1}}, refused},
+    {"NoPlaneIsRejected", {{26, 0, 2}}, refused},
+    {"TwoPlanesAreRejected", {{26, 2, 2}}, refused},
+    {"DepthAndCompressionAreNotChecked", {{28, -3, 2}, {30, 32767}}, {True, 7, 5, -3, 32767}},
+    {"RejectedFileDoesNotOverflow", {{30, 32768}, {26, 2, 2}}, refused},
+};
+
+class BmpModHeaders : public BmpModTest, public testing::WithParamInterface<HeaderCase> {};
+
+TEST_P(BmpModHeaders, ProbeGivesTheExpectedResult) {
     Bytes bytes = acceptable_head();
-    put_i32(bytes, 2, 0);
-    put_i32(bytes, 34, 0);
-    EXPECT_EQ(probe(bytes), refused);
-}
-
-TEST_F(BmpModTest, ImageSizeMustBeBelowFileSizeAsSignedNumbers) {
-    EXPECT_EQ(probe_with(34, 1000), refused);
-    EXPECT_EQ(probe_with(34, -5).answer, True);
-    EXPECT_EQ(probe_with(2, -1), refused);
-}
-
-TEST_F(BmpModTest, TopDownBitmapIsRejectedWithResultsMinus1) {
-    EXPECT_EQ(probe_with(22, -5), refused);
-    EXPECT_EQ(probe_with(22, 0), refused);
-}
-
-TEST_F(BmpModTest, WidthOf0OrBelowIsRejected) {
-    EXPECT_EQ(probe_with(18, 0), refused);
-    EXPECT_EQ(probe_with(18, -7), refused);
-}
-
-TEST_F(BmpModTest, PixelOffsetIsOnlyCheckedAgainst54) {
-    EXPECT_EQ(probe_with(10, 53), refused);
-    EXPECT_EQ(probe_with(10, 0x7FFFFFFF).answer, True);
-    // A colour table follows, but an offset of 54 is still accepted.
-    Bytes bytes = acceptable_head();
-    put_i16(bytes, 28, 8);
-    bytes.resize(54 + 1024);
-    EXPECT_EQ(probe(bytes), (Probe{True, 7, 5, 8, 0}));
-}
-
-TEST_F(BmpModTest, OnlyThe40ByteHeaderIsAccepted) {
-    EXPECT_EQ(probe_with(14, 12), refused);
-    EXPECT_EQ(probe_with(14, 108), refused);
-}
-
-TEST_F(BmpModTest, FirstTwoBytesMustBeBM) {
-    for (const std::size_t at : {0U, 1U}) {
-        Bytes bytes = acceptable_head();
-        bytes[at] = 'b';
-        EXPECT_EQ(probe(bytes), refused);
+    for (const Change& change : GetParam().changes) {
+        for (std::size_t i = 0; i < change.bytes; ++i) {
+            bytes[change.at + i] = static_cast<std::uint8_t>(change.value >> (8 * i));
+        }
     }
+    EXPECT_EQ(probe(bytes), GetParam().expected);
 }
 
-TEST_F(BmpModTest, PlaneCountMustBe1) {
-    for (const std::int16_t planes : {std::int16_t{0}, std::int16_t{2}}) {
-        Bytes bytes = acceptable_head();
-        put_i16(bytes, 26, planes);
-        EXPECT_EQ(probe(bytes), refused);
-    }
-}
+INSTANTIATE_TEST_SUITE_P(Cases, BmpModHeaders, testing::ValuesIn(header_cases),
+                         [](const auto& instance) { return instance.param.name; });
 
-TEST_F(BmpModTest, DepthAndCompressionAreNotChecked) {
-    Bytes bytes = acceptable_head();
-    put_i16(bytes, 28, -3);
-    put_i32(bytes, 30, 32767);
-    EXPECT_EQ(probe(bytes), (Probe{True, 7, 5, -3, 32767}));
-}
-
-TEST_F(BmpModTest, CompressionAbove32767OverflowsAfterTheOtherResults) {
+TEST_F(BmpModTest, CompressionAbove32767OverflowsAfterOtherResults) {
     for (const std::int32_t compression : {32768, 0x10000, -1}) {
         Bytes bytes = acceptable_head();
         put_i32(bytes, 30, compression);
@@ -139,13 +122,6 @@ TEST_F(BmpModTest, CompressionAbove32767OverflowsAfterTheOtherResults) {
             Overflow);
         EXPECT_EQ(result, (Probe{77, 7, 5, 24, -1}));
     }
-}
-
-TEST_F(BmpModTest, RejectedFileDoesNotOverflow) {
-    Bytes bytes = acceptable_head();
-    put_i32(bytes, 30, 32768);
-    put_i16(bytes, 26, 2);
-    EXPECT_EQ(probe(bytes), refused);
 }
 
 TEST_F(BmpModTest, FileOfFewerThan54BytesIsRejectedAfterAValidOne) {
@@ -176,4 +152,4 @@ TEST_F(BmpModTest, MissingFileFailsWithResultsMinus1) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

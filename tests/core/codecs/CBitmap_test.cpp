@@ -10,10 +10,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // Sets the current bitmap to a 32-bit picture of these colours, top row first.
 void make_current(std::int32_t width, std::int32_t height, const Colours& colours) {
@@ -345,4 +343,4 @@ TEST(CBitmap, HeightIsSetBeforeWidth) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

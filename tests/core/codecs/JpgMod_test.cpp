@@ -6,10 +6,8 @@
 #include "support/codec_files.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 const Bytes start{0xFF, 0xD8};
 const Bytes jfif{0xFF, 0xE0, 0, 16, 'J', 'F', 'I', 'F', 0, 1, 1, 0, 0, 1, 0, 1, 0, 0};
@@ -41,7 +39,7 @@ const Probe nothing_found{False, 77, 77};
 
 class JpgModTest : public testing::Test {
   protected:
-    Probe probe(std::initializer_list<Bytes> pieces) {
+    Probe probe(const std::vector<Bytes>& pieces) {
         Probe result;
         const std::string path = folder.write("a.jpg", joined(pieces));
         result.answer = JpgMod::ProbeJpeg(path, result.width, result.height);
@@ -51,43 +49,63 @@ class JpgModTest : public testing::Test {
     TemporaryFolder folder;
 };
 
-TEST_F(JpgModTest, BaselineFrameGivesWidthAndHeight) {
-    EXPECT_EQ(probe({start, jfif, frame(0xC0, 300, 513), scan}), (Probe{True, 300, 513}));
+struct WalkCase {
+    const char* name;
+    std::vector<Bytes> pieces;
+    Probe expected;
+};
+
+const Bytes app0_of_another_kind = segment(0xE0, {'J', 'F', 'X', 'X', 0, 1});
+
+const WalkCase walk_cases[] = {
+    {"BaselineFrameGivesItsSize", {start, jfif, frame(0xC0, 300, 513), scan}, {True, 300, 513}},
+    {"FirstFrameEndsTheWalk", {start, frame(0xC0, 3, 5), frame(0xC0, 7, 9), scan}, {True, 3, 5}},
+    {"OverflowingLengthAfterTheFrameIsNotRead",
+     {start, frame(0xC0, 3, 5), {0xFF, 0xE2, 0x80, 0x00}},
+     {True, 3, 5}},
+    {"OtherFirstByte", {{0xFE, 0xD8}, frame(0xC0, 3, 5)}, nothing_found},
+    {"OtherSecondByte", {{0xFF, 0xD9}, frame(0xC0, 3, 5)}, nothing_found},
+    {"EmptyFile", {}, nothing_found},
+    {"OneByte", {{0xFF}}, nothing_found},
+    {"OnlyTheStartMarker", {start}, nothing_found},
+    {"App0WithoutJfifEndsTheWalk", {start, app0_of_another_kind, frame(0xC0, 3, 5)}, nothing_found},
+    {"App0OfLowerCaseEndsTheWalk",
+     {start, segment(0xE0, {'j', 'f', 'i', 'f', 0, 1}), frame(0xC0, 3, 5)},
+     nothing_found},
+    {"SecondApp0WithoutJfifEndsTheWalk",
+     {start, jfif, app0_of_another_kind, frame(0xC0, 3, 5)},
+     nothing_found},
+    {"App1InsteadOfApp0IsSkipped",
+     {start, segment(0xE1, {'E', 'x', 'i', 'f', 0, 0, 0xFF, 0xDA, 0, 2}), frame(0xC0, 3, 5)},
+     {True, 3, 5}},
+    {"ScanEndsTheWalk", {start, jfif, frame(0xC2, 3, 5), scan, frame(0xC0, 7, 9)}, nothing_found},
+    {"StrayBytesBetweenSegmentsAreSkipped",
+     {start, {1, 2, 3, 0, 254}, jfif, {7, 0xFF, 0, 0, 0, 9}, frame(0xC0, 3, 5)},
+     {True, 3, 5}},
+    {"FrameAfterManySegmentsIsFound",
+     {start, segment(0xE2, Bytes(9000, 0xFF)), segment(0xDB, Bytes(5000, 0xFF)), Bytes(4095),
+      frame(0xC0, 3, 5)},
+     {True, 3, 5}},
+    // The walk then reaches the length itself and skips it as stray bytes.
+    {"SegmentLengthOf0StillAdvances",
+     {start, {0xFF, 0xDB, 0, 0}, {0xFF, 0xDB, 0, 0}, frame(0xC0, 3, 5)},
+     {True, 3, 5}},
+    {"SegmentBeyondTheEndIsRejected", {start, {0xFF, 0xDB, 0x7F, 0xFF}, frame(0xC0, 3, 5)}, nothing_found},
+    // Bytes beyond the end are 0.
+    {"MarkerBeyondTheEnd", {start, {0xFF}}, nothing_found},
+    {"FrameBeyondTheEnd", {start, {0xFF, 0xC0}}, {True, 0, 0}},
+    {"FrameTruncatedInItsHeight", {start, {0xFF, 0xC0, 0, 17, 8, 1}}, {True, 0, 256}},
+    {"App0TruncatedInItsName", {start, {0xFF, 0xE0, 0, 16, 'J', 'F'}}, nothing_found},
+};
+
+class JpgModWalk : public JpgModTest, public testing::WithParamInterface<WalkCase> {};
+
+TEST_P(JpgModWalk, ProbeGivesTheExpectedResult) {
+    EXPECT_EQ(probe(GetParam().pieces), GetParam().expected);
 }
 
-TEST_F(JpgModTest, TheFirstBaselineFrameEndsTheWalk) {
-    EXPECT_EQ(probe({start, frame(0xC0, 3, 5), frame(0xC0, 7, 9), scan}), (Probe{True, 3, 5}));
-    // The overflowing length after it is not read.
-    EXPECT_EQ(probe({start, frame(0xC0, 3, 5), {0xFF, 0xE2, 0x80, 0x00}}), (Probe{True, 3, 5}));
-}
-
-TEST_F(JpgModTest, StartMarkerIsRequired) {
-    EXPECT_EQ(probe({{0xFE, 0xD8}, frame(0xC0, 3, 5)}), nothing_found);
-    EXPECT_EQ(probe({{0xFF, 0xD9}, frame(0xC0, 3, 5)}), nothing_found);
-    EXPECT_EQ(probe({}), nothing_found);
-    EXPECT_EQ(probe({{0xFF}}), nothing_found);
-}
-
-TEST_F(JpgModTest, FileOfOnlyTheStartMarkerIsRejected) {
-    EXPECT_EQ(probe({start}), nothing_found);
-}
-
-TEST_F(JpgModTest, App0WithoutJfifEndsTheWalk) {
-    EXPECT_EQ(probe({start, segment(0xE0, {'J', 'F', 'X', 'X', 0, 1}), frame(0xC0, 3, 5)}), nothing_found);
-    EXPECT_EQ(probe({start, segment(0xE0, {'j', 'f', 'i', 'f', 0, 1}), frame(0xC0, 3, 5)}), nothing_found);
-    // Also one that is not the first.
-    EXPECT_EQ(probe({start, jfif, segment(0xE0, {'J', 'F', 'X', 'X', 0, 1}), frame(0xC0, 3, 5)}),
-              nothing_found);
-}
-
-TEST_F(JpgModTest, FileWithApp1InsteadOfApp0GivesItsSize) {
-    EXPECT_EQ(probe({start, segment(0xE1, {'E', 'x', 'i', 'f', 0, 0, 0xFF, 0xDA, 0, 2}), frame(0xC0, 3, 5)}),
-              (Probe{True, 3, 5}));
-}
-
-TEST_F(JpgModTest, ProgressiveFrameIsSkippedAndTheScanEndsTheWalk) {
-    EXPECT_EQ(probe({start, jfif, frame(0xC2, 3, 5), scan, frame(0xC0, 7, 9)}), nothing_found);
-}
+INSTANTIATE_TEST_SUITE_P(Cases, JpgModWalk, testing::ValuesIn(walk_cases),
+                         [](const auto& instance) { return instance.param.name; });
 
 TEST_F(JpgModTest, OtherFrameKindsAreSkipped) {
     for (const std::uint8_t marker :
@@ -102,11 +120,6 @@ TEST_F(JpgModTest, OtherSegmentsAreSkippedByTheirLength) {
         EXPECT_EQ(probe({start, segment(marker, frame(0xC0, 90, 91)), frame(0xC0, 3, 5)}),
                   (Probe{True, 3, 5}));
     }
-}
-
-TEST_F(JpgModTest, StrayBytesBetweenSegmentsAreSkipped) {
-    EXPECT_EQ(probe({start, {1, 2, 3, 0, 254}, jfif, {7, 0xFF, 0, 0, 0, 9}, frame(0xC0, 3, 5)}),
-              (Probe{True, 3, 5}));
 }
 
 TEST_F(JpgModTest, StuffedByteIsSkippedButItsLengthIsRead) {
@@ -133,32 +146,10 @@ TEST_F(JpgModTest, SegmentLengthOf32768Overflows) {
     EXPECT_EQ(probe({start, segment(0xE2, Bytes(32765)), frame(0xC0, 3, 5)}), (Probe{True, 3, 5}));
 }
 
-TEST_F(JpgModTest, FrameAfterManySegmentsIsFound) {
-    EXPECT_EQ(probe({start, segment(0xE2, Bytes(9000, 0xFF)), segment(0xDB, Bytes(5000, 0xFF)), Bytes(4095),
-                     frame(0xC0, 3, 5)}),
-              (Probe{True, 3, 5}));
-}
-
-TEST_F(JpgModTest, BytesBeyondTheEndAreZero) {
-    EXPECT_EQ(probe({start, {0xFF}}), nothing_found);
-    EXPECT_EQ(probe({start, {0xFF, 0xC0}}), (Probe{True, 0, 0}));
-    EXPECT_EQ(probe({start, {0xFF, 0xC0, 0, 17, 8, 1}}), (Probe{True, 0, 256}));
-    EXPECT_EQ(probe({start, {0xFF, 0xE0, 0, 16, 'J', 'F'}}), nothing_found);
-}
-
-TEST_F(JpgModTest, SegmentLengthOf0StillAdvances) {
-    // The walk then reaches the length itself and skips it as stray bytes.
-    EXPECT_EQ(probe({start, {0xFF, 0xDB, 0, 0}, {0xFF, 0xDB, 0, 0}, frame(0xC0, 3, 5)}), (Probe{True, 3, 5}));
-}
-
-TEST_F(JpgModTest, SegmentBeyondTheEndIsRejected) {
-    EXPECT_EQ(probe({start, {0xFF, 0xDB, 0x7F, 0xFF}, frame(0xC0, 3, 5)}), nothing_found);
-}
-
 TEST_F(JpgModTest, MissingFileIsAFailure) {
     Probe result;
     EXPECT_FAILURE(JpgMod::ProbeJpeg(folder.file("none.jpg"), result.width, result.height), FileNotFound);
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

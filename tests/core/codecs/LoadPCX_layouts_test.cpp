@@ -7,12 +7,10 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using namespace test;
-
-using namespace test::pcx; // NOLINT: what the tests of this reader share
+using namespace pcx; // NOLINT: what the tests of this reader share
 
 // 1 bit.
 
@@ -75,16 +73,14 @@ TEST_F(LoadPcx, Picture8BitSetsThePaletteEvenWhenItsRowsFail) {
 
 TEST_F(LoadPcx, Picture4BitIsNibblesThroughTheColorMap) {
     load(with_map(header_of(4, 1, 2, 3, 2)), {0x1F, 0x20, 0x34, 0x50});
-    EXPECT_EQ(decoded_colours(), (Colours{map_colour(1), map_colour(15), map_colour(2), map_colour(3),
-                                          map_colour(4), map_colour(5)}));
+    EXPECT_EQ(decoded_colours(), map_colours({1, 15, 2, 3, 4, 5}));
     EXPECT_EQ(reader.Bpp(), 4);
 }
 
 TEST_F(LoadPcx, Picture4BitIgnoresBytesPerLine) {
     // Three pixels have lines of 2 bytes, though the header says 6: the second row is bytes 2 and 3.
     load(with_map(header_of(4, 1, 6, 3, 2)), {0x12, 0x30, 0x45, 0x60, 0, 0, 0x77, 0x70, 0, 0, 0, 0});
-    EXPECT_EQ(decoded_colours(), (Colours{map_colour(1), map_colour(2), map_colour(3), map_colour(4),
-                                          map_colour(5), map_colour(6)}));
+    EXPECT_EQ(decoded_colours(), map_colours({1, 2, 3, 4, 5, 6}));
 }
 
 TEST_F(LoadPcx, NibbleLinesAreRoundedUpToAnEvenNumberOfBytes) {
@@ -99,7 +95,7 @@ TEST_F(LoadPcx, NibbleLinesAreRoundedUpToAnEvenNumberOfBytes) {
 
 TEST_F(LoadPcx, FourPlanesGiveTheBitsOfAnIndexLowestFirst) {
     load(with_map(header_of(1, 4, 1, 4, 1)), {0b10010000, 0b01010000, 0b00110000, 0b00010000});
-    EXPECT_EQ(decoded_colours(), (Colours{map_colour(1), map_colour(2), map_colour(4), map_colour(15)}));
+    EXPECT_EQ(decoded_colours(), map_colours({1, 2, 4, 15}));
 }
 
 TEST_F(LoadPcx, FourPlanesOfWidth10GiveABitmapOf12ButReport10) {
@@ -141,9 +137,7 @@ TEST_F(LoadPcx, RoundWidthRoundsUpToAMultipleOf4) {
 TEST_F(LoadPcx, MissingPlaneBytesAreZero) {
     // The second line lacks its planes 1 to 3, the third all of them.
     load(with_map(header_of(1, 4, 1, 2, 3)), {0x80, 0x80, 0x80, 0x80, 0x80});
-    EXPECT_EQ(decoded_colours(), (Colours{map_colour(15), map_colour(0), map_colour(0), map_colour(0),
-                                          map_colour(1), map_colour(0), map_colour(0), map_colour(0),
-                                          map_colour(0), map_colour(0), map_colour(0), map_colour(0)}));
+    EXPECT_EQ(decoded_colours(), map_colours({15, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST_F(LoadPcx, FourPlaneFileWithoutPixelsHasTheFirstColour) {
@@ -206,4 +200,4 @@ TEST_F(LoadPcx, MergeBytesCombines8PixelsInto4Bytes) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -7,12 +7,10 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using namespace test;
-
-using namespace test::pcx; // NOLINT: what the tests of this reader share
+using namespace pcx; // NOLINT: what the tests of this reader share
 
 // The probe.
 
@@ -29,7 +27,7 @@ TEST_F(LoadPcx, ProbeAcceptsVersions0And2And3And5) {
     }
 }
 
-TEST_F(LoadPcx, ProbeRejectsOtherManufacturersAndEncodingsButSetsResults) {
+TEST_F(LoadPcx, ProbeSetsResultsOfARejectedFile) {
     PcxHeader header = header_of(8, 1, 2, 3, 2);
     header.Encoding = 1;
     EXPECT_EQ(info(header), (Info{True, 3, 2, 8}));
@@ -223,7 +221,7 @@ TEST_F(LoadPcx, RowsWithoutBytesFail) {
     EXPECT_EQ(bytes_of(LoadPCX::FlipRows(counting(3), -2, -4)), Bytes(8));
 }
 
-TEST_F(LoadPcx, FileWithoutItsLastRowLoadsIfTheRowStartsAtTheSpareByte) {
+TEST_F(LoadPcx, LastRowMayStartAtTheSpareByte) {
     // The second row starts at the spare zero byte of the array.
     const PcxHeader header = header_of(1, 1, 1, 8, 2);
     load(header, {0xFF});
@@ -296,4 +294,4 @@ TEST_F(LoadPcx, TruncatedHeaderIsZeroInTheMissingBytes) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

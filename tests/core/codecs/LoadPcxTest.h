@@ -1,7 +1,9 @@
 // Helpers for the LoadPCX tests: headers, parts of files, and a fixture with a reader and a temporary folder.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 
 #include "support/readers.h"
 
@@ -35,6 +37,12 @@ inline PcxHeader with_map(PcxHeader header) {
 inline Colour map_colour(int i) {
     return make_colour(static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(2 * i),
                        static_cast<std::uint8_t>(3 * i));
+}
+
+inline Colours map_colours(const std::vector<int>& entries) {
+    Colours colours;
+    std::ranges::transform(entries, std::back_inserter(colours), map_colour);
+    return colours;
 }
 
 inline Colour grey(int value) {

@@ -6,12 +6,10 @@
 #include "reference/LoadTGA.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using namespace test;
-
-using namespace test::tga; // NOLINT: what the tests of this reader share
+using namespace tga; // NOLINT: what the tests of this reader share
 
 // 8 bits.
 
@@ -30,8 +28,7 @@ TEST_F(LoadTga, Maps16Or32BitFailOnANewObject) {
 
 TEST_F(LoadTga, Picture8BitWith24BitMapHasItsColours) {
     load(with_map(header_of(1, 8, 3, 2), 256, 24), joined({map24(256), {0, 1, 80, 255, 4, 2}}));
-    EXPECT_EQ(decoded_colours(), (Colours{map_colour(0), map_colour(1), map_colour(80), map_colour(255),
-                                          map_colour(4), map_colour(2)}));
+    EXPECT_EQ(decoded_colours(), map_colours({0, 1, 80, 255, 4, 2}));
 }
 
 TEST_F(LoadTga, IdFieldShiftsMapAndPixelsByItsLength) {
@@ -146,8 +143,7 @@ TEST_F(LoadTga, Picture8BitHasNoLimitOnTheBitsOfARow) {
 
 TEST_F(LoadTga, Packets8BitExpandAcrossRows) {
     load(with_map(header_of(9, 8, 3, 2), 4, 24), joined({map24(4), {0x83, 3, 1, 1, 2}}));
-    EXPECT_EQ(decoded_colours(), (Colours{map_colour(3), map_colour(3), map_colour(3), map_colour(3),
-                                          map_colour(1), map_colour(2)}));
+    EXPECT_EQ(decoded_colours(), map_colours({3, 3, 3, 3, 1, 2}));
 }
 
 TEST_F(LoadTga, Type11IsValidButNotExpanded) {
@@ -399,4 +395,4 @@ TEST_F(LoadTga, RunLengthDecodingMatchesTheReference) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

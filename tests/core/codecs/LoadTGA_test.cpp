@@ -7,12 +7,10 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using namespace test;
-
-using namespace test::tga; // NOLINT: what the tests of this reader share
+using namespace tga; // NOLINT: what the tests of this reader share
 
 TEST(ReaderParts, TestBitCountsFromTheMostSignificantBitAs1) {
     for (std::int32_t position = 1; position <= 8; ++position) {
@@ -83,7 +81,7 @@ TEST_F(LoadTga, UnknownDepthKeepsPictureAndPixelSizeButNotTwips) {
 
 // Sizes and direction.
 
-TEST_F(LoadTga, OriginIsSubtractedFromPixelsNotTwipsAndSkewsThePicture) {
+TEST_F(LoadTga, OriginReducesPixelsNotTwipsAndSkewsThePicture) {
     Bytes data;
     for (int y = 0; y < 2; ++y) {
         for (int x = 0; x < 100; ++x) {
@@ -108,8 +106,7 @@ TEST_F(LoadTga, OriginCropsRowsAt8BitsWithoutSkew) {
     load(with_origin(with_map(header_of(1, 8, 8, 2), 16, 24), 4, 0),
          joined({map24(16), {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}}));
     // Rows of 8 bytes are read as rows of 4.
-    EXPECT_EQ(decoded_colours(), (Colours{map_colour(0), map_colour(1), map_colour(2), map_colour(3),
-                                          map_colour(4), map_colour(5), map_colour(6), map_colour(7)}));
+    EXPECT_EQ(decoded_colours(), map_colours({0, 1, 2, 3, 4, 5, 6, 7}));
 }
 
 TEST_F(LoadTga, SizeBeyond16BitsOverflows) {
@@ -164,4 +161,4 @@ TEST_F(LoadTga, TruncatedHeaderIsZeroInTheMissingBytes) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

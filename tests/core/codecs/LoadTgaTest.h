@@ -1,7 +1,9 @@
 // Helpers for the LoadTGA tests: headers, parts of files, and a fixture with a reader and a temporary folder.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 
 #include "support/readers.h"
 
@@ -45,6 +47,12 @@ inline Bytes map24(int entries) {
 inline Colour map_colour(int i) {
     return make_colour(static_cast<std::uint8_t>(3 * i), static_cast<std::uint8_t>(2 * i),
                        static_cast<std::uint8_t>(i));
+}
+
+inline Colours map_colours(const std::vector<int>& entries) {
+    Colours colours;
+    std::ranges::transform(entries, std::back_inserter(colours), map_colour);
+    return colours;
 }
 
 /// The whole array, including the zeros that are not stored.

@@ -9,10 +9,8 @@
 #include "support/expect_failure.h"
 #include "support/lists.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(PackedBytes, EncoderRoomFollowsItsFormula) {
     EXPECT_EQ(encoder_room(1, 1), 1U);
@@ -42,4 +40,4 @@ TEST(PackedBytes, TakeReturnsTheAppendedBytesInOrder) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -6,10 +6,8 @@
 
 #include "support/codec_files.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(PcxHeader, FieldsHaveTheirOffsetsAndRoundTrip) {
     Bytes bytes(128);
@@ -39,4 +37,4 @@ TEST(PcxHeader, NewHeaderIsAllZero) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -10,10 +10,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 constexpr std::size_t header_bytes = 128;
 
@@ -188,4 +186,4 @@ TEST(SavePcx, EncodedBytesDecodeToTheInput) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

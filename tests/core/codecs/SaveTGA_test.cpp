@@ -11,10 +11,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 constexpr std::size_t header_bytes = 18;
 
@@ -217,4 +215,4 @@ TEST(SaveTga, OtherCompressValuesWritePlainPixelsOfType0) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -6,10 +6,8 @@
 
 #include "support/codec_files.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(TgaHeader, FieldsHaveTheirOffsetsAndRoundTrip) {
     Bytes bytes(18);
@@ -35,4 +33,4 @@ TEST(TgaHeader, NewHeaderIsAllZero) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

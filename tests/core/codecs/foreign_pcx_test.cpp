@@ -4,10 +4,8 @@
 #include "reference/LoadPCX.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST_F(ForeignPictures, Pcx24BitPlainAndCompressed) {
     write_sources(Palette::Any);
@@ -148,4 +146,4 @@ TEST_F(ForeignPictures, PcxOf2Or3PlanesIsNotDecoded) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -3,10 +3,8 @@
 #include "core/codecs/ForeignPictures.h"
 #include "core/codecs/JpgMod.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 struct Told {
     Truth answer = 0;
@@ -87,4 +85,4 @@ TEST_F(ForeignPictures, JpegProbeRejectsProgressiveFiles) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -6,10 +6,8 @@
 #include "support/readers.h"
 #include "support/thoroughness.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 constexpr Size odd_sizes[] = {{1, 1}, {2, 3}, {3, 2}, {4, 4}, {5, 3}, {17, 9}, {256, 256}};
 
@@ -133,4 +131,4 @@ TEST_F(ForeignBmpFiles, RandomFilesMatchImageMagick) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

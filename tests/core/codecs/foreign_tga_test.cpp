@@ -2,49 +2,59 @@
 #include "core/codecs/ForeignPictures.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // ImageMagick writes rows in its internal order and only records the orientation.
 const std::string bottom_up = "-flip -orient BottomLeft ";
 
-TEST_F(ForeignPictures, Tga24BitPlainAndCompressed) {
-    write_sources(Palette::Any);
-    convert(bottom_up + "-type TrueColor -compress none", "tga");
-    expect_kind(2, 24, 0);
-    expect_equal_tga();
-    convert(bottom_up + "-type TrueColor -compress RLE", "tga");
-    expect_kind(10, 24, 0);
-    expect_equal_tga();
-    netpbm("pamtotga -rgb -norle", "tga");
-    expect_kind(2, 24, 0);
-    expect_equal_tga();
-    netpbm("pamtotga -rgb", "tga");
-    expect_kind(10, 24, 0);
+const std::string with_alpha = "-alpha set -channel A -evaluate set 40% +channel ";
+
+struct TgaCase {
+    const char* name;
+    Palette palette;
+    std::string convert; ///< options of ImageMagick, or ""
+    std::string netpbm;  ///< a program of Netpbm, or ""
+    int type, depth, descriptor_bit_5;
+};
+
+const TgaCase tga_cases[] = {
+    {"Plain24Bit", Palette::Any, bottom_up + "-type TrueColor -compress none", "", 2, 24, 0},
+    {"Compressed24Bit", Palette::Any, bottom_up + "-type TrueColor -compress RLE", "", 10, 24, 0},
+    {"NetpbmPlain24Bit", Palette::Any, "", "pamtotga -rgb -norle", 2, 24, 0},
+    {"NetpbmCompressed24Bit", Palette::Any, "", "pamtotga -rgb", 10, 24, 0},
+    {"TopRowFirstPlain", Palette::Any, "-type TrueColor -orient TopLeft -compress none", "", 2, 24, 32},
+    {"TopRowFirstCompressed", Palette::Any, "-type TrueColor -orient TopLeft -compress RLE", "", 10, 24, 32},
+    {"Plain32BitDropsAlpha", Palette::Any, bottom_up + with_alpha + "-compress none", "", 2, 32, 0},
+    {"Compressed32BitDropsAlpha", Palette::Any, bottom_up + with_alpha + "-compress RLE", "", 10, 32, 0},
+    {"Plain8BitWith24BitMap", Palette::Of200, bottom_up + "-compress none", "", 1, 8, 0},
+    {"Compressed8BitWith24BitMap", Palette::Of200, bottom_up + "-compress RLE", "", 9, 8, 0},
+    {"NetpbmPlain8BitWith24BitMap", Palette::Of200, "", "pamtotga -cmap -norle", 1, 8, 0},
+    {"NetpbmCompressed8BitWith24BitMap", Palette::Of200, "", "pamtotga -cmap", 9, 8, 0},
+};
+
+class ForeignTga : public ForeignPictures, public testing::WithParamInterface<TgaCase> {};
+
+TEST_P(ForeignTga, PixelsMatchOtherDecoders) {
+    const TgaCase& each = GetParam();
+    write_sources(each.palette);
+    if (!each.netpbm.empty()) {
+        netpbm(each.netpbm, "tga");
+    } else if (each.palette == Palette::Any) {
+        convert(each.convert, "tga");
+    } else { // only a file with a palette makes ImageMagick write one
+        netpbm("ppmtogif", "gif");
+        convert(each.convert, "tga", "gif");
+    }
+    expect_kind(each.type, each.depth, each.descriptor_bit_5);
     expect_equal_tga();
 }
 
-TEST_F(ForeignPictures, TgaTopRowFirst) {
-    write_sources(Palette::Any);
-    convert("-type TrueColor -orient TopLeft -compress none", "tga");
-    expect_kind(2, 24, 32);
-    expect_equal_tga();
-    convert("-type TrueColor -orient TopLeft -compress RLE", "tga");
-    expect_kind(10, 24, 32);
-    expect_equal_tga();
-}
+INSTANTIATE_TEST_SUITE_P(Files, ForeignTga, testing::ValuesIn(tga_cases),
+                         [](const auto& instance) { return instance.param.name; });
 
-TEST_F(ForeignPictures, Tga32BitDropsAlpha) {
+TEST_F(ForeignPictures, Tga32BitOfNetpbmDropsAlpha) {
     write_sources(Palette::Any);
-    const std::string with_alpha = "-alpha set -channel A -evaluate set 40% +channel ";
-    convert(bottom_up + with_alpha + "-compress none", "tga");
-    expect_kind(2, 32, 0);
-    expect_equal_tga();
-    convert(bottom_up + with_alpha + "-compress RLE", "tga");
-    expect_kind(10, 32, 0);
-    expect_equal_tga();
     netpbm("ppmtopgm", "pgm");
     netpbm("pamstack -tupletype=RGB_ALPHA - $i.pgm", "pam");
     netpbm("pamtotga -norle", "tga", "pam");
@@ -52,24 +62,7 @@ TEST_F(ForeignPictures, Tga32BitDropsAlpha) {
     expect_equal<LoadTGA>("tga", {decoded_by_convert("tga")});
 }
 
-TEST_F(ForeignPictures, Tga8BitWith24BitMap) {
-    write_sources(Palette::Of200);
-    netpbm("ppmtogif", "gif");
-    convert(bottom_up + "-compress none", "tga", "gif");
-    expect_kind(1, 8, 0);
-    expect_equal_tga();
-    convert(bottom_up + "-compress RLE", "tga", "gif");
-    expect_kind(9, 8, 0);
-    expect_equal_tga();
-    netpbm("pamtotga -cmap -norle", "tga");
-    expect_kind(1, 8, 0);
-    expect_equal_tga();
-    netpbm("pamtotga -cmap", "tga");
-    expect_kind(9, 8, 0);
-    expect_equal_tga();
-}
-
-TEST_F(ForeignPictures, Tga8BitGreyFailsOnNewObjectAndIsBlackAfterAMap) {
+TEST_F(ForeignPictures, Tga8BitGreyFailsFirstAndIsBlackAfterAMap) {
     write_sources(Palette::Of200);
     netpbm("pamtotga -cmap -norle", "tga");
     // The one-pixel picture has a map of one entry, which does not shorten later pixel arrays.
@@ -131,4 +124,4 @@ TEST_F(ForeignPictures, TgaIdFieldIsDecodedAsPixels) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -11,10 +11,8 @@
 #include "support/foreign_tools.h"
 #include "support/readers.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // Widths 1 to 5, where padding differs, some odd ones, and a whole frame.
 constexpr Size sizes[] = {{1, 1}, {1, 5},  {2, 3},   {3, 4},   {4, 1},
@@ -95,7 +93,7 @@ Colours rows_ending_in_runs(const Size& size, std::uint32_t seed) {
     return colours;
 }
 
-TEST(ForeignWrittenTga, CompressedTgaIsReadBackEqualIfRowsEndInRuns) {
+TEST(ForeignWrittenTga, CompressedRowsEndingInRunsAreReadBackEqual) {
     const TemporaryFolder folder;
     const std::string path = folder.file("a.tga");
     for (const Size& size :
@@ -107,4 +105,4 @@ TEST(ForeignWrittenTga, CompressedTgaIsReadBackEqualIfRowsEndInRuns) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

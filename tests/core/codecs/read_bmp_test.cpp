@@ -10,10 +10,8 @@
 #include "support/expect_failure.h"
 #include "support/made_bmp.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 constexpr Colour black = 0;
 constexpr std::int64_t most_pixels = 1 << 12;
@@ -112,15 +110,14 @@ TEST(ReadBmp, SizesInA12ByteHeaderAreSigned) {
 TEST(ReadBmp, BytesBetweenColourTableAndPixelsAreSkipped) {
     Bytes between = striking_table(2);
     between.insert(between.end(), 5, 0xEE);
-    EXPECT_EQ(colours_of({2, 1, 1, 0, between, {0x40, 0, 0, 0}}),
-              (Colours{striking_colour(0), striking_colour(1)}));
+    EXPECT_EQ(colours_of({2, 1, 1, 0, between, {0x40, 0, 0, 0}}), striking_colours({0, 1}));
 }
 
 TEST(ReadBmp, PixelOffsetWithinTheColourTableIsIgnored) {
     Bytes file = MadeBmp{2, 1, 1, 0, striking_table(2), {0x40, 0, 0, 0}}.file();
     for (const std::uint32_t offset : {0U, 14U, 54U, 61U}) {
         put_u32(file, 10, offset);
-        EXPECT_EQ(read(file).colours, (Colours{striking_colour(0), striking_colour(1)})) << offset;
+        EXPECT_EQ(read(file).colours, striking_colours({0, 1})) << offset;
     }
 }
 
@@ -155,8 +152,7 @@ TEST(ReadBmp, IndexBeyondTheColourTableIsBlack) {
 }
 
 TEST(ReadBmp, ColourTableMayBeLongerThanTheDepthNeeds) {
-    EXPECT_EQ(colours_of({1, 1, 1, 0, striking_table(256), {0x80, 0, 0, 0}, 40, 256}),
-              (Colours{striking_colour(1)}));
+    EXPECT_EQ(colours_of({1, 1, 1, 0, striking_table(256), {0x80, 0, 0, 0}, 40, 256}), striking_colours({1}));
 }
 
 TEST(ReadBmp, ColourTableOfMoreThan256EntriesIsInvalid) {
@@ -181,11 +177,8 @@ TEST(ReadBmp, NegativeHeightPutsTheTopRowFirst) {
 
 TEST(ReadBmp, IndicesHaveTheMostSignificantBitsFirst) {
     EXPECT_EQ(colours_of({9, 1, 1, 0, striking_table(2), {0x81, 0x80, 0, 0}}),
-              (Colours{striking_colour(1), striking_colour(0), striking_colour(0), striking_colour(0),
-                       striking_colour(0), striking_colour(0), striking_colour(0), striking_colour(1),
-                       striking_colour(1)}));
-    EXPECT_EQ(colours_of({3, 1, 4, 0, striking_table(16), {0x12, 0xF0, 0, 0}}),
-              (Colours{striking_colour(1), striking_colour(2), striking_colour(15)}));
+              striking_colours({1, 0, 0, 0, 0, 0, 0, 1, 1}));
+    EXPECT_EQ(colours_of({3, 1, 4, 0, striking_table(16), {0x12, 0xF0, 0, 0}}), striking_colours({1, 2, 15}));
 }
 
 TEST(ReadBmp, Pixels16BitHave5BitsPerChannel) {
@@ -268,17 +261,13 @@ MadeBmp runs_of_8_bits(std::int32_t width, std::int32_t height, const Bytes& dat
 TEST(ReadBmp, Rle4RunsAndLiteralsAreNibbles) {
     // Bottom row: a run of five from alternating nibbles, end of row; top row: three literals, a run of two.
     const MadeBmp bmp{5, 2, 4, 2, striking_table(16), {5, 0x12, 0, 0, 0, 3, 0x45, 0x60, 2, 0x77, 0, 0, 0, 1}};
-    EXPECT_EQ(colours_of(bmp),
-              (Colours{striking_colour(4), striking_colour(5), striking_colour(6), striking_colour(7),
-                       striking_colour(7), striking_colour(1), striking_colour(2), striking_colour(1),
-                       striking_colour(2), striking_colour(1)}));
+    EXPECT_EQ(colours_of(bmp), striking_colours({4, 5, 6, 7, 7, 1, 2, 1, 2, 1}));
 }
 
 TEST(ReadBmp, Rle8RunsAndLiteralsAreIndices) {
     // A literal of three is padded to four bytes.
     const MadeBmp bmp = runs_of_8_bits(5, 1, {0, 3, 1, 2, 3, 99, 2, 1, 0, 1});
-    EXPECT_EQ(colours_of(bmp), (Colours{striking_colour(1), striking_colour(2), striking_colour(3),
-                                        striking_colour(1), striking_colour(1)}));
+    EXPECT_EQ(colours_of(bmp), striking_colours({1, 2, 3, 1, 1}));
 }
 
 TEST(ReadBmp, Rle4LiteralsArePaddedTo2Bytes) {
@@ -295,49 +284,40 @@ TEST(ReadBmp, Rle4LiteralsArePaddedTo2Bytes) {
 TEST(ReadBmp, PixelsSkippedByAJumpHaveIndex0) {
     // One pixel of index 1, a jump of two to the right, one pixel of index 2, end.
     const MadeBmp bmp = runs_of_8_bits(4, 2, {1, 1, 0, 2, 2, 0, 1, 2, 0, 1});
-    const Colour zero = striking_colour(0);
-    EXPECT_EQ(colours_of(bmp),
-              (Colours{zero, zero, zero, zero, striking_colour(1), zero, zero, striking_colour(2)}));
+    EXPECT_EQ(colours_of(bmp), striking_colours({0, 0, 0, 0, 1, 0, 0, 2}));
 }
 
 TEST(ReadBmp, JumpUpKeepsItsColumn) {
     const MadeBmp bmp = runs_of_8_bits(3, 3, {1, 1, 0, 2, 1, 2, 1, 2, 0, 1});
-    const Colour zero = striking_colour(0);
-    EXPECT_EQ(colours_of(bmp),
-              (Colours{zero, zero, striking_colour(2), zero, zero, zero, striking_colour(1), zero, zero}));
+    EXPECT_EQ(colours_of(bmp), striking_colours({0, 0, 2, 0, 0, 0, 1, 0, 0}));
 }
 
 TEST(ReadBmp, RowsAndPicturesEndedEarlyAreFilledWithIndex0) {
     const MadeBmp bmp = runs_of_8_bits(2, 3, {1, 1, 0, 0, 2, 2, 0, 1});
-    const Colour zero = striking_colour(0);
-    EXPECT_EQ(colours_of(bmp),
-              (Colours{zero, zero, striking_colour(2), striking_colour(2), striking_colour(1), zero}));
+    EXPECT_EQ(colours_of(bmp), striking_colours({0, 0, 2, 2, 1, 0}));
 }
 
 TEST(ReadBmp, RunLengthEncodedPictureMayBeTopDown) {
     const MadeBmp bmp = runs_of_8_bits(1, -2, {1, 1, 0, 0, 1, 2, 0, 1});
-    EXPECT_EQ(colours_of(bmp), (Colours{striking_colour(1), striking_colour(2)}));
+    EXPECT_EQ(colours_of(bmp), striking_colours({1, 2}));
 }
 
 TEST(ReadBmp, RunsEndAtTheEndOfTheRow) {
     const MadeBmp run = runs_of_8_bits(2, 2, {5, 1, 0, 0, 1, 2, 0, 1});
-    EXPECT_EQ(colours_of(run),
-              (Colours{striking_colour(2), striking_colour(0), striking_colour(1), striking_colour(1)}));
+    EXPECT_EQ(colours_of(run), striking_colours({2, 0, 1, 1}));
     const MadeBmp literal = runs_of_8_bits(2, 2, {0, 3, 1, 2, 3, 0, 0, 0, 1, 2, 0, 1});
-    EXPECT_EQ(colours_of(literal),
-              (Colours{striking_colour(2), striking_colour(0), striking_colour(1), striking_colour(2)}));
+    EXPECT_EQ(colours_of(literal), striking_colours({2, 0, 1, 2}));
 }
 
 TEST(ReadBmp, JumpBeyondThePictureEndsTheRowOrThePicture) {
-    const Colour zero = striking_colour(0);
     const MadeBmp right = runs_of_8_bits(2, 2, {1, 1, 0, 2, 255, 0, 1, 2, 0, 0, 1, 3, 0, 1});
-    EXPECT_EQ(colours_of(right), (Colours{striking_colour(3), zero, striking_colour(1), zero}));
+    EXPECT_EQ(colours_of(right), striking_colours({3, 0, 1, 0}));
     const MadeBmp up = runs_of_8_bits(2, 2, {1, 1, 0, 2, 0, 255, 1, 2, 0, 0, 1, 3, 0, 1});
-    EXPECT_EQ(colours_of(up), (Colours{zero, zero, striking_colour(1), zero}));
+    EXPECT_EQ(colours_of(up), striking_colours({0, 0, 1, 0}));
 }
 
 TEST(ReadBmp, BytesAfterTheLastRowAreIgnored) {
-    EXPECT_EQ(colours_of(runs_of_8_bits(1, 1, {1, 1, 0, 0, 1, 2, 0, 1})), (Colours{striking_colour(1)}));
+    EXPECT_EQ(colours_of(runs_of_8_bits(1, 1, {1, 1, 0, 0, 1, 2, 0, 1})), striking_colours({1}));
 }
 
 // ---- Our own files
@@ -479,4 +459,4 @@ TEST(ReadBmp, CorruptFileGivesAPictureInvalidPictureOrOutOfMemory) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

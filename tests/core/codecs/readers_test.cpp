@@ -3,10 +3,8 @@
 #include "core/codecs/LoadTgaTest.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // A valid file of 24 bits, and one whose header ends after the picture's size.
 struct Pcx {
@@ -101,4 +99,4 @@ TYPED_TEST(Readers, EarlierReaderDrawsTheLaterPictureInItsOwnSize) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -10,10 +10,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // Where a header has the picture's size, and what follows it for a row of a red, then a blue pixel, and for
 // two compressed pixels of three bytes of 5.
@@ -153,4 +151,4 @@ TYPED_TEST(Writers, OneObjectWritesSeveralFiles) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -13,10 +13,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 using Rows = Bitmap::Rows;
 
@@ -265,4 +263,4 @@ TEST(Bitmap, RowsWithoutPixelsCanBeReadAndWritten) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

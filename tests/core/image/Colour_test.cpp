@@ -35,6 +35,7 @@ TEST(Colours, SystemColourTranslatesToTheClassicSchemeOrBlack) {
     EXPECT_EQ(translate_colour(system_colour(5)), 0xFFFFFF) << "window";
     EXPECT_EQ(translate_colour(system_colour(8)), 0) << "window text";
     EXPECT_EQ(translate_colour(system_colour(15)), 0xC8D0D4) << "button face";
+    EXPECT_EQ(translate_colour(system_colour(20)), 0xFFFFFF) << "button highlight";
     EXPECT_EQ(translate_colour(system_colour(24)), 0xE1FFFF) << "tool tip";
     EXPECT_EQ(translate_colour(system_colour(25)), 0);
     EXPECT_EQ(translate_colour(no_colour), 0);

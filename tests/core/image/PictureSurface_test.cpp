@@ -7,12 +7,10 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using namespace test;
-
-TEST(PictureSurface, ADesignOfNothingIsATopLevelFormOf32BitsWithoutPixels) {
+TEST(PictureSurface, DefaultDesignIsA32BitFormWithoutPixels) {
     const PictureSurface surface(PictureSurface::Design{});
     EXPECT_EQ(surface.Parent(), nullptr);
     EXPECT_EQ(surface.Width(), 0);
@@ -23,7 +21,7 @@ TEST(PictureSurface, ADesignOfNothingIsATopLevelFormOf32BitsWithoutPixels) {
     EXPECT_EQ(surface.BackColor(), 0);
 }
 
-TEST(PictureSurface, ANewSizeKeepsTheContentAtTheTopLeftAndTheRestIsBackground) {
+TEST(PictureSurface, NewSizeKeepsTheTopLeftOnBackground) {
     const auto surface = surface_of(2, 2, {1, 2, 3, 4});
     surface->SetWidth(3);
     EXPECT_EQ(colours_of(*surface), (Colours{1, 2, 0, 3, 4, 0}));
@@ -37,7 +35,7 @@ TEST(PictureSurface, ANewSizeKeepsTheContentAtTheTopLeftAndTheRestIsBackground) 
     }
 }
 
-TEST(PictureSurface, ReadingOutsideGivesNoColourAndPlottingOutsideIsLost) {
+TEST(PictureSurface, PixelsOutsideAreNoColourAndNotSet) {
     TestSurface surface(2, 1);
     surface.PSet(2, 0, 7);
     surface.PSet(-1, 0, 7);
@@ -56,7 +54,7 @@ TEST(PictureSurface, SettingTheBackgroundColourClears) {
     EXPECT_EQ(colours_of(*surface), (Colours{0x112233, 0x112233}));
 }
 
-TEST(PictureSurface, OuterSizesCountTheBorderAndGoByTheContainersUnit) {
+TEST(PictureSurface, OuterSizeIncludesBorderInContainerUnits) {
     TestSurface surface(10, 20, 32, 2);
     EXPECT_EQ(surface.Width(), 14);
     EXPECT_EQ(surface.ScaleWidth(), 10);
@@ -69,20 +67,20 @@ TEST(PictureSurface, OuterSizesCountTheBorderAndGoByTheContainersUnit) {
     EXPECT_EQ(surface.ScaleHeight(), 26 * 15);
 }
 
-TEST(PictureSurface, ATopLevelFormHasNoParentAndCountsInTwips) {
+TEST(PictureSurface, TopLevelFormHasNoParentAndCountsInTwips) {
     PictureSurface form({nullptr, 4, 4, 32, 0, 0});
     EXPECT_EQ(form.Parent(), nullptr);
     EXPECT_EQ(form.Width(), 60);
 }
 
-TEST(PictureSurface, ANegativeSizeIsAFailure) {
+TEST(PictureSurface, NegativeOrHugeSizeFails) {
     TestSurface surface(2, 2);
     EXPECT_FAILURE(surface.SetWidth(-1), InvalidPropertyValue);
     EXPECT_FAILURE(surface.SetHeight(-1), InvalidPropertyValue);
     EXPECT_FAILURE(surface.SetWidth(1e9), Overflow);
 }
 
-TEST(PictureSurface, BitsAreTopRowFirstWithRowsOf24BitsRoundedUpToTwoBytes) {
+TEST(PictureSurface, BitsAreTopRowFirstWithEvenRows) {
     const auto surface = surface_of(1, 2, {0x030201, 0x060504}, 24);
     Bytes bytes(8, 99);
     EXPECT_EQ(surface->GetBitmapBits(bytes), 8U);
@@ -94,14 +92,14 @@ TEST(PictureSurface, BitsAreTopRowFirstWithRowsOf24BitsRoundedUpToTwoBytes) {
     EXPECT_EQ(surface->Point(0, 0), 0x070809);
 }
 
-TEST(PictureSurface, ChannelsOf16BitsWidenByRepeatingTheirHighBits) {
+TEST(PictureSurface, Channels16BitRepeatTheirHighBits) {
     const auto surface = surface_of(3, 1, {0xFFFFFF, 0x0000FF, 0x080808}, 16);
     EXPECT_EQ(colours_of(*surface), (Colours{0xFFFFFF, 0x0000FF, 0x080808}));
     EXPECT_EQ(surface->description().bmBitsPixel, 16);
     EXPECT_EQ(surface->description().bmWidthBytes, 6);
 }
 
-TEST(PictureSurface, APictureGivesItsSizeOnlyWithAutomaticSizing) {
+TEST(PictureSurface, PictureSetsTheSizeOnlyWithAutoSize) {
     const Picture picture = surface_of(2, 1, {1, 2})->Image();
     const auto fixed = surface_of(3, 2, {9, 9, 9, 9, 9, 9});
     fixed->SetPicture(picture);
@@ -112,7 +110,7 @@ TEST(PictureSurface, APictureGivesItsSizeOnlyWithAutomaticSizing) {
     EXPECT_EQ(colours_of(automatic), (Colours{1, 2}));
 }
 
-TEST(PictureSurface, ALineIsAFilledRectangleWithBothCorners) {
+TEST(PictureSurface, LineFillsARectangleWithBothCorners) {
     TestSurface surface(3, 2);
     surface.Line(1, 0, 2, 0, 7);
     EXPECT_EQ(colours_of(surface), (Colours{0, 7, 7, 0, 0, 0}));
@@ -120,7 +118,7 @@ TEST(PictureSurface, ALineIsAFilledRectangleWithBothCorners) {
     EXPECT_EQ(colours_of(surface), (Colours{0, 7, 7, 3, 3, 3}));
 }
 
-TEST(PictureSurface, AFailedChangeOfSizeLeavesTheSurfaceAsItWas) {
+TEST(PictureSurface, FailedResizeKeepsTheSurface) {
     const auto surface = surface_of(2, 1, {1, 2});
     EXPECT_FAILURE(surface->SetWidth(std::numeric_limits<double>::quiet_NaN()), InvalidPropertyValue);
     EXPECT_FAILURE(surface->SetHeight(600000000), Overflow);
@@ -130,14 +128,14 @@ TEST(PictureSurface, AFailedChangeOfSizeLeavesTheSurfaceAsItWas) {
     EXPECT_EQ(surface->ScaleHeight(), 1);
 }
 
-TEST(PictureSurface, ASurfaceWithoutPixelsGrowsIntoBackground) {
+TEST(PictureSurface, SurfaceWithoutPixelsGrowsIntoBackground) {
     TestSurface surface(0, 2, 32, 0, 5);
     surface.SetHeight(3);
     surface.SetWidth(1);
     EXPECT_EQ(colours_of(surface), (Colours{5, 5, 5}));
 }
 
-TEST(PictureSurface, AnOuterSizeBelowTheBorderLeavesNoInnerSize) {
+TEST(PictureSurface, OuterSizeBelowTheBorderHasNoInnerSize) {
     TestSurface surface(5, 5, 32, 3);
     surface.SetWidth(4);
     EXPECT_EQ(surface.ScaleWidth(), 0);
@@ -157,7 +155,7 @@ TEST(PictureSurface, SizesBetweenTwoPixelsRoundTiesToEven) {
     EXPECT_EQ(surface.ScaleHeight(), 2);
 }
 
-TEST(PictureSurface, RowsOfEveryDepthKeepTheirPixelsWhenTheSizeChanges) {
+TEST(PictureSurface, NewSizeKeepsPixelsAtEveryDepth) {
     for (const std::int32_t bits : {16, 24, 32}) {
         const auto surface = surface_of(3, 2, {0xFF, 0xFF00, 0xFF0000, 0, 0xFFFFFF, 0xFF}, bits);
         surface->SetWidth(2);
@@ -166,7 +164,7 @@ TEST(PictureSurface, RowsOfEveryDepthKeepTheirPixelsWhenTheSizeChanges) {
     }
 }
 
-TEST(PictureSurface, ABackgroundMayBeASystemColour) {
+TEST(PictureSurface, BackgroundMayBeASystemColour) {
     TestSurface surface(1, 1, 32, 0, std::numeric_limits<std::int32_t>::min() + 5);
     EXPECT_EQ(surface.Point(0, 0), 0xFFFFFF);
     surface.SetWidth(2);
@@ -174,7 +172,7 @@ TEST(PictureSurface, ABackgroundMayBeASystemColour) {
     EXPECT_LT(surface.BackColor(), 0) << "the reference itself is kept";
 }
 
-TEST(PictureSurface, ChangesOfSizeARefreshAndASetPictureTellWhoShowsIt) {
+TEST(PictureSurface, ResizeRefreshAndSetPictureNotify) {
     TestSurface surface(1, 1);
     surface.Refresh(); // nobody listens
     int changes = 0;
@@ -189,7 +187,7 @@ TEST(PictureSurface, ChangesOfSizeARefreshAndASetPictureTellWhoShowsIt) {
     EXPECT_EQ(changes, 3);
 }
 
-TEST(PictureSurface, TheImageIsACopyOfWhatIsDrawn) {
+TEST(PictureSurface, ImageIsACopyOfTheDrawnPixels) {
     const auto surface = surface_of(1, 1, {5});
     const Picture image = surface->Image();
     surface->PSet(0, 0, 6);
@@ -197,7 +195,7 @@ TEST(PictureSurface, TheImageIsACopyOfWhatIsDrawn) {
     EXPECT_EQ(image.bitmap->pixel(0, 0), 5);
 }
 
-TEST(PictureSurface, AnEmptyPictureOnlyClears) {
+TEST(PictureSurface, EmptyPictureOnlyClears) {
     const auto surface = surface_of(2, 1, {1, 2});
     surface->AutoSize = true;
     surface->SetPicture({});
@@ -205,7 +203,7 @@ TEST(PictureSurface, AnEmptyPictureOnlyClears) {
     EXPECT_TRUE(surface->picture().empty());
 }
 
-TEST(PictureSurface, ItsOwnPictureCanBeSetAgain) {
+TEST(PictureSurface, OwnPictureCanBeSetAgain) {
     TestSurface surface(1, 1);
     surface.AutoSize = true;
     surface.SetPicture(surface_of(2, 1, {1, 2})->Image());
@@ -214,13 +212,13 @@ TEST(PictureSurface, ItsOwnPictureCanBeSetAgain) {
     EXPECT_EQ(colours_of(surface), (Colours{1, 2})) << "drawing does not change the picture set";
 }
 
-TEST(PictureSurface, APictureOfAnotherDepthComesInItsColours) {
+TEST(PictureSurface, PictureOfAnotherDepthKeepsItsColours) {
     TestSurface surface(2, 1);
     surface.SetPicture(surface_of(2, 1, {0x010203, 0x040506}, 24)->Image());
     EXPECT_EQ(colours_of(surface), (Colours{0x010203, 0x040506}));
 }
 
-TEST(PictureSurface, TheDrawingContextFollowsTheSurfaceThroughItsSizes) {
+TEST(PictureSurface, DrawingContextFollowsTheSize) {
     TestSurface surface(1, 1);
     surface.SetWidth(2);
     EXPECT_EQ(surface.hDC().bitmap(), &surface.bitmap());
@@ -229,11 +227,11 @@ TEST(PictureSurface, TheDrawingContextFollowsTheSurfaceThroughItsSizes) {
     EXPECT_EQ(colours_of(surface), (Colours{7, 8}));
 }
 
-TEST(Screen, HasFifteenTwipsAPixel) {
+TEST(Screen, Has15TwipsPerPixel) {
     EXPECT_EQ(screen().TwipsPerPixelX, 15);
     EXPECT_EQ(screen().TwipsPerPixelY, 15);
     EXPECT_EQ(&screen(), &screen());
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

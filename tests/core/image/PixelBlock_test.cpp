@@ -7,10 +7,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 PixelBlock block_of(const PictureSurface& surface) {
     PixelBlock block;
@@ -127,4 +125,4 @@ TEST(PixelBlock, CopiesNoMoreBytesThanBothSidesHave) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -10,10 +10,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 Colour rgb(int red, int green, int blue) {
     return red + 256 * green + 65536 * blue;
@@ -220,7 +218,7 @@ TEST(PictureFilters, FiltersDoNotYield) {
     EXPECT_EQ(services.yields, 0);
 }
 
-TEST(PictureFilters, Picture24BitOfOddWidthIsFilteredAsCopiedLinearly) {
+TEST(PictureFilters, Picture24BitOfOddWidthIsFilteredSkewed) {
     // Rows of 9 bytes in the buffer, of 10 in the bitmap: the padding byte between the rows is blue of the
     // second row's first pixel, and the picture's last byte is out of reach.
     const auto picture = surface_of(3, 2, Colours(6, rgb(30, 20, 10)), 24);
@@ -233,4 +231,4 @@ TEST(PictureFilters, Picture24BitOfOddWidthIsFilteredAsCopiedLinearly) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -11,10 +11,8 @@
 #include "support/lists.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(ProcessPicture1, SameSizeDoesNotReadTheDescriptionAgain) {
     ProcessPicture1 toolbox;
@@ -218,4 +216,4 @@ TEST(ProcessPicture1, PaletteIsDrawnAs16By16CellsOf10Pixels) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

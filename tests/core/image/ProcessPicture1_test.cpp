@@ -12,10 +12,8 @@
 #include "support/lists.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // A picture 16 pixels wide of the colours first, first + 1, ...; the last one fills the last row.
 std::unique_ptr<TestSurface> picture_of_colours(std::int32_t count, Colour first = 1) {
@@ -266,7 +264,7 @@ TEST(ProcessPicture1, ListChangedDuringAYieldIsSearchedAnew) {
     }
 }
 
-TEST(ProcessPicture1, BuffersDestroyedDuringAYieldAreASubscriptFailure) {
+TEST(ProcessPicture1, BuffersDestroyedDuringAYieldFail) {
     ProcessPicture1 toolbox;
     RecordedServices services;
     services.on_yield = [&] {
@@ -301,4 +299,4 @@ TEST(ProcessPicture1, PureRedAndGreenPassButPureBlueDoesNot) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

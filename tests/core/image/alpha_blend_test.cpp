@@ -6,10 +6,8 @@
 
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 std::uint32_t with_alpha(std::uint8_t alpha) {
     return packed({.SourceConstantAlpha = alpha});
@@ -45,15 +43,6 @@ TEST(AlphaBlend, AllFourBytesFollowTheFormulaAtEveryAlpha) {
             }
         }
     }
-}
-
-TEST(AlphaBlend, Alpha0KeepsTheDestinationAndAlpha255IsTheSource) {
-    const auto source = surface_of(2, 1, {0x112233, 0x445566});
-    const auto target = surface_of(2, 1, {0xAABBCC, 0xDDEEFF});
-    alpha_blend(target->hDC(), {0, 0, 2, 1}, source->hDC(), 0, 0, with_alpha(0));
-    EXPECT_EQ(colours_of(*target), (Colours{0xAABBCC, 0xDDEEFF}));
-    alpha_blend(target->hDC(), {0, 0, 2, 1}, source->hDC(), 0, 0, with_alpha(255));
-    EXPECT_EQ(colours_of(*target), (Colours{0x112233, 0x445566}));
 }
 
 TEST(AlphaBlend, OnlyTheThirdByteIsUsed) {
@@ -119,4 +108,4 @@ TEST(AlphaBlend, OtherDepthsBlendTheThreeColours) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -10,10 +10,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
@@ -97,14 +95,11 @@ TEST(CDib, ShortColourTableKeepsTheOtherEntries) {
     ASSERT_TRUE(dib.Create(1, 1, 4));
     dib.SetPalette(Bytes(64, 7));
     dib.SetPalette(Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 9, 9});
-    Bytes palette;
-    dib.GetPalette(palette);
     Bytes expected(64, 7);
     std::ranges::copy(Bytes{1, 2, 3, 4, 5, 6, 7, 8}, expected.begin());
-    EXPECT_EQ(palette, expected);
+    EXPECT_EQ(palette_of(dib), expected);
     dib.SetPalette({});
-    dib.GetPalette(palette);
-    EXPECT_EQ(palette, expected);
+    EXPECT_EQ(palette_of(dib), expected);
 }
 
 TEST(CDib, LongColourTableIsTruncated) {
@@ -152,11 +147,9 @@ TEST(CDib, ResizeKeepsDepthColoursAndIndices) {
     for (const bool stretch : {true, false}) {
         cDIB dib;
         ASSERT_EQ(dib.CreateFromStdPicture(indexed_picture(2, 1, 8, {200, 7}), false), 8);
-        Bytes before;
-        dib.GetPalette(before);
+        const Bytes before = palette_of(dib);
         dib.Resize(2, 2, stretch);
-        Bytes after;
-        dib.GetPalette(after);
+        const Bytes after = palette_of(dib);
         EXPECT_EQ(before, after);
         EXPECT_EQ(bytes_of(dib),
                   stretch ? (Bytes{200, 7, 0, 0, 200, 7, 0, 0}) : (Bytes{0, 0, 0, 0, 200, 7, 0, 0}));
@@ -183,55 +176,54 @@ struct Fit {
     }
 };
 
-Fit best_fit(std::int32_t width, std::int32_t height, std::int32_t box_width, std::int32_t box_height,
-             bool stretch) {
-    cDIB dib;
-    EXPECT_TRUE(dib.Create(width, height, 8));
+struct FitCase {
+    const char* name;
+    std::int32_t width, height, box_width, box_height;
+    bool stretch;
     Fit fit;
-    dib.GetBestFitInfo(box_width, box_height, fit.x, fit.y, fit.width, fit.height, stretch);
-    return fit;
-}
+};
 
-TEST(CDib, BestFitEnlargesOnlyWithStretchFit) {
-    EXPECT_EQ(best_fit(100, 50, 200, 200, false), (Fit{50, 75, 100, 50}));
-    EXPECT_EQ(best_fit(100, 50, 200, 200, true), (Fit{0, 50, 200, 100}));
-}
-
-TEST(CDib, BestFitOfASquareInASquareBoxIsTheBox) {
-    EXPECT_EQ(best_fit(256, 256, 150, 150, false), (Fit{0, 0, 150, 150}));
-    EXPECT_EQ(best_fit(7, 7, 150, 150, true), (Fit{0, 0, 150, 150}));
-}
-
-TEST(CDib, BestFitUsesTheVerticalOfTwoEqualRatios) {
+const FitCase fit_cases[] = {
+    {"SmallPictureIsCentred", 100, 50, 200, 200, false, {50, 75, 100, 50}},
+    {"SmallPictureIsEnlargedWithStretchFit", 100, 50, 200, 200, true, {0, 50, 200, 100}},
+    {"LargeSquareInASquareBoxIsTheBox", 256, 256, 150, 150, false, {0, 0, 150, 150}},
+    {"SmallSquareInASquareBoxIsTheBox", 7, 7, 150, 150, true, {0, 0, 150, 150}},
     // In a huge box the float ratio, 333333344 for 333333333.3, is too coarse to give the box itself.
-    EXPECT_EQ(best_fit(3, 3, 1'000'000'000, 1'000'000'000, true),
-              (Fit{-16, 0, 1'000'000'032, 1'000'000'000}));
-}
-
-TEST(CDib, BestFitUsesTheSmallerRatio) {
-    EXPECT_EQ(best_fit(256, 128, 150, 150, false), (Fit{0, 37, 150, 75}));
-    EXPECT_EQ(best_fit(128, 256, 150, 150, false), (Fit{37, 0, 75, 150}));
-    EXPECT_EQ(best_fit(150, 151, 150, 150, false), (Fit{0, 0, 149, 150})); // 149.006...
-}
-
-TEST(CDib, BestFitSideMayRoundTo0) {
-    EXPECT_EQ(best_fit(512, 1, 150, 150, false), (Fit{0, 75, 150, 0}));
-    EXPECT_EQ(best_fit(1, 512, 150, 150, false), (Fit{75, 0, 0, 150}));
-}
-
-TEST(CDib, BestFitRoundsTheProductTiesToEven) {
-    EXPECT_EQ(best_fit(4, 2, 1, 9, false), (Fit{0, 4, 1, 0}));  // 0.25 * 2 = 0.5
-    EXPECT_EQ(best_fit(4, 6, 1, 9, false), (Fit{0, 3, 1, 2}));  // 0.25 * 6 = 1.5
-    EXPECT_EQ(best_fit(4, 10, 1, 9, false), (Fit{0, 3, 1, 2})); // 0.25 * 10 = 2.5
+    {"VerticalOfEqualRatiosIsUsed",
+     3,
+     3,
+     1'000'000'000,
+     1'000'000'000,
+     true,
+     {-16, 0, 1'000'000'032, 1'000'000'000}},
+    {"WidePictureUsesTheHorizontalRatio", 256, 128, 150, 150, false, {0, 37, 150, 75}},
+    {"HighPictureUsesTheVerticalRatio", 128, 256, 150, 150, false, {37, 0, 75, 150}},
+    {"SlightlyHigherPicture", 150, 151, 150, 150, false, {0, 0, 149, 150}}, // 149.006...
+    {"HeightMayRoundTo0", 512, 1, 150, 150, false, {0, 75, 150, 0}},
+    {"WidthMayRoundTo0", 1, 512, 150, 150, false, {75, 0, 0, 150}},
+    {"HalfRoundsToEven", 4, 2, 1, 9, false, {0, 4, 1, 0}},         // 0.25 * 2 = 0.5
+    {"OneAndAHalfRoundsToEven", 4, 6, 1, 9, false, {0, 3, 1, 2}},  // 0.25 * 6 = 1.5
+    {"TwoAndAHalfRoundsToEven", 4, 10, 1, 9, false, {0, 3, 1, 2}}, // 0.25 * 10 = 2.5
     // 1/6 as a float is slightly larger, and so is the product: 2.50000007, not a tie.
-    EXPECT_EQ(best_fit(6, 15, 1, 99, false).height, 3);
+    {"SlightlyMoreThanAHalfRoundsUp", 6, 15, 1, 99, false, {0, 48, 1, 3}},
+    {"NegativeBoxPositionIsTruncated", 3, 3, 3, -1, false, {2, 0, -1, -1}},
+    {"PositionIsTruncated", 2, 1, 7, 2, true, {1, 0, 4, 2}},
+    {"NegativeHeightOfMinusAHalfRoundsTo0", 2, 1, -1, 0, true, {0, 0, -1, 0}},
+};
+
+class CDibBestFit : public testing::TestWithParam<FitCase> {};
+
+TEST_P(CDibBestFit, SizeAndPositionAreAsExpected) {
+    const FitCase& each = GetParam();
+    cDIB dib;
+    ASSERT_TRUE(dib.Create(each.width, each.height, 8));
+    Fit fit;
+    dib.GetBestFitInfo(each.box_width, each.box_height, fit.x, fit.y, fit.width, fit.height, each.stretch);
+    EXPECT_EQ(fit, each.fit);
 }
 
-TEST(CDib, BestFitPositionIsTruncatedTowardsZero) {
-    EXPECT_EQ(best_fit(3, 3, 3, -1, false), (Fit{2, 0, -1, -1}));
-    EXPECT_EQ(best_fit(2, 1, 7, 2, true), (Fit{1, 0, 4, 2}));
-    EXPECT_EQ(best_fit(2, 1, -1, 0, true), (Fit{0, 0, -1, 0})); // height -0.5 rounds to 0
-}
+INSTANTIATE_TEST_SUITE_P(Cases, CDibBestFit, testing::ValuesIn(fit_cases),
+                         [](const auto& instance) { return instance.param.name; });
 
 TEST(CDib, BestFitBeyond32BitsOverflows) {
     cDIB dib;
@@ -258,4 +250,4 @@ TEST(CDib, ImageIsANew32BitPicture) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

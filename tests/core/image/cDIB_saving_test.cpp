@@ -10,10 +10,8 @@
 #include "support/dibs.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
@@ -114,4 +112,4 @@ TEST(CDib, FileLengthBeyond32BitsOverflowsWithoutWriting) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -11,31 +11,18 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
 // Creating
 
-TEST(CDib, StrideOfSmallWidthsIsRoundedUpTo4Bytes) {
-    cDIB dib;
-    ASSERT_TRUE(dib.Create(1, 3, 32));
-    EXPECT_EQ(dib.BytesPerScanline(), 4);
-    ASSERT_TRUE(dib.Create(1, 3, 8));
-    EXPECT_EQ(dib.BytesPerScanline(), 4);
-    ASSERT_TRUE(dib.Create(5, 3, 8));
-    EXPECT_EQ(dib.BytesPerScanline(), 8);
-    EXPECT_EQ(dib.Size(), 24);
-}
-
 TEST(CDib, StrideOfEveryDepthIsRoundedUpTo4Bytes) {
     const struct {
         std::int32_t bits, width, stride;
-    } cases[] = {{1, 1, 4},  {1, 32, 4}, {1, 33, 8}, {4, 8, 4},   {4, 9, 8},
-                 {16, 1, 4}, {16, 3, 8}, {24, 1, 4}, {24, 4, 12}, {24, 5, 16}};
+    } cases[] = {{32, 1, 4}, {8, 1, 4},  {8, 5, 8},  {1, 1, 4},  {1, 32, 4},  {1, 33, 8}, {4, 8, 4},
+                 {4, 9, 8},  {16, 1, 4}, {16, 3, 8}, {24, 1, 4}, {24, 4, 12}, {24, 5, 16}};
 
     for (const auto& each : cases) {
         cDIB dib;
@@ -51,9 +38,7 @@ TEST(CDib, NewPictureIsBlackWithABlackColourTable) {
     cDIB dib;
     ASSERT_TRUE(dib.Create(3, 2, 8));
     EXPECT_EQ(bytes_of(dib), Bytes(8, 0));
-    Bytes palette;
-    dib.GetPalette(palette);
-    EXPECT_EQ(palette, Bytes(1024, 0));
+    EXPECT_EQ(palette_of(dib), Bytes(1024, 0));
     EXPECT_EQ(dib.hDIBDC()->bitmap(), dib.hDIB());
 }
 
@@ -64,9 +49,7 @@ TEST(CDib, CreateDiscardsPixelsAndColours) {
     std::memset(dib.lpBits(), 9, 4);
     ASSERT_TRUE(dib.Create(4, 1, 8));
     EXPECT_EQ(bytes_of(dib), Bytes(4, 0));
-    Bytes palette;
-    dib.GetPalette(palette);
-    EXPECT_EQ(palette, Bytes(1024, 0));
+    EXPECT_EQ(palette_of(dib), Bytes(1024, 0));
 }
 
 TEST(CDib, FirstByteIsTheLeftmostPixelOfTheBottomRow) {
@@ -205,8 +188,7 @@ TEST(CDib, IndexedPictureKeepsDepthColourTableAndIndices) {
         EXPECT_EQ(dib.CreateFromStdPicture(indexed_picture(3, 2, each.bits, each.pixels), false), each.bits);
         EXPECT_EQ(dib.Bpp(), each.bits);
         EXPECT_EQ(bytes_of(dib), each.stored) << each.bits;
-        Bytes palette;
-        dib.GetPalette(palette);
+        const Bytes palette = palette_of(dib);
         ASSERT_EQ(palette.size(), std::size_t{4} << each.bits);
         EXPECT_EQ((Bytes{palette.begin() + 4, palette.begin() + 8}), (Bytes{1, 2, 3, 0}));
     }
@@ -251,11 +233,8 @@ TEST(CDib, ContextIsCopiedAt8BitsWithItsColourTable) {
     ASSERT_TRUE(dib.CreateFromHdc8bpp(*source.hDIBDC(), 2, 1));
     EXPECT_EQ(bytes_of(dib), (Bytes{200, 7, 0, 0}));
     EXPECT_EQ(colours_of(dib), colours_of(source));
-    Bytes expected;
-    source.GetPalette(expected);
-    Bytes palette;
-    dib.GetPalette(palette);
-    EXPECT_EQ(palette, expected);
+    const Bytes expected = palette_of(source);
+    EXPECT_EQ(palette_of(dib), expected);
     EXPECT_FALSE(dib.CreateFromHdc8bpp(*source.hDIBDC(), -2, 1));
     expect_empty(dib);
 }
@@ -320,4 +299,4 @@ TEST(CDib, CloneToItselfIsBlack) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -7,10 +7,8 @@
 #include "support/foreign_tools.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 class ForeignBmp : public testing::TestWithParam<std::int32_t> {
   protected:
@@ -52,4 +50,4 @@ INSTANTIATE_TEST_SUITE_P(Depths, ForeignBmp, testing::Values(32, 8, 4),
                          [](const auto& depth) { return std::to_string(depth.param) + "Bits"; });
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -5,10 +5,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 PixelBlock block_of(const PictureSurface& surface) {
     PixelBlock block;
@@ -54,4 +52,4 @@ TEST(PicturePixels, NewPixelIsBlackAndGreyIsThreeEqualChannels) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

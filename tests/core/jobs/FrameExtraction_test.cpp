@@ -11,10 +11,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 class RecordedExtraction : public ExtractionView {
   public:
@@ -111,7 +109,7 @@ TEST_F(FrameExtraction, NoSelectedLineWritesNothing) {
     EXPECT_EQ(view_.tests_of_abort, 3);
 }
 
-TEST_F(FrameExtraction, SkipWithAllFilesPresentFillsTheBarWithoutWriting) {
+TEST_F(FrameExtraction, SkipOfAllFilesFillsTheBarWithoutWriting) {
     for (const char* name : {"smoke_0.bmp", "smoke_1.bmp", "smoke_2.bmp"}) {
         folder_.write(name, Bytes{1});
     }
@@ -170,7 +168,7 @@ TEST_F(FrameExtraction, Order102OmitsStoredFrame0) {
     EXPECT_EQ(red_of_bmp("smoke_2.bmp"), 12);
 }
 
-TEST_F(FrameExtraction, TestedNameUsesThePositionAndWrittenNameTheFrame) {
+TEST_F(FrameExtraction, ExistingFileIsTestedByPositionNotFrame) {
     hlspr::document().FrameOrder = {2, 1, 0};
     folder_.write("smoke_0.bmp", Bytes{1});
     folder_.write("smoke_2.bmp", Bytes{1});
@@ -196,7 +194,7 @@ TEST_F(FrameExtraction, AbortTakesEffectAtTheNextLine) {
     EXPECT_EQ(view_.written, Texts{"smoke_0.bmp"});
 }
 
-TEST_F(FrameExtraction, UnsavedSpriteTakesItsBaseNameFromTheTypedName) {
+TEST_F(FrameExtraction, UnsavedSpriteUsesTheTypedName) {
     options_.sprite_path = "Untitled";
     view_.selected = {true, false, false};
     extract();
@@ -229,4 +227,4 @@ TEST_F(FrameExtraction, LineWithoutAFrameIsASubscriptFailure) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

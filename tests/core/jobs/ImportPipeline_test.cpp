@@ -14,10 +14,8 @@
 #include "support/expect_failure.h"
 #include "support/sprites.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 constexpr const char* success = "Frames Generated Successfully !";
 constexpr const char* abort_message = "Process Aborted By User. Some Pictures Where Not Imported.";
@@ -42,6 +40,38 @@ class ImportPipeline : public testing::Test {
             form->click(i);
         }
         return form;
+    }
+
+    void import_all(PictureFormat format = PictureFormat::Bmp, bool pick_enabled = false) {
+        import_frames(*open_all(format, pick_enabled), view_);
+    }
+
+    // Presses Cancel when this happens.
+    void cancel_at(const std::string& moment) {
+        view_.on_event = [this, moment](const std::string& event) {
+            view_.abort = view_.abort || event == moment;
+        };
+    }
+
+    // Imports a frame, then clears what was recorded; returns the palette.
+    auto import_first() {
+        add_noise("a.bmp", 1);
+        import_all();
+        hlspr::SpriteDirty = false;
+        services_.messages.clear();
+        view_.events.clear();
+        view_.releases = 0;
+        return hlspr::document().Palette.Colours;
+    }
+
+    // No frame came; the list, the palette and the state of the document are those of the first import.
+    void expect_only_the_list_kept(const std::array<PaletteColour, 256>& palette) const {
+        EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
+        EXPECT_EQ(hlspr::document().Palette.Colours, palette) << "no first frame brought the new one";
+        EXPECT_EQ(view_.lines, Texts{"Frame 0"});
+        EXPECT_FALSE(happened("step Frame 0"));
+        EXPECT_EQ(view_.releases, 1) << "the list has a line";
+        EXPECT_TRUE(hlspr::SpriteDirty);
     }
 
     void add_noise(const std::string& name, std::uint32_t seed, std::int16_t bit_count = 24) {
@@ -73,7 +103,7 @@ class ImportPipeline : public testing::Test {
     RecordedImport view_;
 };
 
-TEST_F(ImportPipeline, NothingSelectedShowsTheMessageAndChangesNothing) {
+TEST_F(ImportPipeline, NothingSelectedOnlyShowsTheMessage) {
     hlspr::document().SpriteHeader.FrameCount = 7;
     const auto empty = open();
     import_frames(*empty, view_);
@@ -89,8 +119,7 @@ TEST_F(ImportPipeline, StepsHappenInTheirOrder) {
     add_noise("a.bmp", 1);
     folder_.add_bmp("b.bmp", 16, 16, random_colours(256, 16, Character::Noise, 2));
     folder_.add_bmp("c.bmp", 16, 16, random_colours(256, 16, Character::Noise, 3));
-    const auto form = open_all();
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(view_.events, (Texts{"open Building Palette...",
                                    "step Initializing...",
                                    "step Loading Picture...",
@@ -117,8 +146,7 @@ TEST_F(ImportPipeline, StepsHappenInTheirOrder) {
 
 TEST_F(ImportPipeline, DitheringStepIsShownInTheFirstPassOnly) {
     folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 2));
-    const auto form = open_all();
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(steps(), (Texts{"step Initializing...", "step Loading Picture...", "step Dithering...",
                               "step Picture Color Lookup...", "step Finalizing Palette...", "step Frame 0"}));
 }
@@ -126,8 +154,7 @@ TEST_F(ImportPipeline, DitheringStepIsShownInTheFirstPassOnly) {
 TEST_F(ImportPipeline, ProgressBarStopsOneBeforeItsMaximum) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
-    const auto form = open_all();
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(view_.maximum, 5);
     EXPECT_EQ(view_.progress, 4);
 }
@@ -156,8 +183,7 @@ TEST_F(ImportPipeline, Bmp8BitOfTheSpritesSizeIsImportedExactly) {
         colours.push_back(i * 0x010307 & 0xFFFFFF);
     }
     folder_.add_bmp("a.bmp", 16, 16, colours, 8);
-    const auto form = open_all();
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(frame_colours(0), colours);
     EXPECT_FALSE(happened("step Dithering..."));
     EXPECT_FALSE(happened("step Dithering Palette..."));
@@ -165,15 +191,14 @@ TEST_F(ImportPipeline, Bmp8BitOfTheSpritesSizeIsImportedExactly) {
 
 // Black is always on the sheet. It is the 257th colour here, so the sheet is reduced, from a sample of one
 // row of 150 pixels.
-TEST_F(ImportPipeline, Bmp8BitOf256ColoursWithoutBlackIsReducedOnTheSheet) {
+TEST_F(ImportPipeline, Bmp8BitOf257ColoursIsReducedOnTheSheet) {
     Colours colours;
     for (Colour i = 1; i <= 256; ++i) {
         colours.push_back(i * 0x00FB07 & 0xFFFFFF);
     }
     ASSERT_EQ(std::set(colours.begin(), colours.end()).size(), 256U);
     folder_.add_bmp("a.bmp", 16, 16, colours, 8);
-    const auto form = open_all();
-    import_frames(*form, view_);
+    import_all();
     EXPECT_FALSE(happened("step Dithering..."));
     EXPECT_TRUE(happened("step Dithering Palette..."));
     EXPECT_EQ(services_.messages, Texts{success});
@@ -195,21 +220,18 @@ TEST_F(ImportPipeline, Bmp8BitOf256ColoursWithoutBlackIsReducedOnTheSheet) {
 TEST_F(ImportPipeline, BmpOfAtMost8BitsIsNeverReduced) {
     hlspr::new_sprite(20, 20, 2, 0);
     folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 5), 8);
-    const auto eight = open_all();
-    import_frames(*eight, view_);
+    import_all();
     EXPECT_FALSE(happened("step Dithering..."));
     EXPECT_TRUE(happened("step Dithering Palette..."));
     folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 5), 9);
-    const auto nine = open_all();
-    import_frames(*nine, view_);
+    import_all();
     EXPECT_TRUE(happened("step Dithering..."));
 }
 
 TEST_F(ImportPipeline, OtherFormatsAreReducedByColourCount) {
     hlspr::new_sprite(20, 20, 2, 0);
     folder_.write("a.tga", test::tga_file(20, 20, random_colours(400, 20, Character::Noise, 5)));
-    const auto form = open_all(PictureFormat::Tga);
-    import_frames(*form, view_);
+    import_all(PictureFormat::Tga);
     EXPECT_TRUE(happened("step Dithering..."));
     EXPECT_EQ(services_.messages, Texts{success});
 }
@@ -230,11 +252,10 @@ TEST_F(ImportPipeline, ResizedPicturesTakeTheSpritesSize) {
     }
 }
 
-TEST_F(ImportPipeline, SetSpriteUpdatesLabelsFirstAndKeepsTypeAndMode) {
+TEST_F(ImportPipeline, SetSpriteShowsTheSizeAndKeepsTypeAndMode) {
     hlspr::new_sprite(16, 16, 3, 1);
     folder_.add_plain_bmp("a.bmp", 25, 33);
-    const auto form = open_all();
-    import_frames(*form, view_);
+    import_all();
     const auto size = std::ranges::find(view_.events, "size 25 x 33 | -12.5, 16.5");
     const auto loading = std::ranges::find(view_.events, "step Loading Picture...");
     ASSERT_NE(size, view_.events.end());
@@ -247,7 +268,7 @@ TEST_F(ImportPipeline, SetSpriteUpdatesLabelsFirstAndKeepsTypeAndMode) {
     EXPECT_EQ(hlspr::document().FrameStore.at(0).size(), 25U * 33U);
 }
 
-TEST_F(ImportPipeline, AbortAfterSetSpriteKeepsTheNewSizeAndClearedPalette) {
+TEST_F(ImportPipeline, AbortAfterSetSpriteKeepsSizeAndBlackPalette) {
     hlspr::document().Palette.Colours[9] = {1, 2, 3};
     folder_.add_plain_bmp("a.bmp", 8, 8);
     const auto form = open_all();
@@ -259,14 +280,14 @@ TEST_F(ImportPipeline, AbortAfterSetSpriteKeepsTheNewSizeAndClearedPalette) {
     EXPECT_EQ(services_.messages, Texts{abort_message});
 }
 
-TEST_F(ImportPipeline, AbortInFirstPassRemovesFramesAndKeepsPaletteAndList) {
+TEST_F(ImportPipeline, AbortInFirstPassRemovesFramesKeepsPalette) {
     hlspr::document().Palette.Colours[9] = {1, 2, 3};
     hlspr::document().SpriteHeader.FrameCount = 2;
     view_.lines = {"Frame 0", "Frame 1"};
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
     const auto form = open_all();
-    view_.on_event = [&](const std::string& event) { view_.abort = event == "step Picture Color Lookup..."; };
+    cancel_at("step Picture Color Lookup...");
     import_frames(*form, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(hlspr::document().Palette.Colours[9], (PaletteColour{1, 2, 3}));
@@ -279,12 +300,12 @@ TEST_F(ImportPipeline, AbortInFirstPassRemovesFramesAndKeepsPaletteAndList) {
     EXPECT_FALSE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, AbortInSecondPassKeepsFramesAndReportsSuccess) {
+TEST_F(ImportPipeline, AbortInSecondPassReportsSuccess) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
     add_noise("c.bmp", 3);
     const auto form = open_all();
-    view_.on_event = [&](const std::string& event) { view_.abort = view_.abort || event == "step Frame 1"; };
+    cancel_at("step Frame 1");
     import_frames(*form, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 2);
     EXPECT_EQ(view_.lines, (Texts{"Frame 0", "Frame 1"}));
@@ -296,76 +317,46 @@ TEST_F(ImportPipeline, AbortInSecondPassKeepsFramesAndReportsSuccess) {
 TEST_F(ImportPipeline, AbortAtTheLastPictureReportsSuccess) {
     add_noise("a.bmp", 1);
     const auto form = open_all();
-    view_.on_event = [&](const std::string& event) { view_.abort = view_.abort || event == "step Frame 0"; };
+    cancel_at("step Frame 0");
     import_frames(*form, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
     EXPECT_EQ(services_.messages, Texts{success});
 }
 
-TEST_F(ImportPipeline, AbortDuringThePaletteReportsSuccessWithoutFrames) {
+TEST_F(ImportPipeline, AbortDuringThePaletteReportsSuccess) {
     add_noise("a.bmp", 1);
     const auto form = open_all();
-    view_.on_event = [&](const std::string& event) {
-        view_.abort = view_.abort || event == "step Finalizing Palette...";
-    };
+    cancel_at("step Finalizing Palette...");
     import_frames(*form, view_);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(services_.messages, Texts{success});
     EXPECT_EQ(view_.releases, 0);
 }
 
-TEST_F(ImportPipeline, SecondImportAbortedAtItsPaletteKeepsOnlyTheList) {
-    add_noise("a.bmp", 1);
-    const auto first = open_all();
-    import_frames(*first, view_);
-    const auto palette = hlspr::document().Palette.Colours;
-    hlspr::SpriteDirty = false;
-    services_.messages.clear();
-    view_.events.clear();
-    view_.releases = 0;
+TEST_F(ImportPipeline, SecondImportAbortedAtPaletteKeepsTheList) {
+    const auto palette = import_first();
     add_noise("a.bmp", 2);
-    const auto second = open_all();
-    view_.on_event = [&](const std::string& event) {
-        view_.abort = view_.abort || event == "step Finalizing Palette...";
-    };
-    import_frames(*second, view_);
-    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
-    EXPECT_EQ(hlspr::document().Palette.Colours, palette) << "no first frame brought the new one";
-    EXPECT_EQ(view_.lines, Texts{"Frame 0"});
+    cancel_at("step Finalizing Palette...");
+    import_all();
+    expect_only_the_list_kept(palette);
     EXPECT_TRUE(happened("phase Adding Frames..."));
-    EXPECT_FALSE(happened("step Frame 0"));
     EXPECT_EQ(services_.messages, Texts{success});
-    EXPECT_EQ(view_.releases, 1) << "the list has a line";
-    EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, SecondImportOfInvalidFilesKeepsOnlyTheList) {
-    add_noise("a.bmp", 1);
-    const auto first = open_all();
-    import_frames(*first, view_);
-    const auto palette = hlspr::document().Palette.Colours;
-    hlspr::SpriteDirty = false;
-    services_.messages.clear();
-    view_.events.clear();
-    view_.releases = 0;
+TEST_F(ImportPipeline, SecondImportOfInvalidFilesKeepsTheList) {
+    const auto palette = import_first();
     const auto second = open_all();
     folder_.write("a.bmp", Bytes(60, 1));
     import_frames(*second, view_);
-    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
-    EXPECT_EQ(hlspr::document().Palette.Colours, palette);
-    EXPECT_EQ(view_.lines, Texts{"Frame 0"});
+    expect_only_the_list_kept(palette);
     EXPECT_TRUE(happened("step Finalizing Palette..."));
-    EXPECT_FALSE(happened("step Frame 0"));
     EXPECT_EQ(services_.messages, (Texts{"File: a.bmp Bad Format/Corrupt.", success}));
-    EXPECT_EQ(view_.releases, 1) << "the list has a line";
-    EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, ImportingTwiceKeepsNewFramesAndBothSetsOfLines) {
+TEST_F(ImportPipeline, ImportingTwiceKeepsTheLinesOfBoth) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
-    const auto first = open_all();
-    import_frames(*first, view_);
+    import_all();
     const auto second = open();
     second->click(1);
     import_frames(*second, view_);
@@ -387,7 +378,7 @@ TEST_F(ImportPipeline, InvalidFileIsSkippedButStillCounted) {
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
 }
 
-TEST_F(ImportPipeline, DocumentIsEmptiedEvenIfAllFilesWereUnselected) {
+TEST_F(ImportPipeline, DocumentIsEmptiedIfAllFilesAreInvalid) {
     add_noise("a.bmp", 1);
     const auto form = open_all();
     folder_.write("a.bmp", Bytes(60, 1));
@@ -410,14 +401,13 @@ TEST_F(ImportPipeline, StepNumberCountsUnselectedEntries) {
     EXPECT_EQ(view_.lines, Texts{"Frame 0"});
 }
 
-TEST_F(ImportPipeline, PickerReplacesTheTransparentColourInThePalette) {
+TEST_F(ImportPipeline, PickerReplacesTheColourInThePalette) {
     folder_.add_bmp("a.bmp", 16, 16, [] {
         Colours colours(256, 0x0000FF);
         colours[0] = 0x00FF00;
         return colours;
     }());
-    const auto form = open_all(PictureFormat::Bmp, true);
-    import_frames(*form, view_);
+    import_all(PictureFormat::Bmp, true);
     const SpriteDocument& sprite = hlspr::document();
     EXPECT_EQ(sprite.FrameStore.at(0)[0], 0);
     EXPECT_EQ(sprite.FrameStore.at(0)[1], 1);
@@ -428,8 +418,7 @@ TEST_F(ImportPipeline, PickerReplacesTheTransparentColourInThePalette) {
 
 TEST_F(ImportPipeline, NothingIsSwappedWithoutThePicker) {
     folder_.add_plain_bmp("a.bmp", 16, 16, 0x00FF00);
-    const auto form = open_all();
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(hlspr::document().Palette.Colours[0], (PaletteColour{0, 255, 0}));
 }
 
@@ -445,14 +434,12 @@ TEST_F(ImportPipeline, ColourListCarriesOverBetweenPictures) {
     }
     second.pop_back();
     folder_.add_bmp("b.bmp", 16, 17, second);
-    const auto alone = open_all();
-    import_frames(*alone, view_);
+    import_all();
     EXPECT_TRUE(happened("step Dithering..."));
 
     view_.events.clear();
     folder_.add_bmp("a.bmp", 16, 17, first);
-    const auto together = open_all();
-    import_frames(*together, view_);
+    import_all();
     EXPECT_FALSE(happened("step Dithering..."));
 }
 
@@ -466,12 +453,10 @@ TEST_F(ImportPipeline, LoadErrorsPropagate) {
 
 TEST_F(ImportPipeline, PaletteTailOfAnEarlierImportIsKept) {
     folder_.add_bmp("a.bmp", 16, 16, random_colours(256, 16, Character::FewColours, 8));
-    const auto first = open_all();
-    import_frames(*first, view_);
+    import_all();
     const auto before = hlspr::document().Palette.Colours;
     folder_.add_plain_bmp("a.bmp", 16, 16, 0xABCDEF);
-    const auto second = open_all();
-    import_frames(*second, view_);
+    import_all();
     EXPECT_EQ(hlspr::document().Palette.Colours[0], (PaletteColour{0xEF, 0xCD, 0xAB}));
     for (std::size_t i = 2; i < 256; ++i) {
         EXPECT_EQ(hlspr::document().Palette.Colours[i], before[i]) << i;
@@ -479,4 +464,4 @@ TEST_F(ImportPipeline, PaletteTailOfAnEarlierImportIsKept) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

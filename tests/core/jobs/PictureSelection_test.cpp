@@ -10,10 +10,8 @@
 #include "support/ScriptedAddFrames.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 class PictureSelection : public testing::Test {
   protected:
@@ -33,7 +31,7 @@ class PictureSelection : public testing::Test {
     PictureFolder folder_{services_};
 };
 
-TEST_F(PictureSelection, TooWidePictureIsUnselectedAndLaterOnesAreNotProbed) {
+TEST_F(PictureSelection, TooWidePictureIsUnselectedAndEndsTheProbing) {
     folder_.add_plain_bmp("a.bmp", 32, 32);
     folder_.add_plain_bmp("b.bmp", 300, 32);
     folder_.add_plain_bmp("c.bmp", 32, 32);
@@ -109,7 +107,7 @@ TEST_F(PictureSelection, RejectedFileIsNamedAndUnselected) {
     EXPECT_FALSE(form->is_selected(0));
 }
 
-TEST_F(PictureSelection, DifferentSizesShowTheMessageAndUnselectTheLater) {
+TEST_F(PictureSelection, LaterPictureOfAnotherSizeIsUnselected) {
     folder_.add_plain_bmp("a.bmp", 64, 64);
     folder_.add_plain_bmp("b.bmp", 64, 63);
     folder_.add_plain_bmp("c.bmp", 63, 64);
@@ -151,7 +149,7 @@ TEST_F(PictureSelection, PreviewShowsAnEntryThatWasUnselected) {
     EXPECT_EQ(form->Picture1().Point(0, 0), 0x445566);
 }
 
-TEST_F(PictureSelection, TopLeftPixelIsTheTransparentColourUntilOneIsPicked) {
+TEST_F(PictureSelection, TopLeftPixelIsTransparentUntilOneIsPicked) {
     folder_.add_bmp("a.bmp", 2, 1, {0x111111, 0x222222});
     folder_.add_bmp("b.bmp", 2, 1, {0x333333, 0x444444});
     const auto form = open(PictureFormat::Bmp, true);
@@ -171,24 +169,16 @@ TEST_F(PictureSelection, TransparentColourStaysWithoutThePicker) {
     EXPECT_EQ(form->transparent_colour(), 0);
 }
 
-TEST_F(PictureSelection, TgaPictureIsDrawnAtItsOwnSize) {
+TEST_F(PictureSelection, TgaAndPcxPicturesAreDrawnAtTheirOwnSize) {
     const Colours colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
-    folder_.write("a.tga", test::tga_file(3, 2, colours));
-    const auto form = open(PictureFormat::Tga);
-    form->Picture1().AutoSize = true;
-    form->click(0);
-    EXPECT_EQ(colours_of(form->Picture1()), colours);
-    EXPECT_FALSE(form->Picture1().AutoSize);
-}
-
-TEST_F(PictureSelection, PcxPictureIsDrawnAtItsOwnSize) {
-    const Colours colours{0x0000FF, 0x00FF00, 0xFF0000, 0x010203, 0x040506, 0x070809};
-    folder_.write("a.pcx", test::pcx_file(3, 2, colours));
-    const auto form = open(PictureFormat::Pcx);
-    form->Picture1().AutoSize = true;
-    form->click(0);
-    EXPECT_EQ(colours_of(form->Picture1()), colours);
-    EXPECT_FALSE(form->Picture1().AutoSize);
+    for (const PictureFormat format : {PictureFormat::Tga, PictureFormat::Pcx}) {
+        folder_.add("a" + std::string(extension_of(format)), format, 3, 2, colours);
+        const auto form = open(format);
+        form->Picture1().AutoSize = true;
+        form->click(0);
+        EXPECT_EQ(colours_of(form->Picture1()), colours);
+        EXPECT_FALSE(form->Picture1().AutoSize);
+    }
 }
 
 TEST_F(PictureSelection, NegativeHeightFailsBeforeTheTargetIsChanged) {
@@ -288,4 +278,4 @@ TEST_F(PictureSelection, UndecodablePictureThatPassedTheProbeFails) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

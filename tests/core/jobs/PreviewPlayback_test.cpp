@@ -9,10 +9,8 @@
 #include "support/pictures.h"
 #include "support/sprites.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 using hlspr::document;
 
@@ -132,4 +130,4 @@ TEST_F(PreviewPlaybackTest, PositionAfterTheHighestFrameNumberOverflows) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

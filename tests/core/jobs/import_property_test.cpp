@@ -19,10 +19,8 @@
 #include "support/expect_failure.h"
 #include "support/thoroughness.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 // The user's input for one import.
 struct Clicks {
@@ -100,15 +98,11 @@ class Case {
                            static_cast<std::size_t>(width), character, number());
         const auto short_width = static_cast<std::int16_t>(width);
         const auto short_height = static_cast<std::int16_t>(height);
-        switch (clicks_.format) {
-        case PictureFormat::Tga:
-            folder_->write(name + ".tga", test::tga_file(short_width, short_height, colours));
-            break;
-        case PictureFormat::Pcx:
-            folder_->write(name + ".pcx", test::pcx_file(short_width, short_height, colours));
-            break;
-        default:
+        if (clicks_.format == PictureFormat::Bmp) {
             folder_->add_bmp(name + ".bmp", width, height, colours, below(3) == 0 ? 8 : 24);
+        } else {
+            folder_->add(name + std::string(extension_of(clicks_.format)), clicks_.format, short_width,
+                         short_height, colours);
         }
     }
 
@@ -295,4 +289,4 @@ TEST_F(ImportProperty, FramesOfTheSheetsSizeMatchTheReference) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

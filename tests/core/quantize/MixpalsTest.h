@@ -55,10 +55,15 @@ class MixpalsTest : public testing::Test {
 
     ~MixpalsTest() override { reset_mixpals(); }
 
-    /// The whole way of an import whose sheet needs no reduction; gives the sheet.
-    std::unique_ptr<TestSurface> import(const Colours& colours) {
+    /// Starts a table with these colours.
+    static void put(const Colours& colours) {
         mixpals::InitColorTable();
         mixpals::AddPictureColors(*row_of(colours));
+    }
+
+    /// The whole way of an import whose sheet needs no reduction; gives the sheet.
+    std::unique_ptr<TestSurface> import(const Colours& colours) {
+        put(colours);
         auto sheet = std::make_unique<TestSurface>(10, 10);
         mixpals::DrawColorTable(*sheet);
         mixpals::FinalizePalette(*sheet);

@@ -8,10 +8,8 @@
 #include "support/expect_failure.h"
 #include "support/lists.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 Colour entry(const cPal8bpp& palette, int index) {
     const auto at = static_cast<std::uint8_t>(index);
@@ -96,25 +94,6 @@ TEST(Palette, GreyScalesRiseFromBlackToWhiteInEqualSteps) {
     }
 }
 
-TEST(Palette, Halftone4Has216EntriesFromBlackToWhite) {
-    cPal8bpp palette;
-    palette.CreateHalftone(4);
-    EXPECT_EQ(palette.Entries(), 216);
-    EXPECT_EQ(entry(palette, 0), 0x000000);
-    EXPECT_EQ(entry(palette, 1), 0x000033);
-    EXPECT_EQ(entry(palette, 6), 0x003300);
-    EXPECT_EQ(entry(palette, 36), 0x330000);
-    EXPECT_EQ(entry(palette, 215), 0xFFFFFF);
-}
-
-TEST(Palette, Halftone0Has8EntriesOfChannels0And255) {
-    cPal8bpp palette;
-    palette.CreateHalftone(0);
-    EXPECT_EQ(palette.Entries(), 8);
-    EXPECT_EQ(entries(palette, 0, 8),
-              (Colours{0x000000, 0x0000FF, 0x00FF00, 0x00FFFF, 0xFF0000, 0xFF00FF, 0xFFFF00, 0xFFFFFF, 0}));
-}
-
 TEST(Palette, HalftoneCubesVaryRedFastestAndEndAt255) {
     const std::vector<std::vector<int>> values{
         {0, 255}, {0, 128, 255}, {0, 85, 170, 255}, {0, 64, 128, 192, 255}, {0, 51, 102, 153, 204, 255}};
@@ -136,21 +115,13 @@ TEST(Palette, HalftoneCubesVaryRedFastestAndEndAt255) {
     }
 }
 
-TEST(Palette, WebsafeHasItsColoursAt8And216And247And255) {
-    cPal8bpp palette;
-    palette.CreateWebsafe();
-    EXPECT_EQ(palette.Entries(), 256);
-    EXPECT_EQ(entry(palette, 8), 0x000033);
-    EXPECT_EQ(entry(palette, 216), 0x000000);
-    EXPECT_EQ(entry(palette, 247), 0xF8F8F8);
-    EXPECT_EQ(entry(palette, 255), 0xFFFFFF);
-    EXPECT_EQ(palette.hPal()->size(), 256);
-}
-
 TEST(Palette, WebsafeHasDarkColoursCubeGreysAndBrightColours) {
     cPal8bpp palette;
     palette.CreateWebsafe();
+    EXPECT_EQ(palette.Entries(), 256);
+    EXPECT_EQ(palette.hPal()->size(), 256);
     EXPECT_EQ(entries(palette, 0, 7), dark);
+    EXPECT_EQ(entry(palette, 216), 0x000000);
     EXPECT_EQ(entries(palette, 248, 255), bright);
     Colours cube;
     for (Colour number = 0; number < 216; ++number) {
@@ -259,18 +230,6 @@ TEST(Palette, HandleAndQueriesExchangeRedAndBlue) {
     EXPECT_EQ(closest(palette, 0, 0, 190), 1);
 }
 
-TEST(Palette, LowestIndexOfEquallyNearEntriesIsFound) {
-    cPal8bpp palette;
-    palette.Initialize(4);
-    palette.SetrgbG(1, 10);
-    palette.SetrgbG(2, 10);
-    palette.SetrgbG(3, 20);
-    palette.BuildLogicalPalette();
-    EXPECT_EQ(closest(palette, 0, 10, 0), 1);
-    EXPECT_EQ(closest(palette, 0, 5, 0), 0);
-    EXPECT_EQ(closest(palette, 0, 15, 0), 1);
-}
-
 TEST(Palette, ClosestColorReturnsTheColourOfTheEntry) {
     cPal8bpp palette;
     palette.CreateEGA();
@@ -322,4 +281,4 @@ TEST(Palette, EntriesAreBlueGreenRedReservedInMemory) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

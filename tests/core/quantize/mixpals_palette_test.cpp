@@ -4,16 +4,14 @@
 #include "support/expect_failure.h"
 #include "support/lists.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 using namespace mixpals; // NOLINT: the module under test
 
 // The palette.
 
-TEST_F(MixpalsTest, ThePaletteTakesTheSheetsColoursInTheOrderOfTheirFirstAppearance) {
+TEST_F(MixpalsTest, PaletteHasTheSheetsColoursInOrder) {
     import({green, red, 0, blue});
     EXPECT_EQ(palette_from(0, 5), (Colours{green, red, blue, 0, 0}));
     EXPECT_EQ(ColorCount, 3);
@@ -21,19 +19,19 @@ TEST_F(MixpalsTest, ThePaletteTakesTheSheetsColoursInTheOrderOfTheirFirstAppeara
     EXPECT_EQ(ColorTable, std::vector<RGBQUAD>(1001)) << "the table is emptied on the way";
 }
 
-TEST_F(MixpalsTest, OnAFirstImportBlackIsMetAtTheFreeEntryAndTheNextNewColourOverwritesIt) {
+TEST_F(MixpalsTest, BlackGetsNoEntryInAFirstImport) {
     FinalizePalette(*row_of({red, 0, green, 0, blue}));
     EXPECT_EQ(palette_from(0, 4), (Colours{red, green, blue, 0}));
     EXPECT_EQ(ColorCount, 3);
 }
 
-TEST_F(MixpalsTest, A256ColourSheetFillsThePalette) {
+TEST_F(MixpalsTest, SheetOf256ColoursFillsThePalette) {
     FinalizePalette(*row_of(series(256)));
     EXPECT_EQ(ColorCount, 256);
     EXPECT_EQ(palette_from(0, 256), series(256));
 }
 
-TEST_F(MixpalsTest, A257thColourIsASubscriptFailureThatLeavesTheLookupPaletteAsItWas) {
+TEST_F(MixpalsTest, Colour257FailsAndKeepsTheLookupPalette) {
     import({red});
     EXPECT_FAILURE(FinalizePalette(*row_of(series(257))), SubscriptOutOfRange);
     EXPECT_EQ(palette_from(0, 256), series(256)) << "the first 256 are in by then";
@@ -43,14 +41,14 @@ TEST_F(MixpalsTest, A257thColourIsASubscriptFailureThatLeavesTheLookupPaletteAsI
     EXPECT_EQ(nearest(1), 1);
 }
 
-TEST_F(MixpalsTest, BlackAsThe257thColourIsAFailureToo) {
+TEST_F(MixpalsTest, BlackAsColour257Fails) {
     Colours colours = series(256);
     colours.push_back(0);
     EXPECT_FAILURE(FinalizePalette(*row_of(colours)), SubscriptOutOfRange)
         << "behind entry 255 nothing is free";
 }
 
-TEST_F(MixpalsTest, ASecondImportWithFewerColoursKeepsTheTailWhichTheSearchCanReturn) {
+TEST_F(MixpalsTest, SecondImportKeepsThePaletteTail) {
     import({red, green, blue, white});
     import({0x102030, 0x203040});
     EXPECT_EQ(palette_from(0, 6), (Colours{0x102030, 0x203040, 0, white, 0, 0}))
@@ -59,7 +57,7 @@ TEST_F(MixpalsTest, ASecondImportWithFewerColoursKeepsTheTailWhichTheSearchCanRe
     EXPECT_EQ(nearest(red), 1) << "the old red is gone, the new entry of most red is nearest";
 }
 
-TEST_F(MixpalsTest, OnALaterImportAColourThatTheFreeEntryStillHoldsCountsAsMetAndIsThenOverwritten) {
+TEST_F(MixpalsTest, StaleColourInTheNextEntryIsOverwritten) {
     FinalizePalette(*row_of({red, green, blue}));
     FinalizePalette(*row_of({white, green, 0x123456})); // green is met at the free entry 1
     EXPECT_EQ(palette_from(0, 4), (Colours{white, 0x123456, blue, 0}));
@@ -67,14 +65,14 @@ TEST_F(MixpalsTest, OnALaterImportAColourThatTheFreeEntryStillHoldsCountsAsMetAn
     EXPECT_NE(palette(static_cast<std::size_t>(nearest(green))), green) << "green is in no entry any more";
 }
 
-TEST_F(MixpalsTest, ThePaletteIsNeverClearedByANewTable) {
+TEST_F(MixpalsTest, NewTableKeepsThePalette) {
     import({red, green});
     InitColorTable();
     EXPECT_EQ(palette(1), green);
     EXPECT_EQ(nearest(green), 1);
 }
 
-TEST_F(MixpalsTest, TheSearchOfThePaletteIncludesItsLimitAndEndsAtEntry255) {
+TEST_F(MixpalsTest, PaletteSearchIncludesItsLimitUpTo255) {
     FinalizePalette(*row_of(series(256)));
     EXPECT_TRUE(SeekColorInPalette(1, 0, 0, 0));
     EXPECT_TRUE(SeekColorInPalette(6, 0, 0, 5));
@@ -86,7 +84,7 @@ TEST_F(MixpalsTest, TheSearchOfThePaletteIncludesItsLimitAndEndsAtEntry255) {
 
 // The transparent colour.
 
-TEST_F(MixpalsTest, AMovedTransparentColourVanishesAndItsPixelsKeepTheirIndex) {
+TEST_F(MixpalsTest, MovedTransparentColourKeepsItsIndex) {
     FinalizePalette(*row_of(series(256)));
     const Colour transparent = palette(10);
     const Colour last = palette(255);
@@ -98,20 +96,15 @@ TEST_F(MixpalsTest, AMovedTransparentColourVanishesAndItsPixelsKeepTheirIndex) {
     EXPECT_EQ(nearest(last), 255) << "the search goes by the palette before the swap";
 }
 
-TEST_F(MixpalsTest, ATransparentColourAtEntry255Stays) {
+TEST_F(MixpalsTest, TransparentColourAt255OrUnknownChangesNothing) {
     FinalizePalette(*row_of(series(256)));
-    swap(256);
-    EXPECT_EQ(palette_from(0, 256), series(256));
+    for (const Colour colour : {256, white, 0}) {
+        swap(colour);
+        EXPECT_EQ(palette_from(0, 256), series(256)) << colour;
+    }
 }
 
-TEST_F(MixpalsTest, ATransparentColourThatIsNotInThePaletteChangesNothing) {
-    FinalizePalette(*row_of(series(256)));
-    swap(white);
-    swap(0);
-    EXPECT_EQ(palette_from(0, 256), series(256));
-}
-
-TEST_F(MixpalsTest, EveryEntryOfTheTransparentColourTakesTheOldLastEntry) {
+TEST_F(MixpalsTest, EveryTransparentEntryGetsTheOldLastEntry) {
     FinalizePalette(*row_of(series(256)));
     ImportPalette[10] = ImportPalette[20] = ImportPalette[254] = {0, 0, 255, 0};
     swap(red);
@@ -121,7 +114,7 @@ TEST_F(MixpalsTest, EveryEntryOfTheTransparentColourTakesTheOldLastEntry) {
     EXPECT_EQ(palette(11), 12);
 }
 
-TEST_F(MixpalsTest, ATransparentColourAtAnEntryAndAt255ChangesNothing) {
+TEST_F(MixpalsTest, TransparentColourAlsoAt255ChangesNothing) {
     FinalizePalette(*row_of(series(256)));
     ImportPalette[10] = ImportPalette[255];
     swap(256);
@@ -129,7 +122,7 @@ TEST_F(MixpalsTest, ATransparentColourAtAnEntryAndAt255ChangesNothing) {
     EXPECT_EQ(palette(255), 256);
 }
 
-TEST_F(MixpalsTest, BlackAsTransparentColourWithABlackTailChangesNothingEither) {
+TEST_F(MixpalsTest, BlackBeforeABlackTailChangesNothing) {
     import({red, green});
     const Colours before = palette_from(0, 256);
     swap(0);
@@ -138,18 +131,18 @@ TEST_F(MixpalsTest, BlackAsTransparentColourWithABlackTailChangesNothingEither) 
 
 // The search.
 
-TEST_F(MixpalsTest, BeforeAnyImportTheSearchOverflows) {
+TEST_F(MixpalsTest, SearchBeforeAnyImportOverflows) {
     EXPECT_FAILURE(nearest_index(0, 0, 0), Overflow);
 }
 
-TEST_F(MixpalsTest, AnExactColourGivesTheFirstOfEqualEntries) {
+TEST_F(MixpalsTest, ExactColourGivesTheFirstOfEqualEntries) {
     ImportPalette[3] = ImportPalette[7] = {1, 2, 3, 0};
     MakeLookupPalette();
     EXPECT_EQ(nearest_index(3, 2, 1), 3);
     EXPECT_EQ(nearest_index(0, 0, 0), 0);
 }
 
-TEST_F(MixpalsTest, RedAndBlueAreCrossedTwiceAndSoNotAtAll) {
+TEST_F(MixpalsTest, RedAndBlueAreSwappedTwice) {
     ImportPalette.fill({128, 128, 128, 0});
     ImportPalette[5] = {0, 0, 200, 0};
     ImportPalette[6] = {200, 0, 0, 0};
@@ -159,7 +152,7 @@ TEST_F(MixpalsTest, RedAndBlueAreCrossedTwiceAndSoNotAtAll) {
     EXPECT_EQ(hLookupPalette->GetNearestPaletteIndex(blue), 5) << "the platform sees blue in its red place";
 }
 
-TEST_F(MixpalsTest, AllEntriesAreSearchedWhateverTheCountSays) {
+TEST_F(MixpalsTest, SearchIgnoresTheColourCount) {
     ImportPalette[255] = {255, 255, 255, 0};
     ColorCount = 0;
     MakeLookupPalette();
@@ -167,14 +160,14 @@ TEST_F(MixpalsTest, AllEntriesAreSearchedWhateverTheCountSays) {
     EXPECT_EQ(hLookupPalette->size(), 256);
 }
 
-TEST_F(MixpalsTest, ANewLookupPaletteForgetsTheAnswersOfTheOld) {
+TEST_F(MixpalsTest, NewLookupPaletteDiscardsCachedAnswers) {
     import({red, green});
     EXPECT_EQ(nearest(green), 1);
     import({green, red});
     EXPECT_EQ(nearest(green), 0);
 }
 
-TEST_F(MixpalsTest, ChangingThePaletteDoesNotChangeTheAnswersUntilALookupPaletteIsMade) {
+TEST_F(MixpalsTest, SearchUsesThePaletteOfTheLookup) {
     import({red, green});
     ImportPalette[0] = {0, 255, 0, 0};
     EXPECT_EQ(nearest(green), 1);
@@ -183,4 +176,4 @@ TEST_F(MixpalsTest, ChangingThePaletteDoesNotChangeTheAnswersUntilALookupPalette
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -12,10 +12,8 @@
 #include "support/sprites.h"
 #include "support/thoroughness.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 class MixpalsProperty : public testing::Test {
   protected:
@@ -138,7 +136,7 @@ class MixpalsProperty : public testing::Test {
     int failed_imports = 0;
 };
 
-TEST_F(MixpalsProperty, EveryTinyPictureOfBlackWhiteAndRedMixesAsThePlainSteps) {
+TEST_F(MixpalsProperty, TinyPicturesMatchTheReference) {
     constexpr Colour colours[] = {0, 0xFFFFFF, 0x0000FF};
     for (std::int32_t width = 1; width <= 5; ++width) {
         const int pictures = width == 1 ? 3 : width == 2 ? 9 : width == 3 ? 27 : width == 4 ? 81 : 243;
@@ -160,7 +158,7 @@ TEST_F(MixpalsProperty, EveryTinyPictureOfBlackWhiteAndRedMixesAsThePlainSteps) 
     }
 }
 
-TEST_F(MixpalsProperty, SurfacesWithoutPixelsFailOrPassAsThePlainSteps) {
+TEST_F(MixpalsProperty, SurfacesWithoutPixelsMatchTheReference) {
     for (const std::int32_t bits : {32, 24, 16}) {
         start_over(1);
         mixpals::InitColorTable();
@@ -174,7 +172,7 @@ TEST_F(MixpalsProperty, SurfacesWithoutPixelsFailOrPassAsThePlainSteps) {
     }
 }
 
-TEST_F(MixpalsProperty, SequencesOfSmallImportsMixAsThePlainSteps) {
+TEST_F(MixpalsProperty, SuccessiveSmallImportsMatchTheReference) {
     for (std::uint32_t seed = 0; seed < cases(900U); ++seed) {
         start_over(seed);
         const std::uint32_t imports = 1 + any(4);
@@ -187,7 +185,7 @@ TEST_F(MixpalsProperty, SequencesOfSmallImportsMixAsThePlainSteps) {
     EXPECT_GT(failed_imports, 0) << "some sheets must bring the 257th colour";
 }
 
-TEST_F(MixpalsProperty, ImportsThatGrowTheTableMixAsThePlainSteps) {
+TEST_F(MixpalsProperty, ImportsThatGrowTheTableMatchTheReference) {
     for (std::uint32_t seed = 0; seed < cases(20U); ++seed) {
         start_over(seed);
         for (int i = 0; i < 2; ++i) {
@@ -202,4 +200,4 @@ TEST_F(MixpalsProperty, ImportsThatGrowTheTableMixAsThePlainSteps) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -5,16 +5,14 @@
 #include "support/expect_failure.h"
 #include "support/lists.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 using namespace mixpals; // NOLINT: the module under test
 
 // The table.
 
-TEST_F(MixpalsTest, ANewTableHas1001BlackPositions) {
+TEST_F(MixpalsTest, NewTableHas1001BlackPositions) {
     ColorTable.assign(5, {1, 1, 1, 1});
     ColorCount = 3;
     InitColorTable();
@@ -23,7 +21,7 @@ TEST_F(MixpalsTest, ANewTableHas1001BlackPositions) {
     EXPECT_EQ(ColorTable, std::vector<RGBQUAD>(1001));
 }
 
-TEST_F(MixpalsTest, OnePictureOfOneColourGivesThatColourThenBlackAndASheetOfOneRow) {
+TEST_F(MixpalsTest, PictureOfOneColourGivesASheetOfOneRow) {
     InitColorTable();
     EXPECT_TRUE(AddPictureColors(*surface_of(2, 2, {red, red, red, red})));
     EXPECT_EQ(ColorCount, 1);
@@ -43,7 +41,7 @@ TEST_F(MixpalsTest, OnePictureOfOneColourGivesThatColourThenBlackAndASheetOfOneR
     EXPECT_EQ(palette_from(0, 256), entries);
 }
 
-TEST_F(MixpalsTest, OneAllBlackPictureLeavesTheTableAndThePaletteEmpty) {
+TEST_F(MixpalsTest, BlackPictureLeavesTableAndPaletteEmpty) {
     InitColorTable();
     EXPECT_TRUE(AddPictureColors(*surface_of(2, 1, {0, 0})));
     EXPECT_EQ(ColorCount, 0);
@@ -57,7 +55,7 @@ TEST_F(MixpalsTest, OneAllBlackPictureLeavesTheTableAndThePaletteEmpty) {
     EXPECT_EQ(nearest(white), 0);
 }
 
-TEST_F(MixpalsTest, ColoursStandInTheOrderOfTheirFirstAppearanceFromTheTopLeftAndBlackIsNeverWritten) {
+TEST_F(MixpalsTest, ColoursAreInOrderOfAppearanceWithoutBlack) {
     InitColorTable();
     AddPictureColors(*surface_of(3, 2, {0, green, red, red, blue, green}));
     AddPictureColors(*surface_of(2, 1, {blue, white}));
@@ -66,9 +64,8 @@ TEST_F(MixpalsTest, ColoursStandInTheOrderOfTheirFirstAppearanceFromTheTopLeftAn
               (Colours{green, red, blue, white, 0}));
 }
 
-TEST_F(MixpalsTest, ATableOfExactly1001ColoursGrowsTo2001Positions) {
-    InitColorTable();
-    AddPictureColors(*row_of(series(1000)));
+TEST_F(MixpalsTest, TableOf1001ColoursGrowsTo2001Positions) {
+    put(series(1000));
     EXPECT_EQ(ColorTable.size(), 1001U);
     AddPictureColors(*row_of(series(1, 5000)));
     EXPECT_EQ(ColorCount, 1001);
@@ -82,10 +79,9 @@ TEST_F(MixpalsTest, ATableOfExactly1001ColoursGrowsTo2001Positions) {
     EXPECT_EQ(ColorTable.size(), 3001U);
 }
 
-TEST_F(MixpalsTest, TheSearchOfTheTableIncludesItsLimit) {
+TEST_F(MixpalsTest, TableSearchIncludesItsLimit) {
     EXPECT_FALSE(SeekColorInTable(0, 0, 0, 5)) << "there is no table yet";
-    InitColorTable();
-    AddPictureColors(*row_of({red, green}));
+    put({red, green});
     EXPECT_TRUE(SeekColorInTable(0, 255, 0, 1));
     EXPECT_FALSE(SeekColorInTable(0, 255, 0, 0));
     EXPECT_TRUE(SeekColorInTable(255, 0, 0, 0));
@@ -96,8 +92,7 @@ TEST_F(MixpalsTest, TheSearchOfTheTableIncludesItsLimit) {
 }
 
 TEST_F(MixpalsTest, AllThreeChannelsAreCompared) {
-    InitColorTable();
-    AddPictureColors(*row_of({0x010203, 0x010204, 0x010303, 0x020203, 0x030201}));
+    put({0x010203, 0x010204, 0x010303, 0x020203, 0x030201});
     EXPECT_EQ(ColorCount, 5);
     EXPECT_EQ(ColorTable[0], (RGBQUAD{1, 2, 3, 0}));
 }
@@ -111,7 +106,7 @@ TEST_F(MixpalsTest, EveryRowYields) {
     EXPECT_EQ(services.yields, 14);
 }
 
-TEST_F(MixpalsTest, ATableEmptiedWhileARowYieldsTakesTheColoursOfTheRowsBehind) {
+TEST_F(MixpalsTest, TableEmptiedDuringAYieldGetsLaterRows) {
     const auto picture = surface_of(1, 3, Colours(3, 0x010203));
     InitColorTable();
     services.on_yield = [&] {
@@ -124,7 +119,7 @@ TEST_F(MixpalsTest, ATableEmptiedWhileARowYieldsTakesTheColoursOfTheRowsBehind) 
     EXPECT_EQ(ColorTable[0], (RGBQUAD{1, 2, 3, 0}));
 }
 
-TEST_F(MixpalsTest, ABufferReadAnewWhileARowYieldsIsGoneOnWith) {
+TEST_F(MixpalsTest, BufferReadDuringAYieldIsUsedForLaterRows) {
     const auto picture = surface_of(1, 2, Colours(2, 0x010203));
     const auto other = surface_of(1, 2, Colours(2, 0x040506));
     InitColorTable();
@@ -138,14 +133,14 @@ TEST_F(MixpalsTest, ABufferReadAnewWhileARowYieldsIsGoneOnWith) {
     EXPECT_EQ(table(1), 0x040506);
 }
 
-TEST_F(MixpalsTest, BeforeTheFirstInitATableHasNoPositions) {
+TEST_F(MixpalsTest, TableBeforeInitHasNoPositions) {
     EXPECT_FAILURE(AddPictureColors(*row_of({red})), SubscriptOutOfRange);
     TestSurface sheet(1, 1);
     EXPECT_FAILURE(DrawColorTable(sheet), SubscriptOutOfRange);
     EXPECT_EQ(sheet.ScaleWidth(), 512) << "the sheet had its size by then";
 }
 
-TEST_F(MixpalsTest, AddingAfterAnImportGoesOnBehindThePaletteEntriesThatWereCounted) {
+TEST_F(MixpalsTest, AddingAfterAnImportStartsAtItsCount) {
     import({red, green});
     EXPECT_EQ(ColorCount, 2);
     AddPictureColors(*row_of({0, green, green, blue}));
@@ -155,7 +150,7 @@ TEST_F(MixpalsTest, AddingAfterAnImportGoesOnBehindThePaletteEntriesThatWereCoun
 
 // The buffer.
 
-TEST_F(MixpalsTest, TheSizeAloneDecidesWhetherTheBufferIsMadeAnew) {
+TEST_F(MixpalsTest, BufferIsResizedForAnotherSizeOnly) {
     EXPECT_EQ(MixInfo.bmWidth, 0);
     EXPECT_TRUE(PrepareMixBits(TestSurface(4, 2)));
     EXPECT_EQ(MixBits.channels(), 4);
@@ -168,7 +163,7 @@ TEST_F(MixpalsTest, TheSizeAloneDecidesWhetherTheBufferIsMadeAnew) {
     EXPECT_EQ(MixBits.channels(), 4) << "a row of one pixel is padded to 4 bytes";
 }
 
-TEST_F(MixpalsTest, A16BitSurfaceIsRefusedTheFirstTimeAndASubscriptFailureTheSecond) {
+TEST_F(MixpalsTest, Surface16BitIsRefusedThenFails) {
     InitColorTable();
     TestSurface surface(3, 3, 16);
     EXPECT_FALSE(AddPictureColors(surface));
@@ -181,14 +176,14 @@ TEST_F(MixpalsTest, A16BitSurfaceIsRefusedTheFirstTimeAndASubscriptFailureTheSec
     EXPECT_TRUE(AddPictureColors(*random_surface(2, 3, Character::Noise, 1)));
 }
 
-TEST_F(MixpalsTest, FinalizingA16BitSurfaceIsASubscriptFailureAtOnce) {
+TEST_F(MixpalsTest, FinalizingASurface16BitFails) {
     TestSurface surface(3, 3, 16);
     EXPECT_FAILURE(FinalizePalette(surface), SubscriptOutOfRange);
     EXPECT_EQ(hLookupPalette, nullptr);
     EXPECT_EQ(ColorTable.size(), 1001U);
 }
 
-TEST_F(MixpalsTest, OnlyWhoAsksForAnIndexMeetsThatThereIsNoPaletteYet) {
+TEST_F(MixpalsTest, IndexWithoutAPaletteOverflows) {
     TestSurface surface(3, 3, 16);
     EXPECT_FAILURE(FinalizePalette(surface), SubscriptOutOfRange);
     const Bytes pixel(4);
@@ -198,7 +193,7 @@ TEST_F(MixpalsTest, OnlyWhoAsksForAnIndexMeetsThatThereIsNoPaletteYet) {
     nearest_indices({}, 4, {});
 }
 
-TEST_F(MixpalsTest, ASurfaceWithoutPixelsMatchesTheBufferAtProgramStart) {
+TEST_F(MixpalsTest, SurfaceWithoutPixelsMatchesTheEmptyBuffer) {
     InitColorTable();
     TestSurface none(0, 0);
     EXPECT_TRUE(AddPictureColors(none));
@@ -209,7 +204,7 @@ TEST_F(MixpalsTest, ASurfaceWithoutPixelsMatchesTheBufferAtProgramStart) {
     EXPECT_FAILURE(AddPictureColors(thin), DivisionByZero);
 }
 
-TEST_F(MixpalsTest, A24BitSurfaceOfOddWidthSkewsByItsPadding) {
+TEST_F(MixpalsTest, Surface24BitOfOddWidthIsSkewedByPadding) {
     InitColorTable();
     // The second row starts at the padding byte: black, then blue takes the place of red.
     AddPictureColors(*surface_of(3, 2, Colours(6, red), 24));
@@ -220,9 +215,8 @@ TEST_F(MixpalsTest, A24BitSurfaceOfOddWidthSkewsByItsPadding) {
 
 // The sheet.
 
-TEST_F(MixpalsTest, TheSheetOf514ColoursLosesPositions512And513) {
-    InitColorTable();
-    AddPictureColors(*row_of(series(514)));
+TEST_F(MixpalsTest, SheetOf514ColoursLosesPositions512And513) {
+    put(series(514));
     ASSERT_EQ(ColorCount, 514);
     TestSurface sheet(1, 1);
     DrawColorTable(sheet);
@@ -233,9 +227,8 @@ TEST_F(MixpalsTest, TheSheetOf514ColoursLosesPositions512And513) {
     EXPECT_EQ(std::ranges::count(shown, table(513)), 0);
 }
 
-TEST_F(MixpalsTest, ARowOfTheSheetTakes514PositionsEverywhere) {
-    InitColorTable();
-    AddPictureColors(*row_of(series(2000)));
+TEST_F(MixpalsTest, EverySheetRowConsumes514Positions) {
+    put(series(2000));
     TestSurface sheet(1, 1);
     DrawColorTable(sheet);
     for (std::int32_t y = 0; y < 3; ++y) {
@@ -247,7 +240,7 @@ TEST_F(MixpalsTest, ARowOfTheSheetTakes514PositionsEverywhere) {
     EXPECT_EQ(sheet.Point(2001 - 3 * 514, 3), table(0)) << "what no colour reached is background";
 }
 
-TEST_F(MixpalsTest, TheSheetIsTrimmedToOneRowOrToOneMoreThanItsRowsInUse) {
+TEST_F(MixpalsTest, SheetIsTrimmedAfterItsRowsInUse) {
     struct Case {
         std::size_t colours;
         std::int32_t height;
@@ -255,8 +248,7 @@ TEST_F(MixpalsTest, TheSheetIsTrimmedToOneRowOrToOneMoreThanItsRowsInUse) {
 
     for (const Case& each :
          {Case{1, 1}, Case{511, 1}, Case{512, 1}, Case{513, 1}, Case{514, 3}, Case{1027, 3}, Case{1028, 4}}) {
-        InitColorTable();
-        AddPictureColors(*row_of(series(each.colours)));
+        put(series(each.colours));
         TestSurface sheet(700, 700);
         DrawColorTable(sheet);
         EXPECT_EQ(sheet.ScaleWidth(), 512);
@@ -264,9 +256,8 @@ TEST_F(MixpalsTest, TheSheetIsTrimmedToOneRowOrToOneMoreThanItsRowsInUse) {
     }
 }
 
-TEST_F(MixpalsTest, WhatTheSheetShowedBeforeIsGone) {
-    InitColorTable();
-    AddPictureColors(*row_of({red}));
+TEST_F(MixpalsTest, SheetIsClearedBeforeDrawing) {
+    put({red});
     TestSurface sheet(512, 512);
     sheet.PSet(0, 1, white);
     sheet.PSet(7, 0, white);
@@ -276,7 +267,7 @@ TEST_F(MixpalsTest, WhatTheSheetShowedBeforeIsGone) {
     EXPECT_EQ(sheet.BackColor(), red);
 }
 
-TEST_F(MixpalsTest, PositionsPastRow511OfTheSheetAreLost) {
+TEST_F(MixpalsTest, PositionsBeyondSheetRow511AreLost) {
     constexpr std::int32_t in_use = 512 * 514;
     InitColorTable();
     AddPictureColors(*surface_of(514, 513, series(static_cast<std::size_t>(514 * 513))));
@@ -290,4 +281,4 @@ TEST_F(MixpalsTest, PositionsPastRow511OfTheSheetAreLost) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

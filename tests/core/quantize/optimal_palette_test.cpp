@@ -10,10 +10,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 struct Wish {
     std::int32_t maximum = 256;
@@ -250,7 +248,7 @@ TEST(OptimalPalette, SumsBeyond32BitsInAReductionOverflow) {
 
 // Equality with the reference implementation
 
-void expect_as_plain(const cDIB& dib, const Wish& wish) {
+void expect_like_reference(const cDIB& dib, const Wish& wish) {
     std::optional<reference::OptimalPalette> plain;
     const auto plain_failure = failure_in([&] {
         plain = reference::optimal_palette(dib, wish.maximum, wish.levels, wish.red_weight, wish.green_weight,
@@ -268,12 +266,12 @@ void expect_as_plain(const cDIB& dib, const Wish& wish) {
     }
 }
 
-void expect_random_as_plain(std::int32_t width, std::int32_t height, Character character, std::uint32_t seed,
-                            const Wish& wish) {
+void expect_random_like_reference(std::int32_t width, std::int32_t height, Character character,
+                                  std::uint32_t seed, const Wish& wish) {
     const auto surface = random_surface(width, height, character, seed);
     cDIB dib;
     ASSERT_TRUE(dib.CreateFromHdc(surface->hDC(), width, height));
-    expect_as_plain(dib, wish);
+    expect_like_reference(dib, wish);
     ASSERT_FALSE(testing::Test::HasFatalFailure())
         << width << " by " << height << ", character " << static_cast<int>(character) << ", seed " << seed
         << ", maximum " << wish.maximum << ", levels " << wish.levels;
@@ -286,8 +284,8 @@ TEST(OptimalPalette, TinyPicturesMatchTheReference) {
             for (std::int32_t levels = 0; levels <= 11; ++levels) {
                 const auto width = static_cast<std::int32_t>(1 + seed % 9);
                 const auto height = static_cast<std::int32_t>(1 + seed / 9 % 7);
-                expect_random_as_plain(width, height, character, seed++,
-                                       {.maximum = maximum, .levels = levels});
+                expect_random_like_reference(width, height, character, seed++,
+                                             {.maximum = maximum, .levels = levels});
                 ASSERT_FALSE(HasFatalFailure());
             }
         }
@@ -300,7 +298,7 @@ TEST(OptimalPalette, SmallPicturesMatchTheReference) {
         const auto width = static_cast<std::int32_t>(1 + seed * 7 % 40);
         const auto height = static_cast<std::int32_t>(1 + seed * 11 % 37);
         const std::int32_t maximum = seed % 3 == 0 ? 256 : static_cast<std::int32_t>(seed % 60);
-        expect_random_as_plain(width, height, character, seed, {.maximum = maximum});
+        expect_random_like_reference(width, height, character, seed, {.maximum = maximum});
         ASSERT_FALSE(HasFatalFailure());
     }
 }
@@ -316,7 +314,7 @@ TEST(OptimalPalette, WeightedChannelsMatchTheReference) {
                             .red_weight = red,
                             .green_weight = green,
                             .blue_weight = weights[seed % 9]};
-            expect_random_as_plain(20, 15, all_characters[seed % 6], seed, wish);
+            expect_random_like_reference(20, 15, all_characters[seed % 6], seed, wish);
             ASSERT_FALSE(HasFatalFailure());
             ++seed;
         }
@@ -335,10 +333,10 @@ TEST(OptimalPalette, ReturningColoursMatchTheReference) {
         }
         cDIB dib;
         fill_dib(dib, 300, 1, colours);
-        expect_as_plain(dib, {.maximum = static_cast<std::int32_t>(1 + seed % 50)});
+        expect_like_reference(dib, {.maximum = static_cast<std::int32_t>(1 + seed % 50)});
         ASSERT_FALSE(HasFatalFailure()) << seed;
     }
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

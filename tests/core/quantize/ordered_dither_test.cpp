@@ -34,7 +34,7 @@ std::uint32_t place(const Row& row, std::size_t x, unsigned step, unsigned level
     return (level(0) * levels + level(1)) * levels + level(2);
 }
 
-TEST(DitherPlaces, LevelsEqualADivisionForEveryValue) {
+TEST(OrderedDither, LevelsEqualADivisionForEveryValue) {
     for (unsigned added = 0; added <= 50; ++added) {
         Row of_16 = row_with(added, 16);
         Row of_6 = row_with(added, 50);

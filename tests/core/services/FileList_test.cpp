@@ -6,10 +6,8 @@
 
 #include "support/TemporaryFolder.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(FileList, SortsNumbersByValueAndLettersCaseInsensitively) {
     EXPECT_TRUE(comes_before("frame2.bmp", "frame10.bmp"));
@@ -66,4 +64,4 @@ TEST(FileList, UnreadableFolderHasNoFiles) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

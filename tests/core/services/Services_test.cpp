@@ -10,10 +10,8 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(Services, DefaultsAnswerYesFailToLoadAndCancelChoices) {
     show_message("nobody sees this");
@@ -85,4 +83,4 @@ TEST(Services, EmptyInstallationChangesNothing) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -6,10 +6,8 @@
 
 #include "support/TemporaryFolder.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 TEST(Folders, PlainFolderIsAbsoluteAndNormalised) {
     EXPECT_EQ(plain_folder("/a/./b/../c/"), "/a/c");
@@ -59,4 +57,4 @@ TEST(Folders, FolderIsWithinItselfAndItsAncestors) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -27,11 +27,20 @@ class SpriteFileTest : public testing::Test {
 
     Truth load(const SpriteFile& file) { return load(file.bytes()); }
 
-    /// Expects that loading fails with the message "Unknown Error Loading Sprite.".
-    void expect_trap(const SpriteFile& file) {
+    void expect_refused(const Bytes& bytes, const std::string& message = loading_failed) {
         services.messages.clear();
-        EXPECT_EQ(load(file), False);
-        EXPECT_EQ(services.messages, (Texts{loading_failed}));
+        EXPECT_EQ(load(bytes), False);
+        EXPECT_EQ(services.messages, Texts{message});
+    }
+
+    void expect_refused(const SpriteFile& file, const std::string& message = loading_failed) {
+        expect_refused(file.bytes(), message);
+    }
+
+    void expect_not_saved(const std::string& path) {
+        services.messages.clear();
+        EXPECT_EQ(hlspr::save_sprite(path), False);
+        EXPECT_EQ(services.messages, Texts{saving_failed});
     }
 
     /// A document with one frame, to see what a rejected file overwrites.

@@ -12,10 +12,8 @@
 #include "support/pictures.h"
 #include "support/sprites.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 using hlspr::add_frame;
 using hlspr::document;
@@ -30,6 +28,7 @@ class FrameAddingTest : public testing::Test {
         reset_sprite();
         reset_mixpals();
         hlspr::new_sprite(2, 1, 0, 0);
+        import_palette();
     }
 
     ~FrameAddingTest() override {
@@ -47,41 +46,38 @@ class FrameAddingTest : public testing::Test {
         mixpals::MakeLookupPalette();
     }
 
+    static Bytes frame(std::size_t number) { return indices_of(document().FrameStore.at(number)); }
+
     RecordedServices services;
 };
 
 TEST_F(FrameAddingTest, PaletteColourGivesItsIndex) {
-    import_palette();
     add_frame(*surface_of(3, 2, {red, green, blue, blue, 0, 0xFFFFFF}));
     ASSERT_EQ(document().SpriteHeader.FrameCount, 1);
     ASSERT_EQ(document().FrameStore.size(), 1U);
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2, 3, 3, 0, 4}))
-        << "white is at the first of equals";
+    EXPECT_EQ(frame(0), (Bytes{1, 2, 3, 3, 0, 4})) << "white is at the first of equals";
     EXPECT_EQ(document().FrameOrder, (std::vector<std::int16_t>{0}));
 }
 
 TEST_F(FrameAddingTest, PixelGetsTheNearestIndex) {
-    import_palette();
     add_frame(*surface_of(2, 1, {0x0000F0, 0x808080}));
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 4}));
+    EXPECT_EQ(frame(0), (Bytes{1, 4}));
 }
 
 TEST_F(FrameAddingTest, FramesAreAppendedWithTheirOwnNumber) {
-    import_palette();
     add_frame(*surface_of(1, 1, {red}));
     add_frame(*surface_of(2, 1, {green, blue}));
     document().FrameOrder = {1, 0};
     add_frame(*surface_of(1, 1, {blue}));
     EXPECT_EQ(document().SpriteHeader.FrameCount, 3);
     EXPECT_EQ(document().FrameOrder, (std::vector<std::int16_t>{1, 0, 2}));
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1}));
-    EXPECT_EQ(indices_of(document().FrameStore[1]), (Bytes{2, 3}));
-    EXPECT_EQ(indices_of(document().FrameStore[2]), (Bytes{3}));
+    EXPECT_EQ(frame(0), (Bytes{1}));
+    EXPECT_EQ(frame(1), (Bytes{2, 3}));
+    EXPECT_EQ(frame(2), (Bytes{3}));
     EXPECT_EQ(document().SpriteHeader.Width, 2) << "sizes are not reconciled here";
 }
 
 TEST_F(FrameAddingTest, OnlyTheFirstFrameCopiesTheImportPalette) {
-    import_palette();
     document().Palette.ColourCount = 7;
     add_frame(*surface_of(1, 1, {red}));
     EXPECT_EQ(document().Palette.Colours[1], (PaletteColour{255, 0, 0}));
@@ -96,18 +92,16 @@ TEST_F(FrameAddingTest, OnlyTheFirstFrameCopiesTheImportPalette) {
     EXPECT_EQ(document().Palette.Colours[1], (PaletteColour{3, 2, 1}));
 }
 
-TEST_F(FrameAddingTest, SearchUsesTheLookupPaletteNotTheImportPalette) {
-    import_palette();
+TEST_F(FrameAddingTest, SearchUsesTheLookupPalette) {
     mixpals::SwapTransparent(255, 0, 0);
     add_frame(*surface_of(1, 1, {red}));
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1}));
+    EXPECT_EQ(frame(0), (Bytes{1}));
     EXPECT_EQ(document().Palette.Colours[1], (PaletteColour{255, 255, 255}));
 }
 
 TEST_F(FrameAddingTest, YieldsBeforeEachRowIsLookedUp) {
-    import_palette();
     std::vector<Bytes> frames;
-    services.on_yield = [&] { frames.push_back(indices_of(document().FrameStore[0])); };
+    services.on_yield = [&] { frames.push_back(frame(0)); };
     add_frame(*surface_of(2, 3, {red, red, green, green, blue, blue}));
     EXPECT_EQ(frames, (std::vector<Bytes>{
                           {0, 0, 0, 0, 0, 0},
@@ -116,42 +110,32 @@ TEST_F(FrameAddingTest, YieldsBeforeEachRowIsLookedUp) {
                       }));
 }
 
-TEST_F(FrameAddingTest, Picture24BitOneColumnWideSkipsItsPadding) {
-    import_palette();
-    add_frame(*surface_of(1, 3, {red, green, blue}, 24));
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2, 3}));
-}
-
-TEST_F(FrameAddingTest, Picture24BitOfEvenWidthIsReadPixelByPixel) {
-    import_palette();
-    add_frame(*surface_of(2, 2, {red, green, blue, 0xFFFFFF}, 24));
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2, 3, 4}));
-}
-
 TEST_F(FrameAddingTest, Picture24BitOfOddWidthIsSkewedByItsPadding) {
-    import_palette();
-    // Rows of 10 bytes read as rows of 9: the second row begins with the padding byte of the first.
+    add_frame(*surface_of(1, 3, {red, green, blue}, 24));
+    EXPECT_EQ(frame(0), (Bytes{1, 2, 3})) << "one column is read without its padding";
+    add_frame(*surface_of(2, 2, {red, green, blue, 0xFFFFFF}, 24));
+    EXPECT_EQ(frame(1), (Bytes{1, 2, 3, 4}));
+    // Rows of 10 bytes read as rows of 9: the second row begins with the padding byte of the first. Its
+    // pixels are then black, blue, blue.
     add_frame(*surface_of(3, 2, {red, red, red, red, red, red}, 24));
-    // Its pixels are then black, blue, blue.
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 1, 1, 0, 3, 3}));
+    EXPECT_EQ(frame(2), (Bytes{1, 1, 1, 0, 3, 3}));
 }
 
 TEST_F(FrameAddingTest, Picture16BitFailsAtItsLastPixel) {
-    import_palette();
     TestSurface picture(2, 1, 16);
     EXPECT_FAILURE(add_frame(picture), SubscriptOutOfRange);
     EXPECT_EQ(document().SpriteHeader.FrameCount, 1);
     EXPECT_EQ(document().FrameStore[0].size(), 2U);
 }
 
-TEST_F(FrameAddingTest, LookupBeforeAnImportOverflowsWithTheFrameCounted) {
+TEST_F(FrameAddingTest, LookupBeforeAnImportOverflowsAfterCounting) {
+    reset_mixpals();
     EXPECT_FAILURE(add_frame(*surface_of(1, 1, {red})), Overflow);
     EXPECT_EQ(document().SpriteHeader.FrameCount, 1);
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{0}));
+    EXPECT_EQ(frame(0), (Bytes{0}));
 }
 
 TEST_F(FrameAddingTest, PictureWithoutPixelsFailsWithTheFrameCounted) {
-    import_palette();
     TestSurface none(0, 4);
     EXPECT_FAILURE(add_frame(none), SubscriptOutOfRange);
     EXPECT_EQ(document().SpriteHeader.FrameCount, 1);
@@ -160,7 +144,6 @@ TEST_F(FrameAddingTest, PictureWithoutPixelsFailsWithTheFrameCounted) {
 }
 
 TEST_F(FrameAddingTest, Frame32768FitsAndTheNextOverflows) {
-    import_palette();
     const auto picture = surface_of(1, 1, {red});
     document().SpriteHeader.FrameCount = 32767;
     document().FrameStore.resize(32767);
@@ -177,7 +160,6 @@ TEST_F(FrameAddingTest, Frame32768FitsAndTheNextOverflows) {
 }
 
 TEST_F(FrameAddingTest, NegativeFrameCountOfARejectedFileFails) {
-    import_palette();
     for (const std::int32_t count : {-1, -5}) {
         document().SpriteHeader.FrameCount = count;
         EXPECT_FAILURE(add_frame(*surface_of(1, 1, {red})), SubscriptOutOfRange);
@@ -185,15 +167,13 @@ TEST_F(FrameAddingTest, NegativeFrameCountOfARejectedFileFails) {
 }
 
 TEST_F(FrameAddingTest, SurfaceInTwipsFailsForTooFewPixels) {
-    import_palette();
     const auto picture = surface_of(2, 2, {red, red, red, red});
     picture->ScaleMode = ScaleTwips;
     EXPECT_FAILURE(add_frame(*picture), SubscriptOutOfRange);
     EXPECT_EQ(document().FrameStore[0].size(), 900U);
 }
 
-TEST_F(FrameAddingTest, LookupPaletteChangedDuringAYieldAppliesToLaterRows) {
-    import_palette();
+TEST_F(FrameAddingTest, LookupChangedDuringAYieldAppliesToLaterRows) {
     const auto picture = surface_of(1, 2, {red, red});
     services.on_yield = [&] {
         if (services.yields == 2) {
@@ -202,16 +182,15 @@ TEST_F(FrameAddingTest, LookupPaletteChangedDuringAYieldAppliesToLaterRows) {
         }
     };
     add_frame(*picture);
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2}));
+    EXPECT_EQ(frame(0), (Bytes{1, 2}));
 }
 
 TEST_F(FrameAddingTest, PixelsDrawnDuringAYieldAreNotInTheFrame) {
-    import_palette();
     const auto picture = surface_of(1, 2, {red, green});
     services.on_yield = [&] { picture->Cls(); };
     add_frame(*picture);
-    EXPECT_EQ(indices_of(document().FrameStore[0]), (Bytes{1, 2}));
+    EXPECT_EQ(frame(0), (Bytes{1, 2}));
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

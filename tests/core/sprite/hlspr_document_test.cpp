@@ -11,10 +11,8 @@
 #include "support/pictures.h"
 #include "support/sprites.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 using hlspr::document;
 
@@ -111,7 +109,7 @@ TEST_F(SpriteDocumentTest, NewSpriteDoesNotValidateItsArguments) {
     EXPECT_EQ(document().SpriteHeader.RenderMode, 99);
 }
 
-TEST_F(SpriteDocumentTest, ClearFramesKeepsHeaderPaletteAndFrameHeader) {
+TEST_F(SpriteDocumentTest, ClearFramesKeepsTheOtherRecords) {
     hlspr::new_sprite(5, 7, 4, 3);
     document().SpriteHeader.FrameCount = 2;
     document().SpriteHeader.BeamLength = 2.5F;
@@ -173,4 +171,4 @@ TEST_F(SpriteDocumentTest, ModesAndTypesHaveNamesAndOthersAreMinus1) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -3,10 +3,8 @@
 
 #include "core/sprite/SpriteFileTest.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 using hlspr::document;
 using hlspr::load_sprite;
@@ -55,7 +53,7 @@ TEST_F(SpriteFileTest, LoadedHeaderIsSavedUnchanged) {
     EXPECT_EQ(read_file(folder.file("b.spr")), file.bytes());
 }
 
-TEST_F(SpriteFileTest, FramesAreSavedInDisplayOrderWithTheLastFrameHeader) {
+TEST_F(SpriteFileTest, FramesAreSavedInDisplayOrder) {
     EXPECT_EQ(load(three_frames()), True);
     document().FrameOrder = {2, 0, 1};
     EXPECT_EQ(save_sprite(folder.file("b.spr")), True);
@@ -99,16 +97,14 @@ TEST_F(SpriteFileTest, ReadOnlyTargetIsKeptAndShowsTheMessage) {
     put_old_sprite();
     const std::string path = folder.write("a.spr", Bytes{1, 2, 3});
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-    EXPECT_EQ(save_sprite(path), False);
-    EXPECT_EQ(services.messages, (Texts{saving_failed}));
+    expect_not_saved(path);
     EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
 }
 
 TEST_F(SpriteFileTest, FolderAsTargetIsKeptAndShowsTheMessage) {
     put_old_sprite();
     std::filesystem::create_directory(folder.file("sub"));
-    EXPECT_EQ(save_sprite(folder.file("sub")), False);
-    EXPECT_EQ(services.messages, (Texts{saving_failed}));
+    expect_not_saved(folder.file("sub"));
     EXPECT_TRUE(std::filesystem::is_directory(folder.file("sub")));
 }
 
@@ -122,28 +118,24 @@ TEST_F(SpriteFileTest, MissingFolderShowsTheMessage) {
 
 TEST_F(SpriteFileTest, FullDiskShowsTheMessage) {
     put_old_sprite();
-    EXPECT_EQ(save_sprite("/dev/full"), False);
-    EXPECT_EQ(services.messages, (Texts{saving_failed}));
+    expect_not_saved("/dev/full");
 }
 
 TEST_F(SpriteFileTest, FailureAfterTheDeletionLeavesATruncatedFile) {
     put_old_sprite();
     document().SpriteHeader.FrameCount = 3;
     const std::string path = folder.write("a.spr", Bytes(5000, 9));
-    EXPECT_EQ(save_sprite(path), False);
-    EXPECT_EQ(services.messages, (Texts{saving_failed}));
+    expect_not_saved(path);
     EXPECT_EQ(read_file(path).size(), 810U + 20 + 2);
 }
 
 TEST_F(SpriteFileTest, InvalidOrderShowsTheMessage) {
     for (const std::int16_t number : {std::int16_t{1}, std::int16_t{-1}}) {
         put_old_sprite();
-        services.messages.clear();
         document().FrameOrder = {number};
-        EXPECT_EQ(save_sprite(folder.file("b.spr")), False);
-        EXPECT_EQ(services.messages, (Texts{saving_failed}));
+        expect_not_saved(folder.file("b.spr"));
     }
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test
