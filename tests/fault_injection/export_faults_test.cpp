@@ -230,6 +230,31 @@ TEST(SurfaceFaults, AllocationFailureReturnsFalse) {
     EXPECT_GT(fail_once_and_always(job, services, {.call = Call::Allocation}, always(answered(false))), 2);
 }
 
+class CloningASurface : public Job {
+  public:
+    CloningASurface() { fill_dib(dib_, 2, 1, {1, 2}); }
+
+    void prepare() override {}
+
+    bool run() override {
+        dib_.CloneTo(clone_);
+        return true;
+    }
+
+    FileBytes result() override { return bytes_of(clone_); }
+
+  private:
+    cDIB dib_;
+    cDIB clone_;
+};
+
+TEST(SurfaceFaults, AllocationFailureOfACloneIsASubscriptFailure) {
+    FaultFreeServices services;
+    CloningASurface job;
+    fail_once_and_always(job, services, {.call = Call::Allocation},
+                         always(ended(Failure::SubscriptOutOfRange)));
+}
+
 TEST(PreviewFaults, AllocationFailureDuringTickIsOutOfMemory) {
     FaultFreeServices services;
     for (const std::int32_t depth : {32, 24}) {

@@ -46,14 +46,14 @@ TEST(Dither, OrderIsBayersBottomRowFirst) {
     EXPECT_EQ(mDither8bpp::Offset16, order);
 }
 
-TEST(Dither, Level16IsTheNearestMultipleOf17Upto15) {
+TEST(Dither, Level16IsTheNearestMultipleOf17UpTo15) {
     const mDither8bpp dither;
     for (std::int32_t i = -8; i <= 262; ++i) {
         EXPECT_EQ(dither.Level16().at(static_cast<std::size_t>(i + 8)), nearest_multiple(i, 17, 15)) << i;
     }
 }
 
-TEST(Dither, Level6IsTheNearestMultipleOf51Upto5) {
+TEST(Dither, Level6IsTheNearestMultipleOf51UpTo5) {
     const mDither8bpp dither;
     for (std::int32_t i = -51; i <= 280; ++i) {
         EXPECT_EQ(dither.Level6().at(static_cast<std::size_t>(i + 51)), nearest_multiple(i, 51, 5)) << i;

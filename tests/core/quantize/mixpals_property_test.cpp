@@ -1,4 +1,4 @@
-// The shipped palette mixing against the plain steps over random imports, tiny and degenerate pictures first.
+// Compares palette mixing with a reference implementation: tiny and degenerate pictures, then random imports.
 #include <algorithm>
 #include <random>
 #include <vector>
