@@ -12,6 +12,17 @@ namespace {
 
 using namespace pcx; // NOLINT: what the tests of this reader share
 
+TEST_F(LoadPcx, ScaleModeIsAtMost1AndAutoscaleKeepsItsValue) {
+    EXPECT_EQ(reader.ScaleMode(), 1);
+    EXPECT_EQ(reader.Autoscale(), -1);
+    reader.SetScaleMode(0);
+    EXPECT_EQ(reader.ScaleMode(), 0);
+    reader.SetScaleMode(5);
+    EXPECT_EQ(reader.ScaleMode(), 1);
+    reader.SetAutoscale(5);
+    EXPECT_EQ(reader.Autoscale(), 5);
+}
+
 // The probe.
 
 TEST_F(LoadPcx, ProbeReturnsSizeAndDepth) {

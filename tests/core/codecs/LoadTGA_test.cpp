@@ -23,6 +23,17 @@ TEST(ReaderParts, TestBitCountsFromTheMostSignificantBitAs1) {
     EXPECT_EQ(TestBit(255, -1), 0);
 }
 
+TEST_F(LoadTga, ScaleModeIsAtMost1AndAutoscaleKeepsItsValue) {
+    EXPECT_EQ(reader.ScaleMode(), 1);
+    EXPECT_EQ(reader.Autoscale(), -1);
+    reader.SetScaleMode(0);
+    EXPECT_EQ(reader.ScaleMode(), 0);
+    reader.SetScaleMode(5);
+    EXPECT_EQ(reader.ScaleMode(), 1);
+    reader.SetAutoscale(5);
+    EXPECT_EQ(reader.Autoscale(), 5);
+}
+
 // The probe.
 
 TEST_F(LoadTga, ProbeReturnsTheSizeWithoutSubtractingTheOrigin) {

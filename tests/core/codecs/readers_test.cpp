@@ -65,11 +65,6 @@ TYPED_TEST(Readers, ScaleMode0IsPixels1And5TwipsAndMinus1NoSize) {
     EXPECT_EQ(size_of(this->reader), Size());
 }
 
-TYPED_TEST(Readers, AutoscaleKeepsItsValue) {
-    this->reader.SetAutoscale(5);
-    EXPECT_EQ(this->reader.Autoscale(), 5);
-}
-
 TYPED_TEST(Readers, MissingFileAndFolderFailAndTheProbeReturnsFalse) {
     const std::string missing = this->folder.file("none");
     EXPECT_EQ(probe(this->reader, missing), (Info{False, 77, 77, 77}));
