@@ -62,11 +62,11 @@ struct Substitute {
 
 // In order of preference.
 constexpr std::array substitutes{Substitute{"DejaVu Sans Condensed", 85},
-                               Substitute{"Liberation Sans", 0},
-                               Substitute{"Noto Sans", 0},
-                               Substitute{"Arial", 0},
-                               Substitute{"Nimbus Sans", 90},
-                               Substitute{"DejaVu Sans", 88}};
+                                 Substitute{"Liberation Sans", 0},
+                                 Substitute{"Noto Sans", 0},
+                                 Substitute{"Arial", 0},
+                                 Substitute{"Nimbus Sans", 90},
+                                 Substitute{"DejaVu Sans", 88}};
 
 // Searches the list of families. Asking Qt for a missing family is slow, because it then searches all
 // aliases.

@@ -65,10 +65,10 @@ class ListBox : public QListWidget {
     void current_row_moved();
     void raise_due_click();
 
-    int pressed_line_ = -1;      ///< under the last press of the left button
-    bool quiet_ = false;         ///< the current line changes without input from the user
-    bool in_event_ = false;      ///< an input event is being handled
-    bool click_due_ = false;     ///< Click is raised at the end of the event
+    int pressed_line_ = -1;          ///< under the last press of the left button
+    bool quiet_ = false;             ///< the current line changes without input from the user
+    bool in_event_ = false;          ///< an input event is being handled
+    bool click_due_ = false;         ///< Click is raised at the end of the event
     bool selection_changed_ = false; ///< the event has changed the selection
 };
 

@@ -89,8 +89,8 @@ TEST(PictureBox, ActAsMethodsRaiseTheMouseEvents) {
     QTest::mouseMove(&box, QPoint(5, 6));
     QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(5, 6));
     const std::vector<std::string> by_mouse = std::exchange(box.events, {});
-    box.act_as_moved_to({3, 4});
-    box.act_as_clicked_at({3, 4});
+    box.perform_move({3, 4});
+    box.perform_click_at({3, 4});
     EXPECT_EQ(box.events, by_mouse);
     EXPECT_EQ(box.events,
               (std::vector<std::string>{"move 0 0 at 3,4", "down 1 0 at 3,4", "up 1 0 at 3,4", "click"}));
