@@ -65,6 +65,10 @@ TEST(PathText, EscapedByteIsEncodedAsAQuestionMark) {
     EXPECT_EQ(text_of_path("a\xFF.bmp").toUtf8(), "a?.bmp");
 }
 
+TEST(PathText, SurrogateBelowTheEscapesIsNoByte) {
+    EXPECT_NE(path_of_text(QString(QChar(0xDC7F))), "\x7F");
+}
+
 TEST(PathText, LocalFileUrlIsConvertedToItsPath) {
     EXPECT_EQ(path_of_url(QUrl("file:///home/a%20b/%C3%BC.spr")), "/home/a b/ü.spr");
     EXPECT_EQ(path_of_url(QUrl::fromLocalFile("/home/50%25/ü.spr")), "/home/50%25/ü.spr");

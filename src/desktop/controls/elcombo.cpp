@@ -48,7 +48,6 @@ elcombo::elcombo(const QString& name, QWidget* parent)
       combo1_("Combo1", &picture2_),
       picture1_("Picture1", &picture2_) {
     picture2_.setGeometry(1, 1, width() - 2, clip_height);
-    combo1_.set_bare(true);
     combo1_.setGeometry(-1, -1, width(), list_height);
     picture1_.resize(20, clip_height);
     // Presses on the arrow go to the list.

@@ -125,11 +125,6 @@ void DropDownList::SetColours(Colour background, Colour text) {
     update();
 }
 
-void DropDownList::set_bare(bool bare) {
-    bare_ = bare;
-    update();
-}
-
 void DropDownList::perform_click() {
     setFocus(Qt::ShortcutFocusReason);
     showPopup();
@@ -146,16 +141,13 @@ void DropDownList::paintEvent(QPaintEvent* /*event*/) {
         painter.fillRect(rect(), theme::to_qcolor(background_));
         const bool grey = testAttribute(Qt::WA_ForceDisabled);
         const QColor text = theme::to_qcolor(grey ? theme::disabled_text : text_);
-        const QRect arrow(width() - arrow_width, 0, bare_ ? 0 : arrow_width - 1, height());
+        const QRect arrow(width() - arrow_width, 0, arrow_width - 1, height());
         painter.setFont(theme::display_font(font()));
         painter.setPen(text);
-        painter.drawText(rect().adjusted(text_inset, 0, bare_ ? 0 : -arrow_width, 0),
+        painter.drawText(rect().adjusted(text_inset, 0, -arrow_width, 0),
                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, currentText());
-        if (!bare_) {
-            draw_symbol(painter, u'6', arrow,
-                        theme::to_qcolor(grey ? theme::disabled_text : theme::edge_light));
-            draw_edges(painter, rect(), theme::edge_dark, theme::edge_light);
-        }
+        draw_symbol(painter, u'6', arrow, theme::to_qcolor(grey ? theme::disabled_text : theme::edge_light));
+        draw_edges(painter, rect(), theme::edge_dark, theme::edge_light);
     });
 }
 

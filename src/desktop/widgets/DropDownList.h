@@ -32,9 +32,6 @@ class DropDownList : public QComboBox {
 
     void SetColours(Colour background, Colour text);
 
-    /// A bare list draws no edge and no arrow; the control that contains it draws them on top.
-    void set_bare(bool bare);
-
     /// Takes the focus and opens the list, as the mouse does.
     void perform_click();
 
@@ -53,7 +50,6 @@ class DropDownList : public QComboBox {
   private:
     Colour background_;
     Colour text_;
-    bool bare_ = false;
 };
 
 } // namespace varnoth

@@ -143,6 +143,7 @@ TEST(Accessible, PressActionOfTheCloseButtonClosesAPanel) {
     EXPECT_EQ(button->text(QAccessible::Name), "Close");
     EXPECT_EQ(shown.indexOfChild(button), 0);
     EXPECT_EQ(button->parent(), &shown);
+    EXPECT_EQ(button->indexOfChild(&shown), -1);
     EXPECT_EQ(button->actionInterface()->actionNames(),
               QStringList{QAccessibleActionInterface::pressAction()});
     button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());

@@ -253,9 +253,30 @@ TEST(Eltexto, MouseEventsBesideTheFieldAreNotForwarded) {
     EXPECT_TRUE(text.log.isEmpty());
 }
 
+TEST(Eltexto, TextStartsFourPixelsFromTheLeft) {
+    const auto first_column = [](const QImage& image, Colour ground) {
+        const int middle = image.height() / 2;
+        int column = 1;
+        while (column < image.width() && colour_at(image, column, middle) == ground) {
+            ++column;
+        }
+        return column;
+    };
+    TextBox text;
+    text->SetText("H");
+    const Colour ground = text->BackColor();
+    const QImage expected = test::painted({100, 20}, theme::to_qcolor(ground), [&](QPainter& painter) {
+        painter.setFont(text.field().font());
+        painter.setPen(theme::to_qcolor(text->ForeColor()));
+        painter.drawText(QRect(4, 0, 90, 20), Qt::AlignLeft | Qt::AlignVCenter, "H");
+    });
+    EXPECT_EQ(first_column(picture_of(text.control), ground), first_column(expected, ground));
+}
+
 TEST(Eltexto, MaxCharsLimitsTheInput) {
     TextBox text;
     text->SetMaxChars(3);
+    EXPECT_EQ(text->MaxChars(), 3);
     QTest::keyClicks(&text.field(), "12345");
     EXPECT_EQ(text->Text(), "123");
     text->SetMaxChars(0);

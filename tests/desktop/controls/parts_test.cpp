@@ -1,6 +1,9 @@
 // The parts of controls, tested separately.
 #include <vector>
 
+#include <QImage>
+#include <QPainter>
+
 #include <gtest/gtest.h>
 
 #include "desktop/controls/parts/Part.h"
@@ -18,6 +21,23 @@ TEST(Parts, LineHasTheEndsThatWereSet) {
     EXPECT_EQ(line.BorderColor, 0);
     line.set_ends(1, 2, 3, 4);
     EXPECT_EQ(ends_of(line), (std::vector<double>{1, 2, 3, 4}));
+}
+
+TEST(Parts, HiddenLineIsNotPainted) {
+    LinePart line;
+    line.set_ends(1, 1, 5, 1);
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    const QImage blank = image;
+    {
+        QPainter painter(&image);
+        line.Visible = false;
+        line.paint(painter);
+        EXPECT_EQ(image, blank);
+        line.Visible = true;
+        line.paint(painter);
+    }
+    EXPECT_NE(image, blank);
 }
 
 TEST(Parts, NewPartIsVisibleAndEnabledAndHasNoSize) {

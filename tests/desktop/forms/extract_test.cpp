@@ -133,6 +133,15 @@ TEST_F(ExtractTest, EachGroupHasExactlyOneChecked) {
     EXPECT_EQ(set_of(dialog().elradio3), "x--");
 }
 
+TEST_F(ExtractTest, EightBitsSetByTheProgramWriteNoBmp) {
+    open_sprite(1);
+    open_dialog();
+    choose_out();
+    dialog().elradio2[0].SetValue(true);
+    click(dialog().elboton2);
+    EXPECT_EQ(written(), std::vector<std::string>());
+}
+
 TEST_F(ExtractTest, OkWithoutASelectionWritesNothingAndCloses) {
     open_sprite(3);
     main().List1.SetSelected(0, false);
@@ -207,13 +216,16 @@ TEST_F(ExtractTest, ProgressShowsTheFileWhileTheOpenerIsDisabled) {
     bool opener_enabled = true;
     services_.on_yield = [&] {
         Form6& progress = *coordinator_->form6();
-        seen.push_back(text(progress.Label1.Caption()) + " " + text(progress.Label2.Caption()));
+        seen.push_back(text(progress.Label1.Caption()) + " " + text(progress.Label2.Caption()) + " " +
+                       std::to_string(progress.Progressbar1.Value()));
         opener_enabled = dialog().isEnabled();
     };
     extract();
     seen.erase(std::unique(seen.begin(), seen.end()), seen.end());
-    EXPECT_EQ(seen, (std::vector<std::string>{"Extracting Frames... ", "Extracting Frames... sprite_0.bmp",
-                                              "Extracting Frames... sprite_1.bmp"}));
+    EXPECT_EQ(seen, (std::vector<std::string>{
+                        "Extracting Frames...  0", "Extracting Frames... sprite_0.bmp 0",
+                        "Extracting Frames... sprite_0.bmp 1", "Extracting Frames... sprite_1.bmp 1",
+                        "Extracting Frames... sprite_1.bmp 2"}));
     EXPECT_FALSE(opener_enabled);
 }
 
@@ -254,6 +266,7 @@ TEST_F(ExtractTest, MissingFolderShowsAMessage) {
     click(dialog().elboton2);
     EXPECT_EQ(services_.messages, std::vector<std::string>{"Output Folder Doesnt Exist."});
     EXPECT_NE(coordinator_->form5(), nullptr);
+    EXPECT_NE(coordinator_->form3(), nullptr) << "no export";
 }
 
 TEST_F(ExtractTest, FolderDialogOkFillsTheBoxAndIsRemembered) {

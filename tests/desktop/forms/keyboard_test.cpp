@@ -539,6 +539,14 @@ TEST_F(ImportKeysTest, PickerStaysInTheVisiblePartOfALargePicture) {
     EXPECT_EQ(transparent(), green);
 }
 
+TEST_F(ImportKeysTest, PickerStaysOnAPictureOfOnePixel) {
+    arm_picker_on_row({red});
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Down}) {
+        press(dialog(), key);
+        EXPECT_EQ(QCursor::pos(), dialog().Picture1.mapToGlobal(QPoint(0, 0)));
+    }
+}
+
 TEST_F(ImportKeysTest, PickerContinuesFromThePointer) {
     arm_picker_on_row({red, green, blue});
     ui_driver::point_at(dialog().Picture1, {1, 0});

@@ -62,6 +62,10 @@ TEST_F(WindowsTest, ShareOneIcon) {
     }
 }
 
+TEST_F(WindowsTest, MainWindowStartsInTheCentreOfTheScreen) {
+    EXPECT_EQ(main().geometry().center(), main().screen()->availableGeometry().center());
+}
+
 TEST_F(WindowsTest, DialogIsCentredAboveItsOwner) {
     main().move(40, 60);
     click(main().elboton2);

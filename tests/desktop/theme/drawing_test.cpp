@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <QApplication>
@@ -57,6 +58,20 @@ TEST(ThemeDrawing, ButtonIsRaisedAndSunkenWhilePressed) {
     }
 }
 
+TEST(ThemeDrawing, FocusFrameIsDarkOnTheHighlightOnly) {
+    for (const bool highlighted : {false, true}) {
+        const QImage image = painted({20, 10}, Qt::magenta, [&](QPainter& painter) {
+            QStyleOptionFocusRect option;
+            option.rect = QRect(0, 0, 20, 10);
+            option.backgroundColor = highlighted ? theme::to_qcolor(theme::highlight) : background;
+            QApplication::style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter);
+        });
+        const Colour line = highlighted ? theme::edge_dark : theme::edge_light;
+        EXPECT_EQ(test::count_of(image, line), 2 * (20 + 10) - 4);
+        EXPECT_EQ(test::count_of(image, line, image.rect().adjusted(1, 1, -1, -1)), 0);
+    }
+}
+
 TEST(ThemeDrawing, ScrollBarSliderIsFilledAndRaised) {
     QScrollBar bar(Qt::Vertical);
     bar.resize(16, 200);
@@ -95,6 +110,41 @@ TEST(ThemeDrawing, ScrollBarArrowsAreLightAndGreyWithoutARange) {
     EXPECT_EQ(arrows(), std::vector<QColor>(2, theme::to_qcolor(theme::light_text)));
     bar.setRange(0, 0);
     EXPECT_EQ(arrows(), std::vector<QColor>(2, theme::to_qcolor(theme::disabled_text)));
+}
+
+/// The corners of a symbol in a box of 20 by 20 pixels, without order.
+std::vector<std::pair<double, double>> corners(QChar symbol) {
+    std::vector<std::pair<double, double>> points;
+    for (const QPointF& point : symbol_path(symbol, {0, 0, 20, 20}).toFillPolygon()) {
+        points.emplace_back(point.x(), point.y());
+    }
+    std::ranges::sort(points);
+    points.erase(std::ranges::unique(points).begin(), points.end());
+    return points;
+}
+
+TEST(Symbols, CrossIsSymmetric) {
+    const auto cross = corners(u'r');
+    ASSERT_EQ(cross.size(), 12U);
+    auto mirrored = cross;
+    auto turned = cross;
+    for (std::size_t i = 0; i < cross.size(); ++i) {
+        const auto [x, y] = cross[i];
+        mirrored[i] = {20 - x, y};
+        turned[i] = {y, x};
+    }
+    std::ranges::sort(mirrored);
+    std::ranges::sort(turned);
+    EXPECT_EQ(mirrored, cross);
+    EXPECT_EQ(turned, cross);
+}
+
+TEST(Symbols, EndsOfTheCheckMarkAreVertical) {
+    const auto mark = corners(u'b');
+    ASSERT_EQ(mark.size(), 6U);
+    EXPECT_EQ(mark[0].first, mark[1].first);
+    EXPECT_EQ(mark[4].first, mark[5].first);
+    EXPECT_DOUBLE_EQ(mark[1].second - mark[0].second, mark[5].second - mark[4].second);
 }
 
 TEST(Symbols, SlopesAreAntialiased) {

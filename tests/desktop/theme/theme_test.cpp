@@ -131,6 +131,16 @@ TEST(ThemeFont, DesignFontIsTahoma) {
     EXPECT_EQ(font.weight(), QFont::Normal);
 }
 
+TEST(ThemeFont, DesignFontIsNormalInABoldParent) {
+    QWidget parent;
+    QFont bold = parent.font();
+    bold.setBold(true);
+    parent.setFont(bold);
+    QWidget child(&parent);
+    child.setFont(theme::design_font());
+    EXPECT_EQ(child.font().weight(), QFont::Normal);
+}
+
 TEST(ThemeFont, PixelSizeFollowsTwipsPerPixel) {
     screen().TwipsPerPixelY = 7.5;
     EXPECT_EQ(theme::display_font(theme::design_font()).pixelSize(), 26);

@@ -30,7 +30,6 @@ TEST(WidgetRepaint, DropDownList) {
     expect_shown_at_once(window, "ListIndex", [&] { list.SetListIndex(1); });
     expect_shown_at_once(window, "List", [&] { list.SetList(1, "three"); });
     expect_shown_at_once(window, "colours", [&] { list.SetColours(0x1000A0, 0x80FF20); });
-    expect_shown_at_once(window, "bare", [&] { list.set_bare(true); });
 }
 
 TEST(WidgetRepaint, ListBox) {
@@ -41,6 +40,9 @@ TEST(WidgetRepaint, ListBox) {
     window.show();
     expect_shown_at_once(window, "Selected", [&] { list.SetSelected(0, true); });
     expect_shown_at_once(window, "Enabled", [&] { list.SetEnabled(false); });
+    list.SetEnabled(true);
+    list.SetListIndex(0);
+    expect_shown_at_once(window, "focus", [&] { list.setFocus(Qt::TabFocusReason); });
     expect_shown_at_once(window, "Clear", [&] { list.Clear(); });
 }
 
