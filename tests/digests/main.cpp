@@ -77,7 +77,7 @@ int run(int count, char** arguments) {
 
 int main(int count, char** arguments) {
     if (count != 3 && count != 4) {
-        std::fputs("usage: results CORPUS PICTURES [LIST]\n", stderr);
+        std::fputs("usage: digests CORPUS PICTURES [LIST]\n", stderr);
         return 64;
     }
     try {

@@ -183,7 +183,7 @@ class Texts {
             add(label, "Label", rgb(label.ForeColor()), label.rect());
         } else if (label.property("checkedState").isValid()) {
             const bool checked = label.property("checkedState").toBool();
-            add(label, checked ? "Stop or Play, in force" : "Stop or Play, not in force",
+            add(label, checked ? "Stop or Play, active" : "Stop or Play, inactive",
                 rgb(label.ForeColor()), label.rect());
         } else {
             add(label, "Arrow", rgb(label.ForeColor()), label.rect());
@@ -221,15 +221,15 @@ class Texts {
 /// The reason why a text may have a lower contrast. The theme's colours are fixed.
 std::string reason_for(const std::string& kind) {
     if (kind.find("disabled") != std::string::npos || kind.find("grey") != std::string::npos) {
-        return "given; grey says that it is disabled";
+        return "fixed colour; grey means disabled";
     }
     static const std::map<std::string, std::string> reasons{
-        {"Button, armed", "given; says that it is armed, as its state does"},
-        {"Close box", "a glyph, given; its name is read"},
-        {"Drop-down arrow", "a glyph, of which 3 is asked"},
-        {"Radio button, chosen", "given; says that it is chosen, as the dot does"},
-        {"Stop or Play, in force", "given; says which is in force, as the state does"},
-        {"Stop or Play, not in force", "given; says which is in force, as the state does"},
+        {"Button, armed", "fixed colour; the state is also reported"},
+        {"Close box", "a glyph of a fixed colour; its name is reported"},
+        {"Drop-down arrow", "a glyph, which needs only 3"},
+        {"Radio button, chosen", "fixed colour; the dot says it too"},
+        {"Stop or Play, active", "fixed colour; the state is also reported"},
+        {"Stop or Play, inactive", "fixed colour; the state is also reported"},
     };
     const auto found = reasons.find(kind);
     return found == reasons.end() ? "" : found->second;
