@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "core/base/numbers.h"
-#include "core/quantize/ColourSet.h"
+#include "core/quantize/WrittenColours.h"
 #include "core/services/Services.h"
 
 namespace varnoth::mixpals {
@@ -27,7 +27,7 @@ constexpr std::int32_t table_growth = 1000;
 constexpr std::int32_t sheet_side = 512;
 
 // The colours that AddPictureColors has written to the table, for fast lookup.
-ColourSet written_colours;
+WrittenColours written_colours;
 
 // A colour as one number: blue in the low byte, then green and red.
 using Key = std::uint32_t;
@@ -255,7 +255,7 @@ void FinalizePalette(PictureSurface& surface) {
     InitColorTable();
     PrepareMixBits(surface);
     ReadMixBits(surface);
-    ColourSet written;
+    WrittenColours written;
     const auto is_in_palette = [&](const RGBQUAD& pixel) {
         const auto free_entry = static_cast<std::size_t>(ColorCount);
         return written.contains(colour_of(pixel)) ||

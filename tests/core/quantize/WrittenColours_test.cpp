@@ -1,4 +1,4 @@
-#include "core/quantize/ColourSet.h"
+#include "core/quantize/WrittenColours.h"
 
 #include <random>
 #include <set>
@@ -8,14 +8,14 @@
 namespace varnoth {
 namespace {
 
-TEST(ColourSet, NewSetIsEmptyEvenOfBlack) {
-    const ColourSet set;
+TEST(WrittenColours, NewSetIsEmptyEvenOfBlack) {
+    const WrittenColours set;
     EXPECT_FALSE(set.contains(0));
     EXPECT_FALSE(set.contains(0xFFFFFF));
 }
 
-TEST(ColourSet, ContainsInsertedColoursUntilCleared) {
-    ColourSet set;
+TEST(WrittenColours, ContainsInsertedColoursUntilCleared) {
+    WrittenColours set;
     set.insert(0);
     set.insert(0xFFFFFF);
     set.insert(0xFFFFFF);
@@ -29,9 +29,9 @@ TEST(ColourSet, ContainsInsertedColoursUntilCleared) {
     EXPECT_FALSE(set.contains(0xFFFFFF));
 }
 
-TEST(ColourSet, KeepsEveryInsertedColour) {
+TEST(WrittenColours, KeepsEveryInsertedColour) {
     std::mt19937 random(1);
-    ColourSet set;
+    WrittenColours set;
     std::set<Colour> plain;
     for (int i = 0; i < 50000; ++i) {
         // Few bits, so that colours repeat and are close to each other.

@@ -1,4 +1,4 @@
-// A set of plain colours without removal of single elements.
+// The colours that are already on the sheet of collected colours: a set without removal of single elements.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 namespace varnoth {
 
 /// One bit for each of the 2^24 colours: takes 2 MiB from the first insertion until clear().
-class ColourSet {
+class WrittenColours {
   public:
     /// Whether the set contains a plain colour, 0 to 0xFFFFFF.
     bool contains(Colour colour) const { return !held_.empty() && held_[static_cast<std::size_t>(colour)]; }
