@@ -119,7 +119,7 @@ std::vector<std::pair<double, double>> corners(QChar symbol) {
         points.emplace_back(point.x(), point.y());
     }
     std::ranges::sort(points);
-    points.erase(std::ranges::unique(points).begin(), points.end());
+    points.erase(std::unique(points.begin(), points.end()), points.end());
     return points;
 }
 
