@@ -55,6 +55,9 @@ void add_decoded_pictures(Results& results, const std::string& pictures);
 /// Generated pictures after colour reduction and every filter, and as files of each format.
 void add_pictures(Results& results);
 
+/// Palettes of generated pictures, and the pictures mapped to them.
+void add_palettes(Results& results);
+
 /// Sprite files from imports of generated pictures, and their exported frames.
 void add_sprites(Results& results);
 

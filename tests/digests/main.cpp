@@ -19,6 +19,7 @@ List make_list(const std::string& seeds, const std::string& pictures) {
     varnoth::digests::add_decoded_seeds(results, seeds);
     varnoth::digests::add_decoded_pictures(results, pictures);
     varnoth::digests::add_pictures(results);
+    varnoth::digests::add_palettes(results);
     varnoth::digests::add_sprites(results);
     List list;
     for (const auto& [name, digest] : results) {
