@@ -401,7 +401,7 @@ class Fonts(GoldenTest):
                               check=False)
         words = done.stdout.decode()
         self.assertEqual(done.returncode, 0, words)
-        self.assertIn("[  PASSED  ] 7 tests.", words)
+        self.assertIn("[  PASSED  ] 8 tests.", words)
 
     def test_windows_match_with_dejavu_sans_condensed(self):
         self.check_family("DejaVu Sans Condensed")

@@ -57,7 +57,7 @@ class Document(unittest.TestCase):
             sections = re.split(r"^## ", file.read(), flags=re.MULTILINE)[1:]
         self.assertGreater(len(sections), 3)
         for section in sections:
-            title, commands = section.split("\n")[0], re.findall(r"`((?:scripts|bench)/[\w-]+)", section)
+            title, commands = section.split("\n")[0], re.findall(r"`((?:scripts/|bench/|\./)[\w-]+)", section)
             with self.subTest(section=title):
                 with open(os.path.join(ROOT, commands[0]), encoding="utf-8") as script:
                     self.assertIn(f'"{title}"', script.read())
