@@ -1,0 +1,77 @@
+#include "cli/console.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace varnoth::cli {
+
+namespace {
+
+constexpr double silent_seconds = 0.5;
+constexpr std::size_t bar_width = 30;
+
+bool is_terminal(std::FILE* stream) {
+#ifdef _WIN32
+    return _isatty(_fileno(stream)) != 0;
+#else
+    return isatty(fileno(stream)) == 1;
+#endif
+}
+
+std::string_view environment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string_view() : value;
+}
+
+double seconds_now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+} // namespace
+
+bool shows_colours() {
+    return is_terminal(stdout) && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
+}
+
+void print_note(std::string_view text) {
+    std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
+}
+
+Progress::Progress(std::string_view task, std::size_t steps, bool quiet)
+    : task_(task), steps_(steps), visible_(!quiet && is_terminal(stderr)), started_(seconds_now()) {}
+
+Progress::~Progress() {
+    if (shown_ <= 100) {
+        std::fputs("\r\x1b[K", stderr); // removes the bar
+    }
+}
+
+void Progress::advance() {
+    ++done_;
+    if (!visible_ || seconds_now() - started_ < silent_seconds) {
+        return;
+    }
+    const std::size_t percent = std::min<std::size_t>(100, done_ * 100 / std::max<std::size_t>(steps_, 1));
+    if (percent != shown_) {
+        show(percent);
+    }
+}
+
+void Progress::show(std::size_t percent) {
+    shown_ = percent;
+    const std::size_t filled = percent * bar_width / 100;
+    const std::string bar = std::string(filled, '#') + std::string(bar_width - filled, '.');
+    std::fprintf(stderr, "\r%s [%s] %3zu %%", task_.c_str(), bar.c_str(), percent);
+    std::fflush(stderr);
+}
+
+} // namespace varnoth::cli

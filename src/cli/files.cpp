@@ -1,0 +1,208 @@
+#include "cli/files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <system_error>
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <process.h>
+#else
+#include <unistd.h>
+#endif
+
+#include "cli/command.h"
+#include "core/base/files.h"
+
+namespace varnoth::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view standard_stream = "-";
+
+struct Close {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+using File = std::unique_ptr<std::FILE, Close>;
+
+std::string last_error() {
+    return std::generic_category().message(errno);
+}
+
+#ifdef _WIN32
+File open_file(const fs::path& path, bool to_write) {
+    return File(_wfopen(path.c_str(), to_write ? L"wb" : L"rb"));
+}
+
+int process_number() {
+    return _getpid();
+}
+
+bool flush_to_disk(std::FILE* file) {
+    return std::fflush(file) == 0 && _commit(_fileno(file)) == 0;
+}
+
+void use_bytes(std::FILE* stream) {
+    _setmode(_fileno(stream), _O_BINARY);
+}
+#else
+File open_file(const fs::path& path, bool to_write) {
+    return File(std::fopen(path.c_str(), to_write ? "wb" : "rb"));
+}
+
+int process_number() {
+    return getpid();
+}
+
+bool flush_to_disk(std::FILE* file) {
+    return std::fflush(file) == 0 && fsync(fileno(file)) == 0;
+}
+
+void use_bytes(std::FILE* /*stream*/) {}
+#endif
+
+bool write_all(std::FILE* file, std::span<const std::uint8_t> bytes) {
+    return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+}
+
+std::vector<std::uint8_t> read_all(std::FILE* file, const std::string& name) {
+    std::vector<std::uint8_t> bytes;
+    std::vector<std::uint8_t> part(std::size_t{1} << 16);
+    while (const std::size_t count = std::fread(part.data(), 1, part.size(), file)) {
+        bytes.insert(bytes.end(), part.begin(), part.begin() + static_cast<std::ptrdiff_t>(count));
+    }
+    if (std::ferror(file) != 0) {
+        throw CommandError(name, last_error());
+    }
+    return bytes;
+}
+
+// Devices and pipes are written in place; renaming a file onto them would replace them.
+bool is_written_in_place(const fs::path& path) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
+}
+
+void write_in_place(const std::string& name, const fs::path& path, std::span<const std::uint8_t> bytes) {
+    const File file = open_file(path, true);
+    if (!file || !write_all(file.get(), bytes) || std::fflush(file.get()) != 0) {
+        throw CommandError(name, last_error());
+    }
+}
+
+/// A file beside the target, removed again unless it has become the target.
+class TemporaryFile {
+  public:
+    TemporaryFile(const std::string& name, const fs::path& target)
+        : name_(name), target_(target), path_(target) {
+        path_.replace_filename(fs::path(".") += target.filename());
+        path_ += "." + std::to_string(process_number()) + ".tmp";
+    }
+
+    ~TemporaryFile() {
+        std::error_code ignored;
+        fs::remove(path_, ignored);
+    }
+
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    void write(std::span<const std::uint8_t> bytes) {
+        File file = open_file(path_, true);
+        if (!file || !write_all(file.get(), bytes) || !flush_to_disk(file.get()) ||
+            std::fclose(file.release()) != 0) {
+            throw CommandError(name_, last_error());
+        }
+    }
+
+    void replace_target() {
+        std::error_code error;
+        if (const fs::file_status status = fs::status(target_, error); fs::exists(status)) {
+            fs::permissions(path_, status.permissions(), error);
+        }
+        fs::rename(path_, target_, error);
+        if (error) {
+            throw CommandError(name_, error.message());
+        }
+    }
+
+    // A hard link fails if the target exists, even if it has just been created; a rename would replace it.
+    void become_new_target() {
+        std::error_code error;
+        fs::create_hard_link(path_, target_, error);
+        if (error == std::errc::file_exists) {
+            throw CommandError(name_, "the file exists; --force replaces it");
+        }
+        if (error) { // a file system without hard links
+            require_new(name_, false);
+            replace_target();
+        }
+    }
+
+  private:
+    const std::string& name_;
+    const fs::path& target_;
+    fs::path path_;
+};
+
+} // namespace
+
+std::vector<std::uint8_t> read_input(const std::string& path) {
+    if (path == standard_stream) {
+        use_bytes(stdin);
+        return read_all(stdin, "standard input");
+    }
+    const File file = open_file(native_path(path), false);
+    if (!file) {
+        throw CommandError(path, last_error());
+    }
+    return read_all(file.get(), path);
+}
+
+void write_output(const std::string& path, std::span<const std::uint8_t> bytes, bool replace) {
+    if (path == standard_stream) {
+        use_bytes(stdout);
+        if (!write_all(stdout, bytes) || std::fflush(stdout) != 0) {
+            throw CommandError("standard output", last_error());
+        }
+        return;
+    }
+    const fs::path target = native_path(path);
+    if (is_written_in_place(target)) {
+        write_in_place(path, target, bytes);
+        return;
+    }
+    require_new(path, replace);
+    TemporaryFile file(path, target);
+    file.write(bytes);
+    if (replace) {
+        file.replace_target();
+    } else {
+        file.become_new_target();
+    }
+}
+
+void require_new(const std::string& path, bool replace) {
+    if (path == standard_stream) {
+        return;
+    }
+    const fs::path target = native_path(path);
+    std::error_code error;
+    if (fs::is_directory(target, error)) {
+        throw CommandError(path, "is a folder");
+    }
+    if (!replace && fs::exists(fs::symlink_status(target, error)) && !is_written_in_place(target)) {
+        throw CommandError(path, "the file exists; --force replaces it");
+    }
+}
+
+} // namespace varnoth::cli

@@ -1,0 +1,61 @@
+// varnoth-cli: makes, inspects, takes apart and edits sprites from scripts. Parses the command line and runs
+// one subcommand. Exit status: 0, 1 when the work could not be done, 2 for wrong usage.
+
+#include <algorithm>
+#include <exception>
+#include <string>
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <QGuiApplication>
+
+#include "cli/command.h"
+#include "cli/console.h"
+#include "core/base/RunTimeFailure.h"
+
+namespace {
+
+constexpr int failed = 1;
+constexpr int wrong_usage = 2;
+
+int run(int argument_count, char** arguments) {
+    CLI::App program("Makes, inspects, takes apart and edits Half-Life sprites.", "varnoth-cli");
+    program.set_version_flag("--version", "varnoth-cli " VARNOTH_VERSION);
+    program.require_subcommand(1);
+    program.footer("'varnoth-cli COMMAND --help' describes a command.");
+    varnoth::cli::add_make(program);
+    varnoth::cli::add_info(program);
+    varnoth::cli::add_check(program);
+    varnoth::cli::add_extract(program);
+    varnoth::cli::add_edit(program);
+    varnoth::cli::add_preview(program);
+    varnoth::cli::add_thumbnail(program);
+    try {
+        program.parse(argument_count, arguments);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : wrong_usage;
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argument_count, char** arguments) {
+    // Qt gets only the program name: it would act on -style and others. No display is needed.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    int qt_count = std::min(argument_count, 1);
+    const QGuiApplication application(qt_count, arguments);
+    try {
+        return run(argument_count, arguments);
+    } catch (const varnoth::cli::CommandError& error) {
+        varnoth::cli::print_note(std::string("varnoth-cli: ") + error.what());
+    } catch (const varnoth::RunTimeFailure& failure) {
+        varnoth::cli::print_note("varnoth-cli: " + std::string(failure.words()));
+    } catch (const std::bad_alloc&) {
+        varnoth::cli::print_note("varnoth-cli: out of memory");
+    } catch (const std::exception& error) {
+        varnoth::cli::print_note(std::string("varnoth-cli: ") + error.what());
+    }
+    return failed;
+}

@@ -1,0 +1,3 @@
+#include "cli/pictures.h"
+
+namespace varnoth::cli {} // namespace varnoth::cli

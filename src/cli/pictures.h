@@ -1,0 +1,43 @@
+// The picture files of the command line: everything that Qt Gui reads, TGA and PCX of every kind, GIF, and
+// all frames of animated and multi-page files.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/image/RgbaPicture.h"
+
+namespace varnoth::cli {
+
+/// A picture in a file: the only one, or one frame of an animated or multi-page file.
+struct PictureSource {
+    std::string path;      ///< "-" is standard input
+    std::size_t index = 0; ///< the frame, from 0
+    std::string name; ///< for messages and file names: the file, with the frame's number if it has several
+};
+
+/// All pictures of these files, in the order given. A folder stands for its picture files in natural order.
+/// CommandError for a file that is no picture, an empty folder, or a path that does not exist.
+std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths);
+
+/// Decodes pictures. Keeps the file last read open, so that the frames of an animation cost linear time in
+/// order. Not for use by several threads at once: each thread has its own reader.
+class PictureReader {
+  public:
+    PictureReader();
+    ~PictureReader();
+
+    PictureReader(const PictureReader&) = delete;
+    PictureReader& operator=(const PictureReader&) = delete;
+
+    /// CommandError naming the file when it cannot be read or decoded.
+    RgbaPicture read(const PictureSource& source);
+
+  private:
+    struct OpenFile;
+    std::unique_ptr<OpenFile> open_;
+};
+
+} // namespace varnoth::cli

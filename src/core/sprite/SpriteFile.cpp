@@ -1,0 +1,3 @@
+#include "core/sprite/SpriteFile.h"
+
+namespace varnoth {} // namespace varnoth
