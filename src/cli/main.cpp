@@ -8,7 +8,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
-#include <QGuiApplication>
+#include <QCoreApplication>
 
 #include "cli/command.h"
 #include "cli/console.h"
@@ -42,10 +42,9 @@ int run(int argument_count, char** arguments) {
 } // namespace
 
 int main(int argument_count, char** arguments) {
-    // Qt gets only the program name: it would act on -style and others. No display is needed.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Qt finds its picture formats through the application. It gets only the program name.
     int qt_count = std::min(argument_count, 1);
-    const QGuiApplication application(qt_count, arguments);
+    const QCoreApplication application(qt_count, arguments);
     try {
         return run(argument_count, arguments);
     } catch (const varnoth::cli::CommandError& error) {

@@ -8,7 +8,7 @@ import sys
 import tempfile
 import unittest
 
-PROGRAM, WALKTHROUGH, SAMPLES = sys.argv[1:4]
+PROGRAM, WALKTHROUGH, SAMPLES = map(os.path.abspath, sys.argv[1:4])
 
 
 class CliTest(unittest.TestCase):
