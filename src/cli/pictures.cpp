@@ -1,3 +1,342 @@
 #include "cli/pictures.h"
 
-namespace varnoth::cli {} // namespace varnoth::cli
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <new>
+#include <span>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QImage>
+#include <QImageReader>
+#include <QList>
+#include <QLoggingCategory>
+
+#include "cli/command.h"
+#include "cli/files.h"
+#include "core/base/RunTimeFailure.h"
+#include "core/base/files.h"
+#include "core/codecs/read_bmp.h"
+#include "core/services/FileList.h"
+
+namespace varnoth::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Bytes = std::span<const std::uint8_t>;
+
+constexpr std::int64_t most_pixels = std::int64_t{64} << 20;
+constexpr std::string_view standard_input = "-";
+
+std::string name_of(const std::string& path) {
+    return path == standard_input ? "standard input" : path;
+}
+
+void require_picture(bool holds) {
+    if (!holds) {
+        fail(Failure::InvalidPicture);
+    }
+}
+
+void require_size(std::int64_t width, std::int64_t height) {
+    if (width * height > most_pixels) {
+        fail(Failure::OutOfMemory);
+    }
+}
+
+/// The pictures of one file.
+class Pictures {
+  public:
+    Pictures() = default;
+    virtual ~Pictures() = default;
+
+    Pictures(const Pictures&) = delete;
+    Pictures& operator=(const Pictures&) = delete;
+
+    virtual std::size_t count() = 0;
+
+    /// Reading them in ascending order takes linear time. InvalidPicture for damaged ones, OutOfMemory for
+    /// too many pixels.
+    virtual RgbaPicture read(std::size_t index) = 0;
+};
+
+/// A file of a format with one picture.
+class SinglePicture : public Pictures {
+  public:
+    using Decoder = RgbaPicture (*)(Bytes file, std::int64_t max_pixels);
+
+    SinglePicture(Bytes file, Decoder decode) : file_(file), decode_(decode) {}
+
+    std::size_t count() override { return 1; }
+
+    RgbaPicture read(std::size_t index) override {
+        require_picture(index == 0);
+        return decode_(file_, most_pixels);
+    }
+
+  private:
+    Bytes file_;
+    Decoder decode_;
+};
+
+RgbaPicture from_image(const QImage& image) {
+    require_size(image.width(), image.height());
+    const QImage converted = image.convertToFormat(QImage::Format_ARGB32);
+    require_picture(!converted.isNull());
+    RgbaPicture picture;
+    picture.width = converted.width();
+    picture.height = converted.height();
+    const auto width = static_cast<std::size_t>(picture.width);
+    picture.pixels.resize(width * static_cast<std::size_t>(picture.height));
+    for (int y = 0; y < picture.height; ++y) {
+        std::memcpy(picture.pixels.data() + width * static_cast<std::size_t>(y), converted.constScanLine(y),
+                    width * sizeof(QRgb));
+    }
+    return picture;
+}
+
+/// Settings of Qt's readers that hold for the whole program.
+void prepare_qt() {
+    static const bool prepared = [] {
+        // In MiB, for pictures of 16 bits per channel.
+        QImageReader::setAllocationLimit(static_cast<int>(most_pixels * 8 >> 20));
+        // Errors are reported in one line, with the name of the file.
+        QLoggingCategory::setFilterRules("*=false");
+        return true;
+    }();
+    static_cast<void>(prepared);
+}
+
+/// What Qt Gui reads.
+class QtPictures : public Pictures {
+  public:
+    explicit QtPictures(Bytes file)
+        : bytes_(QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
+                                         static_cast<qsizetype>(file.size()))) {
+        prepare_qt();
+        restart();
+    }
+
+    /// Empty when no reader recognises the bytes.
+    QByteArray format() const { return reader_->format(); }
+
+    std::size_t count() override {
+        const int count = reader_->imageCount();
+        return count > 0 ? static_cast<std::size_t>(count) : counted_by_reading();
+    }
+
+    RgbaPicture read(std::size_t index) override {
+        if (reader_->supportsAnimation()) {
+            skip_to(index);
+        } else if (index != next_) {
+            require_picture(reader_->jumpToImage(static_cast<int>(index)));
+        }
+        const QSize size = reader_->size();
+        require_size(size.width(), size.height());
+        const QImage image = reader_->read();
+        next_ = index + 1;
+        require_picture(!image.isNull());
+        return from_image(image);
+    }
+
+  private:
+    void restart() {
+        reader_.reset();
+        buffer_ = std::make_unique<QBuffer>(&bytes_);
+        buffer_->open(QIODevice::ReadOnly);
+        reader_ = std::make_unique<QImageReader>(buffer_.get());
+        reader_->setDecideFormatFromContent(true);
+        reader_->setAutoTransform(false);
+        next_ = 0;
+    }
+
+    void skip_to(std::size_t index) {
+        if (index < next_) {
+            restart();
+        }
+        for (; next_ < index; ++next_) {
+            require_picture(!reader_->read().isNull());
+        }
+    }
+
+    std::size_t counted_by_reading() {
+        restart();
+        std::size_t count = 0;
+        while (!reader_->read().isNull()) {
+            ++count;
+        }
+        restart();
+        return count;
+    }
+
+    QByteArray bytes_;
+    std::unique_ptr<QBuffer> buffer_;
+    std::unique_ptr<QImageReader> reader_;
+    std::size_t next_ = 0;
+};
+
+RgbaPicture decode_bmp(Bytes file, std::int64_t max_pixels) {
+    const Bitmap bitmap = read_bmp(file, max_pixels);
+    RgbaPicture picture;
+    picture.width = bitmap.width();
+    picture.height = bitmap.height();
+    const auto width = static_cast<std::size_t>(picture.width);
+    picture.pixels.resize(width * static_cast<std::size_t>(picture.height));
+    std::uint32_t* to = picture.pixels.data();
+    for (std::int32_t y = 0; y < bitmap.height(); ++y) {
+        const std::uint8_t* from = bitmap.row(y);
+        for (std::size_t x = 0; x < width; ++x) {
+            *to++ = qRgb(from[4 * x + 2], from[4 * x + 1], from[4 * x]);
+        }
+    }
+    return picture;
+}
+
+bool starts_with(Bytes file, std::string_view magic) {
+    return file.size() >= magic.size() && std::memcmp(file.data(), magic.data(), magic.size()) == 0;
+}
+
+/// Null when the bytes are no picture.
+std::unique_ptr<Pictures> open_pictures(Bytes file) {
+    if (starts_with(file, "BM")) {
+        return std::make_unique<SinglePicture>(file, decode_bmp);
+    }
+    auto pictures = std::make_unique<QtPictures>(file);
+    if (pictures->format().isEmpty()) {
+        return nullptr;
+    }
+    return pictures;
+}
+
+/// Standard input can be read only once, but is listed first and decoded later, by several readers.
+std::shared_ptr<const std::vector<std::uint8_t>> read_shared(const std::string& path) {
+    const auto read = [&path] { return std::make_shared<const std::vector<std::uint8_t>>(read_input(path)); };
+    if (path != standard_input) {
+        return read();
+    }
+    static const std::shared_ptr<const std::vector<std::uint8_t>> bytes = read();
+    return bytes;
+}
+
+/// Runs the action and turns its failures into errors that name the picture.
+template <typename Action>
+auto with_name(const std::string& name, Action&& action) {
+    try {
+        return action();
+    } catch (const RunTimeFailure& failure) {
+        throw CommandError(name, failure.failure() == Failure::OutOfMemory
+                                     ? "the picture has more than " + std::to_string(most_pixels) + " pixels"
+                                     : "the picture is damaged");
+    }
+}
+
+/// The endings of picture files, in lower case and without the dot.
+std::vector<std::string> picture_endings() {
+    std::vector<std::string> endings{"apng", "bmp", "dib", "gif", "icb", "jfif",
+                                     "jpe",  "pcx", "tga", "vda", "vst"};
+    for (const QByteArray& format : QImageReader::supportedImageFormats()) {
+        endings.push_back(format.toStdString());
+    }
+    return endings;
+}
+
+bool has_picture_ending(const std::string& name) {
+    static const std::vector<std::string> endings = picture_endings();
+    const std::size_t dot = name.rfind('.');
+    if (dot == 0 || dot == std::string::npos) {
+        return false;
+    }
+    std::string ending = name.substr(dot + 1);
+    std::ranges::transform(ending, ending.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return std::ranges::find(endings, ending) != endings.end();
+}
+
+std::vector<std::string> pictures_in(const std::string& folder) {
+    std::vector<std::string> names = names_in(folder);
+    std::erase_if(names, [&folder](const std::string& name) {
+        return name.starts_with('.') || !has_picture_ending(name) || !file_exists(join_path(folder, name));
+    });
+    std::ranges::sort(names, comes_before);
+    if (names.empty()) {
+        throw CommandError(folder, "the folder has no pictures");
+    }
+    for (std::string& name : names) {
+        name = join_path(folder, name);
+    }
+    return names;
+}
+
+} // namespace
+
+struct PictureReader::OpenFile {
+    explicit OpenFile(const std::string& file)
+        : path(file), bytes(read_shared(file)), pictures(open_pictures(*bytes)) {
+        if (!pictures) {
+            throw CommandError(name_of(path),
+                               bytes->empty() ? "the file is empty" : "no picture of a known format");
+        }
+    }
+
+    std::string path;
+    std::shared_ptr<const std::vector<std::uint8_t>> bytes;
+    std::unique_ptr<Pictures> pictures;
+};
+
+PictureReader::PictureReader() = default;
+PictureReader::~PictureReader() = default;
+
+std::size_t PictureReader::count(const std::string& path) {
+    open(path);
+    const std::size_t count = with_name(name_of(path), [this] { return open_->pictures->count(); });
+    if (count == 0) {
+        throw CommandError(name_of(path), "the picture is damaged");
+    }
+    return count;
+}
+
+RgbaPicture PictureReader::read(const PictureSource& source) {
+    open(source.path);
+    return with_name(source.name, [&] { return open_->pictures->read(source.index); });
+}
+
+void PictureReader::open(const std::string& path) {
+    if (!open_ || open_->path != path) {
+        open_.reset();
+        open_ = std::make_unique<OpenFile>(path);
+    }
+}
+
+std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths) {
+    std::vector<PictureSource> sources;
+    PictureReader reader;
+    const auto add_file = [&](const std::string& path) {
+        const std::size_t count = reader.count(path);
+        for (std::size_t index = 0; index < count; ++index) {
+            std::string name = name_of(path);
+            if (count > 1) {
+                name += "[" + std::to_string(index) + "]";
+            }
+            sources.push_back({path, index, std::move(name)});
+        }
+    };
+    for (const std::string& path : paths) {
+        if (path != standard_input && folder_exists(path)) {
+            std::ranges::for_each(pictures_in(path), add_file);
+        } else {
+            add_file(path);
+        }
+    }
+    return sources;
+}
+
+} // namespace varnoth::cli

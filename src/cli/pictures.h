@@ -15,11 +15,12 @@ namespace varnoth::cli {
 struct PictureSource {
     std::string path;      ///< "-" is standard input
     std::size_t index = 0; ///< the frame, from 0
-    std::string name; ///< for messages and file names: the file, with the frame's number if it has several
+    std::string name;      ///< for messages: "walk.gif[3]", or just the file if it has a single picture
 };
 
-/// All pictures of these files, in the order given. A folder stands for its picture files in natural order.
-/// CommandError for a file that is no picture, an empty folder, or a path that does not exist.
+/// All pictures of these files, in the order given. A folder stands for its picture files in natural order;
+/// they are recognised by their endings, and hidden ones are left out. CommandError for a file that is no
+/// picture, a folder without pictures, or a path that does not exist.
 std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths);
 
 /// Decodes pictures. Keeps the file last read open, so that the frames of an animation cost linear time in
@@ -32,11 +33,17 @@ class PictureReader {
     PictureReader(const PictureReader&) = delete;
     PictureReader& operator=(const PictureReader&) = delete;
 
-    /// CommandError naming the file when it cannot be read or decoded.
+    /// How many pictures a file has, at least one. CommandError when it is no picture.
+    std::size_t count(const std::string& path);
+
+    /// CommandError naming the file when it cannot be read or decoded, or has more than 64 Mi pixels.
     RgbaPicture read(const PictureSource& source);
 
   private:
     struct OpenFile;
+
+    void open(const std::string& path);
+
     std::unique_ptr<OpenFile> open_;
 };
 
