@@ -20,6 +20,7 @@
 
 #include "cli/command.h"
 #include "cli/files.h"
+#include "cli/gif_file.h"
 #include "core/base/RunTimeFailure.h"
 #include "core/base/files.h"
 #include "core/codecs/read_bmp.h"
@@ -183,6 +184,31 @@ class QtPictures : public Pictures {
     std::size_t next_ = 0;
 };
 
+/// The frames of a GIF file.
+class GifPictures : public Pictures {
+  public:
+    explicit GifPictures(Bytes file) : file_(file) {}
+
+    std::size_t count() override { return count_gif_frames(file_); }
+
+    RgbaPicture read(std::size_t index) override {
+        if (!reader_ || index < next_) {
+            reader_ = std::make_unique<GifReader>(file_, most_pixels);
+            next_ = 0;
+        }
+        for (; next_ < index; ++next_) {
+            reader_->read();
+        }
+        ++next_;
+        return reader_->read();
+    }
+
+  private:
+    Bytes file_;
+    std::unique_ptr<GifReader> reader_;
+    std::size_t next_ = 0;
+};
+
 RgbaPicture decode_bmp(Bytes file, std::int64_t max_pixels) {
     const Bitmap bitmap = read_bmp(file, max_pixels);
     RgbaPicture picture;
@@ -209,21 +235,14 @@ std::unique_ptr<Pictures> open_pictures(Bytes file) {
     if (starts_with(file, "BM")) {
         return std::make_unique<SinglePicture>(file, decode_bmp);
     }
+    if (starts_with(file, "GIF8")) {
+        return std::make_unique<GifPictures>(file);
+    }
     auto pictures = std::make_unique<QtPictures>(file);
     if (pictures->format().isEmpty()) {
         return nullptr;
     }
     return pictures;
-}
-
-/// Standard input can be read only once, but is listed first and decoded later, by several readers.
-std::shared_ptr<const std::vector<std::uint8_t>> read_shared(const std::string& path) {
-    const auto read = [&path] { return std::make_shared<const std::vector<std::uint8_t>>(read_input(path)); };
-    if (path != standard_input) {
-        return read();
-    }
-    static const std::shared_ptr<const std::vector<std::uint8_t>> bytes = read();
-    return bytes;
 }
 
 /// Runs the action and turns its failures into errors that name the picture.
@@ -278,9 +297,18 @@ std::vector<std::string> pictures_in(const std::string& folder) {
 
 } // namespace
 
+std::shared_ptr<const std::vector<std::uint8_t>> read_picture_file(const std::string& path) {
+    const auto read = [&path] { return std::make_shared<const std::vector<std::uint8_t>>(read_input(path)); };
+    if (path != standard_input) {
+        return read();
+    }
+    static const std::shared_ptr<const std::vector<std::uint8_t>> bytes = read();
+    return bytes;
+}
+
 struct PictureReader::OpenFile {
     explicit OpenFile(const std::string& file)
-        : path(file), bytes(read_shared(file)), pictures(open_pictures(*bytes)) {
+        : path(file), bytes(read_picture_file(file)), pictures(open_pictures(*bytes)) {
         if (!pictures) {
             throw CommandError(name_of(path),
                                bytes->empty() ? "the file is empty" : "no picture of a known format");

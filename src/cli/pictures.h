@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,6 +23,10 @@ struct PictureSource {
 /// they are recognised by their endings, and hidden ones are left out. CommandError for a file that is no
 /// picture, a folder without pictures, or a path that does not exist.
 std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths);
+
+/// All bytes of a picture file. Standard input ("-") is read once and kept, because it is listed first and
+/// decoded later, by several readers. CommandError when it cannot be read.
+std::shared_ptr<const std::vector<std::uint8_t>> read_picture_file(const std::string& path);
 
 /// Decodes pictures. Keeps the file last read open, so that the frames of an animation cost linear time in
 /// order. Not for use by several threads at once: each thread has its own reader.
