@@ -23,7 +23,9 @@
 #include "cli/gif_file.h"
 #include "core/base/RunTimeFailure.h"
 #include "core/base/files.h"
-#include "core/codecs/read_bmp.h"
+#include "core/codecs/read_pcx.h"
+#include "core/codecs/read_rgba_bmp.h"
+#include "core/codecs/read_tga.h"
 #include "core/services/FileList.h"
 
 namespace varnoth::cli {
@@ -36,6 +38,7 @@ using Bytes = std::span<const std::uint8_t>;
 
 constexpr std::int64_t most_pixels = std::int64_t{64} << 20;
 constexpr std::string_view standard_input = "-";
+constexpr std::string_view no_cursors("\0\0\2\0\0\0", 6);
 
 std::string name_of(const std::string& path) {
     return path == standard_input ? "standard input" : path;
@@ -209,23 +212,6 @@ class GifPictures : public Pictures {
     std::size_t next_ = 0;
 };
 
-RgbaPicture decode_bmp(Bytes file, std::int64_t max_pixels) {
-    const Bitmap bitmap = read_bmp(file, max_pixels);
-    RgbaPicture picture;
-    picture.width = bitmap.width();
-    picture.height = bitmap.height();
-    const auto width = static_cast<std::size_t>(picture.width);
-    picture.pixels.resize(width * static_cast<std::size_t>(picture.height));
-    std::uint32_t* to = picture.pixels.data();
-    for (std::int32_t y = 0; y < bitmap.height(); ++y) {
-        const std::uint8_t* from = bitmap.row(y);
-        for (std::size_t x = 0; x < width; ++x) {
-            *to++ = qRgb(from[4 * x + 2], from[4 * x + 1], from[4 * x]);
-        }
-    }
-    return picture;
-}
-
 bool starts_with(Bytes file, std::string_view magic) {
     return file.size() >= magic.size() && std::memcmp(file.data(), magic.data(), magic.size()) == 0;
 }
@@ -233,16 +219,26 @@ bool starts_with(Bytes file, std::string_view magic) {
 /// Null when the bytes are no picture.
 std::unique_ptr<Pictures> open_pictures(Bytes file) {
     if (starts_with(file, "BM")) {
-        return std::make_unique<SinglePicture>(file, decode_bmp);
+        return std::make_unique<SinglePicture>(file, read_rgba_bmp);
     }
     if (starts_with(file, "GIF8")) {
         return std::make_unique<GifPictures>(file);
     }
-    auto pictures = std::make_unique<QtPictures>(file);
-    if (pictures->format().isEmpty()) {
-        return nullptr;
+    if (is_pcx(file)) {
+        return std::make_unique<SinglePicture>(file, read_pcx);
     }
-    return pictures;
+    // Qt takes a true-colour TGA for a cursor file with no picture in it.
+    if (!starts_with(file, no_cursors)) {
+        auto pictures = std::make_unique<QtPictures>(file);
+        const QByteArray format = pictures->format();
+        if (!format.isEmpty() && format != "tga") {
+            return pictures;
+        }
+    }
+    if (is_tga(file)) {
+        return std::make_unique<SinglePicture>(file, read_tga);
+    }
+    return nullptr;
 }
 
 /// Runs the action and turns its failures into errors that name the picture.
