@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <functional>
+#include <iterator>
 #include <new>
 #include <span>
 #include <string_view>
@@ -40,10 +40,6 @@ constexpr std::int64_t most_pixels = std::int64_t{64} << 20;
 constexpr std::string_view standard_input = "-";
 constexpr std::string_view no_cursors("\0\0\2\0\0\0", 6);
 
-std::string name_of(const std::string& path) {
-    return path == standard_input ? "standard input" : path;
-}
-
 void require_picture(bool holds) {
     if (!holds) {
         fail(Failure::InvalidPicture);
@@ -70,14 +66,19 @@ class Pictures {
     /// Reading them in ascending order takes linear time. InvalidPicture for damaged ones, OutOfMemory for
     /// too many pixels.
     virtual RgbaPicture read(std::size_t index) = 0;
+
+    /// Empty for pictures that are not indexed.
+    virtual std::vector<RGBQUAD> colour_table(std::size_t index) = 0;
 };
 
 /// A file of a format with one picture.
 class SinglePicture : public Pictures {
   public:
     using Decoder = RgbaPicture (*)(Bytes file, std::int64_t max_pixels);
+    using TableReader = std::vector<RGBQUAD> (*)(Bytes file);
 
-    SinglePicture(Bytes file, Decoder decode) : file_(file), decode_(decode) {}
+    SinglePicture(Bytes file, Decoder decode, TableReader read_table)
+        : file_(file), decode_(decode), read_table_(read_table) {}
 
     std::size_t count() override { return 1; }
 
@@ -86,9 +87,12 @@ class SinglePicture : public Pictures {
         return decode_(file_, most_pixels);
     }
 
+    std::vector<RGBQUAD> colour_table(std::size_t /*index*/) override { return read_table_(file_); }
+
   private:
     Bytes file_;
     Decoder decode_;
+    TableReader read_table_;
 };
 
 RgbaPicture from_image(const QImage& image) {
@@ -137,7 +141,20 @@ class QtPictures : public Pictures {
         return count > 0 ? static_cast<std::size_t>(count) : counted_by_reading();
     }
 
-    RgbaPicture read(std::size_t index) override {
+    RgbaPicture read(std::size_t index) override { return from_image(read_image(index)); }
+
+    std::vector<RGBQUAD> colour_table(std::size_t index) override {
+        std::vector<RGBQUAD> colours;
+        for (const QRgb colour : read_image(index).colorTable()) {
+            colours.push_back({static_cast<std::uint8_t>(qBlue(colour)),
+                               static_cast<std::uint8_t>(qGreen(colour)),
+                               static_cast<std::uint8_t>(qRed(colour)), 0});
+        }
+        return colours;
+    }
+
+  private:
+    QImage read_image(std::size_t index) {
         if (reader_->supportsAnimation()) {
             skip_to(index);
         } else if (index != next_) {
@@ -148,10 +165,9 @@ class QtPictures : public Pictures {
         const QImage image = reader_->read();
         next_ = index + 1;
         require_picture(!image.isNull());
-        return from_image(image);
+        return image;
     }
 
-  private:
     void restart() {
         reader_.reset();
         buffer_ = std::make_unique<QBuffer>(&bytes_);
@@ -206,11 +222,17 @@ class GifPictures : public Pictures {
         return reader_->read();
     }
 
+    std::vector<RGBQUAD> colour_table(std::size_t /*index*/) override { return gif_colour_table(file_); }
+
   private:
     Bytes file_;
     std::unique_ptr<GifReader> reader_;
     std::size_t next_ = 0;
 };
+
+std::vector<RGBQUAD> bmp_colour_table(Bytes file) {
+    return QtPictures(file).colour_table(0);
+}
 
 bool starts_with(Bytes file, std::string_view magic) {
     return file.size() >= magic.size() && std::memcmp(file.data(), magic.data(), magic.size()) == 0;
@@ -219,13 +241,13 @@ bool starts_with(Bytes file, std::string_view magic) {
 /// Null when the bytes are no picture.
 std::unique_ptr<Pictures> open_pictures(Bytes file) {
     if (starts_with(file, "BM")) {
-        return std::make_unique<SinglePicture>(file, read_rgba_bmp);
+        return std::make_unique<SinglePicture>(file, read_rgba_bmp, bmp_colour_table);
     }
     if (starts_with(file, "GIF8")) {
         return std::make_unique<GifPictures>(file);
     }
     if (is_pcx(file)) {
-        return std::make_unique<SinglePicture>(file, read_pcx);
+        return std::make_unique<SinglePicture>(file, read_pcx, pcx_palette);
     }
     // Qt takes a true-colour TGA for a cursor file with no picture in it.
     if (!starts_with(file, no_cursors)) {
@@ -236,7 +258,7 @@ std::unique_ptr<Pictures> open_pictures(Bytes file) {
         }
     }
     if (is_tga(file)) {
-        return std::make_unique<SinglePicture>(file, read_tga);
+        return std::make_unique<SinglePicture>(file, read_tga, tga_colour_map);
     }
     return nullptr;
 }
@@ -293,6 +315,14 @@ std::vector<std::string> pictures_in(const std::string& folder) {
 
 } // namespace
 
+std::string display_name(const std::string& path) {
+    return path == standard_input ? "standard input" : path;
+}
+
+bool is_picture(Bytes file) {
+    return open_pictures(file) != nullptr;
+}
+
 std::shared_ptr<const std::vector<std::uint8_t>> read_picture_file(const std::string& path) {
     const auto read = [&path] { return std::make_shared<const std::vector<std::uint8_t>>(read_input(path)); };
     if (path != standard_input) {
@@ -306,7 +336,7 @@ struct PictureReader::OpenFile {
     explicit OpenFile(const std::string& file)
         : path(file), bytes(read_picture_file(file)), pictures(open_pictures(*bytes)) {
         if (!pictures) {
-            throw CommandError(name_of(path),
+            throw CommandError(display_name(path),
                                bytes->empty() ? "the file is empty" : "no picture of a known format");
         }
     }
@@ -319,18 +349,32 @@ struct PictureReader::OpenFile {
 PictureReader::PictureReader() = default;
 PictureReader::~PictureReader() = default;
 
-std::size_t PictureReader::count(const std::string& path) {
+std::vector<PictureSource> PictureReader::list(const std::string& path) {
     open(path);
-    const std::size_t count = with_name(name_of(path), [this] { return open_->pictures->count(); });
-    if (count == 0) {
-        throw CommandError(name_of(path), "the picture is damaged");
+    const std::string name = display_name(path);
+    const std::size_t count = with_name(name, [this] {
+        const std::size_t pictures = open_->pictures->count();
+        require_picture(pictures > 0);
+        return pictures;
+    });
+    if (count == 1) {
+        return {{path, 0, name}};
     }
-    return count;
+    std::vector<PictureSource> sources;
+    for (std::size_t index = 0; index < count; ++index) {
+        sources.push_back({path, index, name + "[" + std::to_string(index) + "]"});
+    }
+    return sources;
 }
 
 RgbaPicture PictureReader::read(const PictureSource& source) {
     open(source.path);
     return with_name(source.name, [&] { return open_->pictures->read(source.index); });
+}
+
+std::vector<RGBQUAD> PictureReader::colour_table(const PictureSource& source) {
+    open(source.path);
+    return with_name(source.name, [&] { return open_->pictures->colour_table(source.index); });
 }
 
 void PictureReader::open(const std::string& path) {
@@ -344,14 +388,7 @@ std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths) 
     std::vector<PictureSource> sources;
     PictureReader reader;
     const auto add_file = [&](const std::string& path) {
-        const std::size_t count = reader.count(path);
-        for (std::size_t index = 0; index < count; ++index) {
-            std::string name = name_of(path);
-            if (count > 1) {
-                name += "[" + std::to_string(index) + "]";
-            }
-            sources.push_back({path, index, std::move(name)});
-        }
+        std::ranges::move(reader.list(path), std::back_inserter(sources));
     };
     for (const std::string& path : paths) {
         if (path != standard_input && folder_exists(path)) {

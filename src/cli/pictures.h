@@ -5,9 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "core/image/Colour.h"
 #include "core/image/RgbaPicture.h"
 
 namespace varnoth::cli {
@@ -28,6 +30,12 @@ std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths);
 /// decoded later, by several readers. CommandError when it cannot be read.
 std::shared_ptr<const std::vector<std::uint8_t>> read_picture_file(const std::string& path);
 
+/// The name of a file in messages: "standard input" for "-".
+std::string display_name(const std::string& path);
+
+/// Whether the bytes are of a known picture format.
+bool is_picture(std::span<const std::uint8_t> file);
+
 /// Decodes pictures. Keeps the file last read open, so that the frames of an animation cost linear time in
 /// order. Not for use by several threads at once: each thread has its own reader.
 class PictureReader {
@@ -38,11 +46,14 @@ class PictureReader {
     PictureReader(const PictureReader&) = delete;
     PictureReader& operator=(const PictureReader&) = delete;
 
-    /// How many pictures a file has, at least one. CommandError when it is no picture.
-    std::size_t count(const std::string& path);
+    /// The pictures of a file, at least one. CommandError when it is no picture.
+    std::vector<PictureSource> list(const std::string& path);
 
     /// CommandError naming the file when it cannot be read or decoded, or has more than 64 Mi pixels.
     RgbaPicture read(const PictureSource& source);
+
+    /// The colour table of an indexed picture; empty for other pictures. Fails as read() does.
+    std::vector<RGBQUAD> colour_table(const PictureSource& source);
 
   private:
     struct OpenFile;
