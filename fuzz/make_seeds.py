@@ -400,6 +400,73 @@ def make_recipes():
         put("whole_import", "kind-%d-unselected" % kind, head + bytes([8, 1, 1] * 4))
 
 
+# The command line's readers ------------------------------------------------------------------------------------------
+
+def make_rgba_pictures():
+    picture = ppm(7, 5, 14)
+    alpha = "-alpha set -channel A -evaluate set 40% +channel "
+    for name, options in (("true-colour", "-type TrueColor"), ("alpha", alpha), ("palette", "-type Palette"),
+                          ("grey", "-colorspace Gray")):
+        for packing in ("None", "RLE"):
+            label = "magick-%s-%s" % (name, packing.lower())
+            put("read_tga", label, run("convert ppm:- %s -compress %s tga:-" % (options, packing), picture))
+            put("read_pcx", label, run("convert ppm:- %s -compress %s pcx:-" % (options, packing), picture))
+        put("read_rgba_bmp", "magick-" + name, run("convert ppm:- %s bmp:-" % options, picture))
+    put("read_tga", "netpbm-map-of-15-bits", run("pamtotga -cmap16 -norle", picture))
+    for kind, depth, map_depth in ((1, 16, 16), (1, 8, 32), (2, 15, 0), (2, 16, 0), (3, 16, 0), (10, 16, 0),
+                                   (11, 16, 0)):
+        head = tga_header(depth, kind=kind, map_kind=int(kind == 1), map_length=16 if kind == 1 else 0,
+                          map_depth=map_depth, descriptor=0x31, ident=3)
+        put("read_tga", "kind-%d-of-%d-bits" % (kind, depth), head + noise(3 + map_depth * 2 + 40))
+    for descriptor in (0x40, 0x90, 0xB8):
+        put("read_tga", "descriptor-%d" % descriptor, tga_header(descriptor=descriptor) + noise(45))
+    for attributes in (0, 3, 4):
+        file = tga_header(32, descriptor=8) + noise(60)
+        put("read_tga", "attributes-type-%d" % attributes, file + bytes(494) + bytes([attributes])
+            + struct.pack("<II", len(file), 0) + b"TRUEVISION-XFILE.\0")
+    for bits, planes in ((1, 1), (2, 1), (4, 1), (8, 1), (1, 2), (1, 3), (1, 4), (8, 3), (8, 4)):
+        for version in (2, 3, 5):
+            put("read_pcx", "version-%d-of-%dx%d-bits" % (version, planes, bits),
+                pcx_header(bits, planes, version=version) + b"\xc7\x55\xc1\xff" + noise(60)
+                + (b"\x0c" + noise(768, 5)) * (bits == 8 and planes == 1 and version == 5))
+    for size in (40, 52, 56, 108, 124):
+        masks = struct.pack("<IIII", 0xFF0000, 0xFF00, 0xFF, 0xFF000000) + bytes(68)
+        info = struct.pack("<IiiHHIIiiII", size, 5, 3, 1, 32, 6 if size == 40 else 3, 60, 0, 0, 0, 0)
+        head = info + masks[:max(size, 56) - 40]
+        put("read_rgba_bmp", "header-of-%d" % size,
+            struct.pack("<2sIII", b"BM", 0, 0, 14 + len(head)) + head + noise(60))
+
+
+def make_gifs():
+    picture, other = ppm(7, 5, 14), ppm(4, 3, 3)
+    put("read_gif", "still", run("ppmtogif", picture))
+    put("read_gif", "interlaced", run("ppmtogif -interlace", picture))
+    pair = "convert \\( ppm:- -write mpr:a +delete \\) %s gif:-"
+    for disposal in ("none", "background", "previous"):
+        frames = "-dispose %s mpr:a -page +2+1 \\( mpr:a -resize 3x2! \\) -page +5+3 mpr:a" % disposal
+        put("read_gif", "dispose-" + disposal, run(pair % frames, picture))
+    put("read_gif", "common-map", run(pair % "mpr:a \\( mpr:a -flop \\) +map", other))
+    put("read_gif", "transparent", run("convert ppm:- -transparent '#%s' gif:-" % picture[11:14].hex(), picture))
+    still = run("ppmtogif", picture)
+    put("read_gif", "truncated", still[:-9])
+    put("read_gif", "without-end", still[:-1])
+    put("read_gif", "empty-canvas", still[:6] + bytes(4) + still[10:])
+
+
+def make_palettes():
+    colours = noise(3 * 5)
+    rows = ["%d %d %d" % tuple(colours[i:i + 3]) for i in range(0, 15, 3)]
+    put("read_palette", "jasc", "\r\n".join(["JASC-PAL", "0100", "5", *rows, ""]).encode())
+    put("read_palette", "jasc-cut", "\n".join(["JASC-PAL", "0100", "9", *rows]).encode())
+    put("read_palette", "gimp", "\n".join(["GIMP Palette", "Name: Test", "Columns: 4", "# Red", *rows]).encode())
+    data = struct.pack("<HH", 0x300, 5) + b"".join(colours[i:i + 3] + b"\0" for i in range(0, 15, 3))
+    chunk = b"data" + struct.pack("<I", len(data)) + data
+    put("read_palette", "riff", b"RIFF" + struct.pack("<I", 4 + len(chunk)) + b"PAL " + chunk)
+    put("read_palette", "riff-other-chunk", b"RIFF\x20\0\0\0PAL offl\1\0\0\0\7\0" + chunk)
+    put("read_palette", "raw", noise(768))
+    put("read_palette", "adobe", noise(768) + b"\0\x10\0\x0f")
+
+
 if __name__ == "__main__":
     make_pcx()
     make_tga()
@@ -408,3 +475,6 @@ if __name__ == "__main__":
     make_pictures()
     make_sprites()
     make_recipes()
+    make_rgba_pictures()
+    make_gifs()
+    make_palettes()

@@ -21,6 +21,7 @@
 #include "cli/command.h"
 #include "cli/files.h"
 #include "cli/gif_file.h"
+#include "cli/png_file.h"
 #include "core/base/RunTimeFailure.h"
 #include "core/base/files.h"
 #include "core/codecs/read_pcx.h"
@@ -127,7 +128,8 @@ void prepare_qt() {
 class QtPictures : public Pictures {
   public:
     explicit QtPictures(Bytes file)
-        : bytes_(QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
+        : file_(file),
+          bytes_(QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
                                          static_cast<qsizetype>(file.size()))) {
         prepare_qt();
         restart();
@@ -155,6 +157,7 @@ class QtPictures : public Pictures {
 
   private:
     QImage read_image(std::size_t index) {
+        require_picture(!is_png(file_) || is_whole_png(file_));
         if (reader_->supportsAnimation()) {
             skip_to(index);
         } else if (index != next_) {
@@ -197,7 +200,8 @@ class QtPictures : public Pictures {
         return count;
     }
 
-    QByteArray bytes_;
+    Bytes file_;
+    QByteArray bytes_; // the same, for Qt
     std::unique_ptr<QBuffer> buffer_;
     std::unique_ptr<QImageReader> reader_;
     std::size_t next_ = 0;
