@@ -158,9 +158,12 @@ class QtPictures : public Pictures {
   private:
     QImage read_image(std::size_t index) {
         require_picture(!is_png(file_) || is_whole_png(file_));
+        if (index < next_ || !reader_->supportsAnimation()) {
+            restart();
+        }
         if (reader_->supportsAnimation()) {
             skip_to(index);
-        } else if (index != next_) {
+        } else if (index > 0) {
             require_picture(reader_->jumpToImage(static_cast<int>(index)));
         }
         const QSize size = reader_->size();
@@ -182,9 +185,6 @@ class QtPictures : public Pictures {
     }
 
     void skip_to(std::size_t index) {
-        if (index < next_) {
-            restart();
-        }
         for (; next_ < index; ++next_) {
             require_picture(!reader_->read().isNull());
         }

@@ -11,7 +11,10 @@ namespace {
 using Bytes = std::span<const std::uint8_t>;
 
 constexpr std::array<std::uint8_t, 8> signature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-constexpr std::array<std::uint8_t, 4> end_chunk{'I', 'E', 'N', 'D'};
+using Type = std::array<std::uint8_t, 4>;
+constexpr Type end_chunk{'I', 'E', 'N', 'D'};
+constexpr std::array<Type, 4> critical_chunks{
+    {{'I', 'H', 'D', 'R'}, {'P', 'L', 'T', 'E'}, {'I', 'D', 'A', 'T'}, end_chunk}};
 
 // Around the data of a chunk: its length and type before, its checksum after.
 constexpr std::size_t type_at = 4;
@@ -45,9 +48,18 @@ std::uint32_t crc_of(Bytes bytes) {
     return ~crc;
 }
 
-/// Critical chunks have an upper-case first letter.
-bool is_critical(Bytes type) {
-    return (type[0] & 0x20) == 0;
+bool is_letter(std::uint8_t byte) {
+    return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+}
+
+/// The first letter of a critical chunk is in upper case.
+bool is_critical(const Type& type) {
+    return type[0] < 'a';
+}
+
+bool is_known_or_ignored(const Type& type) {
+    return std::ranges::all_of(type, is_letter) &&
+           (!is_critical(type) || std::ranges::find(critical_chunks, type) != critical_chunks.end());
 }
 
 } // namespace
@@ -63,12 +75,14 @@ bool is_whole_png(Bytes file) {
         if (size > rest.size() - data_at - checksum_size) {
             return false;
         }
-        const Bytes type = rest.subspan(type_at, 4);
+        Type type{};
+        std::copy_n(rest.begin() + type_at, type.size(), type.begin());
         const std::uint32_t checksum = get_big_endian(rest.subspan(data_at + size));
-        if (is_critical(type) && crc_of(rest.subspan(type_at, 4 + size)) != checksum) {
+        const bool is_intact = crc_of(rest.subspan(type_at, type.size() + size)) == checksum;
+        if (!is_known_or_ignored(type) || (is_critical(type) && !is_intact)) {
             return false;
         }
-        if (std::ranges::equal(type, end_chunk)) {
+        if (type == end_chunk) {
             return true;
         }
         rest = rest.subspan(data_at + size + checksum_size);
