@@ -8,8 +8,8 @@ namespace varnoth::cli {
 
 bool is_png(std::span<const std::uint8_t> file);
 
-/// Whether a PNG file has all chunks up to its end chunk, and the chunks without which it cannot be decoded
-/// have the right checksums.
+/// Whether the chunks of a PNG file are complete up to its end chunk, of valid types and, as far as they are
+/// critical, known and undamaged.
 bool is_whole_png(std::span<const std::uint8_t> file);
 
 } // namespace varnoth::cli
