@@ -158,7 +158,7 @@ class QtPictures : public Pictures {
   private:
     QImage read_image(std::size_t index) {
         require_picture(!is_png(file_) || is_whole_png(file_));
-        if (index < next_ || !reader_->supportsAnimation()) {
+        if (index < next_) {
             restart();
         }
         if (reader_->supportsAnimation()) {
@@ -242,6 +242,11 @@ bool starts_with(Bytes file, std::string_view magic) {
     return file.size() >= magic.size() && std::memcmp(file.data(), magic.data(), magic.size()) == 0;
 }
 
+/// Without a QGuiApplication, Qt aborts the program when a picture contains text to draw.
+bool has_drawn_text(const QByteArray& format) {
+    return format == "svg" || format == "svgz" || format == "pdf";
+}
+
 /// Null when the bytes are no picture.
 std::unique_ptr<Pictures> open_pictures(Bytes file) {
     if (starts_with(file, "BM")) {
@@ -257,6 +262,9 @@ std::unique_ptr<Pictures> open_pictures(Bytes file) {
     if (!starts_with(file, no_cursors)) {
         auto pictures = std::make_unique<QtPictures>(file);
         const QByteArray format = pictures->format();
+        if (has_drawn_text(format)) {
+            return nullptr;
+        }
         if (!format.isEmpty() && format != "tga") {
             return pictures;
         }
@@ -284,7 +292,9 @@ std::vector<std::string> picture_endings() {
     std::vector<std::string> endings{"apng", "bmp", "dib", "gif", "icb", "jfif",
                                      "jpe",  "pcx", "tga", "vda", "vst"};
     for (const QByteArray& format : QImageReader::supportedImageFormats()) {
-        endings.push_back(format.toStdString());
+        if (!has_drawn_text(format)) {
+            endings.push_back(format.toStdString());
+        }
     }
     return endings;
 }

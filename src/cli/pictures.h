@@ -1,5 +1,5 @@
-// The picture files of the command line: everything that Qt Gui reads, TGA and PCX of every kind, GIF, and
-// all frames of animated and multi-page files.
+// The picture files of the command line: everything that Qt Gui reads except SVG and PDF, TGA and PCX of
+// every kind, GIF, and all frames of animated and multi-page files.
 #pragma once
 
 #include <cstddef>
