@@ -38,7 +38,7 @@ constexpr std::array<std::uint32_t, 256> make_crc_table() {
     return table;
 }
 
-/// CRC-32 as in the PNG specification.
+/// The checksum of a chunk: CRC-32.
 std::uint32_t crc_of(Bytes bytes) {
     static constexpr std::array<std::uint32_t, 256> table = make_crc_table();
     std::uint32_t crc = 0xFFFFFFFF;
