@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/sprite/SpriteDocument.h"
@@ -14,8 +15,9 @@ namespace varnoth {
 struct SpriteFrame {
     FrameHeaderRecord header;
 
-    /// FrameWidth times FrameHeight palette indices, top row first.
-    std::vector<std::uint8_t> indices;
+    /// FrameWidth times FrameHeight palette indices, top row first. Zeros for pixels that a truncated file
+    /// lacks; they take no memory until they are read.
+    ByteArray indices;
 };
 
 struct SpriteFile {
@@ -26,7 +28,7 @@ struct SpriteFile {
 
 /// How much a finding matters.
 enum class Severity {
-    Note,    ///< unusual, but harmless
+    Note,    ///< unusual or worth knowing, but harmless
     Warning, ///< the game may not show the sprite as intended
     Error,   ///< damaged, or refused by the editor
 };
@@ -38,21 +40,27 @@ struct SpriteFinding {
 };
 
 struct SpriteParse {
-    /// As much as could be read; frames of a truncated file are filled with zeros.
+    /// As much as could be read: FrameCount may be higher than the number of frames.
     SpriteFile sprite;
+
+    /// Where the header of each frame begins, in bytes from the start of the file.
+    std::vector<std::uint64_t> frame_offsets;
 
     /// Everything unusual or wrong, by offset.
     std::vector<SpriteFinding> findings;
 
-    /// Bytes after the last frame.
+    /// Bytes after the last frame, if all frames were read.
     std::uint64_t trailing_bytes = 0;
 
-    /// Whether the editor opens the file.
+    /// Whether read_sprite() succeeds for the file.
     bool opens_in_editor = false;
 };
 
-/// Reads a sprite file from memory. Never fails on malformed bytes, which become findings; OutOfMemory for
-/// frames that do not fit into memory.
+/// "note", "warning" or "error".
+std::string_view name_of(Severity severity);
+
+/// Reads a sprite file from memory. Does not fail on malformed bytes, which become findings. OutOfMemory when
+/// the frames do not fit into memory.
 SpriteParse parse_sprite_file(std::span<const std::uint8_t> bytes);
 
 /// The bytes of a sprite file with `sprite.frames.size()` as its frame count.
