@@ -1,11 +1,11 @@
 // The input is a sprite file. If it loads, its frames are drawn, and it is saved and loaded again, after
 // which the frames must be the same.
 #include <algorithm>
-#include <limits>
 
 #include "core/image/PictureSurface.h"
 #include "core/sprite/hlspr.h"
 #include "fuzzing.h"
+#include "sprite_sizes.h"
 
 namespace {
 
@@ -25,29 +25,10 @@ bool claims_many_frames(std::span<const std::uint8_t> bytes) {
            sprite_header_from_bytes(bytes.first<SpriteHeaderRecord::file_size>()).FrameCount > few_frames;
 }
 
-// A small file may declare frames of up to 2 GiB, which are filled with zeros. That is cheap except under the
-// sanitizer, where each takes half a second and finds nothing more.
-bool has_no_larger_frame(std::span<const std::uint8_t> bytes, std::int64_t largest) {
-    std::size_t at = SpriteHeaderRecord::file_size + PaletteRecord::file_size;
-    while (at + FrameHeaderRecord::file_size <= bytes.size()) {
-        const auto record = bytes.subspan(at).first<FrameHeaderRecord::file_size>();
-        const FrameHeaderRecord header = frame_header_from_bytes(record);
-        const std::int64_t size = std::int64_t{header.FrameWidth} * header.FrameHeight;
-        if (size <= 0 || size > std::numeric_limits<std::int32_t>::max()) {
-            return true; // refused before memory is allocated
-        }
-        if (size > largest) {
-            return false;
-        }
-        at += FrameHeaderRecord::file_size + static_cast<std::size_t>(size);
-    }
-    return true;
-}
-
 bool is_worth_loading(std::span<const std::uint8_t> bytes) {
-    const bool is_small = !claims_many_frames(bytes) && has_no_larger_frame(bytes, small_frame);
-    return is_small ||
-           (has_no_larger_frame(bytes, largest_frame) && fuzzing::is_one_in(inputs_for_one_large, bytes));
+    const bool is_small = !claims_many_frames(bytes) && fuzzing::has_no_larger_frame(bytes, small_frame);
+    return is_small || (fuzzing::has_no_larger_frame(bytes, largest_frame) &&
+                        fuzzing::is_one_in(inputs_for_one_large, bytes));
 }
 
 std::size_t stored_bytes() {

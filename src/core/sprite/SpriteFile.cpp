@@ -164,6 +164,9 @@ class Parser {
             refuse(start + size_in_frame, name + " has " + size_text(width, height) + " pixels");
             return false;
         }
+        if (width < 0) { // and so is the height
+            damage(start + size_in_frame, name + " has " + size_text(width, height) + " pixels");
+        }
         if (frame.header.FrameType != 0) {
             warn(start, name + " has type " + text(frame.header.FrameType) +
                             ": a frame group, read as a single frame");
@@ -192,7 +195,7 @@ class Parser {
             const SpriteFrame& frame = result_.sprite.frames[i];
             const std::int32_t width = frame.header.FrameWidth;
             const std::int32_t height = frame.header.FrameHeight;
-            if (width == header_.Width && height == header_.Height) {
+            if (width < 0 || (width == header_.Width && height == header_.Height)) {
                 continue;
             }
             const std::uint64_t offset = result_.frame_offsets[i] + size_in_frame;
