@@ -20,6 +20,9 @@ class CommandError : public std::runtime_error {
         : std::runtime_error(file + ": " + reason) {}
 };
 
+/// The work could not be done, and all reasons have been printed: the program only exits with 1.
+struct ReportedFailure {};
+
 /// Each of these adds a subcommand with its options. The subcommand runs as CLI11's final callback.
 void add_make(CLI::App& program);
 void add_info(CLI::App& program);

@@ -1,16 +1,20 @@
 #include "cli/console.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <system_error>
 
 #ifdef _WIN32
 #include <io.h>
 #else
 #include <unistd.h>
 #endif
+
+#include "cli/command.h"
 
 namespace varnoth::cli {
 
@@ -39,11 +43,25 @@ double seconds_now() {
 } // namespace
 
 bool shows_colours() {
-    return is_terminal(stdout) && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
+    return prints_to_terminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
+}
+
+bool prints_to_terminal() {
+    return is_terminal(stdout);
+}
+
+void print(std::string_view text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
+        throw CommandError("standard output", std::generic_category().message(errno));
+    }
 }
 
 void print_note(std::string_view text) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
+}
+
+void print_error(std::string_view error) {
+    print_note("varnoth-cli: " + std::string(error));
 }
 
 Progress::Progress(std::string_view task, std::size_t steps, bool quiet)

@@ -10,8 +10,17 @@ namespace varnoth::cli {
 /// Whether standard output is a terminal that shows colours: not with NO_COLOR or TERM=dumb.
 bool shows_colours();
 
+/// Whether standard output is a terminal.
+bool prints_to_terminal();
+
+/// Prints results to standard output. CommandError when it cannot be written.
+void print(std::string_view text);
+
 /// A line on standard error.
 void print_note(std::string_view text);
+
+/// "varnoth-cli: ERROR" on standard error, for commands that go on with the next file.
+void print_error(std::string_view error);
 
 /// A progress bar on standard error while the object exists. Shows nothing if standard error is no terminal,
 /// if `quiet` is set, or before half a second has passed.

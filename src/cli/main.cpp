@@ -48,13 +48,15 @@ int main(int argument_count, char** arguments) {
     try {
         return run(argument_count, arguments);
     } catch (const varnoth::cli::CommandError& error) {
-        varnoth::cli::print_note(std::string("varnoth-cli: ") + error.what());
+        varnoth::cli::print_error(error.what());
+    } catch (const varnoth::cli::ReportedFailure&) {
+        return failed;
     } catch (const varnoth::RunTimeFailure& failure) {
-        varnoth::cli::print_note("varnoth-cli: " + std::string(failure.words()));
+        varnoth::cli::print_error(failure.words());
     } catch (const std::bad_alloc&) {
-        varnoth::cli::print_note("varnoth-cli: out of memory");
+        varnoth::cli::print_error("out of memory");
     } catch (const std::exception& error) {
-        varnoth::cli::print_note(std::string("varnoth-cli: ") + error.what());
+        varnoth::cli::print_error(error.what());
     }
     return failed;
 }

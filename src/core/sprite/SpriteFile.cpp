@@ -183,9 +183,10 @@ class Parser {
         indices = complete ? ByteArray::for_overwrite(size) : ByteArray(size);
         std::ranges::copy(present, indices.data());
         at_ += present.size();
+        result_.missing_pixels = size - present.size();
         if (!complete) {
-            damage(at_, "the file ends in " + name + ": " + std::to_string(size - present.size()) + " of " +
-                            std::to_string(size) + " pixels are missing");
+            damage(at_, "the file ends in " + name + ": " + text(result_.missing_pixels) + " of " +
+                            text(size) + " pixels are missing");
         }
     }
 
@@ -199,7 +200,7 @@ class Parser {
                 continue;
             }
             const std::uint64_t offset = result_.frame_offsets[i] + size_in_frame;
-            const std::string finding = "frame " + std::to_string(i) + " has " + size_text(width, height) +
+            const std::string finding = "frame " + text(i) + " has " + size_text(width, height) +
                                         " pixels, the sprite " + size_text(header_.Width, header_.Height);
             if (std::int64_t{width} * height < sprite_size) {
                 damage(offset, finding + ": too few for the editor, which ends with an error");
@@ -222,7 +223,7 @@ class Parser {
     void check_end() {
         result_.trailing_bytes = bytes_.size() - at_;
         if (result_.trailing_bytes > 0) {
-            note(at_, std::to_string(result_.trailing_bytes) + " bytes after the last frame");
+            note(at_, text(result_.trailing_bytes) + " bytes after the last frame");
         }
     }
 

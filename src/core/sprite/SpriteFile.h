@@ -49,6 +49,9 @@ struct SpriteParse {
     /// Everything unusual or wrong, by offset.
     std::vector<SpriteFinding> findings;
 
+    /// Pixels of the last frame that the file lacks.
+    std::uint64_t missing_pixels = 0;
+
     /// Bytes after the last frame, if all frames were read.
     std::uint64_t trailing_bytes = 0;
 

@@ -123,6 +123,7 @@ TEST(SpriteFileParser, MissingPixelsAreZeros) {
               Texts{"1206: error: the file ends in frame 1: 156 of 256 pixels are missing"});
     EXPECT_TRUE(opens(bytes));
     const SpriteParse parse = parse_sprite_file(bytes);
+    EXPECT_EQ(parse.missing_pixels, 156U);
     const ByteArray& indices = parse.sprite.frames[1].indices;
     ASSERT_EQ(indices.size(), 256U);
     EXPECT_EQ(indices[99], 2);
