@@ -53,31 +53,29 @@ GifWriter::GifWriter(const GifOptions& options) : options_(options) {
     const std::uint16_t height = narrow<std::uint16_t>(options.height);
     const ColourMap map = colour_map(options.colours);
     int error = 0;
-    file_ = EGifOpen(&bytes_, append_bytes, &error);
-    if (file_ == nullptr) {
+    file_.reset(EGifOpen(&bytes_, append_bytes, &error));
+    if (!file_) {
         fail(Failure::OutOfMemory);
     }
-    EGifSetGifVersion(file_, true);
-    require(EGifPutScreenDesc(file_, width, height, colour_bits, 0, map.get()));
+    EGifSetGifVersion(file_.get(), true);
+    require(EGifPutScreenDesc(file_.get(), width, height, colour_bits, 0, map.get()));
     if (options.delay) {
         put_loop();
     }
 }
 
-GifWriter::~GifWriter() {
-    if (file_ != nullptr) {
-        int ignored = 0;
-        EGifCloseFile(file_, &ignored);
-    }
+void GifWriter::Close::operator()(GifFileType* file) const {
+    int ignored = 0;
+    EGifCloseFile(file, &ignored);
 }
 
 void GifWriter::put_loop() {
     constexpr char name[] = "NETSCAPE2.0";
     constexpr GifByteType for_ever[] = {1, 0, 0};
-    require(EGifPutExtensionLeader(file_, APPLICATION_EXT_FUNC_CODE));
-    require(EGifPutExtensionBlock(file_, sizeof name - 1, name));
-    require(EGifPutExtensionBlock(file_, sizeof for_ever, for_ever));
-    require(EGifPutExtensionTrailer(file_));
+    require(EGifPutExtensionLeader(file_.get(), APPLICATION_EXT_FUNC_CODE));
+    require(EGifPutExtensionBlock(file_.get(), sizeof name - 1, name));
+    require(EGifPutExtensionBlock(file_.get(), sizeof for_ever, for_ever));
+    require(EGifPutExtensionTrailer(file_.get()));
 }
 
 void GifWriter::add(const GifFrame& frame) {
@@ -87,19 +85,19 @@ void GifWriter::add(const GifFrame& frame) {
     control.TransparentColor = options_.transparent ? *options_.transparent : NO_TRANSPARENT_COLOR;
     GifByteType bytes[4];
     const auto size = static_cast<int>(EGifGCBToExtension(&control, bytes));
-    require(EGifPutExtension(file_, GRAPHICS_EXT_FUNC_CODE, size, bytes));
-    require(EGifPutImageDesc(file_, frame.left, frame.top, frame.width, frame.height, false, nullptr));
+    require(EGifPutExtension(file_.get(), GRAPHICS_EXT_FUNC_CODE, size, bytes));
+    require(EGifPutImageDesc(file_.get(), frame.left, frame.top, frame.width, frame.height, false, nullptr));
     const auto width = static_cast<std::size_t>(frame.width);
     std::vector<std::uint8_t> row(width); // giflib takes rows that it may change
     for (std::size_t at = 0; at < frame.indices.size(); at += width) {
         std::ranges::copy(frame.indices.subspan(at, width), row.begin());
-        require(EGifPutLine(file_, row.data(), frame.width));
+        require(EGifPutLine(file_.get(), row.data(), frame.width));
     }
 }
 
 std::vector<std::uint8_t> GifWriter::finish() {
     int error = 0;
-    require(EGifCloseFile(std::exchange(file_, nullptr), &error));
+    require(EGifCloseFile(file_.release(), &error));
     return std::move(bytes_);
 }
 

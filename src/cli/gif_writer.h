@@ -40,7 +40,6 @@ struct GifFrame {
 class GifWriter {
   public:
     explicit GifWriter(const GifOptions& options);
-    ~GifWriter();
 
     GifWriter(const GifWriter&) = delete;
     GifWriter& operator=(const GifWriter&) = delete;
@@ -51,11 +50,15 @@ class GifWriter {
     std::vector<std::uint8_t> finish();
 
   private:
+    struct Close {
+        void operator()(GifFileType* file) const;
+    };
+
     void put_loop();
 
     GifOptions options_;
     std::vector<std::uint8_t> bytes_;
-    GifFileType* file_ = nullptr;
+    std::unique_ptr<GifFileType, Close> file_;
 };
 
 } // namespace varnoth::cli

@@ -1,0 +1,84 @@
+#include "cli/written_pictures.h"
+
+#include <algorithm>
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QImage>
+
+#include "cli/gif_writer.h"
+#include "core/base/RunTimeFailure.h"
+#include "core/codecs/write_pcx.h"
+#include "core/codecs/write_tga.h"
+
+namespace varnoth::cli {
+
+namespace {
+
+constexpr std::uint32_t opaque = 0xFF000000;
+
+std::vector<std::uint8_t> encode_with_qt(const QImage& image, const char* format) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (image.isNull() || !buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, format)) {
+        fail(Failure::Overflow);
+    }
+    return {bytes.begin(), bytes.end()};
+}
+
+std::vector<std::uint8_t> encode_with_qt(const IndexedPicture& picture, const char* format) {
+    QImage image(picture.indices.data(), picture.width, picture.height, picture.width,
+                 QImage::Format_Indexed8);
+    QList<QRgb> colours(picture.colours.begin(), picture.colours.end());
+    std::ranges::for_each(colours, [](QRgb& colour) { colour |= opaque; });
+    image.setColorTable(colours);
+    return encode_with_qt(image, format);
+}
+
+std::vector<std::uint8_t> encode_gif(const IndexedPicture& picture) {
+    GifOptions options;
+    options.width = picture.width;
+    options.height = picture.height;
+    options.colours = picture.colours;
+    GifWriter writer(options);
+    writer.add({0, 0, picture.width, picture.height, picture.indices});
+    return writer.finish();
+}
+
+} // namespace
+
+std::vector<std::uint8_t> encode(const IndexedPicture& picture, PictureFormat format) {
+    switch (format) {
+    case PictureFormat::Png:
+        return encode_with_qt(picture, "png");
+    case PictureFormat::Bmp:
+        return encode_with_qt(picture, "bmp");
+    case PictureFormat::Tga:
+        return write_tga(picture);
+    case PictureFormat::Pcx:
+        return write_pcx(picture);
+    case PictureFormat::Gif:
+        break;
+    }
+    return encode_gif(picture);
+}
+
+std::vector<std::uint8_t> encode(const RgbaPicture& picture, PictureFormat format) {
+    if (format == PictureFormat::Tga) {
+        return write_tga(picture);
+    }
+    static_assert(sizeof(QRgb) == sizeof(std::uint32_t));
+    const auto* const bytes = reinterpret_cast<const uchar*>(picture.pixels.data());
+    return encode_with_qt(QImage(bytes, picture.width, picture.height, QImage::Format_ARGB32), "png");
+}
+
+RgbaPicture with_colours(const IndexedPicture& picture) {
+    RgbaPicture result{picture.width, picture.height, {}};
+    result.pixels.reserve(picture.indices.size());
+    for (const std::uint8_t index : picture.indices) {
+        result.pixels.push_back(picture.colours[index]);
+    }
+    return result;
+}
+
+} // namespace varnoth::cli
