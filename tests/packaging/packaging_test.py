@@ -67,12 +67,14 @@ class Install(unittest.TestCase):
                      for folder, _, names in os.walk(prefix) for name in names}
             wanted = {
                 "bin/varnoth": None,
+                "bin/varnoth-cli": None,
                 "share/applications/varnoth.desktop": "varnoth.desktop",
                 "share/doc/varnoth/copyright": "debian/copyright",
                 "share/icons/hicolor/scalable/apps/varnoth.svg": "icons/hicolor/scalable/apps/varnoth.svg",
                 "share/man/man1/varnoth.1": "varnoth.1",
                 f"share/metainfo/{IDENTIFIER}.metainfo.xml": f"{IDENTIFIER}.metainfo.xml",
                 "share/mime/packages/varnoth.xml": "varnoth.xml",
+                "share/thumbnailers/varnoth.thumbnailer": "varnoth.thumbnailer",
             }
             for size in ICON_SIZES:
                 icon = f"icons/hicolor/{size}x{size}/apps/varnoth.png"
@@ -125,6 +127,17 @@ class MimeType(unittest.TestCase):
         self.assertEqual([glob.get("pattern") for glob in kind.findall(MIME_INFO + "glob")], ["*.spr"])
         match, = kind.findall(f"{MIME_INFO}magic/{MIME_INFO}match")
         self.assertEqual((match.get("type"), match.get("offset"), match.get("value")), ("string", "0", "IDSP"))
+
+
+class Thumbnailer(unittest.TestCase):
+    def test_entry_runs_the_command_line_for_sprites(self):
+        entry = configparser.ConfigParser(interpolation=None)
+        entry.read_string(text("packaging", "varnoth.thumbnailer"))
+        section = entry["Thumbnailer Entry"]
+        self.assertEqual(section["TryExec"], "varnoth-cli")
+        # File managers create the output file before they start the program.
+        self.assertEqual(section["Exec"], "varnoth-cli thumbnail --force %i %o %s")
+        self.assertEqual(section["MimeType"], SPRITE + ";")
 
 
 class Metainfo(unittest.TestCase):
