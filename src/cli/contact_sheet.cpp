@@ -42,20 +42,25 @@ struct Grid {
     std::int64_t width() const { return columns * cell_width + margin; }
 
     std::int64_t height() const { return rows * cell_height + margin; }
+
+    std::int64_t longest_side() const { return std::max(width(), height()); }
 };
 
+/// The grid that fits into the smallest square.
 Grid grid_of(const FrameView& view) {
     const auto count = static_cast<std::int64_t>(view.frame_count());
     const auto most_digits = static_cast<std::int64_t>(std::to_string(count - 1).size());
     Grid grid;
     grid.cell_width = std::max<std::int64_t>(view.width(), most_digits * digit_step - 1) + margin;
     grid.cell_height = view.height() + margin + digit_height + margin;
-    grid.rows = count;
-    while (grid.width() < grid.height() && grid.columns < count) {
-        ++grid.columns;
+    Grid best = grid;
+    for (grid.columns = 1; grid.columns <= count; ++grid.columns) {
         grid.rows = (count + grid.columns - 1) / grid.columns;
+        if (grid.columns == 1 || grid.longest_side() < best.longest_side()) {
+            best = grid;
+        }
     }
-    return grid;
+    return best;
 }
 
 class Sheet {

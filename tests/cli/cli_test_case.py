@@ -1,11 +1,13 @@
 """What the tests of the command line share: they run the built program in a folder of their own.
 Usage of each test: NAME_test.py VARNOTH_CLI WALKTHROUGH SAMPLES [TEST...]"""
+import fcntl
 import json
 import os
 import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import unittest
 
 PROGRAM, WALKTHROUGH, SAMPLES = map(os.path.abspath, sys.argv[1:4])
@@ -33,6 +35,31 @@ class CliTest(unittest.TestCase):
         lines = done.stderr.decode().splitlines()
         self.assertEqual(len(lines), 1, done.stderr.decode())
         return lines[0]
+
+    def on_terminal(self, *arguments, size=(24, 80), reply=None, **environment):
+        """Runs the program on a terminal of that many lines and columns, and returns what it prints. With a reply
+        (TEXT, KEYS), presses the keys once the text has appeared. It must exit with 0."""
+        master, terminal = os.openpty()
+        fcntl.ioctl(terminal, termios.TIOCSWINSZ, struct.pack("4H", *size, 0, 0))
+        process = subprocess.Popen([PROGRAM, *map(str, arguments)], cwd=self.folder, stdin=terminal, stdout=terminal,
+                                   stderr=terminal, env={**os.environ, **environment}, start_new_session=True,
+                                   preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY))
+        os.close(terminal)
+        output = b""
+        while True:
+            try:
+                part = os.read(master, 65536)
+            except OSError:  # the program has exited
+                break
+            if not part:
+                break
+            output += part
+            if reply and reply[0] in output:
+                os.write(master, reply[1])
+                reply = None
+        os.close(master)
+        self.assertEqual(process.wait(timeout=60), 0, output)
+        return output
 
     def json(self, *arguments, **options):
         return json.loads(self.run_cli(*arguments, **options).stdout)
