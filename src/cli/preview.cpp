@@ -63,6 +63,10 @@ bool ends_in(const std::string& path, std::string_view ending) {
            });
 }
 
+bool is_gif(const std::string& target) {
+    return target == "-" || ends_in(target, ".gif");
+}
+
 /// The hundredths of a second that a GIF shows each frame.
 std::uint16_t delay_of(double rate, bool quiet) {
     const auto delay = static_cast<std::uint16_t>(std::lround(100 / rate));
@@ -168,7 +172,7 @@ void check_usage(const Arguments& arguments) {
         if (!arguments.rate.empty()) {
             throw CLI::ValidationError("--fps", "does not apply to a contact sheet");
         }
-    } else if (!arguments.target.empty() && !ends_in(arguments.target, ".gif")) {
+    } else if (!arguments.target.empty() && !is_gif(arguments.target)) {
         throw CLI::ValidationError("OUT", "'" + arguments.target + "' does not end in .gif or .png");
     }
 }
@@ -187,7 +191,7 @@ void preview(const Arguments& arguments) {
     const FrameView view(sprite, background, arguments.scale, name);
     if (arguments.target.empty()) {
         show_in_terminal(arguments, view);
-    } else if (ends_in(arguments.target, ".gif")) {
+    } else if (is_gif(arguments.target)) {
         write_gif(arguments, sprite, view);
     } else {
         write_output(arguments.target, encode(contact_sheet(view, name), PictureFormat::Png),
@@ -203,7 +207,8 @@ void add_preview(CLI::App& program) {
         "preview", "Shows a sprite as an animated GIF, as a contact sheet in PNG, or in the terminal.");
     command->add_option("FILE", arguments->file, "The sprite; - is standard input.")->required();
     command->add_option("OUT", arguments->target,
-                        "NAME.gif or NAME.png. Without it, the frames are shown in the terminal.");
+                        "NAME.gif, NAME.png, or - for a GIF on standard output. Without it, the frames are\n"
+                        "shown in the terminal.");
     command->add_option(
         "--fps", arguments->rate,
         "Frames per second, 0.01 to 100. A GIF has 10 by default, and rounds the time of a frame\n"

@@ -1,7 +1,5 @@
 #include "cli/written_pictures.h"
 
-#include <algorithm>
-
 #include <QBuffer>
 #include <QByteArray>
 #include <QImage>
@@ -15,8 +13,6 @@ namespace varnoth::cli {
 
 namespace {
 
-constexpr std::uint32_t opaque = 0xFF000000;
-
 std::vector<std::uint8_t> encode_with_qt(const QImage& image, const char* format) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -29,9 +25,7 @@ std::vector<std::uint8_t> encode_with_qt(const QImage& image, const char* format
 std::vector<std::uint8_t> encode_with_qt(const IndexedPicture& picture, const char* format) {
     QImage image(picture.indices.data(), picture.width, picture.height, picture.width,
                  QImage::Format_Indexed8);
-    QList<QRgb> colours(picture.colours.begin(), picture.colours.end());
-    std::ranges::for_each(colours, [](QRgb& colour) { colour |= opaque; });
-    image.setColorTable(colours);
+    image.setColorTable(QList<QRgb>(picture.colours.begin(), picture.colours.end()));
     return encode_with_qt(image, format);
 }
 

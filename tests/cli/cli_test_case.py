@@ -3,11 +3,13 @@ Usage of each test: NAME_test.py VARNOTH_CLI WALKTHROUGH SAMPLES [TEST...]"""
 import fcntl
 import json
 import os
+import select
 import struct
 import subprocess
 import sys
 import tempfile
 import termios
+import time
 import unittest
 
 PROGRAM, WALKTHROUGH, SAMPLES = map(os.path.abspath, sys.argv[1:4])
@@ -38,15 +40,18 @@ class CliTest(unittest.TestCase):
 
     def on_terminal(self, *arguments, size=(24, 80), reply=None, **environment):
         """Runs the program on a terminal of that many lines and columns, and returns what it prints. With a reply
-        (TEXT, KEYS), presses the keys once the text has appeared. It must exit with 0."""
+        (TEXT, KEYS), presses the keys once the text has appeared. It must exit with 0 within a minute."""
         master, terminal = os.openpty()
         fcntl.ioctl(terminal, termios.TIOCSWINSZ, struct.pack("4H", *size, 0, 0))
         process = subprocess.Popen([PROGRAM, *map(str, arguments)], cwd=self.folder, stdin=terminal, stdout=terminal,
                                    stderr=terminal, env={**os.environ, **environment}, start_new_session=True,
                                    preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY))
         os.close(terminal)
-        output = b""
+        self.addCleanup(process.kill)
+        start, output = time.monotonic(), b""
         while True:
+            left = max(0, start + 60 - time.monotonic())
+            self.assertTrue(left and select.select([master], [], [], left)[0], output[:10000])
             try:
                 part = os.read(master, 65536)
             except OSError:  # the program has exited

@@ -95,6 +95,8 @@ class Extract(CliTest):
         path = self.write("a.spr", sprite_bytes(1, 1, [b"\0"] * 4))
         line = self.fails("extract", path, "out", "--frames", "2-9")
         self.assertEqual(line, f"varnoth-cli: {path}: there is no frame 4; the last is 3")
+        self.assertEqual(self.fails("extract", path, "out", "--frames", "4"), line)
+        self.assertIn("there is no frame 7;", self.fails("extract", path, "out", "--frames", "7,9"))
         self.assertFalse(os.path.exists(self.path("out")))
 
     def test_lists_that_are_no_lists(self):

@@ -207,6 +207,11 @@ class ContactSheet(Preview):
         expected = rows_of(b"".join(colour_of(PALETTE, index) + b"\xff" for index in range(4)), 8)
         self.assertEqual([row[16:56] for row in rows[4:14]], magnified(expected, 5, 4))
 
+    def test_palette_colours_without_background_in_other_modes(self):
+        for mode in (0, 1, 2):
+            *_, rows = self.sheet(sprite_bytes(1, 1, [b"\1"], palette=PALETTE, mode=mode))
+            self.assertEqual(rows[MARGIN][4 * MARGIN:4 * MARGIN + 4], colour_of(PALETTE, 1) + b"\xff")
+
     def test_transparent_pixels_only_without_background(self):
         data = sprite_bytes(1, 1, [b"\xff"], palette=PALETTE, mode=3)
         self.assertEqual(self.sheet(data)[3][MARGIN][4 * MARGIN + 3], 0)
@@ -242,6 +247,10 @@ class Target(Preview):
         self.assertEqual(self.read("a.GIF")[:3], b"GIF")
         self.assertEqual(self.read("a.Png")[1:4], b"PNG")
         self.preview(data, "a.jpg", status=2)
+
+    def test_standard_output_is_a_gif(self):
+        output = self.preview(sprite_bytes(2, 1, [b"\1\2"]), "-").stdout
+        self.assertEqual(Gif(output).frames[0]["rows"], [b"\1\2"])
 
     def test_without_target_and_terminal(self):
         done = self.run_cli("preview", self.write("a.spr", sprite_bytes(1, 1, [b"\0"])), status=2)

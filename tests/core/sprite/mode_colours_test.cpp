@@ -62,7 +62,8 @@ TEST(ModeColours, AlphaTestOverABackground) {
 TEST(ModeColours, IndexAlphaBlendsWithTheBackground) {
     const IndexColours colours = colours_over(palette(), mode_index_alpha, 0x00FF00FF);
     EXPECT_EQ(colours[0], 0xFFFF00FF);
-    EXPECT_EQ(colours[51], 0xFFCE04D2); // a fifth of 10, 20, 30 and four fifths of 255, 0, 255
+    EXPECT_EQ(colours[51], 0xFFCE04D2);  // a fifth of 10, 20, 30 and four fifths of 255, 0, 255
+    EXPECT_EQ(colours[100], 0xFF9F08A7); // 158.9, 7.8 and 166.8
     EXPECT_EQ(colours[255], 0xFF0A141E);
 }
 
