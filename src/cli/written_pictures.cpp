@@ -1,5 +1,7 @@
 #include "cli/written_pictures.h"
 
+#include <algorithm>
+
 #include <QBuffer>
 #include <QByteArray>
 #include <QImage>
@@ -23,7 +25,14 @@ std::vector<std::uint8_t> encode_with_qt(const QImage& image, const char* format
 }
 
 std::vector<std::uint8_t> encode_with_qt(const IndexedPicture& picture, const char* format) {
-    QImage image(picture.indices.data(), picture.width, picture.height, picture.width,
+    // The BMP writer reads rows up to a multiple of 4 bytes, and writes what it finds there.
+    const auto width = static_cast<std::size_t>(picture.width);
+    const std::size_t stride = (width + 3) / 4 * 4;
+    std::vector<std::uint8_t> rows(stride * static_cast<std::size_t>(picture.height));
+    for (std::size_t y = 0; y * width < picture.indices.size(); ++y) {
+        std::ranges::copy(picture.indices.subspan(y * width, width), rows.data() + y * stride);
+    }
+    QImage image(rows.data(), picture.width, picture.height, static_cast<qsizetype>(stride),
                  QImage::Format_Indexed8);
     image.setColorTable(QList<QRgb>(picture.colours.begin(), picture.colours.end()));
     return encode_with_qt(image, format);

@@ -58,8 +58,9 @@ def parse_bmp(data):
     assert data[:2] == b"BM" and size == 40 and bits == 8 and compression == 0 and start == 54 + 1024
     palette = b"".join(data[at:at + 3][::-1] for at in range(54, start, 4))
     stride = (width + 3) // 4 * 4
-    rows = [data[start + y * stride:start + y * stride + width] for y in range(height)]
-    return width, height, palette, rows[::-1]
+    rows = [data[start + y * stride:start + (y + 1) * stride] for y in range(height)]
+    assert all(row[width:] == bytes(stride - width) for row in rows)
+    return width, height, palette, [row[:width] for row in rows[::-1]]
 
 
 def parse_tga(data):
