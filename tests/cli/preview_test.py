@@ -262,7 +262,8 @@ class Target(Preview):
         self.assertIn("the preview would have 2147483648 x 2147483649 pixels, which is too large", line)
 
     def test_sprite_that_the_editor_refuses(self):
-        self.assertIn("a.spr: the file ends in its header", self.fails("preview", self.write("a.spr", b"IDSP"), "b.gif"))
+        line = self.fails("preview", self.write("a.spr", b"IDSP"), "out.gif")
+        self.assertIn("a.spr: the file ends in its header", line)
 
     def test_standard_input(self):
         self.run_cli("preview", "-", "out.gif", stdin=sprite_bytes(2, 1, [b"\1\2"]))
