@@ -1,0 +1,106 @@
+// What the render modes make of pictures with an alpha channel: the pixels that the quantizer maps, and the
+// indices of those that it does not.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "core/base/ByteArray.h"
+#include "core/image/Colour.h"
+#include "core/image/RgbaPicture.h"
+#include "core/quantize/NearestEntry.h"
+#include "core/quantize/map_to_palette.h"
+#include "core/sprite/SpriteDocument.h"
+
+namespace varnoth {
+
+/// The render modes of a sprite header.
+enum class RenderMode : std::int32_t { Normal = 0, Additive = 1, IndexAlpha = 2, AlphaTest = 3 };
+
+/// In AlphaTest, transparent pixels have this index and no others do.
+inline constexpr std::uint8_t transparent_index = 255;
+
+/// What makes a pixel of a picture transparent.
+struct Transparency {
+    enum class By {
+        Alpha,  ///< the alpha channel
+        Key,    ///< having a certain colour; the alpha channel is ignored
+        Corner, ///< having the colour of the picture's top left pixel; likewise
+        None,   ///< nothing; likewise
+    };
+
+    By by = By::Alpha;
+    std::uint32_t colour = 0; ///< for By::Key: red, green, blue from bit 23 down
+};
+
+/// Changes the alpha channel accordingly.
+void set_alpha(RgbaPicture& picture, const Transparency& transparency);
+
+/// A picture as the quantizer takes it.
+struct FramePixels {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::vector<std::uint8_t> pixels; ///< 4 bytes each: blue, green, red, unused
+    std::vector<std::uint8_t> opaque; ///< one byte per pixel, 0 for transparent; empty when all are opaque
+
+    PixelView view() const { return {pixels, opaque, width, height}; }
+};
+
+/// In AlphaTest, pixels from alpha 128 on are opaque and keep their colours. Other modes have no transparent
+/// pixels, so that the picture is blended over black.
+FramePixels frame_pixels(const RgbaPicture& picture, RenderMode mode);
+
+/// The picture of a frame; in AlphaTest, transparent_index is transparent. `indices` has one byte per pixel.
+RgbaPicture picture_of_frame(std::span<const std::uint8_t> indices, std::int32_t width, std::int32_t height,
+                             const PaletteRecord& palette, RenderMode mode);
+
+/// The number of palette entries that opaque pixels may have: all but transparent_index in AlphaTest.
+std::size_t usable_entries(RenderMode mode);
+
+/// The palette of a sprite with these entries first, of which there are at most 256. The others are black,
+/// but in AlphaTest the last one is blue, which marks transparent pixels where the mode is ignored.
+PaletteRecord palette_record(std::span<const RGBQUAD> entries, RenderMode mode);
+
+/// Maps pictures to a palette. Threads can share a mapper.
+class FrameMapper {
+  public:
+    /// 1 to 256 entries; opaque pixels never get transparent_index in AlphaTest. Of equal entries, only the
+    /// first is used: dithers judge by the distances between entries how far errors may travel.
+    FrameMapper(std::span<const RGBQUAD> palette, RenderMode mode);
+
+    /// The index of each pixel; transparent_index for transparent ones.
+    ByteArray indices(const FramePixels& picture, const Dithering& dithering) const;
+
+  private:
+    FrameMapper(std::span<const RGBQUAD> palette, std::vector<std::uint8_t> distinct);
+
+    std::vector<std::uint8_t> distinct_; // the indices of the entries that are used
+    NearestEntry nearest_;
+};
+
+// IndexAlpha draws every pixel in the colour of entry 255, with its index as alpha.
+
+/// What must be known of all pictures before one becomes a frame of an IndexAlpha sprite.
+struct AlphaSummary {
+    bool has_alpha = false; ///< whether any pixel is not opaque
+    std::uint64_t weight = 0;
+    std::uint64_t red = 0; ///< sums, weighted by alpha
+    std::uint64_t green = 0;
+    std::uint64_t blue = 0;
+
+    void add(const RgbaPicture& picture);
+    void add(const AlphaSummary& other);
+
+    /// The mean of the visible colours; white for pictures without alpha, whose brightness becomes the index.
+    PaletteColour colour() const;
+};
+
+/// The indices: the alpha channel if `from_alpha`, else the brightness, reduced by the alpha of borders.
+ByteArray alpha_indices(const RgbaPicture& picture, bool from_alpha);
+
+/// A ramp from black to the colour: drawn opaquely, it looks as IndexAlpha does over black.
+PaletteRecord alpha_palette(const PaletteColour& colour);
+
+} // namespace varnoth
