@@ -1,5 +1,6 @@
 #include "cli/files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -69,8 +70,12 @@ bool flush_to_disk(std::FILE* file) {
 void use_bytes(std::FILE* /*stream*/) {}
 #endif
 
-bool write_all(std::FILE* file, std::span<const std::uint8_t> bytes) {
-    return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+using Parts = std::span<const std::span<const std::uint8_t>>;
+
+bool write_all(std::FILE* file, Parts parts) {
+    return std::ranges::all_of(parts, [file](std::span<const std::uint8_t> part) {
+        return std::fwrite(part.data(), 1, part.size(), file) == part.size();
+    });
 }
 
 std::vector<std::uint8_t> read_all(std::FILE* file, const std::string& name) {
@@ -92,9 +97,9 @@ bool is_written_in_place(const fs::path& path) {
     return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
 }
 
-void write_in_place(const std::string& name, const fs::path& path, std::span<const std::uint8_t> bytes) {
+void write_in_place(const std::string& name, const fs::path& path, Parts parts) {
     const File file = open_file(path, true);
-    if (!file || !write_all(file.get(), bytes) || std::fflush(file.get()) != 0) {
+    if (!file || !write_all(file.get(), parts) || std::fflush(file.get()) != 0) {
         throw CommandError(name, last_error());
     }
 }
@@ -116,9 +121,9 @@ class TemporaryFile {
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    void write(std::span<const std::uint8_t> bytes) {
+    void write(Parts parts) {
         File file = open_file(path_, true);
-        if (!file || !write_all(file.get(), bytes) || !flush_to_disk(file.get()) ||
+        if (!file || !write_all(file.get(), parts) || !flush_to_disk(file.get()) ||
             std::fclose(file.release()) != 0) {
             throw CommandError(name_, last_error());
         }
@@ -169,21 +174,25 @@ std::vector<std::uint8_t> read_input(const std::string& path) {
 }
 
 void write_output(const std::string& path, std::span<const std::uint8_t> bytes, bool replace) {
+    write_output(path, Parts(&bytes, 1), replace);
+}
+
+void write_output(const std::string& path, Parts parts, bool replace) {
     if (path == standard_stream) {
         use_bytes(stdout);
-        if (!write_all(stdout, bytes) || std::fflush(stdout) != 0) {
+        if (!write_all(stdout, parts) || std::fflush(stdout) != 0) {
             throw CommandError("standard output", last_error());
         }
         return;
     }
     const fs::path target = native_path(path);
     if (is_written_in_place(target)) {
-        write_in_place(path, target, bytes);
+        write_in_place(path, target, parts);
         return;
     }
     require_new(path, replace);
     TemporaryFile file(path, target);
-    file.write(bytes);
+    file.write(parts);
     if (replace) {
         file.replace_target();
     } else {

@@ -18,6 +18,10 @@ std::vector<std::uint8_t> read_input(const std::string& path);
 /// then unchanged and the temporary file is removed.
 void write_output(const std::string& path, std::span<const std::uint8_t> bytes, bool replace);
 
+/// The same for several parts, one after the other.
+void write_output(const std::string& path, std::span<const std::span<const std::uint8_t>> parts,
+                  bool replace);
+
 /// CommandError when write_output would refuse to replace the file. For a check before long work.
 void require_new(const std::string& path, bool replace);
 
