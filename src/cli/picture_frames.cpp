@@ -1,0 +1,115 @@
+#include "cli/picture_frames.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "cli/console.h"
+#include "cli/each_picture.h"
+#include "core/quantize/best_palette.h"
+
+namespace varnoth::cli {
+
+namespace {
+
+bool dithers(const Dithering& dithering) {
+    return dithering.method != Dither::None && dithering.strength > 0;
+}
+
+} // namespace
+
+PictureFrames::PictureFrames(std::vector<PictureSource> sources, std::vector<FrameSize> sizes,
+                             RenderMode mode, const PictureOptions& options)
+    : sources_(std::move(sources)), sizes_(std::move(sizes)), mode_(mode), options_(options) {
+    options_.threads =
+        std::clamp<std::size_t>(options_.threads, 1, std::max<std::size_t>(sources_.size(), 1));
+}
+
+ColourHistogram PictureFrames::count_colours() const {
+    std::vector<ColourHistogram> histograms(options_.threads);
+    Progress progress("Counting colours", sources_.size(), options_.quiet);
+    for_each_picture(sources_, options_.threads, progress,
+                     [&](std::size_t thread, std::size_t position, RgbaPicture picture) {
+                         add_colours(pixels(position, std::move(picture)), histograms[thread]);
+                     });
+    for (std::size_t thread = 1; thread < histograms.size(); ++thread) {
+        histograms[0].add(histograms[thread]);
+    }
+    return std::move(histograms[0]);
+}
+
+// Before scaling, which makes the edges of opaque pictures neither transparent nor lighter, but would give
+// them a border.
+AlphaSummary PictureFrames::summarise_alpha() const {
+    std::vector<AlphaSummary> summaries(options_.threads);
+    Progress progress("Reading pictures", sources_.size(), options_.quiet);
+    for_each_picture(sources_, options_.threads, progress,
+                     [&](std::size_t thread, std::size_t /*position*/, RgbaPicture picture) {
+                         set_alpha(picture, options_.transparency);
+                         summaries[thread].add(picture);
+                     });
+    for (std::size_t thread = 1; thread < summaries.size(); ++thread) {
+        summaries[0].add(summaries[thread]);
+    }
+    return summaries[0];
+}
+
+std::vector<ByteArray> PictureFrames::map(std::span<const RGBQUAD> palette) const {
+    const FrameMapper mapper(palette, mode_);
+    std::vector<ByteArray> frames(sources_.size());
+    Progress progress("Making frames", sources_.size(), options_.quiet);
+    for_each_picture(sources_, options_.threads, progress,
+                     [&](std::size_t /*thread*/, std::size_t position, RgbaPicture picture) {
+                         frames[position] =
+                             mapper.indices(pixels(position, std::move(picture)), options_.dithering);
+                     });
+    return frames;
+}
+
+std::vector<ByteArray> PictureFrames::map_alpha(bool from_alpha) const {
+    std::vector<ByteArray> frames(sources_.size());
+    Progress progress("Making frames", sources_.size(), options_.quiet);
+    for_each_picture(sources_, options_.threads, progress,
+                     [&](std::size_t /*thread*/, std::size_t position, RgbaPicture picture) {
+                         frames[position] = alpha_indices(fitted(position, std::move(picture)), from_alpha);
+                     });
+    return frames;
+}
+
+FramePixels PictureFrames::pixels(std::size_t position, RgbaPicture picture) const {
+    return frame_pixels(fitted(position, std::move(picture)), mode_);
+}
+
+// Colour keys are compared before scaling mixes them with other colours.
+RgbaPicture PictureFrames::fitted(std::size_t position, RgbaPicture picture) const {
+    set_alpha(picture, options_.transparency);
+    const FrameSize& size = sizes_[position];
+    return resize_picture(std::move(picture), size.width, size.height, options_.fit);
+}
+
+void add_colours(const FramePixels& pixels, ColourHistogram& histogram) {
+    if (pixels.opaque.empty()) {
+        histogram.add(pixels.pixels);
+    } else {
+        histogram.add(pixels.pixels, pixels.opaque);
+    }
+}
+
+std::vector<RGBQUAD> entries_of(const PaletteRecord& palette) {
+    std::vector<RGBQUAD> entries(palette.Colours.size());
+    std::ranges::transform(palette.Colours, entries.begin(), [](const PaletteColour& colour) {
+        return RGBQUAD{colour.blue, colour.green, colour.red, 0};
+    });
+    return entries;
+}
+
+std::vector<RGBQUAD> best_entries(const ColourHistogram& histogram, std::size_t colours,
+                                  const Dithering& dithering) {
+    std::vector<RGBQUAD> entries = best_palette(
+        histogram, colours, dithers(dithering) ? PaletteUse::WithDither : PaletteUse::WithoutDither);
+    if (entries.empty()) { // all pixels are transparent
+        entries.emplace_back();
+    }
+    return entries;
+}
+
+} // namespace varnoth::cli
