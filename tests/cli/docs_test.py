@@ -115,11 +115,13 @@ class Options(CliTest):
 
     def test_zsh_completion(self):
         found = {}
-        for command, section in sections(text_of("packaging", "completions", "_varnoth-cli"),
-                                         r"^_varnoth-cli-([a-z]+)\(\)").items():
-            found[command] = set(re.findall(rf"['}}]\*?({OPTION})[=\[]", section))
-            found[command] |= set(re.findall(rf"\{{({OPTION}),", section))
-            found[command] |= set(re.findall(rf",({OPTION})[=+]*\}}", section))
+        script = text_of("packaging", "completions", "_varnoth-cli")
+        for command, body in re.findall(r"^_varnoth-cli-([a-z]+)\(\) \{\n    _arguments(.*?)^}", script,
+                                        re.MULTILINE | re.DOTALL):
+            # '--long=[text]', and '(-s --long)'{-s,--long}'[text]'.
+            found[command] = set(re.findall(rf"""['"]\*?({OPTION})=?\[""", body))
+            for pair in re.findall(r"\{(-.*?)\}", body):
+                found[command] |= set(pair.replace("=", "").split(","))
         self.compare(found)
 
     def test_fish_completion(self):

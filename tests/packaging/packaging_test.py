@@ -69,12 +69,16 @@ class Install(unittest.TestCase):
                 "bin/varnoth": None,
                 "bin/varnoth-cli": None,
                 "share/applications/varnoth.desktop": "varnoth.desktop",
+                "share/bash-completion/completions/varnoth-cli": "completions/varnoth-cli.bash",
                 "share/doc/varnoth/copyright": "debian/copyright",
+                "share/fish/vendor_completions.d/varnoth-cli.fish": "completions/varnoth-cli.fish",
                 "share/icons/hicolor/scalable/apps/varnoth.svg": "icons/hicolor/scalable/apps/varnoth.svg",
+                "share/man/man1/varnoth-cli.1": "varnoth-cli.1",
                 "share/man/man1/varnoth.1": "varnoth.1",
                 f"share/metainfo/{IDENTIFIER}.metainfo.xml": f"{IDENTIFIER}.metainfo.xml",
                 "share/mime/packages/varnoth.xml": "varnoth.xml",
                 "share/thumbnailers/varnoth.thumbnailer": "varnoth.thumbnailer",
+                "share/zsh/site-functions/_varnoth-cli": "completions/_varnoth-cli",
             }
             for size in ICON_SIZES:
                 icon = f"icons/hicolor/{size}x{size}/apps/varnoth.png"
@@ -173,7 +177,8 @@ class Version(unittest.TestCase):
     def test_release_date_is_the_same_everywhere(self):
         day = self.release.get("date")
         self.assertEqual(self.newest[2], day)
-        self.assertEqual(text("packaging", "varnoth.1").split()[3], day)
+        for page in ("varnoth.1", "varnoth-cli.1"):
+            self.assertEqual(text("packaging", page).split()[3], day)
         packed = re.search(r"^ -- .*>  (.*)$", text("packaging", "debian", "changelog"), re.MULTILINE)[1]
         self.assertEqual(email.utils.parsedate_to_datetime(packed).date().isoformat(), day)
 
