@@ -203,7 +203,10 @@ class BashCompletion(CliTest):
                 (("edit", "a.spr", ""), []),
                 (("edit", "a.spr", "-o", ""), sprites),
                 (("edit", "a.spr", "--append", "p.png", ""), pictures),
+                (("edit", "--append", "p.png", "g.gif", "--force", ""), sprites),
+                (("edit", "a.spr", "--replace", ""), []),
                 (("edit", "a.spr", "--replace", "0", "=", "q"), ["q.tga"]),
+                (("edit", "a.spr", "--replace", "=", "0", "=", "q"), ["q.tga"]),
                 (("preview", "a.spr", ""), ["folder", "g.gif", "p.png"]),
                 (("thumbnail", "a.spr", ""), ["folder", "p.png"]),
                 (("thumbnail", "a.spr", "p.png", ""), [])):
