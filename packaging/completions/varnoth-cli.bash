@@ -111,7 +111,9 @@ _varnoth_cli() {
     elif [[ $cur == -* ]]; then
         _varnoth_cli_options "$command"
     elif [[ $last_option == --append ]]; then
-        _varnoth_cli_value --append
+        # Another picture, or the sprite, which may stand behind them.
+        ((files > 0)) || pictures+="|spr"
+        _varnoth_cli_files "$pictures"
     else
         _varnoth_cli_operand "$command" "$files"
     fi

@@ -203,6 +203,7 @@ class BashCompletion(CliTest):
                 (("edit", "a.spr", ""), []),
                 (("edit", "a.spr", "-o", ""), sprites),
                 (("edit", "a.spr", "--append", "p.png", ""), pictures),
+                (("edit", "--append", "p.png", ""), sorted({*pictures, *sprites})),
                 (("edit", "--append", "p.png", "g.gif", "--force", ""), sprites),
                 (("edit", "a.spr", "--replace", ""), []),
                 (("edit", "a.spr", "--replace", "0", "=", "q"), ["q.tga"]),
