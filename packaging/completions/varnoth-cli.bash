@@ -111,7 +111,7 @@ _varnoth_cli() {
     elif [[ $cur == -* ]]; then
         _varnoth_cli_options "$command"
     elif [[ $last_option == --append ]]; then
-        # Another picture, or the sprite, which may stand behind them.
+        # Another picture, or the sprite, which may follow them.
         ((files > 0)) || pictures+="|spr"
         _varnoth_cli_files "$pictures"
     else
