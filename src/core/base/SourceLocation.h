@@ -1,17 +1,9 @@
-// A place in the source code: std::source_location, or a replacement where the library does not have it.
+// A place in the source code, as std::source_location, which Clang has had with the GNU library only since
+// version 16. One type for all compilers, so that their object files can be linked with each other.
 #pragma once
-
-#include <source_location>
 
 namespace varnoth {
 
-#ifdef __cpp_lib_source_location
-
-using SourceLocation = std::source_location;
-
-#else
-
-// Clang has had std::source_location with the GNU library only since version 16.
 class SourceLocation {
   public:
     static constexpr SourceLocation current(const char* file = __builtin_FILE(),
@@ -36,7 +28,5 @@ class SourceLocation {
     const char* function_ = "";
     unsigned line_ = 0;
 };
-
-#endif
 
 } // namespace varnoth
