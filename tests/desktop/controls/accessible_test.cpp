@@ -144,6 +144,7 @@ TEST(Accessible, PressActionOfTheCloseButtonClosesAPanel) {
     EXPECT_EQ(shown.indexOfChild(button), 0);
     EXPECT_EQ(button->parent(), &shown);
     EXPECT_EQ(button->indexOfChild(&shown), -1);
+    EXPECT_EQ(shown.indexOfChild(&shown), -1);
     EXPECT_EQ(button->actionInterface()->actionNames(),
               QStringList{QAccessibleActionInterface::pressAction()});
     button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
@@ -159,6 +160,7 @@ TEST(Accessible, PressActionOfTheCloseButtonClosesAPanel) {
 
 TEST(Accessible, ProgressBarReportsItsValueAsReadOnly) {
     elprogress progress("p", nullptr);
+    EXPECT_NE(interface_of(progress).actionInterface(), nullptr);
     progress.SetMax(40);
     progress.SetMin(2);
     progress.SetValue(7);
