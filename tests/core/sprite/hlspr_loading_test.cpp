@@ -302,7 +302,7 @@ TEST_F(SpriteFileTest, HugeFrameOfASmallFileUsesLittleMemory) {
     EXPECT_EQ(frame[2], 3);
     EXPECT_EQ(frame[3], 0);
     EXPECT_EQ(frame[1599999999], 0);
-    // Room for a huge page or two and the file's buffers; the frame is 100 times as large.
+    // Allows for a huge page or two and the file's buffers; the frame is 100 times as large.
     EXPECT_LT(grown, 16 << 20);
 }
 #endif
