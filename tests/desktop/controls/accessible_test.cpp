@@ -158,6 +158,14 @@ TEST(Accessible, PressActionOfTheCloseButtonClosesAPanel) {
     EXPECT_EQ(shown.child(0), nullptr);
 }
 
+TEST(Accessible, CloseButtonIsUnregisteredWithItsPanel) {
+    auto panel = std::make_unique<elpanel>("p", nullptr);
+    const QAccessible::Id button = QAccessible::uniqueId(interface_of(*panel).child(0));
+    EXPECT_NE(QAccessible::accessibleInterface(button), nullptr);
+    panel.reset();
+    EXPECT_EQ(QAccessible::accessibleInterface(button), nullptr);
+}
+
 TEST(Accessible, ProgressBarReportsItsValueAsReadOnly) {
     elprogress progress("p", nullptr);
     EXPECT_NE(interface_of(progress).actionInterface(), nullptr);

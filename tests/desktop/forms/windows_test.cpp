@@ -220,6 +220,29 @@ TEST_F(WindowsTest, TitleMoveWithoutAButtonEndsTheDrag) {
     EXPECT_EQ(main().pos(), QPoint(50, 50));
 }
 
+// As under X11, where the position that Qt stores for the window may differ from that of the widget.
+TEST_F(WindowsTest, ActivationMovesTheWindowToItsWidget) {
+    class IgnoreMoves : public QObject {
+        bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+            return event->type() == QEvent::Move;
+        }
+    };
+
+    main().move(50, 50);
+    QCoreApplication::processEvents();
+    QWindow& window = *main().windowHandle();
+    IgnoreMoves filter;
+    window.installEventFilter(&filter);
+    window.setPosition(80, 80);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(main().pos(), QPoint(50, 50));
+    ASSERT_EQ(window.position(), QPoint(80, 80));
+    QEvent activation(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(&main(), &activation);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.position(), QPoint(50, 50));
+}
+
 TEST_F(WindowsTest, OnlyTheFiveWindowsWithAPanelCanBeMoved) {
     AllWindows windows(main());
     main().move(200, 150);
