@@ -115,10 +115,9 @@ SpriteFile build_sprite(const std::vector<PictureSource>& sources, const SpriteO
         const std::size_t usable = usable_entries(options.mode);
         const std::size_t reserved = 256 - usable;
         const std::vector<RGBQUAD> entries =
-            options.palette.empty()
-                ? best_entries(pictures.count_colours(), options.colours.value_or(256) - reserved,
-                               options.pictures.dithering)
-                : options.palette;
+            options.palette.empty() ? best_entries(pictures.count_colours(),
+                                                   options.colours.value_or(256) - reserved, options.pictures)
+                                    : options.palette;
         sprite.palette = palette_record(entries, options.mode);
         frames = pictures.map(entries);
     }

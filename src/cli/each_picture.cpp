@@ -3,8 +3,9 @@
 #include <exception>
 #include <limits>
 #include <mutex>
-#include <thread>
 #include <utility>
+
+#include "core/base/threads.h"
 
 namespace varnoth::cli {
 
@@ -36,18 +37,7 @@ class Pass {
 };
 
 void Pass::run(std::size_t threads) {
-    std::vector<std::thread> others;
-    others.reserve(threads);
-    try {
-        for (std::size_t thread = 1; thread < threads; ++thread) {
-            others.emplace_back([this, thread] { work(thread); });
-        }
-    } catch (const std::exception&) { // no more threads: those that run do the rest
-    }
-    work(0);
-    for (std::thread& other : others) {
-        other.join();
-    }
+    run_in_threads(threads, [this](std::size_t thread) { work(thread); });
     if (failure_) {
         std::rethrow_exception(failure_);
     }

@@ -155,7 +155,7 @@ SpriteEdits EditCommand::parse() const {
 
 void EditCommand::list_pictures_of(SpriteEdits& edits) const {
     if (!append_.empty()) {
-        edits.append = list_pictures(append_);
+        edits.append = list_pictures(append_, edits.pictures.threads);
     }
     for (FrameReplacement& replacement : edits.replace) {
         const std::string& path = replacement.picture.path;

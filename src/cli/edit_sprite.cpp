@@ -165,8 +165,7 @@ void Edit::repalette(const PictureFrames& pictures) {
             add_colours(pixels_of(frame), histogram);
         }
     }
-    const std::vector<RGBQUAD> entries =
-        best_entries(histogram, usable_entries(mode()), edits_.pictures.dithering);
+    const std::vector<RGBQUAD> entries = best_entries(histogram, usable_entries(mode()), edits_.pictures);
     sprite_.palette = palette_record(entries, mode());
     if (mode() == RenderMode::AlphaTest) { // never drawn, but perhaps chosen
         sprite_.palette.Colours[transparent_index] = old_palette.Colours[transparent_index];

@@ -144,7 +144,7 @@ SpriteFile Make::make() const {
     if (palette_ != best) {
         options.palette = read_palette_file(palette_).colours;
     }
-    return build_sprite(list_pictures(pictures_), options);
+    return build_sprite(list_pictures(pictures_, options.pictures.threads), options);
 }
 
 SpriteOptions Make::sprite_options() const {

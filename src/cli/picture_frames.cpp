@@ -54,7 +54,7 @@ AlphaSummary PictureFrames::summarise_alpha() const {
 }
 
 std::vector<ByteArray> PictureFrames::map(std::span<const RGBQUAD> palette) const {
-    const FrameMapper mapper(palette, mode_);
+    const FrameMapper mapper(palette, mode_, options_.threads);
     std::vector<ByteArray> frames(sources_.size());
     Progress progress("Making frames", sources_.size(), options_.quiet);
     for_each_picture(sources_, options_.threads, progress,
@@ -103,9 +103,9 @@ std::vector<RGBQUAD> entries_of(const PaletteRecord& palette) {
 }
 
 std::vector<RGBQUAD> best_entries(const ColourHistogram& histogram, std::size_t colours,
-                                  const Dithering& dithering) {
-    std::vector<RGBQUAD> entries = best_palette(
-        histogram, colours, dithers(dithering) ? PaletteUse::WithDither : PaletteUse::WithoutDither);
+                                  const PictureOptions& options) {
+    const PaletteUse use = dithers(options.dithering) ? PaletteUse::WithDither : PaletteUse::WithoutDither;
+    std::vector<RGBQUAD> entries = best_palette(histogram, colours, use, {}, options.threads);
     if (entries.empty()) { // all pixels are transparent
         entries.emplace_back();
     }

@@ -67,6 +67,6 @@ std::vector<RGBQUAD> entries_of(const PaletteRecord& palette);
 
 /// A palette for these colours, of at least one entry.
 std::vector<RGBQUAD> best_entries(const ColourHistogram& histogram, std::size_t colours,
-                                  const Dithering& dithering);
+                                  const PictureOptions& options);
 
 } // namespace varnoth::cli

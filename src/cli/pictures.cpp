@@ -1,8 +1,10 @@
 #include "cli/pictures.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <iterator>
 #include <new>
@@ -24,6 +26,7 @@
 #include "cli/png_file.h"
 #include "core/base/RunTimeFailure.h"
 #include "core/base/files.h"
+#include "core/base/threads.h"
 #include "core/codecs/read_pcx.h"
 #include "core/codecs/read_rgba_bmp.h"
 #include "core/codecs/read_tga.h"
@@ -327,6 +330,19 @@ std::vector<std::string> pictures_in(const std::string& folder) {
     return names;
 }
 
+// The paths with each folder replaced by its pictures.
+std::vector<std::string> files_of(const std::vector<std::string>& paths) {
+    std::vector<std::string> files;
+    for (const std::string& path : paths) {
+        if (path != standard_input && folder_exists(path)) {
+            std::ranges::move(pictures_in(path), std::back_inserter(files));
+        } else {
+            files.push_back(path);
+        }
+    }
+    return files;
+}
+
 } // namespace
 
 std::string display_name(const std::string& path) {
@@ -398,18 +414,27 @@ void PictureReader::open(const std::string& path) {
     }
 }
 
-std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths) {
-    std::vector<PictureSource> sources;
-    PictureReader reader;
-    const auto add_file = [&](const std::string& path) {
-        std::ranges::move(reader.list(path), std::back_inserter(sources));
-    };
-    for (const std::string& path : paths) {
-        if (path != standard_input && folder_exists(path)) {
-            std::ranges::for_each(pictures_in(path), add_file);
-        } else {
-            add_file(path);
+std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths, std::size_t threads) {
+    const std::vector<std::string> files = files_of(paths);
+    std::vector<std::vector<PictureSource>> listed(files.size());
+    std::vector<std::exception_ptr> failures(files.size());
+    std::atomic<std::size_t> next = 0;
+    run_in_threads(std::min(threads, files.size()), [&](std::size_t /*thread*/) {
+        PictureReader reader;
+        for (std::size_t file = next++; file < files.size(); file = next++) {
+            try {
+                listed[file] = reader.list(files[file]);
+            } catch (...) {
+                failures[file] = std::current_exception();
+            }
         }
+    });
+    std::vector<PictureSource> sources;
+    for (std::size_t file = 0; file < files.size(); ++file) {
+        if (failures[file]) {
+            std::rethrow_exception(failures[file]);
+        }
+        std::ranges::move(listed[file], std::back_inserter(sources));
     }
     return sources;
 }

@@ -23,8 +23,8 @@ struct PictureSource {
 
 /// All pictures of these files, in the order given. A folder stands for its picture files in natural order;
 /// they are recognised by their endings, and hidden ones are left out. CommandError for a file that is no
-/// picture, a folder without pictures, or a path that does not exist.
-std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths);
+/// picture, a folder without pictures, or a path that does not exist. Threads read the files in parallel.
+std::vector<PictureSource> list_pictures(const std::vector<std::string>& paths, std::size_t threads = 1);
 
 /// All bytes of a picture file. Standard input ("-") is read once and kept, because it is listed first and
 /// decoded later, by several readers. CommandError when it cannot be read.

@@ -34,14 +34,12 @@ std::int64_t exponent_of(std::string_view number, std::size_t mark) {
     return exponent;
 }
 
-// Whether a number that a double cannot represent is too small rather than too large.
+// Whether a number that a double cannot represent is too small rather than too large. Such a number has a
+// digit other than 0.
 bool is_tiny(std::string_view number) {
     const std::size_t mark = number.find_first_of("eE");
     const std::string_view mantissa = number.substr(0, mark);
     const std::size_t first = mantissa.find_first_of("123456789");
-    if (first == std::string_view::npos) {
-        return true;
-    }
     const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
     // The position of the first significant digit, counted from the decimal point to the left; below 1 it is
     // after the point.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/base/RunTimeFailure.h"
+#include "core/base/threads.h"
 
 namespace varnoth {
 
@@ -10,6 +11,11 @@ namespace {
 
 constexpr int smallest_side = 8;
 constexpr std::size_t cube_count = std::size_t{1} << 15;
+
+// The octant of the colour space that contains a smallest cube.
+std::size_t octant_of(std::size_t cube) {
+    return (cube >> 14 & 1) << 2 | (cube >> 9 & 1) << 1 | (cube >> 4 & 1);
+}
 
 } // namespace
 
@@ -51,8 +57,9 @@ struct NearestEntry::Entries {
     std::span<const std::uint8_t> all() const { return std::span(numbers).first(count); }
 };
 
-NearestEntry::NearestEntry(std::span<const RGBQUAD> palette) : size_(palette.size()), lists_(cube_count) {
-    if (palette.empty() || palette.size() > colours_.size()) {
+NearestEntry::NearestEntry(std::span<const RGBQUAD> palette, std::size_t threads)
+    : size_(palette.size()), lists_(cube_count) {
+    if (palette.empty() || palette.size() > colours_.size() || threads == 0) {
         fail(Failure::InvalidProcedureCall);
     }
     Entries all;
@@ -60,19 +67,33 @@ NearestEntry::NearestEntry(std::span<const RGBQUAD> palette) : size_(palette.siz
         colours_[all.count] = {entry.rgbBlue, entry.rgbGreen, entry.rgbRed};
         all.push_back(static_cast<std::uint8_t>(all.count));
     }
-    divide({}, all);
+    // One vector for each octant of the colour space, so that threads can fill them.
+    std::array<std::vector<std::uint8_t>, 8> candidates;
+    run_in_threads(threads, [&](std::size_t thread) {
+        for (std::size_t octant = thread; octant < candidates.size(); octant += threads) {
+            divide(Cube().octant(static_cast<int>(octant)), all, candidates[octant]);
+        }
+    });
+    std::array<std::size_t, 8> first{};
+    for (std::size_t octant = 0; octant < candidates.size(); ++octant) {
+        first[octant] = candidates_.size();
+        candidates_.insert(candidates_.end(), candidates[octant].begin(), candidates[octant].end());
+    }
+    for (std::size_t cube = 0; cube < lists_.size(); ++cube) {
+        lists_[cube].first += static_cast<std::uint32_t>(first[octant_of(cube)]);
+    }
 }
 
-void NearestEntry::divide(const Cube& cube, const Entries& entries) {
+void NearestEntry::divide(const Cube& cube, const Entries& entries, std::vector<std::uint8_t>& candidates) {
     const Entries kept = without_beaten(cube, entries);
     if (cube.side == smallest_side) {
-        lists_[cube.index()] = {static_cast<std::uint32_t>(candidates_.size()),
+        lists_[cube.index()] = {static_cast<std::uint32_t>(candidates.size()),
                                 static_cast<std::uint32_t>(kept.count)};
-        candidates_.insert(candidates_.end(), kept.all().begin(), kept.all().end());
+        candidates.insert(candidates.end(), kept.all().begin(), kept.all().end());
         return;
     }
     for (int number = 0; number < 8; ++number) {
-        divide(cube.octant(number), kept);
+        divide(cube.octant(number), kept, candidates);
     }
 }
 

@@ -17,8 +17,8 @@ namespace varnoth {
 /// threads can share it.
 class NearestEntry {
   public:
-    /// InvalidProcedureCall unless there are 1 to 256 entries.
-    explicit NearestEntry(std::span<const RGBQUAD> palette);
+    /// InvalidProcedureCall unless there are 1 to 256 entries and at least one thread for the construction.
+    explicit NearestEntry(std::span<const RGBQUAD> palette, std::size_t threads = 1);
 
     std::uint8_t operator()(std::uint8_t blue, std::uint8_t green, std::uint8_t red) const {
         const std::size_t cube = (std::size_t{blue} >> 3) << 10 | (std::size_t{green} >> 3) << 5 | red >> 3;
@@ -51,8 +51,9 @@ class NearestEntry {
     struct Cube;
     struct Entries;
 
-    // Gives each smallest cube within `cube` those of the entries that can be nearest to one of its colours.
-    void divide(const Cube& cube, const Entries& entries);
+    // Gives each smallest cube within `cube` those of the entries that can be nearest to one of its colours,
+    // as a part of `candidates`.
+    void divide(const Cube& cube, const Entries& entries, std::vector<std::uint8_t>& candidates);
 
     // The entries that no single rival beats in the whole cube, the rival being the one nearest to its
     // centre.

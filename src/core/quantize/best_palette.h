@@ -15,9 +15,10 @@ enum class PaletteUse {
     WithDither,    ///< entries are mixed
 };
 
-/// A palette of at most `most_entries` entries (InvalidProcedureCall for more than 256): the fixed ones
-/// first, unchanged, then others in ascending order. If there is an entry for every colour of the histogram,
-/// the others are exactly those colours. The same histogram gives the same palette on every machine.
+/// A palette of at most `most_entries` entries (InvalidProcedureCall for more than 256, or for 0 threads):
+/// the fixed ones first, unchanged, then others in ascending order. If there is an entry for every colour of
+/// the histogram, the others are exactly those colours. The same histogram gives the same palette on every
+/// machine and with every number of threads.
 ///
 /// The colours are divided into groups as in Wu, "Efficient statistical computations for optimal color
 /// quantization", 1992: always by the cut that reduces the squared error most. Weighted k-means refines the
@@ -25,6 +26,6 @@ enum class PaletteUse {
 /// because errors show most in smooth areas, which have few, frequent colours. For a dither, it shrinks, and
 /// some of the entries are extreme colours, because no mixture reaches a colour that is not between entries.
 std::vector<RGBQUAD> best_palette(const ColourHistogram& histogram, std::size_t most_entries, PaletteUse use,
-                                  std::span<const RGBQUAD> fixed = {});
+                                  std::span<const RGBQUAD> fixed = {}, std::size_t threads = 1);
 
 } // namespace varnoth

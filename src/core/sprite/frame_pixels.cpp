@@ -112,11 +112,13 @@ PaletteRecord palette_record(std::span<const RGBQUAD> entries, RenderMode mode) 
     return palette;
 }
 
-FrameMapper::FrameMapper(std::span<const RGBQUAD> palette, RenderMode mode)
-    : FrameMapper(palette, first_of_equals(palette.first(std::min(palette.size(), usable_entries(mode))))) {}
+FrameMapper::FrameMapper(std::span<const RGBQUAD> palette, RenderMode mode, std::size_t threads)
+    : FrameMapper(palette, first_of_equals(palette.first(std::min(palette.size(), usable_entries(mode)))),
+                  threads) {}
 
-FrameMapper::FrameMapper(std::span<const RGBQUAD> palette, std::vector<std::uint8_t> distinct)
-    : distinct_(std::move(distinct)), nearest_(entries_of(palette, distinct_)) {}
+FrameMapper::FrameMapper(std::span<const RGBQUAD> palette, std::vector<std::uint8_t> distinct,
+                         std::size_t threads)
+    : distinct_(std::move(distinct)), nearest_(entries_of(palette, distinct_), threads) {}
 
 ByteArray FrameMapper::indices(const FramePixels& picture, const Dithering& dithering) const {
     ByteArray indices(picture.pixels.size() / 4);

@@ -67,14 +67,15 @@ PaletteRecord palette_record(std::span<const RGBQUAD> entries, RenderMode mode);
 class FrameMapper {
   public:
     /// 1 to 256 entries; opaque pixels never get transparent_index in AlphaTest. Of equal entries, only the
-    /// first is used: dithers judge by the distances between entries how far errors may travel.
-    FrameMapper(std::span<const RGBQUAD> palette, RenderMode mode);
+    /// first is used: dithers judge by the distances between entries how far errors may travel. The number of
+    /// threads is that of the construction.
+    FrameMapper(std::span<const RGBQUAD> palette, RenderMode mode, std::size_t threads = 1);
 
     /// The index of each pixel; transparent_index for transparent ones.
     ByteArray indices(const FramePixels& picture, const Dithering& dithering) const;
 
   private:
-    FrameMapper(std::span<const RGBQUAD> palette, std::vector<std::uint8_t> distinct);
+    FrameMapper(std::span<const RGBQUAD> palette, std::vector<std::uint8_t> distinct, std::size_t threads);
 
     std::vector<std::uint8_t> distinct_; // the indices of the entries that are used
     NearestEntry nearest_;

@@ -20,10 +20,10 @@ void expect_as_plain(const std::vector<RGBQUAD>& palette, const NearestEntry& ne
         << std::hex << colour << " among " << std::dec << palette.size();
 }
 
-// Random colours, the entries and their neighbours.
+// Random colours, the entries and their neighbours, with 1 to 3 threads.
 void expect_as_plain(const Colours& entries, std::uint32_t seed) {
     const std::vector<RGBQUAD> palette = test::palette_of(entries);
-    const NearestEntry nearest(palette);
+    const NearestEntry nearest(palette, 1 + seed % 3);
     std::mt19937 random(seed);
     for (unsigned i = 0; i < test::cases(3000U); ++i) {
         expect_as_plain(palette, nearest, static_cast<Colour>(random() % 0x1000000));
@@ -75,6 +75,10 @@ TEST(NearestEntrySearch, LowestIndexWinsTies) {
     const NearestEntry nearest(test::palette_of({test::grey(20), test::grey(10), test::grey(10)}));
     EXPECT_EQ(nearest(15, 15, 15), 0);
     EXPECT_EQ(nearest(14, 14, 14), 1);
+}
+
+TEST(NearestEntrySearch, NoThreadFails) {
+    EXPECT_FAILURE(NearestEntry(test::palette_of({0}), 0), InvalidProcedureCall);
 }
 
 TEST(NearestEntrySearch, PaletteWithoutEntriesOrWith257Fails) {

@@ -139,6 +139,15 @@ TEST(BestPalette, OrderAndDivisionOfPixelsDoNotMatter) {
     EXPECT_EQ(colours_of(best_palette(merged, 50, PaletteUse::WithoutDither)), first);
 }
 
+TEST(BestPalette, NumberOfThreadsDoesNotMatter) {
+    const ColourHistogram histogram = histogram_of(smooth_pixels());
+    const Colours first = colours_of(best_palette(histogram, 50, PaletteUse::WithoutDither, {}, 1));
+    for (const std::size_t threads : {2U, 3U, 20U}) {
+        EXPECT_EQ(colours_of(best_palette(histogram, 50, PaletteUse::WithoutDither, {}, threads)), first);
+    }
+    EXPECT_FAILURE(best_palette(histogram, 50, PaletteUse::WithoutDither, {}, 0), InvalidProcedureCall);
+}
+
 Colours best_for_dither(const Colours& pixels, std::size_t most_entries) {
     return colours_of(best_palette(histogram_of(pixels), most_entries, PaletteUse::WithDither));
 }

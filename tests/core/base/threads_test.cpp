@@ -1,0 +1,40 @@
+#include "core/base/threads.h"
+
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace varnoth {
+namespace {
+
+TEST(Threads, EachPartRunsOnAThreadOfItsOwnTheFirstOnTheCallers) {
+    std::vector<std::thread::id> threads(4);
+    run_in_threads(4, [&](std::size_t part) { threads[part] = std::this_thread::get_id(); });
+    EXPECT_EQ(threads[0], std::this_thread::get_id());
+    for (std::size_t part = 1; part < threads.size(); ++part) {
+        EXPECT_NE(threads[part], threads[part - 1]);
+        EXPECT_NE(threads[part], std::thread::id());
+    }
+}
+
+TEST(Threads, ExceptionOfTheFirstPartThatThrowsIsThrown) {
+    std::vector<int> ended(4);
+    try {
+        run_in_threads(4, [&](std::size_t part) {
+            ended[part] = 1;
+            if (part == 1 || part == 3) {
+                throw std::runtime_error(std::to_string(part));
+            }
+        });
+        FAIL() << "no exception";
+    } catch (const std::runtime_error& failure) {
+        EXPECT_STREQ(failure.what(), "1");
+    }
+    EXPECT_EQ(ended, std::vector<int>(4, 1));
+}
+
+} // namespace
+} // namespace varnoth
