@@ -10,6 +10,7 @@ ROOT = os.path.realpath(os.path.join(os.path.dirname(os.path.abspath(__file__)),
 CORE_FOLDERS = ("core/",)
 DESKTOP_FOLDERS = ("qt/", "desktop/")
 ENDINGS = (".h", ".cpp")
+OTHER_SYSTEM = "_windows.cpp"
 
 
 def is_core(path):
@@ -23,10 +24,10 @@ def is_desktop(path):
 
 
 def source_files(wanted):
-    """The sorted paths below src/ for which `wanted` is true."""
+    """The sorted paths below src/ for which `wanted` is true, without those that are compiled only for Windows."""
     root = os.path.join(ROOT, "src")
     paths = [os.path.relpath(os.path.join(folder, name), root)
-             for folder, _, names in os.walk(root) for name in names]
+             for folder, _, names in os.walk(root) for name in names if not name.endswith(OTHER_SYSTEM)]
     return sorted(filter(wanted, paths))
 
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/base/files.h"
+#include "core/base/system_files.h"
 #include "core/services/FileList.h"
 
 namespace varnoth {
@@ -13,21 +14,16 @@ namespace {
 
 using Path = std::filesystem::path;
 
-std::string utf8(const Path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
+using system_files::path_bytes;
 
 } // namespace
 
 std::string plain_folder(const std::string& path) {
-    std::error_code error;
-    Path plain = std::filesystem::absolute(path.empty() ? Path(".") : native_path(path), error);
-    plain = plain.lexically_normal();
+    Path plain = system_files::absolute_path(path.empty() ? Path(".") : native_path(path));
     if (!plain.has_filename() && plain.has_relative_path()) {
         plain = plain.parent_path();
     }
-    return utf8(plain);
+    return path_bytes(plain);
 }
 
 std::string current_folder() {
@@ -37,10 +33,10 @@ std::string current_folder() {
 std::vector<std::string> folders_down_to(const std::string& folder) {
     const Path path = native_path(folder);
     Path reached = path.root_path();
-    std::vector<std::string> folders{utf8(reached)};
+    std::vector<std::string> folders{path_bytes(reached)};
     for (const Path& part : path.relative_path()) {
         reached /= part;
-        folders.push_back(utf8(reached));
+        folders.push_back(path_bytes(reached));
     }
     return folders;
 }
@@ -61,7 +57,7 @@ std::vector<std::string> folders_in(const std::string& folder) {
 
 std::string folder_name(const std::string& folder) {
     const Path path = native_path(folder);
-    return path.has_filename() ? utf8(path.filename()) : folder;
+    return path.has_filename() ? path_bytes(path.filename()) : folder;
 }
 
 bool is_within(const std::string& folder, const std::string& outer) {
