@@ -8,13 +8,8 @@
 #include <string>
 #include <system_error>
 
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
 #include "cli/command.h"
+#include "cli/system.h"
 
 namespace varnoth::cli {
 
@@ -22,14 +17,6 @@ namespace {
 
 constexpr double silent_seconds = 0.5;
 constexpr std::size_t bar_width = 30;
-
-bool is_terminal(std::FILE* stream) {
-#ifdef _WIN32
-    return _isatty(_fileno(stream)) != 0;
-#else
-    return isatty(fileno(stream)) == 1;
-#endif
-}
 
 std::string_view environment(const char* name) {
     const char* const value = std::getenv(name);

@@ -9,16 +9,10 @@
 #include <string_view>
 #include <system_error>
 
-#ifdef _WIN32
-#include <fcntl.h>
-#include <io.h>
-#include <process.h>
-#else
-#include <unistd.h>
-#endif
-
 #include "cli/command.h"
+#include "cli/system.h"
 #include "core/base/files.h"
+#include "core/base/system_files.h"
 
 namespace varnoth::cli {
 
@@ -38,37 +32,9 @@ std::string last_error() {
     return std::generic_category().message(errno);
 }
 
-#ifdef _WIN32
-File open_file(const fs::path& path, bool to_write) {
-    return File(_wfopen(path.c_str(), to_write ? L"wb" : L"rb"));
+File opened(const fs::path& path, bool to_write) {
+    return File(open_file(path, to_write));
 }
-
-int process_number() {
-    return _getpid();
-}
-
-bool flush_to_disk(std::FILE* file) {
-    return std::fflush(file) == 0 && _commit(_fileno(file)) == 0;
-}
-
-void use_bytes(std::FILE* stream) {
-    _setmode(_fileno(stream), _O_BINARY);
-}
-#else
-File open_file(const fs::path& path, bool to_write) {
-    return File(std::fopen(path.c_str(), to_write ? "wb" : "rb"));
-}
-
-int process_number() {
-    return getpid();
-}
-
-bool flush_to_disk(std::FILE* file) {
-    return std::fflush(file) == 0 && fsync(fileno(file)) == 0;
-}
-
-void use_bytes(std::FILE* /*stream*/) {}
-#endif
 
 using Parts = std::span<const std::span<const std::uint8_t>>;
 
@@ -98,7 +64,7 @@ bool is_written_in_place(const fs::path& path) {
 }
 
 void write_in_place(const std::string& name, const fs::path& path, Parts parts) {
-    const File file = open_file(path, true);
+    const File file = opened(path, true);
     if (!file || !write_all(file.get(), parts) || std::fflush(file.get()) != 0) {
         throw CommandError(name, last_error());
     }
@@ -111,18 +77,16 @@ class TemporaryFile {
         : name_(name), target_(target), path_(target) {
         path_.replace_filename(fs::path(".") += target.filename());
         path_ += "." + std::to_string(process_number()) + ".tmp";
+        path_ = system_files::system_path(path_);
     }
 
-    ~TemporaryFile() {
-        std::error_code ignored;
-        fs::remove(path_, ignored);
-    }
+    ~TemporaryFile() { system_files::remove(path_); }
 
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     void write(Parts parts) {
-        File file = open_file(path_, true);
+        File file = opened(path_, true);
         if (!file || !write_all(file.get(), parts) || !flush_to_disk(file.get()) ||
             std::fclose(file.release()) != 0) {
             throw CommandError(name_, last_error());
@@ -163,10 +127,9 @@ class TemporaryFile {
 
 std::vector<std::uint8_t> read_input(const std::string& path) {
     if (path == standard_stream) {
-        use_bytes(stdin);
         return read_all(stdin, "standard input");
     }
-    const File file = open_file(native_path(path), false);
+    const File file = opened(native_path(path), false);
     if (!file) {
         throw CommandError(path, last_error());
     }
@@ -179,13 +142,12 @@ void write_output(const std::string& path, std::span<const std::uint8_t> bytes, 
 
 void write_output(const std::string& path, Parts parts, bool replace) {
     if (path == standard_stream) {
-        use_bytes(stdout);
         if (!write_all(stdout, parts) || std::fflush(stdout) != 0) {
             throw CommandError("standard output", last_error());
         }
         return;
     }
-    const fs::path target = native_path(path);
+    const fs::path target = system_files::system_path(native_path(path));
     if (is_written_in_place(target)) {
         write_in_place(path, target, parts);
         return;
@@ -205,10 +167,10 @@ void require_new(const std::string& path, bool replace) {
         return;
     }
     const fs::path target = native_path(path);
-    std::error_code error;
-    if (fs::is_directory(target, error)) {
+    if (folder_exists(path)) {
         throw CommandError(path, "is a folder");
     }
+    std::error_code error;
     if (!replace && fs::exists(fs::symlink_status(target, error)) && !is_written_in_place(target)) {
         throw CommandError(path, "the file exists; --force replaces it");
     }

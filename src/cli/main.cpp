@@ -12,6 +12,7 @@
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/system.h"
 #include "core/base/RunTimeFailure.h"
 
 namespace {
@@ -42,6 +43,7 @@ int run(int argument_count, char** arguments) {
 } // namespace
 
 int main(int argument_count, char** arguments) {
+    varnoth::cli::prepare_streams();
     // Qt finds its picture formats through the application. It gets only the program name.
     int qt_count = std::min(argument_count, 1);
     const QCoreApplication application(qt_count, arguments);

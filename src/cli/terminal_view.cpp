@@ -6,14 +6,8 @@
 #include <string_view>
 #include <thread>
 
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include <sys/ioctl.h>
-#include <unistd.h>
-#endif
-
 #include "cli/console.h"
+#include "cli/system.h"
 
 namespace varnoth::cli {
 
@@ -25,29 +19,6 @@ constexpr std::string_view visible_cursor = "\x1b[?25h";
 constexpr std::string_view upper_half = "▀";
 constexpr std::string_view lower_half = "▄";
 constexpr std::chrono::milliseconds longest_sleep{50}; // after a signal, the sleep goes on
-
-struct TerminalSize {
-    std::int32_t columns = 80;
-    std::int32_t lines = 24;
-};
-
-#ifdef _WIN32
-TerminalSize terminal_size() {
-    CONSOLE_SCREEN_BUFFER_INFO info;
-    if (GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info) == 0) {
-        return {};
-    }
-    return {info.srWindow.Right - info.srWindow.Left + 1, info.srWindow.Bottom - info.srWindow.Top + 1};
-}
-#else
-TerminalSize terminal_size() {
-    winsize size{};
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) {
-        return {};
-    }
-    return {size.ws_col, size.ws_row};
-}
-#endif
 
 std::int32_t divide_up(std::int32_t dividend, std::int32_t divisor) {
     return (dividend + divisor - 1) / divisor;

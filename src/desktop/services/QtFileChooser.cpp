@@ -3,6 +3,7 @@
 #include <QFileDialog>
 
 #include "desktop/services/dialog_parent.h"
+#include "desktop/services/no_settings.h"
 #include "qt/path_text.h"
 
 namespace varnoth {
@@ -41,6 +42,7 @@ std::string QtFileChooser::choose(QFileDialog& dialog, std::string_view filter) 
 }
 
 std::string QtFileChooser::choose_to_open(std::string_view filter) {
+    const UnchangedRegistry unchanged;
     QFileDialog dialog(dialog_parent());
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
@@ -48,6 +50,7 @@ std::string QtFileChooser::choose_to_open(std::string_view filter) {
 }
 
 std::string QtFileChooser::choose_to_save(std::string_view filter) {
+    const UnchangedRegistry unchanged;
     QFileDialog dialog(dialog_parent());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);

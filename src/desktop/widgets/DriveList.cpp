@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include <QDir>
 #include <QFileInfo>
 #include <QStorageInfo>
 
@@ -34,11 +35,13 @@ bool is_system_volume(const std::string& root, std::string_view type) {
 }
 
 DriveList::DriveList(const QString& name, QWidget* parent) : DropDownList(name, parent) {
+#ifndef Q_OS_WIN
     // In some environments the root is not listed as a mount of its own.
     add_volume("/", QStorageInfo::root().name());
+#endif
     for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
         // A mount point can be a single file, and can have several volumes.
-        const QString root = volume.rootPath();
+        const QString root = QDir::toNativeSeparators(volume.rootPath());
         if (volume.isReady() && findData(root) < 0 && QFileInfo(root).isDir() &&
             !is_system_volume(path_of_text(root), volume.fileSystemType().toStdString())) {
             add_volume(root, volume.name());
@@ -62,11 +65,13 @@ std::string DriveList::Drive() const {
 }
 
 void DriveList::show_drive_of(const std::string& folder) {
-    int best = 0; // the root holds every folder
-    for (int line = 1; line < count(); ++line) {
+    int best = -1;
+    qsizetype longest = 0;
+    for (int line = 0; line < count(); ++line) {
         const QString root = itemData(line).toString();
-        if (is_within(folder, path_of_text(root)) && root.size() > itemData(best).toString().size()) {
+        if (is_within(folder, path_of_text(root)) && root.size() > longest) {
             best = line;
+            longest = root.size();
         }
     }
     quiet_ = true;

@@ -16,13 +16,15 @@ class DriveList : public DropDownList {
 
   public:
     /// Lists the volumes that are mounted now and selects the one of the current folder. System volumes
-    /// (processes, devices and the like) are left out; the root is always listed.
+    /// (processes, devices and the like) are left out; the root is always listed. On Windows, a volume is a
+    /// drive with a letter, and a removable drive is listed while it has a medium.
     DriveList(const QString& name, QWidget* parent);
 
-    /// The root folder of the selected volume.
+    /// The root folder of the selected volume; empty when none is selected.
     std::string Drive() const;
 
-    /// Selects the volume that holds a folder, without raising Change.
+    /// Selects the volume that holds a folder, without raising Change. None holds a network folder of
+    /// Windows.
     void show_drive_of(const std::string& folder);
 
   signals:

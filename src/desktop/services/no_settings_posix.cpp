@@ -11,4 +11,8 @@ void keep_no_settings() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, nowhere);
 }
 
+UnchangedRegistry::UnchangedRegistry() = default;
+
+UnchangedRegistry::~UnchangedRegistry() = default;
+
 } // namespace varnoth
