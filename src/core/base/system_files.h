@@ -2,6 +2,7 @@
 // system_files_windows.cpp. Those that return a status set errno when they fail.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -25,6 +26,10 @@ std::string path_bytes(const std::filesystem::path& native);
 
 /// An absolute, normalised path. On Windows, the letter of the drive is a capital.
 std::filesystem::path absolute_path(const std::filesystem::path& native);
+
+/// The length of the root that an absolute path begins with, including its separator: "/", or on Windows a
+/// drive or the share of a network folder.
+std::size_t root_length(const std::string& path);
 
 /// The path for a call of the system. Windows needs a prefix before long ones.
 std::filesystem::path system_path(const std::filesystem::path& native);

@@ -30,6 +30,10 @@ std::filesystem::path absolute_path(const std::filesystem::path& native) {
     return std::filesystem::absolute(native, error).lexically_normal();
 }
 
+std::size_t root_length(const std::string& /*path*/) {
+    return 1;
+}
+
 std::filesystem::path system_path(const std::filesystem::path& native) {
     return native;
 }

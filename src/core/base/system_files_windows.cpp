@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <memory>
 #include <string_view>
-#include <system_error>
 
 #include <io.h>
 #include <windows.h>
@@ -66,14 +65,24 @@ std::string path_bytes(const std::filesystem::path& native) {
     return utf8(native.native());
 }
 
+// Not std::filesystem::absolute: libstdc++ takes a network folder for one of the current drive.
 std::filesystem::path absolute_path(const std::filesystem::path& native) {
-    std::error_code error;
-    const std::filesystem::path plain = std::filesystem::absolute(native, error).lexically_normal();
-    std::wstring text = plain.native();
-    if (text.size() >= 2 && text[1] == L':' && text[0] >= L'a' && text[0] <= L'z') {
-        text[0] = static_cast<wchar_t>(text[0] - L'a' + L'A');
+    std::wstring full = full_path(native.native());
+    if (full.size() >= 2 && full[1] == L':' && full[0] >= L'a' && full[0] <= L'z') {
+        full[0] = static_cast<wchar_t>(full[0] - L'a' + L'A');
     }
-    return text;
+    return full;
+}
+
+std::size_t root_length(const std::string& path) {
+    constexpr std::size_t drive_length = 3;
+    if (!path.starts_with(R"(\\)")) {
+        return std::min(drive_length, path.size());
+    }
+    const std::size_t after_host = path.find('\\', 2);
+    const std::size_t after_share =
+        after_host == std::string::npos ? after_host : path.find('\\', after_host + 1);
+    return after_share == std::string::npos ? path.size() : after_share + 1;
 }
 
 std::filesystem::path system_path(const std::filesystem::path& native) {

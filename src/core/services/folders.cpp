@@ -16,6 +16,8 @@ using Path = std::filesystem::path;
 
 using system_files::path_bytes;
 
+constexpr char separator = static_cast<char>(Path::preferred_separator);
+
 } // namespace
 
 std::string plain_folder(const std::string& path) {
@@ -31,12 +33,12 @@ std::string current_folder() {
 }
 
 std::vector<std::string> folders_down_to(const std::string& folder) {
-    const Path path = native_path(folder);
-    Path reached = path.root_path();
-    std::vector<std::string> folders{path_bytes(reached)};
-    for (const Path& part : path.relative_path()) {
-        reached /= part;
-        folders.push_back(path_bytes(reached));
+    std::size_t end = system_files::root_length(folder);
+    std::vector<std::string> folders{folder.substr(0, end)};
+    while (end < folder.size()) {
+        const std::size_t length = std::min(folder.find(separator, end), folder.size());
+        folders.push_back(folder.substr(0, length));
+        end = length + 1;
     }
     return folders;
 }

@@ -13,7 +13,7 @@ std::string plain_folder(const std::string& path);
 
 std::string current_folder();
 
-/// The full paths of all folders from the root down to and including `folder`.
+/// The full paths of all folders from the root down to and including `folder`, which is plain.
 std::vector<std::string> folders_down_to(const std::string& folder);
 
 /// The full paths of the subfolders of a folder, including hidden ones and links to folders, in natural

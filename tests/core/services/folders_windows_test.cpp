@@ -20,14 +20,17 @@ TEST(WindowsFolders, PlainFolderHasBackslashesAndACapitalDrive) {
     EXPECT_EQ(plain_folder("\\\\host\\share\\a\\"), "\\\\host\\share\\a");
 }
 
-TEST(WindowsFolders, FoldersDownToStartAtTheDrive) {
+TEST(WindowsFolders, FoldersDownToStartAtTheDriveOrShare) {
     EXPECT_EQ(folders_down_to("C:\\a\\b c"), (Texts{"C:\\", "C:\\a", "C:\\a\\b c"}));
     EXPECT_EQ(folders_down_to("C:\\"), Texts{"C:\\"});
+    EXPECT_EQ(folders_down_to("\\\\host\\share\\a"), (Texts{"\\\\host\\share\\", "\\\\host\\share\\a"}));
+    EXPECT_EQ(folders_down_to("\\\\host\\share"), Texts{"\\\\host\\share"});
 }
 
 TEST(WindowsFolders, FolderNameIsTheLastComponentOrTheDrive) {
     EXPECT_EQ(folder_name("C:\\a\\b c"), "b c");
     EXPECT_EQ(folder_name("C:\\"), "C:\\");
+    EXPECT_EQ(folder_name("\\\\host\\share\\"), "\\\\host\\share\\");
 }
 
 TEST(WindowsFolders, FolderIsWithinItsDriveOnly) {
