@@ -6,6 +6,7 @@ import email.utils
 import json
 import os
 import re
+import shutil
 import struct
 import subprocess
 import sys
@@ -89,6 +90,84 @@ class Install(unittest.TestCase):
                     with open(found[place], "rb") as file:
                         self.assertEqual(file.read(), read("packaging", origin), place)
                 self.assertEqual(os.access(found[place], os.X_OK), origin is None, place)
+
+
+def contents(folder):
+    """The contents of all files in a folder by their paths; folders have none."""
+    found = {}
+    for parent, folders, names in os.walk(folder):
+        found.update({os.path.relpath(os.path.join(parent, name), folder): None for name in folders})
+        for name in names:
+            with open(os.path.join(parent, name), "rb") as file:
+                found[os.path.relpath(os.path.join(parent, name), folder)] = file.read()
+    return found
+
+
+class InstallScript(unittest.TestCase):
+    """packaging/linux/install.sh, which is in the Linux tarball beside the installed tree."""
+
+    def setUp(self):
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        self.unpacked = os.path.join(scratch.name, "unpacked")
+        self.target = os.path.join(scratch.name, "the target")
+        for name, text_of_file in (("bin/varnoth", "program"), ("share/man/man1/varnoth.1", "manual"),
+                                   ("share/icons/hicolor/scalable/apps/varnoth.svg", "icon"),
+                                   ("share/applications/varnoth.desktop", "Exec=varnoth\nIcon=varnoth\n"),
+                                   ("share/thumbnailers/varnoth.thumbnailer",
+                                    "TryExec=varnoth-cli\nExec=varnoth-cli thumbnail %i\n")):
+            self.write(os.path.join(self.unpacked, name), text_of_file)
+        self.write(os.path.join(self.target, "share/man/man1/other.1"), "of another program")
+
+    def write(self, path, text_of_file):
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text_of_file)
+
+    def run_script(self, *arguments):
+        # Without the tools that maintain the caches of the desktop.
+        tools = os.path.join(os.path.dirname(self.unpacked), "tools")
+        if not os.path.exists(tools):
+            os.mkdir(tools)
+            for tool in ("cp", "dirname", "find", "mkdir", "rm", "rmdir", "sed", "sort"):
+                os.symlink(shutil.which(tool), os.path.join(tools, tool))
+        script = os.path.join(self.unpacked, "install.sh")
+        shutil.copy(os.path.join(PACKAGING, "linux", "install.sh"), script)
+        return subprocess.run(["/bin/sh", script, *arguments], env={"PATH": tools, "HOME": self.target}, check=False,
+                              capture_output=True, text=True, timeout=60)
+
+    def test_files_are_copied_and_entries_name_the_installed_programs(self):
+        self.assertEqual(self.run_script(self.target).returncode, 0)
+        found = contents(self.target)
+        self.assertEqual(found["bin/varnoth"], b"program")
+        self.assertEqual(found["share/man/man1/varnoth.1"], b"manual")
+        program = f'"{self.target}/bin/varnoth'
+        self.assertEqual(found["share/applications/varnoth.desktop"].decode(), f'Exec={program}"\nIcon=varnoth\n')
+        self.assertEqual(found["share/thumbnailers/varnoth.thumbnailer"].decode(),
+                         f'TryExec={self.target}/bin/varnoth-cli\nExec={program}-cli" thumbnail %i\n')
+
+    def test_removal_leaves_what_was_there_before(self):
+        before = contents(self.target)
+        self.run_script(self.target)
+        self.assertNotEqual(contents(self.target), before)
+        self.assertEqual(self.run_script("--remove", self.target).returncode, 0)
+        self.assertEqual(contents(self.target), before)
+
+    def test_folder_is_dot_local_by_default(self):
+        self.run_script()
+        self.assertIn(".local/bin/varnoth", contents(self.target))
+
+    def test_folders_that_desktop_entries_cannot_name_are_refused(self):
+        for name in ("relative", "/tmp/$HOME", '/tmp/"', "/tmp/&", "/tmp/|", "/tmp/`", "/tmp/\\"):
+            self.assertEqual(self.run_script(name).returncode, 64, name)
+
+    def test_second_installation_and_second_removal_are_refused(self):
+        self.run_script(self.target)
+        before = contents(self.target)
+        self.assertEqual(self.run_script(self.target).returncode, 1)
+        self.assertEqual(contents(self.target), before)
+        self.run_script("--remove", self.target)
+        self.assertEqual(self.run_script("--remove", self.target).returncode, 1)
 
 
 class Icons(unittest.TestCase):
