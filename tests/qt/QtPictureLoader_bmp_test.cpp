@@ -16,18 +16,13 @@
 #include "support/made_bmp.h"
 #include "support/thoroughness.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::Bytes;
-using test::ForeignPicture;
-using test::load;
-using test::MadeBmp;
 
 // ---- The loader
 
 TEST(QtPictureLoaderBmp, DecodesAFileWhateverItsExtension) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const MadeBmp bmp{1, 2, 24, 0, {}, {3, 2, 1, 0, 6, 5, 4, 0}};
     for (const char* name : {"picture.bmp", "picture.jpg"}) {
         EXPECT_EQ(load(folder.write(name, bmp.file())).colours, (std::vector<Colour>{0x060504, 0x030201}))
@@ -36,13 +31,13 @@ TEST(QtPictureLoaderBmp, DecodesAFileWhateverItsExtension) {
 }
 
 TEST(QtPictureLoaderBmp, RowsMissingFromATruncatedFileAreBlack) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const MadeBmp bmp{1, -2, 24, 0, {}, {3, 2, 1, 0}};
     EXPECT_EQ(load(folder.write("picture.bmp", bmp.file())).colours, (std::vector<Colour>{0x030201, 0}));
 }
 
 TEST(QtPictureLoaderBmp, TooManyPixelsAreOutOfMemory) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const MadeBmp bmp{8193, 8192, 24, 0, {}, {1, 2, 3, 0}};
     EXPECT_FAILURE(load(folder.write("picture.bmp", bmp.file())), OutOfMemory);
 }
@@ -82,7 +77,7 @@ std::array<int, 3> channel_bits(const MadeBmp& bmp) {
 }
 
 /// Converts Qt's image. An index beyond the colour table is black.
-ForeignPicture picture_of(const QImage& image, const std::array<int, 3>& bits) {
+ForeignPicture picture_by_qt(const QImage& image, const std::array<int, 3>& bits) {
     const bool is_indexed = image.depth() <= 8;
     ForeignPicture picture{image.width(), image.height(), {}};
     for (int y = 0; y < image.height(); ++y) {
@@ -100,15 +95,15 @@ ForeignPicture picture_of(const QImage& image, const std::array<int, 3>& bits) {
 constexpr std::int64_t most_pixels = 1 << 12;
 
 TEST(BmpComparedWithQt, RandomFilesOfEveryVariantAreDecodedEqually) {
-    test::RandomBmps random(1);
-    for (unsigned round = 0; round < test::cases(5000U); ++round) {
+    RandomBmps random(1);
+    for (unsigned round = 0; round < cases(5000U); ++round) {
         const MadeBmp bmp = random.next();
         SCOPED_TRACE(std::to_string(round) + ": header of " + std::to_string(bmp.header_size) + ", " +
                      std::to_string(bmp.bits) + " bits, compression " + std::to_string(bmp.compression));
         const std::optional<QImage> image = read_by_qt(bmp.file());
         ASSERT_TRUE(image);
-        const ForeignPicture theirs = picture_of(*image, channel_bits(bmp));
-        const ForeignPicture ours = test::picture_of(read_bmp(bmp.file(), most_pixels));
+        const ForeignPicture theirs = picture_by_qt(*image, channel_bits(bmp));
+        const ForeignPicture ours = picture_of(read_bmp(bmp.file(), most_pixels));
         ASSERT_EQ(ours.width, theirs.width);
         ASSERT_EQ(ours.height, theirs.height);
         ASSERT_EQ(ours.colours, theirs.colours);
@@ -124,10 +119,10 @@ bool has_known_header(const Bytes& file) {
 // Each file is padded, so that a broken header does not make it a truncated file: for those the readers
 // differ on purpose.
 TEST(BmpComparedWithQt, BrokenHeadersAreAcceptedOrRejectedEqually) {
-    test::RandomBmps random(3);
+    RandomBmps random(3);
     unsigned accepted = 0;
     unsigned rejected = 0;
-    for (unsigned round = 0; round < test::cases(20'000U); ++round) {
+    for (unsigned round = 0; round < cases(20'000U); ++round) {
         const MadeBmp bmp = random.next();
         Bytes file = bmp.file();
         const auto headers = static_cast<std::int32_t>(14 + std::min<std::size_t>(bmp.header_size, 40));
@@ -141,7 +136,7 @@ TEST(BmpComparedWithQt, BrokenHeadersAreAcceptedOrRejectedEqually) {
         }
         file.resize(file.size() + 4 * most_pixels + 1024);
         std::optional<Bitmap> ours;
-        const auto failure = test::failure_in([&] { ours = read_bmp(file, most_pixels); });
+        const auto failure = failure_in([&] { ours = read_bmp(file, most_pixels); });
         if (failure == Failure::OutOfMemory) {
             continue; // Qt has a different limit
         }
@@ -160,12 +155,12 @@ TEST(BmpComparedWithQt, BrokenHeadersAreAcceptedOrRejectedEqually) {
         if (compression == 0) {
             const bool has_short_channels = get_u16(file, get_u32(file, 14) == 12 ? 24 : 28) == 16;
             const std::array<int, 3> bits = has_short_channels ? std::array{5, 5, 5} : std::array{8, 8, 8};
-            ASSERT_EQ(test::picture_of(*ours).colours, picture_of(*theirs, bits).colours);
+            ASSERT_EQ(picture_of(*ours).colours, picture_by_qt(*theirs, bits).colours);
         }
     }
-    EXPECT_GT(accepted, test::cases(1000U));
-    EXPECT_GT(rejected, test::cases(1000U));
+    EXPECT_GT(accepted, cases(1000U));
+    EXPECT_GT(rejected, cases(1000U));
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

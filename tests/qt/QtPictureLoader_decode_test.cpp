@@ -11,7 +11,7 @@
 #include "qt/made_pictures.h"
 #include "support/TemporaryFolder.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 /// Counts the warnings of Qt's JPEG reader, which the test program disables. The reader prints one each time
@@ -49,14 +49,14 @@ class JpegWarnings {
 };
 
 TEST(QtPictureLoader, FileIsDecodedOnce) {
-    const test::TemporaryFolder folder;
-    std::vector<std::uint8_t> file = test::made_jpeg(2, {10, 20, 30, 40}, 0);
+    const TemporaryFolder folder;
+    std::vector<std::uint8_t> file = made_jpeg(2, {10, 20, 30, 40}, 0);
     file.insert(file.end() - 2, 100, 0); // ignored, but causes a warning
     const std::string path = folder.write("made.jpg", file);
     const JpegWarnings warnings;
-    EXPECT_EQ(test::load(path).colours.front(), make_colour(10, 10, 10));
+    EXPECT_EQ(load(path).colours.front(), make_colour(10, 10, 10));
     EXPECT_EQ(warnings.count(), 1);
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -14,28 +14,22 @@
 #include "support/pictures.h"
 #include "support/thoroughness.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::Bytes;
-using test::Character;
-using test::ForeignPicture;
-using test::load;
-using test::picture_from_tool;
 
 class QtPictureLoaderJpeg : public testing::Test {
   protected:
     void make_ppm(std::int32_t width, std::int32_t height, std::uint32_t seed,
                   Character character = Character::Smooth) const {
-        test::write_ppm(folder_.file("in.ppm"), width,
-                        test::random_colours(static_cast<std::size_t>(width * height),
-                                             static_cast<std::size_t>(width), character, seed));
+        write_ppm(folder_.file("in.ppm"), width,
+                  random_colours(static_cast<std::size_t>(width * height), static_cast<std::size_t>(width),
+                                 character, seed));
     }
 
     /// Makes out.jpg from in.ppm with a command and returns its bytes.
     Bytes make_jpeg(const std::string& command) const {
-        test::run_tool("cd " + folder_.path() + "; " + command);
-        return test::read_file(folder_.file("out.jpg"));
+        run_tool("cd " + folder_.path() + "; " + command);
+        return read_file(folder_.file("out.jpg"));
     }
 
     std::string write(const Bytes& bytes) const { return folder_.write("made.jpg", bytes); }
@@ -61,7 +55,7 @@ class QtPictureLoaderJpeg : public testing::Test {
         }
     }
 
-    test::TemporaryFolder folder_;
+    TemporaryFolder folder_;
 };
 
 bool has_marker(const Bytes& bytes, std::uint8_t marker) {
@@ -85,7 +79,7 @@ std::size_t scan_data(const Bytes& bytes) {
 
 TEST_F(QtPictureLoaderJpeg, BaselineIsDecodedAsByNetpbm) {
     expect_read_as_by_netpbm("pnmtojpeg -quality=90 in.ppm > out.jpg");
-    EXPECT_TRUE(has_marker(test::read_file(folder_.file("out.jpg")), 0xC0));
+    EXPECT_TRUE(has_marker(read_file(folder_.file("out.jpg")), 0xC0));
     expect_read_as_by_netpbm("convert in.ppm -sampling-factor 1x1 -quality 98 out.jpg");
     expect_read_as_by_netpbm("convert in.ppm -sampling-factor 2x2 -quality 40 out.jpg");
     expect_read_as_by_netpbm("convert in.ppm -sampling-factor 2x1 -quality 80 out.jpg");
@@ -93,7 +87,7 @@ TEST_F(QtPictureLoaderJpeg, BaselineIsDecodedAsByNetpbm) {
 
 TEST_F(QtPictureLoaderJpeg, ProgressiveIsDecodedAsByNetpbm) {
     expect_read_as_by_netpbm("convert in.ppm -interlace Plane -quality 90 out.jpg");
-    EXPECT_TRUE(has_marker(test::read_file(folder_.file("out.jpg")), 0xC2));
+    EXPECT_TRUE(has_marker(read_file(folder_.file("out.jpg")), 0xC2));
 }
 
 TEST_F(QtPictureLoaderJpeg, GreyIsDecodedAsByNetpbm) {
@@ -127,7 +121,7 @@ TEST_F(QtPictureLoaderJpeg, RestartMarkersAreDecoded) {
     const std::vector<Colour> wanted = pixels_of_blocks(block_greys());
     for (const std::uint8_t interval : restart_intervals) {
         SCOPED_TRACE(int{interval});
-        const Bytes bytes = test::made_jpeg(6, block_greys(), interval);
+        const Bytes bytes = made_jpeg(6, block_greys(), interval);
         EXPECT_EQ(has_marker(bytes, 0xD0), interval != 0);
         const std::string path = write(bytes);
         EXPECT_EQ(picture_from_tool("jpegtopnm " + path).colours, wanted);
@@ -145,7 +139,7 @@ TEST_F(QtPictureLoaderJpeg, OrientationTagIsIgnored) {
     Bytes tagged = plain;
     tagged.insert(tagged.begin() + 2, exif.begin(), exif.end());
     const std::string path = write(tagged);
-    ASSERT_EQ(test::run_tool("convert " + path + " -format '%[EXIF:Orientation]' info:"), "6");
+    ASSERT_EQ(run_tool("convert " + path + " -format '%[EXIF:Orientation]' info:"), "6");
     const ForeignPicture loaded = load(path);
     EXPECT_EQ(loaded.width, 16);
     EXPECT_EQ(loaded.height, 8);
@@ -162,7 +156,7 @@ TEST_F(QtPictureLoaderJpeg, FileExtensionIsIgnored) {
 std::vector<Colour> load_over_poison(const std::string& path, int pattern) {
     mallopt(M_PERTURB, pattern);
     std::vector<Colour> colours;
-    const auto failure = test::failure_in([&] { colours = load(path).colours; });
+    const auto failure = failure_in([&] { colours = load(path).colours; });
     mallopt(M_PERTURB, 0);
     EXPECT_TRUE(!failure || *failure == Failure::InvalidPicture);
     return colours;
@@ -183,7 +177,7 @@ constexpr const char* progressive_command = "convert in.ppm -interlace Plane -qu
 void expect_filled_by_the_library(const std::string& path) {
     const std::vector<Colour> colours = load_over_poison(path, 0x55);
     ASSERT_EQ(colours, load_over_poison(path, 0xAA));
-    const std::vector<ForeignPicture> theirs = test::pictures_from_tool("jpegtopnm " + path + " || true");
+    const std::vector<ForeignPicture> theirs = pictures_from_tool("jpegtopnm " + path + " || true");
     ASSERT_EQ(colours, theirs.empty() ? std::vector<Colour>() : theirs[0].colours);
 }
 
@@ -194,7 +188,7 @@ TEST_F(QtPictureLoaderJpeg, TruncatedFileIsFilledByTheLibrary) {
         make_ppm(64, 80, 5, Character::FewColours);
         const Bytes whole = make_jpeg(command);
         const std::size_t data = scan_data(whole);
-        const std::size_t step = (whole.size() - data) / test::cases(24U) + 1;
+        const std::size_t step = (whole.size() - data) / cases(24U) + 1;
         for (std::size_t length = data; length < whole.size(); length += step) {
             SCOPED_TRACE(length);
             expect_filled_by_the_library(write_truncated(whole, length));
@@ -205,7 +199,7 @@ TEST_F(QtPictureLoaderJpeg, TruncatedFileIsFilledByTheLibrary) {
 TEST_F(QtPictureLoaderJpeg, TruncatedFileWithRestartsIsFilled) {
     for (const std::uint8_t interval : restart_intervals) {
         SCOPED_TRACE(int{interval});
-        const Bytes whole = test::made_jpeg(6, block_greys(), interval);
+        const Bytes whole = made_jpeg(6, block_greys(), interval);
         for (std::size_t length = scan_data(whole); length < whole.size(); length += 19) {
             SCOPED_TRACE(length);
             expect_filled_by_the_library(write_truncated(whole, length));
@@ -244,7 +238,7 @@ TEST_F(QtPictureLoaderJpeg, BrokenFileIsDecodedOrRejected) {
                 bytes[random() % bytes.size()] = static_cast<std::uint8_t>(random());
             }
             const std::string path = write(bytes);
-            const auto failure = test::failure_in([&] { load(path); });
+            const auto failure = failure_in([&] { load(path); });
             ASSERT_TRUE(!failure || *failure == Failure::InvalidPicture || *failure == Failure::OutOfMemory);
         }
     }
@@ -266,7 +260,7 @@ TEST_F(QtPictureLoaderJpeg, TooManyPixelsAreOutOfMemory) {
 // ---- Files that are not pictures or cannot be read
 
 TEST(QtPictureLoader, UnreadableFileRaisesTheInputFileFailure) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     EXPECT_FAILURE(load(folder.file("nothing.bmp")), FileNotFound);
     EXPECT_FAILURE(load(folder.path()), PermissionDenied);
     folder.write("plain", Bytes{1});
@@ -274,13 +268,13 @@ TEST(QtPictureLoader, UnreadableFileRaisesTheInputFileFailure) {
 }
 
 TEST(QtPictureLoader, OtherContentIsInvalidWhateverTheExtension) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     EXPECT_FAILURE(load(folder.write("empty.bmp", Bytes{})), InvalidPicture);
     EXPECT_FAILURE(load(folder.write("text.bmp", Bytes{'h', 'e', 'l', 'l', 'o'})), InvalidPicture);
     for (const char* format : {"png", "gif", "ppm", "ico"}) {
         SCOPED_TRACE(format);
         const std::string path = folder.file("picture.bmp");
-        test::run_tool("convert -size 8x8 gradient: " + std::string(format) + ":" + path);
+        run_tool("convert -size 8x8 gradient: " + std::string(format) + ":" + path);
         EXPECT_FAILURE(load(path), InvalidPicture);
     }
     EXPECT_FAILURE(load(folder.write("only-magic.bmp", Bytes{'B', 'M'})), InvalidPicture);
@@ -288,11 +282,11 @@ TEST(QtPictureLoader, OtherContentIsInvalidWhateverTheExtension) {
 }
 
 TEST(QtPictureLoader, NonAsciiNamesAreFound) {
-    const test::TemporaryFolder folder;
-    const test::MadeBmp bmp{1, 1, 24, 0, {}, {3, 2, 1, 0}};
+    const TemporaryFolder folder;
+    const MadeBmp bmp{1, 1, 24, 0, {}, {3, 2, 1, 0}};
     EXPECT_EQ(load(folder.write("f\xC3\xBCr \xE2\x82\xAC.bmp", bmp.file())).colours,
               (std::vector<Colour>{0x030201}));
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

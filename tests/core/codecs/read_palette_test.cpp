@@ -9,10 +9,9 @@
 #include "support/codec_files.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::Bytes;
 using Colours = std::vector<RGBQUAD>;
 
 const Colours two_colours{{3, 2, 1, 0}, {255, 5, 4, 0}};
@@ -81,7 +80,7 @@ TEST(ReadPalette, Riff) {
 
 TEST(ReadPalette, RiffWithOtherChunksBefore) {
     const Bytes other{'o', 'f', 'f', 'l', 3, 0, 0, 0, 7, 7, 7, 0};
-    EXPECT_EQ(colours_of(riff(test::joined({other, riff_data()}))), two_colours);
+    EXPECT_EQ(colours_of(riff(joined({other, riff_data()}))), two_colours);
 }
 
 TEST(ReadPalette, TruncatedRiffIsInvalid) {
@@ -143,4 +142,4 @@ TEST(ReadRawPalette, OtherLengthsAreNoPalette) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -9,11 +9,9 @@
 #include "support/expect_failure.h"
 #include "support/made_bmp.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::Bytes;
-using test::MadeBmp;
 using Pixels = std::vector<std::uint32_t>;
 
 constexpr std::int64_t most_pixels = 100;
@@ -53,7 +51,7 @@ Bytes file_with_masks(std::uint32_t compression, const std::vector<std::uint32_t
     bmp.height = 1;
     bmp.bits = 32;
     bmp.compression = compression;
-    bmp.between = test::dwords(masks);
+    bmp.between = dwords(masks);
     bmp.data = {0x11, 0x22, 0x33, 0x44};
     return bmp.file();
 }
@@ -109,11 +107,11 @@ TEST(ReadRgbaBmp, TooManyPixelsAreOutOfMemory) {
 }
 
 TEST(ReadRgbaBmp, AlphaWrittenByImageMagick) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const std::string name = folder.file("out.bmp");
-    test::run_tool("convert -size 1x2 xc:'rgba(10,20,30,0.4)' " + name);
-    EXPECT_EQ(pixels_of(test::read_file(name)), (Pixels{0x660A141E, 0x660A141E}));
+    run_tool("convert -size 1x2 xc:'rgba(10,20,30,0.4)' " + name);
+    EXPECT_EQ(pixels_of(read_file(name)), (Pixels{0x660A141E, 0x660A141E}));
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -9,12 +9,9 @@
 #include "support/codec_files.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::Bytes;
-using test::bytes_of;
-using test::joined;
 using Pixels = std::vector<std::uint32_t>;
 
 constexpr std::int64_t most_pixels = 100;
@@ -258,4 +255,4 @@ TEST(TgaColourMap, TruncatedMapIsInvalid) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -9,11 +9,8 @@
 #include "support/pictures.h"
 #include "support/pixel_bytes.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::Character;
-using test::Colours;
 
 // A bin as comparable values: weight, blue, green, red.
 using Plain = std::array<std::uint64_t, 4>;
@@ -48,7 +45,7 @@ constexpr Colour six_bits = 0xFCFCFC;
 
 ColourHistogram histogram_of(const Colours& colours) {
     ColourHistogram histogram;
-    histogram.add(test::pixel_bytes(colours));
+    histogram.add(pixel_bytes(colours));
     return histogram;
 }
 
@@ -63,7 +60,7 @@ Colours many_colours(std::uint32_t seed = 1) {
 }
 
 Colours few_colours(std::uint32_t seed = 1) {
-    return test::random_colours(5000, 50, Character::Smooth, seed);
+    return random_colours(5000, 50, Character::Smooth, seed);
 }
 
 // So many colours that all are different.
@@ -82,8 +79,8 @@ TEST(ColourHistogram, NewOneIsExactAndEmpty) {
 }
 
 TEST(ColourHistogram, FewColoursAreCountedOneByOne) {
-    for (const Character character : test::all_characters) {
-        const Colours colours = test::random_colours(9000, 90, character, 3);
+    for (const Character character : all_characters) {
+        const Colours colours = random_colours(9000, 90, character, 3);
         EXPECT_EQ(plain(histogram_of(colours)), count_plainly(colours, exactly));
     }
 }
@@ -154,14 +151,14 @@ TEST(ColourHistogram, TransparentPixelsAreLeftOut) {
         }
     }
     ColourHistogram histogram;
-    histogram.add(test::pixel_bytes(colours), opaque);
+    histogram.add(pixel_bytes(colours), opaque);
     EXPECT_EQ(plain(histogram), plain(histogram_of(kept)));
 }
 
 TEST(ColourHistogram, MaskOfAnotherSizeFails) {
     ColourHistogram histogram;
     const std::vector<std::uint8_t> opaque(3, 255);
-    EXPECT_FAILURE(histogram.add(test::pixel_bytes({1, 2}), opaque), SubscriptOutOfRange);
+    EXPECT_FAILURE(histogram.add(pixel_bytes({1, 2}), opaque), SubscriptOutOfRange);
     EXPECT_TRUE(histogram.bins().empty());
 }
 
@@ -170,4 +167,4 @@ TEST(ColourSum, MeanIsRoundedHalfUp) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -9,10 +9,8 @@
 #include "support/pixel_bytes.h"
 #include "support/thoroughness.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::Colours;
 
 void expect_as_plain(const std::vector<RGBQUAD>& palette, const NearestEntry& nearest, Colour colour) {
     ASSERT_EQ(nearest(blue_of(colour), green_of(colour), red_of(colour)),
@@ -22,10 +20,10 @@ void expect_as_plain(const std::vector<RGBQUAD>& palette, const NearestEntry& ne
 
 // Random colours, the entries and their neighbours, with 1 to 3 threads.
 void expect_as_plain(const Colours& entries, std::uint32_t seed) {
-    const std::vector<RGBQUAD> palette = test::palette_of(entries);
+    const std::vector<RGBQUAD> palette = palette_of(entries);
     const NearestEntry nearest(palette, 1 + seed % 3);
     std::mt19937 random(seed);
-    for (unsigned i = 0; i < test::cases(3000U); ++i) {
+    for (unsigned i = 0; i < cases(3000U); ++i) {
         expect_as_plain(palette, nearest, static_cast<Colour>(random() % 0x1000000));
         const Colour entry = entries[random() % entries.size()];
         expect_as_plain(palette, nearest, entry ^ static_cast<Colour>(random() & 0x030303));
@@ -66,19 +64,19 @@ TEST(NearestEntrySearch, LatticesWithManyTiesMatchTheReference) {
 TEST(NearestEntrySearch, GreysMatchTheReference) {
     Colours greys;
     for (int value = 255; value >= 0; --value) {
-        greys.push_back(test::grey(value));
+        greys.push_back(grey(value));
     }
     expect_as_plain(greys, 7);
 }
 
 TEST(NearestEntrySearch, LowestIndexWinsTies) {
-    const NearestEntry nearest(test::palette_of({test::grey(20), test::grey(10), test::grey(10)}));
+    const NearestEntry nearest(palette_of({grey(20), grey(10), grey(10)}));
     EXPECT_EQ(nearest(15, 15, 15), 0);
     EXPECT_EQ(nearest(14, 14, 14), 1);
 }
 
 TEST(NearestEntrySearch, NoThreadFails) {
-    EXPECT_FAILURE(NearestEntry(test::palette_of({0}), 0), InvalidProcedureCall);
+    EXPECT_FAILURE(NearestEntry(palette_of({0}), 0), InvalidProcedureCall);
 }
 
 TEST(NearestEntrySearch, PaletteWithoutEntriesOrWith257Fails) {
@@ -87,4 +85,4 @@ TEST(NearestEntrySearch, PaletteWithoutEntriesOrWith257Fails) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -12,27 +12,22 @@
 #include "support/pictures.h"
 #include "support/pixel_bytes.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::Character;
-using test::Colours;
-using test::colours_of;
-using test::grey;
 
 ColourHistogram histogram_of(const Colours& colours) {
     ColourHistogram histogram;
-    histogram.add(test::pixel_bytes(colours));
+    histogram.add(pixel_bytes(colours));
     return histogram;
 }
 
 Colours best(const Colours& pixels, std::size_t most_entries, const Colours& fixed = {}) {
     return colours_of(
-        best_palette(histogram_of(pixels), most_entries, PaletteUse::WithoutDither, test::palette_of(fixed)));
+        best_palette(histogram_of(pixels), most_entries, PaletteUse::WithoutDither, palette_of(fixed)));
 }
 
 double squared_error(const Colours& pixels, const Colours& palette) {
-    const std::vector<RGBQUAD> entries = test::palette_of(palette);
+    const std::vector<RGBQUAD> entries = palette_of(palette);
     double sum = 0;
     for (const Colour pixel : pixels) {
         const RGBQUAD& entry = entries[reference::nearest_entry(entries, pixel)];
@@ -45,7 +40,7 @@ double squared_error(const Colours& pixels, const Colours& palette) {
 }
 
 Colours smooth_pixels(std::uint32_t seed = 1) {
-    return test::random_colours(120 * 100, 120, Character::Smooth, seed);
+    return random_colours(120 * 100, 120, Character::Smooth, seed);
 }
 
 // So many different colours, each one to three times, in any order; close to each other for even seeds.
@@ -108,7 +103,7 @@ TEST(BestPalette, ErrorIsLessThanThatOfTheOctree) {
     for (std::uint32_t seed = 0; seed < 3; ++seed) {
         const Colours pixels = smooth_pixels(seed);
         cDIB dib;
-        test::fill_dib(dib, 120, 100, pixels);
+        fill_dib(dib, 120, 100, pixels);
         cPal8bpp octree;
         octree.CreateOptimal(dib, 64, 8, 1, 1, 1);
         Colours entries;
@@ -122,7 +117,7 @@ TEST(BestPalette, ErrorIsLessThanThatOfTheOctree) {
 TEST(BestPalette, HasAtMostThatManyEntriesAllDifferent) {
     for (const std::size_t most : {1U, 2U, 9U, 100U, 255U, 256U}) {
         for (const Character character : {Character::Noise, Character::Smooth, Character::AroundLimit}) {
-            const Colours palette = best(test::random_colours(8000, 80, character, 1), most);
+            const Colours palette = best(random_colours(8000, 80, character, 1), most);
             EXPECT_LE(palette.size(), most);
             EXPECT_EQ(std::set<Colour>(palette.begin(), palette.end()).size(), palette.size());
         }
@@ -231,4 +226,4 @@ TEST(BestPalette, MoreThan256EntriesFail) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -14,14 +14,8 @@
 #include "support/pixel_bytes.h"
 #include "support/thoroughness.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::Bytes;
-using test::Character;
-using test::Colours;
-using test::grey;
-using test::palette_of;
 
 constexpr Dither all_methods[] = {Dither::None, Dither::Ordered, Dither::BlueNoise, Dither::FloydSteinberg};
 
@@ -40,8 +34,8 @@ struct Sample {
 Sample random_sample(std::int32_t width, std::int32_t height, Character character, std::uint32_t seed) {
     return {width,
             height,
-            test::random_colours(static_cast<std::size_t>(width * height), static_cast<std::size_t>(width),
-                                 character, seed),
+            random_colours(static_cast<std::size_t>(width * height), static_cast<std::size_t>(width),
+                           character, seed),
             {}};
 }
 
@@ -60,7 +54,7 @@ Sample with_holes(Sample sample, std::uint32_t seed) {
 
 Bytes map(const Sample& sample, const std::vector<RGBQUAD>& palette, Dither method, int strength = 100) {
     Bytes indices(sample.colours.size(), untouched);
-    const Bytes pixels = test::pixel_bytes(sample.colours);
+    const Bytes pixels = pixel_bytes(sample.colours);
     map_to_palette({pixels, sample.opaque, sample.width, sample.height}, NearestEntry(palette),
                    {method, strength}, indices);
     return indices;
@@ -95,7 +89,7 @@ TEST(MapToPalette, WithoutDitherEveryPixelGetsTheNearestEntry) {
 }
 
 TEST(MapToPalette, ColoursOfThePaletteKeepTheirEntries) {
-    const Colours entries = test::colours_of(random_palette(200, 3));
+    const Colours entries = colours_of(random_palette(200, 3));
     Sample sample{37, 41, {}, {}};
     std::mt19937 random(4);
     Bytes expected;
@@ -185,7 +179,7 @@ TEST(MapToPalette, ColoursOfTransparentPixelsAffectNothing) {
 TEST(MapToPalette, FourthByteOfPixelsAffectsNothing) {
     const Sample sample = random_sample(30, 30, Character::Smooth, 11);
     const NearestEntry nearest(random_palette(20, 12));
-    Bytes pixels = test::pixel_bytes(sample.colours);
+    Bytes pixels = pixel_bytes(sample.colours);
     for (const Dither method : all_methods) {
         Bytes first(900);
         Bytes second(900);
@@ -219,7 +213,7 @@ std::int32_t reach_of_change(const Sample& sample, Dither method, std::int32_t x
 
 std::int32_t largest_reach(Dither method) {
     std::int32_t largest = -1;
-    for (std::uint32_t seed = 0; seed < test::cases(20U); ++seed) {
+    for (std::uint32_t seed = 0; seed < cases(20U); ++seed) {
         const Sample sample = random_sample(100, 90, Character::Smooth, seed);
         largest =
             std::max(largest, reach_of_change(sample, method, static_cast<std::int32_t>(20 + seed), 31));
@@ -245,7 +239,7 @@ TEST(MapToPalette, BlueNoiseMatchesTheReference) {
                 const std::vector<RGBQUAD> palette = random_palette(1 + seed * 7 % 100, seed);
                 const int strength = seed % 2 == 0 ? 100 : 60;
                 Bytes expected(sample.colours.size(), untouched);
-                const Bytes pixels = test::pixel_bytes(sample.colours);
+                const Bytes pixels = pixel_bytes(sample.colours);
                 reference::dither_blue_noise({pixels, sample.opaque, width, height}, palette, strength,
                                              expected);
                 ASSERT_EQ(map(sample, palette, Dither::BlueNoise, strength), expected) << seed;
@@ -306,10 +300,7 @@ TEST(MapToPalette, SizesThatDoNotMatchFail) {
     }
     EXPECT_FAILURE(map_to_palette({pixels, {}, 3, 2}, nearest, {}, std::span(indices).first(5)),
                    InvalidProcedureCall);
-    EXPECT_EQ(test::failure_in([&] {
-                  map_to_palette({pixels, six, 3, 2}, nearest, {}, indices);
-              }),
-              std::nullopt);
+    EXPECT_EQ(failure_in([&] { map_to_palette({pixels, six, 3, 2}, nearest, {}, indices); }), std::nullopt);
 }
 
 TEST(MapToPalette, StrengthOutside0To100Fails) {
@@ -324,11 +315,11 @@ TEST(MapToPalette, StrengthOutside0To100Fails) {
 TEST(MapToPalette, PictureWithoutPixelsIsNothingToDo) {
     const NearestEntry nearest(random_palette(2, 1));
     for (const Dither method : all_methods) {
-        EXPECT_EQ(test::failure_in([&] {
+        EXPECT_EQ(failure_in([&] {
                       map_to_palette({{}, {}, 0, 5}, nearest, {method, 100}, {});
                   }),
                   std::nullopt);
-        EXPECT_EQ(test::failure_in([&] {
+        EXPECT_EQ(failure_in([&] {
                       map_to_palette({{}, {}, 5, 0}, nearest, {method, 100}, {});
                   }),
                   std::nullopt);
@@ -336,4 +327,4 @@ TEST(MapToPalette, PictureWithoutPixelsIsNothingToDo) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -18,7 +18,7 @@
 #include "desktop/controls/eltexto.h"
 #include "desktop/controls/shown.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 QAccessibleInterface& interface_of(QWidget& control) {
@@ -102,8 +102,8 @@ TEST(Accessible, PressActionChecksARadioButton) {
 }
 
 TEST(Accessible, ClickOnACheckBoxIsAnnounced) {
-    test::Shown<elcheck> check(80);
-    const test::AccessibleEvents events;
+    Shown<elcheck> check(80);
+    const AccessibleEvents events;
     check.click({6, 8});
     ASSERT_TRUE(check->Value());
     EXPECT_EQ(events.count(QAccessible::StateChanged, check.control), 1);
@@ -111,9 +111,9 @@ TEST(Accessible, ClickOnACheckBoxIsAnnounced) {
 }
 
 TEST(Accessible, SettingValueIsAnnounced) {
-    test::Shown<elcheck> check(80);
-    test::Shown<elradio> radio(80);
-    const test::AccessibleEvents events;
+    Shown<elcheck> check(80);
+    Shown<elradio> radio(80);
+    const AccessibleEvents events;
     check->SetValue(true);
     radio->SetValue(true);
     EXPECT_EQ(events.count(QAccessible::StateChanged, check.control), 1);
@@ -201,4 +201,4 @@ TEST(Accessible, NameOfAFieldIsSetOnItsInnerWidget) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

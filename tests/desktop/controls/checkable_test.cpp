@@ -10,14 +10,8 @@
 #include "desktop/theme/theme.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::colour_at;
-using test::count_of;
-using test::dark;
-using test::light;
-using test::picture_of;
 
 constexpr Colour box_light = 0x809188;
 constexpr Colour checked = 0x50B5C4;
@@ -25,8 +19,8 @@ constexpr Colour unchecked = 0xD3DED8;
 constexpr Colour over = 0xFF0000;
 
 template <typename Control>
-struct Checkable : test::Recorded<Control> {
-    Checkable() : test::Recorded<Control>(120) {}
+struct Checkable : Recorded<Control> {
+    Checkable() : Recorded<Control>(120) {}
 
     const TextPart& caption() { return this->text(std::is_same_v<Control, elcheck> ? "Label2" : "Label1"); }
 
@@ -55,8 +49,8 @@ TYPED_TEST_SUITE(CheckableTest, CheckableControls);
 TYPED_TEST(CheckableTest, PartsAndSurfaceRaiseMouseEvents) {
     auto& checkable = this->checkable_;
     const QPoint on_caption = checkable.caption().place().topLeft().toPoint() + QPoint(3, 2);
-    test::move(checkable.control, on_caption);
-    test::move(checkable.control, checkable.beside_the_caption());
+    move(checkable.control, on_caption);
+    move(checkable.control, checkable.beside_the_caption());
     checkable.press(on_caption, Qt::MiddleButton, Qt::ShiftModifier);
     checkable.release(on_caption, Qt::MiddleButton);
     EXPECT_EQ(checkable.log, (QStringList{"MouseMove 0 0 3,2", "MouseMove 0 0 117,9", "MouseDown 4 1 3,2",
@@ -127,7 +121,7 @@ TEST(Elcheck, OnlyTheLeftAndTopEdgesOfTheBoxFollowColor3DDark) {
     }
     for (const int scale : {1, 2}) {
         const QImage picture = picture_of(check.control, scale);
-        test::expect_edges(picture, {0, 3 * scale, 12 * scale, 12 * scale}, scale, dark, box_light);
+        expect_edges(picture, {0, 3 * scale, 12 * scale, 12 * scale}, scale, dark, box_light);
         EXPECT_EQ(count_of(picture, theme::field_background, QRect(scale, 4 * scale, 10 * scale, 10 * scale)),
                   100 * scale * scale);
     }
@@ -135,7 +129,7 @@ TEST(Elcheck, OnlyTheLeftAndTopEdgesOfTheBoxFollowColor3DDark) {
 
 TEST(Elcheck, ClickOnBoxCheckMarkOrCaptionTogglesAndRaisesClick) {
     Check check;
-    const test::ChangedProperties changed(check.control);
+    const ChangedProperties changed(check.control);
     check.click(on_box);
     EXPECT_TRUE(check->Value());
     EXPECT_EQ(check.log.last(), "Click");
@@ -172,7 +166,7 @@ TEST(Elcheck, BoxIsFilledWithBackColor2) {
 
 TEST(Elcheck, BoxRaisesMouseEventsInItsOwnPixels) {
     Check check;
-    test::move(check.control, QPoint(2, 8));
+    move(check.control, QPoint(2, 8));
     check.press(QPoint(2, 8), Qt::RightButton, Qt::ControlModifier);
     check.release(QPoint(2, 8), Qt::RightButton);
     EXPECT_EQ(check.log, (QStringList{"MouseMove 0 0 2,5", "MouseDown 2 2 2,5", "MouseUp 2 0 2,5"}));
@@ -192,7 +186,7 @@ TEST(Elradio, ClickOnCaptionCircleOrSurfaceChecksIt) {
     for (const QPoint point : {radio.on_caption(), on_circle, radio.beside_the_caption()}) {
         radio->SetValue(false);
         radio.log.clear();
-        const test::ChangedProperties changed(radio.control);
+        const ChangedProperties changed(radio.control);
         radio.click(point);
         EXPECT_TRUE(radio->Value()) << point.x();
         EXPECT_EQ(radio.log.count("Click"), 1) << point.x();
@@ -203,7 +197,7 @@ TEST(Elradio, ClickOnCaptionCircleOrSurfaceChecksIt) {
 TEST(Elradio, ClickOnACheckedButtonRaisesClickAndChangesNothing) {
     Radio radio;
     radio->SetValue(true);
-    const test::ChangedProperties changed(radio.control);
+    const ChangedProperties changed(radio.control);
     const QImage before = picture_of(radio.control);
     radio.click(on_circle);
     EXPECT_TRUE(radio->Value());
@@ -287,7 +281,7 @@ TEST(Elradio, NewColoursAreRedrawn) {
 
 TEST(Elradio, CircleShowsTheBackgroundOfItsLastRedraw) {
     Radio radio;
-    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
+    TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     radio->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     for (const int corner : {0, 17}) {
         EXPECT_EQ(colour_at(radio.control, corner, corner), theme::window_background);
@@ -303,11 +297,11 @@ TEST(Elradio, CircleShowsTheBackgroundOfItsLastRedraw) {
 TEST(Elradio, ClickOnACheckedButtonDoesNotRedraw) {
     Radio radio;
     radio->SetValue(true);
-    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
+    TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     radio->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     radio.click(on_circle);
     EXPECT_EQ(colour_at(radio.control, 0, 0), theme::window_background);
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

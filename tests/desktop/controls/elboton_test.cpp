@@ -8,15 +8,10 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::colour_at;
-using test::dark;
-using test::light;
-using test::picture_of;
-
-struct Button : test::Recorded<elboton> {
+struct Button : Recorded<elboton> {
     explicit Button(const QString& caption = "Ok", int width = 80) : Recorded(width) {
         control.SetCaption(caption);
     }
@@ -77,7 +72,7 @@ TEST(Elboton, WidthSetWhileHiddenIsLaidOut) {
 }
 
 TEST(Elboton, HeightUsesVerticalAndWidthHorizontalTwips) {
-    const test::OtherScreen flat(20, 12);
+    const OtherScreen flat(20, 12);
     elboton button("b", nullptr);
     button.SetWidth(100);
     EXPECT_EQ(button.size(), QSize(25, 30)); // 500 / 20 by 360 / 12
@@ -86,7 +81,7 @@ TEST(Elboton, HeightUsesVerticalAndWidthHorizontalTwips) {
 }
 
 TEST(Elboton, HeightStays360TwipsWhenThatIsNoWholePixel) {
-    const test::OtherScreen flat(15, 16);
+    const OtherScreen flat(15, 16);
     const elboton button("b", nullptr);
     EXPECT_EQ(button.height(), 22); // 22.5, ties to even
     EXPECT_EQ(button.Height(), 360);
@@ -117,7 +112,7 @@ TEST(Elboton, RightPressLeavesTheButtonRaised) {
 TEST(Elboton, FourthAndFifthMouseButtonsRaiseNoEvents) {
     Button button;
     for (const Qt::MouseButton other : {Qt::BackButton, Qt::ForwardButton}) {
-        test::fast_pair(&button.control, other, {}, button.on_surface());
+        fast_pair(&button.control, other, {}, button.on_surface());
     }
     EXPECT_TRUE(button.log.isEmpty());
 }
@@ -152,7 +147,7 @@ void press_without_release(Button& button) {
 TEST(Elboton, MoveWithoutButtonsAfterALostReleaseRaisesTheButton) {
     Button button;
     press_without_release(button);
-    test::move(button.control, button.text("label").place().topLeft().toPoint() + QPoint(2, 1));
+    move(button.control, button.text("label").place().topLeft().toPoint() + QPoint(2, 1));
     EXPECT_TRUE(button.raised());
     EXPECT_EQ(button.log, QStringList{"MouseMove 0 0 2,1"});
 }
@@ -160,7 +155,7 @@ TEST(Elboton, MoveWithoutButtonsAfterALostReleaseRaisesTheButton) {
 TEST(Elboton, MoveWithAButtonHeldLeavesItSunken) {
     Button button;
     button.press(button.on_surface());
-    test::move(button.control, QPoint(300, 200), Qt::LeftButton);
+    move(button.control, QPoint(300, 200), Qt::LeftButton);
     EXPECT_TRUE(button.sunken());
     button.release(QPoint(300, 200));
 }
@@ -186,7 +181,7 @@ TEST(Elboton, OtherButtonsReleaseAfterALostReleaseIsNoClick) {
 TEST(Elboton, LateReleaseAfterALostReleaseIsNoClick) {
     Button button;
     press_without_release(button);
-    test::move(button.control, button.on_surface());
+    move(button.control, button.on_surface());
     button.release(button.on_surface());
     EXPECT_TRUE(button.log.isEmpty());
 }
@@ -223,10 +218,10 @@ TEST(Elboton, CaptionAndSurfaceRaiseClick) {
 
 TEST(Elboton, OnlyTheCaptionRaisesMouseMoveInItsOwnPixels) {
     Button button;
-    test::move(button.control, button.on_surface());
+    move(button.control, button.on_surface());
     EXPECT_TRUE(button.log.isEmpty());
     const QPoint corner = button.text("label").place().topLeft().toPoint();
-    test::move(button.control, corner + QPoint(2, 1));
+    move(button.control, corner + QPoint(2, 1));
     EXPECT_EQ(button.log, QStringList{"MouseMove 0 0 2,1"});
 }
 
@@ -260,7 +255,7 @@ TEST(Elboton, DisabledButtonIgnoresTheMouse) {
 TEST(Elboton, ObtainedBackgroundIsBlendedWithTheClearedSurface) {
     Button button("");
     button->SetBackColor(0);
-    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
+    TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     for (int again = 0; again < 2; ++again) {
         button->obtener_imagen_fondo(behind.hDC(), 0, 0, 100);
         EXPECT_EQ(button->get_the_hdc().bitmap()->pixel(5, 5), 0x646464);
@@ -271,11 +266,11 @@ TEST(Elboton, ObtainedBackgroundIsBlendedWithTheClearedSurface) {
 
 TEST(Elboton, AlphaOutOfRangeFailsAfterClearing) {
     Button button("");
-    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
+    TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     button->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     EXPECT_FAILURE(button->obtener_imagen_fondo(behind.hDC(), 0, 0, 256), Overflow);
     EXPECT_EQ(button->get_the_hdc().bitmap()->pixel(5, 5), theme::window_background);
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -6,16 +6,10 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::colour_at;
-using test::count_of;
-using test::dark;
-using test::light;
-using test::picture_of;
-
-struct Panel : test::Recorded<elpanel> {
+struct Panel : Recorded<elpanel> {
     explicit Panel(int width = 300, int height = 200) : Recorded(width, height) {}
 
     const BoxPart& box(const char* name) { return control.part<BoxPart>(name); }
@@ -80,14 +74,14 @@ TEST(Elpanel, HiddenPanelTakesABackgroundOfItsNewSize) {
     panel.resize(30, 20);
     panel.get_the_hdc();
     panel.resize(50, 40);
-    test::TestSurface behind(100, 100, 32, 0, 0xFFFFFF);
+    TestSurface behind(100, 100, 32, 0, 0xFFFFFF);
     panel.obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(48, 38), 0xFFFFFF);
     EXPECT_EQ(panel.get_the_hdc().bitmap()->pixel(49, 38), theme::window_background);
 }
 
 TEST(Elpanel, WidthAndHeightUseHorizontalTwips) {
-    const test::OtherScreen flat(20, 12);
+    const OtherScreen flat(20, 12);
     Panel panel(100, 50);
     EXPECT_EQ(panel->part<LinePart>("LineB(0)").X1, 99);
     EXPECT_EQ(panel->part<LinePart>("LineB(1)").Y1, 50.0 * 12 / 20 - 1);
@@ -179,7 +173,7 @@ TEST(Elpanel, MoveAfterALostReleaseRaisesTheCloseButton) {
     panel.release(panel.on_close_glyph());
     panel->SetEnabled(true);
     ASSERT_TRUE(panel.close_sunken());
-    test::move(panel.control, panel.on_surface());
+    move(panel.control, panel.on_surface());
     EXPECT_TRUE(panel.close_raised());
     EXPECT_EQ(panel.log, QStringList{"MouseMove 0 0 50,100"});
 }
@@ -187,7 +181,7 @@ TEST(Elpanel, MoveAfterALostReleaseRaisesTheCloseButton) {
 TEST(Elpanel, TitleReleasesThePointerAfterALostRelease) {
     Panel panel;
     panel.press(panel.on_title());
-    test::move(panel.control, panel.on_surface()); // the window system consumed the release
+    move(panel.control, panel.on_surface()); // the window system consumed the release
     EXPECT_EQ(panel.log.last(), "MouseMove 0 0 50,100");
     panel.release(panel.on_surface());
     EXPECT_EQ(panel.log.last(), "MouseMove 0 0 50,100");
@@ -226,10 +220,10 @@ TEST(Elpanel, TitleWithoutSpaceIsHidden) {
 
 TEST(Elpanel, EachPartRaisesItsOwnMouseEvents) {
     Panel panel;
-    test::move(panel.control, panel.on_title());
-    test::move(panel.control, panel.on_icon());
-    test::move(panel.control, panel.on_close_glyph());
-    test::move(panel.control, panel.on_surface());
+    move(panel.control, panel.on_title());
+    move(panel.control, panel.on_icon());
+    move(panel.control, panel.on_close_glyph());
+    move(panel.control, panel.on_surface());
     EXPECT_EQ(panel.log,
               (QStringList{"TitleMouseMove 0 0 10,6", "IconMouseMove 0 0 3,4", "MouseMove 0 0 50,100"}));
     panel.log.clear();
@@ -243,13 +237,13 @@ TEST(Elpanel, TitleAndSurfaceRaiseDblClick) {
     Panel panel;
     for (const QPoint point : {panel.on_title(), panel.on_surface()}) {
         panel.log.clear();
-        test::double_click(panel.control, point);
+        double_click(panel.control, point);
         EXPECT_EQ(panel.log.count("Click"), 1);
         EXPECT_EQ(panel.log.count("DblClick"), 1);
     }
     panel.log.clear();
-    test::double_click(panel.control, panel.on_close_glyph());
-    test::double_click(panel.control, panel.on_icon());
+    double_click(panel.control, panel.on_close_glyph());
+    double_click(panel.control, panel.on_icon());
     EXPECT_EQ(panel.log.count("CloseClick"), 2);
     EXPECT_EQ(panel.log.count("DblClick"), 0);
 }
@@ -257,7 +251,7 @@ TEST(Elpanel, TitleAndSurfaceRaiseDblClick) {
 TEST(Elpanel, DragOfTheTitleIsReportedInTitleCoordinates) {
     Panel panel;
     panel.press(panel.on_title());
-    test::move(panel.control, panel.on_surface(), Qt::LeftButton);
+    move(panel.control, panel.on_surface(), Qt::LeftButton);
     panel.release(panel.on_surface());
     EXPECT_EQ(panel.log.value(1), "TitleMouseMove 1 0 20,91");
     EXPECT_EQ(panel.log.value(2), "TitleMouseUp 1 0 20,91");
@@ -303,7 +297,7 @@ TEST(Elpanel, NewPanelShowsTheDefaultIconAt24Bits) {
     Panel panel;
     const Bitmap& icon = *panel->get_icon_hdc().bitmap();
     EXPECT_EQ(icon.bits_per_pixel(), 24);
-    test::TestSurface drawn(16, 16, 24, 0, theme::window_background);
+    TestSurface drawn(16, 16, 24, 0, theme::window_background);
     draw_panel_icon(drawn);
     const QImage picture = picture_of(panel.control);
     for (int y = 0; y < 16; ++y) {
@@ -317,7 +311,7 @@ TEST(Elpanel, NewPanelShowsTheDefaultIconAt24Bits) {
 
 TEST(Elpanel, IconHasSeveralColoursAndTransparentCorners) {
     constexpr Colour before = 0xFF00FF;
-    test::TestSurface drawn(16, 16, 24, 0, before);
+    TestSurface drawn(16, 16, 24, 0, before);
     draw_panel_icon(drawn);
     QSet<Colour> colours;
     int left_alone = 0;
@@ -334,7 +328,7 @@ TEST(Elpanel, IconHasSeveralColoursAndTransparentCorners) {
 
 TEST(Elpanel, IconIsCopiedFromTheTopLeftOfAContext) {
     Panel panel;
-    test::TestSurface source(20, 20, 32, 0, 0x0000FF);
+    TestSurface source(20, 20, 32, 0, 0x0000FF);
     source.PSet(15, 15, 0x00FF00);
     panel->set_icon(source.hDC());
     EXPECT_EQ(panel->get_icon_hdc().bitmap()->pixel(15, 15), 0x00FF00);
@@ -345,7 +339,7 @@ TEST(Elpanel, IconIsCopiedFromTheTopLeftOfAContext) {
 
 TEST(Elpanel, SetTheHdcCopiesAContextOverThePanelAndReturns0) {
     Panel panel;
-    test::TestSurface source(300, 200, 32, 0, 0x654321);
+    TestSurface source(300, 200, 32, 0, 0x654321);
     source.PSet(0, 0, 0x111111);
     EXPECT_EQ(panel->set_the_hdc(source.hDC()), 0);
     EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(0, 0), 0x111111);
@@ -357,7 +351,7 @@ TEST(Elpanel, SetTheHdcCopiesAContextOverThePanelAndReturns0) {
 
 TEST(Elpanel, ObtainedBackgroundIsBlendedIntoTheCloseButton) {
     Panel panel;
-    test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
+    TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
     behind.PSet(10 + 274, 20 + 8, 0x0000FF);
     panel->obtener_imagen_fondo(behind.hDC(), 10, 20, 255);
     EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(0, 5), theme::window_background);
@@ -370,9 +364,9 @@ TEST(Elpanel, ObtainedBackgroundIsBlendedIntoTheCloseButton) {
 
 TEST(Elpanel, AlphaOutOfRangeFailsBeforeThePanelIsCleared) {
     Panel panel;
-    test::TestSurface drawn(300, 200, 32, 0, 0x0000FF);
+    TestSurface drawn(300, 200, 32, 0, 0x0000FF);
     panel->set_the_hdc(drawn.hDC());
-    test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
+    TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
     EXPECT_FAILURE(panel->obtener_imagen_fondo(behind.hDC(), 0, 0, 256), Overflow);
     EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(5, 5), 0x0000FF);
 }
@@ -380,7 +374,7 @@ TEST(Elpanel, AlphaOutOfRangeFailsBeforeThePanelIsCleared) {
 TEST(Elpanel, CloseButtonIsNotClearedBeforeBlending) {
     Panel panel;
     panel->SetBackColor(0);
-    test::TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
+    TestSurface behind(400, 300, 32, 0, 0xFFFFFF);
     panel->obtener_imagen_fondo(behind.hDC(), 0, 0, 51);
     panel->obtener_imagen_fondo(behind.hDC(), 0, 0, 51);
     EXPECT_EQ(panel->get_the_hdc().bitmap()->pixel(5, 5), 0x333333);
@@ -388,4 +382,4 @@ TEST(Elpanel, CloseButtonIsNotClearedBeforeBlending) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

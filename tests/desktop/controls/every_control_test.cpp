@@ -22,13 +22,8 @@
 #include "desktop/theme/theme.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::count_of;
-using test::make_control;
-using test::picture_of;
-using test::Shown;
 
 enum class Edges { None, Raised, Sunken };
 
@@ -73,7 +68,7 @@ class EveryControl : public testing::TestWithParam<Kind> {};
 
 // With one twip per pixel nothing is rounded.
 TEST_P(EveryControl, HasItsFixedHeightAndMinimumWidth) {
-    const test::OtherScreen fine(1);
+    const OtherScreen fine(1);
     const std::unique_ptr<SkinnedControl> control = GetParam().make(nullptr);
     EXPECT_EQ(control->minimumWidth(), GetParam().minimum_width);
     EXPECT_EQ(control->minimumHeight(), GetParam().height);
@@ -131,7 +126,7 @@ TEST_P(ControlEdges, AreOnePixelThickAndFollowTheSize) {
         control->resize(size);
         for (const int scale : {1, 2}) {
             const QImage picture = picture_of(*control, scale);
-            test::expect_edges(picture, picture.rect(), scale, top_left, bottom_right);
+            expect_edges(picture, picture.rect(), scale, top_left, bottom_right);
             const QRect inside = picture.rect().adjusted(scale, scale, -scale, -scale);
             const QRect left(inside.topLeft(), QSize(1, inside.height()));
             const QRect bottom(inside.bottomLeft(), QPoint(inside.right() - 20 * scale, inside.bottom()));
@@ -152,7 +147,7 @@ TEST_P(ObtainedBackground, CoversTheControlExceptItsEdge) {
     const int edge = GetParam().background_edge;
     const std::unique_ptr<SkinnedControl> control = GetParam().make(nullptr);
     control->resize(100, 24);
-    test::TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
+    TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     behind.PSet(10 + edge, 20 + edge, 0x0000FF);
     control->obtener_imagen_fondo(behind.hDC(), 10 + edge, 20 + edge, 255);
     const Bitmap& pixels = *control->get_the_hdc().bitmap();
@@ -233,8 +228,8 @@ TYPED_TEST(Captions, EveryFontPropertyCentresCaptionAndShadow) {
 TYPED_TEST(Captions, DropShadowShowsABlackCopyBehindTheCaption) {
     constexpr Colour red = 0x0000FF;
     auto& control = this->shown_.control;
-    control.SetColor3DDark(test::dark); // the default is black
-    control.SetFontSize(24);            // strokes wider than a pixel in any font
+    control.SetColor3DDark(dark); // the default is black
+    control.SetFontSize(24);      // strokes wider than a pixel in any font
     if constexpr (std::is_base_of_v<CheckableControl, TypeParam>) {
         control.SetUncheckedColor(red);
     } else {
@@ -257,4 +252,4 @@ TYPED_TEST(Captions, DropShadowShowsABlackCopyBehindTheCaption) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

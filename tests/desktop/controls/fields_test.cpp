@@ -14,17 +14,12 @@
 #include "desktop/theme/theme.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::colour_at;
-using test::count_of;
-using test::light;
-using test::picture_of;
 
 // The text box.
 
-struct TextBox : test::Recorded<eltexto> {
+struct TextBox : Recorded<eltexto> {
     TextBox() : Recorded(100) {
         const auto key = [this](const char* name) {
             return [this, name](std::int16_t number, std::int16_t shift) {
@@ -205,11 +200,11 @@ TEST(Eltexto, CharacterBeyond16BitsBecomesAQuestionMark) {
 TEST(Eltexto, MouseEventsOfTheFieldAreForwarded) {
     TextBox text;
     QLineEdit& field = text.field();
-    test::move(field, QPoint(5, 6));
+    move(field, QPoint(5, 6));
     QTest::mouseClick(&field, Qt::LeftButton, Qt::AltModifier, QPoint(7, 8));
     EXPECT_EQ(text.log, (QStringList{"MouseMove 0 0 5,6", "MouseDown 1 4 7,8", "MouseUp 1 4 7,8", "Click"}));
     text.log.clear();
-    test::double_click(field, QPoint(9, 9));
+    double_click(field, QPoint(9, 9));
     EXPECT_EQ(text.log, (QStringList{"MouseDown 1 0 9,9", "MouseUp 1 0 9,9", "Click", "MouseDown 1 0 9,9",
                                      "DblClick", "MouseUp 1 0 9,9"}));
 }
@@ -242,7 +237,7 @@ TEST(Eltexto, MoveWithoutButtonsIsForwarded) {
 TEST(Eltexto, FourthAndFifthMouseButtonsRaiseNoEvents) {
     TextBox text;
     for (const Qt::MouseButton other : {Qt::BackButton, Qt::ForwardButton}) {
-        test::fast_pair(&text.field(), other, {}, {7, 8});
+        fast_pair(&text.field(), other, {}, {7, 8});
     }
     EXPECT_TRUE(text.log.isEmpty());
 }
@@ -265,7 +260,7 @@ TEST(Eltexto, TextStartsFourPixelsFromTheLeft) {
     TextBox text;
     text->SetText("H");
     const Colour ground = text->BackColor();
-    const QImage expected = test::painted({100, 20}, theme::to_qcolor(ground), [&](QPainter& painter) {
+    const QImage expected = painted({100, 20}, theme::to_qcolor(ground), [&](QPainter& painter) {
         painter.setFont(text.field().font());
         painter.setPen(theme::to_qcolor(text->ForeColor()));
         painter.drawText(QRect(4, 0, 90, 20), Qt::AlignLeft | Qt::AlignVCenter, "H");
@@ -287,7 +282,7 @@ TEST(Eltexto, MaxCharsLimitsTheInput) {
 
 // The combo box.
 
-struct Combo : test::Recorded<elcombo> {
+struct Combo : Recorded<elcombo> {
     explicit Combo(const QString& items = "one\ntwo\nthree") : Recorded(120) { control.SetList(items); }
 
     const QWidget* child(const char* name) { return control.findChild<QWidget*>(name); }
@@ -305,8 +300,8 @@ TEST(Elcombo, PartsAreAtTheirDesignedPositions) {
 
 // With one twip per pixel nothing is rounded.
 TEST(Elcombo, ArrowKeepsItsDistanceFromTheRight) {
-    const test::OtherScreen fine(1);
-    test::Shown<elcombo> combo(2000);
+    const OtherScreen fine(1);
+    Shown<elcombo> combo(2000);
     EXPECT_EQ(combo->findChild<QWidget*>("Picture1")->x(), 2000 - 280 - 2);
 }
 
@@ -437,7 +432,7 @@ TEST(Elcombo, RemovingTheSelectedItemSelectsNoOther) {
 
 TEST(Elcombo, PropertiesWithoutEffectOnlyNotifyTheHost) {
     Combo combo;
-    const test::ChangedProperties changed(combo.control);
+    const ChangedProperties changed(combo.control);
     const QImage before = picture_of(combo.control);
     combo->SetDropShadow(true);
     combo->SetListBackColor(0x0000FF);
@@ -450,15 +445,15 @@ TEST(Elcombo, PropertiesWithoutEffectOnlyNotifyTheHost) {
 // The label.
 
 TEST(Ellabel, CaptionBeginsAtTheLeftEdge) {
-    test::Recorded<ellabel> label(100);
+    Recorded<ellabel> label(100);
     EXPECT_EQ(label.text("Label2").Left, 0);
 }
 
 TEST(Ellabel, OnlyTheCaptionRaisesMouseEvents) {
-    test::Recorded<ellabel> label(100);
+    Recorded<ellabel> label(100);
     const QPoint inside = label.text("Label2").place().topLeft().toPoint() + QPoint(3, 4);
-    test::move(label.control, inside);
-    test::double_click(label.control, inside);
+    move(label.control, inside);
+    double_click(label.control, inside);
     EXPECT_EQ(label.log, (QStringList{"MouseMove 0 0 3,4", "MouseDown 1 0 3,4", "MouseUp 1 0 3,4", "Click",
                                       "MouseDown 1 0 3,4", "DblClick", "MouseUp 1 0 3,4"}));
     label.log.clear();
@@ -467,4 +462,4 @@ TEST(Ellabel, OnlyTheCaptionRaisesMouseEvents) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -9,20 +9,12 @@
 #include "support/expect_failure.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::colour_at;
-using test::count_of;
-using test::dark;
-using test::light;
-using test::OtherScreen;
-using test::picture_of;
-using test::Shown;
 
 constexpr Colour block = 0x50B5C4;
 
-struct Progress : test::Recorded<elprogress> {
+struct Progress : Recorded<elprogress> {
     Progress() : Recorded(120) {}
 };
 
@@ -141,7 +133,7 @@ TEST(Elprogress, ValueAboveANewMaxFillsTheBarAtTheNextResize) {
 
 TEST(Elprogress, ObtainedBackgroundIsBlendedAtEveryRedraw) {
     Progress progress;
-    test::TestSurface behind(300, 100, 32, 0, 0xFFFFFF);
+    TestSurface behind(300, 100, 32, 0, 0xFFFFFF);
     progress->SetValue(1);
     progress->obtener_imagen_fondo(behind.hDC(), 3, 4, 255);
     EXPECT_EQ(colour_at(progress.control, 100, 12), 0xFFFFFF);
@@ -162,13 +154,13 @@ using Forwarders = testing::Types<elprogress, elframe, elline3d>;
 TYPED_TEST_SUITE(Forwarding, Forwarders);
 
 TYPED_TEST(Forwarding, SurfaceRaisesTheFiveMouseEvents) {
-    test::Recorded<TypeParam> shown(100);
-    test::move(shown.control, QPoint(50, 1));
+    Recorded<TypeParam> shown(100);
+    move(shown.control, QPoint(50, 1));
     shown.click(QPoint(50, 1));
     EXPECT_EQ(shown.log,
               (QStringList{"MouseMove 0 0 50,1", "MouseDown 1 0 50,1", "MouseUp 1 0 50,1", "Click"}));
     shown.log.clear();
-    test::double_click(shown.control, QPoint(60, 1));
+    double_click(shown.control, QPoint(60, 1));
     EXPECT_EQ(shown.log, (QStringList{"MouseDown 1 0 60,1", "MouseUp 1 0 60,1", "Click", "MouseDown 1 0 60,1",
                                       "DblClick", "MouseUp 1 0 60,1"}));
 }
@@ -218,4 +210,4 @@ TEST(Elline3d, HasNoDrawingContextAndTakesNoBackground) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

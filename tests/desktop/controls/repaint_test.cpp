@@ -16,12 +16,8 @@
 #include "desktop/controls/on_screen.h"
 #include "desktop/controls/shown.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::expect_shown_at_once;
-using test::make_control;
-using test::Shown;
 
 struct Change {
     const char* property;
@@ -143,4 +139,4 @@ TEST(ControlRepaint, PixelsOfAPanelAndOfAFrame) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -20,7 +20,7 @@
 #include "desktop/theme/theme.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 // A property, its default and another value for it. An invalid default means the host's value.
@@ -89,20 +89,20 @@ struct Kind {
 
 const std::vector<Kind>& kinds() {
     static const std::vector<Kind> all{
-        {"elboton", test::make_control<elboton>,
+        {"elboton", make_control<elboton>,
          joined({{colour("ForeColor", 0xFFFFFF), colour("BackColor", 0x44584C), enabled,
                   text("Caption", "Boton")},
                  edges,
                  font,
                  {shadow, flag("CenterCaption", false)}})},
-        {"elcheck", test::make_control<elcheck>, mark},
-        {"elradio", test::make_control<elradio>, mark},
-        {"elcombo", test::make_control<elcombo>,
+        {"elcheck", make_control<elcheck>, mark},
+        {"elradio", make_control<elradio>, mark},
+        {"elcombo", make_control<elcombo>,
          joined({{colour("BackColor", 0x37463E), colour("ForeColor", 0xD3DED8), enabled, text("List", "")},
                  edges,
                  {colour("SymbolColor", 0x95AAA0), colour("SymbolOverColor", 0x95AAA0)},
                  font})},
-        {"eltexto", test::make_control<eltexto>,
+        {"eltexto", make_control<eltexto>,
          joined({{{"MaxChars", QVariant::fromValue(std::int16_t{0}), QVariant::fromValue(std::int16_t{9})},
                   colour("BackColor", 0x37463E),
                   colour("ForeColor", 0xD3DED8),
@@ -110,20 +110,20 @@ const std::vector<Kind>& kinds() {
                   text("Text", "Text")},
                  edges,
                  font})},
-        {"ellabel", test::make_control<ellabel>,
+        {"ellabel", make_control<ellabel>,
          joined({{colour("BackColor", 0x37463E), colour("ForeColor", 0xD3DED8), enabled,
                   text("Caption", "Caption")},
                  font,
                  {shadow}})},
-        {"elprogress", test::make_control<elprogress>,
+        {"elprogress", make_control<elprogress>,
          joined({{colour("ForeColor", 0x50B5C4), colour("BackColor", 0x37463E), enabled, number("Min", 0, 1),
                   number("Max", 10, 20), number("Value", 0, 7)},
                  edges})},
-        {"elframe", test::make_control<elframe>, joined({{colour("BackColor", 0x37463E), enabled}, edges})},
+        {"elframe", make_control<elframe>, joined({{colour("BackColor", 0x37463E), enabled}, edges})},
         {"elline3d",
-         test::make_control<elline3d>,
+         make_control<elline3d>,
          {colour("Color3DLight", 0x95AAA0), colour("Color3DDark", 0x222E28)}},
-        {"elpanel", test::make_control<elpanel>,
+        {"elpanel", make_control<elpanel>,
          joined({{colour("BackColor", 0x44584C), colour("BackColor", 0x44584C), colour("ForeColor", 0xFFFFFF),
                   colour("CloseColor", 0x809188), enabled, text("Title", "Title"), flag("Icon", true),
                   flag("Cerrar", true)},
@@ -176,7 +176,7 @@ TEST_P(StoredControl, NewControlHasTheDefaults) {
 }
 
 TEST_P(StoredControl, EverySetterNotifiesTheHostOnce) {
-    test::ChangedProperties changed(*control);
+    ChangedProperties changed(*control);
     for (const Stored& property : stored()) {
         changed.names.clear();
         ASSERT_TRUE(control->setProperty(property.name, property.other)) << property.name;
@@ -193,7 +193,7 @@ TEST_P(StoredControl, LoadingRestoresPropertiesWithoutNotifying) {
     PropertyBag bag;
     control->WriteProperties(bag);
     const std::unique_ptr<SkinnedControl> other = GetParam().make(nullptr);
-    const test::ChangedProperties changed(*other);
+    const ChangedProperties changed(*other);
     other->ReadProperties(bag);
     for (const Stored& property : stored()) {
         EXPECT_EQ(other->property(property.name), control->property(property.name)) << property.name;
@@ -201,7 +201,7 @@ TEST_P(StoredControl, LoadingRestoresPropertiesWithoutNotifying) {
     EXPECT_EQ(changed.names, QStringList());
     other->setFixedWidth(150);
     control->setFixedWidth(150);
-    EXPECT_EQ(test::picture_of(*other), test::picture_of(*control));
+    EXPECT_EQ(picture_of(*other), picture_of(*control));
 }
 
 TEST_P(StoredControl, PropertyMissingFromTheBagGetsItsDefault) {
@@ -324,7 +324,7 @@ TEST_P(StoredControl, SettersNotifyTheHostAgainAfterAFailedLoad) {
     PropertyBag bag;
     bag.WriteProperty(first.name, 0x100000000LL);
     EXPECT_FAILURE(control->ReadProperties(bag), Overflow);
-    test::ChangedProperties changed(*control);
+    ChangedProperties changed(*control);
     control->setProperty(first.name, first.other);
     EXPECT_EQ(changed.names, QStringList{first.name});
 }
@@ -356,7 +356,7 @@ TEST(StoredControls, FailedLoadKeepsThePropertiesLoadedBefore) {
     EXPECT_EQ(button.BackColor(), 0x222222);
     EXPECT_EQ(button.FontSize(), 9.75);
     EXPECT_TRUE(button.DropShadow()); // it is loaded later
-    EXPECT_EQ(test::colour_at(button, 20, 2), 0x222222);
+    EXPECT_EQ(colour_at(button, 20, 2), 0x222222);
 }
 
 // A failing property reveals its place in the order of loading.
@@ -386,7 +386,7 @@ TEST(StoredControls, ButtonLoadsDropShadowLast) {
 
 TEST(StoredControls, UnstoredPropertiesCanBeSetByName) {
     elcombo combo("c", nullptr);
-    const test::ChangedProperties changed(combo);
+    const ChangedProperties changed(combo);
     EXPECT_TRUE(combo.setProperty("ListBackColor", 1));
     EXPECT_EQ(changed.names, QStringList{"ListBackColor"});
     EXPECT_FAILURE(combo.setProperty("ListForeColor", 0x80000000LL), Overflow);
@@ -404,4 +404,4 @@ TEST(StoredControls, UnknownPartNameFails) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

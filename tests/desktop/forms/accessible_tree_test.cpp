@@ -15,10 +15,8 @@
 #include "desktop/forms/EveryWindow.h"
 #include "desktop/services/QtMessageBoxes.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::EveryWindowTest;
 
 std::string role_name(QAccessible::Role role) {
     return QMetaEnum::fromType<QAccessible::Role>().valueToKey(role);
@@ -186,4 +184,4 @@ TEST_F(AccessibleTreeTest, MessageBoxIsADialogWithTextAndButtons) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

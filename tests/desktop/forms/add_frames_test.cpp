@@ -11,10 +11,9 @@
 #include "support/PictureFolder.h"
 #include "support/pictures.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::EditorTest;
 using ui_driver::choose;
 using ui_driver::click;
 using ui_driver::click_line;
@@ -98,7 +97,7 @@ class AddFramesTest : public EditorTest {
         return drives.ListCount() - 1;
     }
 
-    test::PictureFolder pictures_{services_};
+    PictureFolder pictures_{services_};
 };
 
 TEST_F(AddFramesTest, OpensAboveTheDisabledMainWindow) {
@@ -144,7 +143,7 @@ TEST_F(AddFramesTest, CancelEnablesTheMainWindowAndChangesNothing) {
 
 TEST_F(AddFramesTest, FormatFiltersTheFileList) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
-    pictures_.write("b.TGA", test::tga_file(1, 1, {red}));
+    pictures_.write("b.TGA", tga_file(1, 1, {red}));
     open_dialog();
     EXPECT_EQ(text(dialog().File1.List(0)), "a.bmp");
     choose(dialog().Combo1, 2);
@@ -210,7 +209,7 @@ TEST_F(AddFramesTest, SelectingAllFilesByKeyboardShowsTheFirst) {
 
 TEST_F(AddFramesTest, ChoosingADriveOpensItsRootAndListsItsFiles) {
     pictures_.add_plain_bmp("a.bmp", 4, 4);
-    const test::TemporaryFolder stick;
+    const TemporaryFolder stick;
     stick.write("on_stick.bmp", {});
     open_dialog();
     const int line = add_drive(stick.path());
@@ -311,8 +310,8 @@ TEST_F(AddFramesTest, PointerPositionIsRoundedHalfToEven) {
 
 TEST_F(AddFramesTest, PictureWithoutPixelsHasNoColour) {
     pictures_.add_bmp("a.bmp", 1, 1, {make_colour(1, 2, 3)});
-    const std::string empty = pictures_.write("b.bmp", test::bmp_header(1, 1, 24));
-    services_.pictures[empty] = test::surface_of(0, 0, {})->Image();
+    const std::string empty = pictures_.write("b.bmp", bmp_header(1, 1, 24));
+    services_.pictures[empty] = surface_of(0, 0, {})->Image();
     open_dialog(4, 4, 2);
     click_line(dialog().File1, 0);
     EXPECT_EQ(spoken_transparent(), "Red 1, green 2, blue 3");
@@ -416,7 +415,7 @@ TEST_F(AddFramesTest, EachFrameUpdatesCaptionThenListThenBar) {
     open_dialog();
     select({0, 2});
     std::vector<std::string> changes;
-    const test::AccessibleEvents events([&](QAccessibleEvent& event) {
+    const AccessibleEvents events([&](QAccessibleEvent& event) {
         const auto* label = qobject_cast<const ellabel*>(event.object());
         const auto* bar = qobject_cast<const elprogress*>(event.object());
         if (label != nullptr && label->window() == coordinator_->form6() &&
@@ -452,7 +451,7 @@ TEST_F(AddFramesTest, EachFrameUpdatesCaptionThenListThenBar) {
 }
 
 TEST_F(AddFramesTest, UndecodablePictureIsAFatalError) {
-    pictures_.write("a.bmp", test::bmp_header(4, 4, 24)); // passes the probe, but the loader cannot decode it
+    pictures_.write("a.bmp", bmp_header(4, 4, 24)); // passes the probe, but the loader cannot decode it
     open_dialog();
     select({0});
     EXPECT_EQ(failures_, std::vector<std::string>{"InvalidPicture"});
@@ -526,4 +525,4 @@ TEST_F(AddFramesTest, AbortFlagIs0AndCancelSetsItOnce) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -10,10 +10,9 @@
 #include "desktop/AccessibleEvents.h"
 #include "desktop/forms/EveryWindow.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::EveryWindowTest;
 using ui_driver::click;
 
 QAccessibleInterface& tree_of(QWidget& widget) {
@@ -64,7 +63,7 @@ class AnnouncementTest : public EveryWindowTest {};
 TEST_F(AnnouncementTest, EnablingButtonsAndTheListIsAnnounced) {
     EXPECT_TRUE(state_of(main().elboton6).disabled);
     EXPECT_TRUE(state_of(main().List1).disabled);
-    const test::AccessibleEvents events;
+    const AccessibleEvents events;
     open_sprite(3);
     EXPECT_FALSE(state_of(main().elboton6).disabled);
     EXPECT_FALSE(state_of(main().List1).disabled);
@@ -78,7 +77,7 @@ TEST_F(AnnouncementTest, EnablingButtonsAndTheListIsAnnounced) {
 }
 
 TEST_F(AnnouncementTest, NewCaptionOfAValueIsAnnounced) {
-    const test::AccessibleEvents events;
+    const AccessibleEvents events;
     open_sprite(3);
     EXPECT_EQ(name_of(main().ellabel7), "4 x 4");
     EXPECT_GE(events.count(QAccessible::NameChanged, main().ellabel7), 1);
@@ -93,7 +92,7 @@ TEST_F(AnnouncementTest, SelectionInTheFrameListIsAnnounced) {
     EXPECT_FALSE(list.child(2)->state().selected);
     EXPECT_EQ(list.child(2)->text(QAccessible::Name), "Frame 2");
     EXPECT_EQ(list.child(2)->role(), QAccessible::ListItem);
-    const test::AccessibleEvents events;
+    const AccessibleEvents events;
     ui_driver::click_line(main().List1, 2);
     EXPECT_FALSE(list.child(0)->state().selected);
     EXPECT_TRUE(list.child(2)->state().selected);
@@ -107,7 +106,7 @@ TEST_F(AnnouncementTest, RadioButtonsAndCheckBoxAreAnnounced) {
     open_sprite(1);
     click(main().elboton6);
     Form3& dialog = *coordinator_->form3();
-    const test::AccessibleEvents events;
+    const AccessibleEvents events;
     click(dialog.elradio1[1]);
     EXPECT_FALSE(state_of(dialog.elradio1[0]).checked);
     EXPECT_TRUE(state_of(dialog.elradio1[1]).checked);
@@ -129,7 +128,7 @@ TEST_F(AnnouncementTest, StopPlayAndSpeedAreAnnounced) {
     EXPECT_TRUE(state_of(dialog.Label2).checkable);
     EXPECT_FALSE(state_of(dialog.Label2).checked);
     EXPECT_FALSE(state_of(dialog.Label3).checkable);
-    const test::AccessibleEvents events;
+    const AccessibleEvents events;
     click(dialog.Label2);
     EXPECT_FALSE(state_of(dialog.Label1).checked);
     EXPECT_TRUE(state_of(dialog.Label2).checked);
@@ -148,7 +147,7 @@ TEST_F(AnnouncementTest, ArmedPickerAndPickedColourAreAnnounced) {
     EXPECT_EQ(tree_of(dialog.elboton1).text(QAccessible::Description), "Pick Transparent Color From Picture");
     pictures_.add_plain_bmp("a.bmp", 8, 6, make_colour(10, 20, 30));
     ASSERT_TRUE(ui_driver::walk_to(dialog.Dir1, QString::fromStdString(pictures_.path())));
-    const test::AccessibleEvents events;
+    const AccessibleEvents events;
     ui_driver::click_line(dialog.File1, 0);
     EXPECT_EQ(tree_of(dialog.Picture2).text(QAccessible::Description), "Red 10, green 20, blue 30");
     EXPECT_EQ(events.count(QAccessible::DescriptionChanged, dialog.Picture2), 1);
@@ -169,7 +168,7 @@ TEST_F(AnnouncementTest, ProgressStepsAndPhasesAreAnnounced) {
     }
     click(main().elboton6);
     ui_driver::type_into(coordinator_->form3()->eltexto1, QString::fromStdString(folder_.path()));
-    const test::AccessibleEvents events;
+    const AccessibleEvents events;
     std::vector<int> steps;
     std::vector<std::string> items;
     bool each_told = true;
@@ -197,7 +196,7 @@ TEST_F(AnnouncementTest, TextOfFieldsAndChoiceOfListsAreReported) {
     Form2& dialog = *coordinator_->form2();
     QAccessibleInterface& name = tree_of(dialog.eltexto1.Text1());
     EXPECT_EQ(name.text(QAccessible::Value), "Untitled");
-    const test::AccessibleEvents events;
+    const AccessibleEvents events;
     ui_driver::type_into(dialog.eltexto1, "spark");
     EXPECT_EQ(name.text(QAccessible::Value), "spark");
     EXPECT_GE(events.count(QAccessible::TextInserted, dialog.eltexto1.Text1()) +
@@ -267,4 +266,4 @@ TEST_F(AnnouncementTest, PressActionOfTheExitPictureEndsTheProgram) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -21,10 +21,8 @@
 #include "desktop/services/QtMessageBoxes.h"
 #include "desktop/theme/theme.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::EveryWindowTest;
 
 constexpr double least_contrast = 4.5;
 
@@ -183,8 +181,8 @@ class Texts {
             add(label, "Label", rgb(label.ForeColor()), label.rect());
         } else if (label.property("checkedState").isValid()) {
             const bool checked = label.property("checkedState").toBool();
-            add(label, checked ? "Stop or Play, active" : "Stop or Play, inactive",
-                rgb(label.ForeColor()), label.rect());
+            add(label, checked ? "Stop or Play, active" : "Stop or Play, inactive", rgb(label.ForeColor()),
+                label.rect());
         } else {
             add(label, "Arrow", rgb(label.ForeColor()), label.rect());
         }
@@ -318,4 +316,4 @@ TEST_F(ContrastTest, TableListsEveryTextAndReasonsForLowContrast) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -5,10 +5,9 @@
 #include "desktop/forms/EditorTest.h"
 #include "desktop/theme/theme.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::EditorTest;
 using ui_driver::click;
 using ui_driver::click_line;
 
@@ -178,14 +177,14 @@ TEST_F(ExtractTest, FormatAndCompressionReachTheWriters) {
     click(dialog().elradio1[2]);
     click(dialog().elcheck1);
     click(dialog().elboton2);
-    const std::vector<std::uint8_t> pcx = test::read_file(out_ + "/sprite_0.pcx");
+    const std::vector<std::uint8_t> pcx = read_file(out_ + "/sprite_0.pcx");
     ASSERT_GT(pcx.size(), 3U);
     EXPECT_EQ(pcx[2], 1); // run-length encoded
     open_dialog();
     choose_out();
     click(dialog().elradio1[1]);
     click(dialog().elboton2);
-    const std::vector<std::uint8_t> tga = test::read_file(out_ + "/sprite_0.tga");
+    const std::vector<std::uint8_t> tga = read_file(out_ + "/sprite_0.tga");
     ASSERT_GT(tga.size(), 3U);
     EXPECT_EQ(tga[2], 2); // uncompressed
 }
@@ -198,7 +197,7 @@ TEST_F(ExtractTest, SkipAskAndOverwriteTreatExistingFiles) {
         choose_out();
         click(dialog().elradio3[choice]);
         click(dialog().elboton2);
-        return test::read_file(file).size() == 3;
+        return read_file(file).size() == 3;
     };
     services_.answer = false;
     EXPECT_TRUE(extract_with(0));
@@ -337,4 +336,4 @@ TEST_F(ExtractTest, DeletedRememberedFolderFails) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -8,10 +8,9 @@
 #include "qt/path_text.h"
 #include "support/PictureFolder.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::EditorTest;
 using ui_driver::click;
 using ui_driver::click_line;
 
@@ -36,7 +35,7 @@ class FileNamesTest : public EditorTest {
         return names;
     }
 
-    test::PictureFolder pictures_{services_};
+    PictureFolder pictures_{services_};
     const std::string odd_folder_ = pictures_.file("p\xFE");
 };
 
@@ -100,10 +99,10 @@ TEST_F(FileNamesTest, SpriteIsOpenedAndSavedUnderTheSameBytes) {
     EXPECT_EQ(lines().size(), 2U);
     EXPECT_EQ(main().ellabel8.Caption(), text_of_path("s\xFF"));
     click(main().Label2); // moves frame 0 down
-    const std::vector<std::uint8_t> before = test::read_file(path);
+    const std::vector<std::uint8_t> before = read_file(path);
     click(main().elboton3);
     EXPECT_EQ(services_.messages, std::vector<std::string>());
-    EXPECT_NE(test::read_file(path), before);
+    EXPECT_NE(read_file(path), before);
     EXPECT_EQ(names_in_odd_folder(), std::vector<std::string>{"s\xFF.spr"});
 }
 
@@ -136,4 +135,4 @@ TEST_F(FileNamesTest, InvalidUtf8ByteIsDrawnAsOneCharacter) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -21,10 +21,8 @@
 #include "desktop/forms/EditorTest.h"
 #include "support/PictureFolder.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::EditorTest;
 
 constexpr Colour red = 0x0000FA;
 constexpr Colour green = 0x00F000;
@@ -371,7 +369,7 @@ TEST_F(KeyboardTest, ReturnInEveryFieldOfNewSpriteIsOk) {
         press(*coordinator_->form2(), Qt::Key_Return);
         ui_driver::settle();
         EXPECT_EQ(coordinator_->form2(), nullptr) << tabs;
-        EXPECT_EQ(enabled_buttons(), test::new_without_frames);
+        EXPECT_EQ(enabled_buttons(), new_without_frames);
     }
 }
 
@@ -448,7 +446,7 @@ class ImportKeysTest : public EditorTest {
 
     Colour transparent() { return dialog().Picture2.surface().BackColor(); }
 
-    test::PictureFolder pictures_{services_};
+    PictureFolder pictures_{services_};
 };
 
 TEST_F(ImportKeysTest, EscapeDuringTheImportAbortsIt) {
@@ -596,4 +594,4 @@ TEST_F(ImportKeysTest, OpenListGetsTheArrowsOfAnArmedPicker) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -5,12 +5,11 @@
 #include "desktop/forms/EditorTest.h"
 #include "desktop/theme/theme.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 using ui_driver::click;
 using ui_driver::click_line;
-using namespace test;
 
 constexpr const char* empty_message = "Sprite Cant Be Empty. Put Some Pictures In It.";
 
@@ -162,7 +161,7 @@ TEST_F(MainWindowTest, SaveOfANamedSpriteWritesThePathInTheBox) {
     EXPECT_EQ(services_.messages, std::vector<std::string>());
     EXPECT_FALSE(hlspr::SpriteDirty);
     EXPECT_TRUE(main().elboton3.Enabled());
-    EXPECT_EQ(test::read_file(folder_.file("other.spr")), test::read_file(folder_.file("sprite.spr")));
+    EXPECT_EQ(read_file(folder_.file("other.spr")), read_file(folder_.file("sprite.spr")));
 }
 
 TEST_F(MainWindowTest, SaveOfANamedSpriteClearsDirtyEvenWhenItFails) {
@@ -352,4 +351,4 @@ TEST_F(MainWindowTest, LargeSpriteDoesNotCoverItsFrame) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

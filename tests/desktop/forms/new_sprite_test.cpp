@@ -1,11 +1,10 @@
 #include "desktop/forms/EditorTest.h"
 #include "desktop/theme/theme.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 using ui_driver::click;
-using namespace test;
 
 class NewSpriteTest : public EditorTest {
   protected:
@@ -141,4 +140,4 @@ TEST_F(NewSpriteTest, UnsavedChangesAreDiscardedWithoutAQuestion) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

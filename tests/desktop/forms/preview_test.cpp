@@ -4,10 +4,9 @@
 
 #include "desktop/forms/EditorTest.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::EditorTest;
 using ui_driver::click;
 
 class PreviewTest : public EditorTest {
@@ -148,4 +147,4 @@ TEST_F(PreviewTest, ReopenedPreviewStartsOver) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

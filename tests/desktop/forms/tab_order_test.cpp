@@ -7,10 +7,8 @@
 
 #include "desktop/forms/EveryWindow.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::EveryWindowTest;
 
 /// The accessible name of the focused control.
 std::string focused() {
@@ -104,4 +102,4 @@ TEST_F(TabOrderTest, FocusesNothingInAWindowWithoutFocusableControls) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -19,10 +19,9 @@
 #include "desktop/theme/theme.h"
 #include "support/PictureFolder.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::EditorTest;
 using ui_driver::click;
 
 class WindowsTest : public EditorTest {};
@@ -271,7 +270,7 @@ TEST_F(WindowsTest, OnlyTheFiveWindowsWithAPanelCanBeMoved) {
 // Failures and exits.
 
 TEST_F(WindowsTest, FailureDuringAMessageBoxOfAnImportIsReported) {
-    test::PictureFolder pictures(services_);
+    PictureFolder pictures(services_);
     pictures.add_plain_bmp("a.bmp", 4, 4);
     QtMessageBoxes boxes;
     const ServicesInstallation real_boxes({&boxes, nullptr, nullptr, nullptr});
@@ -305,7 +304,7 @@ TEST_F(WindowsTest, FailureDuringAMessageBoxOfAnImportIsReported) {
 TEST_F(WindowsTest, RefreshPaintsTheProgressWithoutAnEventLoop) {
     Form6 form;
     form.show();
-    const QImage before = test::on_screen(form);
+    const QImage before = on_screen(form);
     form.Label2.SetCaption("frame.bmp");
     form.Progressbar1.SetMax(2);
     form.Progressbar1.SetValue(1);
@@ -335,4 +334,4 @@ TEST_F(WindowsTest, ExitPicturesTimerEndsTheProgram) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -20,10 +20,8 @@
 #include "desktop/theme/theme.h"
 #include "support/TemporaryFolder.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::TemporaryFolder;
 
 /// Runs `work` on the dialog that opens next. Closes the dialog if it is still open afterwards, so that a
 /// failing test terminates.
@@ -201,4 +199,4 @@ TEST_F(QtFileChooserTest, PatternIsAddedToTheFilterName) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -21,10 +21,8 @@
 #include "desktop/widgets/FolderListBox.h"
 #include "support/TemporaryFolder.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::painted;
 
 const QColor edge_light = theme::to_qcolor(theme::edge_light);
 const QColor edge_dark = theme::to_qcolor(theme::edge_dark);
@@ -67,8 +65,8 @@ TEST(ThemeDrawing, FocusFrameIsDarkOnTheHighlightOnly) {
             QApplication::style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter);
         });
         const Colour line = highlighted ? theme::edge_dark : theme::edge_light;
-        EXPECT_EQ(test::count_of(image, line), 2 * (20 + 10) - 4);
-        EXPECT_EQ(test::count_of(image, line, image.rect().adjusted(1, 1, -1, -1)), 0);
+        EXPECT_EQ(count_of(image, line), 2 * (20 + 10) - 4);
+        EXPECT_EQ(count_of(image, line, image.rect().adjusted(1, 1, -1, -1)), 0);
     }
 }
 
@@ -170,8 +168,8 @@ TEST(Edges, LineWithoutASideIsFilledCompletely) {
     const QImage image = painted({10, 10}, Qt::magenta, [&](QPainter& painter) {
         draw_edge(painter, line, LineSide::None, theme::edge_light);
     });
-    EXPECT_EQ(test::count_of(image, theme::edge_light, line), 4 * 5);
-    EXPECT_EQ(test::count_of(image, theme::edge_light), 4 * 5);
+    EXPECT_EQ(count_of(image, theme::edge_light, line), 4 * 5);
+    EXPECT_EQ(count_of(image, theme::edge_light), 4 * 5);
 }
 
 /// A part of an image as text: D and L for dark and light lines, . for the background.
@@ -193,7 +191,7 @@ TEST(FolderListBox, FolderIconIsHighlightedForOpenFolders) {
                                         ".DLLLLDDDDDDDD.", ".DLLLLLLLLLLLD.", ".DLLLLLLLLLLLD.",
                                         ".DLLLLLLLLLLLD.", ".DLLLLLLLLLLLD.", ".DLLLLLLLLLLLD.",
                                         ".DLLLLLLLLLLLD.", ".DDDDDDDDDDDDD.", "..............."};
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     std::filesystem::create_directory(folder.file("inside"));
     FolderListBox list("Dir1", nullptr);
     list.SetPath(folder.path());
@@ -218,4 +216,4 @@ TEST(FolderListBox, FolderIconIsHighlightedForOpenFolders) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

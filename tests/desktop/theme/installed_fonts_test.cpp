@@ -11,14 +11,14 @@
 #include "support/TemporaryFolder.h"
 #include "support/foreign_tools.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 /// A font file whose family is called DejaVu Sanz.
 QByteArray renamed_font() {
-    const test::TemporaryFolder folder;
-    test::run_tool("cp \"$(fc-match -f '%{file}' 'DejaVu Sans')\" " + folder.file("font.ttf"));
-    const std::vector<std::uint8_t> bytes = test::read_file(folder.file("font.ttf"));
+    const TemporaryFolder folder;
+    run_tool("cp \"$(fc-match -f '%{file}' 'DejaVu Sans')\" " + folder.file("font.ttf"));
+    const std::vector<std::uint8_t> bytes = read_file(folder.file("font.ttf"));
     QByteArray font(reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size()));
     font.replace("DejaVu Sans", "DejaVu Sanz");
     font.replace(QByteArray("S\0a\0n\0s", 7), QByteArray("S\0a\0n\0z", 7)); // in UTF-16
@@ -38,4 +38,4 @@ TEST(FontDatabase, FamilyIsUsedWhileItIsInstalled) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -28,10 +28,8 @@
 #include "desktop/widgets/FolderListBox.h"
 #include "desktop/widgets/ListBox.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::count_of;
 
 QImage shown(QWidget& widget) {
     QCoreApplication::processEvents();
@@ -81,7 +79,7 @@ TEST(Theme, EqualPalettesShareOneCacheKey) {
 
 TEST(Theme, HeaderIsPaintedWithoutItsIcon) {
     const auto painted_with = [](const QIcon& icon) {
-        return test::painted({100, 20}, Qt::black, [&](QPainter& painter) {
+        return painted({100, 20}, Qt::black, [&](QPainter& painter) {
             QStyleOptionHeader option;
             option.rect = QRect(0, 0, 100, 20);
             option.text = "Name";
@@ -279,4 +277,4 @@ TEST_F(ThemeWindow, InactiveWindowLooksLikeAnActiveOne) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -18,12 +18,8 @@
 #include "support/expect_failure.h"
 #include "ui_driver/UiDriver.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::click;
-using test::middle_of;
-using test::TemporaryFolder;
 
 std::vector<std::string> lines_of(const QListWidget& list) {
     std::vector<std::string> lines;
@@ -99,7 +95,7 @@ class FolderListBoxTest : public testing::Test {
 
     void double_click(int line) {
         list_.scrollToItem(list_.item(line));
-        test::fast_pair(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, line));
+        fast_pair(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, line));
     }
 
     TemporaryFolder tree_;
@@ -297,4 +293,4 @@ TEST(DriveList, ChoosingTheSelectedDriveRaisesNoChange) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -21,11 +21,8 @@
 #include "desktop/widgets/ListBox.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::click;
-using test::middle_of;
 
 void fill(ListBox& list, int lines) {
     for (int i = 0; i < lines; ++i) {
@@ -182,7 +179,7 @@ TEST_F(ListBoxTest, PressOutsideTheLinesChangesNothing) {
     QTest::mousePress(list_.viewport(), Qt::LeftButton, {}, empty);
     QTest::mouseMove(list_.viewport(), middle_of(list_, 3));
     QTest::mouseRelease(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 3));
-    test::fast_pair(list_.viewport(), Qt::LeftButton, {}, empty);
+    fast_pair(list_.viewport(), Qt::LeftButton, {}, empty);
     EXPECT_TRUE(clicks_.empty());
     EXPECT_EQ(double_clicks_, 0);
     EXPECT_EQ(list_.ListIndex(), 1);
@@ -205,13 +202,13 @@ TEST_F(ListBoxTest, OtherButtonsChangeNothing) {
 }
 
 TEST_F(ListBoxTest, DoubleClickRaisesOneClickAndOneDblClick) {
-    test::fast_pair(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 2));
+    fast_pair(list_.viewport(), Qt::LeftButton, {}, middle_of(list_, 2));
     EXPECT_EQ(clicks_, (std::vector<Lines>{{2}}));
     EXPECT_EQ(double_clicks_, 1);
 }
 
 TEST_F(ListBoxTest, DoubleClickWithControlSelectsAndDeselects) {
-    test::fast_pair(list_.viewport(), Qt::LeftButton, Qt::ControlModifier, middle_of(list_, 2));
+    fast_pair(list_.viewport(), Qt::LeftButton, Qt::ControlModifier, middle_of(list_, 2));
     EXPECT_EQ(clicks_, (std::vector<Lines>{{2}, {}}));
 }
 
@@ -419,7 +416,7 @@ TEST_F(DropDownListTest, LongTextEndsAtTheArrow) {
     const auto differs_from_ground = [&](int column) {
         const QImage image = list_.grab().toImage();
         const QRect inside(column, 1, 1, image.height() - 2);
-        return test::count_of(image, theme::field_background, inside) < inside.height();
+        return count_of(image, theme::field_background, inside) < inside.height();
     };
     list_.SetList(0, "________________");
     list_.SetListIndex(0);
@@ -454,7 +451,7 @@ TEST(DropDownList, TextIsFourPixelsFromTheLeftAndCentred) {
     list.AddItem("HHH");
     list.SetListIndex(0);
     const QImage expected =
-        test::painted(list.size(), theme::to_qcolor(theme::field_background), [](QPainter& painter) {
+        painted(list.size(), theme::to_qcolor(theme::field_background), [](QPainter& painter) {
             painter.setFont(theme::display_font(theme::design_font()));
             painter.setPen(theme::to_qcolor(theme::light_text));
             painter.drawText(QRect(4, 0, 100, 20), Qt::AlignLeft | Qt::AlignVCenter, "HHH");
@@ -502,4 +499,4 @@ TEST(Lists, LongLinesAreNotElided) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -22,10 +22,8 @@
 #include "desktop/widgets/Label.h"
 #include "desktop/widgets/PictureBox.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::count_of;
 
 constexpr PictureSurface::Design small{
     .parent = nullptr, .width = 8, .height = 6, .bits_per_pixel = 32, .border = 0, .back_colour = 0x0000FF};
@@ -226,17 +224,17 @@ TEST(PictureBox, MouseMoveReportsNoButtonsOrAllHeldButtons) {
 
 TEST(PictureBox, FourthMouseButtonRaisesNothing) {
     RecordedBox box(small);
-    test::fast_pair(&box, Qt::BackButton, {}, {2, 3});
+    fast_pair(&box, Qt::BackButton, {}, {2, 3});
     EXPECT_TRUE(box.events.empty());
 }
 
 TEST(PictureBox, SecondLeftPressRaisesDblClickInsteadOfClick) {
     RecordedBox box(small);
-    test::fast_pair(&box, Qt::LeftButton, {}, {2, 3});
+    fast_pair(&box, Qt::LeftButton, {}, {2, 3});
     EXPECT_EQ(box.events, (std::vector<std::string>{"down 1 0 at 2,3", "up 1 0 at 2,3", "click",
                                                     "down 1 0 at 2,3", "double click", "up 1 0 at 2,3"}));
     box.events.clear();
-    test::fast_pair(&box, Qt::RightButton, {}, {2, 3});
+    fast_pair(&box, Qt::RightButton, {}, {2, 3});
     EXPECT_EQ(box.events, (std::vector<std::string>{"down 2 0 at 2,3", "up 2 0 at 2,3", "down 2 0 at 2,3",
                                                     "up 2 0 at 2,3"}));
 }
@@ -352,7 +350,7 @@ TEST(Label, DoubleClickRaisesTwoClicks) {
     on_event(&label, &Label::Click, &label, [&] { ++clicks; });
     QTest::mouseClick(&label, Qt::LeftButton);
     EXPECT_EQ(clicks, 1);
-    test::fast_pair(&label, Qt::LeftButton, {}, {5, 5});
+    fast_pair(&label, Qt::LeftButton, {}, {5, 5});
     EXPECT_EQ(clicks, 3);
 }
 
@@ -429,11 +427,11 @@ TEST(Symbols, OtherCharactersHaveNoOutline) {
 }
 
 TEST(Symbols, StraightEdgesAreOnPixelBoundaries) {
-    const QImage page = test::painted({14, 14}, Qt::white, [](QPainter& painter) {
+    const QImage page = painted({14, 14}, Qt::white, [](QPainter& painter) {
         draw_symbol(painter, u'g', {0, 0, 14, 14}, Qt::black);
     });
     EXPECT_EQ(count_of(page, theme::black) + count_of(page, theme::white), 14 * 14);
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

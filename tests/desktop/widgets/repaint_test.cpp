@@ -6,10 +6,8 @@
 #include "desktop/widgets/ListBox.h"
 #include "desktop/widgets/PictureBox.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using test::expect_shown_at_once;
 
 TEST(WidgetRepaint, FormLabel) {
     QWidget window;
@@ -59,4 +57,4 @@ TEST(WidgetRepaint, PictureBox) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -11,10 +11,8 @@
 #include "qt/QtPictureLoader.h"
 #include "support/expect_failure.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
-
-using namespace test;
 
 class Loading : public Job {
   public:
@@ -151,4 +149,4 @@ TEST(LoaderOverPoison, ResultsDoNotDependOnUninitialisedMemory) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -8,13 +8,9 @@
 #include "fault_injection/Operation.h"
 #include "support/PictureFolder.h"
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
-using test::Call;
-using test::EditorTest;
-using test::Fault;
-using test::FaultInjection;
 using ui_driver::click;
 using ui_driver::click_line;
 
@@ -22,14 +18,14 @@ using Texts = std::vector<std::string>;
 
 class WindowFaults : public EditorTest {
   protected:
-    ~WindowFaults() override { EXPECT_EQ(test::open_streams(), streams_before_); }
+    ~WindowFaults() override { EXPECT_EQ(open_streams(), streams_before_); }
 
     /// Restarts the editor, as after a fatal error.
     void restart() {
         coordinator_.reset();
         ui_driver::settle();
-        test::reset_sprite();
-        test::reset_mixpals();
+        reset_sprite();
+        reset_mixpals();
         services_.messages.clear();
         failures_.clear();
         coordinator_ = std::make_unique<FormCoordinator>();
@@ -60,7 +56,7 @@ class WindowFaults : public EditorTest {
             }
         }
         EXPECT_GT(met, 0);
-        test::record_faults(met);
+        record_faults(met);
     }
 
     void select_all() {
@@ -71,7 +67,7 @@ class WindowFaults : public EditorTest {
 
     void expect_fatal(const std::string& name) { EXPECT_EQ(failures_, Texts{name}); }
 
-    const int streams_before_ = test::open_streams(); // includes what GoogleTest has closed by now
+    const int streams_before_ = open_streams(); // includes what GoogleTest has closed by now
     const std::string not_loaded_ = "Unknown Error Loading Sprite.";
     const std::string not_saved_ = "Unknown Error Saving Sprite.";
 };
@@ -92,7 +88,7 @@ TEST_F(WindowFaults, OpenErrorShowsMessageAndKeepsWindow) {
                 EXPECT_EQ(services_.messages, Texts{not_loaded_});
                 EXPECT_EQ(failures_, Texts());
                 EXPECT_EQ(lines(), before);
-                EXPECT_EQ(enabled_buttons(), test::opened);
+                EXPECT_EQ(enabled_buttons(), opened);
             });
     }
 }
@@ -105,7 +101,7 @@ TEST_F(WindowFaults, OpenWithoutMemoryShowsMessageOrIsFatal) {
             // Loading shows the message; showing the first frame after it is fatal.
             if (failures_.empty()) {
                 EXPECT_EQ(services_.messages, Texts{not_loaded_});
-                EXPECT_EQ(enabled_buttons(), test::at_start);
+                EXPECT_EQ(enabled_buttons(), at_start);
             } else {
                 expect_fatal("OutOfMemory");
                 EXPECT_EQ(services_.messages, Texts());
@@ -117,7 +113,7 @@ TEST_F(WindowFaults, SaveErrorShowsMessage) {
     const std::string sprite = write_sprite("sprite.spr", 3);
     for (const Call call : {Call::Open, Call::Write, Call::Close, Call::Remove}) {
         fail_at_growing_distances(
-            {.call = call, .repeat = test::Repeat::Always, .error = ENOSPC},
+            {.call = call, .repeat = Repeat::Always, .error = ENOSPC},
             [&] {
                 write_sprite("sprite.spr", 3);
                 open(sprite);
@@ -161,7 +157,7 @@ class WindowImportFaults : public WindowFaults {
   protected:
     WindowImportFaults() {
         for (const std::string name : {"a.tga", "b.tga"}) {
-            pictures_.write(name, test::tga_file(4, 4, std::vector<Colour>(16, 0x203040)));
+            pictures_.write(name, tga_file(4, 4, std::vector<Colour>(16, 0x203040)));
         }
     }
 
@@ -181,7 +177,7 @@ class WindowImportFaults : public WindowFaults {
         ui_driver::settle();
     }
 
-    test::PictureFolder pictures_{services_};
+    PictureFolder pictures_{services_};
 };
 
 TEST_F(WindowImportFaults, OpenAndReadErrorsAreRefusedOrFatal) {
@@ -217,4 +213,4 @@ TEST_F(WindowImportFaults, AllocationFailureIsFatalOrKeepsOldPicture) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test
