@@ -2,11 +2,14 @@
 // decode or, where the readers differ on purpose, with the defined result.
 #pragma once
 
+#include <cstdint>
 #include <random>
+#include <span>
 #include <sstream>
 
 #include <gtest/gtest.h>
 
+#include "core/image/RgbaPicture.h"
 #include "support/foreign_tools.h"
 #include "support/readers.h"
 
@@ -61,7 +64,9 @@ inline Colours random_runs(const Colours& choice, std::size_t count, std::uint32
 }
 
 /// Compares two pictures of that width; reports the first difference.
-inline testing::AssertionResult same(const Colours& drawn, const Colours& expected, std::int32_t width) {
+template <typename Pixel>
+testing::AssertionResult same(const std::vector<Pixel>& drawn, const std::vector<Pixel>& expected,
+                              std::int32_t width) {
     if (drawn.size() != expected.size()) {
         return testing::AssertionFailure() << drawn.size() << " pixels, expected " << expected.size();
     }
@@ -75,6 +80,11 @@ inline testing::AssertionResult same(const Colours& drawn, const Colours& expect
     }
     return testing::AssertionSuccess();
 }
+
+/// A reader of the command line.
+using RgbaReader = RgbaPicture (*)(std::span<const std::uint8_t> file, std::int64_t max_pixels);
+
+enum class Alpha { Opaque, SameAsRed };
 
 class ForeignPictures : public testing::Test {
   protected:
@@ -121,7 +131,18 @@ class ForeignPictures : public testing::Test {
         run_tool(in_folder("convert " + names(from) + options + " +adjoin %d." + ending));
     }
 
-    /// Runs a Netpbm program on the standard input of every source.
+    /// The same, with the palette in the files unless the sources have any colours: only files with a palette
+    /// make ImageMagick write one.
+    void convert_with_palette(Palette palette, const std::string& options, const std::string& ending) {
+        if (palette == Palette::Any) {
+            convert(options, ending);
+        } else {
+            netpbm("ppmtogif", "gif");
+            convert(options, ending, "gif");
+        }
+    }
+
+    /// Runs a program of Netpbm, or another one, with every source as its standard input.
     void netpbm(const std::string& program, const std::string& ending, const std::string& from = "ppm") {
         run_tool(in_folder("for i in " + numbers() + "; do " + program + " < $i." + from + " > $i." + ending +
                            "; done"));
@@ -158,12 +179,22 @@ class ForeignPictures : public testing::Test {
         }
     }
 
-    void expect_equal_pcx() {
-        expect_equal<LoadPCX>("pcx", {decoded_by_convert("pcx"), decoded_by("pcxtoppm", "pcx")});
-    }
-
-    void expect_equal_tga() {
-        expect_equal<LoadTGA>("tga", {decoded_by_convert("tga"), decoded_by("tgatoppm", "tga")});
+    /// A reader of the command line gives the pixels of every source.
+    void expect_rgba(const std::string& ending, RgbaReader read, Alpha alpha = Alpha::Opaque) const {
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            SCOPED_TRACE(path(i, ending));
+            const RgbaPicture picture = read(read_file(path(i, ending)), 256 * 256);
+            ASSERT_EQ(picture.width, sizes[i].width);
+            ASSERT_EQ(picture.height, sizes[i].height);
+            std::vector<std::uint32_t> expected;
+            for (const Colour colour : sources[i]) {
+                const unsigned red = red_of(colour);
+                const unsigned alpha_byte = alpha == Alpha::Opaque ? 255 : red;
+                expected.push_back(alpha_byte << 24 | red << 16 | unsigned{green_of(colour)} << 8 |
+                                   blue_of(colour));
+            }
+            EXPECT_TRUE(same(picture.pixels, expected, picture.width));
+        }
     }
 
     PcxHeader pcx_header(std::size_t i) const {
@@ -182,21 +213,6 @@ class ForeignPictures : public testing::Test {
             EXPECT_EQ(pcx_header(i).BitsPerPixel, bits) << i;
             EXPECT_EQ(pcx_header(i).NPlanes, planes) << i;
             EXPECT_EQ(pcx_header(i).Encoding, encoding) << i;
-        }
-    }
-
-    /// 1-bit PCX files are drawn white where the source has the second colour of the file's map, else black.
-    void expect_white_for_the_second_colour() const {
-        for (std::size_t i = 0; i < sources.size(); ++i) {
-            const PcxHeader header = pcx_header(i);
-            const Colour second = make_colour(header.ColorMap[3], header.ColorMap[4], header.ColorMap[5]);
-            Colours expected;
-            for (const Colour colour : sources[i]) {
-                expected.push_back(colour == second ? 0xFFFFFF : 0x000000);
-            }
-            LoadPCX reader;
-            reader.Load(path(i, "pcx"));
-            EXPECT_TRUE(same(drawn_by(reader), expected, sizes[i].width)) << i;
         }
     }
 

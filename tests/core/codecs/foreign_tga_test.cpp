@@ -1,5 +1,6 @@
-// TGA files that other programs wrote.
+// TGA files that other programs wrote, for both readers.
 #include "core/codecs/ForeignPictures.h"
+#include "core/codecs/read_tga.h"
 #include "support/expect_failure.h"
 
 namespace varnoth::test {
@@ -8,13 +9,17 @@ namespace {
 // ImageMagick writes rows in its internal order and only records the orientation.
 const std::string bottom_up = "-flip -orient BottomLeft ";
 
-const std::string with_alpha = "-alpha set -channel A -evaluate set 40% +channel ";
+// The alpha channel is equal to red.
+std::string with_alpha(const std::string& compression) {
+    return "convert - " + bottom_up + "-alpha set -channel A -fx r +channel -compress " + compression +
+           " tga:-";
+}
 
 struct TgaCase {
     const char* name;
     Palette palette;
-    std::string convert; ///< options of ImageMagick, or ""
-    std::string netpbm;  ///< a program of Netpbm, or ""
+    std::string convert; ///< options of ImageMagick for all sources at once, or ""
+    std::string program; ///< a program for one source, or ""
     int type, depth, descriptor_bit_5;
 };
 
@@ -25,8 +30,8 @@ const TgaCase tga_cases[] = {
     {"NetpbmCompressed24Bit", Palette::Any, "", "pamtotga -rgb", 10, 24, 0},
     {"TopRowFirstPlain", Palette::Any, "-type TrueColor -orient TopLeft -compress none", "", 2, 24, 32},
     {"TopRowFirstCompressed", Palette::Any, "-type TrueColor -orient TopLeft -compress RLE", "", 10, 24, 32},
-    {"Plain32BitDropsAlpha", Palette::Any, bottom_up + with_alpha + "-compress none", "", 2, 32, 0},
-    {"Compressed32BitDropsAlpha", Palette::Any, bottom_up + with_alpha + "-compress RLE", "", 10, 32, 0},
+    {"Plain32Bit", Palette::Any, "", with_alpha("none"), 2, 32, 0},
+    {"Compressed32Bit", Palette::Any, "", with_alpha("RLE"), 10, 32, 0},
     {"Plain8BitWith24BitMap", Palette::Of200, bottom_up + "-compress none", "", 1, 8, 0},
     {"Compressed8BitWith24BitMap", Palette::Of200, bottom_up + "-compress RLE", "", 9, 8, 0},
     {"NetpbmPlain8BitWith24BitMap", Palette::Of200, "", "pamtotga -cmap -norle", 1, 8, 0},
@@ -38,16 +43,14 @@ class ForeignTga : public ForeignPictures, public testing::WithParamInterface<Tg
 TEST_P(ForeignTga, PixelsMatchOtherDecoders) {
     const TgaCase& each = GetParam();
     write_sources(each.palette);
-    if (!each.netpbm.empty()) {
-        netpbm(each.netpbm, "tga");
-    } else if (each.palette == Palette::Any) {
-        convert(each.convert, "tga");
-    } else { // only a file with a palette makes ImageMagick write one
-        netpbm("ppmtogif", "gif");
-        convert(each.convert, "tga", "gif");
+    if (each.convert.empty()) {
+        netpbm(each.program, "tga");
+    } else {
+        convert_with_palette(each.palette, each.convert, "tga");
     }
     expect_kind(each.type, each.depth, each.descriptor_bit_5);
-    expect_equal_tga();
+    expect_equal<LoadTGA>("tga", {decoded_by_convert("tga"), decoded_by("tgatoppm", "tga")});
+    expect_rgba("tga", read_tga, each.depth == 32 ? Alpha::SameAsRed : Alpha::Opaque);
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, ForeignTga, testing::ValuesIn(tga_cases),
@@ -62,47 +65,74 @@ TEST_F(ForeignPictures, Tga32BitOfNetpbmDropsAlpha) {
     expect_equal<LoadTGA>("tga", {decoded_by_convert("tga")});
 }
 
-TEST_F(ForeignPictures, Tga8BitGreyFailsFirstAndIsBlackAfterAMap) {
-    write_sources(Palette::Of200);
-    netpbm("pamtotga -cmap -norle", "tga");
+TEST_F(ForeignPictures, TgaColumnsFromTheRightAreReversedByReadTga) {
+    write_sources(Palette::Any);
+    for (const char* transform : {"-flop -orient TopRight", "-flip -flop -orient BottomRight"}) {
+        SCOPED_TRACE(transform);
+        convert(std::string(transform) + " -type TrueColor -compress RLE", "tga");
+        expect_rgba("tga", read_tga);
+    }
+}
+
+class ForeignTgaAfterAMap : public ForeignPictures {
+  protected:
     // The one-pixel picture has a map of one entry, which does not shorten later pixel arrays.
-    LoadTGA used;
-    used.Load(path(0, "tga"));
-    write_sources(Palette::Greys);
-    for (const char* compression : {"none", "RLE"}) {
-        convert(std::string("-type Grayscale -compress ") + compression, "tga");
+    ForeignTgaAfterAMap() {
+        write_sources(Palette::Of200);
+        netpbm("pamtotga -cmap -norle", "tga");
+        used_.Load(path(0, "tga"));
+    }
+
+    // A new LoadTGA fails, the used one draws black pictures.
+    void expect_black_after_a_map() {
         for (std::size_t i = 0; i < sources.size(); ++i) {
             LoadTGA reader;
             EXPECT_FAILURE(reader.Load(path(i, "tga")), SubscriptOutOfRange) << i;
+            used_.Load(path(i, "tga"));
+            EXPECT_TRUE(same(drawn_by(used_), Colours(sources[i].size(), 0), sizes[i].width)) << i;
         }
     }
-    expect_kind(11, 8, 0);
-    convert("-type Grayscale -compress none", "tga");
+
+    LoadTGA used_;
+};
+
+TEST_F(ForeignTgaAfterAMap, Grey8BitIsBlackInLoadTga) {
+    write_sources(Palette::Greys);
+    convert(bottom_up + "-type Grayscale -compress none", "tga");
     expect_kind(3, 8, 0);
-    for (std::size_t i = 0; i < sources.size(); ++i) {
-        used.Load(path(i, "tga"));
-        EXPECT_TRUE(same(drawn_by(used), Colours(sources[i].size(), 0), sizes[i].width)) << i;
-    }
+    expect_rgba("tga", read_tga);
+    expect_black_after_a_map();
 }
 
-TEST_F(ForeignPictures, Tga15BitMapIsIgnored) {
-    write_sources(Palette::Of200);
-    netpbm("pamtotga -cmap -norle", "tga");
-    LoadTGA used;
-    used.Load(path(0, "tga"));
-    netpbm("pamtotga -cmap16 -norle", "tga");
+TEST_F(ForeignTgaAfterAMap, CompressedGrey8BitFailsInANewLoadTga) {
+    write_sources(Palette::Greys);
+    convert(bottom_up + "-type Grayscale -compress RLE", "tga");
+    expect_kind(11, 8, 0);
+    expect_rgba("tga", read_tga);
     for (std::size_t i = 0; i < sources.size(); ++i) {
-        EXPECT_EQ(tga_header(i).ColorMapDepth, 15);
         LoadTGA reader;
-        EXPECT_FAILURE(reader.Load(path(i, "tga")), SubscriptOutOfRange);
-        used.Load(path(i, "tga"));
-        EXPECT_TRUE(same(drawn_by(used), Colours(sources[i].size(), 0), sizes[i].width)) << i;
+        EXPECT_FAILURE(reader.Load(path(i, "tga")), SubscriptOutOfRange) << i;
     }
+    netpbm("ppmtopgm", "pgm");
+    netpbm("pamtotga -mono", "tga", "pgm");
+    expect_rgba("tga", read_tga);
 }
 
-TEST_F(ForeignPictures, TgaIdFieldIsDecodedAsPixels) {
+TEST_F(ForeignTgaAfterAMap, MapOf15BitsIsIgnoredByLoadTga) {
+    netpbm("pamtotga -cmap16 -norle", "tga");
+    EXPECT_EQ(tga_header(0).ColorMapDepth, 15);
+    expect_black_after_a_map();
+    const std::vector<ForeignPicture> decoded = decoded_by("sh -c 'tgatoppm $0 | pamdepth 255'", "tga");
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        sources[i] = decoded.at(i).colours;
+    }
+    expect_rgba("tga", read_tga);
+}
+
+TEST_F(ForeignPictures, TgaIdFieldIsDecodedAsPixelsByLoadTga) {
     write_sources(Palette::Any);
     netpbm("pamtotga -rgb -norle -name=four", "tga");
+    expect_rgba("tga", read_tga);
     for (std::size_t i = 0; i < sources.size(); ++i) {
         ASSERT_EQ(tga_header(i).IDLength, 4);
         ASSERT_EQ(tga_header(i).ImageDescriptor & 32, 0);
