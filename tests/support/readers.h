@@ -81,6 +81,14 @@ Colours drawn_by(const Reader& reader) {
     return colours_of(target);
 }
 
+/// The names of the formats in typed tests.
+struct FormatName {
+    template <typename Format>
+    static std::string GetName(int /*index*/) {
+        return Format::name;
+    }
+};
+
 /// A reader, and a folder for its files.
 template <typename Reader, typename Header>
 class ReaderTest : public testing::Test {
@@ -90,6 +98,12 @@ class ReaderTest : public testing::Test {
     }
 
     void load(const Header& header, const Bytes& data = {}) { reader.Load(file(header, data)); }
+
+    /// The colours of the picture in such a file.
+    Colours decoded(const Header& header, const Bytes& data = {}) {
+        load(header, data);
+        return decoded_colours();
+    }
 
     Info info_of(const std::string& path) { return probe(reader, path); }
 

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <random>
 #include <span>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -223,16 +222,6 @@ class ForeignPictures : public testing::Test {
             EXPECT_EQ(tga_header(i).PixelDepth, depth) << i;
             EXPECT_EQ(tga_header(i).ImageDescriptor & 32, descriptor_bit_5) << i;
         }
-    }
-
-    /// "width height" of every file according to ImageMagick.
-    Texts identified(const std::string& ending) {
-        std::istringstream text(run_tool(in_folder("identify -format '%w %h\\n' " + names(ending))));
-        Texts lines;
-        for (std::string line; std::getline(text, line);) {
-            lines.push_back(line);
-        }
-        return lines;
     }
 
     TemporaryFolder folder;

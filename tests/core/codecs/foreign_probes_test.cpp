@@ -6,82 +6,63 @@
 namespace varnoth::test {
 namespace {
 
-struct Told {
-    Truth answer = 0;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    std::int16_t bit_count = 0;
-    std::int16_t compression = 0;
+class ForeignProbes : public ForeignPictures {
+  protected:
+    // A rejected file has no size and no depth.
+    void expect_bmp(Truth answer, int bit_count = -1) const {
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            std::int32_t width = 0;
+            std::int32_t height = 0;
+            std::int16_t bits = 0;
+            std::int16_t compression = 0;
+            EXPECT_EQ(BmpMod::ProbeBmp(path(i, "bmp"), width, height, bits, compression), answer) << i;
+            EXPECT_EQ((Size{width, height}), answer == True ? sizes[i] : (Size{-1, -1}));
+            EXPECT_EQ(bits, bit_count) << i;
+            EXPECT_EQ(compression, answer == True ? 0 : -1) << i;
+        }
+    }
+
+    void expect_jpeg(Truth answer) const {
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            Size size;
+            EXPECT_EQ(JpgMod::ProbeJpeg(path(i, "jpg"), size.width, size.height), answer) << i;
+            EXPECT_EQ(size, answer == True ? sizes[i] : Size()) << i;
+        }
+    }
 };
 
-TEST_F(ForeignPictures, BmpProbeReturnsSizesOf40ByteHeaders) {
+TEST_F(ForeignProbes, BmpWith40ByteHeaderHasItsSize) {
     write_sources(Palette::Of200);
-    const auto expect_sizes = [&](int bit_count) {
-        const Texts expected = identified("bmp");
-        for (std::size_t i = 0; i < sources.size(); ++i) {
-            Told told;
-            told.answer =
-                BmpMod::ProbeBmp(path(i, "bmp"), told.width, told.height, told.bit_count, told.compression);
-            EXPECT_EQ(told.answer, True) << i;
-            EXPECT_EQ(std::to_string(told.width) + " " + std::to_string(told.height), expected.at(i));
-            EXPECT_EQ(told.bit_count, bit_count) << i;
-            EXPECT_EQ(told.compression, 0) << i;
-        }
-    };
     run_tool(in_folder("convert " + names("ppm") + "-type TrueColor +adjoin BMP3:%d.bmp"));
-    expect_sizes(24);
+    expect_bmp(True, 24);
     netpbm("ppmtobmp -windows -bpp=24", "bmp");
-    expect_sizes(24);
+    expect_bmp(True, 24);
     netpbm("ppmtobmp -windows -bpp=8", "bmp");
-    expect_sizes(8);
+    expect_bmp(True, 8);
 }
 
-TEST_F(ForeignPictures, BmpProbeRejectsOtherHeaders) {
+TEST_F(ForeignProbes, BmpWithAnotherHeaderIsRejected) {
     write_sources(Palette::Of200);
-    const auto expect_refused = [&] {
-        for (std::size_t i = 0; i < sources.size(); ++i) {
-            Told told;
-            EXPECT_EQ(
-                BmpMod::ProbeBmp(path(i, "bmp"), told.width, told.height, told.bit_count, told.compression),
-                False);
-            EXPECT_EQ(told.width, -1);
-        }
-    };
     netpbm("ppmtobmp -os2 -bpp=24", "bmp");
-    expect_refused();
+    expect_bmp(False);
     run_tool(in_folder("convert " + names("ppm") + "-type TrueColor +adjoin BMP4:%d.bmp"));
-    expect_refused();
+    expect_bmp(False);
 }
 
-TEST_F(ForeignPictures, JpegProbeReturnsSizesOfBaselineFiles) {
+TEST_F(ForeignProbes, BaselineJpegHasItsSize) {
     write_sources(Palette::Any);
-    const auto expect_sizes = [&] {
-        const Texts expected = identified("jpg");
-        for (std::size_t i = 0; i < sources.size(); ++i) {
-            Told told;
-            EXPECT_EQ(JpgMod::ProbeJpeg(path(i, "jpg"), told.width, told.height), True) << i;
-            EXPECT_EQ(std::to_string(told.width) + " " + std::to_string(told.height), expected.at(i));
-        }
-    };
     convert("", "jpg");
-    expect_sizes();
+    expect_jpeg(True);
     netpbm("pnmtojpeg", "jpg");
-    expect_sizes();
+    expect_jpeg(True);
 }
 
-TEST_F(ForeignPictures, JpegProbeRejectsProgressiveFiles) {
+TEST_F(ForeignProbes, ProgressiveJpegIsRejected) {
     write_sources(Palette::Any);
-    const auto expect_nothing = [&] {
-        for (std::size_t i = 0; i < sources.size(); ++i) {
-            Told told;
-            EXPECT_EQ(JpgMod::ProbeJpeg(path(i, "jpg"), told.width, told.height), False) << i;
-            EXPECT_EQ(told.width, 0);
-        }
-    };
     convert("-interlace JPEG", "jpg");
-    expect_nothing();
+    expect_jpeg(False);
     netpbm("pnmtojpeg -progressive", "jpg");
-    expect_nothing();
+    expect_jpeg(False);
 }
 
 } // namespace

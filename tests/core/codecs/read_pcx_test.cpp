@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/codecs/PcxHeader.h"
-#include "support/codec_files.h"
+#include "core/codecs/LoadPcxTest.h"
 #include "support/expect_failure.h"
 
 namespace varnoth::test {
@@ -16,23 +15,11 @@ using Pixels = std::vector<std::uint32_t>;
 constexpr std::int64_t most_pixels = 100;
 
 /// A plain file of version 5 whose palette is 0x010101, 0x020202 and so on.
-PcxHeader header(int bits, int planes, std::int16_t width, std::int16_t height, std::int16_t bytes_per_line) {
-    PcxHeader header;
-    header.Manufacturer = 10;
-    header.Version = 5;
-    header.BitsPerPixel = static_cast<std::uint8_t>(bits);
-    header.NPlanes = static_cast<std::uint8_t>(planes);
-    header.XMax = static_cast<std::int16_t>(width - 1);
-    header.YMax = static_cast<std::int16_t>(height - 1);
-    header.BytesPerLine = bytes_per_line;
+PcxHeader header(int bits, int planes, int width, int height, int bytes_per_line) {
+    PcxHeader header = pcx::header_of(bits, planes, bytes_per_line, width, height);
     for (std::size_t i = 0; i < header.ColorMap.size(); ++i) {
         header.ColorMap[i] = static_cast<std::uint8_t>(i / 3 + 1);
     }
-    return header;
-}
-
-PcxHeader packed(PcxHeader header) {
-    header.Encoding = 1;
     return header;
 }
 
@@ -112,15 +99,16 @@ TEST(ReadPcx, PaddingOfRowsIsSkipped) {
 }
 
 TEST(ReadPcx, RunsAndLiterals) {
-    EXPECT_EQ(pixels_of(packed(header(8, 1, 4, 1, 4)), {0xC2, 7, 8, 0xC1, 200}), greys({7, 7, 8, 200}));
+    EXPECT_EQ(pixels_of(pcx::compressed(header(8, 1, 4, 1, 4)), {0xC2, 7, 8, 0xC1, 200}),
+              greys({7, 7, 8, 200}));
 }
 
 TEST(ReadPcx, RunsOfLength0AreSkipped) {
-    EXPECT_EQ(pixels_of(packed(header(8, 1, 2, 1, 2)), {0xC0, 7, 8, 9}), greys({8, 9}));
+    EXPECT_EQ(pixels_of(pcx::compressed(header(8, 1, 2, 1, 2)), {0xC0, 7, 8, 9}), greys({8, 9}));
 }
 
 TEST(ReadPcx, RunContinuesOnTheNextRow) {
-    EXPECT_EQ(pixels_of(packed(header(8, 1, 2, 2, 2)), {0xC3, 7, 8}), greys({7, 7, 7, 8}));
+    EXPECT_EQ(pixels_of(pcx::compressed(header(8, 1, 2, 2, 2)), {0xC3, 7, 8}), greys({7, 7, 7, 8}));
 }
 
 TEST(ReadPcx, CornerIsSubtracted) {
@@ -177,7 +165,7 @@ TEST(ReadPcx, MissingRowsAreTransparentWithAlpha) {
 }
 
 TEST(ReadPcx, RunWithoutItsValueIsDropped) {
-    EXPECT_EQ(pixels_of(packed(header(8, 1, 2, 2, 2)), {7, 7, 0xC2}), greys({7, 7, 0, 0}));
+    EXPECT_EQ(pixels_of(pcx::compressed(header(8, 1, 2, 2, 2)), {7, 7, 0xC2}), greys({7, 7, 0, 0}));
 }
 
 TEST(ReadPcx, UnsupportedFilesAreInvalid) {

@@ -5,8 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "core/base/bytes.h"
-#include "core/codecs/TgaHeader.h"
-#include "support/codec_files.h"
+#include "core/codecs/LoadTgaTest.h"
 #include "support/expect_failure.h"
 
 namespace varnoth::test {
@@ -17,22 +16,14 @@ using Pixels = std::vector<std::uint32_t>;
 constexpr std::int64_t most_pixels = 100;
 constexpr std::uint8_t top_left = 0x20;
 
-TgaHeader header(int type, int depth, std::int16_t width, std::int16_t height,
-                 std::uint8_t descriptor = top_left) {
-    TgaHeader header;
-    header.ImageType = static_cast<std::uint8_t>(type);
-    header.PixelDepth = static_cast<std::uint8_t>(depth);
-    header.ImageWidth = width;
-    header.ImageHeight = height;
+TgaHeader header(int type, int depth, int width, int height, std::uint8_t descriptor = top_left) {
+    TgaHeader header = tga::header_of(type, depth, width, height);
     header.ImageDescriptor = descriptor;
     return header;
 }
 
-TgaHeader mapped(int depth, std::int16_t width, int map_depth, std::int16_t length, std::int16_t start = 0) {
-    TgaHeader mapped = header(1, depth, width, 1);
-    mapped.ColorMapType = 1;
-    mapped.ColorMapDepth = static_cast<std::uint8_t>(map_depth);
-    mapped.ColorMapLength = length;
+TgaHeader mapped(int depth, int width, int map_depth, int length, std::int16_t start = 0) {
+    TgaHeader mapped = tga::with_map(header(1, depth, width, 1), length, map_depth);
     mapped.ColorMapStart = start;
     return mapped;
 }
@@ -165,11 +156,8 @@ TEST(ReadTga, InterleavedRows) {
 }
 
 TEST(ReadTga, IdAndUnusedColourMapAreSkipped) {
-    TgaHeader with_both = header(3, 8, 1, 1);
+    TgaHeader with_both = tga::with_map(header(3, 8, 1, 1), 1, 24);
     with_both.IDLength = 2;
-    with_both.ColorMapType = 1;
-    with_both.ColorMapLength = 1;
-    with_both.ColorMapDepth = 24;
     EXPECT_EQ(pixels_of(with_both, {90, 91, 92, 93, 94, 7}), Pixels{0xFF070707});
 }
 

@@ -25,13 +25,6 @@ struct Tga {
     }
 };
 
-struct FormatName {
-    template <typename Format>
-    static std::string GetName(int /*index*/) {
-        return Format::name;
-    }
-};
-
 template <typename Format>
 class Readers : public testing::Test {
   protected:
@@ -89,6 +82,7 @@ TYPED_TEST(Readers, EarlierReaderDrawsTheLaterPictureInItsOwnSize) {
     // The size of 2 by 1 is stretched to 4 by 1; its right half is outside the picture.
     TestSurface target(4, 1);
     this->reader.SetAutoscale(0);
+    EXPECT_EQ(this->reader.Autoscale(), 0);
     draw(this->reader, target);
     EXPECT_EQ(colours_of(target), (Colours{picture[0], picture[0], 0, 0}));
 }

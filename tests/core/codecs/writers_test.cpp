@@ -1,5 +1,6 @@
 // What the PCX and the TGA writer share.
 #include <filesystem>
+#include <map>
 
 #include <gtest/gtest.h>
 
@@ -9,17 +10,25 @@
 #include "support/TemporaryFolder.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
+#include "support/readers.h"
 
 namespace varnoth::test {
 namespace {
 
-// Where a header has the picture's size, and what follows it for a row of a red, then a blue pixel, and for
-// two compressed pixels of three bytes of 5.
+using Fields = std::map<std::size_t, std::uint8_t>;
+
+// Where a header has the picture's size, the fields other than 0 of a picture of 299 by 2, and what follows
+// the header for a row of a red, then a blue pixel, and for two compressed pixels of three bytes of 5. Byte 2
+// is the encoding.
 struct Pcx {
     static constexpr const char* name = "Pcx";
     static constexpr std::size_t header_bytes = 128;
     static constexpr std::size_t width_at = 8;
     static constexpr std::size_t height_at = 10;
+    static inline const Fields fields{{0, 10}, {1, 5},   {3, 8},   {4, 1},  {6, 1},   {8, 43}, {9, 1},
+                                      {10, 2}, {12, 96}, {14, 96}, {65, 3}, {66, 44}, {67, 1}};
+    static constexpr std::uint8_t plain = 0;
+    static constexpr std::uint8_t compressed = 1;
     static inline const Bytes red_and_blue{255, 0, 0, 0, 0, 255};
     static inline const Bytes compressed_fives{198, 5};
     SavePCX writer;
@@ -34,19 +43,15 @@ struct Tga {
     static constexpr std::size_t header_bytes = 18;
     static constexpr std::size_t width_at = 12;
     static constexpr std::size_t height_at = 14;
+    static inline const Fields fields{{12, 43}, {13, 1}, {14, 2}, {16, 24}};
+    static constexpr std::uint8_t plain = 2;
+    static constexpr std::uint8_t compressed = 10;
     static inline const Bytes red_and_blue{0, 0, 255, 255, 0, 0};
     static inline const Bytes compressed_fives{129, 5, 5, 5};
     SaveTGA writer;
 
     void write(const std::string& path, PictureSurface& picture, Truth compress) {
         writer.SaveTGAinFile(path, picture, compress);
-    }
-};
-
-struct FormatName {
-    template <typename Format>
-    static std::string GetName(int /*index*/) {
-        return Format::name;
     }
 };
 
@@ -79,6 +84,21 @@ TYPED_TEST_SUITE(Writers, Formats, FormatName);
 TYPED_TEST(Writers, ExistingFileIsReplacedWithoutAsking) {
     this->write(this->picture);
     EXPECT_EQ(this->data(), Bytes(12));
+}
+
+TYPED_TEST(Writers, HeaderHasItsFieldsAndZerosElsewhere) {
+    TestSurface surface(299, 2);
+    for (const Truth compress : {False, True}) {
+        Bytes expected(TypeParam::header_bytes);
+        for (const auto& [at, value] : TypeParam::fields) {
+            expected[at] = value;
+        }
+        expected[2] = compress == True ? TypeParam::compressed : TypeParam::plain;
+        this->write(surface, compress);
+        Bytes header = read_file(this->path);
+        header.resize(TypeParam::header_bytes);
+        EXPECT_EQ(header, expected);
+    }
 }
 
 TYPED_TEST(Writers, ReadOnlyFileIsKeptAndIsAFailure) {
