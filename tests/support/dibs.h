@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "core/image/cDIB.h"
+#include "support/TemporaryFolder.h"
 #include "support/lists.h"
 
 namespace varnoth::test {
@@ -55,6 +56,13 @@ inline Picture indexed_picture(std::int32_t width, std::int32_t height, std::int
     std::ranges::copy(pixels, bitmap.bytes().begin());
     return make_picture(std::move(bitmap));
 }
+
+/// An empty DIB, and a folder for its files.
+class CDib : public testing::Test {
+  protected:
+    cDIB dib;
+    TemporaryFolder folder;
+};
 
 /// Expects the DIB to hold no picture.
 inline void expect_empty(cDIB& dib) {

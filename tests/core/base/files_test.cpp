@@ -18,7 +18,12 @@ void make_read_only(const std::string& path) {
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
 }
 
-TEST(Files, FolderAndNameAreJoinedWithOneSeparator) {
+class Files : public testing::Test {
+  protected:
+    TemporaryFolder folder;
+};
+
+TEST_F(Files, FolderAndNameAreJoinedWithOneSeparator) {
     const std::string separator(1, static_cast<char>(std::filesystem::path::preferred_separator));
     EXPECT_EQ(join_path("a", "b"), "a" + separator + "b");
     EXPECT_EQ(join_path("a" + separator, "b"), "a" + separator + "b");
@@ -27,23 +32,20 @@ TEST(Files, FolderAndNameAreJoinedWithOneSeparator) {
     EXPECT_EQ(join_path("", "b"), "b");
 }
 
-TEST(Files, FileExistsIsFalseForAFolder) {
-    const TemporaryFolder folder;
+TEST_F(Files, FileExistsIsFalseForAFolder) {
     EXPECT_TRUE(file_exists(folder.write("a", Bytes{})));
     EXPECT_FALSE(file_exists(folder.file("b")));
     EXPECT_FALSE(file_exists(folder.path()));
     EXPECT_FALSE(file_exists(""));
 }
 
-TEST(Files, NamesAreUtf8) {
-    const TemporaryFolder folder;
+TEST_F(Files, NamesAreUtf8) {
     const std::string path = folder.write("\xC3\xBC\xE2\x82\xAC.spr", Bytes{1, 2});
     EXPECT_TRUE(file_exists(path));
     EXPECT_EQ(read_head(path, 9), (Bytes{1, 2}));
 }
 
-TEST(Files, NamesInAFolderExcludeDotAndDotDot) {
-    const TemporaryFolder folder;
+TEST_F(Files, NamesInAFolderExcludeDotAndDotDot) {
     folder.write("b", Bytes{});
     folder.write(".hidden", Bytes{});
     folder.write("..c", Bytes{});
@@ -54,8 +56,7 @@ TEST(Files, NamesInAFolderExcludeDotAndDotDot) {
     EXPECT_TRUE(names_in(folder.file("none")).empty());
 }
 
-TEST(Files, FileWithoutOwnersWritePermissionIsReadOnly) {
-    const TemporaryFolder folder;
+TEST_F(Files, FileWithoutOwnersWritePermissionIsReadOnly) {
     const std::string path = folder.write("a", Bytes{});
     EXPECT_FALSE(is_read_only(path));
     EXPECT_FALSE(is_read_only(folder.file("none")));
@@ -63,8 +64,7 @@ TEST(Files, FileWithoutOwnersWritePermissionIsReadOnly) {
     EXPECT_TRUE(is_read_only(path));
 }
 
-TEST(Files, DeletingAMissingFileFails) {
-    const TemporaryFolder folder;
+TEST_F(Files, DeletingAMissingFileFails) {
     const std::string path = folder.write("a", Bytes{1});
     delete_file(path);
     EXPECT_FALSE(std::filesystem::exists(path));
@@ -72,8 +72,7 @@ TEST(Files, DeletingAMissingFileFails) {
     EXPECT_FAILURE(delete_file(folder.file("missing/a")), PathNotFound);
 }
 
-TEST(Files, DeletingAReadOnlyFileOrAFolderFails) {
-    const TemporaryFolder folder;
+TEST_F(Files, DeletingAReadOnlyFileOrAFolderFails) {
     const std::string path = folder.write("a", Bytes{1});
     make_read_only(path);
     EXPECT_FAILURE(delete_file(path), PermissionDenied);
@@ -83,8 +82,7 @@ TEST(Files, DeletingAReadOnlyFileOrAFolderFails) {
     EXPECT_TRUE(std::filesystem::is_directory(folder.file("empty")));
 }
 
-TEST(Files, OpenErrorsDistinguishFileAndFolder) {
-    const TemporaryFolder folder;
+TEST_F(Files, OpenErrorsDistinguishFileAndFolder) {
     const std::string plain = folder.write("plain", Bytes{});
     EXPECT_FAILURE(InputFile(folder.file("none")), FileNotFound);
     EXPECT_FAILURE(InputFile(folder.file("missing/none")), PathNotFound);
@@ -95,8 +93,7 @@ TEST(Files, OpenErrorsDistinguishFileAndFolder) {
     EXPECT_FAILURE(OutputFile(folder.path()), PermissionDenied);
 }
 
-TEST(Files, OtherOpenErrorsAreDeviceIo) {
-    const TemporaryFolder folder;
+TEST_F(Files, OtherOpenErrorsAreDeviceIo) {
     const std::string link = folder.file("link");
     std::filesystem::create_symlink(link, link);
     EXPECT_FAILURE(InputFile{link}, DeviceIo);
@@ -104,8 +101,7 @@ TEST(Files, OtherOpenErrorsAreDeviceIo) {
     EXPECT_FAILURE(InputFile(folder.file(std::string(5000, 'a'))), DeviceIo);
 }
 
-TEST(Files, ReadingPastTheEndKeepsTheRestOfTheBuffer) {
-    const TemporaryFolder folder;
+TEST_F(Files, ReadingPastTheEndKeepsTheRestOfTheBuffer) {
     InputFile file(folder.write("a", Bytes{1, 2, 3}));
     EXPECT_EQ(file.length(), 3);
     std::array<std::uint8_t, 2> two{};
@@ -121,8 +117,7 @@ TEST(Files, ReadingPastTheEndKeepsTheRestOfTheBuffer) {
     EXPECT_FAILURE(file.seek(-1), DeviceIo);
 }
 
-TEST(Files, OpeningForWritingTruncatesTheFile) {
-    const TemporaryFolder folder;
+TEST_F(Files, OpeningForWritingTruncatesTheFile) {
     const std::string path = folder.write("a", Bytes{1, 2, 3});
     OutputFile file(path);
     file.write(Bytes{7});
@@ -131,15 +126,14 @@ TEST(Files, OpeningForWritingTruncatesTheFile) {
     EXPECT_EQ(read_file(path), (Bytes{7}));
 }
 
-TEST(Files, WritingAReadOnlyFileFailsAndKeepsIt) {
-    const TemporaryFolder folder;
+TEST_F(Files, WritingAReadOnlyFileFailsAndKeepsIt) {
     const std::string path = folder.write("a", Bytes{1, 2});
     make_read_only(path);
     EXPECT_FAILURE(OutputFile(path), PermissionDenied);
     EXPECT_EQ(read_file(path), (Bytes{1, 2}));
 }
 
-TEST(Files, FullDiskFailsAtTheLatestOnClose) {
+TEST_F(Files, FullDiskFailsAtTheLatestOnClose) {
     EXPECT_FAILURE(
         [] {
             OutputFile file("/dev/full");
@@ -150,8 +144,7 @@ TEST(Files, FullDiskFailsAtTheLatestOnClose) {
     EXPECT_FAILURE(OutputFile("/dev/full").write(Bytes(1 << 20)), DiskFull);
 }
 
-TEST(Files, HeadOfAShortFileIsTheWholeFile) {
-    const TemporaryFolder folder;
+TEST_F(Files, HeadOfAShortFileIsTheWholeFile) {
     const std::string path = folder.write("a", Bytes{1, 2, 3});
     EXPECT_EQ(read_head(path, 2), (Bytes{1, 2}));
     EXPECT_EQ(read_head(path, 50), (Bytes{1, 2, 3}));

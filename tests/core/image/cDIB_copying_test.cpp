@@ -17,9 +17,8 @@ constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
 // Copying
 
-TEST(CDib, LoadBltOfSize0OrBelowUsesTheWholePicture) {
+TEST_F(CDib, LoadBltOfSize0OrBelowUsesTheWholePicture) {
     const auto surface = surface_of(2, 2, {1, 2, 3, 4});
-    cDIB dib;
     ASSERT_TRUE(dib.Create(2, 2, 32));
     EXPECT_EQ(dib.LoadBlt(surface->hDC(), 0, 0, 0, -3), 1);
     EXPECT_EQ(colours_of(dib), (Colours{1, 2, 3, 4}));
@@ -28,17 +27,15 @@ TEST(CDib, LoadBltOfSize0OrBelowUsesTheWholePicture) {
     EXPECT_EQ(colours_of(dib), (Colours{1, 0, 3, 0}));
 }
 
-TEST(CDib, LoadBltKeepsThePosition) {
+TEST_F(CDib, LoadBltKeepsThePosition) {
     const auto surface = surface_of(2, 2, {1, 2, 3, 4});
-    cDIB dib;
     ASSERT_TRUE(dib.Create(2, 2, 32));
     EXPECT_EQ(dib.LoadBlt(surface->hDC(), 1, 1), 1);
     EXPECT_EQ(colours_of(dib), (Colours{0, 0, 0, 4}));
     EXPECT_EQ(dib.LoadBlt(DrawingContext()), 0);
 }
 
-TEST(CDib, StretchOfSourceSize0OrBelowUsesTheWholePicture) {
-    cDIB dib;
+TEST_F(CDib, StretchOfSourceSize0OrBelowUsesTheWholePicture) {
     fill_dib(dib, 2, 2, {1, 2, 3, 4});
     TestSurface surface(2, 2);
     EXPECT_EQ(dib.Stretch(surface.hDC(), 0, 0, 2, 2, 0, 0, 0, -1), 1);
@@ -48,8 +45,7 @@ TEST(CDib, StretchOfSourceSize0OrBelowUsesTheWholePicture) {
     EXPECT_EQ(colours_of(part), (Colours{2, 2, 4, 4}));
 }
 
-TEST(CDib, StretchAcceptsNegativeDestinationSizes) {
-    cDIB dib;
+TEST_F(CDib, StretchAcceptsNegativeDestinationSizes) {
     fill_dib(dib, 2, 2, {1, 2, 3, 4});
     TestSurface surface(2, 2);
     EXPECT_EQ(dib.Stretch(surface.hDC(), 1, 0, -2, 2), 1);
@@ -59,8 +55,7 @@ TEST(CDib, StretchAcceptsNegativeDestinationSizes) {
     EXPECT_EQ(colours_of(untouched), (Colours{0, 0, 0, 0}));
 }
 
-TEST(CDib, StretchRestoresTheModeAndReturnsTheCopysResult) {
-    cDIB dib;
+TEST_F(CDib, StretchRestoresTheModeAndReturnsTheCopysResult) {
     fill_dib(dib, 1, 1, {1});
     TestSurface surface(1, 1);
     surface.hDC().set_stretch_mode(4);
@@ -71,8 +66,7 @@ TEST(CDib, StretchRestoresTheModeAndReturnsTheCopysResult) {
     EXPECT_EQ(dib.Stretch(nothing, 0, 0, 1, 1), 0);
 }
 
-TEST(CDib, ClsFillsWithAPlainOrSystemColour) {
-    cDIB dib;
+TEST_F(CDib, ClsFillsWithAPlainOrSystemColour) {
     ASSERT_TRUE(dib.Create(2, 1, 32));
     dib.Cls(0x123456);
     EXPECT_EQ(bytes_of(dib), (Bytes{0x12, 0x34, 0x56, 0, 0x12, 0x34, 0x56, 0}));
@@ -80,8 +74,7 @@ TEST(CDib, ClsFillsWithAPlainOrSystemColour) {
     EXPECT_EQ(colours_of(dib), (Colours{0xFFFFFF, 0xFFFFFF}));
 }
 
-TEST(CDib, ClsOfAnIndexedPictureUsesTheNearestEntry) {
-    cDIB dib;
+TEST_F(CDib, ClsOfAnIndexedPictureUsesTheNearestEntry) {
     ASSERT_TRUE(dib.Create(2, 1, 8));
     dib.SetPalette(Bytes{0, 0, 0, 0, 250, 0, 0, 0});
     dib.Cls(0xFF0000);
@@ -90,8 +83,7 @@ TEST(CDib, ClsOfAnIndexedPictureUsesTheNearestEntry) {
 
 // Palettes
 
-TEST(CDib, ShortColourTableKeepsTheOtherEntries) {
-    cDIB dib;
+TEST_F(CDib, ShortColourTableKeepsTheOtherEntries) {
     ASSERT_TRUE(dib.Create(1, 1, 4));
     dib.SetPalette(Bytes(64, 7));
     dib.SetPalette(Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 9, 9});
@@ -102,8 +94,7 @@ TEST(CDib, ShortColourTableKeepsTheOtherEntries) {
     EXPECT_EQ(palette_of(dib), expected);
 }
 
-TEST(CDib, LongColourTableIsTruncated) {
-    cDIB dib;
+TEST_F(CDib, LongColourTableIsTruncated) {
     ASSERT_TRUE(dib.Create(1, 1, 1));
     dib.SetPalette(Bytes(2000, 7));
     Bytes palette(5000, 1);
@@ -111,9 +102,8 @@ TEST(CDib, LongColourTableIsTruncated) {
     EXPECT_EQ(palette, Bytes(8, 7));
 }
 
-TEST(CDib, PaletteAbove8BitsLeavesTheArrayUnchanged) {
+TEST_F(CDib, PaletteAbove8BitsLeavesTheArrayUnchanged) {
     for (const std::int32_t bits : {16, 24, 32}) {
-        cDIB dib;
         ASSERT_TRUE(dib.Create(1, 1, bits));
         dib.SetPalette(Bytes(1024, 7));
         Bytes palette{1, 2};
@@ -125,8 +115,7 @@ TEST(CDib, PaletteAbove8BitsLeavesTheArrayUnchanged) {
 
 // Sizes
 
-TEST(CDib, ResizeStretchesThePicture) {
-    cDIB dib;
+TEST_F(CDib, ResizeStretchesThePicture) {
     fill_dib(dib, 2, 2, {1, 2, 3, 4});
     dib.Resize(4, 1, true);
     EXPECT_EQ(colours_of(dib), (Colours{1, 1, 2, 2}));
@@ -134,8 +123,7 @@ TEST(CDib, ResizeStretchesThePicture) {
     EXPECT_EQ(dib.Size(), 16);
 }
 
-TEST(CDib, ResizeWithoutStretchKeepsTheTopLeftCorner) {
-    cDIB dib;
+TEST_F(CDib, ResizeWithoutStretchKeepsTheTopLeftCorner) {
     fill_dib(dib, 2, 2, {1, 2, 3, 4});
     dib.Resize(3, 1, false);
     EXPECT_EQ(colours_of(dib), (Colours{1, 2, 0}));
@@ -143,9 +131,8 @@ TEST(CDib, ResizeWithoutStretchKeepsTheTopLeftCorner) {
     EXPECT_EQ(colours_of(dib), (Colours{1, 0}));
 }
 
-TEST(CDib, ResizeKeepsDepthColoursAndIndices) {
+TEST_F(CDib, ResizeKeepsDepthColoursAndIndices) {
     for (const bool stretch : {true, false}) {
-        cDIB dib;
         ASSERT_EQ(dib.CreateFromStdPicture(indexed_picture(2, 1, 8, {200, 7}), false), 8);
         const Bytes before = palette_of(dib);
         dib.Resize(2, 2, stretch);
@@ -156,8 +143,7 @@ TEST(CDib, ResizeKeepsDepthColoursAndIndices) {
     }
 }
 
-TEST(CDib, ResizeToAnInvalidSizeEmptiesTheObject) {
-    cDIB dib;
+TEST_F(CDib, ResizeToAnInvalidSizeEmptiesTheObject) {
     fill_dib(dib, 1, 1, {1});
     dib.Resize(0, 5, true);
     expect_empty(dib);
@@ -225,8 +211,7 @@ TEST_P(CDibBestFit, SizeAndPositionAreAsExpected) {
 INSTANTIATE_TEST_SUITE_P(Cases, CDibBestFit, testing::ValuesIn(fit_cases),
                          [](const auto& instance) { return instance.param.name; });
 
-TEST(CDib, BestFitBeyond32BitsOverflows) {
-    cDIB dib;
+TEST_F(CDib, BestFitBeyond32BitsOverflows) {
     ASSERT_TRUE(dib.Create(1, 1, 8));
     Fit fit;
     // Both ratios are stored as 2^31.
@@ -234,8 +219,7 @@ TEST(CDib, BestFitBeyond32BitsOverflows) {
                    Overflow);
 }
 
-TEST(CDib, ImageIsANew32BitPicture) {
-    cDIB dib;
+TEST_F(CDib, ImageIsANew32BitPicture) {
     ASSERT_EQ(dib.CreateFromStdPicture(indexed_picture(2, 2, 8, {0, 1, 2, 85}), false), 8);
     const Bytes before = bytes_of(dib);
     const Picture picture = dib.Image();

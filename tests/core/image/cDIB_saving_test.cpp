@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/TemporaryFolder.h"
 #include "support/dibs.h"
 #include "support/expect_failure.h"
 
@@ -15,9 +14,7 @@ namespace {
 
 constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
-TEST(CDib, File32BitHasOffset54AndNoColourTable) {
-    const TemporaryFolder folder;
-    cDIB dib;
+TEST_F(CDib, File32BitHasOffset54AndNoColourTable) {
     fill_dib(dib, 1, 2, {0x010203, 0x040506});
     dib.Save(folder.file("a.bmp"));
     EXPECT_EQ(read_file(folder.file("a.bmp")),
@@ -26,9 +23,7 @@ TEST(CDib, File32BitHasOffset54AndNoColourTable) {
                      0,   0,   0,  0, 0, 0, 0, 0,  0, 0, 0,  0, 4, 5, 6,  0, 1, 2, 3, 0}));
 }
 
-TEST(CDib, File8BitHasOffset1078AfterTheColourTable) {
-    const TemporaryFolder folder;
-    cDIB dib;
+TEST_F(CDib, File8BitHasOffset1078AfterTheColourTable) {
     ASSERT_TRUE(dib.Create(5, 1, 8));
     Bytes palette(1024);
     for (std::size_t i = 0; i < palette.size(); ++i) {
@@ -46,13 +41,10 @@ TEST(CDib, File8BitHasOffset1078AfterTheColourTable) {
     EXPECT_EQ(file, expected);
 }
 
-TEST(CDib, OffsetsOfOtherDepthsFollowTheirColourTables) {
-    const TemporaryFolder folder;
-
+TEST_F(CDib, OffsetsOfOtherDepthsFollowTheirColourTables) {
     const struct { std::int32_t bits, offset; } cases[] = {{1, 62}, {4, 118}, {16, 54}, {24, 54}};
 
     for (const auto& each : cases) {
-        cDIB dib;
         ASSERT_TRUE(dib.Create(3, 2, each.bits));
         dib.Save(folder.file("a.bmp"));
         const Bytes file = read_file(folder.file("a.bmp"));
@@ -62,50 +54,40 @@ TEST(CDib, OffsetsOfOtherDepthsFollowTheirColourTables) {
     }
 }
 
-TEST(CDib, SaveReplacesALongerFile) {
-    const TemporaryFolder folder;
+TEST_F(CDib, SaveReplacesALongerFile) {
     const std::string path = folder.write("a.bmp", Bytes(500, 1));
-    cDIB dib;
     fill_dib(dib, 1, 1, {0});
     dib.Save(path);
     EXPECT_EQ(read_file(path).size(), 58U);
 }
 
-TEST(CDib, SaveDeletesTheOldFileSoOtherHardLinksKeepIt) {
-    const TemporaryFolder folder;
+TEST_F(CDib, SaveDeletesTheOldFileSoOtherHardLinksKeepIt) {
     const std::string path = folder.write("a.bmp", Bytes{1, 2, 3});
     const std::string other = folder.file("other.bmp");
     std::filesystem::create_hard_link(path, other);
-    cDIB dib;
     fill_dib(dib, 1, 1, {0});
     dib.Save(path);
     EXPECT_EQ(read_file(path).size(), 58U);
     EXPECT_EQ(read_file(other), (Bytes{1, 2, 3}));
 }
 
-TEST(CDib, SaveToAReadOnlyFileFailsAndKeepsIt) {
-    const TemporaryFolder folder;
+TEST_F(CDib, SaveToAReadOnlyFileFailsAndKeepsIt) {
     const std::string path = folder.write("a.bmp", Bytes{1, 2, 3});
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-    cDIB dib;
     fill_dib(dib, 1, 1, {0});
     EXPECT_FAILURE(dib.Save(path), PermissionDenied);
     EXPECT_EQ(read_file(path), (Bytes{1, 2, 3}));
 }
 
-TEST(CDib, SaveToAFolderOrIntoAMissingOneFails) {
-    const TemporaryFolder folder;
+TEST_F(CDib, SaveToAFolderOrIntoAMissingOneFails) {
     std::filesystem::create_directory(folder.file("sub"));
-    cDIB dib;
     fill_dib(dib, 1, 1, {0});
     EXPECT_FAILURE(dib.Save(folder.file("sub")), PermissionDenied);
     EXPECT_TRUE(std::filesystem::is_directory(folder.file("sub")));
     EXPECT_FAILURE(dib.Save(folder.file("missing/a.bmp")), PathNotFound);
 }
 
-TEST(CDib, FileLengthBeyond32BitsOverflowsWithoutWriting) {
-    const TemporaryFolder folder;
-    cDIB dib;
+TEST_F(CDib, FileLengthBeyond32BitsOverflowsWithoutWriting) {
     ASSERT_TRUE(dib.Create(1, largest / 4, 32)); // untouched pages cost nothing
     EXPECT_FAILURE(dib.Save(folder.file("a.bmp")), Overflow);
     EXPECT_FALSE(std::filesystem::exists(folder.file("a.bmp")));

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/TemporaryFolder.h"
 #include "support/dibs.h"
 #include "support/expect_failure.h"
 #include "support/pictures.h"
@@ -18,14 +17,13 @@ constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
 // Creating
 
-TEST(CDib, StrideOfEveryDepthIsRoundedUpTo4Bytes) {
+TEST_F(CDib, StrideOfEveryDepthIsRoundedUpTo4Bytes) {
     const struct {
         std::int32_t bits, width, stride;
     } cases[] = {{32, 1, 4}, {8, 1, 4},  {8, 5, 8},  {1, 1, 4},  {1, 32, 4},  {1, 33, 8}, {4, 8, 4},
                  {4, 9, 8},  {16, 1, 4}, {16, 3, 8}, {24, 1, 4}, {24, 4, 12}, {24, 5, 16}};
 
     for (const auto& each : cases) {
-        cDIB dib;
         ASSERT_TRUE(dib.Create(each.width, 2, each.bits));
         EXPECT_EQ(dib.BytesPerScanline(), each.stride) << each.bits << " bits, width " << each.width;
         EXPECT_EQ(dib.Size(), 2 * each.stride);
@@ -34,16 +32,14 @@ TEST(CDib, StrideOfEveryDepthIsRoundedUpTo4Bytes) {
     }
 }
 
-TEST(CDib, NewPictureIsBlackWithABlackColourTable) {
-    cDIB dib;
+TEST_F(CDib, NewPictureIsBlackWithABlackColourTable) {
     ASSERT_TRUE(dib.Create(3, 2, 8));
     EXPECT_EQ(bytes_of(dib), Bytes(8, 0));
     EXPECT_EQ(palette_of(dib), Bytes(1024, 0));
     EXPECT_EQ(dib.hDIBDC()->bitmap(), dib.hDIB());
 }
 
-TEST(CDib, CreateDiscardsPixelsAndColours) {
-    cDIB dib;
+TEST_F(CDib, CreateDiscardsPixelsAndColours) {
     ASSERT_TRUE(dib.Create(4, 1, 8));
     dib.SetPalette(Bytes{1, 2, 3, 4});
     std::memset(dib.lpBits(), 9, 4);
@@ -52,14 +48,12 @@ TEST(CDib, CreateDiscardsPixelsAndColours) {
     EXPECT_EQ(palette_of(dib), Bytes(1024, 0));
 }
 
-TEST(CDib, FirstByteIsTheLeftmostPixelOfTheBottomRow) {
-    cDIB dib;
+TEST_F(CDib, FirstByteIsTheLeftmostPixelOfTheBottomRow) {
     fill_dib(dib, 1, 2, {0x010203, 0x040506});
     EXPECT_EQ(bytes_of(dib), (Bytes{4, 5, 6, 0, 1, 2, 3, 0}));
 }
 
-TEST(CDib, HeaderHasOnlySizeAndDepthAndOutlivesDestroy) {
-    cDIB dib;
+TEST_F(CDib, HeaderHasOnlySizeAndDepthAndOutlivesDestroy) {
     ASSERT_TRUE(dib.Create(7, 5, 24));
     dib.Destroy();
     const BITMAPINFOHEADER& header = dib.bmiHeader();
@@ -76,14 +70,13 @@ TEST(CDib, HeaderHasOnlySizeAndDepthAndOutlivesDestroy) {
     EXPECT_EQ(header.biClrImportant, 0);
 }
 
-TEST(CDib, FailedCreateLeavesTheObjectEmpty) {
+TEST_F(CDib, FailedCreateLeavesTheObjectEmpty) {
     const struct {
         std::int32_t width, height, bits;
     } cases[] = {{0, 1, 32}, {1, 0, 32}, {-1, 4, 32}, {4, -1, 32},
                  {4, 4, 0},  {4, 4, 7},  {4, 4, -8},  {4, 4, 64}};
 
     for (const auto& each : cases) {
-        cDIB dib;
         ASSERT_TRUE(dib.Create(2, 2, 8));
         EXPECT_FALSE(dib.Create(each.width, each.height, each.bits));
         expect_empty(dib);
@@ -92,8 +85,7 @@ TEST(CDib, FailedCreateLeavesTheObjectEmpty) {
     }
 }
 
-TEST(CDib, SizeFieldsBeyond32BitsOverflow) {
-    cDIB dib;
+TEST_F(CDib, SizeFieldsBeyond32BitsOverflow) {
     ASSERT_TRUE(dib.Create(2, 2, 8));
     EXPECT_FAILURE(dib.Create(largest / 32 + 1, 1, 32), Overflow);
     EXPECT_EQ(dib.hDIB(), nullptr);
@@ -108,8 +100,7 @@ TEST(CDib, SizeFieldsBeyond32BitsOverflow) {
     EXPECT_FAILURE(dib.Create(std::numeric_limits<std::int32_t>::min(), 1, 8), Overflow);
 }
 
-TEST(CDib, DestroyMayBeRepeated) {
-    cDIB dib;
+TEST_F(CDib, DestroyMayBeRepeated) {
     expect_empty(dib);
     dib.Destroy();
     expect_empty(dib);
@@ -120,11 +111,9 @@ TEST(CDib, DestroyMayBeRepeated) {
     expect_empty(dib);
 }
 
-TEST(CDib, OperationsOnAnEmptyObjectDoNothing) {
-    cDIB dib;
+TEST_F(CDib, OperationsOnAnEmptyObjectDoNothing) {
     TestSurface surface(2, 2);
     surface.PSet(0, 0, 5);
-    const TemporaryFolder folder;
     EXPECT_EQ(dib.LoadBlt(surface.hDC()), 0);
     EXPECT_EQ(dib.Stretch(surface.hDC(), 0, 0, 2, 2), 0);
     EXPECT_EQ(colours_of(surface), (Colours{5, 0, 0, 0}));
@@ -148,8 +137,7 @@ TEST(CDib, OperationsOnAnEmptyObjectDoNothing) {
 
 // Copying pictures and contexts
 
-TEST(CDib, EmptyOrNonBitmapPictureReturns0WithoutAChange) {
-    cDIB dib;
+TEST_F(CDib, EmptyOrNonBitmapPictureReturns0WithoutAChange) {
     fill_dib(dib, 1, 1, {7});
     EXPECT_EQ(dib.CreateFromStdPicture({}, true), 0);
     Picture icon = surface_of(1, 1, {9})->Image();
@@ -161,21 +149,19 @@ TEST(CDib, EmptyOrNonBitmapPictureReturns0WithoutAChange) {
     EXPECT_EQ(colours_of(dib), Colours{7});
 }
 
-TEST(CDib, PictureWithoutPixelsReturns0AndEmptiesTheObject) {
-    cDIB dib;
+TEST_F(CDib, PictureWithoutPixelsReturns0AndEmptiesTheObject) {
     fill_dib(dib, 1, 1, {7});
     EXPECT_EQ(dib.CreateFromStdPicture(make_picture(Bitmap(0, 3, 32, Bitmap::Rows::Surface)), true), 0);
     expect_empty(dib);
 }
 
-TEST(CDib, Picture8BitForcedTo32BitsReturns8AndIsExpanded) {
-    cDIB dib;
+TEST_F(CDib, Picture8BitForcedTo32BitsReturns8AndIsExpanded) {
     EXPECT_EQ(dib.CreateFromStdPicture(indexed_picture(2, 2, 8, {0, 1, 2, 85}), true), 8);
     EXPECT_EQ(dib.Bpp(), 32);
     EXPECT_EQ(bytes_of(dib), (Bytes{2, 4, 6, 0, 85, 170, 255, 0, 0, 0, 0, 0, 1, 2, 3, 0}));
 }
 
-TEST(CDib, IndexedPictureKeepsDepthColourTableAndIndices) {
+TEST_F(CDib, IndexedPictureKeepsDepthColourTableAndIndices) {
     const struct {
         std::int32_t bits;
         Bytes pixels, stored;
@@ -184,7 +170,6 @@ TEST(CDib, IndexedPictureKeepsDepthColourTableAndIndices) {
                  {1, {0xA0, 0x40}, {0x40, 0, 0, 0, 0xA0, 0, 0, 0}}};
 
     for (const auto& each : cases) {
-        cDIB dib;
         EXPECT_EQ(dib.CreateFromStdPicture(indexed_picture(3, 2, each.bits, each.pixels), false), each.bits);
         EXPECT_EQ(dib.Bpp(), each.bits);
         EXPECT_EQ(bytes_of(dib), each.stored) << each.bits;
@@ -194,9 +179,8 @@ TEST(CDib, IndexedPictureKeepsDepthColourTableAndIndices) {
     }
 }
 
-TEST(CDib, TrueColourPictureKeepsItsDepthOrBecomes32Bits) {
+TEST_F(CDib, TrueColourPictureKeepsItsDepthOrBecomes32Bits) {
     const Picture picture = surface_of(1, 2, {0x030201, 0x060504}, 24)->Image();
-    cDIB dib;
     EXPECT_EQ(dib.CreateFromStdPicture(picture, false), 24);
     EXPECT_EQ(bytes_of(dib), (Bytes{6, 5, 4, 0, 3, 2, 1, 0}));
     EXPECT_EQ(dib.Bpp(), 24);
@@ -207,9 +191,8 @@ TEST(CDib, TrueColourPictureKeepsItsDepthOrBecomes32Bits) {
     EXPECT_EQ(bytes_of(dib), (Bytes{0x00, 0x7C, 0, 0}));
 }
 
-TEST(CDib, ContextIsCopiedAt32BitsWithMissingPixelsBlack) {
+TEST_F(CDib, ContextIsCopiedAt32BitsWithMissingPixelsBlack) {
     const auto surface = surface_of(2, 1, {1, 2}, 24);
-    cDIB dib;
     ASSERT_TRUE(dib.CreateFromHdc(surface->hDC(), 3, 2));
     EXPECT_EQ(dib.Bpp(), 32);
     EXPECT_EQ(colours_of(dib), (Colours{1, 2, 0, 0, 0, 0}));
@@ -219,17 +202,15 @@ TEST(CDib, ContextIsCopiedAt32BitsWithMissingPixelsBlack) {
     expect_empty(dib);
 }
 
-TEST(CDib, ContextWithoutABitmapGivesABlackPicture) {
+TEST_F(CDib, ContextWithoutABitmapGivesABlackPicture) {
     DrawingContext nothing;
-    cDIB dib;
     EXPECT_TRUE(dib.CreateFromHdc(nothing, 1, 1));
     EXPECT_EQ(colours_of(dib), Colours{0});
 }
 
-TEST(CDib, ContextIsCopiedAt8BitsWithItsColourTable) {
+TEST_F(CDib, ContextIsCopiedAt8BitsWithItsColourTable) {
     cDIB source;
     ASSERT_EQ(source.CreateFromStdPicture(indexed_picture(2, 1, 8, {200, 7}), false), 8);
-    cDIB dib;
     ASSERT_TRUE(dib.CreateFromHdc8bpp(*source.hDIBDC(), 2, 1));
     EXPECT_EQ(bytes_of(dib), (Bytes{200, 7, 0, 0}));
     EXPECT_EQ(colours_of(dib), colours_of(source));
@@ -240,10 +221,9 @@ TEST(CDib, ContextIsCopiedAt8BitsWithItsColourTable) {
 }
 
 // Creating empties the object first, including the context that is the source.
-TEST(CDib, CopyOfItsOwnContextIsBlack) {
+TEST_F(CDib, CopyOfItsOwnContextIsBlack) {
     for (const std::int32_t side : {19, 20, 21}) {
         const Colours black(static_cast<std::size_t>(side * side), 0);
-        cDIB dib;
         fill_dib(dib, 20, 20, Colours(400, 0x070809));
         ASSERT_TRUE(dib.CreateFromHdc(*dib.hDIBDC(), side, side));
         EXPECT_EQ(colours_of(dib), black) << side;
@@ -253,8 +233,7 @@ TEST(CDib, CopyOfItsOwnContextIsBlack) {
     }
 }
 
-TEST(CDib, BitsPointerIsValidUntilTheObjectIsResized) {
-    cDIB dib;
+TEST_F(CDib, BitsPointerIsValidUntilTheObjectIsResized) {
     fill_dib(dib, 1, 1, {0x030201});
     std::uint8_t* const bits = dib.lpBits();
     cDIB source;
@@ -269,8 +248,7 @@ TEST(CDib, BitsPointerIsValidUntilTheObjectIsResized) {
     EXPECT_EQ(dib.lpBits(), bits);
 }
 
-TEST(CDib, CloneHasTheSameBytesAndColours) {
-    cDIB dib;
+TEST_F(CDib, CloneHasTheSameBytesAndColours) {
     ASSERT_EQ(dib.CreateFromStdPicture(indexed_picture(3, 2, 4, {0x12, 0x30, 0x45, 0x60}), false), 4);
     cDIB clone;
     dib.CloneTo(clone);
@@ -281,8 +259,7 @@ TEST(CDib, CloneHasTheSameBytesAndColours) {
     EXPECT_NE(bytes_of(clone), bytes_of(dib));
 }
 
-TEST(CDib, CloneOfAnEmptyObjectIsEmpty) {
-    cDIB dib;
+TEST_F(CDib, CloneOfAnEmptyObjectIsEmpty) {
     cDIB clone;
     ASSERT_TRUE(clone.Create(1, 1, 32));
     dib.CloneTo(clone);
@@ -291,8 +268,7 @@ TEST(CDib, CloneOfAnEmptyObjectIsEmpty) {
     expect_empty(dib);
 }
 
-TEST(CDib, CloneToItselfIsBlack) {
-    cDIB dib;
+TEST_F(CDib, CloneToItselfIsBlack) {
     fill_dib(dib, 2, 1, {1, 2});
     dib.CloneTo(dib);
     EXPECT_EQ(colours_of(dib), (Colours{0, 0}));

@@ -271,9 +271,8 @@ TEST_F(ImportPipeline, SetSpriteShowsTheSizeAndKeepsTypeAndMode) {
 TEST_F(ImportPipeline, AbortAfterSetSpriteKeepsSizeAndBlackPalette) {
     hlspr::document().Palette.Colours[9] = {1, 2, 3};
     folder_.add_plain_bmp("a.bmp", 8, 8);
-    const auto form = open_all();
     services_.on_yield = [&] { view_.abort = true; };
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(hlspr::document().SpriteHeader.Width, 8);
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(hlspr::document().Palette.Colours[9], PaletteColour());
@@ -286,9 +285,8 @@ TEST_F(ImportPipeline, AbortInFirstPassRemovesFramesKeepsPalette) {
     view_.lines = {"Frame 0", "Frame 1"};
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
-    const auto form = open_all();
     cancel_at("step Picture Color Lookup...");
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(hlspr::document().Palette.Colours[9], (PaletteColour{1, 2, 3}));
     EXPECT_EQ(view_.lines.size(), 2U);
@@ -304,9 +302,8 @@ TEST_F(ImportPipeline, AbortInSecondPassReportsSuccess) {
     add_noise("a.bmp", 1);
     add_noise("b.bmp", 2);
     add_noise("c.bmp", 3);
-    const auto form = open_all();
     cancel_at("step Frame 1");
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 2);
     EXPECT_EQ(view_.lines, (Texts{"Frame 0", "Frame 1"}));
     EXPECT_EQ(services_.messages, Texts{success});
@@ -316,18 +313,16 @@ TEST_F(ImportPipeline, AbortInSecondPassReportsSuccess) {
 
 TEST_F(ImportPipeline, AbortAtTheLastPictureReportsSuccess) {
     add_noise("a.bmp", 1);
-    const auto form = open_all();
     cancel_at("step Frame 0");
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
     EXPECT_EQ(services_.messages, Texts{success});
 }
 
 TEST_F(ImportPipeline, AbortDuringThePaletteReportsSuccess) {
     add_noise("a.bmp", 1);
-    const auto form = open_all();
     cancel_at("step Finalizing Palette...");
-    import_frames(*form, view_);
+    import_all();
     EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 0);
     EXPECT_EQ(services_.messages, Texts{success});
     EXPECT_EQ(view_.releases, 0);

@@ -33,26 +33,26 @@ class PreviewPlaybackTest : public testing::Test {
     }
 
     // The stored frames that this number of ticks draws.
-    static std::vector<int> shown(PreviewPlayback& walk, int ticks, std::int32_t lines) {
+    static std::vector<int> shown(PreviewPlayback& playback, int ticks, std::int32_t lines) {
         std::vector<int> result;
         TestSurface picture(1, 1);
         for (int i = 0; i < ticks; ++i) {
-            walk.tick(picture, lines);
+            playback.tick(picture, lines);
             result.push_back(red_of(picture.Point(0, 0)) - 1);
         }
         return result;
     }
+
+    PreviewPlayback walk;
 };
 
 TEST_F(PreviewPlaybackTest, StartsAtFrame0With15FramesPerSecond) {
-    const PreviewPlayback walk;
     EXPECT_EQ(walk.CurrentFrame, 0);
     EXPECT_EQ(walk.FramesPerSecond, 15);
     EXPECT_EQ(walk.interval(), 66);
 }
 
 TEST_F(PreviewPlaybackTest, IntervalIsRoundedDownToMilliseconds) {
-    PreviewPlayback walk;
     walk.FramesPerSecond = 1;
     EXPECT_EQ(walk.interval(), 1000);
     walk.FramesPerSecond = 7;
@@ -62,7 +62,6 @@ TEST_F(PreviewPlaybackTest, IntervalIsRoundedDownToMilliseconds) {
 }
 
 TEST_F(PreviewPlaybackTest, FasterDoesNothingAt60) {
-    PreviewPlayback walk;
     walk.FramesPerSecond = 59;
     EXPECT_TRUE(walk.faster());
     EXPECT_EQ(walk.FramesPerSecond, 60);
@@ -71,7 +70,6 @@ TEST_F(PreviewPlaybackTest, FasterDoesNothingAt60) {
 }
 
 TEST_F(PreviewPlaybackTest, SlowerGoesFrom1To0WhereTheIntervalFails) {
-    PreviewPlayback walk;
     walk.FramesPerSecond = 2;
     EXPECT_TRUE(walk.slower());
     EXPECT_EQ(walk.interval(), 1000);
@@ -84,21 +82,18 @@ TEST_F(PreviewPlaybackTest, SlowerGoesFrom1To0WhereTheIntervalFails) {
 
 TEST_F(PreviewPlaybackTest, UnchangedOrderShowsEveryFrameAndLoops) {
     put_frames({0, 1, 2});
-    PreviewPlayback walk;
     EXPECT_EQ(shown(walk, 7, 3), (std::vector<int>{0, 1, 2, 0, 1, 2, 0}));
     EXPECT_EQ(walk.CurrentFrame, 1);
 }
 
 TEST_F(PreviewPlaybackTest, SingleFrameIsRedrawnAtEachTick) {
     put_frames({0});
-    PreviewPlayback walk;
     EXPECT_EQ(shown(walk, 3, 1), (std::vector<int>{0, 0, 0}));
     EXPECT_EQ(walk.CurrentFrame, 0);
 }
 
 TEST_F(PreviewPlaybackTest, ChangedOrderMayOmitFrames) {
     put_frames({1, 0, 2});
-    PreviewPlayback walk;
     EXPECT_EQ(shown(walk, 6, 3), (std::vector<int>{1, 2, 1, 2, 1, 2})) << "stored frame 0 never shows";
     put_frames({2, 1, 0});
     PreviewPlayback other;
@@ -107,7 +102,6 @@ TEST_F(PreviewPlaybackTest, ChangedOrderMayOmitFrames) {
 
 TEST_F(PreviewPlaybackTest, LineCountNotFrameCountEndsTheLoop) {
     put_frames({0, 1, 2});
-    PreviewPlayback walk;
     EXPECT_EQ(shown(walk, 4, 2), (std::vector<int>{0, 1, 0, 1}));
     PreviewPlayback none;
     EXPECT_EQ(shown(none, 2, 0), (std::vector<int>{0, 0}));
@@ -123,7 +117,6 @@ TEST_F(PreviewPlaybackTest, PositionAfterTheHighestFrameNumberOverflows) {
     document().FrameOrder = {32767};
     document().FrameStore.resize(32768);
     document().FrameStore[32767] = indices({0});
-    PreviewPlayback walk;
     TestSurface picture(1, 1);
     EXPECT_FAILURE(walk.tick(picture, 1), Overflow);
     EXPECT_EQ(walk.CurrentFrame, 32767);
