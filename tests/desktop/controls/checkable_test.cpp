@@ -104,113 +104,106 @@ TYPED_TEST(CheckableTest, CaptionHasTheColourOfTheState) {
 
 // The check box.
 
-TEST(Elcheck, PartsAreAtTheirDesignedPositions) {
-    Check check;
-    EXPECT_EQ(check->part<BoxPart>("Picture2").place(), QRectF(0, 3, 12, 12));
-    EXPECT_EQ(check.text("Label1").place().topLeft(), QPointF(0, 0));
-    EXPECT_EQ(check.text("Label1").Caption(), "b");
-    EXPECT_EQ(check.text("Label2").Left, 19);
+class Elcheck : public testing::Test, protected Check {};
+
+TEST_F(Elcheck, PartsAreAtTheirDesignedPositions) {
+    EXPECT_EQ(control.part<BoxPart>("Picture2").place(), QRectF(0, 3, 12, 12));
+    EXPECT_EQ(text("Label1").place().topLeft(), QPointF(0, 0));
+    EXPECT_EQ(text("Label1").Caption(), "b");
+    EXPECT_EQ(text("Label2").Left, 19);
 }
 
-TEST(Elcheck, OnlyTheLeftAndTopEdgesOfTheBoxFollowColor3DDark) {
-    Check check;
-    check->SetColor3DLight(0x0000FF);
+TEST_F(Elcheck, OnlyTheLeftAndTopEdgesOfTheBoxFollowColor3DDark) {
+    control.SetColor3DLight(0x0000FF);
     for (const auto& [name, colour] : {std::pair{"Line1", dark}, std::pair{"Line2", dark},
                                        std::pair{"Line3", box_light}, std::pair{"Line4", box_light}}) {
-        EXPECT_EQ(check.line(name).BorderColor, colour) << name;
+        EXPECT_EQ(line(name).BorderColor, colour) << name;
     }
     for (const int scale : {1, 2}) {
-        const QImage picture = picture_of(check.control, scale);
+        const QImage picture = picture_of(control, scale);
         expect_edges(picture, {0, 3 * scale, 12 * scale, 12 * scale}, scale, dark, box_light);
         EXPECT_EQ(count_of(picture, theme::field_background, QRect(scale, 4 * scale, 10 * scale, 10 * scale)),
                   100 * scale * scale);
     }
 }
 
-TEST(Elcheck, ClickOnBoxCheckMarkOrCaptionTogglesAndRaisesClick) {
-    Check check;
-    const ChangedProperties changed(check.control);
-    check.click(on_box);
-    EXPECT_TRUE(check->Value());
-    EXPECT_EQ(check.log.last(), "Click");
-    check.click(on_box); // now on the check mark
-    EXPECT_FALSE(check->Value());
-    check.click(check.on_caption());
-    EXPECT_TRUE(check->Value());
-    EXPECT_EQ(check.log.count("Click"), 3);
+TEST_F(Elcheck, ClickOnBoxCheckMarkOrCaptionTogglesAndRaisesClick) {
+    const ChangedProperties changed(control);
+    click(on_box);
+    EXPECT_TRUE(control.Value());
+    EXPECT_EQ(log.last(), "Click");
+    click(on_box); // now on the check mark
+    EXPECT_FALSE(control.Value());
+    click(on_caption());
+    EXPECT_TRUE(control.Value());
+    EXPECT_EQ(log.count("Click"), 3);
     EXPECT_TRUE(changed.names.isEmpty()); // no setter was called
 }
 
-TEST(Elcheck, ClickOnTheSurfaceDoesNothing) {
-    Check check;
-    check.click(check.beside_the_caption());
-    EXPECT_FALSE(check->Value());
-    EXPECT_EQ(check.log, (QStringList{"MouseDown 1 0 117,9", "MouseUp 1 0 117,9"}));
+TEST_F(Elcheck, ClickOnTheSurfaceDoesNothing) {
+    click(beside_the_caption());
+    EXPECT_FALSE(control.Value());
+    EXPECT_EQ(log, (QStringList{"MouseDown 1 0 117,9", "MouseUp 1 0 117,9"}));
 }
 
-TEST(Elcheck, ValueIsTheVisibilityOfTheCheckMark) {
-    Check check;
-    EXPECT_FALSE(check.text("Label1").Visible);
-    EXPECT_EQ(count_of(picture_of(check.control), checked), 0);
-    check->SetValue(true);
-    EXPECT_TRUE(check.text("Label1").Visible);
-    EXPECT_EQ(check.text("Label1").ForeColor, checked);
-    EXPECT_GT(count_of(picture_of(check.control), checked, QRect(1, 4, 10, 10)), 4);
+TEST_F(Elcheck, ValueIsTheVisibilityOfTheCheckMark) {
+    EXPECT_FALSE(text("Label1").Visible);
+    EXPECT_EQ(count_of(picture_of(control), checked), 0);
+    control.SetValue(true);
+    EXPECT_TRUE(text("Label1").Visible);
+    EXPECT_EQ(text("Label1").ForeColor, checked);
+    EXPECT_GT(count_of(picture_of(control), checked, QRect(1, 4, 10, 10)), 4);
 }
 
-TEST(Elcheck, BoxIsFilledWithBackColor2) {
-    Check check;
-    check->SetBackColor2(0x333333);
-    EXPECT_EQ(count_of(picture_of(check.control), 0x333333, QRect(1, 4, 10, 10)), 100);
+TEST_F(Elcheck, BoxIsFilledWithBackColor2) {
+    control.SetBackColor2(0x333333);
+    EXPECT_EQ(count_of(picture_of(control), 0x333333, QRect(1, 4, 10, 10)), 100);
 }
 
-TEST(Elcheck, BoxRaisesMouseEventsInItsOwnPixels) {
-    Check check;
-    move(check.control, QPoint(2, 8));
-    check.press(QPoint(2, 8), Qt::RightButton, Qt::ControlModifier);
-    check.release(QPoint(2, 8), Qt::RightButton);
-    EXPECT_EQ(check.log, (QStringList{"MouseMove 0 0 2,5", "MouseDown 2 2 2,5", "MouseUp 2 0 2,5"}));
-    EXPECT_FALSE(check->Value());
+TEST_F(Elcheck, BoxRaisesMouseEventsInItsOwnPixels) {
+    move(control, QPoint(2, 8));
+    press(QPoint(2, 8), Qt::RightButton, Qt::ControlModifier);
+    release(QPoint(2, 8), Qt::RightButton);
+    EXPECT_EQ(log, (QStringList{"MouseMove 0 0 2,5", "MouseDown 2 2 2,5", "MouseUp 2 0 2,5"}));
+    EXPECT_FALSE(control.Value());
 }
 
 // The radio button.
 
-TEST(Elradio, PartsAreAtTheirDesignedPositions) {
-    Radio radio;
-    EXPECT_EQ(radio->part<Part>("Picture1").place(), QRectF(0, 0, 18, 18));
-    EXPECT_EQ(radio.caption().Left, 28);
+class Elradio : public testing::Test, protected Radio {};
+
+TEST_F(Elradio, PartsAreAtTheirDesignedPositions) {
+    EXPECT_EQ(control.part<Part>("Picture1").place(), QRectF(0, 0, 18, 18));
+    EXPECT_EQ(caption().Left, 28);
 }
 
-TEST(Elradio, ClickOnCaptionCircleOrSurfaceChecksIt) {
-    Radio radio;
-    for (const QPoint point : {radio.on_caption(), on_circle, radio.beside_the_caption()}) {
-        radio->SetValue(false);
-        radio.log.clear();
-        const ChangedProperties changed(radio.control);
-        radio.click(point);
-        EXPECT_TRUE(radio->Value()) << point.x();
-        EXPECT_EQ(radio.log.count("Click"), 1) << point.x();
+TEST_F(Elradio, ClickOnCaptionCircleOrSurfaceChecksIt) {
+    for (const QPoint point : {on_caption(), on_circle, beside_the_caption()}) {
+        control.SetValue(false);
+        log.clear();
+        const ChangedProperties changed(control);
+        click(point);
+        EXPECT_TRUE(control.Value()) << point.x();
+        EXPECT_EQ(log.count("Click"), 1) << point.x();
         EXPECT_EQ(changed.names, QStringList{"Value"}) << point.x();
     }
 }
 
-TEST(Elradio, ClickOnACheckedButtonRaisesClickAndChangesNothing) {
-    Radio radio;
-    radio->SetValue(true);
-    const ChangedProperties changed(radio.control);
-    const QImage before = picture_of(radio.control);
-    radio.click(on_circle);
-    EXPECT_TRUE(radio->Value());
-    EXPECT_EQ(radio.log.count("Click"), 1);
-    EXPECT_EQ(picture_of(radio.control), before);
+TEST_F(Elradio, ClickOnACheckedButtonRaisesClickAndChangesNothing) {
+    control.SetValue(true);
+    const ChangedProperties changed(control);
+    const QImage before = picture_of(control);
+    click(on_circle);
+    EXPECT_TRUE(control.Value());
+    EXPECT_EQ(log.count("Click"), 1);
+    EXPECT_EQ(picture_of(control), before);
     EXPECT_TRUE(changed.names.isEmpty());
 }
 
-TEST(Elradio, CheckingDoesNotUncheckOtherButtons) {
-    Radio radio;
-    elradio neighbour("other", &radio.window);
+TEST_F(Elradio, CheckingDoesNotUncheckOtherButtons) {
+    elradio neighbour("other", &window);
     neighbour.SetValue(true);
-    radio.click(on_circle);
+    click(on_circle);
     EXPECT_TRUE(neighbour.Value());
 }
 
@@ -233,12 +226,11 @@ Colour designed_colour(int x, int y, double scale, bool has_dot) {
     return has_dot && to_outline >= std::floor(3 * scale + 0.5) ? checked : theme::field_background;
 }
 
-TEST(Elradio, CircleMatchesTheDesignAtEveryScale) {
-    Radio radio;
+TEST_F(Elradio, CircleMatchesTheDesignAtEveryScale) {
     for (const bool value : {false, true}) {
-        radio->SetValue(value);
+        control.SetValue(value);
         for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
-            const QImage picture = picture_of(radio.control, scale);
+            const QImage picture = picture_of(control, scale);
             const int first = static_cast<int>(std::floor(3 * scale + 0.5));
             const int side = static_cast<int>(18 * scale);
             for (int y = 0; y < side; ++y) {
@@ -252,55 +244,52 @@ TEST(Elradio, CircleMatchesTheDesignAtEveryScale) {
 }
 
 // At this scale every second design pixel starts at the centre of a screen pixel.
-TEST(Elradio, CircleIsTheSameAtEveryPosition) {
+TEST_F(Elradio, CircleIsTheSameAtEveryPosition) {
     const auto circle_at = [](int left) {
-        QWidget window;
-        elradio radio("radio", &window);
+        QWidget parent;
+        elradio radio("radio", &parent);
         radio.SetColor3DDark(dark);
         radio.setGeometry(left, 0, 50, 19);
-        window.resize(60, 30);
-        window.show();
-        return picture_of(window, 1.5).copy(5 + left, 5, 20, 20);
+        parent.resize(60, 30);
+        parent.show();
+        return picture_of(parent, 1.5).copy(5 + left, 5, 20, 20);
     };
     EXPECT_EQ(circle_at(0), circle_at(1));
     EXPECT_EQ(count_of(circle_at(0), dark) + count_of(circle_at(0), light), 60);
 }
 
-TEST(Elradio, NewColoursAreRedrawn) {
-    Radio radio;
-    radio->SetColor3DDark(0x0000FF);
-    radio->SetColor3DLight(0x00FF00);
-    radio->SetBackColor(0x0A0B0C);
-    radio->SetBackColor2(0x332211);
-    const QImage picture = picture_of(radio.control);
+TEST_F(Elradio, NewColoursAreRedrawn) {
+    control.SetColor3DDark(0x0000FF);
+    control.SetColor3DLight(0x00FF00);
+    control.SetBackColor(0x0A0B0C);
+    control.SetBackColor2(0x332211);
+    const QImage picture = picture_of(control);
     EXPECT_EQ(colour_at(picture, 3, 9), 0x0000FF);
     EXPECT_EQ(colour_at(picture, 15, 9), 0x00FF00);
     EXPECT_EQ(colour_at(picture, 2, 9), 0x0A0B0C);
     EXPECT_EQ(colour_at(picture, 9, 9), 0x332211);
 }
 
-TEST(Elradio, CircleShowsTheBackgroundOfItsLastRedraw) {
-    Radio radio;
+TEST_F(Elradio, CircleShowsTheBackgroundOfItsLastRedraw) {
     TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
-    radio->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
+    control.obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
     for (const int corner : {0, 17}) {
-        EXPECT_EQ(colour_at(radio.control, corner, corner), theme::window_background);
+        EXPECT_EQ(colour_at(control, corner, corner), theme::window_background);
     }
-    EXPECT_EQ(colour_at(radio.control, 18, 18), 0xFFFFFF);
-    radio->SetValue(false);
+    EXPECT_EQ(colour_at(control, 18, 18), 0xFFFFFF);
+    control.SetValue(false);
     for (const int corner : {0, 17}) {
-        EXPECT_EQ(colour_at(radio.control, corner, corner), 0xFFFFFF);
+        EXPECT_EQ(colour_at(control, corner, corner), 0xFFFFFF);
     }
-    EXPECT_EQ(colour_at(radio.control, 9, 9), theme::field_background);
+    EXPECT_EQ(colour_at(control, 9, 9), theme::field_background);
 }
 
-TEST(Elradio, ClickOnACheckedButtonDoesNotRedraw) {
-    Radio radio;
-    radio->SetValue(true);
+TEST_F(Elradio, ClickOnACheckedButtonDoesNotRedraw) {
+    control.SetValue(true);
     TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
-    radio->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
-    radio.click(on_circle);
-    EXPECT_EQ(colour_at(radio.control, 0, 0), theme::window_background);
+    control.obtener_imagen_fondo(behind.hDC(), 0, 0, 255);
+    click(on_circle);
+    EXPECT_EQ(colour_at(control, 0, 0), theme::window_background);
 }
 
 } // namespace

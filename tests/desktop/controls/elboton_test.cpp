@@ -29,20 +29,21 @@ struct Button : Recorded<elboton> {
     QPoint on_label() { return text("label").place().center().toPoint(); }
 
     QPoint on_surface() { return {control.width() - 4, 12}; }
+
+    // A press whose release is lost: a disabled control gets no mouse events.
+    void press_without_release() {
+        press(on_surface());
+        control.SetEnabled(false);
+        release(on_surface());
+        control.SetEnabled(true);
+        ASSERT_TRUE(sunken());
+        log.clear();
+    }
 };
 
-TEST(Elboton, PartsAreAtTheirDesignedPositions) {
-    elboton button("b", nullptr);
-    EXPECT_EQ(button.part<TextPart>("label").Left, 6);
-    EXPECT_EQ(button.part<TextPart>("shadow1").Left, 7);
-    EXPECT_EQ(button.part<LinePart>("lineA(1)").Y2, 23);
-    EXPECT_EQ(button.part<LinePart>("lineB(1)").X1, 1);
-    EXPECT_EQ(button.part<LinePart>("lineB(1)").Y1, 23);
-    EXPECT_EQ(button.part<TextPart>("label").Caption(), "Boton");
-    EXPECT_EQ(button.part<TextPart>("shadow1").Caption(), "Boton");
-}
+class Elboton : public testing::Test, protected Button {};
 
-TEST(Elboton, EmptyCaptionIsLaidOutAndCentred) {
+TEST_F(Elboton, EmptyCaptionIsLaidOutAndCentred) {
     Button button("");
     EXPECT_EQ(button.text("label").Left, 6);
     button->SetCenterCaption(true);
@@ -51,7 +52,7 @@ TEST(Elboton, EmptyCaptionIsLaidOutAndCentred) {
     EXPECT_EQ(button.text("shadow1").Left, 41);
 }
 
-TEST(Elboton, CentredCaptionIsNotRounded) {
+TEST_F(Elboton, CentredCaptionIsNotRounded) {
     Button button("x", 81);
     button->SetCenterCaption(true);
     for (const double size : {9.75, 7.0}) {
@@ -62,7 +63,7 @@ TEST(Elboton, CentredCaptionIsNotRounded) {
     EXPECT_FAILURE(button->SetFontSize(0), InvalidPropertyValue);
 }
 
-TEST(Elboton, WidthSetWhileHiddenIsLaidOut) {
+TEST_F(Elboton, WidthSetWhileHiddenIsLaidOut) {
     elboton button("b", nullptr);
     button.SetCenterCaption(true);
     button.SetCaption("");
@@ -71,7 +72,7 @@ TEST(Elboton, WidthSetWhileHiddenIsLaidOut) {
     EXPECT_EQ(button.part<LinePart>("lineB(0)").X1, 99);
 }
 
-TEST(Elboton, HeightUsesVerticalAndWidthHorizontalTwips) {
+TEST_F(Elboton, HeightUsesVerticalAndWidthHorizontalTwips) {
     const OtherScreen flat(20, 12);
     elboton button("b", nullptr);
     button.SetWidth(100);
@@ -80,152 +81,128 @@ TEST(Elboton, HeightUsesVerticalAndWidthHorizontalTwips) {
     EXPECT_EQ(button.Height(), 360);
 }
 
-TEST(Elboton, HeightStays360TwipsWhenThatIsNoWholePixel) {
+TEST_F(Elboton, HeightStays360TwipsWhenThatIsNoWholePixel) {
     const OtherScreen flat(15, 16);
     const elboton button("b", nullptr);
     EXPECT_EQ(button.height(), 22); // 22.5, ties to even
     EXPECT_EQ(button.Height(), 360);
 }
 
-TEST(Elboton, LeftPressSwapsTheEdgeColoursUntilTheRelease) {
-    Button button;
-    for (const QPoint point : {button.on_surface(), button.on_label()}) {
-        button.press(point);
-        EXPECT_TRUE(button.sunken());
-        EXPECT_EQ(colour_at(button.control, 40, 0), dark);
-        EXPECT_EQ(colour_at(button.control, 40, 23), light);
-        button.release(point);
-        EXPECT_TRUE(button.raised());
+TEST_F(Elboton, LeftPressSwapsTheEdgeColoursUntilTheRelease) {
+    for (const QPoint point : {on_surface(), on_label()}) {
+        press(point);
+        EXPECT_TRUE(sunken());
+        EXPECT_EQ(colour_at(control, 40, 0), dark);
+        EXPECT_EQ(colour_at(control, 40, 23), light);
+        release(point);
+        EXPECT_TRUE(raised());
     }
 }
 
-TEST(Elboton, RightPressLeavesTheButtonRaised) {
-    Button button;
-    button.press(button.on_surface(), Qt::RightButton, Qt::ShiftModifier);
-    EXPECT_TRUE(button.raised());
-    EXPECT_EQ(button.log, QStringList{"MouseDown 2 1 76,12"});
-    button.release(button.on_surface(), Qt::RightButton);
-    EXPECT_EQ(button.log.last(), "MouseUp 2 0 76,12");
-    EXPECT_FALSE(button.log.contains("Click"));
+TEST_F(Elboton, RightPressLeavesTheButtonRaised) {
+    press(on_surface(), Qt::RightButton, Qt::ShiftModifier);
+    EXPECT_TRUE(raised());
+    EXPECT_EQ(log, QStringList{"MouseDown 2 1 76,12"});
+    release(on_surface(), Qt::RightButton);
+    EXPECT_EQ(log.last(), "MouseUp 2 0 76,12");
+    EXPECT_FALSE(log.contains("Click"));
 }
 
-TEST(Elboton, FourthAndFifthMouseButtonsRaiseNoEvents) {
-    Button button;
+TEST_F(Elboton, FourthAndFifthMouseButtonsRaiseNoEvents) {
     for (const Qt::MouseButton other : {Qt::BackButton, Qt::ForwardButton}) {
-        fast_pair(&button.control, other, {}, button.on_surface());
+        fast_pair(&control, other, {}, on_surface());
     }
-    EXPECT_TRUE(button.log.isEmpty());
+    EXPECT_TRUE(log.isEmpty());
 }
 
-TEST(Elboton, FourthMouseButtonDoesNotAffectALeftPress) {
-    Button button;
-    button.press(button.on_surface());
-    button.click(button.on_surface(), Qt::BackButton);
-    EXPECT_TRUE(button.sunken());
-    button.release(button.on_surface());
-    EXPECT_EQ(button.log, (QStringList{"MouseDown 1 0 76,12", "MouseUp 1 0 76,12", "Click"}));
+TEST_F(Elboton, FourthMouseButtonDoesNotAffectALeftPress) {
+    press(on_surface());
+    click(on_surface(), Qt::BackButton);
+    EXPECT_TRUE(sunken());
+    release(on_surface());
+    EXPECT_EQ(log, (QStringList{"MouseDown 1 0 76,12", "MouseUp 1 0 76,12", "Click"}));
 }
 
-TEST(Elboton, ReleaseOutsideRaisesTheButtonWithoutAClick) {
-    Button button;
-    button.press(button.on_surface());
-    button.release(QPoint(300, 200));
-    EXPECT_TRUE(button.raised());
-    EXPECT_EQ(button.log, (QStringList{"MouseDown 1 0 76,12", "MouseUp 1 0 300,200"}));
+TEST_F(Elboton, ReleaseOutsideRaisesTheButtonWithoutAClick) {
+    press(on_surface());
+    release(QPoint(300, 200));
+    EXPECT_TRUE(raised());
+    EXPECT_EQ(log, (QStringList{"MouseDown 1 0 76,12", "MouseUp 1 0 300,200"}));
 }
 
-// A press whose release is lost: a disabled control gets no mouse events.
-void press_without_release(Button& button) {
-    button.press(button.on_surface());
-    button->SetEnabled(false);
-    button.release(button.on_surface());
-    button->SetEnabled(true);
-    ASSERT_TRUE(button.sunken());
-    button.log.clear();
+TEST_F(Elboton, MoveWithoutButtonsAfterALostReleaseRaisesTheButton) {
+    press_without_release();
+    move(control, text("label").place().topLeft().toPoint() + QPoint(2, 1));
+    EXPECT_TRUE(raised());
+    EXPECT_EQ(log, QStringList{"MouseMove 0 0 2,1"});
 }
 
-TEST(Elboton, MoveWithoutButtonsAfterALostReleaseRaisesTheButton) {
-    Button button;
-    press_without_release(button);
-    move(button.control, button.text("label").place().topLeft().toPoint() + QPoint(2, 1));
-    EXPECT_TRUE(button.raised());
-    EXPECT_EQ(button.log, QStringList{"MouseMove 0 0 2,1"});
+TEST_F(Elboton, MoveWithAButtonHeldLeavesItSunken) {
+    press(on_surface());
+    move(control, QPoint(300, 200), Qt::LeftButton);
+    EXPECT_TRUE(sunken());
+    release(QPoint(300, 200));
 }
 
-TEST(Elboton, MoveWithAButtonHeldLeavesItSunken) {
-    Button button;
-    button.press(button.on_surface());
-    move(button.control, QPoint(300, 200), Qt::LeftButton);
-    EXPECT_TRUE(button.sunken());
-    button.release(QPoint(300, 200));
+TEST_F(Elboton, NewPressAfterALostReleaseRaisesTheButton) {
+    press_without_release();
+    press(on_surface(), Qt::RightButton);
+    EXPECT_TRUE(raised());
+    release(on_surface(), Qt::RightButton);
+    EXPECT_EQ(log, (QStringList{"MouseDown 2 0 76,12", "MouseUp 2 0 76,12"}));
 }
 
-TEST(Elboton, NewPressAfterALostReleaseRaisesTheButton) {
-    Button button;
-    press_without_release(button);
-    button.press(button.on_surface(), Qt::RightButton);
-    EXPECT_TRUE(button.raised());
-    button.release(button.on_surface(), Qt::RightButton);
-    EXPECT_EQ(button.log, (QStringList{"MouseDown 2 0 76,12", "MouseUp 2 0 76,12"}));
+TEST_F(Elboton, OtherButtonsReleaseAfterALostReleaseIsNoClick) {
+    press_without_release();
+    press(on_surface(), Qt::RightButton);
+    release(on_surface());
+    EXPECT_FALSE(log.contains("Click"));
+    release(on_surface(), Qt::RightButton);
 }
 
-TEST(Elboton, OtherButtonsReleaseAfterALostReleaseIsNoClick) {
-    Button button;
-    press_without_release(button);
-    button.press(button.on_surface(), Qt::RightButton);
-    button.release(button.on_surface());
-    EXPECT_FALSE(button.log.contains("Click"));
-    button.release(button.on_surface(), Qt::RightButton);
+TEST_F(Elboton, LateReleaseAfterALostReleaseIsNoClick) {
+    press_without_release();
+    move(control, on_surface());
+    release(on_surface());
+    EXPECT_TRUE(log.isEmpty());
 }
 
-TEST(Elboton, LateReleaseAfterALostReleaseIsNoClick) {
-    Button button;
-    press_without_release(button);
-    move(button.control, button.on_surface());
-    button.release(button.on_surface());
-    EXPECT_TRUE(button.log.isEmpty());
+TEST_F(Elboton, FirstReleaseWithoutAPressIsNoClick) {
+    press(on_surface(), Qt::RightButton);
+    release(on_surface());
+    release(on_surface(), Qt::RightButton);
+    EXPECT_FALSE(log.contains("Click"));
 }
 
-TEST(Elboton, FirstReleaseWithoutAPressIsNoClick) {
-    Button button;
-    button.press(button.on_surface(), Qt::RightButton);
-    button.release(button.on_surface());
-    button.release(button.on_surface(), Qt::RightButton);
-    EXPECT_FALSE(button.log.contains("Click"));
-}
-
-TEST(Elboton, ReleaseJustOutsideAnEdgeIsNoClick) {
-    Button button;
+TEST_F(Elboton, ReleaseJustOutsideAnEdgeIsNoClick) {
     for (const QPoint behind : {QPoint(80, 12), QPoint(76, 24), QPoint(-1, 12), QPoint(76, -1)}) {
-        button.press(button.on_surface());
-        button.release(behind);
+        press(on_surface());
+        release(behind);
     }
-    EXPECT_EQ(button.log.count("Click"), 0);
+    EXPECT_EQ(log.count("Click"), 0);
     for (const QPoint last : {QPoint(79, 12), QPoint(76, 23), QPoint(0, 12), QPoint(76, 0)}) {
-        button.press(button.on_surface());
-        button.release(last);
+        press(on_surface());
+        release(last);
     }
-    EXPECT_EQ(button.log.count("Click"), 4);
+    EXPECT_EQ(log.count("Click"), 4);
 }
 
-TEST(Elboton, CaptionAndSurfaceRaiseClick) {
-    Button button;
-    button.click(button.on_surface());
-    button.click(button.on_label());
-    EXPECT_EQ(button.log.count("Click"), 2);
-    EXPECT_EQ(button.log.last(), "Click");
+TEST_F(Elboton, CaptionAndSurfaceRaiseClick) {
+    click(on_surface());
+    click(on_label());
+    EXPECT_EQ(log.count("Click"), 2);
+    EXPECT_EQ(log.last(), "Click");
 }
 
-TEST(Elboton, OnlyTheCaptionRaisesMouseMoveInItsOwnPixels) {
-    Button button;
-    move(button.control, button.on_surface());
-    EXPECT_TRUE(button.log.isEmpty());
-    const QPoint corner = button.text("label").place().topLeft().toPoint();
-    move(button.control, corner + QPoint(2, 1));
-    EXPECT_EQ(button.log, QStringList{"MouseMove 0 0 2,1"});
+TEST_F(Elboton, OnlyTheCaptionRaisesMouseMoveInItsOwnPixels) {
+    move(control, on_surface());
+    EXPECT_TRUE(log.isEmpty());
+    const QPoint corner = text("label").place().topLeft().toPoint();
+    move(control, corner + QPoint(2, 1));
+    EXPECT_EQ(log, QStringList{"MouseMove 0 0 2,1"});
 }
 
-TEST(Elboton, DropShadowOfABlackCaptionIsInvisible) {
+TEST_F(Elboton, DropShadowOfABlackCaptionIsInvisible) {
     Button button("Shadow");
     button->SetForeColor(theme::black);
     const QImage before = picture_of(button.control);
@@ -236,23 +213,21 @@ TEST(Elboton, DropShadowOfABlackCaptionIsInvisible) {
     EXPECT_NE(picture_of(button.control), before);
 }
 
-TEST(Elboton, LabelHigherThanTheControlKeepsItsTop) {
-    Button button;
-    const double top = button.text("label").Top;
-    button->SetFontSize(30);
-    ASSERT_GT(button.text("label").Height, 24);
-    EXPECT_EQ(button.text("label").Top, top);
-    EXPECT_EQ(button.text("shadow1").Top, top + 1);
+TEST_F(Elboton, LabelHigherThanTheControlKeepsItsTop) {
+    const double top = text("label").Top;
+    control.SetFontSize(30);
+    ASSERT_GT(text("label").Height, 24);
+    EXPECT_EQ(text("label").Top, top);
+    EXPECT_EQ(text("shadow1").Top, top + 1);
 }
 
-TEST(Elboton, DisabledButtonIgnoresTheMouse) {
-    Button button;
-    button->SetEnabled(false);
-    button.click(button.on_surface());
-    EXPECT_TRUE(button.log.isEmpty());
+TEST_F(Elboton, DisabledButtonIgnoresTheMouse) {
+    control.SetEnabled(false);
+    click(on_surface());
+    EXPECT_TRUE(log.isEmpty());
 }
 
-TEST(Elboton, ObtainedBackgroundIsBlendedWithTheClearedSurface) {
+TEST_F(Elboton, ObtainedBackgroundIsBlendedWithTheClearedSurface) {
     Button button("");
     button->SetBackColor(0);
     TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
@@ -264,7 +239,7 @@ TEST(Elboton, ObtainedBackgroundIsBlendedWithTheClearedSurface) {
     EXPECT_FAILURE(button->obtener_imagen_fondo(behind.hDC(), 0, 0, -1), Overflow);
 }
 
-TEST(Elboton, AlphaOutOfRangeFailsAfterClearing) {
+TEST_F(Elboton, AlphaOutOfRangeFailsAfterClearing) {
     Button button("");
     TestSurface behind(200, 100, 32, 0, 0xFFFFFF);
     button->obtener_imagen_fondo(behind.hDC(), 0, 0, 255);

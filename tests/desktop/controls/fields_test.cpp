@@ -48,7 +48,9 @@ struct TextBox : Recorded<eltexto> {
     }
 };
 
-TEST(Eltexto, FieldMovesUpOnePixelAtEachResize) {
+class Eltexto : public testing::Test, protected TextBox {};
+
+TEST_F(Eltexto, FieldMovesUpOnePixelAtEachResize) {
     eltexto text("t", nullptr);
     EXPECT_EQ(text.Text1().pos(), QPoint(4, 3));
     text.resize(100, 20);
@@ -59,7 +61,7 @@ TEST(Eltexto, FieldMovesUpOnePixelAtEachResize) {
     EXPECT_EQ(text.Text1().width(), 112);
 }
 
-TEST(Eltexto, FieldDoesNotMoveWithoutANewSize) {
+TEST_F(Eltexto, FieldDoesNotMoveWithoutANewSize) {
     eltexto text("t", nullptr);
     text.setGeometry(10, 10, 100, 20);
     text.setGeometry(30, 10, 100, 20);
@@ -68,63 +70,56 @@ TEST(Eltexto, FieldDoesNotMoveWithoutANewSize) {
     EXPECT_EQ(text.Text1().pos(), QPoint(4, 2));
 }
 
-TEST(Eltexto, FieldHasMovedUpOnceWhenFirstShown) {
-    TextBox text;
-    EXPECT_EQ(text.field().y(), 2);
+TEST_F(Eltexto, FieldHasMovedUpOnceWhenFirstShown) {
+    EXPECT_EQ(field().y(), 2);
 }
 
-TEST(Eltexto, ColoursApplyToTheField) {
-    TextBox text;
-    text->SetText("MMMM");
-    text->SetBackColor(0x102030);
-    text->SetForeColor(0x00FFFF);
-    const QImage picture = picture_of(text.control);
+TEST_F(Eltexto, ColoursApplyToTheField) {
+    control.SetText("MMMM");
+    control.SetBackColor(0x102030);
+    control.SetForeColor(0x00FFFF);
+    const QImage picture = picture_of(control);
     EXPECT_EQ(colour_at(picture, 2, 10), 0x102030);
     EXPECT_EQ(colour_at(picture, 90, 10), 0x102030);
     EXPECT_GT(count_of(picture, 0x00FFFF), 0);
 }
 
-TEST(Eltexto, KeyEventsAreRaisedBeforeTheFieldHandlesTheKey) {
-    TextBox text;
-    QTest::sendKeyEvent(QTest::Press, &text.field(), Qt::Key_A, QString("A"), Qt::ShiftModifier);
-    EXPECT_EQ(text.log, (QStringList{"KeyDown 16 1", "KeyDown 65 1", "KeyPress 65 ''"}));
-    EXPECT_EQ(text->Text(), "A");
-    QTest::keyRelease(&text.field(), Qt::Key_A);
-    EXPECT_EQ(text.log.last(), "KeyUp 65 0");
+TEST_F(Eltexto, KeyEventsAreRaisedBeforeTheFieldHandlesTheKey) {
+    QTest::sendKeyEvent(QTest::Press, &field(), Qt::Key_A, QString("A"), Qt::ShiftModifier);
+    EXPECT_EQ(log, (QStringList{"KeyDown 16 1", "KeyDown 65 1", "KeyPress 65 ''"}));
+    EXPECT_EQ(control.Text(), "A");
+    QTest::keyRelease(&field(), Qt::Key_A);
+    EXPECT_EQ(log.last(), "KeyUp 65 0");
 }
 
-TEST(Eltexto, KeysWithoutACharacterRaiseNoKeyPress) {
-    TextBox text;
-    QTest::keyClick(&text.field(), Qt::Key_Left, Qt::ControlModifier);
-    QTest::keyClick(&text.field(), Qt::Key_Delete);
-    EXPECT_EQ(text.log, (QStringList{"KeyDown 17 2", "KeyDown 37 2", "KeyUp 37 2", "KeyUp 17 0",
-                                     "KeyDown 46 0", "KeyUp 46 0"}));
+TEST_F(Eltexto, KeysWithoutACharacterRaiseNoKeyPress) {
+    QTest::keyClick(&field(), Qt::Key_Left, Qt::ControlModifier);
+    QTest::keyClick(&field(), Qt::Key_Delete);
+    EXPECT_EQ(log, (QStringList{"KeyDown 17 2", "KeyDown 37 2", "KeyUp 37 2", "KeyUp 17 0", "KeyDown 46 0",
+                                "KeyUp 46 0"}));
 }
 
-TEST(Eltexto, ControlKeysWithACharacterRaiseKeyPress) {
-    TextBox text;
-    QTest::keyPress(&text.field(), Qt::Key_Return);
-    QTest::keyPress(&text.field(), Qt::Key_Backspace);
-    EXPECT_EQ(text.log, (QStringList{"KeyDown 13 0", "KeyPress 13 ''", "KeyDown 8 0", "KeyPress 8 ''"}));
+TEST_F(Eltexto, ControlKeysWithACharacterRaiseKeyPress) {
+    QTest::keyPress(&field(), Qt::Key_Return);
+    QTest::keyPress(&field(), Qt::Key_Backspace);
+    EXPECT_EQ(log, (QStringList{"KeyDown 13 0", "KeyPress 13 ''", "KeyDown 8 0", "KeyPress 8 ''"}));
 }
 
-TEST(Eltexto, LettersDigitsAndFunctionKeysAreNumberedInOrder) {
-    TextBox text;
+TEST_F(Eltexto, LettersDigitsAndFunctionKeysAreNumberedInOrder) {
     for (int i = 0; i < 26; ++i) {
-        EXPECT_EQ(text.key_number(Qt::Key_A + i), 'A' + i);
-        EXPECT_EQ(text.key_number(Qt::Key_A + i, Qt::ShiftModifier), 'A' + i);
+        EXPECT_EQ(key_number(Qt::Key_A + i), 'A' + i);
+        EXPECT_EQ(key_number(Qt::Key_A + i, Qt::ShiftModifier), 'A' + i);
     }
     for (int i = 0; i < 10; ++i) {
-        EXPECT_EQ(text.key_number(Qt::Key_0 + i), '0' + i);
-        EXPECT_EQ(text.key_number(Qt::Key_0 + i, Qt::KeypadModifier), 96 + i);
+        EXPECT_EQ(key_number(Qt::Key_0 + i), '0' + i);
+        EXPECT_EQ(key_number(Qt::Key_0 + i, Qt::KeypadModifier), 96 + i);
     }
     for (int i = 0; i < 16; ++i) {
-        EXPECT_EQ(text.key_number(Qt::Key_F1 + i), 112 + i);
+        EXPECT_EQ(key_number(Qt::Key_F1 + i), 112 + i);
     }
 }
 
-TEST(Eltexto, OtherKeysHaveTheirOwnNumbers) {
-    TextBox text;
+TEST_F(Eltexto, OtherKeysHaveTheirOwnNumbers) {
     const std::vector<std::pair<Qt::Key, int>> expected{
         {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},       {Qt::Key_Backtab, 9},   {Qt::Key_Return, 13},
         {Qt::Key_Enter, 13},    {Qt::Key_Shift, 16},    {Qt::Key_Control, 17},  {Qt::Key_Alt, 18},
@@ -135,11 +130,11 @@ TEST(Eltexto, OtherKeysHaveTheirOwnNumbers) {
         {Qt::Key_MediaPlay, 0},
     };
     for (const auto& [key, number] : expected) {
-        EXPECT_EQ(text.key_number(key), number) << key;
+        EXPECT_EQ(key_number(key), number) << key;
     }
 }
 
-TEST(Eltexto, ShiftDoesNotChangeTheNumberOfADigitOrSignKey) {
+TEST_F(Eltexto, ShiftDoesNotChangeTheNumberOfADigitOrSignKey) {
     struct SignKey {
         int plain;
         Qt::Key shifted;
@@ -177,78 +172,69 @@ TEST(Eltexto, ShiftDoesNotChangeTheNumberOfADigitOrSignKey) {
 }
 
 // Without Num Lock, the keys of the keypad have the numbers of the cursor keys.
-TEST(Eltexto, KeypadKeysHaveTheirOwnNumbers) {
-    TextBox text;
+TEST_F(Eltexto, KeypadKeysHaveTheirOwnNumbers) {
     const std::vector<std::pair<Qt::Key, int>> expected{
         {Qt::Key_Asterisk, 106}, {Qt::Key_Plus, 107},  {Qt::Key_Minus, 109},
         {Qt::Key_Period, 110},   {Qt::Key_Slash, 111}, {Qt::Key_Enter, 13},
         {Qt::Key_Home, 36},      {Qt::Key_Clear, 12},  {Qt::Key_Delete, 46},
     };
     for (const auto& [key, number] : expected) {
-        EXPECT_EQ(text.key_number(key, Qt::KeypadModifier), number) << key;
+        EXPECT_EQ(key_number(key, Qt::KeypadModifier), number) << key;
     }
 }
 
-TEST(Eltexto, CharacterBeyond16BitsBecomesAQuestionMark) {
-    TextBox text;
+TEST_F(Eltexto, CharacterBeyond16BitsBecomesAQuestionMark) {
     QKeyEvent event(QEvent::KeyPress, 0, Qt::NoModifier, QString(QChar(0x9999)));
-    QCoreApplication::sendEvent(&text.field(), &event);
-    EXPECT_EQ(text.log, (QStringList{"KeyDown 0 0", "KeyPress 63 ''"}));
-    EXPECT_EQ(text->Text(), QString(QChar(0x9999)));
+    QCoreApplication::sendEvent(&field(), &event);
+    EXPECT_EQ(log, (QStringList{"KeyDown 0 0", "KeyPress 63 ''"}));
+    EXPECT_EQ(control.Text(), QString(QChar(0x9999)));
 }
 
-TEST(Eltexto, MouseEventsOfTheFieldAreForwarded) {
-    TextBox text;
-    QLineEdit& field = text.field();
-    move(field, QPoint(5, 6));
-    QTest::mouseClick(&field, Qt::LeftButton, Qt::AltModifier, QPoint(7, 8));
-    EXPECT_EQ(text.log, (QStringList{"MouseMove 0 0 5,6", "MouseDown 1 4 7,8", "MouseUp 1 4 7,8", "Click"}));
-    text.log.clear();
-    double_click(field, QPoint(9, 9));
-    EXPECT_EQ(text.log, (QStringList{"MouseDown 1 0 9,9", "MouseUp 1 0 9,9", "Click", "MouseDown 1 0 9,9",
-                                     "DblClick", "MouseUp 1 0 9,9"}));
+TEST_F(Eltexto, MouseEventsOfTheFieldAreForwarded) {
+    move(field(), QPoint(5, 6));
+    QTest::mouseClick(&field(), Qt::LeftButton, Qt::AltModifier, QPoint(7, 8));
+    EXPECT_EQ(log, (QStringList{"MouseMove 0 0 5,6", "MouseDown 1 4 7,8", "MouseUp 1 4 7,8", "Click"}));
+    log.clear();
+    double_click(field(), QPoint(9, 9));
+    EXPECT_EQ(log, (QStringList{"MouseDown 1 0 9,9", "MouseUp 1 0 9,9", "Click", "MouseDown 1 0 9,9",
+                                "DblClick", "MouseUp 1 0 9,9"}));
 }
 
-TEST(Eltexto, ReleaseOutsideTheFieldIsNoClick) {
-    TextBox text;
-    for (const QPoint outside : {QPoint(7, 80), QPoint(text.field().width(), 8)}) {
-        QTest::mousePress(&text.field(), Qt::LeftButton, {}, QPoint(7, 8));
-        QTest::mouseRelease(&text.field(), Qt::LeftButton, {}, outside);
-        EXPECT_EQ(text.log.last(), QString("MouseUp 1 0 %1,%2").arg(outside.x()).arg(outside.y()));
+TEST_F(Eltexto, ReleaseOutsideTheFieldIsNoClick) {
+    for (const QPoint outside : {QPoint(7, 80), QPoint(field().width(), 8)}) {
+        QTest::mousePress(&field(), Qt::LeftButton, {}, QPoint(7, 8));
+        QTest::mouseRelease(&field(), Qt::LeftButton, {}, outside);
+        EXPECT_EQ(log.last(), QString("MouseUp 1 0 %1,%2").arg(outside.x()).arg(outside.y()));
     }
 }
 
-TEST(Eltexto, FirstReleaseWithoutAPressIsNoClick) {
-    TextBox text;
-    QTest::mousePress(&text.field(), Qt::RightButton, {}, QPoint(7, 8));
-    QTest::mouseRelease(&text.field(), Qt::LeftButton, {}, QPoint(7, 8));
-    QTest::mouseRelease(&text.field(), Qt::RightButton, {}, QPoint(7, 8));
-    EXPECT_FALSE(text.log.contains("Click"));
+TEST_F(Eltexto, FirstReleaseWithoutAPressIsNoClick) {
+    QTest::mousePress(&field(), Qt::RightButton, {}, QPoint(7, 8));
+    QTest::mouseRelease(&field(), Qt::LeftButton, {}, QPoint(7, 8));
+    QTest::mouseRelease(&field(), Qt::RightButton, {}, QPoint(7, 8));
+    EXPECT_FALSE(log.contains("Click"));
 }
 
-TEST(Eltexto, MoveWithoutButtonsIsForwarded) {
-    TextBox text;
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&text.window));
-    QTest::mouseMove(text.window.windowHandle(), {40, 30});
-    QTest::mouseMove(text.window.windowHandle(), {50, 30});
-    EXPECT_TRUE(text.log.value(0).startsWith("MouseMove"));
+TEST_F(Eltexto, MoveWithoutButtonsIsForwarded) {
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    QTest::mouseMove(window.windowHandle(), {40, 30});
+    QTest::mouseMove(window.windowHandle(), {50, 30});
+    EXPECT_TRUE(log.value(0).startsWith("MouseMove"));
 }
 
-TEST(Eltexto, FourthAndFifthMouseButtonsRaiseNoEvents) {
-    TextBox text;
+TEST_F(Eltexto, FourthAndFifthMouseButtonsRaiseNoEvents) {
     for (const Qt::MouseButton other : {Qt::BackButton, Qt::ForwardButton}) {
-        fast_pair(&text.field(), other, {}, {7, 8});
+        fast_pair(&field(), other, {}, {7, 8});
     }
-    EXPECT_TRUE(text.log.isEmpty());
+    EXPECT_TRUE(log.isEmpty());
 }
 
-TEST(Eltexto, MouseEventsBesideTheFieldAreNotForwarded) {
-    TextBox text;
-    text.click(QPoint(1, 10));
-    EXPECT_TRUE(text.log.isEmpty());
+TEST_F(Eltexto, MouseEventsBesideTheFieldAreNotForwarded) {
+    click(QPoint(1, 10));
+    EXPECT_TRUE(log.isEmpty());
 }
 
-TEST(Eltexto, TextStartsFourPixelsFromTheLeft) {
+TEST_F(Eltexto, TextStartsFourPixelsFromTheLeft) {
     const auto first_column = [](const QImage& image, Colour ground) {
         const int middle = image.height() / 2;
         int column = 1;
@@ -268,16 +254,15 @@ TEST(Eltexto, TextStartsFourPixelsFromTheLeft) {
     EXPECT_EQ(first_column(picture_of(text.control), ground), first_column(expected, ground));
 }
 
-TEST(Eltexto, MaxCharsLimitsTheInput) {
-    TextBox text;
-    text->SetMaxChars(3);
-    EXPECT_EQ(text->MaxChars(), 3);
-    QTest::keyClicks(&text.field(), "12345");
-    EXPECT_EQ(text->Text(), "123");
-    text->SetMaxChars(0);
-    QTest::keyClicks(&text.field(), "45");
-    EXPECT_EQ(text->Text(), "12345");
-    EXPECT_FAILURE(text->SetMaxChars(-1), InvalidPropertyValue);
+TEST_F(Eltexto, MaxCharsLimitsTheInput) {
+    control.SetMaxChars(3);
+    EXPECT_EQ(control.MaxChars(), 3);
+    QTest::keyClicks(&field(), "12345");
+    EXPECT_EQ(control.Text(), "123");
+    control.SetMaxChars(0);
+    QTest::keyClicks(&field(), "45");
+    EXPECT_EQ(control.Text(), "12345");
+    EXPECT_FAILURE(control.SetMaxChars(-1), InvalidPropertyValue);
 }
 
 // The combo box.
@@ -288,80 +273,76 @@ struct Combo : Recorded<elcombo> {
     const QWidget* child(const char* name) { return control.findChild<QWidget*>(name); }
 };
 
-TEST(Elcombo, PartsAreAtTheirDesignedPositions) {
-    Combo combo;
-    EXPECT_EQ(combo.child("Picture2")->geometry(), QRect(1, 1, 118, 18));
-    EXPECT_EQ(combo.child("Combo1")->pos(), QPoint(-1, -3));
-    EXPECT_EQ(combo.child("Combo1")->width(), 120);
-    EXPECT_EQ(combo.child("Combo1")->parentWidget(), combo.child("Picture2"));
+class Elcombo : public testing::Test, protected Combo {};
+
+TEST_F(Elcombo, PartsAreAtTheirDesignedPositions) {
+    EXPECT_EQ(child("Picture2")->geometry(), QRect(1, 1, 118, 18));
+    EXPECT_EQ(child("Combo1")->pos(), QPoint(-1, -3));
+    EXPECT_EQ(child("Combo1")->width(), 120);
+    EXPECT_EQ(child("Combo1")->parentWidget(), child("Picture2"));
     // (1800 twips - 280) / 15 - 2, rounded to the nearest pixel
-    EXPECT_EQ(combo.child("Picture1")->geometry(), QRect(99, 0, 20, 18));
+    EXPECT_EQ(child("Picture1")->geometry(), QRect(99, 0, 20, 18));
 }
 
 // With one twip per pixel nothing is rounded.
-TEST(Elcombo, ArrowKeepsItsDistanceFromTheRight) {
+TEST_F(Elcombo, ArrowKeepsItsDistanceFromTheRight) {
     const OtherScreen fine(1);
     Shown<elcombo> combo(2000);
     EXPECT_EQ(combo->findChild<QWidget*>("Picture1")->x(), 2000 - 280 - 2);
 }
 
-TEST(Elcombo, NewComboHasItsListAtTheCornerOfTheClip) {
+TEST_F(Elcombo, NewComboHasItsListAtTheCornerOfTheClip) {
     elcombo combo("c", nullptr);
     EXPECT_EQ(combo.Combo1().pos(), QPoint(-1, -1));
 }
 
-TEST(Elcombo, BackColorFillsTheListAndTheArrowButton) {
-    Combo combo;
-    combo->SetBackColor(0x1000A0);
-    combo->SetSymbolColor(0x1000A0); // hides the arrow
-    EXPECT_EQ(count_of(picture_of(combo.control), 0x1000A0, QRect(1, 1, 118, 18)), 118 * 18);
+TEST_F(Elcombo, BackColorFillsTheListAndTheArrowButton) {
+    control.SetBackColor(0x1000A0);
+    control.SetSymbolColor(0x1000A0); // hides the arrow
+    EXPECT_EQ(count_of(picture_of(control), 0x1000A0, QRect(1, 1, 118, 18)), 118 * 18);
 }
 
-TEST(Elcombo, ArrowIsDrawnInSymbolColorOnTheBackground) {
-    Combo combo;
-    combo->SetSymbolColor(0x0000FF);
+TEST_F(Elcombo, ArrowIsDrawnInSymbolColorOnTheBackground) {
+    control.SetSymbolColor(0x0000FF);
     for (const int scale : {1, 2}) {
-        const QImage picture = picture_of(combo.control, scale);
+        const QImage picture = picture_of(control, scale);
         const QRect arrow(100 * scale, scale, 19 * scale, 18 * scale);
         EXPECT_GT(count_of(picture, 0x0000FF, arrow), 4 * scale * scale);
         EXPECT_GT(count_of(picture, theme::field_background, arrow), 200 * scale * scale);
         EXPECT_EQ(count_of(picture, 0x0000FF), count_of(picture, 0x0000FF, arrow));
     }
-    EXPECT_EQ(combo.text("Label2").Caption(), "6");
+    EXPECT_EQ(text("Label2").Caption(), "6");
 }
 
-TEST(Elcombo, IsPaintedWhileAFailureIsShown) {
-    Combo combo;
-    const QImage before = picture_of(combo.control);
+TEST_F(Elcombo, IsPaintedWhileAFailureIsShown) {
+    const QImage before = picture_of(control);
     QImage during;
     const FatalErrorHandlerInstallation end(
-        [&](std::string_view, std::string_view) { during = picture_of(combo.control); });
+        [&](std::string_view, std::string_view) { during = picture_of(control); });
     guard_event([] { fail(Failure::Overflow); });
     EXPECT_EQ(during, before);
 }
 
-TEST(Elcombo, ArrowPassesMouseEventsToTheList) {
-    Combo combo;
+TEST_F(Elcombo, ArrowPassesMouseEventsToTheList) {
     const QPoint arrow(110, 10);
-    EXPECT_EQ(combo.window.childAt(combo->mapTo(&combo.window, arrow)), combo.child("Combo1"));
-    QTest::mousePress(&combo->Combo1(), Qt::LeftButton, {},
-                      combo->Combo1().mapFrom(&combo.window, combo->mapTo(&combo.window, arrow)));
-    EXPECT_TRUE(combo->Combo1().view()->isVisible());
-    combo->Combo1().hidePopup();
+    EXPECT_EQ(window.childAt(control.mapTo(&window, arrow)), child("Combo1"));
+    QTest::mousePress(&control.Combo1(), Qt::LeftButton, {},
+                      control.Combo1().mapFrom(&window, control.mapTo(&window, arrow)));
+    EXPECT_TRUE(control.Combo1().view()->isVisible());
+    control.Combo1().hidePopup();
 }
 
-TEST(Elcombo, HoverStateChangesTheArrowColour) {
-    Combo combo;
-    combo->SetSymbolOverColor(0x00FF00);
-    EXPECT_EQ(combo.text("Label2").ForeColor, light);
-    combo->set_over_state();
-    EXPECT_EQ(combo.text("Label2").ForeColor, 0x00FF00);
-    EXPECT_GT(count_of(picture_of(combo.control), 0x00FF00), 4);
-    combo->set_normal_state();
-    EXPECT_EQ(combo.text("Label2").ForeColor, light);
+TEST_F(Elcombo, HoverStateChangesTheArrowColour) {
+    control.SetSymbolOverColor(0x00FF00);
+    EXPECT_EQ(text("Label2").ForeColor, light);
+    control.set_over_state();
+    EXPECT_EQ(text("Label2").ForeColor, 0x00FF00);
+    EXPECT_GT(count_of(picture_of(control), 0x00FF00), 4);
+    control.set_normal_state();
+    EXPECT_EQ(text("Label2").ForeColor, light);
 }
 
-TEST(Elcombo, ItemsAreAddedReplacedReadAndCleared) {
+TEST_F(Elcombo, ItemsAreAddedReplacedReadAndCleared) {
     Combo combo("");
     EXPECT_EQ(combo->ListCount(), 0);
     combo->AddItem("first");
@@ -377,68 +358,62 @@ TEST(Elcombo, ItemsAreAddedReplacedReadAndCleared) {
     EXPECT_EQ(combo->GetListIndex(), -1);
 }
 
-TEST(Elcombo, IndexOutOfRangeIsSubscriptOutOfRange) {
-    Combo combo;
+TEST_F(Elcombo, IndexOutOfRangeIsSubscriptOutOfRange) {
     for (const std::int16_t index : {std::int16_t{-1}, std::int16_t{3}}) {
-        EXPECT_FAILURE(combo->GetList(index), SubscriptOutOfRange);
-        EXPECT_FAILURE(combo->SetList(index, "x"), SubscriptOutOfRange);
+        EXPECT_FAILURE(control.GetList(index), SubscriptOutOfRange);
+        EXPECT_FAILURE(control.SetList(index, "x"), SubscriptOutOfRange);
     }
-    EXPECT_EQ(combo->ListCount(), 3);
+    EXPECT_EQ(control.ListCount(), 3);
 }
 
-TEST(Elcombo, SelectingAnItemRaisesClick) {
-    Combo combo;
-    combo->SetListIndex(2);
-    EXPECT_EQ(combo->GetListIndex(), 2);
-    EXPECT_EQ(combo.log, QStringList{"Click"});
+TEST_F(Elcombo, SelectingAnItemRaisesClick) {
+    control.SetListIndex(2);
+    EXPECT_EQ(control.GetListIndex(), 2);
+    EXPECT_EQ(log, QStringList{"Click"});
 }
 
-TEST(Elcombo, SelectingAnIndexOutOfRangeDoesNothing) {
-    Combo combo;
-    combo->SetListIndex(1);
-    combo.log.clear();
-    combo->SetListIndex(-1);
-    combo->SetListIndex(3);
-    EXPECT_EQ(combo->GetListIndex(), 1);
-    combo->Clear();
+TEST_F(Elcombo, SelectingAnIndexOutOfRangeDoesNothing) {
+    control.SetListIndex(1);
+    log.clear();
+    control.SetListIndex(-1);
+    control.SetListIndex(3);
+    EXPECT_EQ(control.GetListIndex(), 1);
+    control.Clear();
     for (const std::int16_t line : {std::int16_t{-1}, std::int16_t{0}}) {
-        combo->SetListIndex(line);
-        EXPECT_EQ(combo->GetListIndex(), -1);
+        control.SetListIndex(line);
+        EXPECT_EQ(control.GetListIndex(), -1);
     }
-    EXPECT_TRUE(combo.log.isEmpty());
+    EXPECT_TRUE(log.isEmpty());
 }
 
-TEST(Elcombo, RemovingAnIndexOutOfRangeDoesNothing) {
-    Combo combo;
-    combo->RemoveItem(-1);
-    combo->RemoveItem(3);
-    EXPECT_EQ(combo->List(), "one\ntwo\nthree");
-    combo->RemoveItem(1);
-    EXPECT_EQ(combo->List(), "one\nthree");
-    combo->Clear();
-    combo->RemoveItem(0);
-    EXPECT_EQ(combo->ListCount(), 0);
+TEST_F(Elcombo, RemovingAnIndexOutOfRangeDoesNothing) {
+    control.RemoveItem(-1);
+    control.RemoveItem(3);
+    EXPECT_EQ(control.List(), "one\ntwo\nthree");
+    control.RemoveItem(1);
+    EXPECT_EQ(control.List(), "one\nthree");
+    control.Clear();
+    control.RemoveItem(0);
+    EXPECT_EQ(control.ListCount(), 0);
 }
 
-TEST(Elcombo, RemovingTheSelectedItemSelectsNoOther) {
-    Combo combo;
-    combo->SetListIndex(1);
-    combo->RemoveItem(1);
-    EXPECT_EQ(combo->GetListIndex(), -1);
-    combo->SetListIndex(1);
-    combo->RemoveItem(0);
-    EXPECT_EQ(combo->GetListIndex(), 0);
+TEST_F(Elcombo, RemovingTheSelectedItemSelectsNoOther) {
+    control.SetListIndex(1);
+    control.RemoveItem(1);
+    EXPECT_EQ(control.GetListIndex(), -1);
+    control.SetListIndex(1);
+    control.RemoveItem(0);
+    EXPECT_EQ(control.GetListIndex(), 0);
 }
 
-TEST(Elcombo, PropertiesWithoutEffectOnlyNotifyTheHost) {
-    Combo combo;
-    const ChangedProperties changed(combo.control);
-    const QImage before = picture_of(combo.control);
-    combo->SetDropShadow(true);
-    combo->SetListBackColor(0x0000FF);
-    combo->SetListForeColor(0x00FF00);
-    EXPECT_FALSE(combo->DropShadow());
-    EXPECT_EQ(picture_of(combo.control), before);
+TEST_F(Elcombo, PropertiesWithoutEffectOnlyNotifyTheHost) {
+    const ChangedProperties changed(control);
+    const QImage before = picture_of(control);
+    control.SetDropShadow(true);
+    control.SetListBackColor(0x0000FF);
+    control.SetListForeColor(0x00FF00);
+    EXPECT_FALSE(control.DropShadow());
+    EXPECT_EQ(picture_of(control), before);
     EXPECT_EQ(changed.names, (QStringList{"DropShadow", "ListBackColor", "ListForeColor"}));
 }
 

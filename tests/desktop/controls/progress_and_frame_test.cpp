@@ -26,7 +26,9 @@ int blocks_of(elprogress& progress) {
     return (pixels + 1) / 8;
 }
 
-TEST(Elprogress, BlocksAreTheShareOfTheTenCellsRoundedDown) {
+class Elprogress : public testing::Test, protected Progress {};
+
+TEST_F(Elprogress, BlocksAreTheShareOfTheTenCellsRoundedDown) {
     struct Case {
         int least;
         int most;
@@ -48,7 +50,7 @@ TEST(Elprogress, BlocksAreTheShareOfTheTenCellsRoundedDown) {
     }
 }
 
-TEST(Elprogress, BarNarrowerThan12PixelsHasNoCells) {
+TEST_F(Elprogress, BarNarrowerThan12PixelsHasNoCells) {
     const OtherScreen coarse(60); // the minimum width of 360 twips is six pixels
     elprogress progress("p", nullptr);
     progress.resize(11, 24);
@@ -59,40 +61,36 @@ TEST(Elprogress, BarNarrowerThan12PixelsHasNoCells) {
     EXPECT_GT(count_of(picture_of(progress), block), 0);
 }
 
-TEST(Elprogress, ProductBeyond32BitsIsAnOverflow) {
-    Progress progress;
-    progress->SetMax(std::numeric_limits<std::int32_t>::max());
-    progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10);
-    EXPECT_EQ(blocks_of(progress.control), 0);
-    EXPECT_FAILURE(progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10 + 1), Overflow);
+TEST_F(Elprogress, ProductBeyond32BitsIsAnOverflow) {
+    control.SetMax(std::numeric_limits<std::int32_t>::max());
+    control.SetValue(std::numeric_limits<std::int32_t>::max() / 10);
+    EXPECT_EQ(blocks_of(control), 0);
+    EXPECT_FAILURE(control.SetValue(std::numeric_limits<std::int32_t>::max() / 10 + 1), Overflow);
 }
 
-TEST(Elprogress, FailingValueChangesNothing) {
-    Progress progress;
-    progress->SetMax(std::numeric_limits<std::int32_t>::max());
-    progress->SetValue(7);
-    EXPECT_FAILURE(progress->SetValue(std::numeric_limits<std::int32_t>::max()), Overflow);
-    EXPECT_EQ(progress->Value(), 7);
-    progress->resize(132, 24);
-    EXPECT_EQ(blocks_of(progress.control), 0);
+TEST_F(Elprogress, FailingValueChangesNothing) {
+    control.SetMax(std::numeric_limits<std::int32_t>::max());
+    control.SetValue(7);
+    EXPECT_FAILURE(control.SetValue(std::numeric_limits<std::int32_t>::max()), Overflow);
+    EXPECT_EQ(control.Value(), 7);
+    control.resize(132, 24);
+    EXPECT_EQ(blocks_of(control), 0);
 }
 
-TEST(Elprogress, OverflowDuringAResizeIsAFatalError) {
-    Progress progress;
-    progress->SetMax(std::numeric_limits<std::int32_t>::max());
-    progress->SetValue(std::numeric_limits<std::int32_t>::max() / 10);
+TEST_F(Elprogress, OverflowDuringAResizeIsAFatalError) {
+    control.SetMax(std::numeric_limits<std::int32_t>::max());
+    control.SetValue(std::numeric_limits<std::int32_t>::max() / 10);
     std::vector<std::string> ends;
     const FatalErrorHandlerInstallation recording(
         [&](std::string_view name, std::string_view) { ends.emplace_back(name); });
-    progress->resize(132, 24);
+    control.resize(132, 24);
     EXPECT_EQ(ends, std::vector<std::string>{"Overflow"});
 }
 
-TEST(Elprogress, BlockIs8By16PixelsInACellOf12) {
-    Progress progress;
-    progress->SetValue(2);
+TEST_F(Elprogress, BlockIs8By16PixelsInACellOf12) {
+    control.SetValue(2);
     for (const int scale : {1, 2}) {
-        const QImage picture = picture_of(progress.control, scale);
+        const QImage picture = picture_of(control, scale);
         for (const int left : {4, 16}) {
             const QRect place(left * scale, 4 * scale, 8 * scale, 16 * scale);
             EXPECT_EQ(count_of(picture, block, place), 128 * scale * scale) << scale << ' ' << left;
@@ -101,48 +99,44 @@ TEST(Elprogress, BlockIs8By16PixelsInACellOf12) {
     }
 }
 
-TEST(Elprogress, NewSizeRedrawsTheBlocks) {
-    Progress progress;
-    progress->SetValue(5);
-    progress->resize(240, 24);
-    EXPECT_EQ(blocks_of(progress.control), 10);
-    progress->resize(100, 24); // eight cells
-    EXPECT_EQ(blocks_of(progress.control), 4);
+TEST_F(Elprogress, NewSizeRedrawsTheBlocks) {
+    control.SetValue(5);
+    control.resize(240, 24);
+    EXPECT_EQ(blocks_of(control), 10);
+    control.resize(100, 24); // eight cells
+    EXPECT_EQ(blocks_of(control), 4);
 }
 
-TEST(Elprogress, NewBoundOrColourShowsAtTheNextValue) {
-    Progress progress;
-    progress->SetValue(5);
-    progress->SetMax(5);
-    EXPECT_EQ(blocks_of(progress.control), 5);
-    progress->SetForeColor(0x0000FF);
-    EXPECT_EQ(blocks_of(progress.control), 5);
-    progress->SetValue(5);
-    EXPECT_EQ(count_of(picture_of(progress.control), 0x0000FF),
+TEST_F(Elprogress, NewBoundOrColourShowsAtTheNextValue) {
+    control.SetValue(5);
+    control.SetMax(5);
+    EXPECT_EQ(blocks_of(control), 5);
+    control.SetForeColor(0x0000FF);
+    EXPECT_EQ(blocks_of(control), 5);
+    control.SetValue(5);
+    EXPECT_EQ(count_of(picture_of(control), 0x0000FF),
               10 * 128 - 16); // the right edge covers one column
 }
 
-TEST(Elprogress, ValueAboveANewMaxFillsTheBarAtTheNextResize) {
-    Progress progress;
-    progress->SetMax(10'000'000);
-    progress->SetValue(10'000'000);
-    progress->SetMax(1);
-    progress->resize(132, 24);
-    EXPECT_EQ(blocks_of(progress.control), 11);
+TEST_F(Elprogress, ValueAboveANewMaxFillsTheBarAtTheNextResize) {
+    control.SetMax(10'000'000);
+    control.SetValue(10'000'000);
+    control.SetMax(1);
+    control.resize(132, 24);
+    EXPECT_EQ(blocks_of(control), 11);
 }
 
-TEST(Elprogress, ObtainedBackgroundIsBlendedAtEveryRedraw) {
-    Progress progress;
+TEST_F(Elprogress, ObtainedBackgroundIsBlendedAtEveryRedraw) {
     TestSurface behind(300, 100, 32, 0, 0xFFFFFF);
-    progress->SetValue(1);
-    progress->obtener_imagen_fondo(behind.hDC(), 3, 4, 255);
-    EXPECT_EQ(colour_at(progress.control, 100, 12), 0xFFFFFF);
+    control.SetValue(1);
+    control.obtener_imagen_fondo(behind.hDC(), 3, 4, 255);
+    EXPECT_EQ(colour_at(control, 100, 12), 0xFFFFFF);
     behind.PSet(3, 4, 0x0000FF);
-    progress->SetValue(2);
-    EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(1, 1), 0x0000FF);
-    EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(118, 22), 0xFFFFFF);
-    EXPECT_EQ(progress->get_the_hdc().bitmap()->pixel(0, 0), theme::field_background);
-    EXPECT_EQ(blocks_of(progress.control), 2);
+    control.SetValue(2);
+    EXPECT_EQ(control.get_the_hdc().bitmap()->pixel(1, 1), 0x0000FF);
+    EXPECT_EQ(control.get_the_hdc().bitmap()->pixel(118, 22), 0xFFFFFF);
+    EXPECT_EQ(control.get_the_hdc().bitmap()->pixel(0, 0), theme::field_background);
+    EXPECT_EQ(blocks_of(control), 2);
 }
 
 // All three forward mouse events.
