@@ -60,22 +60,6 @@ class ExtractTest : public EditorTest {
     const std::string out_ = folder_.file("out");
 };
 
-TEST_F(ExtractTest, OpensWithBmp24BitsAndAskChosen) {
-    open_sprite(2);
-    open_dialog();
-    EXPECT_FALSE(main().isEnabled());
-    EXPECT_EQ(text(dialog().elpanel1.Title()), "Extract Frame/s");
-    EXPECT_FALSE(dialog().elpanel1.Cerrar());
-    EXPECT_EQ(text(dialog().eltexto1.Text()), "");
-    EXPECT_EQ(set_of(dialog().elradio1), "x--");
-    EXPECT_EQ(set_of(dialog().elradio3), "-x-");
-    EXPECT_FALSE(dialog().elradio2[0].Value());
-    EXPECT_TRUE(dialog().elradio2[1].Value());
-    EXPECT_FALSE(dialog().elcheck1.Value());
-    EXPECT_TRUE(dialog().elframe1.isVisible());
-    EXPECT_FALSE(dialog().elframe2.isVisible());
-}
-
 TEST_F(ExtractTest, SwitchingBackToBmpHidesCompressedAndSets24Bpp) {
     open_sprite_and_dialog();
     click(dialog().elradio1[2]);
@@ -280,6 +264,7 @@ TEST_F(ExtractTest, FolderDialogOkFillsTheBoxAndIsRemembered) {
     EXPECT_EQ(text(dialog().eltexto1.Text()), out_);
     EXPECT_EQ(hlspr::ExtractFolder, out_);
     EXPECT_TRUE(dialog().isEnabled());
+    EXPECT_FALSE(main().isEnabled());
     click(dialog().elboton3);
     EXPECT_EQ(coordinator_->form3(), nullptr);
     EXPECT_TRUE(main().isEnabled());

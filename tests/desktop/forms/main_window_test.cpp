@@ -30,19 +30,6 @@ class MainWindowTest : public EditorTest {
     }
 };
 
-TEST_F(MainWindowTest, StartsEmptyWithOnlyOpenAndNewEnabled) {
-    EXPECT_EQ(enabled_buttons(), at_start);
-    EXPECT_EQ(text(main().windowTitle()), "Varnoth 1.0");
-    EXPECT_EQ(text(main().elpanel1.Title()), "Varnoth 1.0");
-    EXPECT_EQ(text(main().eltexto1.Text()), "");
-    EXPECT_FALSE(main().List1.isEnabled());
-    EXPECT_EQ(text(main().Picture1.toolTip()), "DblClick To Preview Animation");
-    for (ellabel* value :
-         {&main().ellabel6, &main().ellabel7, &main().ellabel8, &main().ellabel9, &main().ellabel10}) {
-        EXPECT_EQ(text(value->Caption()), "");
-    }
-}
-
 TEST_F(MainWindowTest, ConstructionResetsTheGlobalVariables) {
     EXPECT_FALSE(hlspr::UnnamedSprite);
     EXPECT_FALSE(hlspr::SpriteDirty);

@@ -22,24 +22,6 @@ class NewSpriteTest : public EditorTest {
     const SpriteHeaderRecord& header() { return hlspr::document().SpriteHeader; }
 };
 
-TEST_F(NewSpriteTest, OpensAboveTheDisabledMainWindowWithDefaults) {
-    EXPECT_FALSE(main().isEnabled());
-    EXPECT_TRUE(dialog().isVisible());
-    EXPECT_EQ(text(dialog().elpanel1.Title()), "New Sprite");
-    EXPECT_FALSE(dialog().elpanel1.Cerrar());
-    EXPECT_EQ(text(dialog().eltexto1.Text()), "Untitled");
-    EXPECT_EQ(text(dialog().eltexto2.Text() + " " + dialog().eltexto3.Text()), "32 32");
-    EXPECT_EQ(dialog().elcombo1.GetListIndex(), 2);
-    EXPECT_EQ(text(dialog().elcombo1.GetList(2)), "VP_PARALLEL");
-    EXPECT_EQ(dialog().elcombo2.GetListIndex(), 1);
-    EXPECT_EQ(text(dialog().elcombo2.GetList(1)), "ADDITIVE");
-    const std::vector<std::string> captions{"Name:", "Size:", "Type:", "Render:", "x"};
-    for (std::size_t i = 0; i < captions.size(); ++i) {
-        EXPECT_EQ(text(dialog().ellabel1[i].Caption()), captions[i]);
-        EXPECT_EQ(text(dialog().ellabel1[i].objectName()), "ellabel1(" + std::to_string(i) + ")");
-    }
-}
-
 TEST_F(NewSpriteTest, ListIndexIsTheNumberInTheFile) {
     for (std::int16_t i = 0; i < 5; ++i) {
         EXPECT_EQ(text(dialog().elcombo1.GetList(i)), hlspr::sprite_type_name(i));

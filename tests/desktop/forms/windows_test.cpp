@@ -99,7 +99,8 @@ TEST_F(WindowsTest, EveryControlIsFoundByName) {
                              "ellabel10", "elframe1", "elframe2", "elframe3", "elframe4", "elframe5"}) {
         EXPECT_NE(main().findChild<QWidget*>(name), nullptr) << name;
     }
-    for (const char* name : {"ellabel1(4)", "elcombo1", "eltexto3", "elboton2"}) {
+    for (const char* name : {"ellabel1(0)", "ellabel1(1)", "ellabel1(2)", "ellabel1(3)", "ellabel1(4)",
+                             "elcombo1", "eltexto3", "elboton2"}) {
         EXPECT_NE(coordinator_->form2()->findChild<QWidget*>(name), nullptr) << name;
     }
     EXPECT_NE(Form4(main()).findChild<QWidget*>("Picture3"), nullptr); // the code does not look it up
