@@ -29,7 +29,7 @@ class Edit {
     }
 
   private:
-    RenderMode mode() const { return static_cast<RenderMode>(sprite_.header.RenderMode); }
+    RenderMode mode() const { return sprite_.mode(); }
 
     void change_header();
     void replace();

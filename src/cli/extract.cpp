@@ -2,8 +2,11 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include <CLI/Error.hpp>
 #include <CLI/Validators.hpp>
@@ -11,7 +14,7 @@
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/files.h"
-#include "cli/frame_list.h"
+#include "cli/sprite_values.h"
 #include "cli/sprites.h"
 #include "cli/written_pictures.h"
 #include "core/base/RunTimeFailure.h"
@@ -86,14 +89,34 @@ std::vector<std::uint8_t> encode_frame(const SpriteFile& sprite, std::size_t num
         picture.colours = plain_colours(sprite.palette);
         return encode(picture, format);
     }
-    picture.colours = mode_colours(sprite.palette, sprite.header.RenderMode);
+    picture.colours = mode_colours(sprite.palette, sprite.mode());
     return encode(with_colours(picture), format);
 }
 
+/// The chosen frames in ascending order, each once. All of them if none is chosen.
+std::vector<std::size_t> select(std::vector<std::size_t> frames, std::size_t count, const std::string& file) {
+    if (frames.empty()) {
+        frames.resize(count);
+        std::iota(frames.begin(), frames.end(), std::size_t{0});
+    }
+    std::ranges::sort(frames);
+    frames.erase(std::unique(frames.begin(), frames.end()), frames.end());
+    const auto missing = std::ranges::lower_bound(frames, count);
+    if (missing != frames.end()) {
+        throw CommandError(file, "there is no frame " + std::to_string(*missing) + "; the last is " +
+                                     std::to_string(count - 1));
+    }
+    return frames;
+}
+
 void extract(const Arguments& arguments) {
-    const FrameList list = arguments.frames.empty() ? FrameList() : FrameList(arguments.frames);
+    std::vector<std::size_t> frames;
+    if (!arguments.frames.empty()) {
+        frames = parse_value("--frames", arguments.frames, parse_frames);
+    }
     const SpriteFile sprite = read_sprite_file(arguments.file);
-    const std::vector<std::size_t> chosen = list.select(sprite.frames.size(), name_of_input(arguments.file));
+    const std::vector<std::size_t> chosen =
+        select(std::move(frames), sprite.frames.size(), name_of_input(arguments.file));
     const Targets targets(arguments, sprite.frames.size());
     make_folder(arguments.folder);
     for (const std::size_t number : chosen) {
@@ -122,7 +145,7 @@ void add_extract(CLI::App& program) {
     command->add_option("DIR", arguments->folder, "The folder for the pictures; created if it is missing.")
         ->required();
     command->add_option("--format", arguments->format, "png, bmp, tga, pcx or gif; png by default.")
-        ->check(CLI::IsMember(formats));
+        ->transform(CLI::IsMember(formats, CLI::ignore_case));
     command->add_option("--frames", arguments->frames, "Only these frames, counted from 0, such as 0-3,7.");
     command->add_flag("--alpha", arguments->alpha,
                       "Write alpha as the render mode means it, in 32-bit PNG or TGA. Without it, pictures\n"

@@ -70,6 +70,13 @@ void write_in_place(const std::string& name, const fs::path& path, Parts parts) 
     }
 }
 
+/// What a symbolic link leads to, so that the link itself is not replaced.
+fs::path without_link(const fs::path& path) {
+    std::error_code error;
+    const fs::path target = fs::is_symlink(path, error) ? fs::canonical(path, error) : path;
+    return error ? path : target;
+}
+
 /// A file beside the target, removed again unless it has become the target.
 class TemporaryFile {
   public:
@@ -147,7 +154,7 @@ void write_output(const std::string& path, Parts parts, bool replace) {
         }
         return;
     }
-    const fs::path target = system_files::system_path(native_path(path));
+    const fs::path target = without_link(system_files::system_path(native_path(path)));
     if (is_written_in_place(target)) {
         write_in_place(path, target, parts);
         return;

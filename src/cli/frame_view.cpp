@@ -1,12 +1,10 @@
 #include "cli/frame_view.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 
-#include <CLI/Error.hpp>
-
 #include "cli/command.h"
+#include "cli/sprite_values.h"
 
 namespace varnoth::cli {
 
@@ -41,8 +39,8 @@ Edges edges_of(const std::vector<SpriteFrame>& frames) {
 
 // Without a background, ALPHATEST shows what is transparent; alpha of other modes would hide the frame.
 IndexColours colours_without_background(const SpriteFile& sprite) {
-    const std::int32_t mode = sprite.header.RenderMode;
-    return mode_colours(sprite.palette, mode == mode_alpha_test ? mode : mode_normal);
+    const RenderMode mode = sprite.mode();
+    return mode_colours(sprite.palette, mode == RenderMode::AlphaTest ? mode : RenderMode::Normal);
 }
 
 } // namespace
@@ -51,13 +49,9 @@ Background Background::parse(const std::string& text) {
     if (text == "checkers") {
         return {{light_checker, dark_checker}};
     }
-    std::uint32_t colour = 0;
-    const char* const end = text.data() + text.size();
-    if (text.size() != 7 || text.front() != '#' ||
-        std::from_chars(text.data() + 1, end, colour, 16).ptr != end) {
-        throw CLI::ValidationError("--background", "'" + text + "' is neither #RRGGBB nor checkers");
-    }
-    colour |= opaque;
+    const PaletteColour parsed = parse_colour(text);
+    const std::uint32_t colour =
+        opaque | std::uint32_t{parsed.red} << 16 | std::uint32_t{parsed.green} << 8 | parsed.blue;
     return {{colour, colour}};
 }
 
@@ -80,9 +74,8 @@ FrameView::FrameView(const SpriteFile& sprite, const std::optional<Background>& 
     width_ = static_cast<std::int32_t>(width);
     height_ = static_cast<std::int32_t>(height);
     for (const int i : {0, 1}) {
-        colours_[i] = background
-                          ? colours_over(sprite.palette, sprite.header.RenderMode, background->colours[i])
-                          : colours_without_background(sprite);
+        colours_[i] = background ? colours_over(sprite.palette, sprite.mode(), background->colours[i])
+                                 : colours_without_background(sprite);
     }
 }
 

@@ -83,15 +83,15 @@ bool is_no_multiple(std::int32_t side) {
     return side % texture_side != 0;
 }
 
-std::string meaning_of(std::int32_t render_mode) {
-    switch (render_mode) {
-    case mode_normal:
+std::string meaning_of(RenderMode mode) {
+    switch (mode) {
+    case RenderMode::Normal:
         return "all pixels are opaque";
-    case mode_additive:
+    case RenderMode::Additive:
         return "colours are added to the background; black is invisible";
-    case mode_index_alpha:
+    case RenderMode::IndexAlpha:
         return "all pixels have the colour of entry 255; the index is the alpha";
-    case mode_alpha_test:
+    case RenderMode::AlphaTest:
         return "pixels of index 255 are transparent, all others opaque";
     default:
         return "unknown mode";
@@ -200,7 +200,7 @@ std::string text_of(const std::string& path, std::size_t bytes, const SpritePars
     text += line("Unused entries", use.unused.empty() ? "none" : ranges_text(use.unused));
     text += line("Double entries", use.doubles.empty() ? "none" : "colours that are in several entries");
     text += doubles_text(use, parse.sprite.palette);
-    text += line("In the game", meaning_of(header.RenderMode));
+    text += line("In the game", meaning_of(static_cast<RenderMode>(header.RenderMode)));
     for (const auto& [side, length] : sides_of(header)) {
         if (is_no_multiple(length)) {
             text += line("", std::string(side) + " " + std::to_string(length) + " is no multiple of 16");
@@ -276,9 +276,9 @@ QJsonObject game_json(const SpriteFile& sprite) {
             no_multiples.append(QString(side).toLower());
         }
     }
-    const bool is_alpha_test = sprite.header.RenderMode == mode_alpha_test;
-    return {{"meaning", json_text(meaning_of(sprite.header.RenderMode))},
-            {"transparent_index", is_alpha_test ? QJsonValue(special_index) : QJsonValue()},
+    const bool is_alpha_test = sprite.mode() == RenderMode::AlphaTest;
+    return {{"meaning", json_text(meaning_of(sprite.mode()))},
+            {"transparent_index", is_alpha_test ? QJsonValue(transparent_index) : QJsonValue()},
             {"no_multiple_of_16", no_multiples},
             {"bytes_at_8_bits", static_cast<qint64>(memory.indexed)},
             {"bytes_at_32_bits", static_cast<qint64>(memory.true_colour)}};

@@ -47,7 +47,7 @@ void PictureOptionTexts::add_to(CLI::App& command) {
                     "Number of threads; as many as there are cores by default. The result is "
                     "the same.")
         ->type_name("N");
-    command.add_flag("--quiet", quiet, "Show no progress bar.");
+    command.add_flag("-q,--quiet", quiet, "Show no progress bar.");
 }
 
 PictureOptions PictureOptionTexts::parse() const {

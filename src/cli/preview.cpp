@@ -20,6 +20,7 @@
 #include "cli/files.h"
 #include "cli/frame_view.h"
 #include "cli/gif_writer.h"
+#include "cli/sprite_values.h"
 #include "cli/sprites.h"
 #include "cli/terminal_view.h"
 #include "cli/written_pictures.h"
@@ -83,8 +84,8 @@ std::uint16_t delay_of(double rate, bool quiet) {
 std::vector<std::uint8_t> own_gif(const SpriteFile& sprite, const FrameView& view, GifOptions options,
                                   Progress& progress) {
     options.colours = plain_colours(sprite.palette);
-    if (sprite.header.RenderMode == mode_alpha_test) {
-        options.transparent = special_index;
+    if (sprite.mode() == RenderMode::AlphaTest) {
+        options.transparent = transparent_index;
     }
     GifWriter writer(options);
     for (std::size_t i = 0; i < view.frame_count(); ++i) {
@@ -181,7 +182,7 @@ void preview(const Arguments& arguments) {
     check_usage(arguments);
     std::optional<Background> background;
     if (!arguments.background.empty()) {
-        background = Background::parse(arguments.background);
+        background = parse_value("--background", arguments.background, Background::parse);
     }
     if (!arguments.target.empty()) {
         require_new(arguments.target, arguments.force);

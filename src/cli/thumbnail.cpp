@@ -34,7 +34,7 @@ void make_thumbnail(const Arguments& arguments) {
         throw CommandError(name_of_input(arguments.file), "frame 0 is too large for a thumbnail");
     }
     const IndexedPicture picture{frame.header.FrameWidth, frame.header.FrameHeight, frame.indices.bytes(),
-                                 mode_colours(sprite.palette, sprite.header.RenderMode)};
+                                 mode_colours(sprite.palette, sprite.mode())};
     write_output(arguments.target, encode(fit_picture(picture, arguments.side), PictureFormat::Png),
                  arguments.force);
 }

@@ -286,6 +286,15 @@ class Files(EditTest):
         self.assertEqual(self.read("a.spr"), before)
         self.assertEqual(os.listdir(self.folder), ["a.spr"])
 
+    def test_link_stays_and_its_file_is_replaced(self):
+        self.sprite(3)
+        os.mkdir(self.path("links"))
+        os.symlink("../a.spr", self.path("links/a.spr"))
+        self.run_cli("edit", "links/a.spr", "--remove", "0")
+        self.assertEqual(os.readlink(self.path("links/a.spr")), "../a.spr")
+        self.assertEqual(len(parse_sprite(self.read("a.spr"))[2]), 2)
+        self.assertEqual(os.listdir(self.path("links")), ["a.spr"])
+
     def test_output_leaves_the_file_as_it_was(self):
         before = self.sprite()
         self.edit("--reverse")

@@ -128,6 +128,10 @@ class Extract(CliTest):
         for ending in ("bmp", "pcx", "gif"):
             self.extract(sprite_bytes(1, 1, [b"\0"]), "--alpha", "--format", ending, status=2)
 
+    def test_format_in_capitals(self):
+        self.extract(sprite_bytes(1, 1, [b"\0"]), "--format", "BMP")
+        self.assertEqual(os.listdir(self.path("out")), ["a_000.bmp"])
+
     def test_unknown_format(self):
         self.extract(sprite_bytes(1, 1, [b"\0"]), "--format", "jpg", status=2)
 

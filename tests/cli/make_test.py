@@ -9,6 +9,8 @@ import shutil
 import signal
 import struct
 import subprocess
+import threading
+import time
 
 from cli_test_case import CliTest, PROGRAM, WALKTHROUGH, main, parse_sprite, sprite_bytes
 
@@ -635,6 +637,32 @@ class Resources(MakeTest):
         self.photograph("large.png", 1, "512x512")
         # 496 pictures more would take 496 MiB, their frames take less than 1.
         self.assertLess(self.peak(512) - self.peak(16), 16 * 1024)
+
+    def make_slowly(self, *options):
+        """Makes a sprite on a terminal of a picture that takes longer to read than a bar stays hidden, and another."""
+        self.photograph("a.png", 1)
+        os.mkfifo(self.path("slow.png"))
+
+        def write_each_time():
+            for _ in ("listing", "size", "counting colours", "making frames"):
+                time.sleep(0.6)
+                with open(self.path("slow.png"), "wb") as pipe:
+                    pipe.write(self.read("a.png"))
+
+        writer = threading.Thread(target=write_each_time)
+        writer.start()
+        output = self.on_terminal("make", "out.spr", "slow.png", "a.png", "--jobs", "1", *options)
+        writer.join()
+        os.remove(self.path("slow.png"))
+        return output
+
+    def test_bar_on_a_terminal_is_removed_at_the_end(self):
+        half, whole = b"#" * 15 + b"." * 15, b"#" * 30
+        bars = b"".join(b"\r%s [%s]  50 %%\r%s [%s] 100 %%\r\x1b[K" % (task, half, task, whole)
+                        for task in (b"Counting colours", b"Making frames"))
+        self.assertEqual(self.make_slowly(), bars)
+        os.remove(self.path("out.spr"))
+        self.assertEqual(self.make_slowly("-q"), b"")
 
     def test_nothing_is_printed(self):
         self.photograph("a.png", 1)

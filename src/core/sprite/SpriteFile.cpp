@@ -17,8 +17,6 @@ namespace {
 constexpr std::int32_t sprite_version = 2;
 constexpr std::int32_t highest_type = 4;
 constexpr std::int32_t highest_mode = 3;
-constexpr std::int32_t alpha_test = 3;
-constexpr std::uint8_t transparent_index = 255;
 constexpr std::int32_t most_editor_frames = 32768; // numbered by signed 16-bit integers
 constexpr std::int32_t texture_side = 16;
 
@@ -208,7 +206,8 @@ class Parser {
                 warn(offset, finding);
             }
         }
-        if (header_.RenderMode == alpha_test && !uses_index(transparent_index)) {
+        if (static_cast<RenderMode>(header_.RenderMode) == RenderMode::AlphaTest &&
+            !uses_index(transparent_index)) {
             warn(mode_at, "RenderMode is ALPHATEST, but no pixel has index 255: nothing is transparent");
         }
     }

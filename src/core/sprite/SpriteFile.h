@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/sprite/RenderMode.h"
 #include "core/sprite/SpriteDocument.h"
 
 namespace varnoth {
@@ -24,6 +25,8 @@ struct SpriteFile {
     SpriteHeaderRecord header; ///< FrameCount is the file's; write_sprite_file() takes the number of frames
     PaletteRecord palette;
     std::vector<SpriteFrame> frames;
+
+    RenderMode mode() const { return static_cast<RenderMode>(header.RenderMode); }
 };
 
 /// How much a finding matters.

@@ -12,15 +12,10 @@
 #include "core/image/RgbaPicture.h"
 #include "core/quantize/NearestEntry.h"
 #include "core/quantize/map_to_palette.h"
+#include "core/sprite/RenderMode.h"
 #include "core/sprite/SpriteDocument.h"
 
 namespace varnoth {
-
-/// The render modes of a sprite header.
-enum class RenderMode : std::int32_t { Normal = 0, Additive = 1, IndexAlpha = 2, AlphaTest = 3 };
-
-/// In AlphaTest, transparent pixels have this index and no others do.
-inline constexpr std::uint8_t transparent_index = 255;
 
 /// What makes a pixel of a picture transparent.
 struct Transparency {

@@ -59,19 +59,19 @@ IndexColours plain_colours(const PaletteRecord& palette) {
     return result;
 }
 
-IndexColours mode_colours(const PaletteRecord& palette, std::int32_t render_mode) {
+IndexColours mode_colours(const PaletteRecord& palette, RenderMode mode) {
     IndexColours result = plain_colours(palette);
-    switch (render_mode) {
-    case mode_additive:
+    switch (mode) {
+    case RenderMode::Additive:
         std::ranges::transform(palette.Colours, result.begin(), light);
         break;
-    case mode_index_alpha:
+    case RenderMode::IndexAlpha:
         for (std::uint32_t index = 0; index < result.size(); ++index) {
-            result[index] = argb(index, palette.Colours[special_index]);
+            result[index] = argb(index, palette.Colours[colour_index]);
         }
         break;
-    case mode_alpha_test:
-        result[special_index] = argb(0, palette.Colours[special_index]);
+    case RenderMode::AlphaTest:
+        result[transparent_index] = argb(0, palette.Colours[transparent_index]);
         break;
     default:
         break;
@@ -79,9 +79,9 @@ IndexColours mode_colours(const PaletteRecord& palette, std::int32_t render_mode
     return result;
 }
 
-IndexColours colours_over(const PaletteRecord& palette, std::int32_t render_mode, std::uint32_t background) {
-    const bool adds = render_mode == mode_additive;
-    IndexColours result = adds ? plain_colours(palette) : mode_colours(palette, render_mode);
+IndexColours colours_over(const PaletteRecord& palette, RenderMode mode, std::uint32_t background) {
+    const bool adds = mode == RenderMode::Additive;
+    IndexColours result = adds ? plain_colours(palette) : mode_colours(palette, mode);
     for (std::uint32_t& colour : result) {
         colour = adds ? add(colour, background) : blend(colour, background);
     }

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace varnoth {
+namespace varnoth::test {
 namespace {
 
 TEST(Threads, EachPartRunsOnAThreadOfItsOwnTheFirstOnTheCallers) {
@@ -37,4 +37,4 @@ TEST(Threads, ExceptionOfTheFirstPartThatThrowsIsThrown) {
 }
 
 } // namespace
-} // namespace varnoth
+} // namespace varnoth::test

@@ -20,47 +20,47 @@ TEST(ModeColours, PlainColoursAreOpaque) {
 }
 
 TEST(ModeColours, NormalAndUnknownModesAreOpaque) {
-    for (const std::int32_t mode : {mode_normal, -1, 4}) {
-        EXPECT_EQ(mode_colours(palette(), mode), plain_colours(palette())) << mode;
+    for (const RenderMode mode : {RenderMode::Normal, RenderMode{-1}, RenderMode{4}}) {
+        EXPECT_EQ(mode_colours(palette(), mode), plain_colours(palette())) << static_cast<int>(mode);
     }
 }
 
 TEST(ModeColours, AlphaTestHidesIndex255) {
     IndexColours expected = plain_colours(palette());
     expected[255] = 0x000A141E;
-    EXPECT_EQ(mode_colours(palette(), mode_alpha_test), expected);
+    EXPECT_EQ(mode_colours(palette(), RenderMode::AlphaTest), expected);
 }
 
 TEST(ModeColours, IndexAlphaHasOneColour) {
-    const IndexColours colours = mode_colours(palette(), mode_index_alpha);
+    const IndexColours colours = mode_colours(palette(), RenderMode::IndexAlpha);
     EXPECT_EQ(colours[0], 0x000A141EU);
     EXPECT_EQ(colours[128], 0x800A141E);
     EXPECT_EQ(colours[255], 0xFF0A141E);
 }
 
 TEST(ModeColours, AdditiveScalesColoursByTheirAlpha) {
-    const IndexColours colours = mode_colours(palette(), mode_additive);
+    const IndexColours colours = mode_colours(palette(), RenderMode::Additive);
     EXPECT_EQ(colours[0], 0U);
     EXPECT_EQ(colours[1], 0x8080FF00);
     EXPECT_EQ(colours[2], 0xFFFF0102);
 }
 
 TEST(ModeColours, AdditiveOverBlackIsThePalette) {
-    EXPECT_EQ(colours_over(palette(), mode_additive, 0), plain_colours(palette()));
+    EXPECT_EQ(colours_over(palette(), RenderMode::Additive, 0), plain_colours(palette()));
 }
 
 TEST(ModeColours, AdditiveSaturates) {
-    EXPECT_EQ(colours_over(palette(), mode_additive, 0x00010203)[2], 0xFFFF0305);
+    EXPECT_EQ(colours_over(palette(), RenderMode::Additive, 0x00010203)[2], 0xFFFF0305);
 }
 
 TEST(ModeColours, AlphaTestOverABackground) {
-    const IndexColours colours = colours_over(palette(), mode_alpha_test, 0x00010203);
+    const IndexColours colours = colours_over(palette(), RenderMode::AlphaTest, 0x00010203);
     EXPECT_EQ(colours[255], 0xFF010203);
     EXPECT_EQ(colours[1], 0xFF408000);
 }
 
 TEST(ModeColours, IndexAlphaBlendsWithTheBackground) {
-    const IndexColours colours = colours_over(palette(), mode_index_alpha, 0x00FF00FF);
+    const IndexColours colours = colours_over(palette(), RenderMode::IndexAlpha, 0x00FF00FF);
     EXPECT_EQ(colours[0], 0xFFFF00FF);
     EXPECT_EQ(colours[51], 0xFFCE04D2);  // a fifth of 10, 20, 30 and four fifths of 255, 0, 255
     EXPECT_EQ(colours[100], 0xFF9F08A7); // 158.9, 7.8 and 166.8
