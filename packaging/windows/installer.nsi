@@ -98,4 +98,9 @@ Section Uninstall
     Delete "$SMPROGRAMS\Varnoth\Uninstall Varnoth.lnk"
     RMDir "$SMPROGRAMS\Varnoth"
     DeleteRegKey SHCTX "${KEY}"
+    DeleteRegKey /ifempty HKCU "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+    ; Windows deletes the running copy of the uninstaller at its next start; this deletes the folder around it.
+    ${If} $EXEDIR != $INSTDIR
+        RMDir /REBOOTOK "$EXEDIR"
+    ${EndIf}
 SectionEnd
