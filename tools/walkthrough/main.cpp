@@ -52,6 +52,12 @@ int main(int argument_count, char** arguments) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
+#ifdef Q_OS_WIN
+    if (!qEnvironmentVariableIsSet("QT_QPA_FONTDIR")) {
+        // The offscreen platform does not ask Windows for its fonts.
+        qputenv("QT_QPA_FONTDIR", qgetenv("SystemRoot") + "\\Fonts");
+    }
+#endif
     // Silence Qt's warnings: the walkthrough itself reports pictures that cannot be decoded, and the
     // limitations of the offscreen platform do not matter.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false\ndefault.warning=false"));
