@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <QAccessibleWidget>
+#include <QCoreApplication>
 #include <QImage>
 #include <QMetaMethod>
 #include <QMouseEvent>
@@ -99,6 +100,40 @@ class AccessiblePicture : public QAccessibleWidget, public QAccessibleImageInter
     PictureBox* picture_;
 };
 
+/// Qt 6.8 delivers no mouse event to a widget that is one pixel wide or high: its parent receives them. This
+/// filter of the parent passes them on to the picture.
+class MouseOfThinPicture : public QObject {
+  public:
+    explicit MouseOfThinPicture(PictureBox* picture) : QObject(picture), picture_(picture) {}
+
+    bool eventFilter(QObject* /*parent*/, QEvent* event) override {
+        const QEvent::Type type = event->type();
+        const bool pressed = type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick;
+        if (!pressed && type != QEvent::MouseMove && type != QEvent::MouseButtonRelease) {
+            return false;
+        }
+        const auto& mouse = static_cast<const QMouseEvent&>(*event);
+        const QPointF place = picture_->mapFromParent(mouse.position());
+        // While a button is held, all events belong to the widget in which it was pressed.
+        if (pressed ? mouse.buttons() == mouse.button()
+                    : type == QEvent::MouseMove && mouse.buttons() == Qt::NoButton) {
+            on_picture_ = picture_->isVisible() && place.x() >= 0 && place.x() < picture_->width() &&
+                          place.y() >= 0 && place.y() < picture_->height();
+        }
+        if (!on_picture_) {
+            return false;
+        }
+        QMouseEvent own(type, place, mouse.scenePosition(), mouse.globalPosition(), mouse.button(),
+                        mouse.buttons(), mouse.modifiers(), mouse.pointingDevice());
+        QCoreApplication::sendEvent(picture_, &own);
+        return true;
+    }
+
+  private:
+    PictureBox* picture_;
+    bool on_picture_ = false;
+};
+
 } // namespace
 
 PictureBox::PictureBox(const QString& name, QWidget* parent, PictureSurface::Design design)
@@ -108,6 +143,10 @@ PictureBox::PictureBox(const QString& name, QWidget* parent, PictureSurface::Des
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoMousePropagation);
     setMouseTracking(true);
+    if (parent != nullptr) {
+        parent->installEventFilter(new MouseOfThinPicture(this));
+        parent->setMouseTracking(true);
+    }
     surface_.on_change = [this] { follow_surface(); };
     follow_surface();
 }

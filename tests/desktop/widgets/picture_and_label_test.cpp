@@ -47,7 +47,8 @@ QColor at(const QImage& image, int x, int y) {
 struct RecordedBox : PictureBox {
     std::vector<std::string> events;
 
-    explicit RecordedBox(const PictureSurface::Design& design) : PictureBox("Picture1", nullptr, design) {
+    explicit RecordedBox(const PictureSurface::Design& design, QWidget* parent = nullptr)
+        : PictureBox("Picture1", parent, design) {
         const auto noted = [this](const char* name) {
             return [this, name](const MouseArguments& mouse) {
                 events.push_back(QString("%1 %2 %3 at %4,%5")
@@ -263,6 +264,40 @@ TEST(PictureBox, MousePressIsNotPropagatedEvenIfDisabled) {
     EXPECT_EQ(window.presses, 0);
     QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {50, 50});
     EXPECT_EQ(window.presses, 1);
+}
+
+// Qt 6.8 delivers the mouse events of a widget that is one pixel wide or high to its parent.
+TEST(PictureBox, PictureOfOnePixelReceivesTheMouse) {
+    QWidget window;
+    window.resize(100, 100);
+    PictureSurface::Design pixel = small;
+    pixel.width = pixel.height = 1;
+    RecordedBox box(pixel, &window);
+    box.move(10, 20);
+    window.show();
+    QTest::mouseMove(window.windowHandle(), {11, 20});
+    QTest::mouseMove(window.windowHandle(), {10, 20});
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, {10, 20});
+    QTest::mouseMove(window.windowHandle(), {13, 24});
+    QTest::mouseMove(window.windowHandle(), {10, 20});
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, {10, 20});
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {9, 20});
+    EXPECT_EQ(box.events, (std::vector<std::string>{"move 0 0 at 0,0", "down 1 0 at 0,0", "move 1 0 at 3,4",
+                                                    "move 1 0 at 0,0", "up 1 0 at 0,0", "click"}));
+}
+
+TEST(PictureBox, DragThatBeginsBesideThePictureStaysThere) {
+    PressCounter window;
+    window.resize(100, 100);
+    RecordedBox box(small, &window);
+    window.show();
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, {50, 50});
+    QTest::mouseMove(window.windowHandle(), {3, 3});
+    QTest::mousePress(window.windowHandle(), Qt::RightButton, {}, {3, 3});
+    QTest::mouseRelease(window.windowHandle(), Qt::RightButton, {}, {3, 3});
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, {3, 3});
+    EXPECT_TRUE(box.events.empty());
+    EXPECT_EQ(window.presses, 2);
 }
 
 TEST(PictureBox, FailureInAHandlerIsFatal) {
