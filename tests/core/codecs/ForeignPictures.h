@@ -80,6 +80,11 @@ testing::AssertionResult same(const std::vector<Pixel>& drawn, const std::vector
     return testing::AssertionSuccess();
 }
 
+/// Makes ImageMagick copy the red channel to the alpha channel. Version 7 prints a line on standard output
+/// for -fx.
+inline const std::string red_as_alpha =
+    "\\( +clone -channel R -separate +channel \\) -alpha off -compose CopyOpacity -composite ";
+
 /// A reader of the command line.
 using RgbaReader = RgbaPicture (*)(std::span<const std::uint8_t> file, std::int64_t max_pixels);
 

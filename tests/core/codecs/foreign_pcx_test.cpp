@@ -163,7 +163,7 @@ TEST_F(ForeignPictures, PcxOf2Or3PlanesIsNotDecodedByLoadPcx) {
 
 TEST_F(ForeignPictures, PcxAlphaIsInTheFourthPlane) {
     write_sources(Palette::Any);
-    netpbm("convert - -alpha set -channel A -fx r +channel -type TrueColorAlpha pcx:-", "pcx");
+    netpbm("convert - " + red_as_alpha + "-type TrueColorAlpha pcx:-", "pcx");
     expect_layout(8, 4, 1);
     expect_rgba("pcx", read_pcx, Alpha::SameAsRed);
 }

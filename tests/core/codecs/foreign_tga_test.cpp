@@ -11,8 +11,7 @@ const std::string bottom_up = "-flip -orient BottomLeft ";
 
 // The alpha channel is equal to red.
 std::string with_alpha(const std::string& compression) {
-    return "convert - " + bottom_up + "-alpha set -channel A -fx r +channel -compress " + compression +
-           " tga:-";
+    return "convert - " + bottom_up + red_as_alpha + "-compress " + compression + " tga:-";
 }
 
 struct TgaCase {

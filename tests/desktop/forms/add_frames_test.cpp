@@ -206,15 +206,18 @@ TEST_F(AddFramesTest, ChoosingADriveOpensItsRootAndListsItsFiles) {
 }
 
 TEST_F(AddFramesTest, ChoosingTheCurrentDriveChangesNothing) {
-    pictures_.add_plain_bmp("a.bmp", 4, 4);
+    const std::string folder = pictures_.file("folder");
+    std::filesystem::create_directory(folder);
+    pictures_.add_plain_bmp("folder/a.bmp", 4, 4);
     open_dialog();
-    const int line = add_drive(std::filesystem::path(pictures_.path()).parent_path());
-    dialog().Drive1.show_drive_of(pictures_.path());
+    ASSERT_TRUE(ui_driver::walk_to(dialog().Dir1, QString::fromStdString(folder)));
+    const int line = add_drive(pictures_.path());
+    dialog().Drive1.show_drive_of(folder);
     ASSERT_EQ(dialog().Drive1.ListIndex(), line);
     select({0});
-    pictures_.add_plain_bmp("b.bmp", 4, 4);
+    pictures_.add_plain_bmp("folder/b.bmp", 4, 4);
     choose(dialog().Drive1, line);
-    EXPECT_EQ(dialog().Dir1.Path(), pictures_.path());
+    EXPECT_EQ(dialog().Dir1.Path(), folder);
     EXPECT_EQ(files(), std::vector<std::string>{"a.bmp"});
     EXPECT_TRUE(dialog().File1.Selected(0));
 }
