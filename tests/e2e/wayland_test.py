@@ -37,8 +37,10 @@ locking=false
 # More pixels than the pointer covers.
 LEAST_PIXELS = 100
 
-MOVE_REQUEST = r"-> xdg_toplevel@\d+\.move\("
-LEAVE = r"wl_pointer@\d+\.leave\("
+# Newer versions of the client library write # before the number of an object, older ones @.
+MOVE_REQUEST = r"-> xdg_toplevel[@#]\d+\.move\("
+LEAVE = r"wl_pointer[@#]\d+\.leave\("
+MOTION = r"wl_pointer[@#]\d+\.motion\("
 
 
 class Wayland(unittest.TestCase):
@@ -122,7 +124,7 @@ class Wayland(unittest.TestCase):
 
         self.point(*TITLE_GRAB)
         self.display.xdotool("mousedown", 1)
-        wait_for("the press", lambda: self.count_in_protocol(r"wl_pointer@\d+\.button\(") == 1)
+        wait_for("the press", lambda: self.count_in_protocol(r"wl_pointer[@#]\d+\.button\(") == 1)
         self.assertEqual(self.count_in_protocol(MOVE_REQUEST), 0)
         leaves = self.count_in_protocol(LEAVE)
         self.point(TITLE_GRAB[0] + 9 * inward[0], TITLE_GRAB[1] + 4 * inward[1])
@@ -139,10 +141,10 @@ class Wayland(unittest.TestCase):
         self.assertEqual(self.count_in_protocol(MOVE_REQUEST), 1)
 
         # The window receives the pointer again.
-        motions = self.count_in_protocol(r"wl_pointer@\d+\.motion\(")
+        motions = self.count_in_protocol(MOTION)
         self.point(300, 200)
         self.point(330, 240)
-        wait_for("pointer motions in the window", lambda: self.count_in_protocol(r"wl_pointer@\d+\.motion\(") > motions)
+        wait_for("pointer motions in the window", lambda: self.count_in_protocol(MOTION) > motions)
         self.move_pointer_away()
         wait_for("the same pixels at the new position", lambda: self.painted() == painted)
         self.assertEqual(self.find_window(), self.corner)
