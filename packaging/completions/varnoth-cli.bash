@@ -43,7 +43,7 @@ _varnoth_cli_value() {
 }
 
 _varnoth_cli_options() {
-    local picture="--fit --transparent --dither --dither-strength --jobs --quiet"
+    local picture="--fit --transparent --dither --dither-strength --jobs -q --quiet"
     local sprite="--type --mode --sync --origin"
     case $1 in
     make) _varnoth_cli_words "-h --help --size --colors --color --palette --force $picture $sprite" ;;

@@ -24,7 +24,7 @@ complete -c varnoth-cli -n "not __fish_seen_subcommand_from $commands" -a thumbn
 complete -c varnoth-cli -n '__fish_seen_subcommand_from make info check extract edit preview thumbnail' -s h -l help -d 'Print help and exit'
 complete -c varnoth-cli -n '__fish_seen_subcommand_from info check' -l json -d 'Print one JSON object per line and file'
 complete -c varnoth-cli -n '__fish_seen_subcommand_from check extract preview' -s q -l quiet -d 'Print less'
-complete -c varnoth-cli -n '__fish_seen_subcommand_from make edit' -l quiet -d 'Show no progress bar'
+complete -c varnoth-cli -n '__fish_seen_subcommand_from make edit' -s q -l quiet -d 'Show no progress bar'
 complete -c varnoth-cli -n '__fish_seen_subcommand_from make extract edit preview thumbnail' -l force -d 'Replace an existing file'
 
 # Options of make and edit.
