@@ -212,28 +212,6 @@ TEST(ProcessPicture1, ScansMatchTheReferenceForManyPictures) {
     EXPECT_GT(no, 300);
 }
 
-TEST(ProcessPicture1, ScansMatchTheReferenceAroundTheLimit) {
-    std::mt19937 random(4);
-    int yes = 0;
-    int no = 0;
-    for (std::uint32_t object = 0; object < 60; ++object) {
-        Subject subject;
-        for (int i = 0; i < 6; ++i) {
-            // About 250 to 265 colours, each many times, from one pool so that stale entries recur.
-            const std::size_t colours = 250 + random() % 16;
-            Colours pixels(60 * 20);
-            for (Colour& pixel : pixels) {
-                pixel = static_cast<Colour>(random() % colours) * 3;
-            }
-            ASSERT_NO_FATAL_FAILURE(subject.expect_equal(*surface_of(60, 20, pixels), random() % 4 != 0));
-        }
-        yes += subject.yes;
-        no += subject.no;
-    }
-    EXPECT_GT(yes, 50);
-    EXPECT_GT(no, 50);
-}
-
 TEST(ProcessPicture1, ListChangedDuringAYieldIsSearchedAnew) {
     const auto picture = surface_of(2, 3, {1, 2, 3, 4, 2, 7});
     const Colours changed(256, 7);

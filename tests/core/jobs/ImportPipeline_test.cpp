@@ -1,13 +1,11 @@
 #include "core/jobs/ImportPipeline.h"
 
 #include <algorithm>
-#include <set>
 
 #include <gtest/gtest.h>
 
 #include "core/quantize/mixpals.h"
 #include "core/sprite/hlspr.h"
-#include "reference/Import.h"
 #include "support/PictureFolder.h"
 #include "support/RecordedImport.h"
 #include "support/ScriptedAddFrames.h"
@@ -28,23 +26,19 @@ class ImportPipeline : public testing::Test {
         hlspr::SpriteDirty = false;
     }
 
-    std::unique_ptr<ScriptedAddFrames> open(PictureFormat format = PictureFormat::Bmp,
-                                            bool pick_enabled = false) {
-        return std::make_unique<ScriptedAddFrames>(folder_.path(), format, pick_enabled);
+    std::unique_ptr<ScriptedAddFrames> open() {
+        return std::make_unique<ScriptedAddFrames>(folder_.path(), PictureFormat::Bmp, false);
     }
 
-    std::unique_ptr<ScriptedAddFrames> open_all(PictureFormat format = PictureFormat::Bmp,
-                                                bool pick_enabled = false) {
-        auto form = open(format, pick_enabled);
+    std::unique_ptr<ScriptedAddFrames> open_all() {
+        auto form = open();
         for (std::int16_t i = 0; i < form->entry_count(); ++i) {
             form->click(i);
         }
         return form;
     }
 
-    void import_all(PictureFormat format = PictureFormat::Bmp, bool pick_enabled = false) {
-        import_frames(*open_all(format, pick_enabled), view_);
-    }
+    void import_all() { import_frames(*open_all(), view_); }
 
     // Presses Cancel when this happens.
     void cancel_at(const std::string& moment) {
@@ -74,8 +68,8 @@ class ImportPipeline : public testing::Test {
         EXPECT_TRUE(hlspr::SpriteDirty);
     }
 
-    void add_noise(const std::string& name, std::uint32_t seed, std::int16_t bit_count = 24) {
-        folder_.add_bmp(name, 16, 16, random_colours(256, 16, Character::FewColours, seed), bit_count);
+    void add_noise(const std::string& name, std::uint32_t seed) {
+        folder_.add_bmp(name, 16, 16, random_colours(256, 16, Character::FewColours, seed));
     }
 
     // The colours of a stored frame, looked up in the document's palette.
@@ -87,13 +81,6 @@ class ImportPipeline : public testing::Test {
             colours.push_back(make_colour(entry.red, entry.green, entry.blue));
         }
         return colours;
-    }
-
-    Texts steps() const {
-        Texts steps;
-        std::ranges::copy_if(view_.events, std::back_inserter(steps),
-                             [](const std::string& event) { return event.starts_with("step "); });
-        return steps;
     }
 
     bool happened(const std::string& event) const { return std::ranges::count(view_.events, event) > 0; }
@@ -144,21 +131,6 @@ TEST_F(ImportPipeline, StepsHappenInTheirOrder) {
     EXPECT_TRUE(hlspr::SpriteDirty);
 }
 
-TEST_F(ImportPipeline, DitheringStepIsShownInTheFirstPassOnly) {
-    folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 2));
-    import_all();
-    EXPECT_EQ(steps(), (Texts{"step Initializing...", "step Loading Picture...", "step Dithering...",
-                              "step Picture Color Lookup...", "step Finalizing Palette...", "step Frame 0"}));
-}
-
-TEST_F(ImportPipeline, ProgressBarStopsOneBeforeItsMaximum) {
-    add_noise("a.bmp", 1);
-    add_noise("b.bmp", 2);
-    import_all();
-    EXPECT_EQ(view_.maximum, 5);
-    EXPECT_EQ(view_.progress, 4);
-}
-
 // All entries are selected, but their files do not exist.
 class ManySelected : public ScriptedAddFrames {
   public:
@@ -187,85 +159,6 @@ TEST_F(ImportPipeline, Bmp8BitOfTheSpritesSizeIsImportedExactly) {
     EXPECT_EQ(frame_colours(0), colours);
     EXPECT_FALSE(happened("step Dithering..."));
     EXPECT_FALSE(happened("step Dithering Palette..."));
-}
-
-// Black is always on the sheet. It is the 257th colour here, so the sheet is reduced, from a sample of one
-// row of 150 pixels.
-TEST_F(ImportPipeline, Bmp8BitOf257ColoursIsReducedOnTheSheet) {
-    Colours colours;
-    for (Colour i = 1; i <= 256; ++i) {
-        colours.push_back(i * 0x00FB07 & 0xFFFFFF);
-    }
-    ASSERT_EQ(std::set(colours.begin(), colours.end()).size(), 256U);
-    folder_.add_bmp("a.bmp", 16, 16, colours, 8);
-    import_all();
-    EXPECT_FALSE(happened("step Dithering..."));
-    EXPECT_TRUE(happened("step Dithering Palette..."));
-    EXPECT_EQ(services_.messages, Texts{success});
-    const Colours shown = frame_colours(0);
-    EXPECT_LE(std::set(shown.begin(), shown.end()).size(), 150U);
-    const Bytes frame = indices_of(hlspr::document().FrameStore.at(0));
-    const auto palette = hlspr::document().Palette.Colours;
-
-    hlspr::new_sprite(16, 16, 2, 0);
-    RecordedImport plain_view;
-    reference::Mixpals plain;
-    const auto plain_form = open_all();
-    reference::import_frames(*plain_form, plain_view, plain);
-    EXPECT_EQ(indices_of(hlspr::document().FrameStore.at(0)), frame);
-    EXPECT_EQ(hlspr::document().Palette.Colours, palette);
-    EXPECT_EQ(plain_view.events, view_.events);
-}
-
-TEST_F(ImportPipeline, BmpOfAtMost8BitsIsNeverReduced) {
-    hlspr::new_sprite(20, 20, 2, 0);
-    folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 5), 8);
-    import_all();
-    EXPECT_FALSE(happened("step Dithering..."));
-    EXPECT_TRUE(happened("step Dithering Palette..."));
-    folder_.add_bmp("a.bmp", 20, 20, random_colours(400, 20, Character::Noise, 5), 9);
-    import_all();
-    EXPECT_TRUE(happened("step Dithering..."));
-}
-
-TEST_F(ImportPipeline, OtherFormatsAreReducedByColourCount) {
-    hlspr::new_sprite(20, 20, 2, 0);
-    folder_.write("a.tga", test::tga_file(20, 20, random_colours(400, 20, Character::Noise, 5)));
-    import_all(PictureFormat::Tga);
-    EXPECT_TRUE(happened("step Dithering..."));
-    EXPECT_EQ(services_.messages, Texts{success});
-}
-
-TEST_F(ImportPipeline, ResizedPicturesTakeTheSpritesSize) {
-    folder_.add_bmp("a.bmp", 2, 2, {0x0000FF, 0x00FF00, 0xFF0000, 0xFFFFFF});
-    const auto form = open_all();
-    form->choose_resize(true);
-    import_frames(*form, view_);
-    EXPECT_EQ(hlspr::document().SpriteHeader.Width, 16);
-    const auto colours = frame_colours(0);
-    ASSERT_EQ(colours.size(), 256U);
-    for (std::size_t y = 0; y < 16; ++y) {
-        for (std::size_t x = 0; x < 16; ++x) {
-            const Colour expected = y < 8 ? (x < 8 ? 0x0000FF : 0x00FF00) : (x < 8 ? 0xFF0000 : 0xFFFFFF);
-            EXPECT_EQ(colours[y * 16 + x], expected);
-        }
-    }
-}
-
-TEST_F(ImportPipeline, SetSpriteShowsTheSizeAndKeepsTypeAndMode) {
-    hlspr::new_sprite(16, 16, 3, 1);
-    folder_.add_plain_bmp("a.bmp", 25, 33);
-    import_all();
-    const auto size = std::ranges::find(view_.events, "size 25 x 33 | -12.5, 16.5");
-    const auto loading = std::ranges::find(view_.events, "step Loading Picture...");
-    ASSERT_NE(size, view_.events.end());
-    EXPECT_LT(size, loading);
-    const SpriteHeaderRecord& header = hlspr::document().SpriteHeader;
-    EXPECT_EQ(header.Width, 25);
-    EXPECT_EQ(header.Height, 33);
-    EXPECT_EQ(header.SpriteType, 3);
-    EXPECT_EQ(header.RenderMode, 1);
-    EXPECT_EQ(hlspr::document().FrameStore.at(0).size(), 25U * 33U);
 }
 
 TEST_F(ImportPipeline, AbortAfterSetSpriteKeepsSizeAndBlackPalette) {
@@ -309,14 +202,6 @@ TEST_F(ImportPipeline, AbortInSecondPassReportsSuccess) {
     EXPECT_EQ(services_.messages, Texts{success});
     EXPECT_EQ(view_.releases, 1);
     EXPECT_TRUE(hlspr::SpriteDirty);
-}
-
-TEST_F(ImportPipeline, AbortAtTheLastPictureReportsSuccess) {
-    add_noise("a.bmp", 1);
-    cancel_at("step Frame 0");
-    import_all();
-    EXPECT_EQ(hlspr::document().SpriteHeader.FrameCount, 1);
-    EXPECT_EQ(services_.messages, Texts{success});
 }
 
 TEST_F(ImportPipeline, AbortDuringThePaletteReportsSuccess) {
@@ -384,37 +269,6 @@ TEST_F(ImportPipeline, DocumentIsEmptiedIfAllFilesAreInvalid) {
     EXPECT_EQ(services_.messages, (Texts{"File: a.bmp Bad Format/Corrupt.", success}));
     EXPECT_EQ(view_.releases, 0);
     EXPECT_FALSE(hlspr::SpriteDirty);
-}
-
-TEST_F(ImportPipeline, StepNumberCountsUnselectedEntries) {
-    add_noise("a.bmp", 1);
-    add_noise("b.bmp", 2);
-    const auto form = open();
-    form->click(1);
-    import_frames(*form, view_);
-    EXPECT_TRUE(happened("step Frame 1"));
-    EXPECT_EQ(view_.lines, Texts{"Frame 0"});
-}
-
-TEST_F(ImportPipeline, PickerReplacesTheColourInThePalette) {
-    folder_.add_bmp("a.bmp", 16, 16, [] {
-        Colours colours(256, 0x0000FF);
-        colours[0] = 0x00FF00;
-        return colours;
-    }());
-    import_all(PictureFormat::Bmp, true);
-    const SpriteDocument& sprite = hlspr::document();
-    EXPECT_EQ(sprite.FrameStore.at(0)[0], 0);
-    EXPECT_EQ(sprite.FrameStore.at(0)[1], 1);
-    EXPECT_EQ(sprite.Palette.Colours[0], PaletteColour());
-    EXPECT_EQ(sprite.Palette.Colours[255], PaletteColour());
-    EXPECT_EQ(sprite.Palette.Colours[1], (PaletteColour{255, 0, 0}));
-}
-
-TEST_F(ImportPipeline, NothingIsSwappedWithoutThePicker) {
-    folder_.add_plain_bmp("a.bmp", 16, 16, 0x00FF00);
-    import_all();
-    EXPECT_EQ(hlspr::document().Palette.Colours[0], (PaletteColour{0, 255, 0}));
 }
 
 // A scan also compares with the next, still unfilled entry of the toolbox's list. The first picture leaves

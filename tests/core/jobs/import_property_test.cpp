@@ -180,7 +180,7 @@ class ImportProperty : public testing::Test {
     }
 
     void new_sprite(std::int32_t width, std::int32_t height) {
-        hlspr::new_sprite(width, height, 2, 0);
+        hlspr::new_sprite(width, height, 3, 1);
         shipped_.sprite = hlspr::document();
         plain_.sprite = hlspr::document();
     }

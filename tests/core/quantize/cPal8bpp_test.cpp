@@ -34,8 +34,12 @@ int closest(const cPal8bpp& palette, std::uint8_t red, std::uint8_t green, std::
 const Colours dark{0x000000, 0x000080, 0x008000, 0x008080, 0x800000, 0x800080, 0x808000, 0xC0C0C0};
 const Colours bright{0x808080, 0x0000FF, 0x00FF00, 0x00FFFF, 0xFF0000, 0xFF00FF, 0xFFFF00, 0xFFFFFF};
 
-TEST(Palette, NewObjectHasNeitherColoursNorAHandle) {
+class Palette : public testing::Test {
+  protected:
     cPal8bpp palette;
+};
+
+TEST_F(Palette, NewObjectHasNeitherColoursNorAHandle) {
     EXPECT_EQ(palette.Entries(), 0);
     EXPECT_EQ(palette.hPal(), nullptr);
     EXPECT_FALSE(palette.IsGreyScale());
@@ -48,10 +52,9 @@ TEST(Palette, NewObjectHasNeitherColoursNorAHandle) {
     EXPECT_FAILURE(palette.IsGreyScale(), SubscriptOutOfRange);
 }
 
-TEST(Palette, InitializeMakesAll256EntriesBlack) {
+TEST_F(Palette, InitializeMakesAll256EntriesBlack) {
     for (const std::int16_t number :
          {std::int16_t{0}, std::int16_t{16}, std::int16_t{-3}, std::int16_t{999}}) {
-        cPal8bpp palette;
         palette.CreateEGA();
         palette.Initialize(number);
         EXPECT_EQ(palette.Entries(), number);
@@ -60,8 +63,7 @@ TEST(Palette, InitializeMakesAll256EntriesBlack) {
     }
 }
 
-TEST(Palette, DestroyResetsTheObjectAndMayBeRepeated) {
-    cPal8bpp palette;
+TEST_F(Palette, DestroyResetsTheObjectAndMayBeRepeated) {
     palette.CreateEGA();
     palette.Destroy();
     palette.Destroy();
@@ -70,8 +72,7 @@ TEST(Palette, DestroyResetsTheObjectAndMayBeRepeated) {
     EXPECT_FAILURE(palette.lpPalette(), SubscriptOutOfRange);
 }
 
-TEST(Palette, EgaHasEightDarkAndEightBrightColours) {
-    cPal8bpp palette;
+TEST_F(Palette, EgaHasEightDarkAndEightBrightColours) {
     palette.CreateEGA();
     EXPECT_EQ(palette.Entries(), 16);
     EXPECT_EQ(entries(palette, 0, 7), dark);
@@ -80,10 +81,9 @@ TEST(Palette, EgaHasEightDarkAndEightBrightColours) {
     EXPECT_EQ(palette.hPal()->size(), 16);
 }
 
-TEST(Palette, GreyScalesRiseFromBlackToWhiteInEqualSteps) {
+TEST_F(Palette, GreyScalesRiseFromBlackToWhiteInEqualSteps) {
     const int numbers[] = {2, 16, 256};
     for (int kind = 0; kind < 3; ++kind) {
-        cPal8bpp palette;
         palette.CreateGreyScale(kind);
         ASSERT_EQ(palette.Entries(), numbers[kind]);
         for (int i = 0; i < numbers[kind]; ++i) {
@@ -94,7 +94,7 @@ TEST(Palette, GreyScalesRiseFromBlackToWhiteInEqualSteps) {
     }
 }
 
-TEST(Palette, HalftoneCubesVaryRedFastestAndEndAt255) {
+TEST_F(Palette, HalftoneCubesVaryRedFastestAndEndAt255) {
     const std::vector<std::vector<int>> values{
         {0, 255}, {0, 128, 255}, {0, 85, 170, 255}, {0, 64, 128, 192, 255}, {0, 51, 102, 153, 204, 255}};
     for (std::size_t kind = 0; kind < values.size(); ++kind) {
@@ -106,7 +106,6 @@ TEST(Palette, HalftoneCubesVaryRedFastestAndEndAt255) {
                 }
             }
         }
-        cPal8bpp palette;
         palette.CreateHalftone(static_cast<std::int32_t>(kind));
         EXPECT_EQ(palette.Entries(), static_cast<std::int16_t>(cube.size()));
         EXPECT_EQ(palette.hPal()->size(), static_cast<std::int32_t>(cube.size()));
@@ -115,8 +114,7 @@ TEST(Palette, HalftoneCubesVaryRedFastestAndEndAt255) {
     }
 }
 
-TEST(Palette, WebsafeHasDarkColoursCubeGreysAndBrightColours) {
-    cPal8bpp palette;
+TEST_F(Palette, WebsafeHasDarkColoursCubeGreysAndBrightColours) {
     palette.CreateWebsafe();
     EXPECT_EQ(palette.Entries(), 256);
     EXPECT_EQ(palette.hPal()->size(), 256);
@@ -140,15 +138,14 @@ TEST(Palette, WebsafeHasDarkColoursCubeGreysAndBrightColours) {
     }
 }
 
-TEST(Palette, FourthByteOfEveryEntryIsZero) {
+TEST_F(Palette, FourthByteOfEveryEntryIsZero) {
     const std::vector<std::function<void(cPal8bpp&)>> makers{
-        [](auto& palette) { palette.CreateGreyScale(2); },
-        [](auto& palette) { palette.CreateEGA(); },
-        [](auto& palette) { palette.CreateHalftone(4); },
-        [](auto& palette) { palette.CreateWebsafe(); },
+        [](auto& made) { made.CreateGreyScale(2); },
+        [](auto& made) { made.CreateEGA(); },
+        [](auto& made) { made.CreateHalftone(4); },
+        [](auto& made) { made.CreateWebsafe(); },
     };
     for (const auto& make : makers) {
-        cPal8bpp palette;
         make(palette);
         for (const RGBQUAD& quad : palette.lpPalette()) {
             EXPECT_EQ(quad.rgbReserved, 0);
@@ -156,8 +153,7 @@ TEST(Palette, FourthByteOfEveryEntryIsZero) {
     }
 }
 
-TEST(Palette, InvalidKindFailsWithoutAChange) {
-    cPal8bpp palette;
+TEST_F(Palette, InvalidKindFailsWithoutAChange) {
     palette.CreateEGA();
     for (const std::int32_t kind : {-1, 5, 1000}) {
         EXPECT_FAILURE(palette.CreateHalftone(kind), SubscriptOutOfRange);
@@ -170,16 +166,14 @@ TEST(Palette, InvalidKindFailsWithoutAChange) {
     EXPECT_EQ(closest(palette, 255, 255, 255), 15);
 }
 
-TEST(Palette, CreateReplacesTheWholeState) {
-    cPal8bpp palette;
+TEST_F(Palette, CreateReplacesTheWholeState) {
     palette.CreateWebsafe();
     palette.CreateGreyScale(0);
     EXPECT_EQ(entries(palette, 2, 255), Colours(254, 0));
     EXPECT_EQ(closest(palette, 250, 250, 250), 1);
 }
 
-TEST(Palette, IsGreyScaleIsTrueForGreysAndFalseForEga) {
-    cPal8bpp palette;
+TEST_F(Palette, IsGreyScaleIsTrueForGreysAndFalseForEga) {
     for (int kind = 0; kind < 3; ++kind) {
         palette.CreateGreyScale(kind);
         EXPECT_TRUE(palette.IsGreyScale());
@@ -188,8 +182,7 @@ TEST(Palette, IsGreyScaleIsTrueForGreysAndFalseForEga) {
     EXPECT_FALSE(palette.IsGreyScale());
 }
 
-TEST(Palette, IsGreyScaleIsTrueForBlackEntries) {
-    cPal8bpp palette;
+TEST_F(Palette, IsGreyScaleIsTrueForBlackEntries) {
     palette.Initialize(16);
     EXPECT_TRUE(palette.IsGreyScale());
     palette.Initialize(0);
@@ -198,8 +191,7 @@ TEST(Palette, IsGreyScaleIsTrueForBlackEntries) {
     EXPECT_FALSE(palette.IsGreyScale());
 }
 
-TEST(Palette, IsGreyScaleComparesAllChannelsOfValidEntries) {
-    cPal8bpp palette;
+TEST_F(Palette, IsGreyScaleComparesAllChannelsOfValidEntries) {
     palette.Initialize(4);
     palette.SetrgbR(4, 1);
     EXPECT_TRUE(palette.IsGreyScale());
@@ -211,16 +203,14 @@ TEST(Palette, IsGreyScaleComparesAllChannelsOfValidEntries) {
     EXPECT_TRUE(palette.IsGreyScale());
 }
 
-TEST(Palette, IsGreyScaleFailsBeyond256EntriesUnlessAColourIsFound) {
-    cPal8bpp palette;
+TEST_F(Palette, IsGreyScaleFailsBeyond256EntriesUnlessAColourIsFound) {
     palette.Initialize(257);
     EXPECT_FAILURE(palette.IsGreyScale(), SubscriptOutOfRange);
     palette.SetrgbG(255, 1);
     EXPECT_FALSE(palette.IsGreyScale());
 }
 
-TEST(Palette, HandleAndQueriesExchangeRedAndBlue) {
-    cPal8bpp palette;
+TEST_F(Palette, HandleAndQueriesExchangeRedAndBlue) {
     palette.Initialize(2);
     palette.SetrgbR(0, 200);
     palette.SetrgbB(1, 200);
@@ -230,8 +220,7 @@ TEST(Palette, HandleAndQueriesExchangeRedAndBlue) {
     EXPECT_EQ(closest(palette, 0, 0, 190), 1);
 }
 
-TEST(Palette, ClosestColorReturnsTheColourOfTheEntry) {
-    cPal8bpp palette;
+TEST_F(Palette, ClosestColorReturnsTheColourOfTheEntry) {
     palette.CreateEGA();
     std::uint8_t red = 1;
     std::uint8_t green = 2;
@@ -243,8 +232,7 @@ TEST(Palette, ClosestColorReturnsTheColourOfTheEntry) {
     EXPECT_EQ(make_colour(red, green, blue), 0x800080);
 }
 
-TEST(Palette, ChangedEntriesReachTheHandleByBuildLogicalPalette) {
-    cPal8bpp palette;
+TEST_F(Palette, ChangedEntriesReachTheHandleByBuildLogicalPalette) {
     palette.CreateGreyScale(0);
     palette.SetrgbR(2, 200);
     palette.SetEntries(3);
@@ -255,9 +243,8 @@ TEST(Palette, ChangedEntriesReachTheHandleByBuildLogicalPalette) {
     EXPECT_EQ(closest(palette, 200, 0, 0), 2);
 }
 
-TEST(Palette, FewerThan1OrMoreThan256EntriesGiveNoHandle) {
+TEST_F(Palette, FewerThan1OrMoreThan256EntriesGiveNoHandle) {
     for (const std::int16_t number : {std::int16_t{0}, std::int16_t{-1}, std::int16_t{257}}) {
-        cPal8bpp palette;
         palette.CreateEGA();
         palette.SetEntries(number);
         EXPECT_NE(palette.hPal(), nullptr);
@@ -268,8 +255,7 @@ TEST(Palette, FewerThan1OrMoreThan256EntriesGiveNoHandle) {
     }
 }
 
-TEST(Palette, EntriesAreBlueGreenRedReservedInMemory) {
-    cPal8bpp palette;
+TEST_F(Palette, EntriesAreBlueGreenRedReservedInMemory) {
     palette.Initialize(1);
     palette.SetrgbR(255, 3);
     palette.SetrgbG(255, 2);

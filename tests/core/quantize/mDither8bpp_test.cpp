@@ -16,10 +16,6 @@
 namespace varnoth::test {
 namespace {
 
-constexpr Colour grey(std::int32_t value) {
-    return value * 0x010101;
-}
-
 // The nearest of the multiples of `step`, 0 to `highest`; no tie is possible with an odd step.
 std::int32_t nearest_multiple(std::int32_t value, std::int32_t step, std::int32_t highest) {
     std::int32_t nearest = 0;
@@ -71,65 +67,6 @@ TEST(Dither, NewObjectIsInOptimalMode) {
     EXPECT_EQ(mDither8bpp().DitherMode, 1);
 }
 
-// Levels, seen on pictures
-
-// A picture of 600 by 600 is sampled at every fourth column and row only. The sampled pixels hold the 16
-// greys that levels stand for, which become the palette; all others are free to hold what is to be dithered.
-class SampledGreys {
-  public:
-    static constexpr std::int32_t side = 600;
-
-    SampledGreys() : surface(side, side) {
-        for (std::int32_t y = 0; y < side; ++y) {
-            for (std::int32_t x = 0; x < side; ++x) {
-                surface.PSet(x, y, grey(is_sampled(x, y) ? x / 4 % 16 * 17 : value_at(x, y)));
-            }
-        }
-    }
-
-    static bool is_sampled(std::int32_t x, std::int32_t y) { return x % 4 == 1 && y % 4 == 1; }
-
-    static std::int32_t value_at(std::int32_t x, std::int32_t y) { return (y / 4 * 150 + x / 4) % 256; }
-
-    TestSurface surface;
-};
-
-TEST(Dither, EveryValueGetsTheLevelOfItsMatrixPosition) {
-    SampledGreys greys;
-    ASSERT_TRUE(mDither8bpp().transform_to_8bit(greys.surface, greys.surface));
-    for (std::int32_t y = 0; y < SampledGreys::side; ++y) {
-        for (std::int32_t x = 0; x < SampledGreys::side; ++x) {
-            if (SampledGreys::is_sampled(x, y)) {
-                continue;
-            }
-            const std::int32_t from_below = SampledGreys::side - 1 - y;
-            const std::int32_t offset =
-                mDither8bpp::Offset16[static_cast<std::size_t>(x % 4 + from_below % 4 * 4)];
-            const std::int32_t level = nearest_multiple(SampledGreys::value_at(x, y) + 8 - offset, 17, 15);
-            ASSERT_EQ(greys.surface.Point(x, y), grey(17 * level)) << x << ", " << y;
-        }
-    }
-}
-
-TEST(Dither, HalftoneValueGetsTheCubeLevelOfItsPosition) {
-    TestSurface surface(1024, 4);
-    for (std::int32_t x = 0; x < 1024; ++x) {
-        for (std::int32_t y = 0; y < 4; ++y) {
-            surface.PSet(x, y, grey(x / 4));
-        }
-    }
-    mDither8bpp dither;
-    dither.DitherMode = mDither8bpp::HalftoneMode;
-    ASSERT_TRUE(dither.transform_to_8bit(surface, surface));
-    for (std::int32_t x = 0; x < 1024; ++x) {
-        for (std::int32_t y = 0; y < 4; ++y) {
-            const std::int32_t offset = mDither8bpp::Offset51[static_cast<std::size_t>(x % 4 + (3 - y) * 4)];
-            ASSERT_EQ(surface.Point(x, y), grey(51 * nearest_multiple(x / 4 + 26 - offset, 51, 5)))
-                << x << ", " << y;
-        }
-    }
-}
-
 TEST(Dither, HalftoneKeepsColoursOfTheCube) {
     const Colours cube{0x0033FF, 0xFF9900, 0x663300, 0x00CC99, 0xFFFFFF, 0x000000, 0x3366CC, 0xFF0000};
     const auto surface = surface_of(4, 2, cube);
@@ -137,40 +74,6 @@ TEST(Dither, HalftoneKeepsColoursOfTheCube) {
     dither.DitherMode = mDither8bpp::HalftoneMode;
     ASSERT_TRUE(dither.transform_to_8bit(*surface, *surface));
     EXPECT_EQ(colours_of(*surface), cube);
-}
-
-// Samples
-
-// How many of the places of a white pixel, moved along a black picture's row or column, the palette takes
-// notice of.
-int noticed_places(std::int32_t width, std::int32_t height, bool along_the_row) {
-    int noticed = 0;
-    TestSurface surface(width, height);
-    mDither8bpp dither;
-    for (std::int32_t i = 0; i < (along_the_row ? width : height); ++i) {
-        surface.Cls();
-        const std::int32_t x = along_the_row ? i : 0;
-        const std::int32_t y = along_the_row ? 0 : i;
-        surface.PSet(x, y, 0xFFFFFF);
-        EXPECT_TRUE(dither.transform_to_8bit(surface, surface));
-        noticed += surface.Point(x, y) == 0xFFFFFF ? 1 : 0;
-    }
-    return noticed;
-}
-
-TEST(Dither, Picture100By100IsItsOwnSample) {
-    EXPECT_EQ(noticed_places(100, 100, true), 100);
-    EXPECT_EQ(noticed_places(100, 100, false), 100);
-}
-
-TEST(Dither, Picture256By128IsSampledAt150By75) {
-    EXPECT_EQ(noticed_places(256, 128, true), 150);
-    EXPECT_EQ(noticed_places(256, 128, false), 75);
-}
-
-TEST(Dither, OneRowOrColumnIsSampledInOneRowOrColumn) {
-    EXPECT_EQ(noticed_places(512, 1, true), 150);
-    EXPECT_EQ(noticed_places(1, 512, false), 150);
 }
 
 // The whole reduction

@@ -131,10 +131,6 @@ TEST_F(MixpalsTest, BlackBeforeABlackTailChangesNothing) {
 
 // The search.
 
-TEST_F(MixpalsTest, SearchBeforeAnyImportOverflows) {
-    EXPECT_FAILURE(nearest_index(0, 0, 0), Overflow);
-}
-
 TEST_F(MixpalsTest, ExactColourGivesTheFirstOfEqualEntries) {
     ImportPalette[3] = ImportPalette[7] = {1, 2, 3, 0};
     MakeLookupPalette();

@@ -1,5 +1,4 @@
 // The table of colours, the buffer and the sheet.
-#include <algorithm>
 
 #include "core/quantize/MixpalsTest.h"
 #include "support/expect_failure.h"
@@ -214,18 +213,6 @@ TEST_F(MixpalsTest, Surface24BitOfOddWidthIsSkewedByPadding) {
 }
 
 // The sheet.
-
-TEST_F(MixpalsTest, SheetOf514ColoursLosesPositions512And513) {
-    put(series(514));
-    ASSERT_EQ(ColorCount, 514);
-    TestSurface sheet(1, 1);
-    DrawColorTable(sheet);
-    EXPECT_EQ(sheet.Point(511, 0), table(511));
-    EXPECT_EQ(sheet.Point(0, 1), 0) << "position 514, the black behind the last colour";
-    const Colours shown = colours_of(sheet);
-    EXPECT_EQ(std::ranges::count(shown, table(512)), 0);
-    EXPECT_EQ(std::ranges::count(shown, table(513)), 0);
-}
 
 TEST_F(MixpalsTest, EverySheetRowConsumes514Positions) {
     put(series(2000));

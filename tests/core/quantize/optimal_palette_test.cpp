@@ -111,42 +111,10 @@ TEST(OptimalPalette, RootPutsValue128IntoTheLowerHalf) {
     EXPECT_EQ(optimal({127 << 16, 128 << 16}, {.levels = 1}).size(), 1U);
 }
 
-TEST(OptimalPalette, UpperHalfSplitsAt192) {
-    EXPECT_EQ(optimal({129, 192, 193, 255}, {.levels = 2}), (Colours{160, 224})); // 160.5 and 224 to even
-}
-
-TEST(OptimalPalette, RedWeight2PutsRedsFrom65IntoTheUpperHalf) {
-    const Wish wish{.levels = 1, .red_weight = 2.0F};
-    EXPECT_EQ(optimal({0, 64}, wish), Colours{32});
-    EXPECT_EQ(optimal({64, 65}, wish), (Colours{64, 65}));
-    EXPECT_EQ(optimal({65, 255}, wish), Colours{160});
-    EXPECT_EQ(optimal({64 << 8, 65 << 8}, wish).size(), 1U);
-}
-
-TEST(OptimalPalette, SumsAreUnweighted) {
-    EXPECT_EQ(optimal({0x0A0B0C, 0x0A0B0C}, {.red_weight = 3.5F, .green_weight = 0.0F, .blue_weight = -1.0F}),
-              Colours{0x0A0B0C});
-}
-
-TEST(OptimalPalette, EightLevelsSeparateAllNeighboursExcept0And1) {
-    EXPECT_EQ(optimal({0, 1}), Colours{0}); // 0.5 to even
-    for (Colour value = 1; value < 255; ++value) {
-        EXPECT_EQ(optimal({value, value + 1}), (Colours{value, value + 1}));
-    }
-}
-
 TEST(OptimalPalette, MeansAreRoundedTiesToEven) {
     EXPECT_EQ(optimal({1, 2}, {.levels = 1}), Colours{2});
     EXPECT_EQ(optimal({2, 3}, {.levels = 1}), Colours{2});
     EXPECT_EQ(optimal({1, 1, 2}, {.levels = 1}), Colours{1});
-}
-
-TEST(OptimalPalette, BottomRowOfThePictureIsFirst) {
-    cDIB dib;
-    fill_dib(dib, 2, 2, {0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF});
-    cPal8bpp palette;
-    create_optimal(palette, dib, {});
-    EXPECT_EQ(valid_entries(palette), (Colours{0x0000FF, 0xFFFFFF, 0xFF0000, 0x00FF00}));
 }
 
 TEST(OptimalPalette, SecondCallStartsFromAnEmptyTree) {
@@ -161,14 +129,6 @@ TEST(OptimalPalette, SecondCallStartsFromAnEmptyTree) {
     EXPECT_EQ(palette.rgbR(1), 0);
     create_optimal(palette, many, {});
     EXPECT_EQ(valid_entries(palette), far_apart());
-}
-
-TEST(OptimalPalette, ReductionStopsAtTheChildrenOfTheRoot) {
-    const Colours corners{0x000000, 0x0000FF, 0x00FF00, 0x00FFFF, 0xFF0000, 0xFF00FF, 0xFFFF00, 0xFFFFFF};
-    for (const std::int32_t maximum : {1, 0, -1, std::numeric_limits<std::int32_t>::min()}) {
-        EXPECT_EQ(optimal(corners, {.maximum = maximum}).size(), 8U);
-        EXPECT_EQ(optimal({0, 2, 4}, {.maximum = maximum}), Colours{2});
-    }
 }
 
 TEST(OptimalPalette, LevelsBeyondAByteOverflowWithoutAChange) {
@@ -196,10 +156,6 @@ TEST(OptimalPalette, ListsExistForLevels1To8Only) {
     EXPECT_EQ(valid_entries(palette), (Colours{0, 0xFFFFFF}));
     EXPECT_FAILURE(create_optimal(palette, dib, {.maximum = 1, .levels = 9}), SubscriptOutOfRange);
     EXPECT_EQ(valid_entries(palette), (Colours{0, 0xFFFFFF}));
-}
-
-TEST(OptimalPalette, NinthLevelSeparates0From1) {
-    EXPECT_EQ(optimal({0, 1}, {.levels = 9}), (Colours{0, 1}));
 }
 
 TEST(OptimalPalette, MoreThan256LeavesAreASubscriptFailure) {
