@@ -32,9 +32,5 @@ TEST(PcxHeader, FieldsHaveTheirOffsetsAndRoundTrip) {
     EXPECT_EQ(bytes_of(header), bytes);
 }
 
-TEST(PcxHeader, NewHeaderIsAllZero) {
-    EXPECT_EQ(bytes_of(PcxHeader{}), Bytes(128));
-}
-
 } // namespace
 } // namespace varnoth::test

@@ -28,9 +28,5 @@ TEST(TgaHeader, FieldsHaveTheirOffsetsAndRoundTrip) {
     EXPECT_EQ(bytes_of(header), bytes);
 }
 
-TEST(TgaHeader, NewHeaderIsAllZero) {
-    EXPECT_EQ(bytes_of(TgaHeader{}), Bytes(18));
-}
-
 } // namespace
 } // namespace varnoth::test

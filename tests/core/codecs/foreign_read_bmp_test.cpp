@@ -29,75 +29,47 @@ class ForeignBmpFiles : public testing::Test {
             run_tool("cd " + folder_.path() + "; " + command);
             const ForeignPicture theirs =
                 picture_from_tool("convert " + folder_.file("out.bmp") + " -alpha off -depth 8 ppm:-");
-            const ForeignPicture ours = read(written());
+            const ForeignPicture ours = read(read_file(folder_.file("out.bmp")));
             ASSERT_EQ(ours.width, size.width);
             ASSERT_EQ(ours.height, size.height);
             EXPECT_EQ(ours.colours, theirs.colours);
         }
     }
 
-    Bytes written() const { return read_file(folder_.file("out.bmp")); }
-
-    /// Bits per pixel of the last file, to check that the tool wrote the intended depth.
-    std::uint16_t written_bits() const {
-        const Bytes bytes = written();
-        return get_u16(bytes, get_u32(bytes, 14) == 12 ? 24 : 28);
-    }
-
     TemporaryFolder folder_;
 };
 
-TEST_F(ForeignBmpFiles, Bmp24BitMatchesOtherDecoders) {
-    expect_read_as_by_imagemagick(Character::Noise, "convert in.ppm -type TrueColor BMP3:out.bmp");
-    EXPECT_EQ(written_bits(), 24);
-}
+struct Written {
+    Character character;
+    const char* command;
+    std::size_t at; ///< of a byte of the file that shows that the tool wrote the intended kind
+    std::uint8_t value;
+};
 
-TEST_F(ForeignBmpFiles, Bmp12ByteHeaderMatchesOtherDecoders) {
-    expect_read_as_by_imagemagick(Character::Noise, "convert in.ppm -type TrueColor BMP2:out.bmp");
-    EXPECT_EQ(written()[14], 12);
-    expect_read_as_by_imagemagick(Character::FewColours, "ppmtobmp -os2 -bpp=8 in.ppm > out.bmp");
-    EXPECT_EQ(written()[14], 12);
-}
-
-TEST_F(ForeignBmpFiles, Bmp8BitMatchesOtherDecoders) {
-    expect_read_as_by_imagemagick(Character::Smooth,
-                                  "convert in.ppm -colors 200 -type Palette -compress None BMP3:out.bmp");
-    EXPECT_EQ(written_bits(), 8);
-    expect_read_as_by_imagemagick(Character::FewColours, "ppmtobmp -windows -bpp=8 in.ppm > out.bmp");
-}
-
-TEST_F(ForeignBmpFiles, Bmp4BitMatchesOtherDecoders) {
-    expect_read_as_by_imagemagick(Character::Smooth,
-                                  "pnmquant 16 in.ppm | ppmtobmp -windows -bpp=4 > out.bmp");
-    EXPECT_EQ(written_bits(), 4);
-}
-
-TEST_F(ForeignBmpFiles, Bmp1BitMatchesOtherDecoders) {
-    expect_read_as_by_imagemagick(Character::Smooth, "convert in.ppm -monochrome BMP3:out.bmp");
-    EXPECT_EQ(written_bits(), 1);
-    expect_read_as_by_imagemagick(Character::Noise, "pnmquant 2 in.ppm | ppmtobmp -windows -bpp=1 > out.bmp");
-    EXPECT_EQ(written_bits(), 1);
-}
-
-TEST_F(ForeignBmpFiles, Bmp16BitMatchesOtherDecoders) {
-    expect_read_as_by_imagemagick(Character::Noise,
-                                  "convert in.ppm -type TrueColor -define bmp:subtype=RGB565 BMP:out.bmp");
-    EXPECT_EQ(written_bits(), 16);
-    expect_read_as_by_imagemagick(Character::Noise,
-                                  "convert in.ppm -type TrueColor -define bmp:subtype=RGB555 BMP:out.bmp");
-    EXPECT_EQ(written_bits(), 16);
-}
-
-TEST_F(ForeignBmpFiles, AlphaChannelIsDroppedWithoutBlending) {
-    expect_read_as_by_imagemagick(Character::Noise,
-                                  "convert in.ppm -alpha set -channel A -evaluate set 40% BMP:out.bmp");
-    EXPECT_EQ(written_bits(), 32);
-}
-
-TEST_F(ForeignBmpFiles, RunLengthEncodingMatchesOtherDecoders) {
-    expect_read_as_by_imagemagick(Character::Runs,
-                                  "convert in.ppm -colors 200 -type Palette -compress RLE BMP3:out.bmp");
-    EXPECT_EQ(get_u32(written(), 30), 1U);
+TEST_F(ForeignBmpFiles, PixelsMatchOtherDecoders) {
+    constexpr std::size_t header_size = 14;
+    constexpr std::size_t bits = 28;
+    constexpr std::size_t compression = 30;
+    const Written files[] = {
+        {Character::Noise, "convert in.ppm -type TrueColor BMP3:out.bmp", bits, 24},
+        {Character::Noise, "convert in.ppm -type TrueColor BMP2:out.bmp", header_size, 12},
+        {Character::FewColours, "ppmtobmp -os2 -bpp=8 in.ppm > out.bmp", header_size, 12},
+        {Character::Smooth, "convert in.ppm -colors 200 -type Palette -compress None BMP3:out.bmp", bits, 8},
+        {Character::FewColours, "ppmtobmp -windows -bpp=8 in.ppm > out.bmp", bits, 8},
+        {Character::Smooth, "pnmquant 16 in.ppm | ppmtobmp -windows -bpp=4 > out.bmp", bits, 4},
+        {Character::Smooth, "convert in.ppm -monochrome BMP3:out.bmp", bits, 1},
+        {Character::Noise, "pnmquant 2 in.ppm | ppmtobmp -windows -bpp=1 > out.bmp", bits, 1},
+        {Character::Noise, "convert in.ppm -type TrueColor -define bmp:subtype=RGB565 BMP:out.bmp", bits, 16},
+        {Character::Noise, "convert in.ppm -type TrueColor -define bmp:subtype=RGB555 BMP:out.bmp", bits, 16},
+        // The alpha channel is dropped without blending.
+        {Character::Noise, "convert in.ppm -alpha set -channel A -evaluate set 40% BMP:out.bmp", bits, 32},
+        {Character::Runs, "convert in.ppm -colors 200 -type Palette -compress RLE BMP3:out.bmp", compression,
+         1},
+    };
+    for (const Written& file : files) {
+        expect_read_as_by_imagemagick(file.character, file.command);
+        EXPECT_EQ(read_file(folder_.file("out.bmp"))[file.at], file.value) << file.command;
+    }
 }
 
 /// ImageMagick rejects indices beyond the colour table, reads 3-byte entries with the 64-byte header, widens

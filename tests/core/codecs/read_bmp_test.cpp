@@ -30,12 +30,6 @@ Bytes first_bytes(const Bytes& bytes, std::size_t count) {
 
 // ---- Headers
 
-TEST(ReadBmp, SizeComesFromTheHeader) {
-    const ForeignPicture picture = read(MadeBmp{3, 2, 24, 0, {}, Bytes(24)}.file());
-    EXPECT_EQ(picture.width, 3);
-    EXPECT_EQ(picture.height, 2);
-}
-
 TEST(ReadBmp, HeadersOfFiveLengthsAreSupported) {
     for (const std::size_t header : {12U, 40U, 64U, 108U, 124U}) {
         EXPECT_EQ(colours_of({1, 2, 24, 0, {}, {3, 2, 1, 0, 6, 5, 4, 0}, header}),
@@ -167,10 +161,6 @@ TEST(ReadBmp, TrueColourHasNoColourTable) {
 
 // ---- Pixels
 
-TEST(ReadBmp, BottomRowComesFirst) {
-    EXPECT_EQ(colours_of({1, 2, 24, 0, {}, {3, 2, 1, 0, 6, 5, 4, 0}}), (Colours{0x060504, 0x030201}));
-}
-
 TEST(ReadBmp, NegativeHeightPutsTheTopRowFirst) {
     EXPECT_EQ(colours_of({1, -2, 24, 0, {}, {3, 2, 1, 0, 6, 5, 4, 0}}), (Colours{0x030201, 0x060504}));
 }
@@ -189,19 +179,6 @@ TEST(ReadBmp, Pixels16BitHave5BitsPerChannel) {
 
 TEST(ReadBmp, FourthByteOf32BitPixelsIsDropped) {
     EXPECT_EQ(colours_of({2, 1, 32, 0, {}, {1, 2, 3, 99, 4, 5, 6, 255}}), (Colours{0x010203, 0x040506}));
-}
-
-TEST(ReadBmp, Pixels24BitAreReadAtEveryWidth) {
-    for (std::int32_t width = 1; width <= 13; ++width) {
-        Bytes row(static_cast<std::size_t>((width * 3 + 3) / 4 * 4), 0xEE);
-        Colours expected;
-        for (std::int32_t x = 0; x < width; ++x) {
-            const auto value = static_cast<std::uint8_t>(x + 1);
-            std::fill_n(row.begin() + 3 * x, 3, value);
-            expected.push_back(make_colour(value, value, value));
-        }
-        EXPECT_EQ(colours_of({width, 1, 24, 0, {}, row}), expected) << width;
-    }
 }
 
 // ---- Bit fields
