@@ -1,7 +1,4 @@
 // The filters of ProcessPicture1.
-#include <algorithm>
-#include <functional>
-#include <random>
 
 #include <gtest/gtest.h>
 
@@ -61,18 +58,6 @@ TEST(PictureFilters, NegativeIs255MinusEachChannel) {
         return toolbox.Make_Picture_Negative(picture);
     });
     EXPECT_EQ(result, (Colours{rgb(255, 254, 253), rgb(0, 127, 155)}));
-}
-
-TEST(PictureFilters, NegativeTwiceRestoresThePicture) {
-    for (const std::int32_t bits : {24, 32}) {
-        const auto picture = random_surface(6, 5, Character::Noise, 2, bits);
-        const Colours before = colours_of(*picture);
-        ProcessPicture1 toolbox;
-        toolbox.Make_Picture_Negative(*picture);
-        EXPECT_NE(colours_of(*picture), before);
-        toolbox.Make_Picture_Negative(*picture);
-        EXPECT_EQ(colours_of(*picture), before);
-    }
 }
 
 TEST(PictureFilters, FlipVerticalReversesTheRows) {
@@ -138,13 +123,6 @@ TEST(PictureFilters, GreyIsTheRoundedWeightedSum) {
         }
     }
     EXPECT_EQ(greyed(colours), expected);
-}
-
-TEST(PictureFilters, GreyWithAllFlagsFalseIsPlainGrey) {
-    const Colours colours = random_colours(5000, 100, Character::Noise, 6);
-    EXPECT_EQ(greyed_but(colours, false, false, false), greyed(colours));
-    const Colours pure{rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255)};
-    EXPECT_EQ(greyed_but(pure, false, false, false), greyed(pure));
 }
 
 TEST(PictureFilters, EachFlagKeepsOnlyItsPureColour) {
@@ -216,18 +194,6 @@ TEST(PictureFilters, FiltersDoNotYield) {
     toolbox.Flip_Picture_Vertical(picture);
     toolbox.Make_ColorShift_bypass(picture, 1, 1, 1, 2, 3);
     EXPECT_EQ(services.yields, 0);
-}
-
-TEST(PictureFilters, Picture24BitOfOddWidthIsFilteredSkewed) {
-    // Rows of 9 bytes in the buffer, of 10 in the bitmap: the padding byte between the rows is blue of the
-    // second row's first pixel, and the picture's last byte is out of reach.
-    const auto picture = surface_of(3, 2, Colours(6, rgb(30, 20, 10)), 24);
-    ProcessPicture1().Change_RGB_to_BGR(*picture);
-    Bytes bytes(20);
-    picture->GetBitmapBits(bytes);
-    // In the buffer the second row is 0,10,20 30,10,20 30,10,20; the rest of the bitmap is 30 and padding.
-    EXPECT_EQ(bytes, (Bytes{30, 20, 10, 30, 20, 10, 30, 20, 10, //
-                            20, 10, 0,  20, 10, 30, 20, 10, 30, 30, 0}));
 }
 
 } // namespace

@@ -57,15 +57,19 @@ Bytes first(const Bytes& bytes, std::size_t count) {
     return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count)};
 }
 
-TEST(SpriteFileParser, FaultlessFileHasNoFindings) {
-    const Bytes bytes = faultless().bytes();
+class SpriteFileParser : public testing::Test {
+  protected:
+    test::SpriteFile file = faultless();
+};
+
+TEST_F(SpriteFileParser, FaultlessFileHasNoFindings) {
+    const Bytes bytes = file.bytes();
     EXPECT_EQ(findings_of(bytes), Texts{});
     EXPECT_TRUE(opens(bytes));
     EXPECT_EQ(parse_sprite_file(bytes).trailing_bytes, 0U);
 }
 
-TEST(SpriteFileParser, ReadsEveryField) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, ReadsEveryField) {
     file.render_mode = 2;
     file.palette[3 * 7 + 1] = 99;
     file.frames[1] = {3, 2, {1, 2, 3, 4, 5, 6}, 1, -4, 5};
@@ -85,8 +89,7 @@ TEST(SpriteFileParser, ReadsEveryField) {
     EXPECT_EQ(parse.frame_offsets, (std::vector<std::uint64_t>{first_frame, first_frame + 20 + 256}));
 }
 
-TEST(SpriteFileParser, WrongIdentIsTheOnlyFinding) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, WrongIdentIsTheOnlyFinding) {
     file.ident = "idsp";
     file.version = 7;
     EXPECT_EQ(findings_of(file),
@@ -95,21 +98,21 @@ TEST(SpriteFileParser, WrongIdentIsTheOnlyFinding) {
     EXPECT_FALSE(opens({}));
 }
 
-TEST(SpriteFileParser, EndInTheHeader) {
-    const Bytes bytes = first(faultless().bytes(), 39);
+TEST_F(SpriteFileParser, EndInTheHeader) {
+    const Bytes bytes = first(file.bytes(), 39);
     EXPECT_EQ(findings_of(bytes), Texts{"39: error: the file ends in its header"});
     EXPECT_FALSE(opens(bytes));
 }
 
-TEST(SpriteFileParser, EndInThePalette) {
-    const Bytes bytes = first(faultless().bytes(), first_frame - 1);
+TEST_F(SpriteFileParser, EndInThePalette) {
+    const Bytes bytes = first(file.bytes(), first_frame - 1);
     EXPECT_EQ(findings_of(bytes), Texts{"809: error: the file ends in its palette"});
     EXPECT_FALSE(opens(bytes));
 }
 
-TEST(SpriteFileParser, EndBeforeAFrame) {
+TEST_F(SpriteFileParser, EndBeforeAFrame) {
     for (const std::size_t length : {first_frame + 276, first_frame + 295}) {
-        const Bytes bytes = first(faultless().bytes(), length);
+        const Bytes bytes = first(file.bytes(), length);
         EXPECT_EQ(findings_of(bytes),
                   Texts{std::to_string(length) + ": error: the file ends before frame 1 of 2"});
         EXPECT_FALSE(opens(bytes));
@@ -117,8 +120,8 @@ TEST(SpriteFileParser, EndBeforeAFrame) {
     }
 }
 
-TEST(SpriteFileParser, MissingPixelsAreZeros) {
-    const Bytes bytes = first(faultless().bytes(), first_frame + 276 + 20 + 100);
+TEST_F(SpriteFileParser, MissingPixelsAreZeros) {
+    const Bytes bytes = first(file.bytes(), first_frame + 276 + 20 + 100);
     EXPECT_EQ(findings_of(bytes),
               Texts{"1206: error: the file ends in frame 1: 156 of 256 pixels are missing"});
     EXPECT_TRUE(opens(bytes));
@@ -131,8 +134,7 @@ TEST(SpriteFileParser, MissingPixelsAreZeros) {
     EXPECT_EQ(indices[255], 0);
 }
 
-TEST(SpriteFileParser, HeaderFieldsOutOfRange) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, HeaderFieldsOutOfRange) {
     file.version = 1;
     file.sprite_type = 5;
     file.render_mode = -1;
@@ -146,20 +148,17 @@ TEST(SpriteFileParser, HeaderFieldsOutOfRange) {
     EXPECT_TRUE(opens(file.bytes()));
 }
 
-TEST(SpriteFileParser, OtherRadiusIsNoted) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, OtherRadiusIsNoted) {
     file.bounding_radius_bits = bits_of(8);
     EXPECT_EQ(findings_of(file), Texts{"16: note: BoundingRadius is 8; half the diagonal is 11.313708"});
 }
 
-TEST(SpriteFileParser, RadiusThatIsNoNumber) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, RadiusThatIsNoNumber) {
     file.bounding_radius_bits = bits_of(std::numeric_limits<float>::infinity());
     EXPECT_EQ(findings_of(file), Texts{"16: warning: BoundingRadius is inf"});
 }
 
-TEST(SpriteFileParser, FrameCountOutOfRange) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, FrameCountOutOfRange) {
     file.frame_count = 0;
     EXPECT_EQ(findings_of(file),
               (Texts{"28: error: FrameCount is 0", "810: note: 552 bytes after the last frame"}));
@@ -168,8 +167,8 @@ TEST(SpriteFileParser, FrameCountOutOfRange) {
     EXPECT_EQ(findings_of(file).front(), "28: error: FrameCount is -1");
 }
 
-TEST(SpriteFileParser, TheEditorOpensAtMost32768Frames) {
-    test::SpriteFile file;
+TEST_F(SpriteFileParser, TheEditorOpensAtMost32768Frames) {
+    file = {};
     for (int i = 0; i < 32768; ++i) {
         file.add({});
     }
@@ -182,18 +181,16 @@ TEST(SpriteFileParser, TheEditorOpensAtMost32768Frames) {
               "28: error: FrameCount is 32769; the editor opens at most 32768 frames");
 }
 
-TEST(SpriteFileParser, OtherColourCountEndsParsing) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, OtherColourCountEndsParsing) {
     file.colour_count = 16;
     EXPECT_EQ(findings_of(file), Texts{"40: error: the palette has 16 colours instead of 256"});
     EXPECT_FALSE(opens(file.bytes()));
     EXPECT_TRUE(parse_sprite_file(file.bytes()).sprite.frames.empty());
 }
 
-TEST(SpriteFileParser, FrameOfImpossibleSize) {
+TEST_F(SpriteFileParser, FrameOfImpossibleSize) {
     const std::pair<std::int32_t, std::int32_t> sizes[] = {{0, 16}, {16, -1}, {46341, 46341}};
     for (const auto& [width, height] : sizes) {
-        test::SpriteFile file = faultless();
         file.frames[1].width = width;
         file.frames[1].height = height;
         EXPECT_EQ(findings_of(file), Texts{"1098: error: frame 1 has " + std::to_string(width) + " x " +
@@ -203,38 +200,34 @@ TEST(SpriteFileParser, FrameOfImpossibleSize) {
     }
 }
 
-TEST(SpriteFileParser, FrameOfNegativeSidesOpens) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, FrameOfNegativeSidesOpens) {
     file.frames[1].width = -16;
     file.frames[1].height = -16;
     EXPECT_EQ(findings_of(file), Texts{"1098: error: frame 1 has -16 x -16 pixels"});
     EXPECT_TRUE(opens(file.bytes()));
 }
 
-TEST(SpriteFileParser, FrameGroupIsReported) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, FrameGroupIsReported) {
     file.frames[1].type = 1;
     EXPECT_EQ(findings_of(file),
               Texts{"1086: warning: frame 1 has type 1: a frame group, read as a single frame"});
     EXPECT_TRUE(opens(file.bytes()));
 }
 
-TEST(SpriteFileParser, FrameLargerThanTheSprite) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, FrameLargerThanTheSprite) {
     file.frames[1] = {32, 16, Bytes(512, 1)};
     EXPECT_EQ(findings_of(file), Texts{"1098: warning: frame 1 has 32 x 16 pixels, the sprite 16 x 16"});
 }
 
-TEST(SpriteFileParser, FrameSmallerThanTheSprite) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, FrameSmallerThanTheSprite) {
     file.frames[0] = {16, 15, Bytes(240, 1)};
     EXPECT_EQ(findings_of(file), Texts{"822: error: frame 0 has 16 x 15 pixels, the sprite 16 x 16: too few "
                                        "for the editor, which ends with an error"});
     EXPECT_TRUE(opens(file.bytes()));
 }
 
-TEST(SpriteFileParser, SidesThatAreNoMultipleOf16) {
-    test::SpriteFile file;
+TEST_F(SpriteFileParser, SidesThatAreNoMultipleOf16) {
+    file = {};
     file.width = 17;
     file.height = 8;
     file.bounding_radius_bits = bits_of(9.394147F);
@@ -243,8 +236,7 @@ TEST(SpriteFileParser, SidesThatAreNoMultipleOf16) {
                                         "24: note: Height is 8, no multiple of 16"}));
 }
 
-TEST(SpriteFileParser, SidesBelowOne) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, SidesBelowOne) {
     file.width = 0;
     file.height = -16;
     file.bounding_radius_bits = bits_of(8);
@@ -255,8 +247,7 @@ TEST(SpriteFileParser, SidesBelowOne) {
     EXPECT_TRUE(opens(file.bytes()));
 }
 
-TEST(SpriteFileParser, AlphaTestWithoutTransparentPixels) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, AlphaTestWithoutTransparentPixels) {
     file.render_mode = 3;
     EXPECT_EQ(
         findings_of(file),
@@ -265,16 +256,15 @@ TEST(SpriteFileParser, AlphaTestWithoutTransparentPixels) {
     EXPECT_EQ(findings_of(file), Texts{});
 }
 
-TEST(SpriteFileParser, BytesAfterTheLastFrame) {
-    Bytes bytes = faultless().bytes();
+TEST_F(SpriteFileParser, BytesAfterTheLastFrame) {
+    Bytes bytes = file.bytes();
     bytes.resize(bytes.size() + 3);
     EXPECT_EQ(findings_of(bytes), Texts{"1362: note: 3 bytes after the last frame"});
     EXPECT_EQ(parse_sprite_file(bytes).trailing_bytes, 3U);
     EXPECT_TRUE(opens(bytes));
 }
 
-TEST(SpriteFileParser, ClaimedPixelsTakeNoMemoryUntilRead) {
-    test::SpriteFile file = faultless();
+TEST_F(SpriteFileParser, ClaimedPixelsTakeNoMemoryUntilRead) {
     file.frames[1] = {20000, 20000, {1}};
     const SpriteParse parse = parse_sprite_file(file.bytes());
     ASSERT_EQ(parse.sprite.frames.size(), 2U);
