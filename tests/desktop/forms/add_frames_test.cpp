@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <filesystem>
 
 #include <QAccessible>
@@ -438,13 +437,6 @@ TEST_F(AddFramesTest, EachFrameUpdatesCaptionThenListThenBar) {
     EXPECT_TRUE(shows_wait_cursor);
 }
 
-TEST_F(AddFramesTest, UndecodablePictureIsAFatalError) {
-    pictures_.write("a.bmp", bmp_header(4, 4, 24)); // passes the probe, but the loader cannot decode it
-    open_dialog();
-    select({0});
-    EXPECT_EQ(failures_, std::vector<std::string>{"InvalidPicture"});
-}
-
 // The import uses the transparent colour that the dialog shows.
 
 TEST_F(AddFramesTest, PickedColourLosesItsPaletteEntry) {
@@ -474,20 +466,6 @@ TEST_F(AddFramesTest, BrowserStartsAtTheSpritesThenTheLastFolder) {
     click(dialog().elboton3);
     click(main().elboton4);
     EXPECT_EQ(dialog().Dir1.Path(), pictures_.path());
-}
-
-TEST_F(AddFramesTest, BrowserStartsAtTheRootForASpriteInTheRoot) {
-    open(write_sprite("sprite.spr", 1));
-    main().eltexto1.SetText("/x.spr");
-    click(main().elboton4);
-    EXPECT_EQ(dialog().Dir1.Path(), "/");
-}
-
-TEST_F(AddFramesTest, SpritesFolderEndsAtASlashOrBackslash) {
-    open(write_sprite("sprite.spr", 1));
-    main().eltexto1.SetText(QString::fromStdString(folder_.path() + "\\x.spr"));
-    click(main().elboton4);
-    EXPECT_EQ(dialog().Dir1.Path(), folder_.path());
 }
 
 // Progress dialog.

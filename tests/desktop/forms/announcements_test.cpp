@@ -76,14 +76,6 @@ TEST_F(AnnouncementTest, EnablingButtonsAndTheListIsAnnounced) {
     EXPECT_TRUE(events.disabled_changed(main()));
 }
 
-TEST_F(AnnouncementTest, NewCaptionOfAValueIsAnnounced) {
-    const AccessibleEvents events;
-    open_sprite(3);
-    EXPECT_EQ(name_of(main().ellabel7), "4 x 4");
-    EXPECT_GE(events.count(QAccessible::NameChanged, main().ellabel7), 1);
-    EXPECT_EQ(events.count(QAccessible::NameChanged, main().ellabel2), 0);
-}
-
 TEST_F(AnnouncementTest, SelectionInTheFrameListIsAnnounced) {
     open_sprite(3);
     QAccessibleInterface& list = tree_of(main().List1);
@@ -159,36 +151,6 @@ TEST_F(AnnouncementTest, ArmedPickerAndPickedColourAreAnnounced) {
     EXPECT_TRUE(events.checked_changed(dialog.elboton1));
     ui_driver::click_at(dialog.Picture1, {1, 1});
     EXPECT_FALSE(state_of(dialog.elboton1).checked);
-}
-
-TEST_F(AnnouncementTest, ProgressStepsAndPhasesAreAnnounced) {
-    open_sprite(3);
-    for (const int line : {0, 1, 2}) {
-        main().List1.SetSelected(line, true);
-    }
-    click(main().elboton6);
-    ui_driver::type_into(coordinator_->form3()->eltexto1, QString::fromStdString(folder_.path()));
-    const AccessibleEvents events;
-    std::vector<int> steps;
-    std::vector<std::string> items;
-    bool each_told = true;
-    services_.on_yield = [&] {
-        if (Form6* progress = coordinator_->form6()) {
-            const int value = tree_of(progress->Progressbar1).valueInterface()->currentValue().toInt();
-            if (value > 0 && (steps.empty() || steps.back() != value)) {
-                steps.push_back(value);
-                items.push_back(text(name_of(progress->Label2)));
-                each_told = each_told &&
-                            events.count(QAccessible::ValueChanged, progress->Progressbar1) > value &&
-                            events.count(QAccessible::NameChanged, progress->Label2) >= value;
-            }
-        }
-    };
-    click(coordinator_->form3()->elboton2);
-    services_.on_yield = nullptr;
-    EXPECT_EQ(steps, (std::vector<int>{1, 2, 3}));
-    EXPECT_EQ(items, (std::vector<std::string>{"sprite_0.bmp", "sprite_1.bmp", "sprite_2.bmp"}));
-    EXPECT_TRUE(each_told);
 }
 
 TEST_F(AnnouncementTest, TextOfFieldsAndChoiceOfListsAreReported) {

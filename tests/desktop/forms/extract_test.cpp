@@ -148,13 +148,6 @@ TEST_F(ExtractTest, WritesTheSelectedFramesUnderTheSpritesName) {
     EXPECT_EQ(services_.messages, std::vector<std::string>());
 }
 
-TEST_F(ExtractTest, UnsavedSpriteUsesTheTypedName) {
-    open_sprite(1);
-    main().eltexto1.SetText("typed");
-    extract();
-    EXPECT_EQ(written(), std::vector<std::string>{"typed_0.bmp"});
-}
-
 TEST_F(ExtractTest, FormatAndCompressionReachTheWriters) {
     open_sprite_and_dialog();
     choose_out();

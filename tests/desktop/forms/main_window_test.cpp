@@ -216,21 +216,6 @@ TEST_F(MainWindowTest, RemoveDoesNothing) {
     EXPECT_EQ(services_.messages, std::vector<std::string>());
 }
 
-TEST_F(MainWindowTest, ClickOnALineDrawsItsFrame) {
-    open_sprite(3);
-    click_line(main().List1, 2);
-    EXPECT_EQ(shown(), colour_of_frame(2));
-    click_line(main().List1, 1);
-    EXPECT_EQ(shown(), colour_of_frame(1));
-}
-
-TEST_F(MainWindowTest, LineWithoutAFrameIsSubscriptOutOfRange) {
-    open_sprite(1);
-    main().List1.AddItem("Frame 1");
-    click_line(main().List1, 1);
-    EXPECT_EQ(failures_, std::vector<std::string>{"SubscriptOutOfRange"});
-}
-
 TEST_F(MainWindowTest, UpMovesAFrameAndKeepsTheLines) {
     open_sprite(3);
     click_line(main().List1, 2);

@@ -80,16 +80,6 @@ TEST_F(PreviewTest, TimerDrawsFrameAfterFrameAndWraps) {
     EXPECT_EQ(play(7), (std::vector<int>{0, 1, 2, 0, 1, 2, 0}));
 }
 
-TEST_F(PreviewTest, SpeedIsAtMost60AndItsIntervalIsRoundedDown) {
-    open_preview(1);
-    click_times(dialog().Label3, 45);
-    expect_speed("60 fps", 16);
-    click(dialog().Label3);
-    expect_speed("60 fps", 16);
-    click_times(dialog().Label4, 53);
-    expect_speed("7 fps", 142);
-}
-
 TEST_F(PreviewTest, SlowerFrom1IsADivisionByZero) {
     open_preview(1);
     click_times(dialog().Label4, 14);
