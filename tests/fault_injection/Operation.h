@@ -21,9 +21,9 @@
 #include "core/base/RunTimeFailure.h"
 #include "core/codecs/CBitmap.h"
 #include "core/image/Picture.h"
-#include "core/services/Services.h"
 #include "core/sprite/hlspr.h"
 #include "fault_injection/Faults.h"
+#include "support/RecordedServices.h"
 #include "support/TemporaryFolder.h"
 
 namespace varnoth::test {
@@ -31,31 +31,17 @@ namespace varnoth::test {
 using FileBytes = Bytes;
 
 /// Platform services that are exempt from faults, since the test's own bookkeeping is not under test.
-class FaultFreeServices : private MessageBoxes, private PictureLoader {
-  public:
-    FaultFreeServices() : installation_({this, nullptr, this, nullptr}) {}
-
-    Texts messages;
-    std::map<std::string, Picture> pictures; ///< by path; any other path fails with InvalidPicture
-
-  private:
+class FaultFreeServices : public RecordedServices {
+  protected:
     void show(std::string_view text) override {
         const FaultsSuspended meanwhile;
-        messages.emplace_back(text);
+        RecordedServices::show(text);
     }
-
-    bool ask(std::string_view /*question*/) override { return true; }
 
     Picture load(const std::string& path) override {
         const FaultsSuspended meanwhile;
-        const auto found = pictures.find(path);
-        if (found == pictures.end()) {
-            fail(Failure::InvalidPicture);
-        }
-        return found->second;
+        return RecordedServices::load(path);
     }
-
-    ServicesInstallation installation_;
 };
 
 /// How a job ended: its answer or its failure, and its messages.

@@ -89,15 +89,13 @@ class FileSystem : public testing::Test {
     }
 
     // Creates a folder of two pictures, lists it and selects both.
-    void choose(const std::string& name, PictureFormat format) {
-        fs::create_directory(folder_.file(name));
+    void choose(PictureFormat format) {
+        pictures_.emplace(services_);
         for (const std::string picture : {"a", "b"}) {
             const Colours colours(12, picture == "a" ? 0x102030 : 0x405060);
-            const std::string path = name + "/" + picture + std::string(extension_of(format));
-            folder_.write(path, picture_file(format, 4, 3, colours));
-            services_.pictures[folder_.file(path)] = surface_of(4, 3, colours)->Image();
+            pictures_->add(picture + std::string(extension_of(format)), format, 4, 3, colours);
         }
-        form_ = std::make_unique<ScriptedAddFrames>(folder_.file(name), format, false);
+        form_ = std::make_unique<ScriptedAddFrames>(pictures_->path(), format, false);
         form_->click(0);
         form_->click(1);
         services_.messages.clear();
@@ -109,7 +107,8 @@ class FileSystem : public testing::Test {
 
     const std::string not_saved_ = "Unknown Error Saving Sprite.";
     TemporaryFolder folder_;
-    FaultFreeServices services_;
+    RecordedServices services_;
+    std::optional<PictureFolder> pictures_;
     AllFrames view_;
     RecordedImport import_;
     std::unique_ptr<ScriptedAddFrames> form_;
@@ -144,22 +143,22 @@ TEST_F(FileSystem, RemovedOutputFolderEndsExport) {
 }
 
 TEST_F(FileSystem, FolderRemovedAfterListingEndsImport) {
-    choose("pcx", PictureFormat::Pcx);
-    fs::remove_all(folder_.file("pcx"));
+    choose(PictureFormat::Pcx);
+    fs::remove_all(pictures_->path());
     EXPECT_EQ(import(), Failure::PathNotFound);
     EXPECT_EQ(services_.messages, Texts{"File: a.pcx Bad Format/Corrupt."});
 
-    choose("bmp", PictureFormat::Bmp);
-    fs::remove_all(folder_.file("bmp"));
+    choose(PictureFormat::Bmp);
+    fs::remove_all(pictures_->path());
     EXPECT_EQ(import(), Failure::PathNotFound);
     EXPECT_EQ(services_.messages, Texts());
 }
 
 TEST_F(FileSystem, PictureRemovedBetweenPassesKeepsEarlierFrames) {
-    choose("pictures", PictureFormat::Tga);
+    choose(PictureFormat::Tga);
     import_.on_event = [&](const std::string& event) {
         if (event == "step Frame 1") {
-            fs::remove(folder_.file("pictures/b.tga"));
+            fs::remove(pictures_->file("b.tga"));
         }
     };
     EXPECT_EQ(import(), Failure::FileNotFound);
@@ -168,10 +167,10 @@ TEST_F(FileSystem, PictureRemovedBetweenPassesKeepsEarlierFrames) {
 }
 
 TEST_F(FileSystem, PictureReplacedBetweenPassesIsImportedAsReplaced) {
-    choose("pictures", PictureFormat::Tga);
+    choose(PictureFormat::Tga);
     import_.on_event = [&](const std::string& event) {
         if (event == "step Frame 1") {
-            folder_.write("pictures/b.tga", tga_file(2, 2, Colours(4, 0x102030)));
+            pictures_->write("b.tga", tga_file(2, 2, Colours(4, 0x102030)));
         }
     };
     EXPECT_EQ(import(), std::nullopt);

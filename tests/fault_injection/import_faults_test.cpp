@@ -29,9 +29,14 @@ class FaultFreeImport : public RecordedImport {
 class Pictures {
   public:
     Pictures(FaultFreeServices& services, PictureFormat of_format, bool many)
-        : format(of_format), many_colours(many) {
+        : folder(services), format(of_format), many_colours(many) {
+        const std::int16_t side = many ? 17 : 6;
         for (const std::string name : {"a", "b"}) {
-            add(services, name, many);
+            const std::string full_name = name + std::string(extension_of(format));
+            folder.add(full_name, format, side, side,
+                       random_colours(static_cast<std::size_t>(side * side), static_cast<std::size_t>(side),
+                                      many ? Character::Noise : Character::FewColours, name == "a" ? 1 : 2));
+            files_[folder.file(full_name)] = read_file(folder.file(full_name));
         }
     }
 
@@ -41,26 +46,11 @@ class Pictures {
         }
     }
 
-    const TemporaryFolder folder;
+    PictureFolder folder;
     const PictureFormat format;
     const bool many_colours;
 
   private:
-    void add(FaultFreeServices& services, const std::string& name, bool many) {
-        const std::int16_t side = many ? 17 : 6;
-        const auto pixels = static_cast<std::size_t>(side * side);
-        Colours colours =
-            random_colours(pixels, static_cast<std::size_t>(side),
-                           many ? Character::Noise : Character::FewColours, name == "a" ? 1 : 2);
-        const std::string full_name = name + std::string(extension_of(format));
-        const FileBytes bytes = picture_file(format, side, side, colours);
-        const std::string path = folder.write(full_name, bytes);
-        files_[path] = bytes;
-        if (format == PictureFormat::Bmp) {
-            services.pictures[path] = surface_of(side, side, colours)->Image();
-        }
-    }
-
     std::map<std::string, FileBytes> files_;
 };
 

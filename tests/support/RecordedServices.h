@@ -34,7 +34,7 @@ class RecordedServices : private MessageBoxes,
     Texts filters;                                     ///< of the choices so far
     std::map<std::filesystem::path, Picture> pictures; ///< any other path fails with InvalidPicture
 
-  private:
+  protected:
     void show(std::string_view text) override {
         messages.emplace_back(text);
         if (on_message) {
@@ -75,6 +75,7 @@ class RecordedServices : private MessageBoxes,
         return next_save;
     }
 
+  private:
     ServicesInstallation installation_;
 };
 

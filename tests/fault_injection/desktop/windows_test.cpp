@@ -14,8 +14,6 @@ namespace {
 using ui_driver::click;
 using ui_driver::click_line;
 
-using Texts = std::vector<std::string>;
-
 class WindowFaults : public EditorTest {
   protected:
     ~WindowFaults() override { EXPECT_EQ(open_streams(), streams_before_); }
