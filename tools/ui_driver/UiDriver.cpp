@@ -2,13 +2,13 @@
 
 #include <QAbstractItemView>
 #include <QCoreApplication>
-#include <QDir>
 #include <QEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTest>
 #include <QWindow>
 
+#include "core/services/folders.h"
 #include "desktop/controls/eltexto.h"
 #include "desktop/widgets/DropDownList.h"
 #include "desktop/widgets/FolderListBox.h"
@@ -87,16 +87,20 @@ void choose(DropDownList& list, int line) {
 }
 
 bool walk_to(FolderListBox& folders, const QString& absolute_path) {
-    const QString target = QDir::cleanPath(absolute_path);
+    const std::string target = plain_folder(path_of_text(absolute_path));
     double_click_line(folders, 0);
-    for (const QString& name : target.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+    for (const std::string& folder : folders_down_to(target)) {
+        if (folder == folders.Path()) {
+            continue; // the root
+        }
+        const QString name = text_of_path(folder_name(folder));
         const QList<QListWidgetItem*> found = folders.findItems(name, Qt::MatchExactly);
         if (found.isEmpty()) {
             return false;
         }
         double_click_line(folders, folders.row(found.back()));
     }
-    return text_of_path(folders.Path()) == target;
+    return folders.Path() == target;
 }
 
 void settle() {

@@ -10,6 +10,7 @@
 #include "core/base/files.h"
 #include "core/base/numbers.h"
 #include "core/services/FileList.h"
+#include "core/services/folders.h"
 #include "core/sprite/hlspr.h"
 #include "desktop/forms/FormCoordinator.h"
 #include "desktop/forms/add_frames/Form4.h"
@@ -20,6 +21,7 @@
 #include "desktop/forms/new_sprite/Form2.h"
 #include "desktop/forms/preview/Form7.h"
 #include "desktop/forms/progress/Form6.h"
+#include "qt/path_text.h"
 #include "shared/ppm.h"
 #include "ui_driver/UiDriver.h"
 #include "walkthrough/Camera.h"
@@ -61,6 +63,7 @@ class Walk {
     void make_new();
     bool open(const std::string& path);
     void import(const std::string& folder);
+    void choose_drive_of(const QString& folder);
     void select_pictures();
     void pick();
     void move(const Move& move);
@@ -180,6 +183,7 @@ void Walk::import(const std::string& folder) {
     }
     Form4& dialog = *coordinator_.form4();
     const QString absolute = QFileInfo(QString::fromStdString(folder)).absoluteFilePath();
+    choose_drive_of(absolute);
     if (!walk_to(dialog.Dir1, absolute)) {
         throw WrongOption("cannot open the folder " + folder);
     }
@@ -197,6 +201,16 @@ void Walk::import(const std::string& folder) {
     }
     settle();
     camera_.take(main(), "imported");
+}
+
+// On Windows, the folder list may start on another drive.
+void Walk::choose_drive_of(const QString& folder) {
+    Form4& dialog = *coordinator_.form4();
+    const std::string root = folders_down_to(plain_folder(path_of_text(folder))).front();
+    const int line = dialog.Drive1.findData(text_of_path(root));
+    if (line >= 0 && !is_within(dialog.Dir1.Path(), root)) {
+        choose(dialog.Drive1, line);
+    }
 }
 
 void Walk::select_pictures() {
