@@ -9,11 +9,12 @@ import sys
 import tempfile
 import unittest
 
-from under_wine import contents, run
+from under_wine import contents, run, windows_path
 
 LINUX, WINDOWS, SAMPLES = map(os.path.abspath, sys.argv[1:4])
 
-PICTURES = ("explosion_1.bmp", "explosion_2.bmp", "explosion_10.bmp")
+# Wine has no fonts of its own for the offscreen platform.
+FONTS = windows_path("/usr/share/fonts/truetype/dejavu")
 
 
 def with_slashes(text):
@@ -41,7 +42,8 @@ class SameResults(unittest.TestCase):
 
     def run_both(self, program, *arguments, stdin=b""):
         linux = run(os.path.join(LINUX, program), *arguments, folder=self.folders["linux"], stdin=stdin)
-        windows = run(os.path.join(WINDOWS, program + ".exe"), *arguments, folder=self.folders["windows"], stdin=stdin)
+        windows = run(os.path.join(WINDOWS, program + ".exe"), *arguments, folder=self.folders["windows"], stdin=stdin,
+                      QT_QPA_FONTDIR=FONTS)
         return linux, windows
 
     def check_files(self):
