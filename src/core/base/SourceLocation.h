@@ -18,15 +18,13 @@ class SourceLocation {
 
     constexpr unsigned line() const { return line_; }
 
-    constexpr SourceLocation() = default;
-
   private:
     constexpr SourceLocation(const char* file, const char* function, unsigned line)
         : file_(file), function_(function), line_(line) {}
 
-    const char* file_ = "";
-    const char* function_ = "";
-    unsigned line_ = 0;
+    const char* file_;
+    const char* function_;
+    unsigned line_;
 };
 
 } // namespace varnoth

@@ -210,9 +210,9 @@ RgbaPicture resize_picture(RgbaPicture picture, int width, int height, Fit fit) 
     case Fit::Contain:
         return contain(picture, width, height);
     case Fit::Crop:
-        return scale(picture, centre_of(picture, width, height), width, height);
+        break;
     }
-    return picture;
+    return scale(picture, centre_of(picture, width, height), width, height);
 }
 
 } // namespace varnoth

@@ -199,16 +199,14 @@ struct Group {
     }
 };
 
-// The means of at most `count` groups. Reorders the samples.
+// The means of `count` groups, fewer than there are samples: then a group has several colours and can be
+// divided. Reorders the samples.
 std::vector<RGBQUAD> split(Samples samples, std::size_t count, std::size_t threads) {
     std::vector<Group> groups{Group(samples, threads)};
     while (groups.size() < count) {
         const auto widest = std::ranges::max_element(groups, {}, &Group::gain);
-        if (!widest->cut) {
-            break;
-        }
         const Samples members = widest->samples;
-        const Cut cut = *widest->cut;
+        const Cut cut = widest->cut.value();
         const auto middle = std::stable_partition(members.begin(), members.end(), [&](const Sample& sample) {
             return sample.colour[cut.channel] <= cut.last;
         });

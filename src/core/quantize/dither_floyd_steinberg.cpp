@@ -32,9 +32,6 @@ int distance_to_nearest_other(const NearestEntry& nearest, std::size_t entry) {
 // most 255 levels. Colours outside of the palette's range cannot be compensated; without a limit, their
 // errors would add up and smear over what follows.
 std::int32_t error_limit(const NearestEntry& nearest) {
-    if (nearest.size() < 2) {
-        return 0;
-    }
     std::int32_t sum = 0; // each rounded down to sixteenths
     for (std::size_t entry = 0; entry < nearest.size(); ++entry) {
         sum += static_cast<std::int32_t>(16 * std::sqrt(distance_to_nearest_other(nearest, entry)));

@@ -19,7 +19,7 @@ constexpr int full_strength = 200;
 constexpr std::size_t mixture_size = 8;
 using Mixture = std::array<std::uint8_t, mixture_size>;
 
-constexpr std::array<std::array<std::uint8_t, matrix_side>, matrix_side> make_bayer() {
+consteval std::array<std::array<std::uint8_t, matrix_side>, matrix_side> make_bayer() {
     std::array<std::array<std::uint8_t, matrix_side>, matrix_side> matrix{};
     for (std::size_t y = 0; y < matrix_side; ++y) {
         for (std::size_t x = 0; x < matrix_side; ++x) {

@@ -61,7 +61,7 @@ SourceLocation location_of_failure(Action&& action) {
     } catch (const RunTimeFailure& failure) {
         return failure.location();
     }
-    return {};
+    return SourceLocation::current();
 }
 
 TEST(RunTimeFailure, LocationIsThatOfTheCallToFail) {
@@ -80,6 +80,7 @@ TEST(RunTimeFailure, SubscriptFailureIsLocatedAtTheCaller) {
 
 TEST(RunTimeFailure, FileFailureIsLocatedInTheCore) {
     const SourceLocation location = location_of_failure([] { InputFile file("missing/file"); });
+    EXPECT_STREQ(location.function_name(), "fail_at");
     EXPECT_TRUE(std::string_view(location.file_name()).ends_with("core/base/files.cpp"))
         << location.file_name();
 }

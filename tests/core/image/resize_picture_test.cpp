@@ -61,6 +61,11 @@ TEST(ResizePicture, OvershootIsClamped) {
     EXPECT_TRUE(std::ranges::is_sorted(scaled));
 }
 
+TEST(ResizePicture, TransparentPixelsBecomeTransparentBlack) {
+    const RgbaPicture picture{2, 1, {0x0000FF00, 0x00FF0000}};
+    EXPECT_EQ(resize_picture(picture, 3, 1, Fit::Stretch).pixels, std::vector<std::uint32_t>(3, 0));
+}
+
 TEST(ResizePicture, TransparentPixelsDoNotColourTheirNeighbours) {
     const RgbaPicture picture{4, 1, {red, 0x0000FF00, red, 0x0000FF00}};
     for (const std::uint32_t pixel : resize_picture(picture, 2, 1, Fit::Stretch).pixels) {

@@ -76,6 +76,7 @@ TEST_F(SpriteFileParser, ReadsEveryField) {
     const SpriteParse parse = parse_sprite_file(file.bytes());
     EXPECT_EQ(parse.sprite.header.SpriteType, 2);
     EXPECT_EQ(parse.sprite.header.RenderMode, 2);
+    EXPECT_EQ(parse.sprite.mode(), RenderMode::IndexAlpha);
     EXPECT_EQ(parse.sprite.header.Width, 16);
     EXPECT_EQ(parse.sprite.palette.Colours[7], (PaletteColour{0, 99, 0}));
     ASSERT_EQ(parse.sprite.frames.size(), 2U);
