@@ -9,7 +9,7 @@ import sys
 import tempfile
 import unittest
 
-from under_wine import contents, run, windows_path
+from under_wine import contents, run, set_variable, windows_path
 
 LINUX, WINDOWS, SAMPLES = map(os.path.abspath, sys.argv[1:4])
 
@@ -42,8 +42,7 @@ class SameResults(unittest.TestCase):
 
     def run_both(self, program, *arguments, stdin=b""):
         linux = run(os.path.join(LINUX, program), *arguments, folder=self.folders["linux"], stdin=stdin)
-        windows = run(os.path.join(WINDOWS, program + ".exe"), *arguments, folder=self.folders["windows"], stdin=stdin,
-                      QT_QPA_FONTDIR=FONTS)
+        windows = run(os.path.join(WINDOWS, program + ".exe"), *arguments, folder=self.folders["windows"], stdin=stdin)
         return linux, windows
 
     def check_files(self):
@@ -164,6 +163,10 @@ class Inspect(SameResults):
         linux, windows = self.run_both("inspect", *files, "explosion.spr")
         self.assertEqual(windows[0], 0, windows[2])
         self.assertEqual(windows[1].decode().splitlines(), linux[1].decode().splitlines())
+
+
+def setUpModule():
+    set_variable("QT_QPA_FONTDIR", FONTS)
 
 
 if __name__ == "__main__":
