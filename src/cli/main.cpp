@@ -24,6 +24,7 @@ int run(int argument_count, char** arguments) {
     CLI::App program("Makes, inspects, takes apart and edits Half-Life sprites.", "varnoth-cli");
     program.set_version_flag("--version", "varnoth-cli " VARNOTH_VERSION);
     program.require_subcommand(1);
+    program.allow_windows_style_options(false); // a path such as /folder/file is not an option
     program.footer("'varnoth-cli COMMAND --help' describes a command.");
     varnoth::cli::add_make(program);
     varnoth::cli::add_info(program);

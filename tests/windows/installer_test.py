@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Installs, uses and uninstalls Varnoth in a fresh Windows of Wine, for one user and for all, and checks that neither a
 file nor an entry of the registry is left. Usage: installer_test.py SETUP_EXE SAMPLES VERSION [TEST...]"""
+import getpass
 import os
 import re
 import shutil
@@ -12,13 +13,12 @@ import unittest
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.append(os.path.join(HERE, "..", "e2e"))
 import controls  # noqa: E402
-from display import Display, wait_for  # noqa: E402
+from display import wait_for  # noqa: E402
 from ui_driver import UiDriver  # noqa: E402
-from under_wine import UNDER_WINE, contents, windows_path  # noqa: E402
+from under_wine import UNDER_WINE, WineDisplay, contents, wait_for_end, windows_path  # noqa: E402
 
 SETUP, SAMPLES = map(os.path.abspath, sys.argv[1:3])
 VERSION = sys.argv[3]
-WINE_SERVER = "/usr/lib/wine/wineserver64"
 
 KEY = r"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Varnoth"
 # What Windows itself keeps about the programs that ran and the files that dialogs opened.
@@ -43,7 +43,7 @@ class Windows:
 
     def stop(self):
         """Waits for the programs that still run, and writes the registry to its files."""
-        subprocess.run([WINE_SERVER, "--wait"], env=self.environment, timeout=120, check=True)
+        wait_for_end(self.folder)
 
     def restart(self):
         """Windows deletes what was in use when it starts the next time."""
@@ -73,7 +73,7 @@ class Windows:
 
 class Installer(UiDriver, unittest.TestCase):
     def setUp(self):
-        self.display = Display()
+        self.display = WineDisplay()
         self.addCleanup(self.display.close)
         holder = tempfile.TemporaryDirectory()
         self.addCleanup(holder.cleanup)
@@ -97,6 +97,7 @@ class Installer(UiDriver, unittest.TestCase):
         sprite = os.path.join(self.display.home, "made.spr")
         self.windows.run(program, "make", sprite, os.path.join(SAMPLES, "explosion_1.bmp"),
                          os.path.join(SAMPLES, "explosion_2.bmp"))
+        self.windows.stop()
         self.start(UNDER_WINE, self.windows.path(folder, "varnoth.exe"), WITH_DISPLAY="1",
                    QT_QPA_PLATFORM="windows", WINEPREFIX=self.windows.folder)
         self.open(windows_path(sprite), frames=2)
@@ -120,7 +121,7 @@ class Installer(UiDriver, unittest.TestCase):
         return folder
 
     def test_nothing_is_left_of_an_installation_for_one_user(self):
-        user = os.path.join("users", os.environ.get("USER", "root"))
+        user = os.path.join("users", getpass.getuser())
         folder = os.path.join(user, "AppData", "Local", "Programs", "Varnoth")
         menu = os.path.join(user, "AppData", "Roaming", "Microsoft", "Windows", "Start Menu", "Programs", "Varnoth")
         self.check_installation("/CurrentUser", folder, menu)

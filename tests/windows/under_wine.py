@@ -1,9 +1,15 @@
 """Runs programs for Windows under Wine, and those for Linux beside them. Wine's files are in the folder WINEPREFIX."""
 import os
 import subprocess
+import sys
 
 HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.append(os.path.join(HERE, "..", "e2e"))
+from display import Display  # noqa: E402
+from ui_driver import MAIN  # noqa: E402
+
 UNDER_WINE = os.path.join(HERE, "..", "..", "cmake", "under-wine")
+WINE_SERVER = "/usr/lib/wine/wineserver64"
 TIMEOUT = 300
 
 
@@ -30,6 +36,19 @@ def run(program, *arguments, folder, stdin=b""):
     done = subprocess.run([*command, *arguments], cwd=folder, input=stdin, capture_output=True, timeout=TIMEOUT,
                           check=False)
     return done.returncode, done.stdout, done.stderr
+
+
+def wait_for_end(prefix):
+    """Waits until all programs of an installation of Wine have ended. The desktop of Wine, which outlives them by some
+    seconds, stays on the display of the first one."""
+    subprocess.run([WINE_SERVER, "--wait"], env={**os.environ, "WINEPREFIX": prefix}, timeout=TIMEOUT, check=True)
+
+
+class WineDisplay(Display):
+    """A display with windows of Wine. Qt adds the name of the program to their titles."""
+
+    def windows(self, title=".+"):
+        return super().windows(f"{title}( - {MAIN})?")
 
 
 def contents(folder):

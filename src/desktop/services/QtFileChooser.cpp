@@ -44,6 +44,7 @@ std::string QtFileChooser::choose(QFileDialog& dialog, std::string_view filter) 
 std::string QtFileChooser::choose_to_open(std::string_view filter) {
     const UnchangedRegistry unchanged;
     QFileDialog dialog(dialog_parent());
+    dialog.setWindowTitle(QStringLiteral("Open")); // the dialog of Windows has no title of its own
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
     return choose(dialog, filter);
@@ -52,6 +53,7 @@ std::string QtFileChooser::choose_to_open(std::string_view filter) {
 std::string QtFileChooser::choose_to_save(std::string_view filter) {
     const UnchangedRegistry unchanged;
     QFileDialog dialog(dialog_parent());
+    dialog.setWindowTitle(QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setDefaultSuffix(parse(filter).pattern.section(u'.', -1));
