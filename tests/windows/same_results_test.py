@@ -9,12 +9,9 @@ import sys
 import tempfile
 import unittest
 
-from under_wine import contents, run, set_variable, windows_path
+from under_wine import contents, run
 
 LINUX, WINDOWS, SAMPLES = map(os.path.abspath, sys.argv[1:4])
-
-# Wine has no fonts of its own for the offscreen platform.
-FONTS = windows_path("/usr/share/fonts/truetype/dejavu")
 
 
 def with_slashes(text):
@@ -163,10 +160,6 @@ class Inspect(SameResults):
         linux, windows = self.run_both("inspect", *files, "explosion.spr")
         self.assertEqual(windows[0], 0, windows[2])
         self.assertEqual(windows[1].decode().splitlines(), linux[1].decode().splitlines())
-
-
-def setUpModule():
-    set_variable("QT_QPA_FONTDIR", FONTS)
 
 
 if __name__ == "__main__":

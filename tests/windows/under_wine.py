@@ -23,13 +23,6 @@ def linux_path(path):
     return path.removeprefix("Z:").replace("\\", "/")
 
 
-def set_variable(name, value):
-    """Sets an environment variable for all programs that start from now on. Wine itself hides those of Linux that begin
-    with QT_ from them."""
-    subprocess.run([UNDER_WINE, "reg", "add", r"HKCU\Environment", "/v", name, "/d", value, "/f"], check=True,
-                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=TIMEOUT)
-
-
 def run(program, *arguments, folder, stdin=b""):
     """Runs a program of either system in a folder. Returns its exit status, standard output and standard error."""
     command = [UNDER_WINE, program] if program.endswith(".exe") else [program]
