@@ -162,5 +162,10 @@ class Inspect(SameResults):
         self.assertEqual(windows[1].decode().splitlines(), linux[1].decode().splitlines())
 
 
+def setUpModule():
+    # The first program starts those of Wine, which write to its standard error.
+    run(os.path.join(WINDOWS, "varnoth-cli.exe"), "--version", folder=SAMPLES)
+
+
 if __name__ == "__main__":
     unittest.main(argv=[sys.argv[0], *sys.argv[4:]])
