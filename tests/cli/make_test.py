@@ -645,8 +645,10 @@ class Resources(MakeTest):
 
         def write_each_time():
             for _ in ("listing", "size", "counting colours", "making frames"):
-                time.sleep(0.6)
-                with open(self.path("slow.png"), "wb") as pipe:
+                with open(self.path("slow.png"), "wb") as pipe:  # waits for the program to open it
+                    os.mkfifo(self.path("next"))
+                    os.replace(self.path("next"), self.path("slow.png"))  # for the next time
+                    time.sleep(0.6)
                     pipe.write(self.read("a.png"))
 
         writer = threading.Thread(target=write_each_time)
