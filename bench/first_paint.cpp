@@ -13,6 +13,7 @@
 #include "core/services/Services.h"
 #include "desktop/controls/parts/accessible.h"
 #include "desktop/forms/FormCoordinator.h"
+#include "desktop/forms/main_window/Form1.h"
 #include "desktop/services/QtEventQueue.h"
 #include "desktop/services/QtFileChooser.h"
 #include "desktop/services/QtMessageBoxes.h"

@@ -15,6 +15,11 @@
 
 #include "core/services/Services.h"
 #include "desktop/forms/FormCoordinator.h"
+#include "desktop/forms/add_frames/Form4.h"
+#include "desktop/forms/main_window/Form1.h"
+#include "desktop/forms/new_sprite/Form2.h"
+#include "desktop/forms/preview/Form7.h"
+#include "desktop/forms/progress/Form6.h"
 #include "desktop/services/QtEventQueue.h"
 #include "desktop/theme/theme.h"
 #include "photographs.h"
