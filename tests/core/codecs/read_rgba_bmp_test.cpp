@@ -77,6 +77,15 @@ TEST(ReadRgbaBmp, OpaqueWithoutAnAlphaMask) {
     EXPECT_EQ(pixels_of(file_with_masks(0, {})), Pixels{0xFF332211});
 }
 
+TEST(ReadRgbaBmp, PixelsOfARowAreInOrder) {
+    MadeBmp bmp;
+    bmp.width = 2;
+    bmp.height = 1;
+    bmp.bits = 32;
+    bmp.data = {0x11, 0x22, 0x33, 0, 0x55, 0x66, 0x77, 0};
+    EXPECT_EQ(pixels_of(bmp.file()), (Pixels{0xFF332211, 0xFF776655}));
+}
+
 TEST(ReadRgbaBmp, NarrowAlphaIsWidened) {
     EXPECT_EQ(pixels_of(file_with_header(108, 0x40000000)), Pixels{0xFF332211});
     EXPECT_EQ(pixels_of(file_with_header(108, 0x80000000)), Pixels{0x00332211});
