@@ -3,6 +3,7 @@
 // layout.
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 
@@ -170,6 +171,18 @@ TEST_F(Poisoned, SpriteResultsAreReproducible) {
             result.insert(result.end(), bytes.begin(), bytes.end());
         }
         return result;
+    });
+}
+
+// Header, palette and frame header are read; the frame's indices are not.
+TEST_F(Poisoned, FrameIsReproducibleAfterAReadError) {
+    const auto sprites = worth_loading(files_in("samples", ".spr"));
+    expect_same_twice(sprites, [](const std::string& path) {
+        reset_sprite();
+        const FaultInjection fault({.call = Call::Read, .number = 4, .error = EIO});
+        EXPECT_EQ(hlspr::load_sprite(path), False);
+        EXPECT_TRUE(fault.hit());
+        return document_bytes();
     });
 }
 

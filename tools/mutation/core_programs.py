@@ -57,7 +57,12 @@ class CorePrograms(Programs):
         return not set(self.reached.get(test, {}).get(mutant.path, ())).isdisjoint(lines)
 
     def tests_to_compile(self, mutant):
-        """The tests of the header itself, which call its inline functions, and no others."""
-        stem = os.path.join(ROOT, "tests", mutant.path.removesuffix(".h"))
-        own = re.compile(re.escape(stem) + r"(_\w+)?_test\.cpp")
-        return [file for file in self.compilations if own.fullmatch(file)], []
+        """The tests of the header's folder that name it or what it declares; they call its inline functions."""
+        folder = os.path.join(ROOT, "tests", os.path.dirname(mutant.path))
+        name = re.compile(r"\b" + re.escape(os.path.basename(mutant.path).removesuffix(".h")) + r"\b")
+        return [file for file in self.compilations if os.path.dirname(file) == folder and self.names(file, name)], []
+
+    @staticmethod
+    def names(file, name):
+        with open(file, encoding="utf-8") as text:
+            return name.search(text.read()) is not None

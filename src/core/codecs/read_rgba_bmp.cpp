@@ -28,22 +28,22 @@ constexpr std::size_t compression_at = 30;
 constexpr std::size_t red_mask_at = 54;
 constexpr std::size_t alpha_mask_at = 66;
 
-/// The size that the header would have with its masks in it: 56 for BI_ALPHABITFIELDS.
+/// The size that the header would have with its masks in it: 56 for BI_ALPHABITFIELDS. 0 if the header is
+/// truncated.
 std::uint32_t full_header_size(Bytes file) {
     if (file.size() < red_mask_at) {
         return 0;
     }
-    const std::uint32_t size = get_u32(file, header_size_at);
-    const std::uint32_t compression = get_u32(file, compression_at);
-    return size == info_header_size && compression == alpha_bit_fields ? v3_header_size : size;
+    std::uint32_t size = get_u32(file, header_size_at);
+    if (size == info_header_size && get_u32(file, compression_at) == alpha_bit_fields) {
+        size = v3_header_size;
+    }
+    return file.size() - header_size_at < size ? 0 : size;
 }
 
 /// The file with a header of 108 bytes instead of one of 52 or 56.
 std::vector<std::uint8_t> with_v4_header(Bytes file, std::uint32_t header_size) {
     const std::size_t header_end = header_size_at + header_size;
-    if (file.size() < header_end) {
-        return {file.begin(), file.end()};
-    }
     const std::uint32_t added = v4_header_size - header_size;
     std::vector<std::uint8_t> longer(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(header_end));
     longer.resize(longer.size() + added);
@@ -57,8 +57,8 @@ std::vector<std::uint8_t> with_v4_header(Bytes file, std::uint32_t header_size) 
 }
 
 bool has_alpha(Bytes file) {
-    return full_header_size(file) >= v4_header_size && file.size() >= alpha_mask_at + 4 &&
-           get_u32(file, compression_at) == bit_fields && get_u32(file, alpha_mask_at) != 0;
+    return full_header_size(file) >= v4_header_size && get_u32(file, compression_at) == bit_fields &&
+           get_u32(file, alpha_mask_at) != 0;
 }
 
 /// The picture of the colours. Alpha is the red channel of the other bitmap, or opaque if there is none.

@@ -209,6 +209,10 @@ TEST(BestPalette, FixedEntriesAreNotRepeated) {
 TEST(BestPalette, UnusedEntryMovesToTheGreatestError) {
     // The mean of the two is the fixed entry, which wins the tie.
     EXPECT_EQ(best({grey(100), grey(102)}, 2, {grey(101)}), (Colours{grey(101), grey(100)}));
+    // A frequent colour without an error does not count.
+    Colours pixels(40, grey(50));
+    pixels.insert(pixels.end(), {grey(100), grey(102)});
+    EXPECT_EQ(best(pixels, 3, {grey(101), grey(50)}), (Colours{grey(101), grey(50), grey(100)}));
 }
 
 TEST(BestPalette, FixedEntriesBeyondTheNumberAreDropped) {

@@ -288,6 +288,16 @@ TEST(MapToPalette, ColourOutsideThePaletteDoesNotSmear) {
     }
 }
 
+TEST(MapToPalette, FloydSteinbergErrorsAreLimited) {
+    // To three times the distance of the entries, the root of 3: 5 levels.
+    const std::vector<RGBQUAD> palette = palette_of({grey(100), grey(101)});
+    const auto after_white = [&](Colour colour) {
+        return map({2, 1, {grey(255), colour}, {}}, palette, Dither::FloydSteinberg)[1];
+    };
+    EXPECT_EQ(after_white(grey(95)), 0);
+    EXPECT_EQ(after_white(grey(96)), 1);
+}
+
 TEST(MapToPalette, SizesThatDoNotMatchFail) {
     const NearestEntry nearest(random_palette(2, 1));
     const Bytes six(6);

@@ -50,9 +50,9 @@ TEST(Transparency, NoneMakesEverythingOpaque) {
 }
 
 TEST(FramePixels, AlphaTestIsOpaqueFromAlpha128On) {
-    const FramePixels result = frame_pixels(row({0x7F0A1428, 0x800A1428, 0xFF0A1428}), RenderMode::AlphaTest);
+    const FramePixels result = frame_pixels(row({0x7F0A1428, 0x800A1428, 0xFFFFC8AA}), RenderMode::AlphaTest);
     EXPECT_EQ(result.opaque, (Bytes{0, 1, 1}));
-    EXPECT_EQ(result.pixels, (Bytes{40, 20, 10, 0, 40, 20, 10, 0, 40, 20, 10, 0}));
+    EXPECT_EQ(result.pixels, (Bytes{40, 20, 10, 0, 40, 20, 10, 0, 170, 200, 255, 0}));
 }
 
 TEST(FramePixels, OtherModesBlendOverBlack) {
