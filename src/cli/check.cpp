@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/files.h"

@@ -5,7 +5,9 @@
 #include <stdexcept>
 #include <string>
 
-#include <CLI/App.hpp>
+namespace CLI {
+class App; // its header takes seconds to compile
+}
 
 namespace varnoth::cli {
 

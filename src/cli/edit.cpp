@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include <CLI/App.hpp>
 #include <CLI/Error.hpp>
 
 #include "cli/command.h"

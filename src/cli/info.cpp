@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/files.h"

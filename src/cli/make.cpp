@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include <CLI/App.hpp>
 #include <CLI/Error.hpp>
 
 #include "cli/build_sprite.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <thread>
 
+#include <CLI/App.hpp>
 #include <CLI/Error.hpp>
 
 #include "cli/sprite_values.h"

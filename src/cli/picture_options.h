@@ -3,8 +3,7 @@
 
 #include <string>
 
-#include <CLI/App.hpp>
-
+#include "cli/command.h"
 #include "cli/picture_frames.h"
 
 namespace varnoth::cli {

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include <CLI/App.hpp>
 #include <CLI/Error.hpp>
 #include <CLI/Validators.hpp>
 

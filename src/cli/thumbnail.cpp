@@ -2,6 +2,7 @@
 #include <memory>
 #include <string>
 
+#include <CLI/App.hpp>
 #include <CLI/Error.hpp>
 #include <CLI/Validators.hpp>
 
