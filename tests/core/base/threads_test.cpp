@@ -1,5 +1,9 @@
 #include "core/base/threads.h"
 
+#ifdef __GLIBC__
+#include <pthread.h>
+#endif
+
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -35,6 +39,23 @@ TEST(Threads, ExceptionOfTheFirstPartThatThrowsIsThrown) {
     }
     EXPECT_EQ(ended, std::vector<int>(4, 1));
 }
+
+#ifdef __GLIBC__
+TEST(Threads, WithoutMoreThreadsTheCallerRunsEachPart) {
+    pthread_attr_t before;
+    ASSERT_EQ(pthread_getattr_default_np(&before), 0);
+    pthread_attr_t larger_than_memory;
+    ASSERT_EQ(pthread_getattr_default_np(&larger_than_memory), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&larger_than_memory, std::size_t{1} << (8 * sizeof(std::size_t) - 2)), 0);
+    ASSERT_EQ(pthread_setattr_default_np(&larger_than_memory), 0);
+    std::vector<std::thread::id> threads(3);
+    run_in_threads(3, [&](std::size_t part) { threads[part] = std::this_thread::get_id(); });
+    ASSERT_EQ(pthread_setattr_default_np(&before), 0);
+    EXPECT_EQ(threads, std::vector<std::thread::id>(3, std::this_thread::get_id()));
+    pthread_attr_destroy(&larger_than_memory);
+    pthread_attr_destroy(&before);
+}
+#endif
 
 } // namespace
 } // namespace varnoth::test

@@ -44,6 +44,8 @@ TYPED_TEST(Readers, NewObjectUsesTwipsAutoscalesAndHasNoSize) {
     EXPECT_EQ(is_valid(this->reader), False);
     EXPECT_EQ(this->reader.Compressed(), False);
     EXPECT_EQ(this->reader.Bpp(), 0);
+    using Header = std::remove_cvref_t<decltype(this->reader.Header())>;
+    EXPECT_EQ(this->reader.Header(), Header::from_bytes(std::array<std::uint8_t, Header::size>{}));
 }
 
 TYPED_TEST(Readers, ScaleMode0IsPixels1And5TwipsAndMinus1NoSize) {

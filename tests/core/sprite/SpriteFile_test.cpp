@@ -220,6 +220,11 @@ TEST_F(SpriteFileParser, FrameLargerThanTheSprite) {
     EXPECT_EQ(findings_of(file), Texts{"1098: warning: frame 1 has 32 x 16 pixels, the sprite 16 x 16"});
 }
 
+TEST_F(SpriteFileParser, FrameOfAnotherShapeWithAsManyPixels) {
+    file.frames[1] = {32, 8, Bytes(256, 1)};
+    EXPECT_EQ(findings_of(file), Texts{"1098: warning: frame 1 has 32 x 8 pixels, the sprite 16 x 16"});
+}
+
 TEST_F(SpriteFileParser, FrameSmallerThanTheSprite) {
     file.frames[0] = {16, 15, Bytes(240, 1)};
     EXPECT_EQ(findings_of(file), Texts{"822: error: frame 0 has 16 x 15 pixels, the sprite 16 x 16: too few "
