@@ -1,4 +1,8 @@
 // Reads BMP files written by other programs, and random files that ImageMagick reads too.
+#include <array>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "core/codecs/read_bmp.h"
@@ -9,7 +13,7 @@
 namespace varnoth::test {
 namespace {
 
-constexpr Size odd_sizes[] = {{1, 1}, {2, 3}, {3, 2}, {4, 4}, {5, 3}, {17, 9}, {256, 256}};
+constexpr std::array<Size, 3> sizes{{{1, 1}, {3, 2}, {17, 9}}};
 
 ForeignPicture read(const Bytes& file) {
     return picture_of(read_bmp(file, 256 * 256));
@@ -17,22 +21,27 @@ ForeignPicture read(const Bytes& file) {
 
 class ForeignBmpFiles : public testing::Test {
   protected:
-    /// Runs a command that converts in.ppm to out.bmp, for every size, and compares the reader's result with
+    /// Runs a command that converts in.ppm to out.bmp, for every size, and compares the reader's results with
     /// ImageMagick's.
     void expect_read_as_by_imagemagick(Character character, const std::string& command) const {
-        std::uint32_t seed = 0;
-        for (const Size size : odd_sizes) {
-            SCOPED_TRACE(command + " at " + std::to_string(size.width) + "x" + std::to_string(size.height));
-            const auto count = static_cast<std::size_t>(size.width * size.height);
-            write_ppm(folder_.file("in.ppm"), size.width,
-                      random_colours(count, static_cast<std::size_t>(size.width), character, ++seed));
+        SCOPED_TRACE(command);
+        std::string names;
+        for (std::uint32_t i = 0; i < sizes.size(); ++i) {
+            const auto [width, height] = sizes[i];
+            write_ppm(folder_.file("in.ppm"), width,
+                      random_colours(static_cast<std::size_t>(width * height),
+                                     static_cast<std::size_t>(width), character, i + 1));
             run_tool("cd " + folder_.path() + "; " + command);
-            const ForeignPicture theirs =
-                picture_from_tool("convert " + folder_.file("out.bmp") + " -alpha off -depth 8 ppm:-");
-            const ForeignPicture ours = read(read_file(folder_.file("out.bmp")));
-            ASSERT_EQ(ours.width, size.width);
-            ASSERT_EQ(ours.height, size.height);
-            EXPECT_EQ(ours.colours, theirs.colours);
+            names += folder_.write(std::to_string(i) + ".bmp", read_file(folder_.file("out.bmp"))) + " ";
+        }
+        const std::vector<ForeignPicture> theirs =
+            pictures_from_tool("convert " + names + "-alpha off -depth 8 ppm:-");
+        ASSERT_EQ(theirs.size(), sizes.size());
+        for (std::size_t i = 0; i < sizes.size(); ++i) {
+            const ForeignPicture ours = read(read_file(folder_.file(std::to_string(i) + ".bmp")));
+            EXPECT_EQ(ours.width, sizes[i].width) << i;
+            EXPECT_EQ(ours.height, sizes[i].height) << i;
+            EXPECT_EQ(ours.colours, theirs[i].colours) << i;
         }
     }
 
