@@ -132,6 +132,8 @@ class Display:
                                 XDG_DATA_HOME=self.make_folder("home", "data"),
                                 XDG_RUNTIME_DIR=self.make_folder("runtime"), LC_ALL="C.UTF-8",
                                 DBUS_SESSION_BUS_ADDRESS="disabled:",
+                                # Qt 6.8 asks for the portal without a bus too, and does not free the question.
+                                QT_NO_XDG_DESKTOP_PORTAL="1",
                                 LSAN_OPTIONS="print_suppressions=0:suppressions=" + leaks)
 
     def make_folder(self, *parts):
