@@ -4,6 +4,7 @@
 #include <pthread.h>
 #endif
 
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -46,7 +47,8 @@ TEST(Threads, WithoutMoreThreadsTheCallerRunsEachPart) {
     ASSERT_EQ(pthread_getattr_default_np(&before), 0);
     pthread_attr_t larger_than_memory;
     ASSERT_EQ(pthread_getattr_default_np(&larger_than_memory), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&larger_than_memory, std::size_t{1} << (8 * sizeof(std::size_t) - 2)), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&larger_than_memory, std::numeric_limits<std::size_t>::max() / 4 * 3),
+              0);
     ASSERT_EQ(pthread_setattr_default_np(&larger_than_memory), 0);
     std::vector<std::thread::id> threads(3);
     run_in_threads(3, [&](std::size_t part) { threads[part] = std::this_thread::get_id(); });
