@@ -57,7 +57,7 @@ class CorePrograms(Programs):
         return not set(self.reached.get(test, {}).get(mutant.path, ())).isdisjoint(lines)
 
     def tests_to_compile(self, mutant):
-        """The tests of the header's folder that name it or what it declares; they call its inline functions."""
+        """The tests of the header's folder that contain its name; they call its inline functions."""
         folder = os.path.join(ROOT, "tests", os.path.dirname(mutant.path))
         name = re.compile(r"\b" + re.escape(os.path.basename(mutant.path).removesuffix(".h")) + r"\b")
         return [file for file in self.compilations if os.path.dirname(file) == folder and self.names(file, name)], []
