@@ -32,7 +32,7 @@ ColourHistogram PictureFrames::count_colours() const {
                          add_colours(pixels(position, std::move(picture)), histograms[thread]);
                      });
     for (std::size_t thread = 1; thread < histograms.size(); ++thread) {
-        histograms[0].add(histograms[thread]);
+        histograms[0].add(histograms[thread], options_.threads);
     }
     return std::move(histograms[0]);
 }

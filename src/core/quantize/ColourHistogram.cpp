@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "core/base/RunTimeFailure.h"
+#include "core/base/threads.h"
 
 namespace varnoth {
 
@@ -59,13 +60,15 @@ void ColourHistogram::add(std::span<const std::uint8_t> pixels, std::span<const 
     }
 }
 
-void ColourHistogram::add(const ColourHistogram& other) {
+void ColourHistogram::add(const ColourHistogram& other, std::size_t threads) {
     if (!other.exact() && exact()) {
         switch_to_bins();
     }
-    for (std::size_t i = 0; i < other.bins_.size(); ++i) {
-        bins_[i].add(other.bins_[i]);
-    }
+    run_in_slices(other.bins_.size(), threads, [&](std::size_t /*part*/, std::size_t first, std::size_t end) {
+        for (std::size_t i = first; i < end; ++i) {
+            bins_[i].add(other.bins_[i]);
+        }
+    });
     for (const Slot& slot : other.slots_) {
         if (slot.count > 0) {
             count(slot.colour, slot.count);
@@ -84,6 +87,7 @@ std::vector<ColourSum> ColourHistogram::bins() const {
             result.push_back(repeated(slot.colour, slot.count));
         }
     } else {
+        result.reserve(bins_.size());
         std::ranges::copy_if(bins_, std::back_inserter(result),
                              [](const ColourSum& bin) { return bin.weight > 0; });
     }

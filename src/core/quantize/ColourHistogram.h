@@ -47,7 +47,7 @@ class ColourHistogram {
     void add(std::span<const std::uint8_t> pixels, std::span<const std::uint8_t> opaque);
 
     /// Adds what another histogram has counted.
-    void add(const ColourHistogram& other);
+    void add(const ColourHistogram& other, std::size_t threads = 1);
 
     /// Whether every bin is a single colour.
     bool exact() const { return bins_.empty(); }

@@ -1,6 +1,7 @@
 #include "core/quantize/NearestEntry.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "core/base/RunTimeFailure.h"
 #include "core/base/threads.h"
@@ -69,8 +70,9 @@ NearestEntry::NearestEntry(std::span<const RGBQUAD> palette, std::size_t threads
     }
     // One vector for each octant of the colour space, so that threads can fill them.
     std::array<std::vector<std::uint8_t>, 8> candidates;
-    run_in_threads(threads, [&](std::size_t thread) {
-        for (std::size_t octant = thread; octant < candidates.size(); octant += threads) {
+    std::atomic<std::size_t> next = 0;
+    run_in_threads(std::min(threads, candidates.size()), [&](std::size_t /*thread*/) {
+        for (std::size_t octant = next++; octant < candidates.size(); octant = next++) {
             divide(Cube().octant(static_cast<int>(octant)), all, candidates[octant]);
         }
     });

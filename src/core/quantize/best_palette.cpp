@@ -71,17 +71,22 @@ std::uint64_t weight_factor(std::uint64_t density, PaletteUse use) {
     return std::max(std::uint64_t{1}, static_cast<std::uint64_t>(65536 / divisor));
 }
 
-std::vector<Sample> weighted(const std::vector<ColourSum>& bins, PaletteUse use, std::size_t threads) {
-    std::vector<std::uint64_t> density(std::size_t{1} << 18);
-    for (const ColourSum& bin : bins) {
-        density[cube_of(bin.mean())] += bin.weight;
+std::vector<Sample> weighted(const ColourHistogram& histogram, PaletteUse use, std::size_t threads) {
+    const std::vector<ColourSum> bins = histogram.bins();
+    std::vector<std::uint64_t> density; // by cube; empty if a bin is a whole cube
+    if (histogram.exact()) {
+        density.resize(std::size_t{1} << 18);
+        for (const ColourSum& bin : bins) {
+            density[cube_of(bin.mean())] += bin.weight;
+        }
     }
     std::vector<Sample> samples(bins.size());
     run_in_slices(bins.size(), threads, [&](std::size_t /*part*/, std::size_t first, std::size_t end) {
         for (std::size_t i = first; i < end; ++i) {
             const auto& [weight, sums] = bins[i];
             const RGBQUAD mean = bins[i].mean();
-            const std::uint64_t factor = weight_factor(density[cube_of(mean)], use);
+            const std::uint64_t factor =
+                weight_factor(density.empty() ? weight : density[cube_of(mean)], use);
             samples[i] = {channels_of(mean),
                           {weight * factor, {sums[0] * factor, sums[1] * factor, sums[2] * factor}}};
         }
@@ -138,22 +143,24 @@ struct Cut {
 // The sum of the samples with each value of each channel. Starting threads takes longer than adding few
 // samples.
 std::array<ChannelSums, 3> sums_by_channel(std::span<const Sample> samples, std::size_t threads) {
-    constexpr std::size_t fewest_per_thread = 4096;
+    constexpr std::size_t fewest_per_thread = 16384;
     const std::size_t parts = std::clamp<std::size_t>(samples.size() / fewest_per_thread, 1, threads);
-    std::vector<std::array<ChannelSums, 3>> sums(parts);
+    std::array<ChannelSums, 3> sums;
+    std::vector<std::array<ChannelSums, 3>> others(parts - 1);
     run_in_slices(samples.size(), parts, [&](std::size_t part, std::size_t first, std::size_t end) {
+        std::array<ChannelSums, 3>& own = part == 0 ? sums : others[part - 1];
         for (const Sample& sample : samples.subspan(first, end - first)) {
             for (std::size_t channel = 0; channel < 3; ++channel) {
-                sums[part][channel][sample.colour[channel]].add(sample.sum);
+                own[channel][sample.colour[channel]].add(sample.sum);
             }
         }
     });
-    for (std::size_t part = 1; part < parts; ++part) {
+    for (const std::array<ChannelSums, 3>& other : others) {
         for (std::size_t channel = 0; channel < 3; ++channel) {
-            add(sums[0][channel], sums[part][channel]);
+            add(sums[channel], other[channel]);
         }
     }
-    return sums[0];
+    return sums;
 }
 
 std::optional<Cut> best_cut(std::span<const Sample> samples, std::size_t threads) {
@@ -163,15 +170,16 @@ std::optional<Cut> best_cut(std::span<const Sample> samples, std::size_t threads
     for (const ColourSum& sum : sums[0]) {
         whole.add(sum);
     }
+    const double explained_by_whole = explained(whole);
     for (std::size_t channel = 0; channel < 3; ++channel) {
         const ChannelSums& by_value = sums[channel];
         ColourSum lower;
-        for (std::size_t value = 0; value < by_value.size(); ++value) {
+        for (std::size_t value = 0; lower.weight < whole.weight; ++value) {
             lower.add(by_value[value]);
             if (by_value[value].weight == 0 || lower.weight == whole.weight) {
                 continue;
             }
-            const double gain = explained(lower) + explained(difference(whole, lower)) - explained(whole);
+            const double gain = explained(lower) + explained(difference(whole, lower)) - explained_by_whole;
             if (!best || gain > best->gain) {
                 best = {channel, static_cast<std::uint8_t>(value), gain};
             }
@@ -207,7 +215,7 @@ std::vector<RGBQUAD> split(Samples samples, std::size_t count, std::size_t threa
         const auto widest = std::ranges::max_element(groups, {}, &Group::gain);
         const Samples members = widest->samples;
         const Cut cut = widest->cut.value();
-        const auto middle = std::stable_partition(members.begin(), members.end(), [&](const Sample& sample) {
+        const auto middle = std::partition(members.begin(), members.end(), [&](const Sample& sample) {
             return sample.colour[cut.channel] <= cut.last;
         });
         const auto lower = static_cast<std::size_t>(middle - members.begin());
@@ -230,7 +238,8 @@ double squared_distance(const Sample& sample, const std::array<int, 3>& entry) {
     return sum;
 }
 
-// Moves each of the entries without a sample to the sample with the greatest error.
+// Moves each of the entries without a sample to the sample with the greatest error, of equals to the one with
+// the lowest colour. The order of the samples depends on the standard library.
 void move_unused(std::span<RGBQUAD> entries, std::span<const ColourSum> assigned,
                  std::span<const Sample> samples, const NearestEntry& nearest) {
     std::vector<bool> taken(samples.size());
@@ -244,7 +253,9 @@ void move_unused(std::span<RGBQUAD> entries, std::span<const ColourSum> assigned
             const auto& [blue, green, red] = samples[i].colour;
             const double error = static_cast<double>(samples[i].sum.weight) *
                                  squared_distance(samples[i], nearest.colour(nearest(blue, green, red)));
-            if (!taken[i] && error > greatest) {
+            const bool precedes =
+                farthest && error == greatest && samples[i].colour < samples[*farthest].colour;
+            if (!taken[i] && (error > greatest || precedes)) {
                 greatest = error;
                 farthest = i;
             }
@@ -316,7 +327,7 @@ std::vector<RGBQUAD> best_palette(const ColourHistogram& histogram, std::size_t 
     const std::size_t kept = std::min(fixed.size(), most_entries);
     const auto first_entries = fixed.first(kept);
     std::vector<RGBQUAD> palette(first_entries.begin(), first_entries.end());
-    std::vector<Sample> samples = weighted(histogram.bins(), use, threads);
+    std::vector<Sample> samples = weighted(histogram, use, threads);
     std::erase_if(samples, [&](const Sample& sample) { return contains(palette, quad_of(sample.colour)); });
     const std::size_t free = most_entries - kept;
     if (samples.size() <= free) {

@@ -1,5 +1,8 @@
 #include "core/quantize/best_palette.h"
 
+#include <array>
+#include <cmath>
+#include <map>
 #include <random>
 #include <set>
 
@@ -75,8 +78,40 @@ TEST(BestPalette, OneColourTooManyMergesTheTwoClosest) {
     EXPECT_EQ(best({grey(10), grey(200), grey(13), grey(90)}, 3), (Colours{grey(12), grey(90), grey(200)}));
 }
 
-TEST(BestPalette, OneEntryIsTheMean) {
-    EXPECT_EQ(best({0x000000, 0x010203, 0x030201, 0x000000}, 1), Colours{0x010101});
+// Each pixel weighs a power of the number of pixels in its cube of 4 by 4 by 4 colours, rounded down.
+Colour weighted_mean(const Colours& pixels, double unit, double exponent) {
+    std::map<Colour, int> density;
+    for (const Colour pixel : pixels) {
+        ++density[pixel & 0xFCFCFC];
+    }
+    std::array<std::uint64_t, 4> sums{}; // of red, green, blue and weights
+    for (const Colour pixel : pixels) {
+        const auto weight =
+            static_cast<std::uint64_t>(unit * std::pow(density[pixel & 0xFCFCFC], exponent) + 1e-6);
+        sums[0] += weight * red_of(pixel);
+        sums[1] += weight * green_of(pixel);
+        sums[2] += weight * blue_of(pixel);
+        sums[3] += weight;
+    }
+    const auto mean = [&](std::uint64_t sum) {
+        return static_cast<std::uint8_t>((sum + sums[3] / 2) / sums[3]);
+    };
+    return make_colour(mean(sums[0]), mean(sums[1]), mean(sums[2]));
+}
+
+TEST(BestPalette, OneEntryIsTheMeanWeightedByDensity) {
+    for (const std::size_t count : {std::size_t{3000}, ColourHistogram::most_exact + 1}) {
+        Colours pixels = repeated_colours(count, 1);
+        pixels.insert(pixels.end(), 5000, 0xFF0000);
+        const Colours near = repeated_colours(1500, 2);
+        pixels.insert(pixels.end(), near.begin(), near.end());
+        const ColourHistogram histogram = histogram_of(pixels);
+        EXPECT_EQ(histogram.exact(), count == 3000);
+        EXPECT_EQ(colours_of(best_palette(histogram, 1, PaletteUse::WithoutDither)),
+                  Colours{weighted_mean(pixels, 16, 0.25)});
+        EXPECT_EQ(colours_of(best_palette(histogram, 1, PaletteUse::WithDither)),
+                  Colours{weighted_mean(pixels, 65536, -5.0 / 16)});
+    }
 }
 
 TEST(BestPalette, CutsTheChannelThatReducesTheErrorMost) {
@@ -135,7 +170,7 @@ TEST(BestPalette, OrderAndDivisionOfPixelsDoNotMatter) {
 }
 
 TEST(BestPalette, NumberOfThreadsDoesNotMatter) {
-    const ColourHistogram histogram = histogram_of(smooth_pixels());
+    const ColourHistogram histogram = histogram_of(repeated_colours(50000, 3)); // enough for three threads
     const Colours first = colours_of(best_palette(histogram, 50, PaletteUse::WithoutDither, {}, 1));
     for (const std::size_t threads : {2U, 3U, 20U}) {
         EXPECT_EQ(colours_of(best_palette(histogram, 50, PaletteUse::WithoutDither, {}, threads)), first);
@@ -213,6 +248,14 @@ TEST(BestPalette, UnusedEntryMovesToTheGreatestError) {
     Colours pixels(40, grey(50));
     pixels.insert(pixels.end(), {grey(100), grey(102)});
     EXPECT_EQ(best(pixels, 3, {grey(101)}), (Colours{grey(101), grey(50), grey(100)}));
+}
+
+TEST(BestPalette, UnusedEntryMovesToTheLowestOfEqualErrors) {
+    // The cut between the two frequent colours and the two others may swap the frequent ones.
+    Colours pixels{0x636400, 0x676400};
+    pixels.insert(pixels.end(), 100, 0x6464C8);
+    pixels.insert(pixels.end(), 100, 0x6664C8);
+    EXPECT_EQ(best(pixels, 3, {0x6564C8}), (Colours{0x6564C8, 0x6464C8, 0x656400}));
 }
 
 TEST(BestPalette, FixedEntriesBeyondTheNumberAreDropped) {
