@@ -12,11 +12,13 @@ namespace varnoth::cli {
 namespace {
 
 using Use = std::function<void(std::size_t thread, std::size_t position, RgbaPicture picture)>;
+using OnFailure = std::function<void(std::size_t position)>;
 
 class Pass {
   public:
-    Pass(const std::vector<PictureSource>& sources, Progress& progress, const Use& use)
-        : sources_(sources), progress_(progress), use_(use) {}
+    Pass(const std::vector<PictureSource>& sources, Progress& progress, const Use& use,
+         const OnFailure& on_failure)
+        : sources_(sources), progress_(progress), use_(use), on_failure_(on_failure) {}
 
     void run(std::size_t threads);
 
@@ -29,6 +31,7 @@ class Pass {
     const std::vector<PictureSource>& sources_;
     Progress& progress_;
     const Use& use_;
+    const OnFailure& on_failure_;
     std::mutex mutex_; // for the members below and progress_
     std::size_t next_ = 0;
     PictureReader animations_;
@@ -94,13 +97,16 @@ void Pass::set_failure(std::size_t position) {
         failed_ = position;
         failure_ = std::current_exception();
     }
+    if (on_failure_) {
+        on_failure_(position);
+    }
 }
 
 } // namespace
 
 void for_each_picture(const std::vector<PictureSource>& sources, std::size_t threads, Progress& progress,
-                      const Use& use) {
-    Pass(sources, progress, use).run(threads);
+                      const Use& use, const OnFailure& on_failure) {
+    Pass(sources, progress, use, on_failure).run(threads);
 }
 
 } // namespace varnoth::cli

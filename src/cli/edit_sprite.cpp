@@ -173,9 +173,18 @@ void Edit::repalette(const PictureFrames& pictures) {
     const FrameMapper mapper(entries, mode());
     std::vector<ByteArray> made = pictures.map(entries);
     auto next = made.begin();
+    FramePixels before;
+    std::span<const std::uint8_t> indices_before;
     for (SpriteFrame& frame : sprite_.frames) {
-        frame.indices =
-            is_new(frame) ? std::move(*next++) : mapper.indices(pixels_of(frame), edits_.pictures.dithering);
+        if (is_new(frame)) {
+            frame.indices = std::move(*next++);
+        } else {
+            FramePixels pixels = pixels_of(frame);
+            frame.indices = mapper.indices(pixels, edits_.pictures.dithering,
+                                           {unchanged_pixels(before.view(), pixels.view()), indices_before});
+            before = std::move(pixels);
+            indices_before = frame.indices.bytes();
+        }
     }
 }
 

@@ -1,21 +1,15 @@
 #include "cli/picture_frames.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
+#include "cli/FrameChain.h"
 #include "cli/console.h"
 #include "cli/each_picture.h"
 #include "core/quantize/best_palette.h"
 
 namespace varnoth::cli {
-
-namespace {
-
-bool dithers(const Dithering& dithering) {
-    return dithering.method != Dither::None && dithering.strength > 0;
-}
-
-} // namespace
 
 PictureFrames::PictureFrames(std::vector<PictureSource> sources, std::vector<FrameSize> sizes,
                              RenderMode mode, const PictureOptions& options)
@@ -57,12 +51,39 @@ std::vector<ByteArray> PictureFrames::map(std::span<const RGBQUAD> palette) cons
     const FrameMapper mapper(palette, mode_, options_.threads);
     std::vector<ByteArray> frames(sources_.size());
     Progress progress("Making frames", sources_.size(), options_.quiet);
-    for_each_picture(sources_, options_.threads, progress,
-                     [&](std::size_t /*thread*/, std::size_t position, RgbaPicture picture) {
-                         frames[position] =
-                             mapper.indices(pixels(position, std::move(picture)), options_.dithering);
-                     });
+    if (options_.dithering.diffuses_errors()) {
+        map_in_chain(mapper, frames, progress);
+    } else {
+        for_each_picture(sources_, options_.threads, progress,
+                         [&](std::size_t /*thread*/, std::size_t position, RgbaPicture picture) {
+                             frames[position] =
+                                 mapper.indices(pixels(position, std::move(picture)), options_.dithering);
+                         });
+    }
     return frames;
+}
+
+// Only a frame that has something in common with the one before waits for its indices.
+void PictureFrames::map_in_chain(const FrameMapper& mapper, std::vector<ByteArray>& frames,
+                                 Progress& progress) const {
+    FrameChain chain(frames.size());
+    for_each_picture(
+        sources_, options_.threads, progress,
+        [&](std::size_t /*thread*/, std::size_t position, RgbaPicture picture) {
+            const auto frame = std::make_shared<const FramePixels>(pixels(position, std::move(picture)));
+            KeptPixels kept;
+            if (const auto before = chain.begin(position, frame)) {
+                kept.kept = unchanged_pixels(before->view(), frame->view());
+            }
+            if (!kept.kept.empty() && chain.wait_for(position - 1)) {
+                kept.indices = frames[position - 1].bytes();
+            } else {
+                kept.kept.clear();
+            }
+            frames[position] = mapper.indices(*frame, options_.dithering, kept);
+            chain.finish(position, true);
+        },
+        [&](std::size_t position) { chain.finish(position, false); });
 }
 
 std::vector<ByteArray> PictureFrames::map_alpha(bool from_alpha) const {
@@ -104,7 +125,7 @@ std::vector<RGBQUAD> entries_of(const PaletteRecord& palette) {
 
 std::vector<RGBQUAD> best_entries(const ColourHistogram& histogram, std::size_t colours,
                                   const PictureOptions& options) {
-    const PaletteUse use = dithers(options.dithering) ? PaletteUse::WithDither : PaletteUse::WithoutDither;
+    const PaletteUse use = options.dithering.dithers() ? PaletteUse::WithDither : PaletteUse::WithoutDither;
     std::vector<RGBQUAD> entries = best_palette(histogram, colours, use, {}, options.threads);
     if (entries.empty()) { // all pixels are transparent
         entries.emplace_back();

@@ -1,5 +1,5 @@
 // Pictures on their way to becoming frames: scaled, their colours counted in a first pass and mapped to a
-// palette in a second one. Neither pass keeps more pictures in memory than it has threads.
+// palette in a second one. Neither pass keeps more pictures in memory than it has threads, and one.
 #pragma once
 
 #include <cstddef>
@@ -14,6 +14,8 @@
 #include "core/sprite/frame_pixels.h"
 
 namespace varnoth::cli {
+
+class Progress;
 
 struct FrameSize {
     std::int32_t width = 0;
@@ -43,13 +45,15 @@ class PictureFrames {
     /// What IndexAlpha must know of all pictures.
     AlphaSummary summarise_alpha() const;
 
-    /// The indices of each frame in a palette; see FrameMapper. Not for IndexAlpha.
+    /// The indices of each frame in a palette; see FrameMapper. With an error-diffusing dither, pixels that
+    /// do not change from one picture to the next keep their index. Not for IndexAlpha.
     std::vector<ByteArray> map(std::span<const RGBQUAD> palette) const;
 
     /// The indices of each frame for IndexAlpha; see alpha_indices().
     std::vector<ByteArray> map_alpha(bool from_alpha) const;
 
   private:
+    void map_in_chain(const FrameMapper& mapper, std::vector<ByteArray>& frames, Progress& progress) const;
     FramePixels pixels(std::size_t position, RgbaPicture picture) const;
     RgbaPicture fitted(std::size_t position, RgbaPicture picture) const;
 

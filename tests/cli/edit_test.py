@@ -253,6 +253,19 @@ class Pictures(EditTest):
         self.assertEqual(self.colours("--repalette"), old)
         self.assertEqual(self.colours("--repalette", "--replace", "0=p.png"), [new, old[1]])
 
+    def test_repalette_with_a_dither_leaves_still_scenes_still(self):
+        generator = random.Random(5)
+        still = bytes(generator.randrange(255) for _ in range(32 * 32))
+        moved = bytes(255 if 200 < i < 260 else index for i, index in enumerate(still))
+        palette = bytes(generator.randrange(256) for _ in range(768))
+        self.write("a.spr", sprite_bytes(32, 32, [still, moved], palette))
+        self.tool("convert", "-size", "32x32", "-seed", "1", "plasma:", "photograph.png")
+        for dither in ("blue-noise", "floyd-steinberg"):
+            _, _, frames = parse_sprite(self.edit("--append", "photograph.png", "--repalette", "--dither", dither))
+            first, second = (indices for _, _, _, indices in frames[:2])
+            self.assertEqual(first[:201] + first[260:], second[:201] + second[260:])
+            self.assertNotEqual(first, second)
+
     def test_repalette_keeps_transparent_pixels_of_alphatest(self):
         data = sprite_bytes(2, 1, [bytes([255, 3]), bytes([4, 255])], PALETTE, mode=3)
         self.write("a.spr", data)

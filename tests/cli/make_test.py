@@ -287,6 +287,60 @@ class Palette(MakeTest):
             self.assertEqual(self.colours("a.png", "--mode", mode), [[(100, 50, 25), BLACK, (7, 8, 9)]])
 
 
+class StillScene(MakeTest):
+    """A dot moves over a photograph; then another photograph follows."""
+
+    SIDE = 48
+    DITHERS = ("blue-noise", "floyd-steinberg")
+
+    def setUp(self):
+        super().setUp()
+        self.tool("convert", "-size", f"{self.SIDE}x{self.SIDE}", "-seed", "1", "plasma:", "still.png")
+        for i in range(5):
+            self.tool("convert", "still.png", "-fill", "#80a010", "-draw",
+                      f"circle {8 * i + 4},{6 * i + 4} {8 * i + 8},{6 * i + 4}", f"{i}.png")
+        self.tool("convert", "-size", f"{self.SIDE}x{self.SIDE}", "-seed", "2", "plasma:", "5.png")
+        self.names = [f"{i}.png" for i in range(6)]
+
+    def changed(self, first, second):
+        """Whether each pixel differs."""
+        pixels = [self.tool("convert", name, "-depth", "8", "rgb:-") for name in (first, second)]
+        return [pixels[0][3 * i:3 * i + 3] != pixels[1][3 * i:3 * i + 3] for i in range(self.SIDE ** 2)]
+
+    def test_what_stands_still_does_not_flicker(self):
+        for dither in self.DITHERS:
+            frames = self.indices(*self.names[:5], "--colors", 16, "--dither", dither)
+            for i in range(4):
+                moved = self.changed(self.names[i], self.names[i + 1])
+                self.assertLess(sum(moved), 200)
+                for j, change in enumerate(moved):
+                    self.assertTrue(change or frames[i][j] == frames[i + 1][j], (dither, i, j))
+
+    def test_new_scene_is_dithered_on_its_own(self):
+        self.make(*self.names, "--colors", 16)
+        self.write("palette.spr", self.read("out.spr"))
+        for dither in self.DITHERS:
+            options = ("--palette", "palette.spr", "--dither", dither)
+            alone, = self.indices("5.png", *options)
+            self.assertEqual(self.indices(*self.names, *options)[5], alone)
+
+    def test_threads_do_not_change_the_bytes(self):
+        for dither in self.DITHERS:
+            results = set()
+            for jobs in (1, 2, 6):
+                self.make(*self.names, "--colors", 16, "--dither", dither, "--jobs", jobs)
+                results.add(self.read("out.spr"))
+            self.assertEqual(len(results), 1)
+
+    def test_damaged_picture_does_not_hold_up_the_next_one(self):
+        self.make("0.png", "--colors", 16)
+        self.tool("convert", "-size", "3000x3000", "-seed", "3", "plasma:", "-depth", "8", "large.png")
+        self.write("large.png", self.read("large.png")[:-60000])  # fails after the others have begun
+        line = self.fails("make", "new.spr", "--palette", "out.spr", "--dither", "blue-noise", "--jobs", 6, "0.png",
+                          "large.png", "1.png", "2.png")
+        self.assertIn("large.png", line)
+
+
 class Transparency(MakeTest):
     def test_alphatest_gives_255_to_transparent_pixels_only(self):
         generator = random.Random(2)

@@ -156,11 +156,9 @@ class Diffusion {
 
     void map(std::size_t x, std::size_t y) {
         const std::size_t pixel = y * width_ + x;
-        const Choice choice = choose(nearest_, &picture_.pixels[4 * pixel], received(x, y));
-        indices_[pixel] = choice.entry;
+        const Sixteenths left = map_pixel(picture_, nearest_, pixel, received(x, y), indices_[pixel]);
         for (std::size_t channel = 0; channel < 3; ++channel) {
-            const std::int32_t error = choice.error[channel] * strength_ / 100;
-            errors_[place(x, y)][channel] = static_cast<std::int16_t>(error);
+            errors_[place(x, y)][channel] = static_cast<std::int16_t>(left[channel] * strength_ / 100);
         }
     }
 

@@ -73,12 +73,11 @@ class Diffusion {
         for (std::int32_t& error : received) {
             error = std::clamp(error, -limit_, limit_);
         }
-        const Choice choice = choose(nearest_, &picture_.pixels[4 * pixel], received);
-        indices_[pixel] = choice.entry;
+        const Sixteenths left = map_pixel(picture_, nearest_, pixel, received, indices_[pixel]);
         const std::size_t ahead = to_the_right ? x + 2 : x;
         const std::size_t behind = to_the_right ? x : x + 2;
         for (std::size_t channel = 0; channel < 3; ++channel) {
-            const std::int32_t error = choice.error[channel] * strength_ / 100;
+            const std::int32_t error = left[channel] * strength_ / 100;
             const std::int32_t to_behind = error * 3 / 16;
             const std::int32_t to_below = error * 5 / 16;
             const std::int32_t to_corner = error / 16;

@@ -6,32 +6,30 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/quantize/NearestEntry.h"
+#include "core/quantize/map_to_palette.h"
 
 namespace varnoth {
 
 /// An error or a colour in sixteenths: blue, green, red.
 using Sixteenths = std::array<std::int32_t, 3>;
 
-/// The choice of an entry, and the error that this leaves.
-struct Choice {
-    std::uint8_t entry = 0;
-    Sixteenths error{};
-};
-
-/// Chooses the entry for a pixel (blue, green, red) that receives an error.
-inline Choice choose(const NearestEntry& nearest, const std::uint8_t* pixel, const Sixteenths& received) {
+/// Sets the index of a pixel that receives an error, unless it is kept. Returns the error that this leaves.
+inline Sixteenths map_pixel(const PixelView& picture, const NearestEntry& nearest, std::size_t pixel,
+                            const Sixteenths& received, std::uint8_t& index) {
     Sixteenths wanted;
     std::array<std::uint8_t, 3> rounded;
     for (std::size_t channel = 0; channel < 3; ++channel) {
-        wanted[channel] = 16 * pixel[channel] + received[channel];
+        wanted[channel] = 16 * picture.pixels[4 * pixel + channel] + received[channel];
         rounded[channel] = static_cast<std::uint8_t>(std::clamp((wanted[channel] + 8) >> 4, 0, 255));
     }
-    Choice choice{nearest(rounded[0], rounded[1], rounded[2]), wanted};
-    for (std::size_t channel = 0; channel < 3; ++channel) {
-        choice.error[channel] -= 16 * nearest.colour(choice.entry)[channel];
+    if (!picture.is_kept(pixel)) {
+        index = nearest(rounded[0], rounded[1], rounded[2]);
     }
-    return choice;
+    Sixteenths error = wanted;
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        error[channel] -= 16 * nearest.colour(index)[channel];
+    }
+    return error;
 }
 
 } // namespace varnoth

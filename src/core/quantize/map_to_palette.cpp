@@ -1,5 +1,7 @@
 #include "core/quantize/map_to_palette.h"
 
+#include <algorithm>
+
 #include "core/base/RunTimeFailure.h"
 #include "core/quantize/dithers.h"
 
@@ -7,7 +9,8 @@ namespace varnoth {
 
 namespace {
 
-void check(const PixelView& picture, const Dithering& dithering, std::span<const std::uint8_t> indices) {
+void check(const PixelView& picture, const NearestEntry& nearest, const Dithering& dithering,
+           std::span<const std::uint8_t> indices) {
     const bool sizes = picture.width >= 0 && picture.height >= 0;
     const bool strength = dithering.strength >= 0 && dithering.strength <= 100;
     if (!sizes || !strength) {
@@ -15,8 +18,14 @@ void check(const PixelView& picture, const Dithering& dithering, std::span<const
     }
     const auto count = static_cast<std::uint64_t>(picture.width) * static_cast<std::uint64_t>(picture.height);
     const bool opaque = picture.opaque.empty() || picture.opaque.size() == count;
-    if (picture.pixels.size() != 4 * count || indices.size() != count || !opaque) {
+    const bool kept = picture.kept.empty() || picture.kept.size() == count;
+    if (picture.pixels.size() != 4 * count || indices.size() != count || !opaque || !kept) {
         fail(Failure::InvalidProcedureCall);
+    }
+    for (std::size_t pixel = 0; pixel < picture.kept.size(); ++pixel) {
+        if (picture.is_opaque(pixel) && picture.is_kept(pixel) && indices[pixel] >= nearest.size()) {
+            fail(Failure::InvalidProcedureCall);
+        }
     }
 }
 
@@ -33,7 +42,7 @@ void map_plainly(const PixelView& picture, const NearestEntry& nearest, std::spa
 
 void map_to_palette(const PixelView& picture, const NearestEntry& nearest, const Dithering& dithering,
                     std::span<std::uint8_t> indices) {
-    check(picture, dithering, indices);
+    check(picture, nearest, dithering, indices);
     switch (dithering.method) {
     case Dither::None:
         map_plainly(picture, nearest, indices);
@@ -48,6 +57,20 @@ void map_to_palette(const PixelView& picture, const NearestEntry& nearest, const
         dither_floyd_steinberg(picture, nearest, dithering.strength, indices);
         break;
     }
+}
+
+std::vector<std::uint8_t> unchanged_pixels(const PixelView& before, const PixelView& picture) {
+    if (before.width != picture.width || before.height != picture.height) {
+        return {};
+    }
+    std::vector<std::uint8_t> unchanged(picture.pixels.size() / 4);
+    for (std::size_t pixel = 0; pixel < unchanged.size(); ++pixel) {
+        const std::uint8_t* channels = &picture.pixels[4 * pixel];
+        const bool opaque = picture.is_opaque(pixel) && before.is_opaque(pixel);
+        unchanged[pixel] = opaque && std::equal(channels, channels + 3, &before.pixels[4 * pixel]) ? 1 : 0;
+    }
+    const auto count = static_cast<std::size_t>(std::ranges::count(unchanged, 1));
+    return 16 * count >= unchanged.size() ? unchanged : std::vector<std::uint8_t>();
 }
 
 } // namespace varnoth

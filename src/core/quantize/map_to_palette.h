@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "core/quantize/NearestEntry.h"
 
@@ -14,8 +15,12 @@ struct PixelView {
     std::span<const std::uint8_t> opaque; ///< a byte each, 0 for transparent; empty if all are opaque
     std::int32_t width = 0;
     std::int32_t height = 0;
+    /// A byte each, not 0 for pixels that keep their index; empty if none do.
+    std::span<const std::uint8_t> kept{};
 
     bool is_opaque(std::size_t pixel) const { return opaque.empty() || opaque[pixel] != 0; }
+
+    bool is_kept(std::size_t pixel) const { return !kept.empty() && kept[pixel] != 0; }
 };
 
 enum class Dither {
@@ -25,7 +30,7 @@ enum class Dither {
     /// and place, so that what stands still never flickers.
     Ordered,
     /// Error diffusion in the order of a blue-noise matrix instead of row by row. Errors travel a few pixels
-    /// only, so that a change in one place leaves the rest of the picture as it was.
+    /// only.
     BlueNoise,
     /// Error diffusion row by row. A change can affect everything to its right and below.
     FloydSteinberg,
@@ -34,12 +39,25 @@ enum class Dither {
 struct Dithering {
     Dither method = Dither::None;
     int strength = 100; ///< in percent; 0 is the same as no dither
+
+    bool dithers() const { return method != Dither::None && strength > 0; }
+
+    /// Whether the index of a pixel depends on other pixels.
+    bool diffuses_errors() const { return dithers() && method != Dither::Ordered; }
 };
 
 /// Writes the index of each opaque pixel; indices of transparent pixels stay as they are, and their colours
-/// affect no other pixel. The same pixels give the same indices, whatever was mapped before. Threads can map
-/// pictures at the same time. InvalidProcedureCall when sizes do not match or the strength is not 0 to 100.
+/// affect no other pixel. Error diffusion leaves the indices of kept pixels as they are too, and passes the
+/// errors that these make to other pixels; the other methods ignore `kept`. Otherwise the same pixels give
+/// the same indices, whatever was mapped before. Threads can map pictures at the same time.
+/// InvalidProcedureCall when sizes do not match, the strength is not 0 to 100, or the index of a kept opaque
+/// pixel is no entry.
 void map_to_palette(const PixelView& picture, const NearestEntry& nearest, const Dithering& dithering,
                     std::span<std::uint8_t> indices);
+
+/// A byte for each pixel, 1 for opaque pixels that have the same colour in the picture before. An animation
+/// whose unchanged pixels keep their indices does not flicker. Empty if the sizes differ, or if less than a
+/// sixteenth of the pixels are unchanged: such a picture begins a new scene.
+std::vector<std::uint8_t> unchanged_pixels(const PixelView& before, const PixelView& picture);
 
 } // namespace varnoth

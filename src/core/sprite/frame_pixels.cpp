@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/base/RunTimeFailure.h"
+
 namespace varnoth {
 
 namespace {
@@ -118,11 +120,24 @@ FrameMapper::FrameMapper(std::span<const RGBQUAD> palette, RenderMode mode, std:
 
 FrameMapper::FrameMapper(std::span<const RGBQUAD> palette, std::vector<std::uint8_t> distinct,
                          std::size_t threads)
-    : distinct_(std::move(distinct)), nearest_(entries_of(palette, distinct_), threads) {}
+    : distinct_(std::move(distinct)), nearest_(entries_of(palette, distinct_), threads) {
+    for (std::size_t entry = 0; entry < distinct_.size(); ++entry) {
+        entry_of_[distinct_[entry]] = static_cast<std::uint8_t>(entry);
+    }
+}
 
-ByteArray FrameMapper::indices(const FramePixels& picture, const Dithering& dithering) const {
+ByteArray FrameMapper::indices(const FramePixels& picture, const Dithering& dithering,
+                               const KeptPixels& kept) const {
     ByteArray indices(picture.pixels.size() / 4);
-    const PixelView view = picture.view();
+    PixelView view = picture.view();
+    view.kept = kept.kept;
+    if (!kept.kept.empty()) {
+        if (kept.indices.size() != indices.size()) {
+            fail(Failure::InvalidProcedureCall);
+        }
+        std::ranges::transform(kept.indices, indices.data(),
+                               [this](std::uint8_t index) { return entry_of_[index]; });
+    }
     map_to_palette(view, nearest_, dithering, indices.bytes());
     for (std::size_t pixel = 0; pixel < indices.size(); ++pixel) {
         indices[pixel] = view.is_opaque(pixel) ? distinct_[indices[pixel]] : transparent_index;

@@ -2,6 +2,7 @@
 // indices of those that it does not.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -58,6 +59,12 @@ std::size_t usable_entries(RenderMode mode);
 /// but in AlphaTest the last one is blue, which marks transparent pixels where the mode is ignored.
 PaletteRecord palette_record(std::span<const RGBQUAD> entries, RenderMode mode);
 
+/// Pixels that keep the index of the frame before, against flicker.
+struct KeptPixels {
+    std::vector<std::uint8_t> kept;        ///< see unchanged_pixels()
+    std::span<const std::uint8_t> indices; ///< of all pixels of the frame before; not used if none is kept
+};
+
 /// Maps pictures to a palette. Threads can share a mapper.
 class FrameMapper {
   public:
@@ -66,13 +73,16 @@ class FrameMapper {
     /// threads is that of the construction.
     FrameMapper(std::span<const RGBQUAD> palette, RenderMode mode, std::size_t threads = 1);
 
-    /// The index of each pixel; transparent_index for transparent ones.
-    ByteArray indices(const FramePixels& picture, const Dithering& dithering) const;
+    /// The index of each pixel; transparent_index for transparent ones. The kept indices are some that this
+    /// mapper has given. InvalidProcedureCall when sizes do not match.
+    ByteArray indices(const FramePixels& picture, const Dithering& dithering,
+                      const KeptPixels& kept = {}) const;
 
   private:
     FrameMapper(std::span<const RGBQUAD> palette, std::vector<std::uint8_t> distinct, std::size_t threads);
 
-    std::vector<std::uint8_t> distinct_; // the indices of the entries that are used
+    std::vector<std::uint8_t> distinct_;       // the indices of the entries that are used
+    std::array<std::uint8_t, 256> entry_of_{}; // by index
     NearestEntry nearest_;
 };
 

@@ -298,6 +298,100 @@ TEST(MapToPalette, FloydSteinbergErrorsAreLimited) {
     EXPECT_EQ(after_white(grey(96)), 1);
 }
 
+// Maps a sample whose kept pixels already have their indices.
+Bytes map_others(const Sample& sample, const std::vector<RGBQUAD>& palette, Dither method, const Bytes& kept,
+                 Bytes indices) {
+    const Bytes pixels = pixel_bytes(sample.colours);
+    map_to_palette({pixels, sample.opaque, sample.width, sample.height, kept}, NearestEntry(palette),
+                   {method, 100}, indices);
+    return indices;
+}
+
+Bytes random_bytes(std::size_t count, std::uint32_t below, std::uint32_t seed) {
+    std::mt19937 random(seed);
+    Bytes bytes(count);
+    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random() % below); });
+    return bytes;
+}
+
+TEST(MapToPalette, ErrorDiffusionLeavesKeptIndicesAsTheyAre) {
+    const Sample sample = random_sample(70, 40, Character::Smooth, 14);
+    const Bytes kept = random_bytes(sample.colours.size(), 2, 15);
+    const Bytes before = random_bytes(sample.colours.size(), 30, 16);
+    for (const Dither method : {Dither::BlueNoise, Dither::FloydSteinberg}) {
+        const Bytes after = map_others(sample, random_palette(30, 17), method, kept, before);
+        EXPECT_NE(after, before);
+        for (std::size_t i = 0; i < kept.size(); ++i) {
+            ASSERT_TRUE(kept[i] == 0 || after[i] == before[i]) << i;
+        }
+    }
+}
+
+TEST(MapToPalette, KeptPixelsPassTheirErrorsOn) {
+    const Sample plain = random_sample(70, 40, Character::Smooth, 18);
+    const std::vector<RGBQUAD> palette = random_palette(30, 19);
+    for (const Sample& sample : {plain, with_holes(plain, 20)}) {
+        for (const Dither method : {Dither::BlueNoise, Dither::FloydSteinberg}) {
+            const Bytes expected = map(sample, palette, method);
+            const Bytes kept = random_bytes(expected.size(), 2, 21);
+            Bytes indices = expected;
+            for (std::size_t i = 0; i < kept.size(); ++i) {
+                indices[i] = kept[i] == 0 ? untouched : indices[i];
+            }
+            EXPECT_EQ(map_others(sample, palette, method, kept, indices), expected);
+        }
+    }
+}
+
+TEST(MapToPalette, WithoutErrorDiffusionKeptPixelsAreMapped) {
+    const Sample sample = random_sample(30, 20, Character::Smooth, 22);
+    const std::vector<RGBQUAD> palette = random_palette(30, 23);
+    const Bytes kept(sample.colours.size(), 1);
+    for (const Dither method : {Dither::None, Dither::Ordered}) {
+        EXPECT_EQ(map_others(sample, palette, method, kept, Bytes(kept.size())),
+                  map(sample, palette, method));
+    }
+}
+
+TEST(MapToPalette, KeptIndexOutsideThePaletteFails) {
+    const NearestEntry nearest(random_palette(2, 1));
+    for (const std::uint8_t index : Bytes{1, 2}) {
+        Bytes indices{9, index};
+        const Bytes kept{0, 1};
+        const auto failure = failure_in([&] {
+            map_to_palette({Bytes(8), {}, 2, 1, kept}, nearest, {Dither::FloydSteinberg, 100}, indices);
+        });
+        EXPECT_EQ(failure, index == 1 ? std::nullopt : std::optional(Failure::InvalidProcedureCall));
+    }
+}
+
+TEST(UnchangedPixels, AreOpaqueInBothAndOfOneColour) {
+    Bytes before{1, 2, 3, 4, 5, 6, 7, 8, 9, 9, 9, 9, 1, 1, 1, 1, 2, 2, 2, 2};
+    Bytes after{1, 2, 3, 0, 5, 6, 0, 8, 9, 9, 9, 9, 1, 1, 1, 1, 0, 2, 2, 2};
+    const Bytes opaque_before{1, 1, 0, 1, 1};
+    const Bytes opaque_after{1, 1, 1, 0, 1};
+    EXPECT_EQ(unchanged_pixels({before, {}, 5, 1}, {after, {}, 5, 1}), (Bytes{1, 0, 1, 1, 0}));
+    EXPECT_EQ(unchanged_pixels({before, opaque_before, 5, 1}, {after, opaque_after, 5, 1}),
+              (Bytes{1, 0, 0, 0, 0}));
+}
+
+TEST(UnchangedPixels, AreNoneInAPictureOfAnotherShape) {
+    const Bytes pixels(24);
+    const Bytes larger(36);
+    EXPECT_EQ(unchanged_pixels({larger, {}, 3, 3}, {pixels, {}, 3, 2}), Bytes());
+    EXPECT_EQ(unchanged_pixels({larger, {}, 3, 3}, {pixels, {}, 2, 3}), Bytes());
+    EXPECT_EQ(unchanged_pixels({pixels, {}, 3, 2}, {pixels, {}, 3, 2}), Bytes(6, 1));
+}
+
+TEST(UnchangedPixels, AreNoneIfFewerThanASixteenth) {
+    for (const std::int32_t width : {32, 33}) {
+        const Bytes pixels(4 * static_cast<std::size_t>(width));
+        Bytes before = pixels;
+        std::fill(before.begin() + 4 * 2, before.end(), std::uint8_t{1});
+        EXPECT_EQ(unchanged_pixels({before, {}, width, 1}, {pixels, {}, width, 1}).empty(), width == 33);
+    }
+}
+
 TEST(MapToPalette, SizesThatDoNotMatchFail) {
     const NearestEntry nearest(random_palette(2, 1));
     const Bytes six(6);
@@ -305,7 +399,8 @@ TEST(MapToPalette, SizesThatDoNotMatchFail) {
     const Bytes pixels(24);
     for (const PixelView& wrong :
          {PixelView{pixels, {}, 3, 3}, PixelView{six, {}, 3, 2},
-          PixelView{pixels, std::span(six).first(5), 3, 2}, PixelView{pixels, {}, -3, -2}}) {
+          PixelView{pixels, std::span(six).first(5), 3, 2}, PixelView{pixels, {}, -3, -2},
+          PixelView{pixels, {}, 3, 2, std::span(six).first(5)}}) {
         EXPECT_FAILURE(map_to_palette(wrong, nearest, {}, indices), InvalidProcedureCall);
     }
     EXPECT_FAILURE(map_to_palette({pixels, {}, 3, 2}, nearest, {}, std::span(indices).first(5)),

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/expect_failure.h"
+
 namespace varnoth {
 namespace {
 
@@ -99,6 +101,20 @@ TEST(FrameMapper, EqualEntriesDoNotWeakenDithers) {
                                [](std::uint8_t index) { return static_cast<std::uint8_t>(2 * index); });
         EXPECT_EQ(bytes_of(FrameMapper(palette, RenderMode::Normal).indices(grey, {dither})), expected);
     }
+}
+
+TEST(FrameMapper, KeptPixelsHaveTheIndexOfTheFrameBefore) {
+    const std::vector<RGBQUAD> palette{{0, 0, 0, 0}, {0, 0, 0, 0}, {255, 255, 255, 0}};
+    const FrameMapper mapper(palette, RenderMode::Normal);
+    const FramePixels grey{3, 1, Bytes(12, 100), {}};
+    const Bytes before{0, 2, 2};
+    for (const Dither dither : {Dither::BlueNoise, Dither::FloydSteinberg}) {
+        EXPECT_EQ(bytes_of(mapper.indices(grey, {dither}, {{1, 1, 1}, before})), before);
+        EXPECT_EQ(bytes_of(mapper.indices(grey, {dither}, {{}, before})),
+                  bytes_of(mapper.indices(grey, {dither})));
+    }
+    EXPECT_FAILURE(mapper.indices(grey, {Dither::FloydSteinberg}, {{1, 1, 1}, std::span(before).first(2)}),
+                   InvalidProcedureCall);
 }
 
 TEST(PaletteOfEntries, OtherEntriesAreBlack) {
