@@ -1,7 +1,6 @@
 #include "core/quantize/blue_noise.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace varnoth {
 
@@ -15,7 +14,7 @@ constexpr std::size_t places = side * side;
 constexpr std::array<std::uint32_t, 6> falloff{1000, 801, 411, 135, 29, 4};
 constexpr std::size_t reach = falloff.size() - 1;
 
-// A pattern of ones, and at each place how close they are.
+// A pattern of ones, and at each place how close they are. Searches look at the extremes of the rows first.
 class Pattern {
   public:
     bool at(std::size_t place) const { return masks_[place] != 0; }
@@ -23,25 +22,21 @@ class Pattern {
     void set(std::size_t place, bool one) {
         masks_[place] = one ? every_bit : 0;
         for (std::size_t dy = 0; dy <= 2 * reach; ++dy) {
+            const std::size_t y = (place / side + side + dy - reach) % side;
             for (std::size_t dx = 0; dx <= 2 * reach; ++dx) {
-                const std::size_t y = (place / side + side + dy - reach) % side;
                 const std::size_t x = (place % side + side + dx - reach) % side;
                 const std::uint32_t share = falloff[distance(dx)] * falloff[distance(dy)];
                 density_[y * side + x] += one ? share : 0 - share;
             }
+            find_extremes(y);
         }
     }
 
-    // The two searches have loops without branches, which compilers vectorise.
-
     /// The one among the most others; the first such.
     std::size_t tightest_cluster() const {
-        std::uint32_t most = 0;
-        for (std::size_t place = 0; place < places; ++place) {
-            most = std::max(most, density_[place] & masks_[place]);
-        }
-        std::size_t place = 0;
-        while ((density_[place] & masks_[place]) != most) {
+        const auto row = static_cast<std::size_t>(std::ranges::max_element(most_) - most_.begin());
+        std::size_t place = row * side;
+        while ((density_[place] & masks_[place]) != most_[row]) {
             ++place;
         }
         return place;
@@ -49,12 +44,9 @@ class Pattern {
 
     /// The zero farthest from the ones; the first such.
     std::size_t largest_void() const {
-        std::uint32_t least = every_bit;
-        for (std::size_t place = 0; place < places; ++place) {
-            least = std::min(least, density_[place] | masks_[place]);
-        }
-        std::size_t place = 0;
-        while ((density_[place] | masks_[place]) != least) {
+        const auto row = static_cast<std::size_t>(std::ranges::min_element(least_) - least_.begin());
+        std::size_t place = row * side;
+        while ((density_[place] | masks_[place]) != least_[row]) {
             ++place;
         }
         return place;
@@ -67,8 +59,22 @@ class Pattern {
         return offset < reach ? reach - offset : offset - reach;
     }
 
-    std::vector<std::uint32_t> masks_ = std::vector<std::uint32_t>(places); // every bit set for a one
-    std::vector<std::uint32_t> density_ = std::vector<std::uint32_t>(places);
+    // A loop without branches, which compilers vectorise.
+    void find_extremes(std::size_t y) {
+        std::uint32_t most = 0;
+        std::uint32_t least = every_bit;
+        for (std::size_t place = y * side; place < (y + 1) * side; ++place) {
+            most = std::max(most, density_[place] & masks_[place]);
+            least = std::min(least, density_[place] | masks_[place]);
+        }
+        most_[y] = most;
+        least_[y] = least;
+    }
+
+    std::array<std::uint32_t, places> masks_{}; // every bit set for a one
+    std::array<std::uint32_t, places> density_{};
+    std::array<std::uint32_t, side> most_{};  // by row, the greatest density of a one
+    std::array<std::uint32_t, side> least_{}; // by row, the least density of a zero
 };
 
 // A tenth of the places, pseudo-randomly, then moved from clusters to voids until they are even.
