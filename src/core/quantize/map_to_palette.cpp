@@ -64,13 +64,21 @@ std::vector<std::uint8_t> unchanged_pixels(const PixelView& before, const PixelV
         return {};
     }
     std::vector<std::uint8_t> unchanged(picture.pixels.size() / 4);
+    std::size_t opaque_count = 0;
+    std::size_t unchanged_count = 0;
     for (std::size_t pixel = 0; pixel < unchanged.size(); ++pixel) {
+        if (!picture.is_opaque(pixel)) {
+            continue;
+        }
+        ++opaque_count;
         const std::uint8_t* channels = &picture.pixels[4 * pixel];
-        const bool opaque = picture.is_opaque(pixel) && before.is_opaque(pixel);
-        unchanged[pixel] = opaque && std::equal(channels, channels + 3, &before.pixels[4 * pixel]) ? 1 : 0;
+        if (before.is_opaque(pixel) && std::equal(channels, channels + 3, &before.pixels[4 * pixel])) {
+            ++unchanged_count;
+            unchanged[pixel] = 1;
+        }
     }
-    const auto count = static_cast<std::size_t>(std::ranges::count(unchanged, 1));
-    return 16 * count >= unchanged.size() ? unchanged : std::vector<std::uint8_t>();
+    const bool is_new_scene = 16 * unchanged_count < opaque_count;
+    return is_new_scene ? std::vector<std::uint8_t>() : unchanged;
 }
 
 } // namespace varnoth

@@ -56,8 +56,8 @@ void map_to_palette(const PixelView& picture, const NearestEntry& nearest, const
                     std::span<std::uint8_t> indices);
 
 /// A byte for each pixel, 1 for opaque pixels that have the same colour in the picture before. An animation
-/// whose unchanged pixels keep their indices does not flicker. Empty if the sizes differ, or if less than a
-/// sixteenth of the pixels are unchanged: such a picture begins a new scene.
+/// whose unchanged pixels keep their indices does not flicker. Empty if the sizes differ, or if fewer than a
+/// sixteenth of the opaque pixels are unchanged: such a picture begins a new scene.
 std::vector<std::uint8_t> unchanged_pixels(const PixelView& before, const PixelView& picture);
 
 } // namespace varnoth

@@ -383,12 +383,14 @@ TEST(UnchangedPixels, AreNoneInAPictureOfAnotherShape) {
     EXPECT_EQ(unchanged_pixels({pixels, {}, 3, 2}, {pixels, {}, 3, 2}), Bytes(6, 1));
 }
 
-TEST(UnchangedPixels, AreNoneIfFewerThanASixteenth) {
-    for (const std::int32_t width : {32, 33}) {
-        const Bytes pixels(4 * static_cast<std::size_t>(width));
+TEST(UnchangedPixels, AreNoneIfFewerThanASixteenthOfTheOpaqueOnes) {
+    for (const std::size_t opaque_count : {32U, 33U}) {
+        const Bytes pixels(4 * 40);
         Bytes before = pixels;
         std::fill(before.begin() + 4 * 2, before.end(), std::uint8_t{1});
-        EXPECT_EQ(unchanged_pixels({before, {}, width, 1}, {pixels, {}, width, 1}).empty(), width == 33);
+        Bytes opaque(40);
+        std::fill_n(opaque.begin(), opaque_count, std::uint8_t{1});
+        EXPECT_EQ(unchanged_pixels({before, {}, 40, 1}, {pixels, opaque, 40, 1}).empty(), opaque_count == 33);
     }
 }
 
