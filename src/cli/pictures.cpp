@@ -161,13 +161,11 @@ class QtPictures : public Pictures {
   private:
     QImage read_image(std::size_t index) {
         require_picture(!is_png(file_) || is_whole_png(file_));
-        if (index < next_) {
-            restart();
-        }
         if (reader_->supportsAnimation()) {
             skip_to(index);
-        } else if (index > 0) {
-            require_picture(reader_->jumpToImage(static_cast<int>(index)));
+        } else {
+            restart(); // the reader of TIFF files jumps only from the start
+            require_picture(index == 0 || reader_->jumpToImage(static_cast<int>(index)));
         }
         const QSize size = reader_->size();
         require_size(size.width(), size.height());
@@ -188,6 +186,9 @@ class QtPictures : public Pictures {
     }
 
     void skip_to(std::size_t index) {
+        if (index < next_) {
+            restart();
+        }
         for (; next_ < index; ++next_) {
             require_picture(!reader_->read().isNull());
         }

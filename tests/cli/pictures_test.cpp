@@ -146,6 +146,19 @@ TEST_F(Pictures, EveryPictureOfAnIconIsListed) {
     }
 }
 
+TEST_F(Pictures, FramesAndPagesOfPluginFormatsAreReadInAnyOrder) {
+    const Pixels colours{0xFFFF0000, 0xFF00FF00, 0xFF0000FF};
+    for (const char* name : {"a.webp", "a.mng", "a.tiff"}) {
+        tool(std::string("convert -size 3x2 xc:red xc:lime xc:blue -define webp:lossless=true ") + name);
+        const std::vector<PictureSource> sources = list_pictures({path(name)});
+        ASSERT_EQ(sources.size(), 3U) << name;
+        PictureReader reader;
+        for (const std::size_t frame : {0U, 1U, 2U, 1U, 0U, 2U}) {
+            EXPECT_EQ(reader.read(sources[frame]).pixels, Pixels(6, colours[frame])) << name << ", " << frame;
+        }
+    }
+}
+
 TEST_F(Pictures, SamePictureIsReadTwice) {
     for (const char* name : {"a.png", "a.bmp", "a.gif", "a.tga", "a.pcx", "a.ppm", "a.jpg"}) {
         tool(std::string("convert -size 2x1 xc:red ") + name);
