@@ -17,17 +17,18 @@ using Sixteenths = std::array<std::int32_t, 3>;
 inline Sixteenths map_pixel(const PixelView& picture, const NearestEntry& nearest, std::size_t pixel,
                             const Sixteenths& received, std::uint8_t& index) {
     Sixteenths wanted;
-    std::array<std::uint8_t, 3> rounded;
     for (std::size_t channel = 0; channel < 3; ++channel) {
         wanted[channel] = 16 * picture.pixels[4 * pixel + channel] + received[channel];
-        rounded[channel] = static_cast<std::uint8_t>(std::clamp((wanted[channel] + 8) >> 4, 0, 255));
     }
     if (!picture.is_kept(pixel)) {
-        index = nearest(rounded[0], rounded[1], rounded[2]);
+        const auto rounded = [&](std::size_t channel) {
+            return static_cast<std::uint8_t>(std::clamp((wanted[channel] + 8) >> 4, 0, 255));
+        };
+        index = nearest(rounded(0), rounded(1), rounded(2));
     }
-    Sixteenths error = wanted;
+    Sixteenths error;
     for (std::size_t channel = 0; channel < 3; ++channel) {
-        error[channel] -= 16 * nearest.colour(index)[channel];
+        error[channel] = wanted[channel] - 16 * nearest.colour(index)[channel];
     }
     return error;
 }
