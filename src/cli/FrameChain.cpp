@@ -1,5 +1,6 @@
 #include "cli/FrameChain.h"
 
+#include <limits>
 #include <utility>
 
 namespace varnoth::cli {
@@ -7,27 +8,32 @@ namespace varnoth::cli {
 std::shared_ptr<const FramePixels> FrameChain::begin(std::size_t frame,
                                                      std::shared_ptr<const FramePixels> pixels) {
     std::unique_lock lock(mutex_);
-    links_[frame] = {State::Begun, std::move(pixels)};
+    links_[frame] = {true, std::move(pixels), 0};
     changed_.notify_all();
     if (frame == 0) {
         return nullptr;
     }
     Link& before = links_[frame - 1];
-    changed_.wait(lock, [&] { return before.state != State::Waiting; });
+    changed_.wait(lock, [&] { return before.known; });
     return std::move(before.pixels);
 }
 
-void FrameChain::finish(std::size_t frame, bool done) {
+void FrameChain::add_band(std::size_t frame) {
     const std::scoped_lock lock(mutex_);
-    links_[frame].state = done ? State::Done : State::Failed;
+    ++links_[frame].bands;
     changed_.notify_all();
 }
 
-bool FrameChain::wait_for(std::size_t frame) {
+void FrameChain::wait_for_band(std::size_t frame, std::size_t band) {
     std::unique_lock lock(mutex_);
-    const State& state = links_[frame].state;
-    changed_.wait(lock, [&] { return state == State::Done || state == State::Failed; });
-    return state == State::Done;
+    changed_.wait(lock, [&] { return links_[frame].bands > band; });
+}
+
+void FrameChain::finish(std::size_t frame) {
+    const std::scoped_lock lock(mutex_);
+    links_[frame].known = true;
+    links_[frame].bands = std::numeric_limits<std::size_t>::max();
+    changed_.notify_all();
 }
 
 } // namespace varnoth::cli

@@ -11,7 +11,7 @@
 
 namespace varnoth::cli {
 
-/// Each frame is passed once to begin(), if it gets that far, and then once to finish(). Frames are begun on
+/// Each frame is passed once to begin(), if it gets that far, and then once to finish(). Frames are made on
 /// several threads at the same time; each thread takes the first frame that no thread has taken.
 class FrameChain {
   public:
@@ -21,18 +21,20 @@ class FrameChain {
     /// the frame before has failed.
     std::shared_ptr<const FramePixels> begin(std::size_t frame, std::shared_ptr<const FramePixels> pixels);
 
-    /// `done` is false if the frame has failed.
-    void finish(std::size_t frame, bool done);
+    /// The next band of the frame is mapped.
+    void add_band(std::size_t frame);
 
-    /// Waits for the end of the frame; returns whether it is done.
-    bool wait_for(std::size_t frame);
+    /// Waits until a band of a frame is mapped or the frame is finished.
+    void wait_for_band(std::size_t frame, std::size_t band);
+
+    /// The frame is mapped or has failed.
+    void finish(std::size_t frame);
 
   private:
-    enum class State { Waiting, Begun, Done, Failed };
-
     struct Link {
-        State state = State::Waiting;
+        bool known = false;                        // has begun or failed
         std::shared_ptr<const FramePixels> pixels; // until the next frame takes them
+        std::size_t bands = 0;
     };
 
     std::mutex mutex_;

@@ -174,16 +174,19 @@ void Edit::repalette(const PictureFrames& pictures) {
     std::vector<ByteArray> made = pictures.map(entries);
     auto next = made.begin();
     FramePixels before;
-    std::span<const std::uint8_t> indices_before;
+    ByteArray mapped_before; // entries of the mapper
     for (SpriteFrame& frame : sprite_.frames) {
         if (is_new(frame)) {
             frame.indices = std::move(*next++);
         } else {
             FramePixels pixels = pixels_of(frame);
-            frame.indices = mapper.indices(pixels, edits_.pictures.dithering,
-                                           {unchanged_pixels(before.view(), pixels.view()), indices_before});
+            ByteArray mapped(frame.indices.size());
+            mapper.map(pixels, edits_.pictures.dithering, unchanged_pixels(before.view(), pixels.view()),
+                       mapped_before.bytes(), mapped.bytes());
+            frame.indices = mapped;
+            mapper.to_indices(frame.indices.bytes());
             before = std::move(pixels);
-            indices_before = frame.indices.bytes();
+            mapped_before = std::move(mapped);
         }
     }
 }

@@ -7,9 +7,33 @@
 #include "cli/FrameChain.h"
 #include "cli/console.h"
 #include "cli/each_picture.h"
+#include "core/base/threads.h"
 #include "core/quantize/best_palette.h"
 
 namespace varnoth::cli {
+
+namespace {
+
+class Follower : public BandListener {
+  public:
+    Follower(FrameChain& chain, std::size_t frame, bool waits)
+        : chain_(chain), frame_(frame), waits_(waits) {}
+
+    void before_band(std::size_t band) override {
+        if (waits_) {
+            chain_.wait_for_band(frame_ - 1, band);
+        }
+    }
+
+    void after_band(std::size_t /*band*/) override { chain_.add_band(frame_); }
+
+  private:
+    FrameChain& chain_;
+    std::size_t frame_;
+    bool waits_;
+};
+
+} // namespace
 
 PictureFrames::PictureFrames(std::vector<PictureSource> sources, std::vector<FrameSize> sizes,
                              RenderMode mode, const PictureOptions& options)
@@ -63,7 +87,7 @@ std::vector<ByteArray> PictureFrames::map(std::span<const RGBQUAD> palette) cons
     return frames;
 }
 
-// Only a frame that has something in common with the one before waits for its indices.
+// A frame that has something in common with the one before follows it band by band.
 void PictureFrames::map_in_chain(const FrameMapper& mapper, std::vector<ByteArray>& frames,
                                  Progress& progress) const {
     FrameChain chain(frames.size());
@@ -71,19 +95,24 @@ void PictureFrames::map_in_chain(const FrameMapper& mapper, std::vector<ByteArra
         sources_, options_.threads, progress,
         [&](std::size_t /*thread*/, std::size_t position, RgbaPicture picture) {
             const auto frame = std::make_shared<const FramePixels>(pixels(position, std::move(picture)));
-            KeptPixels kept;
+            frames[position] = ByteArray(frame->pixels.size() / 4);
+            std::vector<std::uint8_t> kept;
             if (const auto before = chain.begin(position, frame)) {
-                kept.kept = unchanged_pixels(before->view(), frame->view());
+                kept = unchanged_pixels(before->view(), frame->view());
             }
-            if (!kept.kept.empty() && chain.wait_for(position - 1)) {
-                kept.indices = frames[position - 1].bytes();
-            } else {
-                kept.kept.clear();
-            }
-            frames[position] = mapper.indices(*frame, options_.dithering, kept);
-            chain.finish(position, true);
+            const auto entries_before =
+                kept.empty() ? std::span<const std::uint8_t>() : frames[position - 1].bytes();
+            Follower follower(chain, position, !kept.empty());
+            mapper.map(*frame, options_.dithering, kept, entries_before, frames[position].bytes(), &follower);
+            chain.finish(position);
         },
-        [&](std::size_t position) { chain.finish(position, false); });
+        [&](std::size_t position) { chain.finish(position); });
+    run_in_slices(frames.size(), options_.threads,
+                  [&](std::size_t /*part*/, std::size_t first, std::size_t end) {
+                      for (std::size_t frame = first; frame < end; ++frame) {
+                          mapper.to_indices(frames[frame].bytes());
+                      }
+                  });
 }
 
 std::vector<ByteArray> PictureFrames::map_alpha(bool from_alpha) const {

@@ -1,5 +1,6 @@
 #include "cli/FrameChain.h"
 
+#include <chrono>
 #include <future>
 
 #include <gtest/gtest.h>
@@ -25,18 +26,27 @@ TEST(FrameChain, FrameGetsThePixelsOfTheOneBefore) {
 TEST(FrameChain, FrameAfterAFailedOneGetsNoPixels) {
     FrameChain chain(2);
     auto second = std::async(std::launch::async, [&] { return chain.begin(1, some_pixels()); });
-    chain.finish(0, false);
+    chain.finish(0);
     EXPECT_EQ(second.get(), nullptr);
 }
 
-TEST(FrameChain, WaitsUntilAFrameIsDoneOrHasFailed) {
-    FrameChain chain(2);
-    for (const std::size_t frame : {0U, 1U}) {
-        chain.begin(frame, some_pixels());
-        auto done = std::async(std::launch::async, [&] { return chain.wait_for(frame); });
-        chain.finish(frame, frame == 0);
-        EXPECT_EQ(done.get(), frame == 0);
-    }
+TEST(FrameChain, WaitsForABand) {
+    FrameChain chain(1);
+    chain.begin(0, some_pixels());
+    chain.add_band(0);
+    chain.wait_for_band(0, 0);
+    auto second = std::async(std::launch::async, [&] { chain.wait_for_band(0, 1); });
+    EXPECT_EQ(second.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    chain.add_band(0);
+    second.get();
+}
+
+TEST(FrameChain, FinishedFrameHasEveryBand) {
+    FrameChain chain(1);
+    chain.begin(0, some_pixels());
+    auto last = std::async(std::launch::async, [&] { chain.wait_for_band(0, 1000); });
+    chain.finish(0);
+    last.get();
 }
 
 TEST(FrameChain, KeepsNoPixelsOfFramesThatHaveASuccessor) {

@@ -128,16 +128,16 @@ class Diffusion {
 
     // Each level follows the one before it at a distance of `reach` rows, so that its donors are ready and
     // the rows in use are few.
-    void run() {
+    void run(BandListener* listener) {
         const std::size_t delay = reach * (schedule().level_count() - 1);
-        for (std::size_t step = 0; step < height_ + delay; ++step) {
+        map_in_bands(height_ + delay, listener, [this](std::size_t step) {
             for (std::size_t level = 0; level < schedule().level_count() && reach * level <= step; ++level) {
                 const std::size_t y = step - reach * level;
                 if (y < height_) {
                     map_row(y, level);
                 }
             }
-        }
+        });
     }
 
   private:
@@ -194,8 +194,8 @@ class Diffusion {
 } // namespace
 
 void dither_blue_noise(const PixelView& picture, const NearestEntry& nearest, int strength,
-                       std::span<std::uint8_t> indices) {
-    Diffusion(picture, nearest, strength, indices).run();
+                       std::span<std::uint8_t> indices, BandListener* listener) {
+    Diffusion(picture, nearest, strength, indices).run(listener);
 }
 
 } // namespace varnoth

@@ -53,15 +53,15 @@ class Diffusion {
           next_(width_ + 2) {}
 
     // Every other row runs to the left.
-    void run() {
-        for (std::int32_t y = 0; y < picture_.height; ++y) {
+    void run(BandListener* listener) {
+        map_in_bands(static_cast<std::size_t>(picture_.height), listener, [this](std::size_t y) {
             for (std::size_t i = 0; i < width_; ++i) {
                 const std::size_t x = y % 2 == 0 ? i : width_ - 1 - i;
-                map(x, static_cast<std::size_t>(y) * width_ + x, y % 2 == 0);
+                map(x, y * width_ + x, y % 2 == 0);
             }
             current_.swap(next_);
             next_.assign(width_ + 2, {});
-        }
+        });
     }
 
   private:
@@ -101,8 +101,8 @@ class Diffusion {
 } // namespace
 
 void dither_floyd_steinberg(const PixelView& picture, const NearestEntry& nearest, int strength,
-                            std::span<std::uint8_t> indices) {
-    Diffusion(picture, nearest, strength, indices).run();
+                            std::span<std::uint8_t> indices, BandListener* listener) {
+    Diffusion(picture, nearest, strength, indices).run(listener);
 }
 
 } // namespace varnoth

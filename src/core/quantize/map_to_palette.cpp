@@ -9,8 +9,7 @@ namespace varnoth {
 
 namespace {
 
-void check(const PixelView& picture, const NearestEntry& nearest, const Dithering& dithering,
-           std::span<const std::uint8_t> indices) {
+void check(const PixelView& picture, const Dithering& dithering, std::span<const std::uint8_t> indices) {
     const bool sizes = picture.width >= 0 && picture.height >= 0;
     const bool strength = dithering.strength >= 0 && dithering.strength <= 100;
     if (!sizes || !strength) {
@@ -18,14 +17,10 @@ void check(const PixelView& picture, const NearestEntry& nearest, const Ditherin
     }
     const auto count = static_cast<std::uint64_t>(picture.width) * static_cast<std::uint64_t>(picture.height);
     const bool opaque = picture.opaque.empty() || picture.opaque.size() == count;
-    const bool kept = picture.kept.empty() || picture.kept.size() == count;
+    const bool kept =
+        picture.kept.empty() || (picture.kept.size() == count && picture.indices_before.size() == count);
     if (picture.pixels.size() != 4 * count || indices.size() != count || !opaque || !kept) {
         fail(Failure::InvalidProcedureCall);
-    }
-    for (std::size_t pixel = 0; pixel < picture.kept.size(); ++pixel) {
-        if (picture.is_opaque(pixel) && picture.is_kept(pixel) && indices[pixel] >= nearest.size()) {
-            fail(Failure::InvalidProcedureCall);
-        }
     }
 }
 
@@ -41,8 +36,8 @@ void map_plainly(const PixelView& picture, const NearestEntry& nearest, std::spa
 } // namespace
 
 void map_to_palette(const PixelView& picture, const NearestEntry& nearest, const Dithering& dithering,
-                    std::span<std::uint8_t> indices) {
-    check(picture, nearest, dithering, indices);
+                    std::span<std::uint8_t> indices, BandListener* listener) {
+    check(picture, dithering, indices);
     switch (dithering.method) {
     case Dither::None:
         map_plainly(picture, nearest, indices);
@@ -51,10 +46,10 @@ void map_to_palette(const PixelView& picture, const NearestEntry& nearest, const
         dither_ordered(picture, nearest, dithering.strength, indices);
         break;
     case Dither::BlueNoise:
-        dither_blue_noise(picture, nearest, dithering.strength, indices);
+        dither_blue_noise(picture, nearest, dithering.strength, indices, listener);
         break;
     case Dither::FloydSteinberg:
-        dither_floyd_steinberg(picture, nearest, dithering.strength, indices);
+        dither_floyd_steinberg(picture, nearest, dithering.strength, indices, listener);
         break;
     }
 }

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/base/RunTimeFailure.h"
-
 namespace varnoth {
 
 namespace {
@@ -118,31 +116,38 @@ FrameMapper::FrameMapper(std::span<const RGBQUAD> palette, RenderMode mode, std:
     : FrameMapper(palette, first_of_equals(palette.first(std::min(palette.size(), usable_entries(mode)))),
                   threads) {}
 
-FrameMapper::FrameMapper(std::span<const RGBQUAD> palette, std::vector<std::uint8_t> distinct,
+FrameMapper::FrameMapper(std::span<const RGBQUAD> palette, const std::vector<std::uint8_t>& distinct,
                          std::size_t threads)
-    : distinct_(std::move(distinct)), nearest_(entries_of(palette, distinct_), threads) {
-    for (std::size_t entry = 0; entry < distinct_.size(); ++entry) {
-        entry_of_[distinct_[entry]] = static_cast<std::uint8_t>(entry);
+    : nearest_(entries_of(palette, distinct), threads) {
+    index_of_[transparent_index] = transparent_index;
+    std::ranges::copy(distinct, index_of_.begin());
+}
+
+ByteArray FrameMapper::indices(const FramePixels& picture, const Dithering& dithering) const {
+    ByteArray indices(picture.pixels.size() / 4);
+    map(picture, dithering, {}, {}, indices.bytes());
+    to_indices(indices.bytes());
+    return indices;
+}
+
+void FrameMapper::map(const FramePixels& picture, const Dithering& dithering,
+                      std::span<const std::uint8_t> kept, std::span<const std::uint8_t> entries_before,
+                      std::span<std::uint8_t> entries, BandListener* listener) const {
+    PixelView view = picture.view();
+    view.kept = kept;
+    view.indices_before = entries_before;
+    map_to_palette(view, nearest_, dithering, entries, listener);
+    for (std::size_t pixel = 0; pixel < picture.opaque.size(); ++pixel) {
+        if (picture.opaque[pixel] == 0) {
+            entries[pixel] = transparent_index;
+        }
     }
 }
 
-ByteArray FrameMapper::indices(const FramePixels& picture, const Dithering& dithering,
-                               const KeptPixels& kept) const {
-    ByteArray indices(picture.pixels.size() / 4);
-    PixelView view = picture.view();
-    view.kept = kept.kept;
-    if (!kept.kept.empty()) {
-        if (kept.indices.size() != indices.size()) {
-            fail(Failure::InvalidProcedureCall);
-        }
-        std::ranges::transform(kept.indices, indices.data(),
-                               [this](std::uint8_t index) { return entry_of_[index]; });
+void FrameMapper::to_indices(std::span<std::uint8_t> entries) const {
+    for (std::uint8_t& entry : entries) {
+        entry = index_of_[entry];
     }
-    map_to_palette(view, nearest_, dithering, indices.bytes());
-    for (std::size_t pixel = 0; pixel < indices.size(); ++pixel) {
-        indices[pixel] = view.is_opaque(pixel) ? distinct_[indices[pixel]] : transparent_index;
-    }
-    return indices;
 }
 
 void AlphaSummary::add(const RgbaPicture& picture) {

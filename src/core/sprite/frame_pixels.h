@@ -59,13 +59,8 @@ std::size_t usable_entries(RenderMode mode);
 /// but in AlphaTest the last one is blue, which marks transparent pixels where the mode is ignored.
 PaletteRecord palette_record(std::span<const RGBQUAD> entries, RenderMode mode);
 
-/// Pixels that keep the index of the frame before, against flicker.
-struct KeptPixels {
-    std::vector<std::uint8_t> kept;        ///< see unchanged_pixels()
-    std::span<const std::uint8_t> indices; ///< of all pixels of the frame before; not used if none is kept
-};
-
-/// Maps pictures to a palette. Threads can share a mapper.
+/// Maps pictures to a palette. Threads can share a mapper. An entry is the position of a colour among those
+/// that the mapper uses; entries are mapped to indices when no other frame needs them any more.
 class FrameMapper {
   public:
     /// 1 to 256 entries; opaque pixels never get transparent_index in AlphaTest. Of equal entries, only the
@@ -73,16 +68,23 @@ class FrameMapper {
     /// threads is that of the construction.
     FrameMapper(std::span<const RGBQUAD> palette, RenderMode mode, std::size_t threads = 1);
 
-    /// The index of each pixel; transparent_index for transparent ones. The kept indices are some that this
-    /// mapper has given. InvalidProcedureCall when sizes do not match.
-    ByteArray indices(const FramePixels& picture, const Dithering& dithering,
-                      const KeptPixels& kept = {}) const;
+    /// The index of each pixel; transparent_index for transparent ones.
+    ByteArray indices(const FramePixels& picture, const Dithering& dithering) const;
+
+    /// Sets the entry of each pixel; transparent_index for transparent ones. `kept` are the pixels that have
+    /// the entry of the frame before; see map_to_palette().
+    void map(const FramePixels& picture, const Dithering& dithering, std::span<const std::uint8_t> kept,
+             std::span<const std::uint8_t> entries_before, std::span<std::uint8_t> entries,
+             BandListener* listener = nullptr) const;
+
+    /// Replaces the entries of a frame by its indices.
+    void to_indices(std::span<std::uint8_t> entries) const;
 
   private:
-    FrameMapper(std::span<const RGBQUAD> palette, std::vector<std::uint8_t> distinct, std::size_t threads);
+    FrameMapper(std::span<const RGBQUAD> palette, const std::vector<std::uint8_t>& distinct,
+                std::size_t threads);
 
-    std::vector<std::uint8_t> distinct_;       // the indices of the entries that are used
-    std::array<std::uint8_t, 256> entry_of_{}; // by index
+    std::array<std::uint8_t, 256> index_of_{}; // by entry, and of transparent_index
     NearestEntry nearest_;
 };
 

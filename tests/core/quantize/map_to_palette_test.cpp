@@ -298,12 +298,13 @@ TEST(MapToPalette, FloydSteinbergErrorsAreLimited) {
     EXPECT_EQ(after_white(grey(96)), 1);
 }
 
-// Maps a sample whose kept pixels already have their indices.
+// Maps a sample of which some pixels keep their indices.
 Bytes map_others(const Sample& sample, const std::vector<RGBQUAD>& palette, Dither method, const Bytes& kept,
-                 Bytes indices) {
+                 const Bytes& before, BandListener* listener = nullptr) {
+    Bytes indices(sample.colours.size(), untouched);
     const Bytes pixels = pixel_bytes(sample.colours);
-    map_to_palette({pixels, sample.opaque, sample.width, sample.height, kept}, NearestEntry(palette),
-                   {method, 100}, indices);
+    map_to_palette({pixels, sample.opaque, sample.width, sample.height, kept, before}, NearestEntry(palette),
+                   {method, 100}, indices, listener);
     return indices;
 }
 
@@ -314,7 +315,7 @@ Bytes random_bytes(std::size_t count, std::uint32_t below, std::uint32_t seed) {
     return bytes;
 }
 
-TEST(MapToPalette, ErrorDiffusionLeavesKeptIndicesAsTheyAre) {
+TEST(MapToPalette, ErrorDiffusionGivesKeptPixelsTheIndexOfThePictureBefore) {
     const Sample sample = random_sample(70, 40, Character::Smooth, 14);
     const Bytes kept = random_bytes(sample.colours.size(), 2, 15);
     const Bytes before = random_bytes(sample.colours.size(), 30, 16);
@@ -334,12 +335,63 @@ TEST(MapToPalette, KeptPixelsPassTheirErrorsOn) {
         for (const Dither method : {Dither::BlueNoise, Dither::FloydSteinberg}) {
             const Bytes expected = map(sample, palette, method);
             const Bytes kept = random_bytes(expected.size(), 2, 21);
-            Bytes indices = expected;
-            for (std::size_t i = 0; i < kept.size(); ++i) {
-                indices[i] = kept[i] == 0 ? untouched : indices[i];
-            }
-            EXPECT_EQ(map_others(sample, palette, method, kept, indices), expected);
+            EXPECT_EQ(map_others(sample, palette, method, kept, expected), expected);
         }
+    }
+}
+
+// Notes the indices after each band.
+class BandRecorder : public BandListener {
+  public:
+    explicit BandRecorder(const Bytes& indices) : indices_(indices) {}
+
+    void before_band(std::size_t band) override { EXPECT_EQ(band, after.size()); }
+
+    void after_band(std::size_t band) override {
+        EXPECT_EQ(band, after.size());
+        after.push_back(indices_);
+    }
+
+    std::vector<Bytes> after;
+
+  private:
+    const Bytes& indices_;
+};
+
+// Reveals the indices of the picture before when a band needs them.
+class BandRevealer : public BandListener {
+  public:
+    explicit BandRevealer(std::vector<Bytes> after)
+        : revealed(after[0].size(), 0), after_(std::move(after)) {}
+
+    void before_band(std::size_t band) override { std::ranges::copy(after_.at(band), revealed.begin()); }
+
+    void after_band(std::size_t band) override { last = band; }
+
+    Bytes revealed;
+    std::size_t last = 0;
+
+  private:
+    std::vector<Bytes> after_;
+};
+
+TEST(MapToPalette, EachBandNeedsOnlyTheSameBandOfThePictureBefore) {
+    const Sample first = random_sample(70, 90, Character::Smooth, 24);
+    Sample second = first;
+    std::fill(second.colours.begin() + 2000, second.colours.begin() + 3000, 0x123456);
+    const std::vector<RGBQUAD> palette = random_palette(30, 25);
+    const Bytes pixels = pixel_bytes(first.colours);
+    for (const Dither method : {Dither::BlueNoise, Dither::FloydSteinberg}) {
+        Bytes before(first.colours.size(), untouched);
+        BandRecorder recorder(before);
+        map_to_palette({pixels, {}, 70, 90}, NearestEntry(palette), {method, 100}, before, &recorder);
+        EXPECT_GT(recorder.after.size(), 4U);
+        Bytes kept(before.size(), 1);
+        std::fill(kept.begin() + 2000, kept.begin() + 3000, std::uint8_t{0});
+        BandRevealer revealer(recorder.after);
+        EXPECT_EQ(map_others(second, palette, method, kept, revealer.revealed, &revealer),
+                  map_others(second, palette, method, kept, before));
+        EXPECT_EQ(revealer.last, recorder.after.size() - 1);
     }
 }
 
@@ -350,18 +402,6 @@ TEST(MapToPalette, WithoutErrorDiffusionKeptPixelsAreMapped) {
     for (const Dither method : {Dither::None, Dither::Ordered}) {
         EXPECT_EQ(map_others(sample, palette, method, kept, Bytes(kept.size())),
                   map(sample, palette, method));
-    }
-}
-
-TEST(MapToPalette, KeptIndexOutsideThePaletteFails) {
-    const NearestEntry nearest(random_palette(2, 1));
-    for (const std::uint8_t index : Bytes{1, 2}) {
-        Bytes indices{9, index};
-        const Bytes kept{0, 1};
-        const auto failure = failure_in([&] {
-            map_to_palette({Bytes(8), {}, 2, 1, kept}, nearest, {Dither::FloydSteinberg, 100}, indices);
-        });
-        EXPECT_EQ(failure, index == 1 ? std::nullopt : std::optional(Failure::InvalidProcedureCall));
     }
 }
 
@@ -402,7 +442,8 @@ TEST(MapToPalette, SizesThatDoNotMatchFail) {
     for (const PixelView& wrong :
          {PixelView{pixels, {}, 3, 3}, PixelView{six, {}, 3, 2},
           PixelView{pixels, std::span(six).first(5), 3, 2}, PixelView{pixels, {}, -3, -2},
-          PixelView{pixels, {}, 3, 2, std::span(six).first(5)}}) {
+          PixelView{pixels, {}, 3, 2, std::span(six).first(5), six},
+          PixelView{pixels, {}, 3, 2, six, std::span(six).first(5)}}) {
         EXPECT_FAILURE(map_to_palette(wrong, nearest, {}, indices), InvalidProcedureCall);
     }
     EXPECT_FAILURE(map_to_palette({pixels, {}, 3, 2}, nearest, {}, std::span(indices).first(5)),

@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/expect_failure.h"
-
 namespace varnoth {
 namespace {
 
@@ -103,18 +101,18 @@ TEST(FrameMapper, EqualEntriesDoNotWeakenDithers) {
     }
 }
 
-TEST(FrameMapper, KeptPixelsHaveTheIndexOfTheFrameBefore) {
+TEST(FrameMapper, KeptPixelsHaveTheEntryOfTheFrameBefore) {
     const std::vector<RGBQUAD> palette{{0, 0, 0, 0}, {0, 0, 0, 0}, {255, 255, 255, 0}};
-    const FrameMapper mapper(palette, RenderMode::Normal);
-    const FramePixels grey{3, 1, Bytes(12, 100), {}};
-    const Bytes before{0, 2, 2};
+    const FrameMapper mapper(palette, RenderMode::AlphaTest);
+    const FramePixels grey{4, 1, Bytes(16, 100), {1, 1, 1, 0}};
+    const Bytes before{0, 1, 1, 255};
     for (const Dither dither : {Dither::BlueNoise, Dither::FloydSteinberg}) {
-        EXPECT_EQ(bytes_of(mapper.indices(grey, {dither}, {{1, 1, 1}, before})), before);
-        EXPECT_EQ(bytes_of(mapper.indices(grey, {dither}, {{}, before})),
-                  bytes_of(mapper.indices(grey, {dither})));
+        Bytes entries(4);
+        mapper.map(grey, {dither}, Bytes{1, 1, 1, 0}, before, entries);
+        EXPECT_EQ(entries, before);
+        mapper.to_indices(entries);
+        EXPECT_EQ(entries, (Bytes{0, 2, 2, 255}));
     }
-    EXPECT_FAILURE(mapper.indices(grey, {Dither::FloydSteinberg}, {{1, 1, 1}, std::span(before).first(2)}),
-                   InvalidProcedureCall);
 }
 
 TEST(PaletteOfEntries, OtherEntriesAreBlack) {
